@@ -1,0 +1,21 @@
+#pragma once
+
+#include "stores/Database.h"
+#include "stores/KeloraDM.h"
+
+/// The connection to the dictionaries. Lives for the whole run; the program works without it.
+class TfrmDictionaryDM : public QObject {
+    Q_OBJECT
+public:
+    explicit TfrmDictionaryDM(ModuleDoors doors, QObject *owner = nullptr);
+
+    /// Connects to PALIDICT.FDB in AppPath; a failure is silent and leaves vIsOKDictionary false.
+    void DataModuleCreate();
+
+    TpFIBDatabase dbDictionary;
+    TpFIBTransaction trDictionary;
+    bool vIsOKDictionary = false;
+
+private:
+    ModuleDoors m_doors;
+};

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "presentation/GlobalUnit.h"
+
+#include <QByteArray>
+#include <QString>
+
+/// Language modes of a passage.
+namespace PageMode {
+inline constexpr int Pali = 0;
+inline constexpr int Vietnamese = 1;
+inline constexpr int English = 2;
+inline constexpr int Parallel = 10;
+}
+
+/// Name of the KELORA_CONTENT column that a mode shows; empty for an unknown mode.
+QString ContentColumn(int mode);
+
+/// What the page of a stored passage depends on beside its bytes.
+struct PageOptions
+{
+    int mode = PageMode::Vietnamese;
+    int marginWidth = 0;
+    QString fontName;
+};
+
+/// The page of a passage: the stored bytes with "Segoe UI" replaced by the font (ASCII case ignored), "150%" by "200%",
+/// and the margin's blockquotes around them where the mode has margins. Bytes are UTF-8 and never decoded; bytes that
+/// are no UTF-8 pass untouched. REQUIRES: content is not empty.
+QByteArray ComposePassage(const QByteArray &content, const PageOptions &options);
+
+/// The page of a group or of a passage without text: its name as a heading. UTF-8.
+QByteArray ComposeFallbackPage(const QByteArray &text);
+
+/// The heading's text, UTF-8: the row's own name from 1000 on, "no data" below, by the interface language.
+QByteArray FallbackText(int idVic, int interfaceLang, const QString &nameVietnamese, const QString &nameEnglish);
+
+/// The style sheet that the host gives every page of the reader: ground colour and line height.
+QString HostStyle(Colour background);
+
+/// A text in a bare page with a charset. UTF-8 in and out.
+QByteArray UTF8StrToHTML(const QByteArray &text);

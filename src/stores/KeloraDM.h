@@ -1,0 +1,74 @@
+#pragma once
+
+#include "presentation/GlobalUnit.h"
+#include "stores/Database.h"
+#include "stores/Registry.h"
+
+#include <QObject>
+#include <QVariant>
+
+#include <functional>
+#include <memory>
+
+/// What the modules need of the program around them. The window layer fills it; tests put in stand-ins.
+struct ModuleDoors
+{
+    /// Full path of the running executable (Application.ExeName).
+    QString exeName;
+    /// A box with one OK button and no title of its own; "\r" parts its lines.
+    std::function<void(const QString &text)> showMessage;
+    /// Asks the program to end; the caller goes on.
+    std::function<void()> terminate;
+    /// A fresh registry object for each use.
+    std::function<std::unique_ptr<TRegistry>()> createRegistry = CreateSystemRegistry;
+};
+
+/// Full path of the database client library that stands beside the executable in `folder` (with trailing separator).
+QString ClientLibraryPath(const QString &folder);
+
+/// The options key of this program under the current user, and the machine's start list.
+inline constexpr char16_t OptionsKey[] = u"\\Software\\Melko\\Kelora\\Options\\";
+inline constexpr char16_t RunKey[] = u"\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+
+/// The canon's connection and the reader's options. Lives for the whole run.
+class TfrmKeloraDM : public QObject {
+    Q_OBJECT
+public:
+    explicit TfrmKeloraDM(ModuleDoors doors, QObject *owner = nullptr);
+
+    /// Connects to KELORA.FDB beside the executable and reads the options. On any failure shows the fixed message, asks
+    /// the program to end and returns normally. Sets AppPath. Called once by the start, after construction.
+    void DataModuleCreate();
+    /// Fills the fields and globals from the settings: all zero without the key, all defaults when one integer value is
+    /// missing or of another type, else what is stored.
+    void ReadSystemOptions();
+    void ReadActiveStyle();
+    void WirteActiveStyle();
+    /// No favourites are kept.
+    void LoadFavouriteSuttas() {}
+
+    /// Writes one value of any type. Type 0 (Unknown) takes the type of the existing value. Throws RegistryError.
+    void SetRegistryData(RegistryRoot root, const QString &path, const QVariant &value, RegistryType type,
+                         const QString &name);
+    /// Reads one value of any type: QString, int or QByteArray. Throws RegistryError.
+    QVariant GetRegistryData(RegistryRoot root, const QString &path, const QString &name);
+    /// Writes one value of the options key, making the key if need be; an unopenable key is no failure and stores nothing.
+    void WriteOption(const QString &name, int value);
+    void WriteOption(const QString &name, const QString &value);
+
+    TpFIBDatabase dbKelora;
+    TpFIBTransaction trKelora;
+
+    Colour vBgColor = 0;
+    Colour vHighlightColor = 0;
+    int vOpenSutta = 0;
+    bool vPopupActive = false;
+    int vPopupTime = 0;
+    int vLastKelora = 0;
+    int vLanguageSutta = 0;
+    int vMarginWidth = 0;
+    bool vStartWin = false;
+
+private:
+    ModuleDoors m_doors;
+};

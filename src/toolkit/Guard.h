@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+#include <utility>
+
+/// Runs a handler and reports what it throws in the general message box; a silent abort passes without a word.
+/// Each guard reports for itself, because toolkit code between two of them must never see an exception; a routine that
+/// is to pass a failure on to its caller calls handlers directly and not through a signal.
+/// True if the handler ended without a failure.
+bool RunGuarded(const std::function<void()> &handler);
+
+/// Connects a signal to a handler through the guard. The connection ends with `context`.
+template <typename Sender, typename Signal, typename Handler>
+QMetaObject::Connection ConnectGuarded(const Sender *sender, Signal signal, QObject *context, Handler handler)
+{
+    return QObject::connect(sender, signal, context, [handler = std::move(handler)](auto &&...args) {
+        RunGuarded([&] {
+            if constexpr (std::is_invocable_v<Handler, decltype(args)...>)
+                handler(std::forward<decltype(args)>(args)...);
+            else
+                handler();
+        });
+    });
+}

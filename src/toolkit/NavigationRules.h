@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+#include <QUrl>
+
+/// What a page may do, decided in one place for every hook of the engine. In core so that a table can test it.
+
+enum class Navigation {
+    Load,         ///< our own page, or a place in it
+    OpenOutside,  ///< to the system's program for it
+    Refuse,
+};
+
+/// What becomes of a navigation: address as the engine normalised it, whether the host is loading a page itself
+/// (`isStartPage`), whether it is for the main frame, and the address of the page on show.
+/// Any address holding "http" goes outside; mail links go outside; a place in the page loads; the rest is refused.
+Navigation DecideNavigation(const QUrl &url, bool isStartPage, bool isMainFrame, const QUrl &page);
+
+/// Whether a page may request a resource: only the page itself by our scheme, and data addresses.
+bool MayRequest(const QUrl &url);
+
+/// The scheme of composed pages.
+inline constexpr char PageScheme[] = "lumivara";

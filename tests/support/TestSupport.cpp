@@ -1,0 +1,11 @@
+#include "support/TestSupport.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+QString ProductFolder()
+{
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../Lumivara")) + QLatin1Char('/');
+}
+
+ScratchFolder::ScratchFolder() = default;

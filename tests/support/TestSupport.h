@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+
+/// The product folder beside the test binaries, with trailing separator: client library, engine and sample files.
+QString ProductFolder();
+
+/// A folder of its own for one test, beside which the engine keeps its locks; gone with the object.
+class ScratchFolder {
+public:
+    ScratchFolder();
+    /// Full path of a name in the folder.
+    QString Path(const QString &name) const { return m_dir.filePath(name); }
+
+private:
+    QTemporaryDir m_dir;
+};
