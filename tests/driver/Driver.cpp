@@ -1,0 +1,319 @@
+#include "driver/Driver.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QKeySequence>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPixmap>
+#include <QScreen>
+#include <QTest>
+#include <QTimer>
+#include <QWebEngineScript>
+#include <QWebEngineView>
+#include <QWindow>
+
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+
+constexpr int PollMilliseconds = 20;
+
+/// The visible widget of that name, else a hidden one.
+QWidget *FindWidget(const QString &name)
+{
+    QWidget *hidden = nullptr;
+    const QList<QWidget *> widgets = QApplication::allWidgets();
+    for (QWidget *widget : widgets) {
+        if (widget->objectName() != name)
+            continue;
+        if (widget->isVisible())
+            return widget;
+        hidden = widget;
+    }
+    return hidden;
+}
+
+QObject *FindObject(const QString &name)
+{
+    if (QWidget *widget = FindWidget(name))
+        return widget;
+    const QList<QWidget *> windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows)
+        if (QObject *object = window->findChild<QObject *>(name))
+            return object;
+    return nullptr;
+}
+
+QWidget *VisibleWidget(const QString &name)
+{
+    QWidget *widget = FindWidget(name);
+    return widget && widget->isVisible() ? widget : nullptr;
+}
+
+Qt::KeyboardModifiers ModifiersOf(QStringList &words)
+{
+    Qt::KeyboardModifiers modifiers = Qt::NoModifier;
+    if (words.removeAll(QStringLiteral("ctrl")) > 0)
+        modifiers |= Qt::ControlModifier;
+    if (words.removeAll(QStringLiteral("shift")) > 0)
+        modifiers |= Qt::ShiftModifier;
+    return modifiers;
+}
+
+QString Printable(const QVariant &value)
+{
+    return value.toString()
+        .replace(u'\\', QStringLiteral("\\\\"))
+        .replace(u'\n', QStringLiteral("\\n"))
+        .replace(u'\r', QStringLiteral("\\r"));
+}
+
+} // namespace
+
+Driver::Driver(QObject *parent) : QObject(parent), m_notifier(STDIN_FILENO, QSocketNotifier::Read)
+{
+    connect(&m_notifier, &QSocketNotifier::activated, this, &Driver::ReadInput);
+}
+
+void Driver::ReadInput()
+{
+    char buffer[4096];
+    const ssize_t count = ::read(STDIN_FILENO, buffer, sizeof buffer);
+    if (count <= 0) {
+        m_notifier.setEnabled(false);
+        m_ended = true;
+    } else {
+        m_input.append(buffer, count);
+    }
+    qsizetype end;
+    while ((end = m_input.indexOf('\n')) >= 0) {
+        const QString line = QString::fromUtf8(m_input.left(end)).trimmed();
+        m_input.remove(0, end + 1);
+        if (line.isEmpty() || line.startsWith(u'#'))
+            continue;
+        Command command;
+        command.arguments = line.split(u' ', Qt::SkipEmptyParts);
+        command.name = command.arguments.takeFirst();
+        command.rest = line.section(u' ', 2);
+        m_commands.enqueue(command);
+    }
+    Next();
+}
+
+void Driver::Next()
+{
+    if (m_busy || m_commands.isEmpty())
+        return;
+    m_busy = true;
+    const Command command = m_commands.dequeue();
+    // From the event loop: a command may run while a box of an earlier one is open.
+    QTimer::singleShot(0, this, [this, command] { Run(command); });
+}
+
+void Driver::Answer(const QString &line)
+{
+    const QByteArray bytes = line.toUtf8() + '\n';
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout);
+    std::fflush(stdout);
+    m_busy = false;
+    Next();
+}
+
+void Driver::Done(const QString &value)
+{
+    Answer(value.isEmpty() ? QStringLiteral("ok") : QStringLiteral("ok ") + value);
+}
+
+void Driver::Fail(const QString &reason)
+{
+    Answer(QStringLiteral("error ") + reason);
+}
+
+void Driver::WaitFor(const QString &what, std::function<bool()> condition, int seconds)
+{
+    QElapsedTimer clock;
+    clock.start();
+    auto *timer = new QTimer(this);
+    connect(timer, &QTimer::timeout, this, [this, what, condition, clock, seconds, timer] {
+        const bool holds = condition();
+        if (!holds && clock.elapsed() < seconds * 1000)
+            return;
+        timer->stop();
+        timer->deleteLater();
+        holds ? Done() : Fail(QStringLiteral("timed out: ") + what);
+    });
+    timer->start(PollMilliseconds);
+}
+
+void Driver::Act(std::function<void()> action)
+{
+    QTimer::singleShot(0, this, std::move(action));
+    Done();
+}
+
+void Driver::Run(const Command &command)
+{
+    static const QHash<QString, void (Driver::*)(const Command &)> commands{
+        {QStringLiteral("click"), &Driver::Click},   {QStringLiteral("type"), &Driver::Type},
+        {QStringLiteral("press"), &Driver::Press},   {QStringLiteral("trigger"), &Driver::Trigger},
+        {QStringLiteral("get"), &Driver::Get},       {QStringLiteral("shot"), &Driver::Shot},
+        {QStringLiteral("resize"), &Driver::Resize}, {QStringLiteral("wait-page"), &Driver::WaitPage},
+        {QStringLiteral("script"), &Driver::Script},
+    };
+    const QString name = command.arguments.value(0);
+    if (const auto handler = commands.value(command.name)) {
+        (this->*handler)(command);
+    } else if (command.name == u"wait") {
+        WaitFor(name, [name] { return VisibleWidget(name) != nullptr; });
+    } else if (command.name == u"wait-gone") {
+        WaitFor(name, [name] { return VisibleWidget(name) == nullptr; });
+    } else if (command.name == u"pause") {
+        QTimer::singleShot(name.toInt(), this, [this] { Done(); });
+    } else if (command.name == u"focus") {
+        QWidget *widget = VisibleWidget(name);
+        if (!widget)
+            return Fail(QStringLiteral("no visible widget ") + name);
+        widget->activateWindow();
+        widget->setFocus();
+        Done();
+    } else if (command.name == u"close") {
+        QWidget *widget = VisibleWidget(name);
+        if (!widget)
+            return Fail(QStringLiteral("no visible widget ") + name);
+        Act([widget = QPointer<QWidget>(widget)] {
+            if (widget)
+                widget->window()->close();
+        });
+    } else if (command.name == u"answer") {
+        auto *box = qobject_cast<QMessageBox *>(VisibleWidget(QStringLiteral("msgBox")));
+        if (!box)
+            return Fail(QStringLiteral("no message box"));
+        const auto wanted = name == u"yes" ? QMessageBox::Yes : name == u"no" ? QMessageBox::No : QMessageBox::Ok;
+        if (!box->button(wanted))
+            return Fail(QStringLiteral("the box has no such button"));
+        Act([button = QPointer<QAbstractButton>(box->button(wanted))] {
+            if (button)
+                button->click();
+        });
+    } else {
+        Fail(QStringLiteral("unknown command ") + command.name);
+    }
+}
+
+/// click NAME [left|right] [ctrl] [shift] [X Y]
+void Driver::Click(const Command &command)
+{
+    QStringList words = command.arguments.mid(1);
+    const Qt::KeyboardModifiers modifiers = ModifiersOf(words);
+    const Qt::MouseButton button = words.removeAll(QStringLiteral("right")) > 0 ? Qt::RightButton : Qt::LeftButton;
+    words.removeAll(QStringLiteral("left"));
+    QWidget *widget = VisibleWidget(command.arguments.value(0));
+    if (!widget)
+        return Fail(QStringLiteral("no visible widget ") + command.arguments.value(0));
+    const QPoint point = words.size() == 2 ? QPoint(words[0].toInt(), words[1].toInt()) : widget->rect().center();
+    Act([widget = QPointer<QWidget>(widget), button, modifiers, point] {
+        if (!widget)
+            return;
+        QWidget *window = widget->window();
+        QTest::mouseClick(window->windowHandle(), button, modifiers, widget->mapTo(window, point));
+    });
+}
+
+/// type NAME TEXT: letter by letter into the widget.
+void Driver::Type(const Command &command)
+{
+    QWidget *widget = VisibleWidget(command.arguments.value(0));
+    if (!widget)
+        return Fail(QStringLiteral("no visible widget ") + command.arguments.value(0));
+    widget->activateWindow();
+    widget->setFocus();
+    for (const QChar letter : command.rest)
+        QTest::sendKeyEvent(QTest::Click, widget, Qt::Key_unknown, QString(letter), Qt::NoModifier);
+    Done();
+}
+
+/// press KEYS: a key or chord such as Ctrl+F to whatever has the focus.
+void Driver::Press(const Command &command)
+{
+    const QKeySequence keys(command.arguments.value(0));
+    if (keys.isEmpty())
+        return Fail(QStringLiteral("no key ") + command.arguments.value(0));
+    QWindow *window = QApplication::activePopupWidget() ? QApplication::activePopupWidget()->windowHandle()
+                                                        : QGuiApplication::focusWindow();
+    if (!window)
+        return Fail(QStringLiteral("no window has the focus"));
+    Act([window = QPointer<QWindow>(window), keys] {
+        if (window)
+            QTest::keyClick(window, keys[0].key(), keys[0].keyboardModifiers());
+    });
+}
+
+/// trigger ACTION: as a menu or a bar would.
+void Driver::Trigger(const Command &command)
+{
+    auto *action = qobject_cast<QAction *>(FindObject(command.arguments.value(0)));
+    if (!action || !action->isEnabled())
+        return Fail(QStringLiteral("no enabled action ") + command.arguments.value(0));
+    Act([action = QPointer<QAction>(action)] {
+        if (action)
+            action->trigger();
+    });
+}
+
+/// get NAME PROPERTY
+void Driver::Get(const Command &command)
+{
+    QObject *object = FindObject(command.arguments.value(0));
+    if (!object)
+        return Fail(QStringLiteral("no object ") + command.arguments.value(0));
+    Done(Printable(object->property(command.arguments.value(1).toLatin1().constData())));
+}
+
+/// shot FILE: the whole screen.
+void Driver::Shot(const Command &command)
+{
+    const QPixmap picture = QGuiApplication::primaryScreen()->grabWindow(0);
+    if (picture.save(command.arguments.value(0)))
+        Done();
+    else
+        Fail(QStringLiteral("can't save ") + command.arguments.value(0));
+}
+
+/// resize NAME WIDTH HEIGHT: out of the maximised state too.
+void Driver::Resize(const Command &command)
+{
+    QWidget *widget = VisibleWidget(command.arguments.value(0));
+    if (!widget)
+        return Fail(QStringLiteral("no visible widget ") + command.arguments.value(0));
+    widget->window()->showNormal();
+    widget->window()->resize(command.arguments.value(1).toInt(), command.arguments.value(2).toInt());
+    Done();
+}
+
+/// wait-page NAME: until the page has loaded and two frames of it were painted.
+void Driver::WaitPage(const Command &command)
+{
+    auto *view = qobject_cast<QWebEngineView *>(VisibleWidget(command.arguments.value(0)));
+    if (!view)
+        return Fail(QStringLiteral("no visible page ") + command.arguments.value(0));
+    // A load begins in a later turn of the event loop than the command that caused it.
+    QTimer::singleShot(PollMilliseconds, this, [this, view = QPointer<QWebEngineView>(view)] {
+        WaitFor(QStringLiteral("the page"), [view] { return view && !view->page()->isLoading(); });
+    });
+}
+
+/// script NAME TEXT: its value, from the isolated world.
+void Driver::Script(const Command &command)
+{
+    auto *view = qobject_cast<QWebEngineView *>(FindWidget(command.arguments.value(0)));
+    if (!view)
+        return Fail(QStringLiteral("no page ") + command.arguments.value(0));
+    view->page()->runJavaScript(command.rest, QWebEngineScript::ApplicationWorld,
+                                [this](const QVariant &value) { Done(Printable(value)); });
+}
