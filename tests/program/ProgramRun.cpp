@@ -1,0 +1,91 @@
+#include "program/ProgramRun.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <unistd.h>
+
+namespace {
+
+void CopyFolder(const QString &from, const QString &to)
+{
+    QDir().mkpath(to);
+    const QFileInfoList entries =
+        QDir(from).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
+    for (const QFileInfo &entry : entries) {
+        const QString target = to + QLatin1Char('/') + entry.fileName();
+        if (entry.isSymLink())
+            QFile::link(entry.symLinkTarget(), target);
+        else if (entry.isDir() && entry.fileName() != u"lock")
+            CopyFolder(entry.filePath(), target);
+        else if (entry.isFile())
+            QFile::copy(entry.filePath(), target);
+    }
+}
+
+} // namespace
+
+ProductCopy::ProductCopy(const QString &name) : m_folder(m_scratch.Path(name))
+{
+    CopyFolder(ProductFolder(), m_folder);
+}
+
+ProgramRun::ProgramRun(const ProductCopy &product) : m_executable(product.File(QStringLiteral("Lumivara")))
+{
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), product.ConfigFolder());
+    environment.insert(QStringLiteral("HOME"), product.Scratch(QStringLiteral("home")));
+    environment.insert(QStringLiteral("QT_PLUGIN_PATH"),
+                       QCoreApplication::applicationDirPath() + QStringLiteral("/plugins"));
+    environment.insert(QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("lumivara-driver"));
+    if (::getuid() == 0)
+        environment.insert(QStringLiteral("QTWEBENGINE_DISABLE_SANDBOX"), QStringLiteral("1"));
+}
+
+ProgramRun::~ProgramRun()
+{
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+void ProgramRun::Start()
+{
+    m_process.setProcessEnvironment(environment);
+    m_process.setProgram(m_executable);
+    m_process.start();
+    m_process.waitForStarted();
+}
+
+QString ProgramRun::Send(const QString &command, int milliseconds)
+{
+    m_process.write(command.toUtf8() + '\n');
+    QElapsedTimer clock;
+    clock.start();
+    while (!m_process.canReadLine()) {
+        if (m_process.state() == QProcess::NotRunning || clock.elapsed() > milliseconds)
+            return QStringLiteral("error: no answer to \"%1\"").arg(command);
+        m_process.waitForReadyRead(100);
+    }
+    const QString answer = QString::fromUtf8(m_process.readLine()).trimmed();
+    if (answer == u"ok")
+        return {};
+    return answer.startsWith(u"ok ") ? answer.mid(3) : answer;
+}
+
+int ProgramRun::ExitCode(int milliseconds)
+{
+    if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(milliseconds))
+        return -2;
+    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+}
+
+int ProgramRun::Quit()
+{
+    Send(QStringLiteral("close frmMain"));
+    Send(QStringLiteral("wait msgBox"));
+    Send(QStringLiteral("answer yes"));
+    return ExitCode();
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "support/TestSupport.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QString>
+
+/// A copy of the product folder that a test may damage, and settings of its own.
+class ProductCopy
+{
+public:
+    /// `name` is the folder's name: blanks, quotes and any letters are allowed.
+    explicit ProductCopy(const QString &name = QStringLiteral("Lumivara"));
+
+    QString Folder() const { return m_folder; }
+    QString File(const QString &name) const { return m_folder + QLatin1Char('/') + name; }
+    QString ConfigFolder() const { return m_scratch.Path(QStringLiteral("config")); }
+    QString SettingsFile() const { return ConfigFolder() + QStringLiteral("/lumivara/registry.json"); }
+    QString Scratch(const QString &name) const { return m_scratch.Path(name); }
+
+private:
+    ScratchFolder m_scratch;
+    QString m_folder;
+};
+
+/// One run of the real program on a copy, driven through the toolkit's plug-in door.
+class ProgramRun
+{
+public:
+    explicit ProgramRun(const ProductCopy &product);
+    ~ProgramRun();
+
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+
+    void Start();
+    /// One command of the driver; its answer without "ok ", or a text that begins with "error".
+    QString Send(const QString &command, int milliseconds = 40000);
+    /// Waits for the end; the exit code, -1 after a crash, -2 if it is still running.
+    int ExitCode(int milliseconds = 30000);
+    /// Closes the main window and answers the question with Yes.
+    int Quit();
+    bool IsRunning() const { return m_process.state() == QProcess::Running; }
+    qint64 ProcessId() const { return m_process.processId(); }
+    QByteArray ErrorOutput() { return m_process.readAllStandardError(); }
+
+private:
+    QString m_executable;
+    QProcess m_process;
+};
