@@ -1,0 +1,131 @@
+#include "BenchReader.h"
+
+#include "Painted.h"
+#include "Sample.h"
+
+#include "dictionary/DictionaryDM.h"
+#include "reader/Main.h"
+#include "stores/ClientsDM.h"
+#include "stores/KeloraDM.h"
+#include "stores/Modules.h"
+#include "toolkit/BrowserControl.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLineEdit>
+#include <QTest>
+#include <QTreeView>
+
+namespace {
+
+constexpr int WaitMilliseconds = 60000;
+
+double Milliseconds(const QElapsedTimer &clock)
+{
+    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
+}
+
+/// A program folder whose canon is its own; the rest leads to the product folder.
+QString MakeProgramFolder(const QString &folder)
+{
+    for (const QString &name : {QStringLiteral("firebird"), QFileInfo(ClientLibraryPath({})).fileName()})
+        QFile::link(Sample().Folder() + name, folder + QLatin1Char('/') + name);
+    return folder + QStringLiteral("/Lumivara");
+}
+
+} // namespace
+
+BenchReader::BenchReader(int texts, const QByteArray &page)
+{
+    qputenv("XDG_CONFIG_HOME", Sample().ConfigFolder().toLocal8Bit());
+    ModuleDoors doors;
+    doors.exeName = MakeProgramFolder(m_folder.path());
+    doors.showMessage = [](const QString &text) { qWarning("%s", qUtf8Printable(text)); };
+    doors.terminate = [] {};
+    MakeCanon(ClientLibrary(), CanonPath(), texts, page);
+
+    m_kelora = std::make_unique<TfrmKeloraDM>(doors);
+    frmKeloraDM = m_kelora.get();
+    m_kelora->DataModuleCreate();
+    m_clients = std::make_unique<TfrmClientsDM>(doors);
+    frmClientsDM = m_clients.get();
+    m_dictionary = std::make_unique<TfrmDictionaryDM>(doors);
+    frmDictionaryDM = m_dictionary.get();
+    m_window = std::make_unique<TfrmMain>();
+    new PaintedProbe(m_window->findChild<TBrowserControl *>(QStringLiteral("ebContent")), [this] { ++m_painted; });
+    WaitPainted();
+
+    QFile file(ComposedPageFile());
+    if (file.open(QIODevice::WriteOnly)) {
+        m_window->qryTreeSutas.LocateExact(QStringLiteral("ID_VIC"), FirstBenchText + 1);
+        file.write(m_window->findChild<TBrowserControl *>(QStringLiteral("ebContent"))->Source());
+        WaitPainted();
+    }
+}
+
+BenchReader::~BenchReader()
+{
+    m_window.reset();
+    m_dictionary.reset();
+    m_clients.reset();
+    m_kelora.reset();
+    frmDictionaryDM = nullptr;
+    frmClientsDM = nullptr;
+    frmKeloraDM = nullptr;
+}
+
+QString BenchReader::CanonPath() const
+{
+    return m_folder.filePath(QStringLiteral("KELORA.FDB"));
+}
+
+QString BenchReader::ClientLibrary() const
+{
+    return ClientLibraryPath(m_folder.path() + QLatin1Char('/'));
+}
+
+QString BenchReader::TreeStatement() const
+{
+    return m_window->qryTreeSutas.SelectSQL().join(u'\n');
+}
+
+QString BenchReader::ComposedPageFile() const
+{
+    return m_folder.filePath(QStringLiteral("composed.html"));
+}
+
+void BenchReader::WaitPainted()
+{
+    ++m_seen;
+    QTest::qWaitFor([this] { return m_painted >= m_seen; }, WaitMilliseconds);
+    m_seen = m_painted;
+}
+
+double BenchReader::FilterKeyTime(const QString &text)
+{
+    auto *filter = m_window->findChild<QLineEdit *>(QStringLiteral("edFilterSutta"));
+    auto *tree = m_window->findChild<QTreeView *>(QStringLiteral("dbtSutas"));
+    filter->setFocus();
+    filter->setText(text);
+    QElapsedTimer clock;
+    clock.start();
+    QTest::sendKeyEvent(QTest::Release, filter, Qt::Key_Shift, QString(), Qt::NoModifier);
+    tree->viewport()->repaint();
+    const double time = Milliseconds(clock);
+    WaitPainted();
+    return time;
+}
+
+double BenchReader::MoveTime()
+{
+    auto *tree = m_window->findChild<QTreeView *>(QStringLiteral("dbtSutas"));
+    m_window->qryTreeSutas.LocateExact(QStringLiteral("ID_VIC"), FirstBenchText);
+    WaitPainted();
+    tree->setFocus();
+    QElapsedTimer clock;
+    clock.start();
+    QTest::keyClick(tree, Qt::Key_Down);
+    WaitPainted();
+    return Milliseconds(clock);
+}

@@ -1,0 +1,129 @@
+#include "Measures.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QFile>
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QList>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+QList<Measure> registered;
+
+constexpr char OursCounter[] = "ours";
+constexpr char FloorCounter[] = "floor";
+
+double Median(QList<double> values)
+{
+    if (values.isEmpty())
+        return 0;
+    std::sort(values.begin(), values.end());
+    const qsizetype middle = values.size() / 2;
+    return values.size() % 2 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+/// Gathers samples by benchmark; tells nothing itself.
+class Collector : public benchmark::BenchmarkReporter
+{
+public:
+    bool ReportContext(const Context &) override { return true; }
+    void ReportRuns(const std::vector<Run> &runs) override
+    {
+        for (const Run &run : runs) {
+            if (run.run_type != Run::RT_Iteration)
+                continue;
+            Pair &pair = samples[QString::fromStdString(run.run_name.function_name)];
+            pair.ours.append(run.counters.at(OursCounter).value);
+            pair.floor.append(run.counters.at(FloorCounter).value);
+        }
+    }
+
+    struct Pair
+    {
+        QList<double> ours, floor;
+    };
+    QHash<QString, Pair> samples;
+};
+
+QString Number(double value)
+{
+    return QString::number(value, 'f', value < 10 ? 2 : 1);
+}
+
+void PrintRow(const QStringList &cells)
+{
+    static constexpr int widths[] = {16, 12, 12, 9, 40};
+    QString line;
+    for (qsizetype i = 0; i < cells.size(); ++i)
+        line += i == 0 || i == 4 ? cells[i].leftJustified(widths[i]) + QLatin1Char(' ')
+                                 : cells[i].rightJustified(widths[i]) + QStringLiteral("  ");
+    std::printf("%s\n", line.toUtf8().constData());
+}
+
+} // namespace
+
+void Register(const Measure &measure)
+{
+    registered.append(measure);
+    benchmark::RegisterBenchmark(measure.name.toUtf8().constData(),
+                                 [measure](benchmark::State &state) {
+                                     for ([[maybe_unused]] auto turn : state) {
+                                         const double ours = measure.ours();
+                                         state.counters[OursCounter] = ours;
+                                         state.counters[FloorCounter] = measure.floor();
+                                         state.SetIterationTime(ours / 1000);
+                                     }
+                                 })
+        ->Iterations(1)
+        ->Repetitions(measure.repetitions)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond);
+}
+
+bool RunMeasures(const QStringList &names, const QString &jsonPath)
+{
+    char program[] = "bench";
+    char *arguments[] = {program, nullptr};
+    int count = 1;
+    benchmark::Initialize(&count, arguments);
+
+    Collector collector;
+    for (const Measure &measure : std::as_const(registered)) {
+        if (!names.isEmpty() && !names.contains(measure.name))
+            continue;
+        std::fprintf(stderr, "measuring %s\n", qUtf8Printable(measure.name));
+        benchmark::RunSpecifiedBenchmarks(&collector, '^' + measure.name.toStdString() + "/");
+        if (measure.finish)
+            measure.finish();
+    }
+
+    QJsonArray rows;
+    PrintRow({QStringLiteral("name"), QStringLiteral("figure"), QStringLiteral("floor"), QStringLiteral("ratio"),
+              QStringLiteral("reach")});
+    for (const Measure &measure : std::as_const(registered)) {
+        const Collector::Pair pair = collector.samples.value(measure.name);
+        if (pair.ours.isEmpty())
+            continue;
+        const double figure = Median(pair.ours);
+        const double base = Median(pair.floor);
+        const double ratio = base > 0 ? figure / base : 0;
+        rows.append(QJsonObject{{QStringLiteral("name"), measure.name},
+                                {QStringLiteral("figure"), figure},
+                                {QStringLiteral("unit"), measure.unit},
+                                {QStringLiteral("floor"), base},
+                                {QStringLiteral("ratio"), ratio}});
+        PrintRow({measure.name, Number(figure) + QLatin1Char(' ') + measure.unit,
+                  Number(base) + QLatin1Char(' ') + measure.unit, QString::number(ratio, 'f', 2), measure.reach});
+    }
+    if (jsonPath.isEmpty())
+        return true;
+    QFile file(jsonPath);
+    const QByteArray json = QJsonDocument(rows).toJson();
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(json) == json.size();
+}

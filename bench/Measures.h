@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+/// One figure and its floor, measured in turn in the same run.
+struct Measure
+{
+    /// Name as `bench/run` takes it.
+    QString name;
+    /// "ms" or "MB".
+    QString unit;
+    /// What is to be reached, for the table.
+    QString reach;
+    /// Both return one sample in the measure's unit.
+    std::function<double()> ours;
+    std::function<double()> floor;
+    /// Frees what the first sample made; may be empty.
+    std::function<void()> finish;
+    int repetitions = 9;
+};
+
+/// Registers a pair with the benchmark library. The two sides are sampled in turn, so that a machine whose speed drifts
+/// does both alike.
+void Register(const Measure &measure);
+
+/// Runs the registered pairs whose names are given (all of them for none), prints the table and writes the JSON file
+/// where a path is given: an array of {name, figure, unit, floor, ratio}, medians. False if a file can't be written.
+bool RunMeasures(const QStringList &names, const QString &jsonPath);

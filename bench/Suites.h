@@ -1,0 +1,5 @@
+#pragma once
+
+/// Registers the measures of one subsystem each.
+void RegisterReaderMeasures();
+void RegisterProgramMeasures();
