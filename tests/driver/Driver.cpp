@@ -23,6 +23,8 @@
 namespace {
 
 constexpr int PollMilliseconds = 20;
+// The first frames of a page come after its load.
+constexpr int FrameMilliseconds = 60;
 
 /// The visible widget of that name, else a hidden one.
 QWidget *FindWidget(const QString &name)
@@ -164,7 +166,8 @@ void Driver::Run(const Command &command)
         {QStringLiteral("press"), &Driver::Press},   {QStringLiteral("trigger"), &Driver::Trigger},
         {QStringLiteral("get"), &Driver::Get},       {QStringLiteral("shot"), &Driver::Shot},
         {QStringLiteral("resize"), &Driver::Resize}, {QStringLiteral("wait-page"), &Driver::WaitPage},
-        {QStringLiteral("script"), &Driver::Script},
+        {QStringLiteral("script"), &Driver::Script}, {QStringLiteral("clear"), &Driver::Clear},
+        {QStringLiteral("popup"), &Driver::Popup},   {QStringLiteral("select-row"), &Driver::SelectRow},
     };
     const QString name = command.arguments.value(0);
     if (const auto handler = commands.value(command.name)) {
@@ -238,6 +241,41 @@ void Driver::Type(const Command &command)
     Done();
 }
 
+/// clear NAME: selects what the box holds and deletes it.
+void Driver::Clear(const Command &command)
+{
+    QWidget *widget = VisibleWidget(command.arguments.value(0));
+    if (!widget)
+        return Fail(QStringLiteral("no visible widget ") + command.arguments.value(0));
+    widget->setFocus();
+    QTest::keyClick(widget, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(widget, Qt::Key_Delete);
+    Done();
+}
+
+/// popup MENU: opens a menu that has no button of its own, in the middle of the active window.
+void Driver::Popup(const Command &command)
+{
+    auto *menu = qobject_cast<QMenu *>(FindWidget(command.arguments.value(0)));
+    const QWidget *window = QApplication::activeWindow();
+    if (!menu || !window)
+        return Fail(QStringLiteral("no menu ") + command.arguments.value(0));
+    menu->popup(window->mapToGlobal(window->rect().center()));
+    Done();
+}
+
+/// select-row NUMBER: moves the tree to a text, as the windows do.
+void Driver::SelectRow(const Command &command)
+{
+    QObject *dataSet = FindObject(QStringLiteral("qryTreeSutas"));
+    bool found = false;
+    if (!dataSet || !QMetaObject::invokeMethod(dataSet, "LocateExact", Q_RETURN_ARG(bool, found),
+                                               Q_ARG(QString, QStringLiteral("ID_VIC")),
+                                               Q_ARG(QVariant, command.arguments.value(0).toInt())))
+        return Fail(QStringLiteral("no tree"));
+    found ? Done() : Fail(QStringLiteral("no row ") + command.arguments.value(0));
+}
+
 /// press KEYS: a key or chord such as Ctrl+F to whatever has the focus.
 void Driver::Press(const Command &command)
 {
@@ -296,14 +334,14 @@ void Driver::Resize(const Command &command)
     Done();
 }
 
-/// wait-page NAME: until the page has loaded and two frames of it were painted.
+/// wait-page NAME: until the page has loaded.
 void Driver::WaitPage(const Command &command)
 {
     auto *view = qobject_cast<QWebEngineView *>(VisibleWidget(command.arguments.value(0)));
     if (!view)
         return Fail(QStringLiteral("no visible page ") + command.arguments.value(0));
     // A load begins in a later turn of the event loop than the command that caused it.
-    QTimer::singleShot(PollMilliseconds, this, [this, view = QPointer<QWebEngineView>(view)] {
+    QTimer::singleShot(FrameMilliseconds, this, [this, view = QPointer<QWebEngineView>(view)] {
         WaitFor(QStringLiteral("the page"), [view] { return view && !view->page()->isLoading(); });
     });
 }

@@ -48,6 +48,9 @@ private:
     void Resize(const Command &command);
     void WaitPage(const Command &command);
     void Script(const Command &command);
+    void Clear(const Command &command);
+    void Popup(const Command &command);
+    void SelectRow(const Command &command);
 
     QByteArray m_input;
     QQueue<Command> m_commands;
