@@ -34,7 +34,7 @@ QByteArray ReadFile(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("(none)");
 }
 
-class Registry : public testing::Test
+class StoredSettings : public testing::Test
 {
 protected:
     JsonRegistry Make(SettingsDisk &disk = RealSettingsDisk())
@@ -58,7 +58,7 @@ protected:
     ScratchFolder m_folder;
 };
 
-TEST_F(Registry, FirstRunHasNoKeyAndReadingMakesNone)
+TEST_F(StoredSettings, FirstRunHasNoKeyAndReadingMakesNone)
 {
     JsonRegistry registry = Make();
     EXPECT_FALSE(registry.OpenKeyReadOnly(Options));
@@ -69,7 +69,7 @@ TEST_F(Registry, FirstRunHasNoKeyAndReadingMakesNone)
     EXPECT_TRUE(Make().OpenKeyReadOnly(Options));
 }
 
-TEST_F(Registry, TypesAreNotMixed)
+TEST_F(StoredSettings, TypesAreNotMixed)
 {
     JsonRegistry registry = MakeOpen();
     registry.WriteInteger(QStringLiteral("I"), -5);
@@ -107,7 +107,7 @@ TEST_F(Registry, TypesAreNotMixed)
     EXPECT_THROW(registry.ReadString(QStringLiteral("Y")), RegistryError);
 }
 
-TEST_F(Registry, ReadOnlyKeyRefusesWritesAndClosedKeyReads)
+TEST_F(StoredSettings, ReadOnlyKeyRefusesWritesAndClosedKeyReads)
 {
     MakeOpen().WriteInteger(A, 1);
     JsonRegistry registry = Make();
@@ -118,7 +118,7 @@ TEST_F(Registry, ReadOnlyKeyRefusesWritesAndClosedKeyReads)
     EXPECT_THROW(registry.ReadInteger(A), RegistryError);
 }
 
-TEST_F(Registry, TwoCopiesSeeEachOtherAndUndoNothing)
+TEST_F(StoredSettings, TwoCopiesSeeEachOtherAndUndoNothing)
 {
     JsonRegistry one = MakeOpen();
     JsonRegistry two = MakeOpen();
@@ -130,7 +130,7 @@ TEST_F(Registry, TwoCopiesSeeEachOtherAndUndoNothing)
     EXPECT_EQ(two.ReadInteger(A), 3);
 }
 
-TEST_F(Registry, TwoProcessesLoseNoWrite)
+TEST_F(StoredSettings, TwoProcessesLoseNoWrite)
 {
     constexpr int writes = 150;
     MakeOpen();
@@ -196,7 +196,7 @@ private:
     pid_t m_process = 0;
 };
 
-TEST_F(Registry, LockOfAKilledCopyIsNone)
+TEST_F(StoredSettings, LockOfAKilledCopyIsNone)
 {
     JsonRegistry registry = MakeOpen();
     LockHolder holder(m_folder.Path(QStringLiteral("lumivara/registry.lock")));
@@ -205,7 +205,7 @@ TEST_F(Registry, LockOfAKilledCopyIsNone)
     EXPECT_EQ(registry.ReadInteger(A), 1);
 }
 
-TEST_F(Registry, LockOfAStuckCopyFailsTheWriteAndNoRead)
+TEST_F(StoredSettings, LockOfAStuckCopyFailsTheWriteAndNoRead)
 {
     JsonRegistry registry = MakeOpen();
     registry.WriteInteger(A, 1);
@@ -214,7 +214,7 @@ TEST_F(Registry, LockOfAStuckCopyFailsTheWriteAndNoRead)
     EXPECT_EQ(registry.ReadInteger(A), 1);
 }
 
-TEST_F(Registry, DamagedFilesAreKeptUnderNamesOfTheirOwn)
+TEST_F(StoredSettings, DamagedFilesAreKeptUnderNamesOfTheirOwn)
 {
     FailingDisk disk;
     disk.now = QDateTime(QDate(2026, 3, 4), QTime(5, 6, 7));
@@ -236,7 +236,7 @@ TEST_F(Registry, DamagedFilesAreKeptUnderNamesOfTheirOwn)
     EXPECT_EQ(SetAside().size(), names.size());
 }
 
-TEST_F(Registry, FileDamagedUnderAnOpenKeyIsKeptBeforeTheNextWrite)
+TEST_F(StoredSettings, FileDamagedUnderAnOpenKeyIsKeptBeforeTheNextWrite)
 {
     JsonRegistry registry = MakeOpen();
     WriteFile(File(), "garbage");
@@ -245,7 +245,7 @@ TEST_F(Registry, FileDamagedUnderAnOpenKeyIsKeptBeforeTheNextWrite)
     EXPECT_EQ(SetAside().size(), 1);
 }
 
-TEST_F(Registry, FailedWriteLeavesTheOldSettingsWhole)
+TEST_F(StoredSettings, FailedWriteLeavesTheOldSettingsWhole)
 {
     for (const auto lasting : {FailingDisk::Lasting::Once, FailingDisk::Lasting::ForGood}) {
         for (int n = 1, fired = 1; fired; ++n) {
@@ -268,7 +268,7 @@ TEST_F(Registry, FailedWriteLeavesTheOldSettingsWhole)
     }
 }
 
-TEST_F(Registry, FailuresNeverLoseADamagedFile)
+TEST_F(StoredSettings, FailuresNeverLoseADamagedFile)
 {
     const QByteArray damaged = "{\"keys\": … cut";
     for (int n = 1, fired = 1; fired; ++n) {
@@ -289,7 +289,7 @@ TEST_F(Registry, FailuresNeverLoseADamagedFile)
     }
 }
 
-TEST_F(Registry, FullDiskRefusesToMakeAKeyButFailsAWrite)
+TEST_F(StoredSettings, FullDiskRefusesToMakeAKeyButFailsAWrite)
 {
     FailingDisk full(1, FailingDisk::Lasting::ForGood);
     EXPECT_FALSE(Make(full).OpenKey(Options, true));
@@ -325,7 +325,7 @@ QFile::Permissions Mode(int octal)
     return QFile::Permissions(((octal & 0700) << 6) | ((octal & 0070) << 1) | (octal & 0007));
 }
 
-TEST_F(Registry, UnwritableFolderIsReadAndRefusesWriting)
+TEST_F(StoredSettings, UnwritableFolderIsReadAndRefusesWriting)
 {
     MakeOpen().WriteInteger(A, 1);
     const QString top = m_folder.Path(QString());
@@ -348,7 +348,7 @@ TEST_F(Registry, UnwritableFolderIsReadAndRefusesWriting)
     QFile::setPermissions(folder, Mode(0755));
 }
 
-TEST_F(Registry, UnreadableFileStaysAndOpensNoKey)
+TEST_F(StoredSettings, UnreadableFileStaysAndOpensNoKey)
 {
     MakeOpen().WriteInteger(A, 1);
     const QByteArray before = ReadFile(File());
@@ -380,7 +380,7 @@ TEST(RegistryPlaces, ThatCannotBeAreRefusedWithoutACrash)
     }
 }
 
-TEST_F(Registry, MachineHasTheStartListAlone)
+TEST_F(StoredSettings, MachineHasTheStartListAlone)
 {
     JsonRegistry registry = Make();
     registry.RootKey = RegistryRoot::LocalMachine;
@@ -404,7 +404,7 @@ TEST_F(Registry, MachineHasTheStartListAlone)
     EXPECT_EQ(registry.GetDataType(QStringLiteral("Kelora")), RegistryType::ExpandString);
 }
 
-TEST_F(Registry, StartListHoldsCommandsUnderFileNamesOnly)
+TEST_F(StoredSettings, StartListHoldsCommandsUnderFileNamesOnly)
 {
     JsonRegistry registry = Make();
     registry.RootKey = RegistryRoot::LocalMachine;
