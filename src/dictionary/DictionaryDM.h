@@ -4,7 +4,8 @@
 #include "stores/KeloraDM.h"
 
 /// The connection to the dictionaries. Lives for the whole run; the program works without it.
-class TfrmDictionaryDM : public QObject {
+class TfrmDictionaryDM : public QObject
+{
     Q_OBJECT
 public:
     explicit TfrmDictionaryDM(ModuleDoors doors, QObject *owner = nullptr);

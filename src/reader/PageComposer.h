@@ -11,7 +11,7 @@ inline constexpr int Pali = 0;
 inline constexpr int Vietnamese = 1;
 inline constexpr int English = 2;
 inline constexpr int Parallel = 10;
-}
+} // namespace PageMode
 
 /// Name of the KELORA_CONTENT column that a mode shows; empty for an unknown mode.
 QString ContentColumn(int mode);
@@ -26,7 +26,8 @@ struct PageOptions
 
 /// The page of a passage: the stored bytes with "Segoe UI" replaced by the font (ASCII case ignored), "150%" by "200%",
 /// and the margin's blockquotes around them where the mode has margins. Bytes are UTF-8 and never decoded; bytes that
-/// are no UTF-8 pass untouched. REQUIRES: content is not empty.
+/// are no UTF-8 pass untouched. Empty where nothing remains to show: a content that is empty or consists of font names,
+/// with an empty font; the fallback page is due then.
 QByteArray ComposePassage(const QByteArray &content, const PageOptions &options);
 
 /// The page of a group or of a passage without text: its name as a heading. UTF-8.

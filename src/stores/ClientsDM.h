@@ -1,12 +1,13 @@
 #pragma once
 
-#include "stores/FIBDataSet.h"
 #include "stores/DataSource.h"
 #include "stores/Database.h"
+#include "stores/FIBDataSet.h"
 #include "stores/KeloraDM.h"
 
 /// The connection to what the reader adds. Lives for the whole run; the program works without it.
-class TfrmClientsDM : public QObject {
+class TfrmClientsDM : public QObject
+{
     Q_OBJECT
 public:
     explicit TfrmClientsDM(ModuleDoors doors, QObject *owner = nullptr);

@@ -26,12 +26,21 @@ struct ModuleDoors
 /// Full path of the database client library that stands beside the executable in `folder` (with trailing separator).
 QString ClientLibraryPath(const QString &folder);
 
+/// Folder of the executable with one trailing separator.
+QString FolderOfExecutable(const QString &exeName);
+
+/// What the connections of all three modules have in common: closes the database if it is open, then sets file, login,
+/// character set, client library and transaction. Opens nothing.
+void PrepareConnection(TpFIBDatabase &database, TpFIBTransaction &transaction, const QString &file,
+                       const QString &exeName);
+
 /// The options key of this program under the current user, and the machine's start list.
 inline constexpr char16_t OptionsKey[] = u"\\Software\\Melko\\Kelora\\Options\\";
 inline constexpr char16_t RunKey[] = u"\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 
 /// The canon's connection and the reader's options. Lives for the whole run.
-class TfrmKeloraDM : public QObject {
+class TfrmKeloraDM : public QObject
+{
     Q_OBJECT
 public:
     explicit TfrmKeloraDM(ModuleDoors doors, QObject *owner = nullptr);
@@ -52,7 +61,8 @@ public:
                          const QString &name);
     /// Reads one value of any type: QString, int or QByteArray. Throws RegistryError.
     QVariant GetRegistryData(RegistryRoot root, const QString &path, const QString &name);
-    /// Writes one value of the options key, making the key if need be; an unopenable key is no failure and stores nothing.
+    /// Writes one value of the options key, making the key if need be; an unopenable key is no failure and stores
+    /// nothing.
     void WriteOption(const QString &name, int value);
     void WriteOption(const QString &name, const QString &value);
 
@@ -70,5 +80,9 @@ public:
     bool vStartWin = false;
 
 private:
+    void SetDefaultOptions();
+    template <typename Write>
+    void WithOptionsKey(Write write);
+
     ModuleDoors m_doors;
 };

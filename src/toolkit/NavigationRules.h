@@ -6,14 +6,15 @@
 /// What a page may do, decided in one place for every hook of the engine. In core so that a table can test it.
 
 enum class Navigation {
-    Load,         ///< our own page, or a place in it
-    OpenOutside,  ///< to the system's program for it
+    Load,        ///< our own page, or a place in it
+    OpenOutside, ///< to the system's program for it
     Refuse,
 };
 
 /// What becomes of a navigation: address as the engine normalised it, whether the host is loading a page itself
 /// (`isStartPage`), whether it is for the main frame, and the address of the page on show.
-/// Any address holding "http" goes outside; mail links go outside; a place in the page loads; the rest is refused.
+/// In the main frame the host's own page loads, any other address holding "http" goes outside, mail links go outside, a
+/// place in the page loads, and the rest is refused. In a frame everything is refused: frames load unasked.
 Navigation DecideNavigation(const QUrl &url, bool isStartPage, bool isMainFrame, const QUrl &page);
 
 /// Whether a page may request a resource: only the page itself by our scheme, and data addresses.

@@ -1,0 +1,22 @@
+#include "dictionary/DictionaryDM.h"
+
+TfrmDictionaryDM::TfrmDictionaryDM(ModuleDoors doors, QObject *owner)
+    : QObject(owner), dbDictionary(this), trDictionary(this), m_doors(std::move(doors))
+{
+    setObjectName(QStringLiteral("frmDictionaryDM"));
+    dbDictionary.setObjectName(QStringLiteral("dbDictionary"));
+    trDictionary.setObjectName(QStringLiteral("trDictionary"));
+    trDictionary.TimeoutAction = TpFIBTransaction::TimeoutActionKind::TARollback;
+}
+
+void TfrmDictionaryDM::DataModuleCreate()
+{
+    vIsOKDictionary = true;
+    PrepareConnection(dbDictionary, trDictionary, AppPath + QStringLiteral("PALIDICT.FDB"), m_doors.exeName);
+    try {
+        dbDictionary.SetConnected(true);
+        trDictionary.SetActive(true);
+    } catch (const std::exception &) {
+        vIsOKDictionary = false;
+    }
+}

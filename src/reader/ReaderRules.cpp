@@ -1,0 +1,88 @@
+#include "reader/ReaderRules.h"
+
+FilterKey MeaningOfFilterKey(int key)
+{
+    switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return FilterKey::Nothing;
+    case Qt::Key_Down:
+        return FilterKey::NextRow;
+    case Qt::Key_Up:
+        return FilterKey::PriorRow;
+    default:
+        return FilterKey::Reload;
+    }
+}
+
+QString TrimControls(const QString &text)
+{
+    const auto isControl = [](QChar letter) { return letter.unicode() <= 0x20; };
+    qsizetype begin = 0;
+    qsizetype end = text.size();
+    while (begin < end && isControl(text[begin]))
+        ++begin;
+    while (end > begin && isControl(text[end - 1]))
+        --end;
+    return text.mid(begin, end - begin);
+}
+
+QString TreeFilterClause(NameColumn column)
+{
+    switch (column) {
+    case NameColumn::Pali:
+        return QStringLiteral(" where (lower(n.name_vic_pal) like :SEARCH_TEXT)");
+    case NameColumn::Vietnamese:
+        return QStringLiteral(" where (lower(n.name_vic_vie) like :SEARCH_TEXT)");
+    case NameColumn::English:
+        return QStringLiteral(" where (lower(n.name_vic_eng) like :SEARCH_TEXT)");
+    case NameColumn::None:
+        break;
+    }
+    return {};
+}
+
+QString TreeFilterValue(const QString &trimmedText)
+{
+    return QLatin1Char('%') + trimmedText.toLower() + QLatin1Char('%');
+}
+
+NameView NameViewOfMode(int mode)
+{
+    switch (mode) {
+    case 0:
+        return {NameColumn::Pali, NameColumn::Pali, true};
+    case 1:
+        return {NameColumn::Vietnamese, NameColumn::Vietnamese, true};
+    case 10:
+        // The parallel page has no margin to choose.
+        return {NameColumn::Vietnamese, NameColumn::Vietnamese, false};
+    default:
+        return {};
+    }
+}
+
+int RandomSuttaNumber(quint32 drawn)
+{
+    // By multiplication: a remainder would favour the low numbers.
+    constexpr quint64 highest = 204;
+    return 1 + static_cast<int>((drawn * highest) >> 32);
+}
+
+BoxText QuitPrompt(int interfaceLang)
+{
+    if (interfaceLang == 0)
+        return {QStringLiteral("Thông báo"), QStringLiteral("Đồng ý thoát khỏi Lumivara?")};
+    if (interfaceLang == 1)
+        return {QStringLiteral("Information"), QStringLiteral("Are you sure you wish to quit Lumivara?")};
+    return {};
+}
+
+QString ClientDatabaseNotOpenText(int interfaceLang)
+{
+    if (interfaceLang == 0)
+        return QStringLiteral("Hệ thống dữ liệu chưa sẵn sàng!");
+    if (interfaceLang == 1)
+        return QStringLiteral("Client database is not open!");
+    return {};
+}

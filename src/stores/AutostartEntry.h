@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+/// One command of the start list as a desktop entry of the autostart folder. No disk.
+/// The command is what Windows keeps in its list: a path in double quotes, or a command line; empty switches it off.
+struct AutostartEntry
+{
+    QString command;
+    bool isExpandable = false;
+};
+
+/// The text of the entry's file. The desktop runs the command at log-in; an empty one is hidden from it.
+QByteArray AutostartFileOf(const QString &name, const AutostartEntry &entry);
+
+/// What a file says, also one that another program wrote: the command exactly as it was handed to AutostartFileOf as
+/// long as the file still runs that, else its own Exec line; empty when the file is switched off or is no desktop
+/// entry.
+AutostartEntry ReadAutostartFile(const QByteArray &bytes);

@@ -1,0 +1,33 @@
+#include "toolkit/NavigationRules.h"
+
+namespace {
+
+bool IsPageAddress(const QUrl &url)
+{
+    return url.scheme() == QLatin1StringView(PageScheme);
+}
+
+bool IsPlaceInPage(const QUrl &url, const QUrl &page)
+{
+    // Without a fragment it would be a reload, and a reload of the passage never happens.
+    return url.hasFragment() && IsPageAddress(url) && url.matches(page, QUrl::RemoveFragment);
+}
+
+} // namespace
+
+Navigation DecideNavigation(const QUrl &url, bool isStartPage, bool isMainFrame, const QUrl &page)
+{
+    // A frame loads by itself: whatever it names was asked for by nobody and must not reach the system's browser.
+    if (!isMainFrame)
+        return Navigation::Refuse;
+    if (isStartPage && IsPageAddress(url))
+        return Navigation::Load;
+    if (url.toEncoded().contains("http") || url.scheme() == QLatin1StringView("mailto"))
+        return Navigation::OpenOutside;
+    return IsPlaceInPage(url, page) ? Navigation::Load : Navigation::Refuse;
+}
+
+bool MayRequest(const QUrl &url)
+{
+    return IsPageAddress(url) || url.scheme() == QLatin1StringView("data");
+}
