@@ -61,7 +61,8 @@ void MarkCandidates(const char *at, qsizetype count, unsigned char *marks)
     }
 }
 
-/// Where the stored font's name begins, in any mixture of ASCII case; matches do not overlap.
+/// Where the stored font's name begins, in any mixture of ASCII case. It has no end that is its start, so no two
+/// overlap.
 QList<qsizetype> FindStoredFont(const QByteArray &content)
 {
     constexpr qsizetype blockSize = 2048;
@@ -69,7 +70,6 @@ QList<qsizetype> FindStoredFont(const QByteArray &content)
     QList<qsizetype> positions;
     const char *bytes = content.constData();
     const qsizetype startCount = content.size() - StoredFont.size() + 1;
-    qsizetype freeFrom = 0;
     for (qsizetype block = 0; block < startCount; block += blockSize) {
         const qsizetype count = std::min(blockSize, startCount - block);
         MarkCandidates(bytes + block, count, marks.data());
@@ -77,10 +77,8 @@ QList<qsizetype> FindStoredFont(const QByteArray &content)
         while (const void *mark = std::memchr(marks.data() + at, 0xFF, static_cast<std::size_t>(count - at))) {
             at = static_cast<const unsigned char *>(mark) - marks.data();
             const qsizetype position = block + at;
-            if (position >= freeFrom && IsStoredFontAt(bytes + position)) {
+            if (IsStoredFontAt(bytes + position))
                 positions.append(position);
-                freeFrom = position + StoredFont.size();
-            }
             ++at;
         }
     }
