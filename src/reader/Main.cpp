@@ -11,6 +11,7 @@
 #include "toolkit/Guard.h"
 #include "ui_Main.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QSystemTrayIcon>
 
@@ -41,6 +42,7 @@ TfrmMain::TfrmMain(QWidget *parent)
     font.setPixelSize(FontHeight);
     setFont(font);
     ui->setupUi(this);
+    QApplication::setWindowIcon(windowIcon()); // for the windows without a parent, too
     ui->spltMain->setStretchFactor(1, 1);
     ui->spltMain->setSizes({TreeWidth, width() - TreeWidth});
 

@@ -66,8 +66,9 @@ public:
     {
         if (role != Qt::DisplayRole || !index.isValid())
             return {};
+        const TDataSet *dataSet = DataSet();
         const int field = m_fields[static_cast<size_t>(index.column())];
-        return field < 0 ? QVariant() : DataSet()->TextAt(RowOf(index), field);
+        return dataSet && dataSet->Active() && field >= 0 ? dataSet->TextAt(RowOf(index), field) : QVariant();
     }
 
     void Rebuild()

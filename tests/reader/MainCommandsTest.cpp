@@ -123,8 +123,9 @@ TEST_F(Commands, AreAllThereWithCaptionShortcutHintCategoryAndPicture)
         EXPECT_EQ(QKeySequence::listToString(action.shortcuts()).toStdString(), row.shortcuts) << row.name;
         EXPECT_EQ(action.isEnabled(), row.enabled) << row.name;
         EXPECT_FALSE(action.icon().pixmap(32).isNull()) << row.name;
-        if (row.hint)
+        if (row.hint) {
             EXPECT_EQ(action.toolTip().toStdString(), row.hint) << row.name;
+        }
     }
 }
 

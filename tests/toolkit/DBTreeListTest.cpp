@@ -218,14 +218,18 @@ TEST_F(DBTreeList, OddKeysShowEveryRow)
 
 TEST_F(DBTreeList, OutlivesItsDataset)
 {
-    {
-        TdxMemData passing;
-        passing.AddField(QStringLiteral("ID"), FieldType::WideString, 31);
-        passing.AddField(QStringLiteral("PARENT"), FieldType::WideString, 31);
-        source.SetDataSet(&passing);
-        tree.SetDataSource(&source);
-        passing.Open();
-    }
+    auto passing = std::make_unique<TdxMemData>();
+    passing->AddField(QStringLiteral("ID"), FieldType::WideString, 31);
+    passing->AddField(QStringLiteral("PARENT"), FieldType::WideString, 31);
+    source.SetDataSet(passing.get());
+    tree.SetDataSource(&source);
+    passing->Open();
+    passing->Append();
+    passing->FieldByName(QStringLiteral("ID")).SetAsString(QStringLiteral("1"));
+    passing->Post();
+    EXPECT_EQ(Shown().size(), 1);
+    passing.reset();
+    EXPECT_EQ(Shown().join(QString()), QString());
     tree.FullExpand();
-    EXPECT_EQ(Shown(), QStringList());
+    tree.grab();
 }
