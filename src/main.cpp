@@ -1,4 +1,59 @@
-int main()
+#include "reader/Main.h"
+#include "dictionary/DictionaryDM.h"
+#include "presentation/DMInterface.h"
+#include "stores/ClientsDM.h"
+#include "stores/KeloraDM.h"
+#include "stores/Modules.h"
+#include "toolkit/BrowserControl.h"
+#include "toolkit/Doors.h"
+#include "toolkit/Fonts.h"
+#include "toolkit/StartUp.h"
+
+#include <QApplication>
+
+namespace {
+
+constexpr int CanonFailed = 1;
+
+QString Title()
 {
-    return 0;
+    return QStringLiteral("Lumivara 1.0");
+}
+
+ModuleDoors RealDoors()
+{
+    ModuleDoors doors;
+    doors.exeName = QCoreApplication::applicationFilePath();
+    doors.showMessage = [](const QString &text) { Doors().messageBox(Title(), text, BoxButtons::Ok, BoxIcon::None); };
+    doors.terminate = [] { TerminateApplication(CanonFailed); };
+    return doors;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    PrepareProcess();
+    RegisterPageScheme();
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(Title());
+    QApplication::setQuitOnLastWindowClosed(false);
+    InstallFontSubstitutes();
+
+    // In this order, each finished before the next; they end in the reverse one, the pages of the window first.
+    TInterfaceDM interfaceModule;
+    InterfaceDM = &interfaceModule;
+    interfaceModule.DataModuleCreate();
+    TfrmKeloraDM kelora(RealDoors());
+    frmKeloraDM = &kelora;
+    kelora.DataModuleCreate();
+    TfrmClientsDM clients(RealDoors());
+    frmClientsDM = &clients;
+    clients.DataModuleCreate();
+    TfrmDictionaryDM dictionary(RealDoors());
+    frmDictionaryDM = &dictionary;
+    dictionary.DataModuleCreate();
+    const TfrmMain mainWindow;
+
+    return RunApplication();
 }

@@ -20,7 +20,8 @@ enum class ScrollMode { None = 0, First = 1, Last = 2 };
 
 /// A browser control that shows pages handed over as bytes, each a closed document: no scripts, nothing requested from
 /// outside, links leave through the document door. Used under its given object name by every window that shows a page.
-class TBrowserControl : public QWebEngineView {
+class TBrowserControl : public QWebEngineView
+{
     Q_OBJECT
     Q_PROPERTY(int ZoomPercent READ ZoomPercent WRITE SetZoomPercent)
     Q_PROPERTY(QString HostCSS READ HostCSS WRITE SetHostCSS)
@@ -66,24 +67,31 @@ public:
     /// Finds the first occurrence from the start of the body, case ignored, and scrolls it to the top of the view.
     /// False if there is none.
     bool ScrollToFirst(const QString &text);
-    /// The word whose glyph is under the point (the control's coordinates), trimmed; empty over white space or a picture.
+    /// The word whose glyph is under the point (the control's coordinates), trimmed; empty over white space or a
+    /// picture.
     QString GetWordAtCursor(int x, int y);
 
     /// Runs a script of ours in the isolated world and waits for its value, processing events. Invalid when the page
     /// went away.
     QVariant Evaluate(const QString &script);
 
-    /// Asked before the engine follows a link or navigates; true cancels. FIsStartPage-style guards live in the handler.
+    /// Asked before the engine follows a link or navigates; true cancels. FIsStartPage-style guards live in the
+    /// handler.
     std::function<bool(const QUrl &url)> OnBeforeNavigate2;
     std::function<void()> OnDocumentComplete;
-    /// In place of the engine's own menu; the position in screen coordinates.
+    /// In place of the engine's own menu, by mouse or keyboard; the position in screen coordinates. Not called when
+    /// Ctrl was down at the press of the button: that gesture is another.
     std::function<void(const QPoint &screenPoint)> OnShowContextMenu;
     /// On the press of the left or right button, despite its name; the control's coordinates.
     std::function<void(Qt::MouseButton, Qt::KeyboardModifiers, int x, int y)> OnClick;
     /// Ctrl with the wheel: one step, positive to enlarge.
     std::function<void(int steps)> OnZoomWheel;
 
+protected:
+    bool event(QEvent *event) override;
+
 private:
     class Private;
+    friend class Private;
     std::unique_ptr<Private> d;
 };

@@ -1,0 +1,26 @@
+#include "reader/CommandRules.h"
+
+bool MayCopy(const ReaderFacts &facts)
+{
+    return facts.hasSelection;
+}
+
+bool MayMarkSelection(const ReaderFacts &facts)
+{
+    return facts.hasSelection && facts.isOKClients;
+}
+
+bool MayBrowseMarks(const ReaderFacts &facts)
+{
+    return facts.isOKClients;
+}
+
+bool MayLookUp(const ReaderFacts &facts)
+{
+    return facts.isOKDictionary;
+}
+
+bool MayOpenDictionary(const ReaderFacts &facts)
+{
+    return facts.isOKDictionary;
+}

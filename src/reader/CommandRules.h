@@ -1,0 +1,16 @@
+#pragma once
+
+/// What the enabled state of the reader's commands depends on.
+struct ReaderFacts
+{
+    bool hasSelection = false; ///< text is selected in a complete page
+    bool isOKClients = false;
+    bool isOKDictionary = false;
+};
+
+/// Whether a command may run now. Asked by the update cycle for every command whose state changes.
+bool MayCopy(const ReaderFacts &facts);
+bool MayMarkSelection(const ReaderFacts &facts);
+bool MayBrowseMarks(const ReaderFacts &facts);
+bool MayLookUp(const ReaderFacts &facts);
+bool MayOpenDictionary(const ReaderFacts &facts);

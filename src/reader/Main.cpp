@@ -1,0 +1,254 @@
+#include "reader/Main.h"
+
+#include "presentation/GlobalUnit.h"
+#include "reader/PageComposer.h"
+#include "reader/ReaderRules.h"
+#include "stores/KeloraDM.h"
+#include "stores/Modules.h"
+#include "toolkit/BarCombo.h"
+#include "toolkit/Doors.h"
+#include "toolkit/Forms.h"
+#include "toolkit/Guard.h"
+#include "ui_Main.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QSystemTrayIcon>
+
+TfrmMain *frmMain = nullptr;
+
+// The resources of a static library come along only when asked for, and only outside of namespaces.
+static void InitImages()
+{
+    Q_INIT_RESOURCE(reader);
+}
+
+namespace {
+
+constexpr int TreeIdSize = 31;
+constexpr int NameSize = 127;
+constexpr int FontHeight = 13;
+constexpr int TreeWidth = 320;
+
+} // namespace
+
+TfrmMain::TfrmMain(QWidget *parent)
+    : QWidget(parent), qryTreeSutas(this), qryKeloraContent(this), dsTreeSutas(this), dsKeloraContent(this),
+      ui(std::make_unique<Ui::frmMain>())
+{
+    ::frmMain = this;
+    InitImages();
+    QFont font(QStringLiteral("Segoe UI"));
+    font.setPixelSize(FontHeight);
+    setFont(font);
+    ui->setupUi(this);
+    QApplication::setWindowIcon(windowIcon()); // for the windows without a parent, too
+    ui->spltMain->setStretchFactor(1, 1);
+    ui->spltMain->setSizes({TreeWidth, width() - TreeWidth});
+
+    DeclareTreeData();
+    DeclareContentData();
+    SetUpTree();
+    SetUpContent();
+    SetUpCommands();
+    SetUpButtons();
+    SetUpSystemMenu();
+    SetUpTray();
+
+    RunGuarded([this] { FormCreate(); });
+    ui->dbtSutas->setFocus();
+    showMaximized();
+}
+
+TfrmMain::~TfrmMain()
+{
+    DeleteForms();
+    // The widgets go after the data that they are bound to.
+    ui->dbtSutas->SetDataSource(nullptr);
+    dsKeloraContent.OnDataChange = nullptr;
+    ::frmMain = nullptr;
+}
+
+void TfrmMain::DeclareTreeData()
+{
+    qryTreeSutas.setObjectName(QStringLiteral("qryTreeSutas"));
+    qryTreeSutas.SetAutoCommit(true);
+    qryTreeSutas.SelectSQL() = QStringList{
+        QStringLiteral("select cast((1000 + T.ID_VIT) as integer) ID_VIC, cast(T.ID_VIT as varchar(31)) TREE_ID,"),
+        QStringLiteral("       cast(T.P_ID_VIT as varchar(31)) P_TREE_ID, T.NAME_VIT_VIE NAME_VIC_VIE, T.NAME_VIT_PAL "
+                       "NAME_VIC_PAL,"),
+        QStringLiteral("       T.NAME_VIT_ENG NAME_VIC_ENG, 0 NUMBER_VIC"),
+        QStringLiteral("from KELORA_TREE T"),
+        QStringLiteral("union"),
+        QStringLiteral("select N.ID_VIC, N.ID_VIC || N.ID_VIT TREE_ID, N.ID_VIT P_TREE_ID, N.NAME_VIC_VIE, "
+                       "N.NAME_VIC_PAL,"),
+        QStringLiteral("       case"),
+        QStringLiteral("         when N.NAME_VIC_ENG is null then N.NAME_VIC_PAL"),
+        QStringLiteral("         else N.NAME_VIC_ENG"),
+        QStringLiteral("       end NAME_VIC_ENG,"),
+        QStringLiteral("       N.NUMBER_VIC"),
+        QStringLiteral("from KELORA_CONTENT N  "),
+    };
+    qryTreeSutas.RefreshSQL() = qryTreeSutas.SelectSQL();
+    qryTreeSutas.AddField(QStringLiteral("ID_VIC"), FieldType::Integer);
+    qryTreeSutas.AddField(QStringLiteral("TREE_ID"), FieldType::WideString, TreeIdSize);
+    qryTreeSutas.AddField(QStringLiteral("P_TREE_ID"), FieldType::WideString, TreeIdSize);
+    qryTreeSutas.AddField(QStringLiteral("NAME_VIC_VIE"), FieldType::WideString, NameSize);
+    qryTreeSutas.AddField(QStringLiteral("NAME_VIC_PAL"), FieldType::WideString, NameSize);
+    qryTreeSutas.AddField(QStringLiteral("NAME_VIC_ENG"), FieldType::WideString, NameSize);
+    qryTreeSutas.AddField(QStringLiteral("NUMBER_VIC"), FieldType::Integer);
+    dsTreeSutas.setObjectName(QStringLiteral("dsTreeSutas"));
+    dsTreeSutas.SetDataSet(&qryTreeSutas);
+    if (frmKeloraDM) {
+        qryTreeSutas.SetDatabase(&frmKeloraDM->dbKelora);
+        qryTreeSutas.SetTransaction(&frmKeloraDM->trKelora);
+    }
+}
+
+void TfrmMain::DeclareContentData()
+{
+    const QString name = QStringLiteral("qryKeloraContent");
+    qryKeloraContent.setObjectName(name);
+    const QStringList columns{
+        QStringLiteral("select N.ID_VIT, N.ID_VIC, N.NAME_VIC_PAL, N.NAME_VIC_ENG, N.NAME_VIC_VIE, N.CONTENT_VIC_PAL, "
+                       "N.CONTENT_VIC_ENG,"),
+        QStringLiteral("       N.CONTENT_VIC_VIE, N.CONTENT_VIC_PAL_VIE"),
+        QStringLiteral("from KELORA_CONTENT N"),
+    };
+    qryKeloraContent.SelectSQL() = columns + QStringList{QStringLiteral("where N.ID_VIC = :ID_VIC")};
+    qryKeloraContent.RefreshSQL() = columns + QStringList{
+                                                  QStringLiteral("where(  N.ID_VIC = :ID_VIC"),
+                                                  QStringLiteral("     ) and (     N.ID_VIT = :OLD_ID_VIT"),
+                                                  QStringLiteral("    and N.ID_VIC = :OLD_ID_VIC"),
+                                                  QStringLiteral("     )"),
+                                              };
+    qryKeloraContent.AddField(QStringLiteral("ID_VIT"), FieldType::Integer);
+    qryKeloraContent.AddField(QStringLiteral("ID_VIC"), FieldType::Integer);
+    qryKeloraContent.AddField(QStringLiteral("NAME_VIC_PAL"), FieldType::WideString, NameSize);
+    qryKeloraContent.AddField(QStringLiteral("NAME_VIC_ENG"), FieldType::WideString, NameSize);
+    qryKeloraContent.AddField(QStringLiteral("NAME_VIC_VIE"), FieldType::WideString, NameSize);
+    const auto addContent = [&](const QString &column, const QString &component) {
+        qryKeloraContent.AddField(column, FieldType::Blob, 0, name + component);
+    };
+    addContent(QStringLiteral("CONTENT_VIC_PAL"), QStringLiteral("CONTENT_PAL"));
+    addContent(QStringLiteral("CONTENT_VIC_ENG"), QStringLiteral("CONTENT_ENG"));
+    addContent(QStringLiteral("CONTENT_VIC_VIE"), QStringLiteral("CONTENT_VIE"));
+    addContent(QStringLiteral("CONTENT_VIC_PAL_VIE"), QStringLiteral("CONTENT_VIE_PAL"));
+    dsKeloraContent.setObjectName(QStringLiteral("dsKeloraContent"));
+    dsKeloraContent.SetDataSet(&qryKeloraContent);
+    dsKeloraContent.OnDataChange = [this] { dsKeloraContentDataChange(); };
+    if (frmKeloraDM) {
+        qryKeloraContent.SetDatabase(&frmKeloraDM->dbKelora);
+        qryKeloraContent.SetTransaction(&frmKeloraDM->trKelora);
+    }
+    qryKeloraContent.SetDataSource(&dsTreeSutas);
+}
+
+void TfrmMain::FormCreate()
+{
+    vIsInit = true;
+    vDefTreeKeloraSQL = qryTreeSutas.SelectSQL().join(QLatin1Char('\n'));
+    CollectionMode = 1;
+    switch (frmKeloraDM->vLanguageSutta) {
+    case PageMode::Pali:
+        ui->btnPali->setChecked(true);
+        ViewSuttaName(PageMode::Pali);
+        break;
+    case PageMode::Vietnamese:
+        ui->btnViet->setChecked(true);
+        ViewSuttaName(PageMode::Vietnamese);
+        break;
+    case PageMode::Parallel:
+        ui->btnVietPali->setChecked(true);
+        ViewSuttaName(PageMode::Parallel);
+        break;
+    default:
+        break;
+    }
+    ui->btnMarginWidth->setText(QString::number(frmKeloraDM->vMarginWidth));
+    LoadContentData();
+    frmKeloraDM->LoadFavouriteSuttas();
+}
+
+void TfrmMain::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (!event->spontaneous())
+        RunGuarded([this] { FormShow(); });
+}
+
+void TfrmMain::FormShow()
+{
+    ui->dbtSutas->FullExpand();
+    bcbLanguageChange();
+    vIsInit = false;
+}
+
+void TfrmMain::bcbLanguageChange()
+{
+    InterfaceLang = std::max(bcbLanguage->ItemIndex(), 0);
+    // The English interface reads the names in Pāli; a further language leaves the columns as they are.
+    if (InterfaceLang == 0 || InterfaceLang == 1) {
+        ui->dbtSutas->Column(QStringLiteral("NAME_VIC_VIE"))->SetVisible(InterfaceLang == 0);
+        ui->dbtSutas->Column(QStringLiteral("NAME_VIC_PAL"))->SetVisible(InterfaceLang == 1);
+    }
+    frmKeloraDM->WriteOption(QStringLiteral("InterfaceLang"), InterfaceLang);
+}
+
+bool TfrmMain::ConfirmQuit() const
+{
+    const BoxText prompt = QuitPrompt(InterfaceLang);
+    return Doors().messageBox(prompt.title, prompt.text, BoxButtons::YesNo, BoxIcon::Question);
+}
+
+void TfrmMain::closeEvent(QCloseEvent *event)
+{
+    bool isLeaving = false;
+    RunGuarded([&] { isLeaving = ConfirmQuit(); });
+    event->setAccepted(isLeaving);
+    if (!isLeaving)
+        return;
+    // A store that takes no value is told, but nobody is kept in the program by it.
+    RunGuarded([this] { StoreLastKelora(); });
+    TerminateApplication();
+}
+
+void TfrmMain::StoreLastKelora()
+{
+    const int idVic =
+        qryKeloraContent.Active() ? qryKeloraContent.FieldByName(QStringLiteral("ID_VIC")).AsInteger() : 0;
+    frmKeloraDM->WriteOption(QStringLiteral("LastKelora"), idVic);
+}
+
+void TfrmMain::acExitExecute()
+{
+    if (ConfirmQuit())
+        TerminateApplication();
+}
+
+void TfrmMain::SetUpTray()
+{
+    tiMainTray = new QSystemTrayIcon(windowIcon(), this);
+    tiMainTray->setObjectName(QStringLiteral("tiMainTray"));
+    tiMainTray->setToolTip(QStringLiteral("Lumivara"));
+    // A desktop that keeps the icons in a process of its own shows the menu there; elsewhere the press shows it.
+    tiMainTray->setContextMenu(ui->ppMainTray);
+    ConnectGuarded(tiMainTray, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger)
+            tiMainTrayClick();
+        else if (reason == QSystemTrayIcon::Context && !ui->ppMainTray->isVisible())
+            ui->ppMainTray->popup(QCursor::pos());
+    });
+    tiMainTray->show();
+}
+
+void TfrmMain::tiMainTrayClick()
+{
+    if (!isVisible()) {
+        show();
+    } else if (isMinimized()) {
+        setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowMaximized);
+        raise();
+        activateWindow();
+    }
+}

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "reader/CommandRules.h"
+#include "stores/DataSource.h"
+#include "stores/FIBDataSet.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+class QAction;
+class QMenu;
+class QSystemTrayIcon;
+class QUrl;
+class TBarCombo;
+class TDBTreeListColumn;
+
+namespace Ui {
+class frmMain;
+}
+
+/// The main window: the canon as a tree, one passage as a page, and the commands on both. Creation runs the whole
+/// start-up and leaves the window visible with its first page on the way; a failure on the way is reported and the
+/// window stands without what it lacks. Uses the modules of stores/Modules.h, of which clients and dictionary may be
+/// missing.
+class TfrmMain : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit TfrmMain(QWidget *parent = nullptr);
+    ~TfrmMain() override;
+
+    /// Reads the tree again with the filter's text, and the passage under the cursor. Throws DatabaseError.
+    void LoadContentData();
+    /// Rebuilds the tree, expanded; during the start-up also chooses the opening passage. Throws DatabaseError.
+    void LoadKeloraTree();
+    /// Composes the current row in a language mode (see PageMode) and hands it to the browser. Throws DatabaseError.
+    void ViewSutta(int mode);
+    /// Shows the names of the tree in the language of a mode; the page stays.
+    void ViewSuttaName(int mode);
+    /// Chooses, shows and stores the language mode; nothing during the start-up.
+    void SetContentLanguage(int mode);
+    /// Composes the page again after a change of options.
+    void ApplyOptions();
+
+    TpFIBDataSet qryTreeSutas;
+    TpFIBDataSet qryKeloraContent;
+    TDataSource dsTreeSutas;
+    TDataSource dsKeloraContent;
+
+    QString vFindSuttaStr; ///< words to highlight in each page that completes; the text search alone sets it
+    int vTaruneBook = 0;
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    /// A command with its handler and, where its state changes, the rule that enables it.
+    struct Command
+    {
+        QAction *action;
+        std::function<bool(const ReaderFacts &)> rule;
+    };
+
+    // Main.cpp: start and end
+    void DeclareTreeData();
+    void DeclareContentData();
+    void FormCreate();
+    void FormShow();
+    void StoreLastKelora();
+    bool ConfirmQuit() const;
+    void SetUpTray();
+    void tiMainTrayClick();
+    void bcbLanguageChange();
+
+    // MainTree.cpp
+    void SetUpTree();
+    void LocateOpeningPassage();
+    TDBTreeListColumn *ShownNameColumn() const;
+    void edFilterSuttaKeyUp(int key);
+
+    // MainContent.cpp
+    void SetUpContent();
+    QByteArray ComposePage(int mode);
+    QString PageTitle();
+    void dsKeloraContentDataChange();
+    void LanguageButtonClick(int mode);
+    void EnableMargins(bool enabled);
+    void SetMarginWidth(int level);
+    bool ebContentBeforeNavigate2(const QUrl &url);
+    void ebContentDocumentComplete();
+
+    // MainCommands.cpp
+    void SetUpCommands();
+    void SetUpButtons();
+    void SetUpSystemMenu();
+    TBarCombo *AddCombo(QMenu *menu, const QString &name, const QString &accessibleName);
+    void Wire(QAction *action, std::function<void()> execute, std::function<bool(const ReaderFacts &)> rule = {});
+    bool HasSelection() const;
+    void UpdateCommands();
+    void acExitExecute();
+
+    std::unique_ptr<Ui::frmMain> ui;
+    std::vector<Command> m_commands;
+    TBarCombo *bcbInterface = nullptr;
+    TBarCombo *bcbLanguage = nullptr;
+    QSystemTrayIcon *tiMainTray = nullptr;
+    QString vDefTreeKeloraSQL;
+    bool vIsInit = false;
+    bool FIsStartPage = false;
+};
+
+/// The one main window; null until the start has made it.
+extern TfrmMain *frmMain;

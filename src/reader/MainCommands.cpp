@@ -1,0 +1,152 @@
+#include "reader/Main.h"
+
+#include "dictionary/DictionaryDM.h"
+#include "reader/PageComposer.h"
+#include "stores/ClientsDM.h"
+#include "stores/Modules.h"
+#include "toolkit/BarCombo.h"
+#include "toolkit/Guard.h"
+#include "ui_Main.h"
+
+#include <QAbstractEventDispatcher>
+#include <QHBoxLayout>
+#include <QWidgetAction>
+
+namespace {
+
+constexpr int ZoomStep = 10;
+constexpr int InterfaceDropDownCount = 28;
+constexpr int ComboWidth = 120;
+
+} // namespace
+
+void TfrmMain::SetUpCommands()
+{
+    Wire(ui->acExit, [this] { acExitExecute(); });
+
+    Wire(
+        ui->acCopy, [this] { ui->ebContent->Copy(); }, MayCopy);
+    Wire(ui->acFindDialog, [this] { ui->ebContent->ShowFindDialog(); });
+    Wire(ui->acSelectAll, [this] { ui->ebContent->SelectAll(); });
+    Wire(ui->acPrint, [this] { ui->ebContent->Print(); });
+    Wire(ui->acPrintPreview, [this] { ui->ebContent->PrintPreview(); });
+    Wire(ui->acSave, [this] { ui->ebContent->SaveDialog(); });
+    const auto zoomBy = [this](int percent) { ui->ebContent->SetZoomPercent(ui->ebContent->ZoomPercent() + percent); };
+    Wire(ui->acZoomIn, [zoomBy] { zoomBy(ZoomStep); });
+    Wire(ui->acZoomOut, [zoomBy] { zoomBy(-ZoomStep); });
+    Wire(ui->acMarginWidth0, [this] { SetMarginWidth(0); });
+    Wire(ui->acMarginWidth1, [this] { SetMarginWidth(1); });
+    Wire(ui->acMarginWidth2, [this] { SetMarginWidth(2); });
+    Wire(ui->acMarginWidth3, [this] { SetMarginWidth(3); });
+
+    Wire(ui->acNotes, [] {}); // an empty command, kept enabled
+
+    Wire(ui->acExpandTree, [this] { ui->dbtSutas->FullExpand(); });
+    Wire(ui->acCollapseTree, [this] { ui->dbtSutas->FullCollapse(); });
+    Wire(ui->acNamePAL, [this] { ViewSuttaName(PageMode::Pali); });
+    Wire(ui->acNameVIE, [this] { ViewSuttaName(PageMode::Vietnamese); });
+    Wire(ui->acNameENG, [this] { ViewSuttaName(PageMode::English); });
+    Wire(ui->acNameVietPali, [this] { ViewSuttaName(PageMode::Parallel); });
+    // The toggles follow the shown names; choosing one that is down already keeps it down.
+    ConnectGuarded(ui->bTreeNamePAL, &QAction::triggered, this, [this] { ViewSuttaName(PageMode::Pali); });
+    ConnectGuarded(ui->bTreeNameVIE, &QAction::triggered, this, [this] { ViewSuttaName(PageMode::Vietnamese); });
+
+    ui->acSearchSutas->setShortcuts({Qt::Key_F2, Qt::CTRL | Qt::SHIFT | Qt::Key_F});
+
+    // Shortcuts act in the whole window, and a command without a handler is disabled by that fact alone.
+    for (QAction *action : findChildren<QAction *>()) {
+        if (!action->objectName().startsWith(QStringLiteral("ac")))
+            continue;
+        addAction(action);
+        const bool isWired = std::any_of(m_commands.begin(), m_commands.end(),
+                                         [action](const Command &command) { return command.action == action; });
+        action->setEnabled(isWired);
+    }
+    UpdateCommands();
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+            &TfrmMain::UpdateCommands);
+}
+
+void TfrmMain::Wire(QAction *action, std::function<void()> execute, std::function<bool(const ReaderFacts &)> rule)
+{
+    ConnectGuarded(action, &QAction::triggered, this, std::move(execute));
+    m_commands.push_back({action, std::move(rule)});
+}
+
+bool TfrmMain::HasSelection() const
+{
+    // The engine's flag first: after "select all" the text itself can be megabytes.
+    return ui->ebContent->IsComplete() &&
+           (ui->ebContent->hasSelection() || !ui->ebContent->GetSelectedText().isEmpty());
+}
+
+void TfrmMain::UpdateCommands()
+{
+    // Runs before each rest of the event loop: cached facts only, nothing is asked of the page.
+    const ReaderFacts facts{
+        HasSelection(),
+        frmClientsDM && frmClientsDM->vIsOKClients,
+        frmDictionaryDM && frmDictionaryDM->vIsOKDictionary,
+    };
+    for (const Command &command : m_commands) {
+        if (command.rule)
+            command.action->setEnabled(command.rule(facts));
+    }
+}
+
+void TfrmMain::SetUpButtons()
+{
+    ui->lbOrganization->setDefaultAction(ui->acOrganization);
+    ui->lbDictionary->setDefaultAction(ui->acDictionary);
+    ui->lbSearchSutas->setDefaultAction(ui->acSearchSutas);
+    ui->lbOptions->setDefaultAction(ui->acOption);
+    ui->lbHelp->setDefaultAction(ui->acHelp);
+    ui->btnSystem->setMenu(ui->bsiSystem);
+
+    ui->btnExpandTree->SetAction(ui->acExpandTree);
+    ui->btnCollapseTree->SetAction(ui->acCollapseTree);
+    ui->btnFindDialog->SetAction(ui->acFindDialog);
+    ui->btnCopy->SetAction(ui->acCopy);
+    ui->btnSelectAll->SetAction(ui->acSelectAll);
+    ui->btnPrint->SetAction(ui->acPrint);
+    ui->btnPrintPreview->SetAction(ui->acPrintPreview);
+    ui->btnSave->SetAction(ui->acSave);
+    ui->btnZoomIn->SetAction(ui->acZoomIn);
+    ui->btnZoomOut->SetAction(ui->acZoomOut);
+    ui->btnFocusHighlight->SetAction(ui->acFocusHighlight);
+
+    // The body of the button is no "last level again": it takes the margin away.
+    ui->btnMarginWidth->SetDropDownMenu(ui->ppMarginWidth);
+    ConnectGuarded(ui->btnMarginWidth, &QToolButton::clicked, this, [this] { SetMarginWidth(0); });
+    ConnectGuarded(ui->btnPali, &QToolButton::clicked, this, [this] { LanguageButtonClick(PageMode::Pali); });
+    ConnectGuarded(ui->btnViet, &QToolButton::clicked, this, [this] { LanguageButtonClick(PageMode::Vietnamese); });
+    ConnectGuarded(ui->btnVietPali, &QToolButton::clicked, this, [this] { LanguageButtonClick(PageMode::Parallel); });
+}
+
+void TfrmMain::SetUpSystemMenu()
+{
+    bcbInterface = AddCombo(ui->bsiSkins, QStringLiteral("bcbInterface"), ui->bsiSkins->title());
+    bcbInterface->setMaxVisibleItems(InterfaceDropDownCount);
+    bcbLanguage = AddCombo(ui->bsiLanguage, QStringLiteral("bcbLanguage"), ui->bsiLanguage->title());
+    bcbLanguage->AddItem(QStringLiteral("Tiếng Việt"));
+    bcbLanguage->SetItemIndex(0);
+    bcbLanguage->OnChange = [this] { bcbLanguageChange(); };
+}
+
+TBarCombo *TfrmMain::AddCombo(QMenu *menu, const QString &name, const QString &accessibleName)
+{
+    auto *combo = new TBarCombo;
+    combo->setObjectName(name);
+    combo->setAccessibleName(accessibleName);
+    combo->setMinimumWidth(ComboWidth);
+    auto *frame = new QWidget(this);
+    auto *layout = new QHBoxLayout(frame);
+    layout->setContentsMargins(8, 6, 8, 6);
+    layout->addWidget(combo);
+    frame->setFocusPolicy(Qt::StrongFocus);
+    frame->setFocusProxy(combo);
+    auto *item = new QWidgetAction(this);
+    item->setDefaultWidget(frame);
+    menu->addAction(item);
+    return combo;
+}

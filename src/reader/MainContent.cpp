@@ -1,0 +1,115 @@
+#include "reader/Main.h"
+
+#include "presentation/GlobalUnit.h"
+#include "reader/PageComposer.h"
+#include "stores/KeloraDM.h"
+#include "stores/Modules.h"
+#include "toolkit/Doors.h"
+#include "toolkit/Guard.h"
+#include "ui_Main.h"
+
+#include <QScopedValueRollback>
+#include <QTimer>
+#include <QUrl>
+
+void TfrmMain::SetUpContent()
+{
+    ui->ebContent->OnBeforeNavigate2 = [this](const QUrl &url) { return ebContentBeforeNavigate2(url); };
+    ui->ebContent->OnDocumentComplete = [this] { ebContentDocumentComplete(); };
+    ui->ebContent->OnShowContextMenu = [this](const QPoint &screenPoint) { ui->ppContent->popup(screenPoint); };
+    ui->ebContent->OnZoomWheel = [this](int steps) {
+        QAction *zoom = steps > 0 ? ui->acZoomIn : ui->acZoomOut;
+        for (int step = 0; step < std::abs(steps); ++step)
+            zoom->trigger();
+    };
+}
+
+void TfrmMain::dsKeloraContentDataChange()
+{
+    ShowWaitCursor(true);
+    ViewSutta(frmKeloraDM->vLanguageSutta);
+    ShowWaitCursor(false);
+}
+
+void TfrmMain::ViewSutta(int mode)
+{
+    ui->ebContent->SetHostCSS(HostStyle(frmKeloraDM->vBgColor));
+    const QByteArray page = ComposePage(mode);
+    const QScopedValueRollback startPage(FIsStartPage, true);
+    ui->ebContent->LoadFromString(page, PageTitle());
+}
+
+QByteArray TfrmMain::ComposePage(int mode)
+{
+    const QString column = ContentColumn(mode);
+    const QByteArray content = column.isEmpty() ? QByteArray() : qryKeloraContent.FieldByName(column).AsBytes();
+    if (!content.isEmpty())
+        return ComposePassage(content, {mode, frmKeloraDM->vMarginWidth, FontName});
+    const auto nameOf = [this](const QString &field) { return qryTreeSutas.FieldByName(field).AsString(); };
+    return ComposeFallbackPage(FallbackText(qryTreeSutas.FieldByName(QStringLiteral("ID_VIC")).AsInteger(),
+                                            InterfaceLang, nameOf(QStringLiteral("NAME_VIC_VIE")),
+                                            nameOf(QStringLiteral("NAME_VIC_ENG"))));
+}
+
+QString TfrmMain::PageTitle()
+{
+    const TDBTreeListColumn *column = ShownNameColumn();
+    return qryTreeSutas.FieldByName(column ? column->FieldName() : QStringLiteral("NAME_VIC_VIE")).AsString();
+}
+
+void TfrmMain::SetContentLanguage(int mode)
+{
+    if (vIsInit)
+        return;
+    frmKeloraDM->vLanguageSutta = mode;
+    ViewSutta(mode);
+    frmKeloraDM->WriteOption(QStringLiteral("LanguageSutta"), mode);
+}
+
+void TfrmMain::LanguageButtonClick(int mode)
+{
+    SetContentLanguage(mode);
+    EnableMargins(mode != PageMode::Parallel);
+}
+
+void TfrmMain::EnableMargins(bool enabled)
+{
+    ui->btnMarginWidth->setEnabled(enabled);
+    ui->bsiMarginWidth->setEnabled(enabled);
+}
+
+void TfrmMain::SetMarginWidth(int level)
+{
+    frmKeloraDM->WriteOption(QStringLiteral("MarginWidth"), level);
+    frmKeloraDM->vMarginWidth = level;
+    ViewSutta(frmKeloraDM->vLanguageSutta);
+    ui->btnMarginWidth->setText(QString::number(level));
+}
+
+void TfrmMain::ApplyOptions()
+{
+    qryKeloraContent.FullRefresh();
+}
+
+bool TfrmMain::ebContentBeforeNavigate2(const QUrl &url)
+{
+    const QString address = url.toString(QUrl::FullyEncoded);
+    if (FIsStartPage || !address.contains(QStringLiteral("http")))
+        return false;
+    // The engine waits for our answer here, so the system's program is started in the next turn.
+    QTimer::singleShot(0, this, [address] { RunGuarded([&] { Doors().openDocument(address); }); });
+    return true;
+}
+
+void TfrmMain::ebContentDocumentComplete()
+{
+    if (vFindSuttaStr.isEmpty())
+        return;
+    // A page that cannot be searched stays as it is.
+    try {
+        ui->ebContent->SearchAndHighlight(vFindSuttaStr, {}, ScrollMode::None, {},
+                                          ColorToHtml(frmKeloraDM->vHighlightColor));
+        ui->ebContent->ScrollToFirst(vFindSuttaStr);
+    } catch (const std::exception &) {
+    }
+}

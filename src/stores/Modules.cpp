@@ -1,0 +1,5 @@
+#include "stores/Modules.h"
+
+TfrmKeloraDM *frmKeloraDM = nullptr;
+TfrmClientsDM *frmClientsDM = nullptr;
+TfrmDictionaryDM *frmDictionaryDM = nullptr;

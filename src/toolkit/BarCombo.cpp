@@ -1,0 +1,32 @@
+#include "toolkit/BarCombo.h"
+
+#include "toolkit/Guard.h"
+
+#include <QSignalBlocker>
+
+TBarCombo::TBarCombo(QWidget *parent) : QComboBox(parent)
+{
+    ConnectGuarded(this, &QComboBox::currentIndexChanged, this, [this] {
+        if (OnChange)
+            OnChange();
+    });
+}
+
+void TBarCombo::AddItem(const QString &text)
+{
+    const QSignalBlocker quiet(this);
+    const int chosen = currentIndex();
+    addItem(text);
+    setCurrentIndex(chosen);
+}
+
+void TBarCombo::SetItemIndex(int index)
+{
+    const int before = currentIndex();
+    {
+        const QSignalBlocker quiet(this);
+        setCurrentIndex(index >= 0 && index < count() ? index : -1);
+    }
+    if (currentIndex() != before && OnChange)
+        OnChange();
+}

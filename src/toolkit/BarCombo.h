@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QComboBox>
+
+#include <functional>
+
+/// A combo on a bar or menu. OnChange runs when the chosen item changes: through the general guard when the user does
+/// it, directly when code does it through SetItemIndex, so that a failure reaches that code. Filling never fires.
+class TBarCombo : public QComboBox
+{
+    Q_OBJECT
+    Q_PROPERTY(int ItemIndex READ ItemIndex WRITE SetItemIndex)
+public:
+    explicit TBarCombo(QWidget *parent = nullptr);
+
+    /// Appends an item; the chosen one stays, none included.
+    void AddItem(const QString &text);
+    int ItemIndex() const { return currentIndex(); }
+    /// Chooses an item, none (-1) for an index without an item. OnChange runs if that is another one than before.
+    void SetItemIndex(int index);
+
+    std::function<void()> OnChange;
+};

@@ -1,0 +1,88 @@
+#include "toolkit/BrowserPage.h"
+
+#include "toolkit/BrowserProfile.h"
+#include "toolkit/Doors.h"
+#include "toolkit/Guard.h"
+#include "toolkit/NavigationRules.h"
+
+#include <QAuthenticator>
+#include <QTimer>
+#include <QWebEngineCertificateError>
+#include <QWebEngineClientCertificateSelection>
+#include <QWebEngineFileSystemAccessRequest>
+#include <QWebEngineFullScreenRequest>
+#include <QWebEngineNewWindowRequest>
+#include <QWebEngineQuotaRequest>
+#include <QWebEngineRegisterProtocolHandlerRequest>
+
+BrowserPage::BrowserPage(BrowserProfile *profile) : QWebEnginePage(profile)
+{
+    RefuseRequests();
+    // A link that asks for a window of its own is a link like any other.
+    connect(this, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest &request) {
+        const QUrl url = request.requestedUrl();
+        if (FollowLink(url, true, request.isUserInitiated()))
+            QTimer::singleShot(0, this, [this, url] { load(url); });
+    });
+}
+
+void BrowserPage::RefuseRequests()
+{
+    connect(this, &QWebEnginePage::featurePermissionRequested, this, [this](const QUrl &origin, Feature feature) {
+        setFeaturePermission(origin, feature, PermissionDeniedByUser);
+    });
+    connect(this, &QWebEnginePage::fullScreenRequested, this,
+            [](QWebEngineFullScreenRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::quotaRequested, this, [](QWebEngineQuotaRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::registerProtocolHandlerRequested, this,
+            [](QWebEngineRegisterProtocolHandlerRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::fileSystemAccessRequested, this,
+            [](QWebEngineFileSystemAccessRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::selectClientCertificate, this,
+            [](QWebEngineClientCertificateSelection selection) { selection.selectNone(); });
+    connect(this, &QWebEnginePage::certificateError, this,
+            [](QWebEngineCertificateError error) { error.rejectCertificate(); });
+    const auto giveNoName = [](const QUrl &, QAuthenticator *authenticator) { *authenticator = QAuthenticator(); };
+    connect(this, &QWebEnginePage::authenticationRequired, this, giveNoName);
+    connect(this, &QWebEnginePage::proxyAuthenticationRequired, this, giveNoName);
+}
+
+void BrowserPage::LoadFromHost(const QUrl &address)
+{
+    m_address = address;
+    m_isHostLoading = true;
+    load(address);
+}
+
+bool BrowserPage::acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame)
+{
+    if (isMainFrame && m_isHostLoading && url == m_address) {
+        m_isHostLoading = false;
+        return DecideNavigation(url, true, true, m_address) == Navigation::Load;
+    }
+    // The mouse's Back button and the reload keys reach the engine past every shortcut.
+    if (type == NavigationTypeBackForward || type == NavigationTypeReload || type == NavigationTypeFormSubmitted)
+        return false;
+    return FollowLink(url, isMainFrame, type == NavigationTypeLinkClicked);
+}
+
+bool BrowserPage::FollowLink(const QUrl &url, bool isMainFrame, bool isByReader)
+{
+    const Navigation decision = DecideNavigation(url, false, isMainFrame, m_address);
+    if (decision == Navigation::Load && !isMainFrame)
+        return true;
+    // What moves without the reader, such as a refresh by the page's own mark-up, opens nothing outside.
+    if (decision == Navigation::Refuse || (decision == Navigation::OpenOutside && !isByReader))
+        return false;
+    bool isCancelled = false;
+    RunGuarded([&] { isCancelled = OnBeforeNavigate && OnBeforeNavigate(url); });
+    if (isCancelled || decision == Navigation::Load)
+        return !isCancelled;
+    // The host opens web addresses in its own way; a mail link is known to the document door alone. The engine waits
+    // for our answer here, so the door opens in the next turn.
+    if (!url.toString().contains(QStringLiteral("http")))
+        QTimer::singleShot(0, this, [target = url.toString(QUrl::FullyEncoded)] {
+            RunGuarded([&] { Doors().openDocument(target); });
+        });
+    return false;
+}

@@ -1,0 +1,69 @@
+#include "toolkit/BrowserScripts.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
+
+static void InitScriptResources()
+{
+    // The library is static: without a call its resources would not be linked.
+    Q_INIT_RESOURCE(scripts);
+}
+
+namespace {
+
+QString ReadScript(QStringView name)
+{
+    QFile file(QStringLiteral(":/toolkit/scripts/%1.js").arg(name));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("Script %s is missing from the program", qUtf8Printable(name.toString()));
+    return QString::fromUtf8(file.readAll());
+}
+
+QString ReadAllScripts(const QList<QStringView> &names)
+{
+    InitScriptResources();
+    QString source;
+    for (const QStringView name : names)
+        source += ReadScript(name);
+    return source;
+}
+
+/// The text as a literal that the script language reads back.
+QString Literal(const QVariant &value)
+{
+    const QByteArray array = QJsonDocument(QJsonArray{QJsonValue::fromVariant(value)}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(array.sliced(1, array.size() - 2));
+}
+
+QWebEngineScript OwnScript(const QString &source, bool isForFrames)
+{
+    QWebEngineScript script;
+    script.setSourceCode(source);
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setRunsOnSubFrames(isForFrames);
+    return script;
+}
+
+} // namespace
+
+void InstallPageScripts(QWebEngineScriptCollection &scripts, const QString &hostCss, qsizetype byteCount)
+{
+    static const QString functions = ReadAllScripts({u"text", u"scroll", u"highlight", u"selection"});
+    static const QString host = ReadAllScripts({u"host"});
+    Q_UNUSED(byteCount)
+    scripts.clear();
+    scripts.insert(OwnScript(QStringLiteral("const HOST_CSS = %1;\n").arg(Literal(hostCss)) + host, true));
+    scripts.insert(OwnScript(functions, false));
+}
+
+QString ScriptCall(QStringView function, const QVariantList &arguments)
+{
+    QStringList literals;
+    for (const QVariant &argument : arguments)
+        literals.append(Literal(argument));
+    return QStringLiteral("lumivara.%1(%2)").arg(function, literals.join(QStringLiteral(", ")));
+}

@@ -1,0 +1,43 @@
+#include "toolkit/StartUp.h"
+
+#include <QtGlobal>
+
+#include <QByteArray>
+
+#include <clocale>
+
+#ifndef Q_OS_WIN
+#include <langinfo.h>
+
+namespace {
+
+bool IsUtf8Locale()
+{
+    std::setlocale(LC_ALL, "");
+    return QByteArray(nl_langinfo(CODESET)).compare("UTF-8", Qt::CaseInsensitive) == 0;
+}
+
+/// By the environment, because the toolkit sets the locale from it once more.
+void ForceUtf8Locale()
+{
+    if (IsUtf8Locale())
+        return;
+    const QByteArray everything = qgetenv("LC_ALL");
+    if (!everything.isEmpty()) {
+        qputenv("LANG", everything);
+        qunsetenv("LC_ALL");
+    }
+    qputenv("LC_CTYPE", "C.UTF-8");
+    std::setlocale(LC_ALL, "");
+}
+
+} // namespace
+#endif
+
+void PrepareProcess()
+{
+#ifndef Q_OS_WIN
+    ForceUtf8Locale();
+#endif
+    qputenv("QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY", "1");
+}

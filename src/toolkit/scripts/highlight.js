@@ -1,0 +1,121 @@
+// Colours the hits of a text and brings one of them to the top of the view.
+(() => {
+    'use strict';
+
+    const { PageText, documentsOf } = lumivara;
+    // The elements that carry our colours, each around one text node. They never nest: a later colour parts or repaints
+    // those of an earlier one, so that the last one always shows.
+    const painted = new WeakSet();
+
+    function colour(element, foreground, background) {
+        if (background)
+            element.style.backgroundColor = background;
+        if (foreground)
+            element.style.color = foreground;
+    }
+
+    function wrap(node, begin, end, foreground, background) {
+        const middle = begin > 0 ? node.splitText(begin) : node;
+        if (end - begin < middle.length)
+            middle.splitText(end - begin);
+        const element = node.ownerDocument.createElement('font');
+        colour(element, foreground, background);
+        middle.replaceWith(element);
+        element.append(middle);
+        painted.add(element);
+        return element;
+    }
+
+    function partOf(element, text) {
+        const part = element.cloneNode(false);
+        part.append(text);
+        painted.add(part);
+        return part;
+    }
+
+    function repaint(node, begin, end, foreground, background) {
+        const element = node.parentNode;
+        const data = node.data;
+        if (end < data.length) {
+            element.after(partOf(element, data.slice(end)));
+            node.deleteData(end, data.length - end);
+        }
+        let target = element;
+        if (begin > 0) {
+            target = partOf(element, data.slice(begin, end));
+            element.after(target);
+            node.deleteData(begin, data.length - begin);
+        }
+        colour(target, foreground, background);
+        return target;
+    }
+
+    // Parts of text nodes that the hits cover, hits that overlap taken together.
+    function coveredParts(text, spans) {
+        const parts = [];
+        let index = 0;
+        for (const span of spans) {
+            while (text.pieces[index].start + text.pieces[index].length <= span.begin)
+                ++index;
+            for (let at = index; at < text.pieces.length && text.pieces[at].start < span.end; ++at) {
+                const piece = text.pieces[at];
+                const first = Math.max(span.begin - piece.start, 0);
+                const last = Math.min(span.end - piece.start, piece.length) - 1;
+                parts.push({ node: piece.node, begin: PageText.offsetOf(piece, first), end: PageText.endOf(piece, last) });
+            }
+        }
+        return parts;
+    }
+
+    function highlightDocument(page, query, options) {
+        const text = new PageText(page.body, options.matchCase);
+        const spans = [];
+        let count = 0;
+        let lastBegin = -1;
+        text.forEachHit(query, options.wholeWord, (begin, end) => {
+            ++count;
+            lastBegin = begin;
+            const span = spans[spans.length - 1];
+            if (span && begin <= span.end)
+                span.end = end;
+            else
+                spans.push({ begin, end });
+        });
+        if (!count)
+            return 0;
+        const target = options.scroll === 1 ? spans[0].begin : options.scroll === 2 && count > 1 ? lastBegin : -1;
+        if (options.foreground || options.background) {
+            // From the end, so that the offsets before it stay true.
+            for (const part of coveredParts(text, spans).reverse()) {
+                const paint = painted.has(part.node.parentNode) ? repaint : wrap;
+                paint(part.node, part.begin, part.end, options.foreground, options.background);
+            }
+        }
+        // Colouring has moved the nodes, but not the characters.
+        if (target >= 0)
+            lumivara.settle(new PageText(page.body, options.matchCase).range(target, target + 1), true);
+        return count;
+    }
+
+    lumivara.highlight = (query, options) =>
+        documentsOf(document).reduce((count, page) => count + highlightDocument(page, query, options), 0);
+
+    lumivara.scrollToFirst = (query) => {
+        for (const page of documentsOf(document)) {
+            const text = new PageText(page.body, false);
+            let place = null;
+            text.forEachHit(query, false, (begin, end) => {
+                const range = text.range(begin, end);
+                // A hit in hidden text is found and can't be shown: the next one serves.
+                if (!place || range.getClientRects().length)
+                    place = range;
+                return place.getClientRects().length === 0;
+            });
+            if (place) {
+                lumivara.settle(place, true);
+                return true;
+            }
+        }
+        return false;
+    };
+})();

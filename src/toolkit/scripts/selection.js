@@ -1,0 +1,122 @@
+// What the reader selected, the word under a point, and the steps of the find dialog.
+(() => {
+    'use strict';
+
+    const { PageText, documentsOf } = lumivara;
+
+    lumivara.selectedHtml = () => {
+        for (const page of documentsOf(document)) {
+            const selection = page.getSelection();
+            if (!selection || selection.isCollapsed)
+                continue;
+            const holder = page.implementation.createHTMLDocument('').createElement('div');
+            for (let index = 0; index < selection.rangeCount; ++index)
+                holder.append(selection.getRangeAt(index).cloneContents());
+            return holder.innerHTML;
+        }
+        return '';
+    };
+
+    function covers(node, offset, x, y) {
+        const range = node.ownerDocument.createRange();
+        range.setStart(node, offset);
+        range.setEnd(node, offset + 1);
+        for (const rect of range.getClientRects()) {
+            if (x >= rect.left && x < rect.right && y >= rect.top && y < rect.bottom)
+                return true;
+        }
+        return false;
+    }
+
+    // The run of text without a gap around a node: a word may reach over the borders of elements.
+    function runAround(node) {
+        const text = new PageText(node.ownerDocument.body, true);
+        const index = text.pieces.findIndex((piece) => piece.node === node);
+        return index < 0 ? null : { text, piece: text.pieces[index] };
+    }
+
+    function wordAround(node, offset) {
+        const run = runAround(node);
+        if (!run)
+            return '';
+        const { text, piece } = run;
+        const index = piece.map ? piece.map.indexOf(offset) : offset;
+        if (index < 0)
+            return '';
+        const position = piece.start + index;
+        const begin = text.text.lastIndexOf('\n', position) + 1;
+        const stop = text.text.indexOf('\n', position);
+        const line = text.text.slice(begin, stop < 0 ? text.text.length : stop);
+        const segment = new Intl.Segmenter('en', { granularity: 'word' }).segment(line).containing(position - begin);
+        return segment && segment.isWordLike ? segment.segment.replace(/\u00ad/g, '').trim() : '';
+    }
+
+    function wordIn(page, x, y) {
+        const element = page.elementFromPoint(x, y);
+        if (element && element.contentDocument) {
+            const rect = element.getBoundingClientRect();
+            return wordIn(element.contentDocument, x - rect.left - element.clientLeft, y - rect.top - element.clientTop);
+        }
+        const caret = page.caretRangeFromPoint(x, y);
+        if (!caret || caret.startContainer.nodeType !== Node.TEXT_NODE)
+            return '';
+        const node = caret.startContainer;
+        for (let offset = Math.max(caret.startOffset - 1, 0); offset <= caret.startOffset && offset < node.length; ++offset) {
+            if (covers(node, offset, x, y))
+                return wordAround(node, offset);
+        }
+        return '';
+    }
+
+    lumivara.wordAt = (x, y) => wordIn(document, x, y);
+
+    function selectHit(text, hit) {
+        const range = text.range(hit.begin, hit.end);
+        const selection = range.startContainer.ownerDocument.getSelection();
+        selection.removeAllRanges();
+        selection.addRange(range);
+        lumivara.settle(range, false);
+        return selection.toString();
+    }
+
+    // Position in the text of where the next search begins: the end of the selection that marks the last hit.
+    function positionOf(text, page, isBackward) {
+        const selection = page.getSelection();
+        if (!selection || !selection.rangeCount)
+            return -1;
+        const mark = selection.getRangeAt(0);
+        for (const piece of text.pieces) {
+            const side = mark.comparePoint(piece.node, piece.node.length);
+            if (side < 0)
+                continue;
+            if (mark.startContainer !== piece.node)
+                return piece.start;
+            const index = piece.map ? piece.map.findIndex((offset) => offset >= mark.startOffset) : mark.startOffset;
+            const begin = piece.start + (index < 0 ? piece.length : index);
+            return isBackward || !selection.isCollapsed ? begin : begin - 1;
+        }
+        return -1;
+    }
+
+    // Selects the next or the prior hit, around the end of the page if need be. Gives the selected text, or an empty one.
+    lumivara.findStep = (query, matchCase, wholeWord, isBackward) => {
+        const hits = [];
+        let current = -1;
+        for (const page of documentsOf(document)) {
+            const text = new PageText(page.body, matchCase);
+            const position = positionOf(text, page, isBackward);
+            text.forEachHit(query, wholeWord, (begin, end) => {
+                hits.push({ text, begin, end });
+                if (position >= 0 && (isBackward ? begin < position : begin <= position))
+                    current = hits.length - 1;
+            });
+        }
+        if (!hits.length)
+            return '';
+        let next = current + 1;
+        if (isBackward)
+            next = current < 0 ? hits.length - 1 : current;
+        const hit = hits[next % hits.length];
+        return selectHit(hit.text, hit);
+    };
+})();

@@ -1,0 +1,223 @@
+// The text of a document as it is read: one string over all text nodes, with the way back to each node.
+(() => {
+    'use strict';
+
+    const unread = new Set(['script', 'style', 'template', 'textarea', 'select', 'title', 'object', 'iframe', 'noframes']);
+    // Between two of these the reader sees a gap: no word and no hit reaches over it.
+    const blocks = new Set([
+        'address', 'article', 'aside', 'blockquote', 'body', 'br', 'caption', 'center', 'dd', 'details', 'dir', 'div', 'dl',
+        'dt', 'fieldset', 'figcaption', 'figure', 'footer', 'form', 'frameset', 'h1', 'h2', 'h3', 'h4', 'h5', 'h6', 'head',
+        'header', 'hr', 'html', 'img', 'legend', 'li', 'main', 'menu', 'nav', 'ol', 'p', 'pre', 'section', 'summary', 'table',
+        'tbody', 'td', 'tfoot', 'th', 'thead', 'tr', 'ul',
+    ]);
+
+    // Lower case by one character after the other: a whole string's lower case depends on neighbours ("Σ").
+    function foldCharacter(character) {
+        return character.toLowerCase();
+    }
+
+    function fold(text) {
+        if (!/[İΣ]/.test(text))
+            return text.toLowerCase();
+        let folded = '';
+        for (const character of text)
+            folded += foldCharacter(character);
+        return folded;
+    }
+
+    function isBlank(code) {
+        return code === 0x20 || (code >= 0x09 && code <= 0x0d && code !== 0x0b);
+    }
+
+    class PageText {
+        constructor(root, matchCase) {
+            this.matchCase = matchCase;
+            this.pieces = [];
+            this.length = 0;
+            this.isAfterBlank = true;
+            this.isAtGap = false;
+            this.parts = [];
+            this.walk(root);
+            this.text = this.parts.join('');
+            this.parts = null;
+        }
+
+        // By hand and not by recursion: pages may nest thousands deep.
+        walk(root) {
+            let node = root;
+            while (node) {
+                let isInside = false;
+                if (node.nodeType === Node.TEXT_NODE) {
+                    this.addNode(node);
+                } else if (node.nodeType === Node.ELEMENT_NODE) {
+                    if (blocks.has(node.localName))
+                        this.isAtGap = true;
+                    isInside = node.firstChild && !unread.has(node.localName);
+                }
+                if (isInside) {
+                    node = node.firstChild;
+                    continue;
+                }
+                while (node !== root && !node.nextSibling) {
+                    node = node.parentNode;
+                    if (blocks.has(node.localName))
+                        this.isAtGap = true;
+                }
+                node = node === root ? null : node.nextSibling;
+            }
+        }
+
+        addNode(node) {
+            const data = node.data;
+            if (this.isAtGap) {
+                this.isAtGap = false;
+                if (this.length && this.parts[this.parts.length - 1] !== '\n') {
+                    this.parts.push('\n');
+                    ++this.length;
+                }
+                this.isAfterBlank = true;
+            }
+            if (!data.length)
+                return;
+            const isPlain = !/[\t\n\r\f]|  /.test(data) && !(this.isAfterBlank && data[0] === ' ')
+                && (this.matchCase || !/[İΣ]/.test(data));
+            const folded = isPlain && !this.matchCase ? data.toLowerCase() : data;
+            if (isPlain && folded.length === data.length) {
+                this.push(node, folded, null);
+                this.isAfterBlank = data[data.length - 1] === ' ';
+            } else {
+                this.addMapped(node, data);
+            }
+        }
+
+        // Runs of blanks count as one blank, as they are shown, and letters may change their number in lower case.
+        addMapped(node, data) {
+            const map = [];
+            let text = '';
+            for (let at = 0; at < data.length;) {
+                if (isBlank(data.charCodeAt(at))) {
+                    if (!this.isAfterBlank) {
+                        text += ' ';
+                        map.push(at);
+                    }
+                    this.isAfterBlank = true;
+                    ++at;
+                    continue;
+                }
+                this.isAfterBlank = false;
+                const character = String.fromCodePoint(data.codePointAt(at));
+                const folded = this.matchCase ? character : foldCharacter(character);
+                if (folded.length === character.length) {
+                    for (let unit = 0; unit < folded.length; ++unit)
+                        map.push(at + unit);
+                } else {
+                    for (let unit = 0; unit < folded.length; ++unit)
+                        map.push(at);
+                }
+                text += folded;
+                at += character.length;
+            }
+            if (text.length)
+                this.push(node, text, map);
+        }
+
+        push(node, text, map) {
+            this.pieces.push({ node, start: this.length, length: text.length, map });
+            this.parts.push(text);
+            this.length += text.length;
+        }
+
+        // Index of the piece that holds the character at a position of the text; -1 for a gap.
+        pieceAt(position) {
+            let low = 0;
+            let high = this.pieces.length - 1;
+            while (low <= high) {
+                const middle = (low + high) >> 1;
+                const piece = this.pieces[middle];
+                if (position < piece.start)
+                    high = middle - 1;
+                else if (position >= piece.start + piece.length)
+                    low = middle + 1;
+                else
+                    return middle;
+            }
+            return -1;
+        }
+
+        // Where the character at a position begins in its node, and where it ends.
+        static offsetOf(piece, index) {
+            return piece.map ? piece.map[index] : index;
+        }
+
+        static endOf(piece, index) {
+            const begin = PageText.offsetOf(piece, index);
+            return begin + (piece.map && piece.node.data.codePointAt(begin) > 0xffff && piece.map[index + 1] === begin ? 2 : 1);
+        }
+
+        // False inside a letter whose lower case has several characters.
+        isBoundary(position) {
+            const piece = this.pieces[this.pieceAt(position)];
+            if (!piece || !piece.map)
+                return true;
+            const index = position - piece.start;
+            return index === 0 || piece.map[index] !== piece.map[index - 1];
+        }
+
+        isWordAt(position) {
+            if (position < 0 || position >= this.text.length)
+                return false;
+            let code = this.text.codePointAt(position);
+            if (code >= 0xdc00 && code <= 0xdfff && position > 0)
+                code = this.text.codePointAt(position - 1);
+            return /[\p{L}\p{M}\p{N}]/u.test(String.fromCodePoint(code));
+        }
+
+        // Calls back with begin and end of each hit, from the start or, if told, from the end; a hit may begin in
+        // another. Stops when the call answers false.
+        forEachHit(query, wholeWord, onHit) {
+            let wanted = query.replace(/[\t\n\r\f ]+/g, ' ');
+            if (!this.matchCase)
+                wanted = fold(wanted);
+            if (!wanted.length)
+                return;
+            for (let at = this.text.indexOf(wanted); at >= 0; at = this.text.indexOf(wanted, at + 1)) {
+                const end = at + wanted.length;
+                if (!this.isBoundary(at) || !this.isBoundary(end))
+                    continue;
+                if (wholeWord && ((this.isWordAt(at) && this.isWordAt(at - 1)) || (this.isWordAt(end - 1) && this.isWordAt(end))))
+                    continue;
+                if (onHit(at, end) === false)
+                    return;
+            }
+        }
+
+        range(begin, end) {
+            const range = document.createRange();
+            const first = this.pieces[this.pieceAt(begin)];
+            const last = this.pieces[this.pieceAt(end - 1)];
+            range.setStart(first.node, PageText.offsetOf(first, begin - first.start));
+            range.setEnd(last.node, PageText.endOf(last, end - 1 - last.start));
+            return range;
+        }
+    }
+
+    // The documents whose text the reader sees: that of the page, or those of its frames if it has any. A frame that
+    // was not allowed to load has none.
+    function documentsOf(top) {
+        const found = [];
+        for (const frame of top.querySelectorAll('iframe, frame')) {
+            const inner = frame.contentDocument;
+            if (inner && inner.body && inner.body.firstChild)
+                found.push(...documentsOf(inner));
+        }
+        if (!found.length && top.body)
+            found.push(top);
+        return found;
+    }
+
+    globalThis.lumivara = {
+        PageText,
+        documentsOf,
+        plainText: () => documentsOf(document).map((page) => new PageText(page.body, true).text.trim()).join('\n'),
+    };
+})();

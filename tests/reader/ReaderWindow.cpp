@@ -1,0 +1,210 @@
+#include "reader/ReaderWindow.h"
+
+#include "presentation/GlobalUnit.h"
+#include "stores/JsonRegistry.h"
+#include "stores/Modules.h"
+#include "stores/Scripter.h"
+#include "toolkit/BrowserControl.h"
+#include "toolkit/DBTreeList.h"
+
+#include <QFile>
+
+namespace {
+
+const char canonScript[] = R"(
+create table KELORA_TREE (ID_VIT integer not null, P_ID_VIT integer, NAME_VIT_VIE varchar(127) character set unicode_fss,
+    NAME_VIT_PAL varchar(127) character set unicode_fss, NAME_VIT_ENG varchar(127) character set unicode_fss);
+create table KELORA_CONTENT (ID_VIT integer not null, ID_VIC integer not null,
+    NAME_VIC_PAL varchar(127) character set unicode_fss, NAME_VIC_ENG varchar(127) character set unicode_fss,
+    NAME_VIC_VIE varchar(127) character set unicode_fss, NUMBER_VIC integer,
+    CONTENT_VIC_PAL blob, CONTENT_VIC_ENG blob, CONTENT_VIC_VIE blob, CONTENT_VIC_PAL_VIE blob);
+commit work;
+insert into KELORA_TREE values (1, -1, 'Phân tích giới', 'Suttavibhaṅga', 'Analysis of rules');
+insert into KELORA_TREE values (2, 1, 'Bất cộng trụ', 'Pārājika', 'Defeats');
+insert into KELORA_TREE values (3, -1, 'Đại phẩm', 'Mahāvagga', null);
+insert into KELORA_CONTENT values (2, 1101, 'Paṭhama', 'First defeat', 'Giới thứ nhất', 1,
+    '<p>pali 1101</p>', '<p>english 1101</p>', '<p style="font-size:150%">viet 1101 <a href="https://example.org/x">ngoài</a></p>',
+    '<p>parallel 1101</p>');
+insert into KELORA_CONTENT values (2, 1102, 'Dutiya', null, 'Giới thứ nhì', 2,
+    '<p>pali 1102</p>', null, '<p>viet 1102</p>', '<p>parallel 1102</p>');
+insert into KELORA_CONTENT values (3, 1201, 'Mahākhandhaka', 'Great chapter', 'Chương lớn', 204,
+    '<p>pali 1201</p>', null, '<p>viet 1201 kinh kinh kinh</p>', null);
+insert into KELORA_CONTENT values (3, 9971, 'Uposatha', null, 'Chương lễ 100%', 205, '<p>pali 9971</p>', null, null, null);
+commit work;
+)";
+
+/// One canon for all tests: nothing writes to it.
+struct Canon
+{
+    Canon()
+    {
+        QFile::link(ProductFolder() + QStringLiteral("libfbclient.so.2"),
+                    folder.Path(QStringLiteral("libfbclient.so.2")));
+        QFile::link(ProductFolder() + QStringLiteral("firebird"), folder.Path(QStringLiteral("firebird")));
+        TpFIBDatabase database;
+        TpFIBTransaction transaction;
+        const QString program = Program();
+        PrepareConnection(database, transaction, folder.Path(QStringLiteral("KELORA.FDB")), program);
+        database.CreateDatabase();
+        TpFIBScripter script;
+        script.SetDatabase(&database);
+        script.Script() = QString::fromUtf8(canonScript).split(QLatin1Char('\n'));
+        script.ExecuteScript();
+        database.SetConnected(false);
+    }
+    QString Program() const { return folder.Path(QStringLiteral("Lumivara")); }
+
+    ScratchFolder folder;
+};
+
+const Canon &TheCanon()
+{
+    static const Canon canon;
+    return canon;
+}
+
+} // namespace
+
+ReaderWindow::ReaderWindow() : program(TheCanon().Program()), m_realDoors(Doors())
+{
+    Doors().messageBox = [this](const QString &title, const QString &text, BoxButtons, BoxIcon) {
+        boxes.append({title, text});
+        return !answers.isEmpty() && answers.takeFirst();
+    };
+    Doors().openDocument = [this](const QString &target) {
+        opened.append(target);
+        return true;
+    };
+    Doors().drawNumber = [this] { return drawn; };
+    InterfaceLang = 0;
+    FontName.clear();
+    CollectionMode = 0;
+}
+
+ReaderWindow::~ReaderWindow()
+{
+    End();
+    Doors() = m_realDoors;
+}
+
+ModuleDoors ReaderWindow::Modules()
+{
+    ModuleDoors doors;
+    doors.exeName = program;
+    doors.showMessage = [this](const QString &text) { boxes.append({QString(), text}); };
+    doors.terminate = [this] { exitCodes.append(1); };
+    doors.createRegistry = [this]() -> std::unique_ptr<TRegistry> {
+        return std::make_unique<JsonRegistry>(settings.Path(QStringLiteral("config")),
+                                              settings.Path(QStringLiteral("autostart")));
+    };
+    return doors;
+}
+
+void ReaderWindow::Start()
+{
+    kelora = std::make_unique<TfrmKeloraDM>(Modules());
+    frmKeloraDM = kelora.get();
+    kelora->DataModuleCreate();
+    clients = std::make_unique<TfrmClientsDM>(Modules());
+    frmClientsDM = clients.get();
+    dictionary = std::make_unique<TfrmDictionaryDM>(Modules());
+    frmDictionaryDM = dictionary.get();
+    window = std::make_unique<TfrmMain>();
+}
+
+void ReaderWindow::End()
+{
+    window.reset();
+    frmDictionaryDM = nullptr;
+    dictionary.reset();
+    frmClientsDM = nullptr;
+    clients.reset();
+    frmKeloraDM = nullptr;
+    kelora.reset();
+}
+
+void ReaderWindow::Store(const QString &name, const QVariant &value)
+{
+    TfrmKeloraDM writer(Modules());
+    const auto type = value.typeId() == QMetaType::QString ? RegistryType::String : RegistryType::Integer;
+    writer.SetRegistryData(RegistryRoot::CurrentUser, QString::fromUtf16(OptionsKey), value, type, name);
+}
+
+QVariant ReaderWindow::Stored(const QString &name)
+{
+    TfrmKeloraDM reader(Modules());
+    try {
+        return reader.GetRegistryData(RegistryRoot::CurrentUser, QString::fromUtf16(OptionsKey), name);
+    } catch (const RegistryError &) {
+        return {};
+    }
+}
+
+void ReaderWindow::StoreDefaults(int openSutta, int lastKelora, int languageSutta, int interfaceLang)
+{
+    Store(QStringLiteral("OpenSutta"), openSutta);
+    Store(QStringLiteral("LastKelora"), lastKelora);
+    Store(QStringLiteral("PopupActive"), 1);
+    Store(QStringLiteral("PopupTime"), 30);
+    Store(QStringLiteral("InterfaceLang"), interfaceLang);
+    Store(QStringLiteral("FontName"), QStringLiteral("Segoe UI"));
+    Store(QStringLiteral("BgColor"), 0x00FFFFFF);
+    Store(QStringLiteral("SeachHighlightColor"), 65535);
+    Store(QStringLiteral("LastWord"), QString());
+    Store(QStringLiteral("LanguageSutta"), languageSutta);
+}
+
+void ReaderWindow::Trigger(const char *name)
+{
+    EXPECT_TRUE(Action(name).isEnabled()) << name;
+    Action(name).trigger();
+}
+
+TDBTreeList &ReaderWindow::Tree()
+{
+    return Find<TDBTreeList>("dbtSutas");
+}
+
+TBrowserControl &ReaderWindow::Browser()
+{
+    return Find<TBrowserControl>("ebContent");
+}
+
+QString ReaderWindow::CurrentName()
+{
+    return window->qryTreeSutas.FieldByName(QStringLiteral("NAME_VIC_VIE")).AsString();
+}
+
+QStringList ReaderWindow::PassageNames()
+{
+    TpFIBDataSet &tree = window->qryTreeSutas;
+    const int number = tree.FieldByName(QStringLiteral("NUMBER_VIC")).Index();
+    const int name = tree.FieldByName(QStringLiteral("NAME_VIC_VIE")).Index();
+    QStringList names;
+    for (int row = 0; row < tree.RecordCount(); ++row) {
+        if (tree.ValueAt(row, number).toInt() > 0)
+            names.append(tree.TextAt(row, name));
+    }
+    return names;
+}
+
+void ReaderWindow::Type(QWidget &widget, const QString &text)
+{
+    for (const QChar letter : text)
+        QTest::sendKeyEvent(QTest::Click, &widget, Qt::Key_unknown, letter, Qt::NoModifier);
+}
+
+bool ReaderWindow::WaitPage()
+{
+    return QTest::qWaitFor([this] { return Browser().IsComplete(); }, 15000);
+}
+
+void ReaderWindow::CheckBoxes(const QList<Box> &expected)
+{
+    EXPECT_EQ(boxes.size(), expected.size());
+    for (int index = 0; index < std::min(boxes.size(), expected.size()); ++index) {
+        EXPECT_EQ(boxes[index].title, expected[index].title);
+        EXPECT_EQ(boxes[index].text, expected[index].text);
+    }
+    EXPECT_TRUE(answers.isEmpty());
+}

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "dictionary/DictionaryDM.h"
+#include "reader/Main.h"
+#include "stores/ClientsDM.h"
+#include "stores/KeloraDM.h"
+#include "support/TestSupport.h"
+#include "toolkit/Doors.h"
+
+#include <QAction>
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+#include <memory>
+
+class TBrowserControl;
+class TDBTreeList;
+
+/// The real window on a small canon of the real engine, with settings of its own and stand-ins for the doors. The boxes
+/// asked for are answered from a queue and recorded; the test compares both at its end with CheckBoxes().
+class ReaderWindow : public testing::Test
+{
+protected:
+    ReaderWindow();
+    ~ReaderWindow() override;
+
+    struct Box
+    {
+        QString title;
+        QString text;
+        bool operator==(const Box &) const = default;
+    };
+
+    /// Makes canon module and window, as the start does. What is stored before counts.
+    void Start();
+    /// Ends window and modules, so that another run can start on the same settings.
+    void End();
+    /// A complete set of stored options.
+    void StoreDefaults(int openSutta = 0, int lastKelora = 0, int languageSutta = 1, int interfaceLang = 0);
+    void Store(const QString &name, const QVariant &value);
+    /// The stored value; invalid if there is none.
+    QVariant Stored(const QString &name);
+
+    /// The named object of the window; the test fails with the name when it is missing.
+    template <typename T>
+    T &Find(const char *name)
+    {
+        T *found = window->findChild<T *>(QLatin1StringView(name));
+        if (!found)
+            throw std::runtime_error(std::string("no ") + name);
+        return *found;
+    }
+    QAction &Action(const char *name) { return Find<QAction>(name); }
+    /// Runs a command; the test fails when it is disabled.
+    void Trigger(const char *name);
+    TDBTreeList &Tree();
+    TBrowserControl &Browser();
+    /// Name of the row under the cursor, in Vietnamese.
+    QString CurrentName();
+    /// Names of the tree's passages, in the dataset's order.
+    QStringList PassageNames();
+    /// Types into the focused widget, key by key, releases included.
+    void Type(QWidget &widget, const QString &text);
+    bool WaitPage();
+    void CheckBoxes(const QList<Box> &expected);
+
+    ScratchFolder settings;
+    QString program; ///< path of the executable that stands beside the canon
+    QList<bool> answers;
+    QList<Box> boxes;
+    QStringList opened; ///< addresses handed to the system
+    QList<int> exitCodes;
+    quint32 drawn = 0;
+
+    std::unique_ptr<TfrmKeloraDM> kelora;
+    std::unique_ptr<TfrmClientsDM> clients;
+    std::unique_ptr<TfrmDictionaryDM> dictionary;
+    std::unique_ptr<TfrmMain> window;
+
+private:
+    ModuleDoors Modules();
+
+    PlatformDoors m_realDoors;
+};
