@@ -283,6 +283,7 @@ void Statement::DescribeColumns()
         column.size = column.kind == ColumnKind::Text
                           ? static_cast<int>(length) / BytesPerCharacter(native->getCharSet(Status(), i))
                           : 0;
+        column.padded = (native->getType(Status(), i) & ~1U) == SQL_TEXT;
         column.offset = m_output->getOffset(Status(), i);
         column.nullOffset = m_output->getNullOffset(Status(), i);
         m_columns.push_back(column);
