@@ -25,7 +25,7 @@ double Milliseconds(const QElapsedTimer &clock)
 }
 
 // What the filter box appends for the letters that every passage of a measured canon holds.
-constexpr char16_t FilterText[] = u"đi";
+const QString FilterText = QStringLiteral("đi");
 
 void RegisterFilter(int texts, const QString &reach)
 {
@@ -48,12 +48,12 @@ void RegisterFilter(int texts, const QString &reach)
     Register({.name = QStringLiteral("filter-%1").arg(texts),
               .unit = QStringLiteral("ms"),
               .reach = reach,
-              .ours = [made] { return made().reader.FilterKeyTime(QString(FilterText)); },
+              .ours = [made] { return made().reader.FilterKeyTime(FilterText); },
               .floor =
                   [made] {
                       QElapsedTimer clock;
                       clock.start();
-                      made().statement.FetchWhole(u'%' + QString(FilterText) + u'%');
+                      made().statement.FetchWhole(u'%' + FilterText + u'%');
                       return Milliseconds(clock);
                   },
               .finish = [state] { state->reset(); },

@@ -1,5 +1,6 @@
 #include "stores/RowStore.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -99,8 +100,16 @@ void RowStore::Encode(const unsigned char *message)
         }
         m_bytes.push_back(static_cast<char>(State::Present));
         const unsigned char *value = message + column.offset;
-        const bool text = column.kind == ColumnKind::Text;
-        Put(value, text ? sizeof(quint16) + Load<quint16>(value) : NumberSize(column.kind));
+        if (column.kind != ColumnKind::Text) {
+            Put(value, NumberSize(column.kind));
+            continue;
+        }
+        auto length = Load<quint16>(value);
+        const unsigned char *text = value + sizeof length;
+        while (column.padded && length > 0 && text[length - 1] == ' ')
+            --length;
+        Put(&length, sizeof length);
+        Put(text, length);
     }
 }
 

@@ -28,7 +28,8 @@ struct Column
     QString baseField;
     ColumnKind kind;
     FieldType fieldType;
-    int size; ///< characters of a text, else 0
+    int size;    ///< characters of a text, else 0
+    bool padded; ///< a text that the engine fills with blanks up to its size
     unsigned offset;
     unsigned nullOffset;
 };

@@ -7,6 +7,8 @@
 #include "stores/Scripter.h"
 #include "support/TestSupport.h"
 
+#include <QFile>
+
 #include <gmock/gmock.h>
 
 /// Prepares an unopened connection with its transaction, as the program's modules do.
@@ -42,14 +44,30 @@ QString FailureOf(Action action)
     return {};
 }
 
+/// A file without tables, made once and copied for each test, because making one takes half a second.
+inline QString EmptyDatabase()
+{
+    static const ScratchFolder folder;
+    static const QString path = [] {
+        TpFIBDatabase database;
+        TpFIBTransaction transaction;
+        Prepare(database, transaction, folder.Path(QStringLiteral("EMPTY.FDB")));
+        database.CreateDatabase();
+        return database.DBName();
+    }();
+    return path;
+}
+
 /// A database file of its own for each test, open, with its transaction.
 class StoreTest : public testing::Test
 {
 protected:
     void SetUp() override
     {
-        Prepare(database, transaction, scratch.Path(QStringLiteral("TEST.FDB")));
-        database.CreateDatabase();
+        const QString path = scratch.Path(QStringLiteral("TEST.FDB"));
+        EXPECT_TRUE(QFile::copy(EmptyDatabase(), path));
+        Prepare(database, transaction, path);
+        database.SetConnected(true);
         transaction.SetActive(true);
     }
     void Use(TpFIBDataSet &dataSet, const QString &select)
