@@ -72,6 +72,7 @@ public:
     quint64 number = 0; ///< of the page handed over last
     bool isComplete = false;
     bool isTold = false; ///< OnDocumentComplete has returned for this page
+    bool isLost = false; ///< will not complete: nobody need wait
     bool hasRendererEnded = false;
     bool hasLeft = false; ///< the page went to an empty one by itself
 };
@@ -115,6 +116,7 @@ void TBrowserControl::Private::ShowPage()
     profile->Pages().Withdraw(page->Address());
     isComplete = false;
     isTold = false;
+    isLost = false;
     foundText.clear();
     ++number;
     wait.Renew();
@@ -129,6 +131,10 @@ void TBrowserControl::Private::LoadingChanged(const QWebEngineLoadingInfo &info)
         return;
     if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
         ApplyZoom();
+    if (info.status() == QWebEngineLoadingInfo::LoadFailedStatus) {
+        isLost = true;
+        wait.Wake();
+    }
     if (info.status() != QWebEngineLoadingInfo::LoadSucceededStatus)
         return;
     // Out of the engine's own call first: a handler may wait for the engine.
@@ -276,10 +282,10 @@ bool TBrowserControl::WaitComplete()
 {
     if (d->isComplete)
         return true;
-    if (d->number == 0)
+    if (d->number == 0 || d->isLost)
         return false;
     const QPointer<TBrowserControl> self = this;
-    return d->wait.Until([self] { return self && self->d->isTold; });
+    return d->wait.Until([self] { return self && (self->d->isTold || self->d->isLost); }) && d->isComplete;
 }
 
 void TBrowserControl::Copy()

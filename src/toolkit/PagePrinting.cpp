@@ -152,10 +152,12 @@ void PrintPage(TBrowserControl &control, const QString &fallbackTitle)
     if (!self)
         return;
     printer.setDocName(texts.title);
-    QPrintDialog dialog(&printer, control.window());
-    dialog.setOption(QAbstractPrintDialog::PrintPageRange);
-    const QPointer<QPrintDialog> shown = &dialog;
-    if (dialog.exec() != QDialog::Accepted || !self)
+    // The window may go while the dialog stands, and the dialog with it.
+    const QPointer<QPrintDialog> dialog = new QPrintDialog(&printer, control.window());
+    dialog->setOption(QAbstractPrintDialog::PrintPageRange);
+    const bool isAccepted = dialog->exec() == QDialog::Accepted;
+    delete dialog;
+    if (!isAccepted || !self)
         return;
     const QByteArray pdf = LaidOut(control, printer.pageLayout());
     if (!self)

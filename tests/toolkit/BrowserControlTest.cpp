@@ -264,6 +264,7 @@ TEST_F(BrowserControl, ShowsThePageAgainWhenTheRendererEnds)
     KillRenderer();
     EXPECT_TRUE(QTest::qWaitFor([&] { return boxes.size() == 1; }));
     EXPECT_FALSE(Control().IsComplete());
+    EXPECT_FALSE(Control().WaitComplete()) << "waits for a page that will not come";
     Load(u"<p>other"_s);
     EXPECT_EQ(Text(u"document.body.textContent"_s), u"other"_s);
 }

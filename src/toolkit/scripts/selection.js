@@ -45,7 +45,7 @@
 
     // The run of text without a gap around a node: a word may reach over the borders of elements.
     function runAround(node) {
-        const text = new PageText(node.ownerDocument.body, true);
+        const text = new PageText(PageText.blockOf(node), true);
         const index = text.pieces.findIndex((piece) => piece.node === node);
         return index < 0 ? null : { text, piece: text.pieces[index] };
     }
