@@ -24,8 +24,9 @@
 
 namespace {
 
-constexpr qreal leastMargin = 18; // millimetres: room for a line above and below the text
-constexpr qreal textDistance = 9; // millimetres from the edge of the sheet to that line
+constexpr qreal leastMargin = 18;     // millimetres: room for a line above and below the text
+constexpr qreal leastSideMargin = 15; // millimetres: lines to the very edge are hard to read
+constexpr qreal textDistance = 9;     // millimetres from the edge of the sheet to that line
 constexpr qreal textPoints = 8;
 constexpr int printDots = 300;
 /// The preview keeps every page as a picture.
@@ -103,6 +104,8 @@ void PrintAs(QPrinter &printer, const QByteArray &pdf, const PageTexts &texts)
 QPageLayout EngineLayout(const QPageLayout &sheet)
 {
     QMarginsF margins = sheet.margins(QPageLayout::Millimeter);
+    margins.setLeft(std::max(margins.left(), leastSideMargin));
+    margins.setRight(std::max(margins.right(), leastSideMargin));
     margins.setTop(std::max(margins.top(), leastMargin));
     margins.setBottom(std::max(margins.bottom(), leastMargin));
     return QPageLayout(sheet.pageSize(), sheet.orientation(), margins, QPageLayout::Millimeter);
