@@ -100,14 +100,14 @@ private:
 
     void CheckGroupNumbers()
     {
-        QSet<int> numbers;
+        QSet<qint64> numbers;
         for (const CheckedText &text : m_canon.texts) {
             if (text.idVic)
                 numbers.insert(*text.idVic);
         }
         for (const CheckedGroup &group : m_canon.groups) {
             const qint64 number = qint64(GroupNumberBase) + group.idVit.value_or(0);
-            if (group.idVit && numbers.contains(int(number)))
+            if (group.idVit && numbers.contains(number))
                 Report(group, u"1000 + ID_VIT is %1, the number of a text: the group shows that text"_s.arg(number));
         }
     }
@@ -173,10 +173,9 @@ private:
         int expected = 1;
         for (auto it = owners.lowerBound(1); it != owners.cend(); ++it) {
             if (it.key() > expected) {
-                const QString gap = it.key() == expected + 1 ? QString::number(expected)
-                                                             : u"%1 to %2"_s.arg(expected).arg(it.key() - 1);
-                m_findings.append(
-                    {it.value(), u"NUMBER_VIC is %1, and %2 is missing before it"_s.arg(it.key()).arg(gap)});
+                const QString gap = it.key() == expected + 1 ? u"%1 is"_s.arg(expected)
+                                                             : u"%1 to %2 are"_s.arg(expected).arg(it.key() - 1);
+                m_findings.append({it.value(), u"NUMBER_VIC is %1, and %2 missing before it"_s.arg(it.key()).arg(gap)});
             }
             expected = it.key() + 1;
         }
