@@ -82,14 +82,17 @@ bool IsUpToDate(const QString &path, const QString &sources)
            target.lastModified() >= QFileInfo(QCoreApplication::applicationFilePath()).lastModified();
 }
 
-/// The file's bytes reach the disk before its name does, so that a power cut leaves the old file or the new one.
-void Flush(const QString &path)
+/// Makes a finished file ready for its name: its bytes reach the disk first, so that a power cut leaves the old file or
+/// the new one.
+void Settle(const QString &path)
 {
 #ifdef Q_OS_UNIX
     const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY);
     if (descriptor < 0 || ::fsync(descriptor) != 0)
         throw ToolError(u"%1: cannot be written to the disk"_s.arg(path));
     ::close(descriptor);
+    // The engine gives a new file to its maker alone; these are for every user of the machine to read.
+    QFile::setPermissions(path, QFile::permissions(path) | QFile::ReadGroup | QFile::ReadOther);
 #else
     Q_UNUSED(path);
 #endif
@@ -126,7 +129,7 @@ void Build(const Target &target, const QDir &data, const QDir &out, bool force, 
     const QString unfinished = path + u".part"_s;
     RemoveStale(unfinished);
     target.write(sources, unfinished);
-    Flush(unfinished);
+    Settle(unfinished);
     if (!isMadeOnce) {
         Replace(unfinished, path);
     } else if (!QFile::rename(unfinished, path)) { // refuses a name that has come into being meanwhile
