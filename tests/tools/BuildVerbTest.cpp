@@ -52,6 +52,14 @@ TEST_F(BuildVerb, MakesTheThreeFilesAndNothingElse)
               (QStringList{u"KELORA.FDB"_s, u"PALIDICT.FDB"_s, u"TARUNECLIENT.FDB"_s}));
 }
 
+TEST_F(BuildVerb, TakesPathsOutsideAsciiInAnyLocale)
+{
+    const ToolRun run =
+        RunDataTool({u"build"_s, u"--data"_s, Data(), u"--out"_s, Out(), u"--only"_s, u"marks"_s}, {}, {u"LANG=C"_s});
+    EXPECT_EQ(run.exitCode, 0) << qPrintable(run.errors);
+    EXPECT_TRUE(QFileInfo::exists(File(u"TARUNECLIENT.FDB"_s)));
+}
+
 TEST_F(BuildVerb, StoresNullsWhereTheSourcesSayNothing)
 {
     ASSERT_EQ(Build().exitCode, 0);
@@ -228,7 +236,7 @@ TEST(Help, IsToldOnTheOutputForToolAndVerbs)
          {QStringList{u"--help"_s}, QStringList{u"build"_s, u"--help"_s}, QStringList{u"check"_s, u"--help"_s}}) {
         const ToolRun run = RunDataTool(arguments);
         EXPECT_EQ(run.exitCode, 0);
-        EXPECT_TRUE(run.output.startsWith(u"Usage: "_s)) << qPrintable(run.output);
+        EXPECT_TRUE(run.output.startsWith(u"Usage: lumivara-data "_s)) << qPrintable(run.output);
         EXPECT_TRUE(run.errors.isEmpty()) << qPrintable(run.errors);
     }
 }

@@ -18,11 +18,13 @@ QString ToolPath()
     return ProductFolder() + u"lumivara-data"_s;
 }
 
-ToolRun RunDataTool(const QStringList &arguments, const QString &workingFolder)
+ToolRun RunDataTool(const QStringList &arguments, const QString &workingFolder, const QStringList &environment)
 {
     constexpr int longestRunMilliseconds = 120000;
     QProcess process;
     process.setWorkingDirectory(workingFolder);
+    if (!environment.isEmpty())
+        process.setEnvironment(environment);
     process.start(ToolPath(), arguments);
     ToolRun run;
     if (process.waitForFinished(longestRunMilliseconds) && process.exitStatus() == QProcess::NormalExit)

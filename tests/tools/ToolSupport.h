@@ -18,8 +18,10 @@ struct ToolRun
 
 /// Full path of the tool in the product folder.
 QString ToolPath();
-/// Runs the tool to its end, in `workingFolder` if one is given.
-ToolRun RunDataTool(const QStringList &arguments, const QString &workingFolder = {});
+/// Runs the tool to its end, in `workingFolder` if one is given, with the variables of `environment` ("LANG=C") alone
+/// if there are any.
+ToolRun RunDataTool(const QStringList &arguments, const QString &workingFolder = {},
+                    const QStringList &environment = {});
 
 /// The sources of the sample databases beside the test binaries.
 QString SampleSources();

@@ -148,20 +148,14 @@ int RunBuild(const QStringList &arguments, Console &console)
     parser.setApplicationDescription(
         u"Makes KELORA.FDB, PALIDICT.FDB and TARUNECLIENT.FDB from their sources. A file is replaced whole or not at\n"
         u"all, and only when its sources are newer. A TARUNECLIENT.FDB that exists is never touched."_s);
-    parser.addPositionalArgument(u"build"_s, QString(), u"build"_s);
     parser.addOption({u"data"_s, u"Folder of the sources; \"data\" beside the tool by default."_s, u"DIR"_s,
                       QDir(toolFolder).filePath(u"data"_s)});
     parser.addOption({u"out"_s, u"Folder of the databases; that of the tool by default."_s, u"DIR"_s, toolFolder});
     parser.addOption(
         {u"only"_s, u"Builds one kind: canon, dictionary or marks. May be given more than once."_s, u"KIND"_s});
     parser.addOption({u"force"_s, u"Builds canon and dictionary even if they are up to date."_s});
-    parser.addOption({{u"h"_s, u"help"_s}, u"Shows this text."_s});
-    if (!parser.parse(QStringList{u"lumivara-data"_s} + arguments))
-        throw ToolError(parser.errorText());
-    if (parser.isSet(u"help"_s)) {
-        console.Print(parser.helpText());
+    if (ParseOrHelp(parser, u"build [options]"_s, arguments, console))
         return ExitCode::Clean;
-    }
     if (!parser.positionalArguments().isEmpty())
         throw ToolError(u"build does not know \"%1\""_s.arg(parser.positionalArguments().first()));
 

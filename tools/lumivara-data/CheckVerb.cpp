@@ -49,14 +49,9 @@ int RunCheck(const QStringList &arguments, Console &console)
     parser.setApplicationDescription(
         u"Tells what is wrong with a canon, one finding a line with the row named, and a summary.\n"
         u"The file is only read. Exit codes: 0 clean, 1 findings, 2 wrong usage or not a canon."_s);
-    parser.addPositionalArgument(u"FILE"_s, u"The canon, such as KELORA.FDB."_s, u"check FILE"_s);
-    parser.addOption({{u"h"_s, u"help"_s}, u"Shows this text."_s});
-    if (!parser.parse(QStringList{u"lumivara-data"_s} + arguments))
-        throw ToolError(parser.errorText());
-    if (parser.isSet(u"help"_s)) {
-        console.Print(parser.helpText());
+    parser.addPositionalArgument(u"FILE"_s, u"The canon, such as KELORA.FDB."_s);
+    if (ParseOrHelp(parser, u"check FILE"_s, arguments, console))
         return ExitCode::Clean;
-    }
     if (parser.positionalArguments().size() != 1)
         throw ToolError(u"check wants one FILE; see \"lumivara-data check --help\""_s);
 

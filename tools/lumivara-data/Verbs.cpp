@@ -3,7 +3,7 @@
 #include "lumivara-data/Console.h"
 #include "stores/DatabaseError.h"
 
-#include <iterator>
+#include <QCommandLineParser>
 
 using namespace Qt::StringLiterals;
 
@@ -61,4 +61,16 @@ int RunTool(const QStringList &arguments, Console &console)
     console.Error(name.isEmpty() ? u"a verb is missing"_s : u"there is no verb \"%1\""_s.arg(name));
     console.PrintError(Usage());
     return ExitCode::Failure;
+}
+
+bool ParseOrHelp(QCommandLineParser &parser, const QString &synopsis, const QStringList &arguments, Console &console)
+{
+    parser.addOption({{u"h"_s, u"help"_s}, u"Shows this text."_s});
+    if (!parser.parse(QStringList{u"lumivara-data"_s} + arguments))
+        throw ToolError(parser.errorText());
+    if (!parser.isSet(u"help"_s))
+        return false;
+    // The parser's own first line knows nothing of verbs.
+    console.Print(u"Usage: lumivara-data "_s + synopsis + u'\n' + parser.helpText().section(u'\n', 1));
+    return true;
 }

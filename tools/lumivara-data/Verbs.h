@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 class Console;
+class QCommandLineParser;
 
 /// What the tool ends with.
 namespace ExitCode {
@@ -30,3 +31,7 @@ int RunTool(const QStringList &arguments, Console &console);
 /// The verbs. `arguments` is what follows the verb's name; failures are thrown as ToolError or DatabaseError.
 int RunBuild(const QStringList &arguments, Console &console);
 int RunCheck(const QStringList &arguments, Console &console);
+
+/// Reads a verb's options; throws ToolError for what it does not know. True if only help was asked for, which is then
+/// printed under `synopsis` ("check FILE").
+bool ParseOrHelp(QCommandLineParser &parser, const QString &synopsis, const QStringList &arguments, Console &console);

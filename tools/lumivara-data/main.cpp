@@ -7,9 +7,10 @@
 
 int main(int argc, char **argv)
 {
-    // The engine refuses file names outside ASCII in a process without a UTF-8 locale.
-    std::setlocale(LC_CTYPE, "C.UTF-8");
     QCoreApplication application(argc, argv);
+    // The engine refuses file names outside ASCII in a process without a UTF-8 locale. After the application object,
+    // which takes the locale from the environment.
+    std::setlocale(LC_CTYPE, "C.UTF-8");
     QCoreApplication::setApplicationName(QStringLiteral("lumivara-data"));
     Console console;
     return RunTool(QCoreApplication::arguments().mid(1), console);
