@@ -1,5 +1,6 @@
 #pragma once
 
+#include "stores/DataSource.h"
 #include "stores/Field.h"
 
 #include <QList>
@@ -9,18 +10,36 @@
 #include <memory>
 #include <vector>
 
-class TDataSource;
-
 enum class DataSetState { Inactive, Browse, Edit, Insert };
 
 enum class LocateOption { CaseInsensitive = 1, PartialKey = 2 };
 Q_DECLARE_FLAGS(LocateOptions, LocateOption)
 Q_DECLARE_OPERATORS_FOR_FLAGS(LocateOptions)
 
+/// Stands among pending values for a blob that the edit has not touched.
+struct UnreadBlob
+{};
+Q_DECLARE_METATYPE(UnreadBlob)
+
+/// What Locate looks for, converted once and not for each row.
+struct LocateKey
+{
+    LocateKey(const QVariant &value, LocateOptions options);
+
+    QVariant value;
+    LocateOptions options;
+    bool isNull;
+    bool isNumber = false;
+    qlonglong number = 0;
+    QString text;
+    QByteArray utf8;
+};
+
 /// Rows with a cursor: what TpFIBDataSet (a statement) and TdxMemData (a table in memory) have in common, and all that
 /// data sources and bound controls know. Rows are counted from 0. Main thread only. Events are plain callbacks: what
 /// they throw passes through the call that triggered them.
-class TDataSet : public QObject {
+class TDataSet : public QObject
+{
     Q_OBJECT
     Q_PROPERTY(bool Active READ Active)
     Q_PROPERTY(int RecNo READ RecNo)
@@ -110,6 +129,18 @@ protected:
     virtual void DoUpdateRow(int row, const QList<QVariant> &values, const QList<QVariant> &oldValues) = 0;
     virtual void DoDeleteRow(int row) = 0;
     virtual QVariant DoOldValue(int field) const;
+    virtual bool DoRowMatches(int row, int field, const LocateKey &key) const;
+
+    /// Ends an edit as a move does: posts a modified row, cancels an unmodified one. Throws if closed.
+    void CheckBrowse();
+    void NeedActive() const;
+    /// Makes the first row the current one after the rows were replaced.
+    void StandOnFirst();
+    void Notify(TDataSource::Event event);
+    void TellScrolled();
+    /// The pending value while editing, else the current row's.
+    QVariant CurrentValue(int field) const;
+    bool Editing() const;
 
     std::vector<std::unique_ptr<TField>> m_fields;
     DataSetState m_state = DataSetState::Inactive;
@@ -123,4 +154,16 @@ protected:
     int m_scrollEventsDisabled = 0;
     QList<QVariant> m_editBuffer;
     QList<TDataSource *> m_dataSources;
+
+private:
+    static void Call(const std::function<void()> &event);
+    void Forget();
+    void GoTo(int row, bool alwaysTell = false);
+    void EndEdit();
+    QList<QVariant> RowValues(int row) const;
+    void SetPendingValue(int field, const QVariant &value);
+
+    bool m_missedAny = false;
+    bool m_missedActive = false;
+    bool m_ignoreEditBuffer = false;
 };

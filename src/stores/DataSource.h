@@ -10,7 +10,8 @@ class TField;
 
 /// What a bound control hears of its dataset, through a data source. Calls come on the main thread, in the order in
 /// which the links were added. A link removes itself before it dies.
-class DataLink {
+class DataLink
+{
 public:
     virtual ~DataLink() = default;
     /// The dataset opened or closed.
@@ -25,7 +26,8 @@ public:
 
 /// Joins a dataset to its detail datasets, to bound controls and to one handler. Borrows the dataset, which forgets it
 /// or is forgotten when either dies.
-class TDataSource : public QObject {
+class TDataSource : public QObject
+{
     Q_OBJECT
 public:
     explicit TDataSource(QObject *owner = nullptr);
@@ -43,9 +45,10 @@ public:
     /// When the dataset's state changes.
     std::function<void()> OnStateChange;
 
+    enum class Event { Active, DataSet, Scroll, Record, State };
+
 private:
     friend class TDataSet;
-    enum class Event { Active, DataSet, Scroll, Record };
     void Notify(Event event);
 
     TDataSet *m_dataSet = nullptr;

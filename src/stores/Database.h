@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 
@@ -9,9 +10,10 @@
 class TpFIBTransaction;
 
 /// A connection to one Firebird file by local path. Setting Connected attaches and detaches.
-/// Owns the attachment; transactions and datasets borrow it. Main thread only. Every call that reaches the engine throws
-/// DatabaseError with the engine's text.
-class TpFIBDatabase : public QObject {
+/// Owns the attachment; transactions and datasets borrow it. Main thread only. Every call that reaches the engine
+/// throws DatabaseError with the engine's text.
+class TpFIBDatabase : public QObject
+{
     Q_OBJECT
     Q_PROPERTY(QString DBName READ DBName WRITE SetDBName)
     Q_PROPERTY(bool Connected READ Connected)
@@ -38,11 +40,16 @@ public:
     /// Turns the attached file's read-only mode on or off; needs to be the only attachment. Tools.
     void SetReadOnlyMode(bool on);
 
-    TpFIBTransaction *DefaultTransaction() const { return m_defaultTransaction; }
-    void SetDefaultTransaction(TpFIBTransaction *transaction) { m_defaultTransaction = transaction; }
+    TpFIBTransaction *DefaultTransaction() const;
+    void SetDefaultTransaction(TpFIBTransaction *transaction);
 
     struct Handle;
-    Handle &Attachment() const;
+    /// The engine's side, for the classes of this layer. Throws DatabaseError when not connected.
+    const std::shared_ptr<Handle> &Attachment() const;
+
+    /// Replaces the lock folder ("lock" beside the first database opened) for this process; call before the first
+    /// connection. Every process that opens a database must use the same folder, or rows get lost.
+    static void SetLockFolder(const QString &folder);
 
 private:
     QString m_dbName;
@@ -50,12 +57,13 @@ private:
     QString m_libraryName;
     QString m_charSet;
     int m_sqlDialect = 3;
-    TpFIBTransaction *m_defaultTransaction = nullptr;
-    std::unique_ptr<Handle> m_handle;
+    QPointer<TpFIBTransaction> m_defaultTransaction;
+    std::shared_ptr<Handle> m_handle;
 };
 
 /// A transaction of one database. Setting Active starts it; setting it false rolls back.
-class TpFIBTransaction : public QObject {
+class TpFIBTransaction : public QObject
+{
     Q_OBJECT
     Q_PROPERTY(bool Active READ Active)
 public:
@@ -80,10 +88,11 @@ public:
     void RollbackRetaining();
 
     struct Handle;
-    Handle &Native() const;
+    /// The engine's side, for the classes of this layer. Throws DatabaseError when not active.
+    const std::shared_ptr<Handle> &Native() const;
 
 private:
-    TpFIBDatabase *m_database = nullptr;
+    QPointer<TpFIBDatabase> m_database;
     QStringList m_trParams;
-    std::unique_ptr<Handle> m_handle;
+    std::shared_ptr<Handle> m_handle;
 };

@@ -2,13 +2,15 @@
 
 #include "stores/DataSet.h"
 
-#include <QHash>
+#include "stores/Database.h"
 
-class TpFIBDatabase;
-class TpFIBTransaction;
+#include <QPointer>
+
+#include <map>
 
 /// A parameter of a select. Its value is set before Open() and stays for the next one.
-class TParam {
+class TParam
+{
 public:
     void SetAsInteger(int value) { m_value = value; }
     void SetAsString(const QString &value) { m_value = value; }
@@ -24,9 +26,11 @@ private:
 /// named: `:NAME` takes the field NAME's current value, `:OLD_NAME` the value it had when the row was read; a name used
 /// twice takes one value. With DataSource set, each parameter of the select is bound to the field of that name of the
 /// master's current row, and the dataset runs again when that row changes.
-/// Owns statement and cursor; borrows database and transaction, which must outlive it.
-/// A text longer than a parameter's declared size matches nothing: the select then has no rows, and nothing is raised.
-class TpFIBDataSet : public TDataSet {
+/// Owns statement and cursor; borrows database and transaction: when one of them ends first, the rows fetched stay and
+/// every other call throws. A text longer than a parameter's declared size matches nothing: the select then has no
+/// rows, and nothing is raised.
+class TpFIBDataSet : public TDataSet
+{
     Q_OBJECT
 public:
     explicit TpFIBDataSet(QObject *owner = nullptr);
@@ -38,12 +42,12 @@ public:
     QStringList &UpdateSQL() { return m_updateSQL; }
     QStringList &DeleteSQL() { return m_deleteSQL; }
 
-    TpFIBDatabase *Database() const { return m_database; }
-    void SetDatabase(TpFIBDatabase *database) { m_database = database; }
+    TpFIBDatabase *Database() const;
+    void SetDatabase(TpFIBDatabase *database);
     /// The database's default transaction where none is set.
     TpFIBTransaction *Transaction() const;
-    void SetTransaction(TpFIBTransaction *transaction) { m_transaction = transaction; }
-    TDataSource *DataSource() const { return m_dataSource; }
+    void SetTransaction(TpFIBTransaction *transaction);
+    TDataSource *DataSource() const;
     void SetDataSource(TDataSource *master);
     /// With it on each Post and Delete is committed at once, retaining the transaction and all open cursors.
     bool AutoCommit() const { return m_autoCommit; }
@@ -66,17 +70,34 @@ protected:
     void DoInsertRow(const QList<QVariant> &values) override;
     void DoUpdateRow(int row, const QList<QVariant> &values, const QList<QVariant> &oldValues) override;
     void DoDeleteRow(int row) override;
+    bool DoRowMatches(int row, int field, const LocateKey &key) const override;
 
 private:
     struct Cursor;
     class MasterLink;
 
+    void MatchFieldsToColumns();
+    QList<QVariant> SelectValues() const;
+    bool MasterIsMissing() const;
+    /// Runs the select again for a changed master or a refresh; the rows are gone if that fails.
+    void Rerun();
+    void FollowMaster(bool onlyIfValuesChanged);
+    /// Runs a statement that must change a row, and commits or rolls back as AutoCommit asks.
+    void Change(const QStringList &sql, const QList<QVariant> &values, const QList<QVariant> &oldValues);
+    void RefuseUnstorableText(const QList<QVariant> &values) const;
+    /// The posted row as the database holds it, into the engine's message; false if there is no way to tell.
+    bool ReadBack(const QList<QVariant> &values);
+    QList<QVariant> ByColumn(const QList<QVariant> &values, int row) const;
+    QList<int> KeyFields() const;
+    int FindSameRecord(const QList<int> &fields, const QList<QVariant> &key);
+
     QStringList m_selectSQL, m_refreshSQL, m_insertSQL, m_updateSQL, m_deleteSQL;
-    TpFIBDatabase *m_database = nullptr;
-    TpFIBTransaction *m_transaction = nullptr;
-    TDataSource *m_dataSource = nullptr;
+    QPointer<TpFIBDatabase> m_database;
+    QPointer<TpFIBTransaction> m_transaction;
+    QPointer<TDataSource> m_dataSource;
     bool m_autoCommit = false;
-    QHash<QString, TParam> m_params;
+    bool m_rerunning = false;
+    std::map<QString, TParam> m_params;
     std::unique_ptr<MasterLink> m_masterLink;
     std::unique_ptr<Cursor> m_cursor;
 };

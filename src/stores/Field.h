@@ -12,10 +12,14 @@ class TDataSet;
 
 enum class FieldType { Integer, SmallInt, DateTime, WideString, Blob };
 
+/// Characters of a field's value: bytes are UTF-8, a moment is in the locale's short form; empty for null.
+QString FieldText(const QVariant &value);
+
 /// One column of a dataset, its value that of the current row. Owned by its dataset and named like a control
 /// (dataset name and field name by default). A text column holds characters, a blob the bytes as stored; a blob is
 /// read from the engine when a value is asked for, not before.
-class TField : public QObject {
+class TField : public QObject
+{
     Q_OBJECT
     Q_PROPERTY(QString FieldName READ FieldName CONSTANT)
     Q_PROPERTY(QString DisplayLabel READ DisplayLabel WRITE SetDisplayLabel)
@@ -64,6 +68,10 @@ public:
     std::function<QString(const TField &)> OnGetText;
 
 private:
+    /// The value as this type of field keeps it. Throws DatabaseError if it cannot be one.
+    QVariant Converted(const QVariant &value) const;
+    QVariant ConvertedNumber(const QVariant &value) const;
+
     TDataSet &m_dataSet;
     QString m_fieldName;
     QString m_displayLabel;

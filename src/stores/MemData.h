@@ -4,7 +4,8 @@
 
 /// A table in memory with the fields declared by AddField. Rows are appended and posted as in any dataset; closing
 /// empties it. Touches no database.
-class TdxMemData : public TDataSet {
+class TdxMemData : public TDataSet
+{
     Q_OBJECT
 public:
     explicit TdxMemData(QObject *owner = nullptr);

@@ -10,7 +10,8 @@ class TpFIBDatabase;
 /// Runs a text of SQL statements in a transaction of its own. Comments and blank lines are skipped, "COMMIT WORK;"
 /// commits, "SET TERM" changes the terminator as in the engine's own tools. What is not committed when the run ends or
 /// fails is rolled back.
-class TpFIBScripter : public QObject {
+class TpFIBScripter : public QObject
+{
     Q_OBJECT
 public:
     explicit TpFIBScripter(QObject *owner = nullptr);

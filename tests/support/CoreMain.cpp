@@ -1,4 +1,7 @@
+#include "stores/Database.h"
+
 #include <QCoreApplication>
+#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 
@@ -10,5 +13,8 @@ int main(int argc, char **argv)
     std::setlocale(LC_CTYPE, "C.UTF-8");
     testing::InitGoogleMock(&argc, argv);
     QCoreApplication application(argc, argv);
+    // Each test has its own folder of databases; the engine keeps its lock folder for the whole process.
+    const QTemporaryDir locks;
+    TpFIBDatabase::SetLockFolder(locks.path());
     return RUN_ALL_TESTS();
 }

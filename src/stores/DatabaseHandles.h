@@ -1,0 +1,31 @@
+#pragma once
+
+#include "stores/Database.h"
+#include "stores/FirebirdClient.h"
+
+#include <vector>
+
+/// The engine's side of a connection. Shared with the transactions and statements made on it, so that they can tell in
+/// any order of destruction whether it is still there.
+struct TpFIBDatabase::Handle
+{
+    Firebird::IAttachment *attachment = nullptr; ///< null once detached
+    int dialect = 3;
+    std::vector<TpFIBTransaction::Handle *> transactions;
+
+    ~Handle();
+    /// Rolls back what is open and detaches. Throws DatabaseError; the attachment is gone all the same.
+    void Detach();
+};
+
+/// The engine's side of a transaction.
+struct TpFIBTransaction::Handle
+{
+    std::shared_ptr<TpFIBDatabase::Handle> database;
+    Firebird::ITransaction *transaction = nullptr; ///< null once ended
+
+    explicit Handle(std::shared_ptr<TpFIBDatabase::Handle> owner, const QStringList &words);
+    ~Handle();
+    void Rollback();
+    void Commit();
+};

@@ -1,0 +1,90 @@
+#include "support/StoreSupport.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Row
+{
+    const char *rule;
+    QString script;
+    QStringList statements;
+};
+
+class ScriptTable : public testing::TestWithParam<Row>
+{};
+
+TEST_P(ScriptTable, SplitsIntoStatements)
+{
+    EXPECT_EQ(TpFIBScripter::SplitStatements(GetParam().script), GetParam().statements);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rules, ScriptTable,
+    testing::Values(
+        Row{"LinesBelongTogether", u"\n a\n b ;\n\n c;"_s, {u"a\n b"_s, u"c"_s}},
+        Row{"LastNeedsNoTerminator", u"a; b"_s, {u"a"_s, u"b"_s}}, Row{"EmptyOnesDoNotCount", u";; ;a;;"_s, {u"a"_s}},
+        Row{"TerminatorInLiteral", u"a ';' b; c ';'';' d;"_s, {u"a ';' b"_s, u"c ';'';' d"_s}},
+        Row{"TerminatorInIdentifier", u"a \"x;y\"; b"_s, {u"a \"x;y\""_s, u"b"_s}},
+        Row{"TerminatorInComment", u"a -- x; y\nb; c /* ; */ d;"_s, {u"a -- x; y\nb"_s, u"c /* ; */ d"_s}},
+        Row{"CommentsBetweenGo", u"-- it's\n/* ; */ a; /* b; */ -- c"_s, {u"a"_s}},
+        Row{"SetTermChangesTheTerminator", u"set term ^ ; a; b ^ SET TERM ; ^ c; d"_s, {u"a; b"_s, u"c"_s, u"d"_s}},
+        Row{"LongTerminator", u"set term !! ;a;!b!!c!!"_s, {u"a;!b"_s, u"c"_s}},
+        Row{"NothingAtAll", u" \r\n-- c"_s, {}}),
+    [](const auto &row) { return std::string(row.param.rule); });
+
+class ScripterTest : public StoreTest
+{
+protected:
+    void SetUp() override
+    {
+        StoreTest::SetUp();
+        RunScript(database, u"create table T (ID integer not null primary key);"_s);
+        scripter.SetDatabase(&database);
+    }
+    int Count() { return Ask(u"select count(*) from T"_s).toInt(); }
+
+    TpFIBScripter scripter;
+};
+
+TEST_F(ScripterTest, StartsAtTheStatementOfThatNumber)
+{
+    scripter.Script() = {u"insert into T values (1);"_s, u"insert into T values (2);"_s, u"Commit Work;"_s};
+    scripter.ExecuteScript(2);
+    EXPECT_EQ(Ask(u"select list(ID) from T"_s).toString(), u"2"_s);
+}
+
+TEST_F(ScripterTest, KeepsOnlyWhatItCommits)
+{
+    scripter.Script() = {u"insert into T values (1); commit; insert into T values (2);"_s};
+    scripter.ExecuteScript();
+    EXPECT_EQ(Count(), 1) << "the end of the run rolls back";
+    scripter.Script() = {u"insert into T values (3); rollback work; insert into T values (4); commit work;"_s};
+    scripter.ExecuteScript();
+    EXPECT_EQ(Count(), 2);
+}
+
+TEST_F(ScripterTest, AFailureStopsTheRunAndReachesTheCaller)
+{
+    scripter.Script() = {u"insert into T values (1); insert into T values (1); insert into T values (2); commit;"_s};
+    const QString text = FailureOf([&] { scripter.ExecuteScript(); });
+    EXPECT_TRUE(text.contains(u"violation of PRIMARY or UNIQUE KEY constraint"_s)) << text.toStdString();
+    EXPECT_EQ(Count(), 0);
+}
+
+TEST_F(ScripterTest, HasATransactionOfItsOwn)
+{
+    RunScript(database, u"insert into T values (1);"_s);
+    transaction.Rollback();
+    transaction.SetActive(true);
+    EXPECT_EQ(Count(), 1);
+}
+
+TEST_F(ScripterTest, NeedsAnOpenConnection)
+{
+    scripter.Script() = {u"commit;"_s};
+    database.SetConnected(false);
+    EXPECT_THROW(scripter.ExecuteScript(), DatabaseError);
+}
+
+} // namespace

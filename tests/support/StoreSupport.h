@@ -1,0 +1,90 @@
+#pragma once
+
+#include "stores/DataSource.h"
+#include "stores/Database.h"
+#include "stores/DatabaseError.h"
+#include "stores/FIBDataSet.h"
+#include "stores/Scripter.h"
+#include "support/TestSupport.h"
+
+#include <QFile>
+
+#include <gmock/gmock.h>
+
+/// Prepares an unopened connection with its transaction, as the program's modules do.
+inline void Prepare(TpFIBDatabase &database, TpFIBTransaction &transaction, const QString &path)
+{
+    database.SetDBName(path);
+    database.DBParams() = {QStringLiteral("lc_ctype=UNICODE_FSS"), QStringLiteral("user_name=SYSDBA"),
+                           QStringLiteral("password=lotuspond")};
+    database.SetCharSet(QStringLiteral("UNICODE_FSS"));
+    database.SetLibraryName(ProductFolder() + QStringLiteral("libfbclient.so.2"));
+    database.SetDefaultTransaction(&transaction);
+    transaction.SetDefaultDatabase(&database);
+}
+
+/// Runs a script and commits it.
+inline void RunScript(TpFIBDatabase &database, const QString &script)
+{
+    TpFIBScripter scripter;
+    scripter.SetDatabase(&database);
+    scripter.Script() = QStringList{script, QStringLiteral("commit work;")};
+    scripter.ExecuteScript();
+}
+
+/// The text of the failure that `action` throws; empty if it throws none.
+template <typename Action>
+QString FailureOf(Action action)
+{
+    try {
+        action();
+    } catch (const DatabaseError &error) {
+        return error.Text();
+    }
+    return {};
+}
+
+/// A file without tables, made once and copied for each test, because making one takes half a second.
+inline QString EmptyDatabase()
+{
+    static const ScratchFolder folder;
+    static const QString path = [] {
+        TpFIBDatabase database;
+        TpFIBTransaction transaction;
+        Prepare(database, transaction, folder.Path(QStringLiteral("EMPTY.FDB")));
+        database.CreateDatabase();
+        return database.DBName();
+    }();
+    return path;
+}
+
+/// A database file of its own for each test, open, with its transaction.
+class StoreTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        const QString path = scratch.Path(QStringLiteral("TEST.FDB"));
+        EXPECT_TRUE(QFile::copy(EmptyDatabase(), path));
+        Prepare(database, transaction, path);
+        database.SetConnected(true);
+        transaction.SetActive(true);
+    }
+    void Use(TpFIBDataSet &dataSet, const QString &select)
+    {
+        dataSet.SetDatabase(&database);
+        dataSet.SelectSQL() = QStringList{select};
+    }
+    /// The first value of a select's first row.
+    QVariant Ask(const QString &select)
+    {
+        TpFIBDataSet query;
+        Use(query, select);
+        query.Open();
+        return query.Fields().front()->Value();
+    }
+
+    ScratchFolder scratch;
+    TpFIBDatabase database;
+    TpFIBTransaction transaction;
+};
