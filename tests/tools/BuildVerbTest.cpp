@@ -1,0 +1,244 @@
+#include "support/TestSupport.h"
+#include "tools/ToolSupport.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QThread>
+
+#include <gmock/gmock.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const char16_t CanonRows[] =
+    u"select N.ID_VIT, N.ID_VIC, N.NUMBER_VIC, N.NAME_VIC_PAL, N.NAME_VIC_VIE, N.NAME_VIC_ENG, "
+    u"N.CONTENT_VIC_PAL, N.CONTENT_VIC_ENG, N.CONTENT_VIC_VIE, N.CONTENT_VIC_PAL_VIE "
+    u"from KELORA_CONTENT N";
+
+QList<QList<QVariant>> RowsOf(const QString &file, const char16_t *select)
+{
+    return OpenedDatabase(file).Rows(QString::fromUtf16(select));
+}
+
+/// Small sources and an empty folder for the databases.
+class BuildVerb : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        WriteSmallSources(Data());
+        QDir().mkpath(Out());
+    }
+
+    QString Data() const { return m_scratch.Path(u"data"_s); }
+    QString Out() const { return m_scratch.Path(u"kết quả"_s); }
+    QString File(const QString &name) const { return Out() + u'/' + name; }
+    ToolRun Build(const QStringList &more = {}) const
+    {
+        return RunDataTool(QStringList{u"build"_s, u"--data"_s, Data(), u"--out"_s, Out()} + more);
+    }
+
+    ScratchFolder m_scratch;
+};
+
+TEST_F(BuildVerb, MakesTheThreeFilesAndNothingElse)
+{
+    const ToolRun run = Build();
+    EXPECT_EQ(run.exitCode, 0) << qPrintable(run.errors);
+    EXPECT_EQ(run.output, u"KELORA.FDB: built\nPALIDICT.FDB: built\nTARUNECLIENT.FDB: built\n"_s);
+    EXPECT_EQ(QDir(Out()).entryList(QDir::Files | QDir::Hidden, QDir::Name),
+              (QStringList{u"KELORA.FDB"_s, u"PALIDICT.FDB"_s, u"TARUNECLIENT.FDB"_s}));
+}
+
+TEST_F(BuildVerb, TakesPathsOutsideAsciiInAnyLocale)
+{
+    const ToolRun run =
+        RunDataTool({u"build"_s, u"--data"_s, Data(), u"--out"_s, Out(), u"--only"_s, u"marks"_s}, {}, {u"LANG=C"_s});
+    EXPECT_EQ(run.exitCode, 0) << qPrintable(run.errors);
+    EXPECT_TRUE(QFileInfo::exists(File(u"TARUNECLIENT.FDB"_s)));
+}
+
+TEST_F(BuildVerb, StoresNullsWhereTheSourcesSayNothing)
+{
+    ASSERT_EQ(Build().exitCode, 0);
+    const auto rows = RowsOf(File(u"KELORA.FDB"_s), CanonRows);
+    ASSERT_EQ(rows.size(), 2);
+    EXPECT_EQ(rows[0][5].toString(), u"First, and only"_s);
+    EXPECT_TRUE(rows[0][7].toByteArray().contains(">Start<"));
+    EXPECT_TRUE(rows[1][5].isNull()) << "no English title";
+    EXPECT_TRUE(rows[1][7].toByteArray().isEmpty()) << "no English page without a title";
+    EXPECT_TRUE(rows[1][6].toByteArray().isEmpty()) << "left out by the sources";
+    EXPECT_TRUE(rows[1][8].toByteArray().contains("Thứ nhì"));
+}
+
+TEST_F(BuildVerb, CanonAndDictionaryAreReadOnlyAndTheReadersFileIsNot)
+{
+    ASSERT_EQ(Build().exitCode, 0);
+    const char16_t mode[] = u"select MON$READ_ONLY from MON$DATABASE";
+    EXPECT_EQ(RowsOf(File(u"KELORA.FDB"_s), mode)[0][0].toInt(), 1);
+    EXPECT_EQ(RowsOf(File(u"PALIDICT.FDB"_s), mode)[0][0].toInt(), 1);
+    EXPECT_EQ(RowsOf(File(u"TARUNECLIENT.FDB"_s), mode)[0][0].toInt(), 0);
+}
+
+TEST_F(BuildVerb, TwoBuildsGiveTheSameRowsInTheSameOrder)
+{
+    ASSERT_EQ(Build().exitCode, 0);
+    const auto first = RowsOf(File(u"KELORA.FDB"_s), CanonRows);
+    ASSERT_EQ(Build({u"--force"_s}).exitCode, 0);
+    EXPECT_EQ(RowsOf(File(u"KELORA.FDB"_s), CanonRows), first);
+}
+
+TEST_F(BuildVerb, NeverTouchesTheReadersFile)
+{
+    ASSERT_EQ(Build().exitCode, 0);
+    OpenedDatabase(File(u"TARUNECLIENT.FDB"_s))
+        .Execute(u"insert into SUTTA_TEXT_FOCUS (ID_FOC, NAME_FOC) values (1, 'của tôi')"_s);
+    const ToolRun run = Build({u"--force"_s});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(run.output.contains(u"TARUNECLIENT.FDB: kept"_s));
+    const auto rows = RowsOf(File(u"TARUNECLIENT.FDB"_s), u"select NAME_FOC from SUTTA_TEXT_FOCUS");
+    ASSERT_EQ(rows.size(), 1);
+    EXPECT_EQ(rows[0][0].toString(), u"của tôi"_s);
+
+    // Whatever stands there is the reader's, even if it is no database.
+    WriteFile(File(u"TARUNECLIENT.FDB"_s), "notes");
+    EXPECT_EQ(Build({u"--force"_s}).exitCode, 0);
+    EXPECT_EQ(BytesOf(File(u"TARUNECLIENT.FDB"_s)), "notes");
+}
+
+TEST_F(BuildVerb, BuildsAgainOnlyWhenSourcesAreNewer)
+{
+    ASSERT_EQ(Build().exitCode, 0);
+    EXPECT_TRUE(Build().output.contains(u"KELORA.FDB: up to date\nPALIDICT.FDB: up to date"_s));
+    QThread::msleep(20);
+    WriteFile(Data() + u"/canon/passages/own.txt"_s, "@text 1101\nMới | Mới | New\n");
+    const ToolRun run = Build();
+    EXPECT_TRUE(run.output.contains(u"KELORA.FDB: built\nPALIDICT.FDB: up to date"_s)) << qPrintable(run.output);
+    EXPECT_TRUE(RowsOf(File(u"KELORA.FDB"_s), CanonRows)[0][7].toByteArray().contains(">New<"));
+}
+
+TEST_F(BuildVerb, OnlyBuildsTheKindsThatAreNamed)
+{
+    ASSERT_EQ(Build({u"--only"_s, u"dictionary"_s}).exitCode, 0);
+    EXPECT_EQ(QDir(Out()).entryList(QDir::Files), QStringList{u"PALIDICT.FDB"_s});
+    ASSERT_EQ(Build({u"--only"_s, u"canon"_s, u"--only"_s, u"marks"_s}).exitCode, 0);
+    EXPECT_EQ(QDir(Out()).entryList(QDir::Files).size(), 3);
+}
+
+TEST_F(BuildVerb, AFaultInTheSourcesLeavesTheOldFile)
+{
+    ASSERT_EQ(Build().exitCode, 0);
+    const QByteArray before = BytesOf(File(u"KELORA.FDB"_s));
+    WriteFile(Data() + u"/canon/passages/own.txt"_s, "@text 1101\n@picture none.svg x | y\n");
+    const ToolRun run = Build({u"--force"_s, u"--only"_s, u"canon"_s});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.errors.contains(u"there is no picture \"none.svg\""_s)) << qPrintable(run.errors);
+    EXPECT_EQ(BytesOf(File(u"KELORA.FDB"_s)), before);
+}
+
+TEST_F(BuildVerb, KilledInTheMiddleItLeavesTheOldFileAndTheNextBuildRecovers)
+{
+    ASSERT_EQ(Build({u"--only"_s, u"canon"_s}).exitCode, 0);
+    const QByteArray before = BytesOf(File(u"KELORA.FDB"_s));
+
+    QProcess process;
+    process.start(ToolPath(), {u"build"_s, u"--data"_s, SampleSources(), u"--out"_s, Out(), u"--force"_s});
+    for (int i = 0; i < 10000 && !QFileInfo::exists(File(u"KELORA.FDB.part"_s)); ++i)
+        QThread::msleep(1);
+    process.kill();
+    ASSERT_TRUE(process.waitForFinished());
+    ASSERT_EQ(process.exitStatus(), QProcess::CrashExit) << "the build was over before it could be killed";
+    EXPECT_TRUE(QFileInfo::exists(File(u"KELORA.FDB.part"_s)));
+    EXPECT_EQ(BytesOf(File(u"KELORA.FDB"_s)), before);
+
+    const ToolRun run = Build({u"--force"_s});
+    EXPECT_EQ(run.exitCode, 0) << qPrintable(run.errors);
+    EXPECT_FALSE(QFileInfo::exists(File(u"KELORA.FDB.part"_s)));
+    EXPECT_EQ(RowsOf(File(u"KELORA.FDB"_s), CanonRows).size(), 2);
+}
+
+TEST_F(BuildVerb, TheDictionaryAnswersByItsThreeProcedures)
+{
+    ASSERT_EQ(RunDataTool({u"build"_s, u"--data"_s, SampleSources(), u"--out"_s, Out(), u"--only"_s, u"dictionary"_s})
+                  .exitCode,
+              0);
+    OpenedDatabase dictionary(File(u"PALIDICT.FDB"_s));
+    const auto words = dictionary.Rows(u"select e.WORD_NAME, e.DICT_TYPE from SP_GET_LIST_WORDS(5) e"_s);
+    ASSERT_GE(words.size(), 30);
+    EXPECT_EQ(words.last()[0].toString(), u"ḷ"_s);
+    EXPECT_EQ(words[0][1].toInt(), 5);
+    QStringList filtered;
+    for (const auto &row :
+         dictionary.Rows(u"select e.WORD_NAME from SP_GET_LIST_WORDS(5) e where e.WORD_NAME starting with 'bhikkh'"_s))
+        filtered.append(row[0].toString());
+    EXPECT_EQ(filtered, (QStringList{u"bhikkhu"_s, u"bhikkhunī"_s}));
+
+    const auto content = [&](int kind, const QString &word, int multi) {
+        const auto rows = dictionary.Rows(u"select E.WORD_CONTENT, E.WORD_CONTENT_2 "
+                                          u"from SP_GET_WORD_CONTENT(%1, '%2', %3) E"_s.arg(kind)
+                                              .arg(word)
+                                              .arg(multi));
+        return rows.isEmpty() ? QByteArray() : rows[0][0].toByteArray();
+    };
+    const QByteArray vietnamese = content(5, u"nagara"_s, 0);
+    EXPECT_TRUE(vietnamese.contains("thành phố"));
+    EXPECT_FALSE(vietnamese.contains("a town"));
+    EXPECT_EQ(content(5, u"nagara"_s, 1), vietnamese + '\n' + content(8, u"nagara"_s, 0));
+    EXPECT_EQ(content(5, u"ṭīkā"_s, 1), content(5, u"ṭīkā"_s, 0)) << "no partner entry";
+    EXPECT_TRUE(content(5, u"không có"_s, 1).isEmpty());
+
+    const auto check = [&](int kind, const QString &word) {
+        return dictionary.Rows(u"select sp.result from sp_check_word(%1, '%2') sp"_s.arg(kind).arg(word))[0][0].toInt();
+    };
+    EXPECT_EQ(check(5, u"SAṄGHA"_s), 1);
+    EXPECT_EQ(check(5, u"saṅgha"_s), 0);
+    EXPECT_EQ(check(1, u"SAṄGHA"_s), 0);
+}
+
+struct WrongUse
+{
+    const char *rule;
+    QStringList arguments;
+    const char16_t *message;
+};
+
+class WrongUses : public testing::TestWithParam<WrongUse>
+{};
+
+TEST_P(WrongUses, EndWithTwoAndSayWhy)
+{
+    const ToolRun run = RunDataTool(GetParam().arguments);
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.output.isEmpty()) << qPrintable(run.output);
+    EXPECT_TRUE(run.errors.startsWith(u"lumivara-data: "_s + QString::fromUtf16(GetParam().message)))
+        << qPrintable(run.errors);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rules, WrongUses,
+    testing::Values(WrongUse{"NoVerb", {}, u"a verb is missing"},
+                    WrongUse{"UnknownVerb", {u"mend"_s}, u"there is no verb \"mend\""},
+                    WrongUse{"UnknownOption", {u"build"_s, u"--loud"_s}, u"Unknown option 'loud'."},
+                    WrongUse{"UnknownKind", {u"build"_s, u"--only"_s, u"all"_s}, u"there is no kind \"all\""},
+                    WrongUse{"StrayArgument", {u"build"_s, u"x"_s}, u"build does not know \"x\""},
+                    WrongUse{"NoOutFolder",
+                             {u"build"_s, u"--out"_s, u"/nowhere/at all"_s},
+                             u"/nowhere/at all: there is no such folder"},
+                    WrongUse{"CheckWithoutFile", {u"check"_s}, u"check wants one FILE"},
+                    WrongUse{"CheckWithTwo", {u"check"_s, u"a"_s, u"b"_s}, u"check wants one FILE"}),
+    [](const auto &row) { return std::string(row.param.rule); });
+
+TEST(Help, IsToldOnTheOutputForToolAndVerbs)
+{
+    for (const QStringList &arguments :
+         {QStringList{u"--help"_s}, QStringList{u"build"_s, u"--help"_s}, QStringList{u"check"_s, u"--help"_s}}) {
+        const ToolRun run = RunDataTool(arguments);
+        EXPECT_EQ(run.exitCode, 0);
+        EXPECT_TRUE(run.output.startsWith(u"Usage: lumivara-data "_s)) << qPrintable(run.output);
+        EXPECT_TRUE(run.errors.isEmpty()) << qPrintable(run.errors);
+    }
+}
+
+} // namespace

@@ -1,0 +1,67 @@
+#include "lumivara-data/Verbs.h"
+
+#include "lumivara-data/CanonFile.h"
+#include "lumivara-data/Console.h"
+
+#include <QCommandLineParser>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Copies the file to a folder of our own. The engine writes into whatever it opens (header page, lock files beside it)
+/// and refuses some files without write permission: a check must do neither.
+QString CopyOf(const QString &path, const QTemporaryDir &folder)
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        throw ToolError(u"%1: there is no such file"_s.arg(path));
+    if (!info.isFile())
+        throw ToolError(u"%1: not a file"_s.arg(path));
+    QFile original(path);
+    QFile copy(folder.filePath(u"checked.fdb"_s));
+    if (!folder.isValid() || !copy.open(QIODevice::WriteOnly))
+        throw ToolError(u"there is no place for a temporary copy: %1"_s.arg(folder.isValid() ? copy.errorString()
+                                                                                             : folder.errorString()));
+    if (!original.open(QIODevice::ReadOnly))
+        throw ToolError(u"%1: %2"_s.arg(path, original.errorString()));
+    constexpr qint64 chunk = 1 << 20;
+    while (!original.atEnd()) {
+        const QByteArray bytes = original.read(chunk);
+        if (bytes.isEmpty())
+            throw ToolError(u"%1: %2"_s.arg(path, original.errorString()));
+        if (copy.write(bytes) != bytes.size())
+            throw ToolError(u"there is no room for a temporary copy: %1"_s.arg(copy.errorString()));
+    }
+    copy.close();
+    if (copy.error() != QFileDevice::NoError)
+        throw ToolError(u"there is no room for a temporary copy: %1"_s.arg(copy.errorString()));
+    return copy.fileName();
+}
+
+} // namespace
+
+int RunCheck(const QStringList &arguments, Console &console)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        u"Tells what is wrong with a canon, one finding a line with the row named, and a summary.\n"
+        u"The file is only read. Exit codes: 0 clean, 1 findings, 2 wrong usage or not a canon."_s);
+    parser.addPositionalArgument(u"FILE"_s, u"The canon, such as KELORA.FDB."_s);
+    if (ParseOrHelp(parser, u"check FILE"_s, arguments, console))
+        return ExitCode::Clean;
+    if (parser.positionalArguments().size() != 1)
+        throw ToolError(u"check wants one FILE; see \"lumivara-data check --help\""_s);
+
+    const QTemporaryDir folder;
+    const CheckedCanon canon = ReadCanon(CopyOf(parser.positionalArguments().first(), folder), console);
+    const QList<Finding> findings = CheckCanon(canon);
+    for (const Finding &finding : findings)
+        console.Print(u"%1: %2\n"_s.arg(finding.row, finding.fault));
+    console.Print(u"%1 groups, %2 texts: %3\n"_s.arg(canon.groups.size())
+                      .arg(canon.texts.size())
+                      .arg(findings.isEmpty() ? u"nothing wrong"_s : u"%1 findings"_s.arg(findings.size())));
+    return findings.isEmpty() ? ExitCode::Clean : ExitCode::Findings;
+}

@@ -1,0 +1,93 @@
+#include "lumivara-data/DataFile.h"
+
+#include "lumivara-data/Verbs.h"
+#include "stores/FIBDataSet.h"
+#include "stores/KeloraDM.h"
+#include "stores/Scripter.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+using namespace Qt::StringLiterals;
+
+void DataFile::Configure(const QString &path)
+{
+    m_database.SetDBName(path);
+    m_database.SetSQLDialect(3);
+    m_database.DBParams() = {u"lc_ctype=UNICODE_FSS"_s, u"user_name=SYSDBA"_s, u"password=lotuspond"_s};
+    m_database.SetCharSet(u"UNICODE_FSS"_s);
+    m_database.SetLibraryName(ClientLibraryPath(QCoreApplication::applicationDirPath() + u'/'));
+    m_database.SetDefaultTransaction(&m_transaction);
+    m_transaction.SetDefaultDatabase(&m_database);
+    m_transaction.TRParams() = {u"write"_s, u"isc_tpb_nowait"_s, u"read_committed"_s, u"rec_version"_s};
+}
+
+void DataFile::Create(const QString &path)
+{
+    Configure(path);
+    m_database.CreateDatabase();
+}
+
+void DataFile::Open(const QString &path)
+{
+    Configure(path);
+    m_database.SetConnected(true);
+    m_transaction.SetActive(true);
+}
+
+void DataFile::Close()
+{
+    m_transaction.SetActive(false);
+    m_database.SetConnected(false);
+}
+
+void DataFile::RunSchema(const QString &name)
+{
+    QFile script(u":/schema/%1.sql"_s.arg(name));
+    if (!script.open(QIODevice::ReadOnly))
+        throw ToolError(u"the schema \"%1\" is not in this program"_s.arg(name));
+    TpFIBScripter scripter;
+    scripter.SetDatabase(&m_database);
+    scripter.Script() = QString::fromUtf8(script.readAll()).split(u'\n');
+    scripter.ExecuteScript();
+}
+
+void DataFile::Finish(bool readOnly)
+{
+    if (m_transaction.Active())
+        m_transaction.Commit();
+    m_transaction.SetActive(false);
+    if (readOnly)
+        m_database.SetReadOnlyMode(true);
+    m_database.SetConnected(false);
+}
+
+struct RowWriter::State
+{
+    TpFIBDataSet rows;
+};
+
+RowWriter::RowWriter(DataFile &file, const QString &table, const QStringList &columns)
+    : m_state(std::make_unique<State>())
+{
+    if (!file.Transaction().Active())
+        file.Transaction().SetActive(true);
+    const QString list = columns.join(u", "_s);
+    TpFIBDataSet &rows = m_state->rows;
+    rows.SetDatabase(&file.Database());
+    rows.SetTransaction(&file.Transaction());
+    rows.SelectSQL() = {u"select %1 from %2 where 1 = 0"_s.arg(list, table)};
+    rows.InsertSQL() = {u"insert into %1 (%2) values (:%3)"_s.arg(table, list, columns.join(u", :"_s))};
+    rows.Open();
+}
+
+RowWriter::~RowWriter() = default;
+
+void RowWriter::Append(const QList<QVariant> &values)
+{
+    TpFIBDataSet &rows = m_state->rows;
+    rows.Append();
+    for (qsizetype i = 0; i < values.size(); ++i)
+        rows.Fields()[size_t(i)]->SetValue(values[i]);
+    rows.Post();
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "stores/Database.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+/// A database file that the tool makes or reads, with one transaction. Failures are thrown as DatabaseError.
+class DataFile
+{
+public:
+    /// Makes a new file. Throws if it exists.
+    void Create(const QString &path);
+    void Open(const QString &path);
+    void Close();
+
+    TpFIBDatabase &Database() { return m_database; }
+    TpFIBTransaction &Transaction() { return m_transaction; }
+
+    /// Runs the schema script of that name ("canon", "client", "dictionary").
+    void RunSchema(const QString &name);
+    /// Commits and closes; with `readOnly` the file is in the engine's read-only mode from then on.
+    void Finish(bool readOnly);
+
+private:
+    void Configure(const QString &path);
+
+    TpFIBDatabase m_database;
+    TpFIBTransaction m_transaction;
+};
+
+/// Appends rows to one table. The columns' order is that of the values.
+class RowWriter
+{
+public:
+    RowWriter(DataFile &file, const QString &table, const QStringList &columns);
+    ~RowWriter();
+    /// Null QVariants are stored as null, byte arrays as blobs.
+    void Append(const QList<QVariant> &values);
+
+private:
+    struct State;
+    std::unique_ptr<State> m_state;
+};

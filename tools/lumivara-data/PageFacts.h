@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QByteArray>
+
+/// What a check needs to know of a stored page, so that the pages themselves need not be kept.
+struct PageFacts
+{
+    qsizetype byteCount = 0;
+    /// Offset of the first byte that is no UTF-8, -1 if there is none.
+    qsizetype firstBadByte = -1;
+    /// The charset that a meta element or a byte order mark names, lower case; empty if none.
+    QByteArray charset;
+};
+
+PageFacts InspectPage(const QByteArray &page);
+
+/// Offset of the first byte that does not belong to well-formed UTF-8 (no overlong forms, no surrogates, nothing above
+/// U+10FFFF), -1 if there is none.
+qsizetype FirstBadUtf8Byte(const QByteArray &bytes);

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QString>
+
+#include <array>
+
+/// The languages that a passage is written in, in the order of the sources' columns.
+enum class Language { Pali, Vietnamese, English };
+inline constexpr int LanguageCount = 3;
+
+/// One aligned piece of a passage: the same thing said in up to three languages.
+struct Segment
+{
+    enum class Kind { Heading, Paragraph, Item, Verse, Row, Picture, Note };
+
+    Kind kind = Kind::Paragraph;
+    /// Picture: file name. Note: the mark that refers to it. Else empty.
+    QString argument;
+    /// Empty where the language has no such piece.
+    std::array<QString, LanguageCount> text;
+
+    const QString &In(Language language) const { return text[size_t(language)]; }
+};
+using Passage = QList<Segment>;
+
+/// The sections of a passage source by key: "text 1101", "form opening". The mark-up is told in data/README.md.
+/// Throws ToolError with `fileName` and line for what it does not know, for a section that comes twice and for text
+/// outside of sections.
+QHash<QString, Passage> ParsePassages(const QString &source, const QString &fileName);

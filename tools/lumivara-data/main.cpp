@@ -1,0 +1,17 @@
+#include "lumivara-data/Console.h"
+#include "lumivara-data/Verbs.h"
+
+#include <QCoreApplication>
+
+#include <clocale>
+
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    // The engine refuses file names outside ASCII in a process without a UTF-8 locale. After the application object,
+    // which takes the locale from the environment.
+    std::setlocale(LC_CTYPE, "C.UTF-8");
+    QCoreApplication::setApplicationName(QStringLiteral("lumivara-data"));
+    Console console;
+    return RunTool(QCoreApplication::arguments().mid(1), console);
+}
