@@ -220,8 +220,7 @@ TEST_F(Commands, NothingIsClippedInTheSmallestWindow)
 {
     window->showNormal();
     window->resize(window->minimumSize());
-    QTest::qWait(50);
-    EXPECT_EQ(window->size(), QSize(800, 600));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window->size() == QSize(800, 600); }));
     for (const QToolButton *button : window->findChildren<QToolButton *>()) {
         if (!button->isVisible() || !button->objectName().startsWith(QLatin1StringView("btn")))
             continue;

@@ -19,6 +19,8 @@ protected:
     {
         StoreDefaults(1, 1102);
         Start();
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
         ASSERT_TRUE(WaitPage());
     }
     void Open(int idVic) { ASSERT_TRUE(window->qryTreeSutas.Locate(QStringLiteral("ID_VIC"), idVic)); }
@@ -193,8 +195,6 @@ TEST_F(Content, TheContextMenuComesAtThePoint)
 
 TEST_F(Content, ShortcutsActWhileThePageHasTheFocus)
 {
-    window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
     Browser().setFocus();
     ASSERT_TRUE(QTest::qWaitFor([this] { return Browser().focusProxy() && Browser().focusProxy()->hasFocus(); }));
     QGuiApplication::clipboard()->clear();
@@ -206,8 +206,6 @@ TEST_F(Content, ShortcutsActWhileThePageHasTheFocus)
 
 TEST_F(Content, InTheFilterBoxTheEditKeysBelongToTheBox)
 {
-    window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
     auto &box = Find<TcxTextEdit>("edFilterSutta");
     box.setFocus();
     box.setText(QStringLiteral("own text"));
