@@ -352,7 +352,11 @@ void TBrowserControl::PrintPreview()
 
 void TBrowserControl::SaveDialog()
 {
-    SavePage(*this, d->title);
+    const QPointer<TBrowserControl> self = this;
+    // The text of a page that is not complete would be a part of it.
+    WaitComplete();
+    if (self)
+        SavePage(*this, d->title);
 }
 
 int TBrowserControl::ZoomPercent() const

@@ -54,6 +54,11 @@ TEST_F(LongPageControl, IsAsLongAsInTheBareEngineWithinATenth)
             .toReal();
     EXPECT_GT(whole, 50000);
     EXPECT_NEAR(estimated / whole, 1, 0.1);
+
+    // A zoom changes the width: the estimate follows.
+    LoadBytes(LongPage(2500));
+    Control().SetZoomPercent(200);
+    EXPECT_TRUE(Becomes(u"document.documentElement.scrollHeight > %1"_s.arg(whole * 1.6)));
 }
 
 TEST_F(LongPageControl, CopiesAndPrintsAsTheBareEngine)

@@ -56,5 +56,21 @@
     give(firstHeight);
     document.adoptedStyleSheets = [...document.adoptedStyleSheets, sheet];
     addEventListener('DOMContentLoaded', estimate);
-    addEventListener('resize', estimate);
+    // Another width, other heights; measured once when the dragging rests. By frames: the engine runs no timers where the
+    // page's scripts are off.
+    let lastResize = 0;
+    addEventListener('resize', () => {
+        const isWaiting = lastResize > 0;
+        lastResize = performance.now();
+        const step = () => {
+            if (performance.now() - lastResize < 150) {
+                requestAnimationFrame(step);
+                return;
+            }
+            lastResize = 0;
+            estimate();
+        };
+        if (!isWaiting)
+            requestAnimationFrame(step);
+    });
 })();
