@@ -52,27 +52,23 @@ qsizetype TotalLength(const OpenBlob &blob)
 
 } // namespace
 
-QByteArray ReadBlob(const Statement::DatabaseHandle &database, const Statement::TransactionHandle &transaction,
-                    const BlobId &id)
+void ReadBlob(const Statement::DatabaseHandle &database, const Statement::TransactionHandle &transaction,
+              const BlobId &id, QByteArray &bytes)
 {
     EngineStatus *status = FirebirdClient::Instance().Status();
     ISC_QUAD quad = id.quad;
     OpenBlob blob(database->attachment->openBlob(status, transaction->transaction, &quad, 0, nullptr));
-    QByteArray bytes(TotalLength(blob), Qt::Uninitialized);
+    bytes.resize(TotalLength(blob));
     qsizetype filled = 0;
-    for (;;) {
-        if (filled == bytes.size())
-            break;
+    while (filled < bytes.size()) {
         unsigned got = 0;
         const auto room = static_cast<unsigned>(std::min(SegmentSize, bytes.size() - filled));
-        const int answer = blob->getSegment(status, room, bytes.data() + filled, &got);
-        if (answer == Firebird::IStatus::RESULT_NO_DATA)
+        if (blob->getSegment(status, room, bytes.data() + filled, &got) == Firebird::IStatus::RESULT_NO_DATA)
             break;
         filled += got;
     }
     blob.Close();
     bytes.truncate(filled);
-    return bytes;
 }
 
 BlobId WriteBlob(const Statement::DatabaseHandle &database, const Statement::TransactionHandle &transaction,

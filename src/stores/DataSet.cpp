@@ -343,6 +343,8 @@ void TDataSet::Delete()
     if (m_current < 0)
         throw DatabaseError(u"%1: there is no record to delete"_s.arg(objectName()));
     Call(BeforeDelete);
+    if (!Active() || m_current < 0)
+        return; // the handler closed it or took the row
     if (m_state == DataSetState::Edit)
         Cancel();
     DoDeleteRow(m_current);

@@ -37,7 +37,8 @@ public:
     void SetConnected(bool connected);
     /// Makes a new file at DBName (page size in bytes) and attaches to it. Throws if the file exists. Tools and tests.
     void CreateDatabase(int pageSize = 16384);
-    /// Turns the attached file's read-only mode on or off; needs to be the only attachment. Tools.
+    /// Turns the attached file's read-only mode on or off; needs to be the only attachment. Its transactions
+    /// end. Tools.
     void SetReadOnlyMode(bool on);
 
     TpFIBTransaction *DefaultTransaction() const;

@@ -253,11 +253,13 @@ void TpFIBDataSet::Rerun()
         DoOpen();
         StandOnFirst();
     } catch (...) {
+        const std::exception_ptr failure = std::current_exception();
         m_rowCount = 0;
         m_current = -1;
         m_bof = m_eof = m_allFetched = true;
         DoClose();
-        throw;
+        Notify(TDataSource::Event::DataSet);
+        std::rethrow_exception(failure);
     }
 }
 
@@ -311,15 +313,35 @@ void TpFIBDataSet::FullRefresh()
     TellScrolled();
 }
 
+void TpFIBDataSet::BlobInto(int row, int field, QByteArray &buffer) const
+{
+    buffer.resize(0); // keeps what it has reserved
+    if (row < 0 || row >= m_cursor->rows.Count())
+        return;
+    const int column = m_cursor->columnOfField[static_cast<size_t>(field)];
+    const QVariant value = m_cursor->rows.Value(row, column);
+    if (value.canConvert<BlobId>())
+        ReadStored(value.value<BlobId>(), buffer);
+    else
+        buffer = value.typeId() == QMetaType::QByteArray ? value.toByteArray() : FieldText(value).toUtf8();
+}
+
+void TpFIBDataSet::ReadStored(const BlobId &id, QByteArray &buffer) const
+{
+    if (!m_cursor->database->attachment || !m_cursor->transaction->transaction)
+        throw DatabaseError(u"%1: the transaction has ended"_s.arg(objectName()));
+    ReadBlob(m_cursor->database, m_cursor->transaction, id, buffer);
+}
+
 QVariant TpFIBDataSet::ValueAt(int row, int field) const
 {
     if (row < 0 || row >= m_cursor->rows.Count())
         return {};
     QVariant value = m_cursor->rows.Value(row, m_cursor->columnOfField[static_cast<size_t>(field)]);
     if (value.canConvert<BlobId>()) {
-        if (!m_cursor->database->attachment || !m_cursor->transaction->transaction)
-            throw DatabaseError(u"%1: the transaction has ended"_s.arg(objectName()));
-        value = ReadBlob(m_cursor->database, m_cursor->transaction, value.value<BlobId>());
+        QByteArray bytes;
+        ReadStored(value.value<BlobId>(), bytes);
+        value = bytes;
     }
     if (!value.isValid())
         return value;

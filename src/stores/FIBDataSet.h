@@ -8,6 +8,8 @@
 
 #include <map>
 
+struct BlobId;
+
 /// A parameter of a select. Its value is set before Open() and stays for the next one.
 class TParam
 {
@@ -62,6 +64,8 @@ public:
 
     QVariant ValueAt(int row, int field) const override;
     QString TextAt(int row, int field) const override;
+    /// Puts a blob's bytes into a buffer of the caller, whose memory is used again where it suffices; for scans.
+    void BlobInto(int row, int field, QByteArray &buffer) const;
 
 protected:
     void DoOpen() override;
@@ -76,6 +80,7 @@ private:
     struct Cursor;
     class MasterLink;
 
+    void ReadStored(const BlobId &id, QByteArray &buffer) const;
     void MatchFieldsToColumns();
     QList<QVariant> SelectValues() const;
     bool MasterIsMissing() const;

@@ -37,8 +37,12 @@ bool MakeFolder(const QString &folder, mode_t mode)
     const QByteArray path = QFile::encodeName(folder);
     if (::mkdir(path.constData(), mode) != 0 && errno != EEXIST)
         return false;
-    // mkdir subtracts the umask. Not our folder: its owner has seen to it.
-    ::chmod(path.constData(), mode);
+    struct stat status = {};
+    if (::stat(path.constData(), &status) != 0 || !S_ISDIR(status.st_mode))
+        return false;
+    // mkdir subtracts the umask. A folder that is not ours was opened by its owner.
+    if (status.st_uid == ::geteuid())
+        ::chmod(path.constData(), mode);
     return ::access(path.constData(), R_OK | W_OK | X_OK) == 0;
 }
 

@@ -14,6 +14,8 @@ using Metadata = std::unique_ptr<Firebird::IMessageMetadata, EngineReleaser<Fire
 
 /// Wide enough for any number or time as text.
 constexpr unsigned ConvertedTextBytes = 64;
+/// Bytes that a text parameter can take at all.
+constexpr qsizetype LongestText = 32765;
 constexpr unsigned TenthsOfMillisecond = 10;
 
 EngineStatus *Status()
@@ -94,7 +96,8 @@ private:
         } else if (IsText(type) || value.typeId() == QMetaType::QString || value.typeId() == QMetaType::QByteArray) {
             sent = SQL_VARYING;
             text = value.typeId() == QMetaType::QByteArray ? value.toByteArray() : value.toString().toUtf8();
-            m_textIsTooLong |= IsText(type) && text.size() > m_declared->getLength(Status(), i);
+            const qsizetype most = IsText(type) ? m_declared->getLength(Status(), i) : LongestText;
+            m_textIsTooLong |= text.size() > most;
         }
         m_texts.append(text);
         m_sent.push_back(sent);
@@ -104,7 +107,7 @@ private:
         builder->setScale(Status(), i, 0);
         switch (sent) {
         case SQL_VARYING:
-            builder->setLength(Status(), i, static_cast<unsigned>(std::clamp<qsizetype>(text.size(), 1, 32765)));
+            builder->setLength(Status(), i, static_cast<unsigned>(std::clamp<qsizetype>(text.size(), 1, LongestText)));
             break;
         case SQL_TIMESTAMP:
             builder->setLength(Status(), i, sizeof(ISC_TIMESTAMP));

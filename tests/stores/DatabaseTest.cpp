@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QRandomGenerator>
 
+#include <cstdlib>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -148,6 +149,50 @@ TEST_F(DatabaseTest, LockFilesAreOpenToEveryUserAndHoldTheirDiskSpace)
         EXPECT_EQ(status.st_mode & 0777, 0666U) << file.fileName().toStdString();
         EXPECT_GE(status.st_blocks * 512, status.st_size) << file.fileName().toStdString();
     }
+}
+
+/// Run in a process of its own, because a process chooses its lock folder once. 0 if all is as it must be.
+int OpenWithoutASharedLockFolder(const QString &path)
+{
+    TpFIBDatabase::SetLockFolder(path + u"/none/lock"_s); // below a file: cannot be made
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(QFileInfo(path).absolutePath()));
+    TpFIBDatabase database;
+    TpFIBTransaction transaction;
+    Prepare(database, transaction, path);
+    const QString text = FailureOf([&] { database.SetConnected(true); });
+    if (!text.contains(u"only read-only databases can be opened"_s) || database.Connected())
+        return 1;
+    Prepare(database, transaction, path + u".readonly"_s);
+    return FailureOf([&] { database.SetConnected(true); }).isEmpty() ? 0 : 2;
+}
+
+/// Two closed databases in a folder: `path`, and beside it one that is read-only.
+void MakeReadWriteAndReadOnly(const QString &path)
+{
+    for (const bool readOnly : {true, false}) {
+        const QString file = readOnly ? path + u".readonly"_s : path;
+        EXPECT_TRUE(QFile::copy(EmptyDatabase(), file));
+        TpFIBDatabase database;
+        TpFIBTransaction transaction;
+        Prepare(database, transaction, file);
+        database.SetConnected(true);
+        database.SetReadOnlyMode(readOnly);
+    }
+}
+
+TEST(LockFolder, WithoutASharedOneOnlyReadOnlyDatabasesOpen)
+{
+    // The new process runs this test from its start, and must not load the engine before it chooses the folder.
+    const ScratchFolder scratch;
+    QString path = qEnvironmentVariable("LUMIVARA_TEST_PATH");
+    if (path.isEmpty()) {
+        path = scratch.Path(u"TEST.FDB"_s);
+        MakeReadWriteAndReadOnly(path);
+        qputenv("LUMIVARA_TEST_PATH", QFile::encodeName(path));
+    }
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(std::exit(OpenWithoutASharedLockFolder(path)), testing::ExitedWithCode(0), "");
+    qunsetenv("LUMIVARA_TEST_PATH");
 }
 
 TEST_F(DatabaseTest, PartsDieInAnyOrder)

@@ -188,6 +188,7 @@ TEST_F(EditCycle, CharactersAboveTheFirstPlaneAreStoredWholeOrRefused)
 TEST_F(EditCycle, BlobsComeBackByteForByte)
 {
     int id = 100;
+    QByteArray buffer("left over");
     for (int size : {0, 1, 65534, 65535, 65536, 3 * 1024 * 1024}) {
         QByteArray bytes(size, Qt::Uninitialized);
         for (int i = 0; i < size; ++i)
@@ -197,6 +198,8 @@ TEST_F(EditCycle, BlobsComeBackByteForByte)
         rows.FullRefresh();
         EXPECT_EQ(Field(u"ID"_s).AsInteger(), id);
         EXPECT_TRUE(Field(u"BODY"_s).AsBytes() == bytes) << size;
+        rows.BlobInto(rows.RecNo(), Field(u"BODY"_s).Index(), buffer);
+        EXPECT_TRUE(buffer == bytes) << size;
     }
 }
 

@@ -242,6 +242,10 @@ TEST_F(ParametersTest, OneNameTwiceTakesOneValue)
     query.FetchAll();
     EXPECT_EQ(query.RecordCount(), 2);
     EXPECT_THROW(query.ParamByName(u"M"_s), DatabaseError);
+    query.Close();
+    query.ParamByName(u"N"_s).SetAsString(QString(100000, u'1'));
+    query.Open();
+    EXPECT_TRUE(query.IsEmpty()) << "no number is that long";
 }
 
 TEST_F(ParametersTest, TakeMoments)
