@@ -20,7 +20,7 @@ public:
     JsonRegistry(QString settingsFolder, QString autostartFolder, SettingsDisk &disk = RealSettingsDisk());
 
     /// How long a write waits for another copy of the program.
-    static constexpr std::chrono::milliseconds LockPatience{1000};
+    static constexpr std::chrono::milliseconds LockPatience{500};
 
     bool OpenKey(const QString &path, bool create) override;
     bool OpenKeyReadOnly(const QString &path) override;

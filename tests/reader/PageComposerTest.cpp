@@ -92,11 +92,11 @@ INSTANTIATE_TEST_SUITE_P(ForeignBytes, PassageTable,
                                          PassageCase{"Empty", Bytes(""), With(1, 3, QStringLiteral("X")), Bytes("")}),
                          [](const auto &row) { return std::string(row.param.rule); });
 
-TEST(ComposePassage, FindsTheFontAtEveryOffsetOfALongPage)
+TEST(ComposePassage, FindsTheFontWhereverItLiesInALongPage)
 {
-    // The search looks at blocks first; a name must be found wherever it lies across them.
-    for (int before = 0; before < 200; ++before) {
-        for (const int after : {0, 1, 63, 64, 71, 72, 300}) {
+    // The search goes by blocks of 2048 bytes: at their edges nothing may be missed or found twice.
+    for (int before = 2030; before < 2060; ++before) {
+        for (const int after : {0, 1, 2047, 2048}) {
             const QByteArray head(before, 's');
             const QByteArray tail(after, 'i');
             EXPECT_EQ(ComposePassage(head + Bytes("SEGOE ui") + tail, With(1, 0, QStringLiteral("Arial"))),

@@ -365,6 +365,26 @@ TEST_F(StoredSettings, UnreadableFileStaysAndOpensNoKey)
     EXPECT_TRUE(SetAside().isEmpty());
 }
 
+TEST_F(StoredSettings, FileThatBecomesUnreadableIsNotOverwritten)
+{
+    class FadingDisk : public FailingDisk
+    {
+    public:
+        bool isUnreadable = false;
+        ReadResult Read(const QString &path, QByteArray &bytes, QString &errorText) override
+        {
+            return isUnreadable ? ReadResult::Failed : FailingDisk::Read(path, bytes, errorText);
+        }
+    } disk;
+    MakeOpen().WriteInteger(A, 1);
+    JsonRegistry registry = Make(disk);
+    EXPECT_TRUE(registry.OpenKey(Options, true));
+    disk.isUnreadable = true;
+    EXPECT_THROW(registry.WriteInteger(B, 2), RegistryError);
+    EXPECT_EQ(MakeOpen().ReadInteger(A), 1);
+    EXPECT_TRUE(SetAside().isEmpty());
+}
+
 TEST(RegistryPlaces, ThatCannotBeAreRefusedWithoutACrash)
 {
     ScratchFolder folder;

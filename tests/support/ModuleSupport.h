@@ -1,6 +1,7 @@
 #pragma once
 
 #include "presentation/GlobalUnit.h"
+#include "stores/DatabaseError.h"
 #include "stores/JsonRegistry.h"
 #include "stores/KeloraDM.h"
 #include "support/FailingDisk.h"
@@ -16,6 +17,15 @@
 class ModuleTest : public testing::Test
 {
 protected:
+    /// The engine is loaded once per process and keeps the folder it came from; that must outlive a test's own.
+    static void SetUpTestSuite()
+    {
+        TpFIBDatabase database;
+        TpFIBTransaction transaction;
+        const QString folder = ProductFolder();
+        PrepareConnection(database, transaction, folder + QStringLiteral("NONE.FDB"), folder + QStringLiteral("exe"));
+        EXPECT_THROW(database.SetConnected(true), DatabaseError);
+    }
     void SetUp() override
     {
         ResetGlobals();
