@@ -11,7 +11,9 @@
 #include "toolkit/PagePrinting.h"
 #include "toolkit/PageSaving.h"
 
+#include <QClipboard>
 #include <QEvent>
+#include <QGuiApplication>
 #include <QPointer>
 #include <QTimer>
 #include <QWebEngineLoadingInfo>
@@ -47,10 +49,10 @@ public:
     void ShowPage();
     void LoadingChanged(const QWebEngineLoadingInfo &info);
     void Complete(quint64 number);
+    void AddressChanged(const QUrl &address);
     void RendererEnded();
     void ApplyZoom();
     QVariant Call(const QString &script);
-    QString FoundText() const { return isComplete ? foundText : QString(); }
     void FindStep(bool isBackward);
 
     TBrowserControl *q;
@@ -64,13 +66,15 @@ public:
     QByteArray source;
     QString title;
     QString hostCss;
-    /// What the find dialog selected: a selection made by script does not reach the engine's cache.
+    /// What our scripts selected: a selection made by script does not reach the engine's cache.
     QString foundText;
     int zoomPercent = 100;
     quint64 number = 0; ///< of the page handed over last
     bool isComplete = false;
     bool isTold = false; ///< OnDocumentComplete has returned for this page
+    bool isLost = false; ///< will not complete: nobody need wait
     bool hasRendererEnded = false;
+    bool hasLeft = false; ///< the page went to an empty one by itself
 };
 
 TBrowserControl::Private::Private(TBrowserControl *control) : q(control)
@@ -81,6 +85,7 @@ TBrowserControl::Private::Private(TBrowserControl *control) : q(control)
     connect(page, &QWebEnginePage::renderProcessTerminated, this,
             [this] { QTimer::singleShot(0, this, [this] { RendererEnded(); }); });
     connect(page, &QWebEnginePage::selectionChanged, this, [this] { foundText.clear(); });
+    connect(page, &QWebEnginePage::urlChanged, this, &Private::AddressChanged);
 
     input = new BrowserInput(q);
     input->OnPress = [this](Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint point) {
@@ -111,6 +116,7 @@ void TBrowserControl::Private::ShowPage()
     profile->Pages().Withdraw(page->Address());
     isComplete = false;
     isTold = false;
+    isLost = false;
     foundText.clear();
     ++number;
     wait.Renew();
@@ -125,6 +131,10 @@ void TBrowserControl::Private::LoadingChanged(const QWebEngineLoadingInfo &info)
         return;
     if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
         ApplyZoom();
+    if (info.status() == QWebEngineLoadingInfo::LoadFailedStatus) {
+        isLost = true;
+        wait.Wake();
+    }
     if (info.status() != QWebEngineLoadingInfo::LoadSucceededStatus)
         return;
     // Out of the engine's own call first: a handler may wait for the engine.
@@ -146,6 +156,19 @@ void TBrowserControl::Private::Complete(quint64 loaded)
     // Who waits for the page goes on behind its handler, and so colours over it.
     isTold = true;
     wait.Wake();
+}
+
+void TBrowserControl::Private::AddressChanged(const QUrl &address)
+{
+    // The engine goes to "about:blank" without asking anyone. A page that does so by itself would do it again: once
+    // back is enough.
+    if (address.scheme() != QLatin1StringView("about") || number == 0 || hasLeft)
+        return;
+    hasLeft = true;
+    QTimer::singleShot(0, this, [this, left = number] {
+        if (left == number)
+            ShowPage();
+    });
 }
 
 void TBrowserControl::Private::RendererEnded()
@@ -241,6 +264,7 @@ void TBrowserControl::LoadFromString(const QByteArray &page, const QString &titl
     d->source = page;
     d->title = title;
     d->hasRendererEnded = false;
+    d->hasLeft = false;
     d->ShowPage();
 }
 
@@ -258,23 +282,38 @@ bool TBrowserControl::WaitComplete()
 {
     if (d->isComplete)
         return true;
-    if (d->number == 0)
+    if (d->number == 0 || d->isLost)
         return false;
     const QPointer<TBrowserControl> self = this;
-    return d->wait.Until([self] { return self && self->d->isTold; });
+    return d->wait.Until([self] { return self && (self->d->isTold || self->d->isLost); }) && d->isComplete;
 }
 
 void TBrowserControl::Copy()
 {
-    triggerPageAction(QWebEnginePage::Copy);
+    // The engine's command, too, acts on what has the focus, and knows nothing of a selection made by a script.
+    if (isActiveWindow() && d->foundText.isEmpty()) {
+        triggerPageAction(QWebEnginePage::Copy);
+        return;
+    }
+    const QString text = GetSelectedText();
+    if (!text.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
 }
 
 void TBrowserControl::SelectAll()
 {
-    // The engine's command acts on what has the focus.
-    setFocus();
     d->foundText.clear();
-    triggerPageAction(QWebEnginePage::SelectAll);
+    // The engine's command acts on what has the focus, and does nothing in a window that is not the active one.
+    setFocus();
+    if (isActiveWindow()) {
+        triggerPageAction(QWebEnginePage::SelectAll);
+        return;
+    }
+    const auto keep = [self = QPointer<Private>(d.get()), number = d->number](const QVariant &text) {
+        if (self && self->number == number)
+            self->foundText = text.toString();
+    };
+    page()->runJavaScript(ScriptCall(u"selectAll"), QWebEngineScript::ApplicationWorld, keep);
 }
 
 QString TBrowserControl::GetSelectedText() const

@@ -59,7 +59,9 @@ void CloseSettings(QWebEngineSettings &settings)
         settings.setAttribute(attribute, false);
     settings.setAttribute(Settings::PlaybackRequiresUserGesture, true);
     settings.setAttribute(Settings::WebRTCPublicInterfacesOnly, true);
-    settings.setUnknownUrlSchemePolicy(Settings::DisallowUnknownUrlSchemes);
+    // So that a mail link reaches the page's hook, which refuses it to the engine. Forbidden here, it would vanish
+    // unseen.
+    settings.setUnknownUrlSchemePolicy(Settings::AllowUnknownUrlSchemesFromUserInteraction);
     settings.setDefaultTextEncoding(QStringLiteral("utf-8"));
     if (!IsPageFontInstalled()) {
         for (const auto family : {Settings::StandardFont, Settings::SansSerifFont})

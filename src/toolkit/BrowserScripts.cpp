@@ -14,6 +14,9 @@ static void InitScriptResources()
 
 namespace {
 
+/// Below this a page is shown at once anyway.
+constexpr qsizetype longPageBytes = 1'000'000;
+
 QString ReadScript(QStringView name)
 {
     QFile file(QStringLiteral(":/toolkit/scripts/%1.js").arg(name));
@@ -54,9 +57,11 @@ void InstallPageScripts(QWebEngineScriptCollection &scripts, const QString &host
 {
     static const QString functions = ReadAllScripts({u"text", u"scroll", u"highlight", u"selection"});
     static const QString host = ReadAllScripts({u"host"});
-    Q_UNUSED(byteCount)
+    static const QString longPage = ReadAllScripts({u"long"});
     scripts.clear();
     scripts.insert(OwnScript(QStringLiteral("const HOST_CSS = %1;\n").arg(Literal(hostCss)) + host, true));
+    if (byteCount > longPageBytes)
+        scripts.insert(OwnScript(longPage, false));
     scripts.insert(OwnScript(functions, false));
 }
 

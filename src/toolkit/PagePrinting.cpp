@@ -24,8 +24,9 @@
 
 namespace {
 
-constexpr qreal leastMargin = 18; // millimetres: room for a line above and below the text
-constexpr qreal textDistance = 9; // millimetres from the edge of the sheet to that line
+constexpr qreal leastMargin = 18;     // millimetres: room for a line above and below the text
+constexpr qreal leastSideMargin = 15; // millimetres: lines to the very edge are hard to read
+constexpr qreal textDistance = 9;     // millimetres from the edge of the sheet to that line
 constexpr qreal textPoints = 8;
 constexpr int printDots = 300;
 /// The preview keeps every page as a picture.
@@ -103,6 +104,8 @@ void PrintAs(QPrinter &printer, const QByteArray &pdf, const PageTexts &texts)
 QPageLayout EngineLayout(const QPageLayout &sheet)
 {
     QMarginsF margins = sheet.margins(QPageLayout::Millimeter);
+    margins.setLeft(std::max(margins.left(), leastSideMargin));
+    margins.setRight(std::max(margins.right(), leastSideMargin));
     margins.setTop(std::max(margins.top(), leastMargin));
     margins.setBottom(std::max(margins.bottom(), leastMargin));
     return QPageLayout(sheet.pageSize(), sheet.orientation(), margins, QPageLayout::Millimeter);
@@ -152,10 +155,12 @@ void PrintPage(TBrowserControl &control, const QString &fallbackTitle)
     if (!self)
         return;
     printer.setDocName(texts.title);
-    QPrintDialog dialog(&printer, control.window());
-    dialog.setOption(QAbstractPrintDialog::PrintPageRange);
-    const QPointer<QPrintDialog> shown = &dialog;
-    if (dialog.exec() != QDialog::Accepted || !self)
+    // The window may go while the dialog stands, and the dialog with it.
+    const QPointer<QPrintDialog> dialog = new QPrintDialog(&printer, control.window());
+    dialog->setOption(QAbstractPrintDialog::PrintPageRange);
+    const bool isAccepted = dialog->exec() == QDialog::Accepted;
+    delete dialog;
+    if (!isAccepted || !self)
         return;
     const QByteArray pdf = LaidOut(control, printer.pageLayout());
     if (!self)

@@ -1,15 +1,307 @@
-#include "toolkit/BrowserControl.h"
+#include "toolkit/BrowserTest.h"
 
-#include <QTest>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QPointer>
+#include <QTimer>
+#include <QWheelEvent>
 
-#include <gmock/gmock.h>
+#include <csignal>
 
-TEST(BrowserControl, ShowsThePageHandedOver)
+using namespace Qt::StringLiterals;
+
+class BrowserControl : public BrowserTest
+{
+protected:
+    void Wheel(int angle, Qt::KeyboardModifiers modifiers)
+    {
+        const QPointF place(50, 50);
+        QWheelEvent event(place, Input()->mapToGlobal(place), {}, {0, angle}, Qt::NoButton, modifiers,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(Input(), &event);
+    }
+
+    void KillRenderer() { ::kill(static_cast<pid_t>(Control().page()->renderProcessPid()), SIGKILL); }
+};
+
+TEST_F(BrowserControl, HostStyleRanksBelowThePage)
+{
+    Control().SetHostCSS(u"body {background-color: #102030}\r\np {\r\nline-height: 175%\r\n}\r\n"_s);
+    Load(
+        u"<style>p.own { line-height: 200% }</style><p style='font-size:10px'>a<p class=own style='font-size:10px'>b"_s);
+    EXPECT_EQ(Text(u"getComputedStyle(document.body).backgroundColor"_s), u"rgb(16, 32, 48)"_s);
+    EXPECT_EQ(Text(u"getComputedStyle(document.querySelectorAll('p')[0]).lineHeight"_s), u"17.5px"_s);
+    EXPECT_EQ(Text(u"getComputedStyle(document.querySelectorAll('p')[1]).lineHeight"_s), u"20px"_s);
+}
+
+TEST_F(BrowserControl, HostStyleLeavesNoTraceAndReachesFrames)
+{
+    Control().SetHostCSS(u"p { color: #0000ff }"_s);
+    Load(u"<body><iframe srcdoc='<p>a'></iframe></body>"_s);
+    EXPECT_EQ(Text(u"document.documentElement.outerHTML"_s),
+              u"<html><head></head><body><iframe srcdoc=\"<p>a\"></iframe></body></html>"_s);
+    EXPECT_EQ(Text(u"(d => d.defaultView.getComputedStyle(d.querySelector('p')).color)"
+                   "(document.querySelector('iframe').contentDocument)"_s),
+              u"rgb(0, 0, 255)"_s);
+}
+
+TEST_F(BrowserControl, HostStyleCountsFromTheNextPageOn)
+{
+    Load(u"<p>a"_s);
+    Control().SetHostCSS(u"p { color: #0000ff }"_s);
+    EXPECT_EQ(Text(u"getComputedStyle(document.querySelector('p')).color"_s), u"rgb(0, 0, 0)"_s);
+    Load(u"<p>a"_s);
+    EXPECT_EQ(Text(u"getComputedStyle(document.querySelector('p')).color"_s), u"rgb(0, 0, 255)"_s);
+}
+
+struct Zoom
+{
+    const char *name;
+    int stored;
+    qreal factor; ///< of the engine
+};
+
+class BrowserZoom : public BrowserControl, public testing::WithParamInterface<Zoom>
+{};
+
+TEST_P(BrowserZoom, IsStoredAsGivenAndClampedInTheEngine)
+{
+    Load(u"<p>one"_s);
+    Control().SetZoomPercent(GetParam().stored);
+    EXPECT_EQ(Control().ZoomPercent(), GetParam().stored);
+    EXPECT_DOUBLE_EQ(Control().page()->zoomFactor(), GetParam().factor);
+    Load(u"<p>two"_s);
+    EXPECT_DOUBLE_EQ(Control().page()->zoomFactor(), GetParam().factor) << "another page lost the zoom";
+    EXPECT_NEAR(Value(u"innerWidth"_s).toReal(), Control().width() / GetParam().factor, 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(Values, BrowserZoom,
+                         testing::Values(Zoom{"Negative", -100, 0.25}, Zoom{"Zero", 0, 0.25}, Zoom{"Least", 25, 0.25},
+                                         Zoom{"Usual", 110, 1.1}, Zoom{"Greatest", 500, 5}, Zoom{"Above", 730, 5}),
+                         [](const auto &row) { return std::string(row.param.name); });
+
+TEST_F(BrowserControl, ZoomsEachControlByItself)
+{
+    Load(u"<p>one"_s);
+    TBrowserControl other;
+    other.show();
+    other.LoadFromString("<p>two");
+    EXPECT_TRUE(other.WaitComplete());
+    other.SetZoomPercent(150);
+    EXPECT_DOUBLE_EQ(other.page()->zoomFactor(), 1.5);
+    EXPECT_DOUBLE_EQ(Control().page()->zoomFactor(), 1.0);
+}
+
+TEST_F(BrowserControl, SelectsAllAndCopies)
+{
+    Load(u"<p>Phẩm <b>một</b></p><p>paṭhamo</p>"_s);
+    EXPECT_EQ(Control().GetSelectedText(), u""_s);
+    Control().SelectAll();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !Control().GetSelectedText().isEmpty(); }));
+    EXPECT_EQ(Control().GetSelectedText().simplified(), u"Phẩm một paṭhamo"_s);
+    EXPECT_EQ(Control().GetSelectedHtml(), u"<p>Phẩm <b>một</b></p><p>paṭhamo</p>"_s);
+    QGuiApplication::clipboard()->clear();
+    Control().Copy();
+    EXPECT_TRUE(QTest::qWaitFor([] { return !QGuiApplication::clipboard()->text().isEmpty(); }));
+    EXPECT_EQ(QGuiApplication::clipboard()->text().simplified(), u"Phẩm một paṭhamo"_s);
+
+    Control().LoadFromString("<p>next");
+    EXPECT_EQ(Control().GetSelectedText(), u""_s) << "a page that is not complete has no selection";
+    EXPECT_TRUE(Control().WaitComplete());
+    EXPECT_EQ(Control().GetSelectedText(), u""_s);
+}
+
+TEST_F(BrowserControl, TellsPressesWithModifiers)
+{
+    QStringList presses;
+    Control().OnClick = [&](Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x, int y) {
+        presses.append(u"%1 %2 %3,%4"_s.arg(button).arg(modifiers.toInt()).arg(x).arg(y));
+    };
+    Load(u"<p>text"_s);
+    QTest::mousePress(Input(), Qt::LeftButton, Qt::NoModifier, {10, 20});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return presses.size() == 1; })) << "it is the press that counts";
+    QTest::mouseRelease(Input(), Qt::LeftButton, Qt::NoModifier, {10, 20});
+    QTest::mouseClick(Input(), Qt::RightButton, Qt::ControlModifier, {30, 40});
+    QTest::mouseClick(Input(), Qt::MiddleButton, Qt::NoModifier, {30, 40});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return presses.size() == 2; }));
+    EXPECT_EQ(presses, (QStringList{u"1 0 10,20"_s, u"2 %1 30,40"_s.arg(int(Qt::ControlModifier))}));
+}
+
+TEST_F(BrowserControl, CallsForTheMenuInPlaceOfTheEngine)
+{
+    QList<QPoint> points;
+    Control().OnShowContextMenu = [&](const QPoint &point) { points.append(point); };
+    Load(u"<p>text"_s);
+    QTest::mouseClick(Input(), Qt::RightButton, Qt::NoModifier, {30, 40});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return points.size() == 1; }));
+    EXPECT_EQ(points.value(0), Control().mapToGlobal(QPoint(30, 40)));
+    QTest::keyClick(Input(), Qt::Key_Menu);
+    QTest::keyClick(Input(), Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return points.size() == 3; }));
+    QTest::mouseClick(Input(), Qt::RightButton, Qt::ControlModifier, {30, 40});
+    QTest::qWait(80);
+    EXPECT_EQ(points.size(), 3) << "Ctrl with the right button is another gesture";
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST_F(BrowserControl, GivesTheZoomWheelAwayAndScrollsWithThePlainOne)
+{
+    QList<int> steps;
+    Control().OnZoomWheel = [&](int count) { steps.append(count); };
+    Load(u"<div style='height:5000px'>"_s);
+    Wheel(120, Qt::ControlModifier);
+    Wheel(-240, Qt::ControlModifier);
+    Wheel(60, Qt::ControlModifier);
+    Wheel(60, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return steps.size() == 3; }));
+    EXPECT_EQ(steps, (QList<int>{1, -2, 1}));
+    EXPECT_DOUBLE_EQ(Control().page()->zoomFactor(), 1.0);
+    EXPECT_EQ(Value(u"scrollY"_s).toInt(), 0);
+    // A page that was not painted yet drops what it gets.
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        Wheel(-120, Qt::NoModifier);
+        return Value(u"scrollY > 0"_s).toBool();
+    }));
+}
+
+TEST_F(BrowserControl, ScrollsByKeys)
+{
+    Load(u"<div style='height:5000px'>text"_s);
+    Control().setFocus();
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        QTest::keyClick(Input(), Qt::Key_Down);
+        return Value(u"scrollY > 0"_s).toBool();
+    }));
+    QTest::keyClick(Input(), Qt::Key_End);
+    EXPECT_TRUE(Becomes(u"scrollY > 4000"_s));
+    QTest::keyClick(Input(), Qt::Key_Home);
+    EXPECT_TRUE(Becomes(u"scrollY === 0"_s));
+    QTest::keyClick(Input(), Qt::Key_Space);
+    EXPECT_TRUE(Becomes(u"scrollY > 100"_s));
+}
+
+TEST_F(BrowserControl, TellsEachCompletedPageOnceAndOnlyTheLast)
+{
+    QStringList titles;
+    Control().OnDocumentComplete = [&] { titles.append(Text(u"document.title"_s)); };
+    for (int page = 0; page < 5; ++page)
+        Control().LoadFromString("<title>" + QByteArray::number(page) + "</title>");
+    EXPECT_TRUE(Control().WaitComplete());
+    QTest::qWait(50);
+    EXPECT_EQ(titles, QStringList{u"4"_s});
+}
+
+TEST_F(BrowserControl, ReportsAFailingHandlerAndGoesOn)
+{
+    Control().OnDocumentComplete = [] { throw std::runtime_error("told"); };
+    Load(u"<p>text"_s);
+    EXPECT_EQ(boxes, QStringList{u"told"_s});
+    EXPECT_TRUE(Control().IsComplete());
+}
+
+TEST_F(BrowserControl, ANewerPageEndsTheWaitForAnOlder)
+{
+    bool olderResult = true;
+    int newerHits = -1;
+    Control().LoadFromString("<p>older");
+    QTimer::singleShot(0, &Control(), [&] {
+        Control().LoadFromString("<p>newer");
+        newerHits = Control().SearchAndHighlight(u"newer"_s, {}, ScrollMode::None, {}, u"Yellow"_s);
+    });
+    olderResult = Control().WaitComplete();
+    EXPECT_FALSE(olderResult);
+    EXPECT_EQ(newerHits, 1);
+}
+
+TEST_F(BrowserControl, WaitsInsideWaitsNeverPileUp)
+{
+    // Each wait gets a new page and another wait before it can end, as from a key held down.
+    int depth = 0;
+    int greatestDepth = 0;
+    std::function<void(int)> press = [&](int left) {
+        if (left == 0)
+            return;
+        QTimer::singleShot(0, &Control(), [&, left] { press(left - 1); });
+        greatestDepth = std::max(greatestDepth, ++depth);
+        Control().LoadFromString("<p>page");
+        Control().WaitComplete();
+        --depth;
+    };
+    press(30);
+    EXPECT_LT(greatestDepth, 10);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Control().IsComplete(); }));
+}
+
+TEST_F(BrowserControl, AWaitSurvivesTheEndOfItsControl)
+{
+    auto *control = new TBrowserControl;
+    control->LoadFromString("<p>text");
+    QTimer::singleShot(0, control, [control] { delete control; });
+    EXPECT_EQ(control->SearchAndHighlight(u"text"_s, {}, ScrollMode::None, {}, u"Yellow"_s), 0);
+}
+
+TEST_F(BrowserControl, GivesNothingBeforeTheFirstPage)
 {
     TBrowserControl control;
-    control.resize(600, 400);
-    control.show();
-    control.LoadFromString(QStringLiteral("<p>Phẩm một, paṭhamo vaggo").toUtf8());
-    EXPECT_TRUE(control.WaitComplete());
-    EXPECT_EQ(control.Evaluate(QStringLiteral("lumivara.plainText()")).toString(), QStringLiteral("Phẩm một, paṭhamo vaggo"));
+    EXPECT_FALSE(control.WaitComplete());
+    EXPECT_EQ(control.GetSelectedText(), u""_s);
+    EXPECT_EQ(control.GetWordAtCursor(5, 5), u""_s);
+    EXPECT_FALSE(control.Evaluate(u"1"_s).isValid());
+    control.SelectAll();
+    control.Copy();
 }
+
+TEST_F(BrowserControl, ShowsThePageAgainWhenTheRendererEnds)
+{
+    int completed = 0;
+    Load(u"<p>text"_s);
+    Control().OnDocumentComplete = [&] { ++completed; };
+    KillRenderer();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return completed == 1; }));
+    EXPECT_EQ(Text(u"document.body.textContent"_s), u"text"_s);
+    EXPECT_TRUE(boxes.isEmpty());
+
+    KillRenderer();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return boxes.size() == 1; }));
+    EXPECT_FALSE(Control().IsComplete());
+    EXPECT_FALSE(Control().WaitComplete()) << "waits for a page that will not come";
+    Load(u"<p>other"_s);
+    EXPECT_EQ(Text(u"document.body.textContent"_s), u"other"_s);
+}
+
+struct Word
+{
+    const char *name;
+    QString page; ///< the point is the middle of #w
+    QString word;
+};
+
+class WordAtCursor : public BrowserControl, public testing::WithParamInterface<Word>
+{};
+
+TEST_P(WordAtCursor, IsTheOneUnderThePoint)
+{
+    for (const int zoom : {100, 170}) {
+        Control().SetZoomPercent(zoom);
+        Load(GetParam().page);
+        const QPoint place = PlaceOf(u"#w"_s);
+        EXPECT_EQ(Control().GetWordAtCursor(place.x(), place.y()), GetParam().word) << "at " << zoom << " per cent";
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, WordAtCursor,
+    testing::Values(Word{"Plain", u"<p>one <span id=w>two</span> three"_s, u"two"_s},
+                    Word{"Pali", u"<p>tatra <span id=w>bhikkhū</span> paṭisaṅkhā"_s, u"bhikkhū"_s},
+                    Word{"PaliInside", u"<p>yathā pa<span id=w>ṭisaṅ</span>khā, evaṃ"_s, u"paṭisaṅkhā"_s},
+                    Word{"Vietnamese", u"<p>các vị <span id=w>Tỳ</span> khưu"_s, u"Tỳ"_s},
+                    Word{"Decomposed", u"<p>x ph<span id=w>a\u0302\u0309</span>m y"_s, u"pha\u0302\u0309m"_s},
+                    Word{"OverElements", u"<p>x <b>dh<i id=w>am</i></b>ma y"_s, u"dhamma"_s},
+                    Word{"EndsAtParagraph", u"<p><span id=w>one</span></p><p>two</p>"_s, u"one"_s},
+                    Word{"WhiteSpace", u"<pre>one<span id=w>     </span>two</pre>"_s, u""_s},
+                    Word{"BesideTheText", u"<p>one</p><div id=w style='height:80px'></div>"_s, u""_s},
+                    Word{"Picture",
+                         u"<p>one<img id=w width=60 height=60 src='data:image/gif;base64,"
+                         "R0lGODlhAQABAAAAACwAAAAAAQABAAACAkQBADs='>two"_s,
+                         u""_s}),
+    [](const auto &row) { return std::string(row.param.name); });

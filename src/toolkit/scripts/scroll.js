@@ -2,8 +2,8 @@
 (() => {
     'use strict';
 
-    const framesToRest = 3;
-    const framesAtMost = 120;
+    const restTime = 400; // milliseconds without a move, after which the page counts as settled
+    const longestTime = 5000;
     let turn = 0;
 
     function rectOf(place) {
@@ -32,18 +32,20 @@
 
     function settle(place, isAtTop) {
         const mine = ++turn;
-        let restingFrames = 0;
-        let frames = 0;
+        const begin = performance.now();
+        let restBegin = begin;
         let last = '';
         const step = () => {
             if (mine !== turn)
                 return;
             put(place, isAtTop);
             const rect = rectOf(place);
-            const now = rect ? Math.round(rect.top) + ' ' + document.scrollingElement.scrollHeight : '';
-            restingFrames = now === last ? restingFrames + 1 : 0;
-            last = now;
-            if (restingFrames < framesToRest && ++frames < framesAtMost)
+            const state = rect ? Math.round(rect.top) + ' ' + document.scrollingElement.scrollHeight : '';
+            const now = performance.now();
+            if (state !== last)
+                restBegin = now;
+            last = state;
+            if (now - restBegin < restTime && now - begin < longestTime)
                 requestAnimationFrame(step);
         };
         step();

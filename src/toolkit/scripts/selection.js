@@ -17,6 +17,21 @@
         return '';
     };
 
+    lumivara.selectAll = () => {
+        const page = documentsOf(document)[0];
+        if (!page)
+            return '';
+        page.getSelection().selectAllChildren(page.body);
+        return page.getSelection().toString();
+    };
+
+    // The engine follows a link to an empty page without asking.
+    addEventListener('click', (event) => {
+        const link = event.composedPath().find((element) => element.localName === 'a' || element.localName === 'area');
+        if (link && /^\s*about:/i.test(link.getAttribute('href') || ''))
+            event.preventDefault();
+    }, true);
+
     function covers(node, offset, x, y) {
         const range = node.ownerDocument.createRange();
         range.setStart(node, offset);
@@ -30,7 +45,7 @@
 
     // The run of text without a gap around a node: a word may reach over the borders of elements.
     function runAround(node) {
-        const text = new PageText(node.ownerDocument.body, true);
+        const text = new PageText(PageText.blockOf(node), true);
         const index = text.pieces.findIndex((piece) => piece.node === node);
         return index < 0 ? null : { text, piece: text.pieces[index] };
     }

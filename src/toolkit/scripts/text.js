@@ -191,6 +191,14 @@
             }
         }
 
+        // The nearest element around a node beyond which no word reaches.
+        static blockOf(node) {
+            let element = node.parentElement;
+            while (element.parentElement && !blocks.has(element.localName))
+                element = element.parentElement;
+            return element;
+        }
+
         range(begin, end) {
             const range = document.createRange();
             const first = this.pieces[this.pieceAt(begin)];

@@ -1,0 +1,60 @@
+// Leaves the paragraphs of a long page unrendered until they come near the view. On the screen alone: on paper, and for
+// the number of its pages, the page is laid out as ever. Not in tables, whose columns are as wide as what they hold.
+(() => {
+    'use strict';
+
+    const selector = 'p:not(table p)';
+    const firstHeight = 60; // until some paragraphs were measured
+    const sampleSize = 80;
+    const sheet = new CSSStyleSheet();
+
+    function give(height) {
+        sheet.replaceSync('@media screen { @layer host { ' + selector
+            + ' { content-visibility: auto; contain-intrinsic-height: auto ' + height.toFixed(2) + 'px } } }');
+    }
+
+    // Heights of some paragraphs from all over the page, rendered for the purpose.
+    function heightsOf(paragraphs) {
+        const styles = paragraphs.map((paragraph) => paragraph.getAttribute('style'));
+        for (const paragraph of paragraphs)
+            paragraph.style.contentVisibility = 'visible';
+        const heights = paragraphs.map((paragraph) => paragraph.offsetHeight);
+        paragraphs.forEach((paragraph, index) => {
+            if (styles[index] === null)
+                paragraph.removeAttribute('style');
+            else
+                paragraph.setAttribute('style', styles[index]);
+        });
+        return heights;
+    }
+
+    // The mean height of all: a line through the sample, height over length, at the mean length.
+    function estimate() {
+        const all = [...document.querySelectorAll(selector)];
+        if (!all.length)
+            return;
+        const step = Math.max(all.length / sampleSize, 1);
+        const sample = [];
+        for (let at = step / 2; at < all.length; at += step)
+            sample.push(all[Math.floor(at)]);
+        const lengths = sample.map((paragraph) => paragraph.textContent.length);
+        const heights = heightsOf(sample);
+        const mean = (numbers) => numbers.reduce((sum, number) => sum + number, 0) / numbers.length;
+        const meanLength = mean(lengths);
+        const meanHeight = mean(heights);
+        let covariance = 0;
+        let variance = 0;
+        lengths.forEach((length, index) => {
+            covariance += (length - meanLength) * (heights[index] - meanHeight);
+            variance += (length - meanLength) ** 2;
+        });
+        const slope = variance > 0 ? covariance / variance : 0;
+        const meanOfAll = mean(all.map((paragraph) => paragraph.textContent.length));
+        give(Math.max(meanHeight + slope * (meanOfAll - meanLength), 1));
+    }
+
+    give(firstHeight);
+    document.adoptedStyleSheets = [...document.adoptedStyleSheets, sheet];
+    addEventListener('DOMContentLoaded', estimate);
+    addEventListener('resize', estimate);
+})();

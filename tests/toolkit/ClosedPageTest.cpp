@@ -1,0 +1,230 @@
+#include "toolkit/BrowserTest.h"
+
+#include "toolkit/NavigationRules.h"
+
+#include <QSet>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QWebEngineView>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A server that notes who called, and for what.
+class Listener : public QTcpServer
+{
+public:
+    Listener()
+    {
+        EXPECT_TRUE(listen(QHostAddress::LocalHost));
+        connect(this, &QTcpServer::newConnection, this, [this] {
+            while (QTcpSocket *socket = nextPendingConnection()) {
+                ++calls;
+                connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
+                    const QList<QByteArray> words = socket->readLine().split(' ');
+                    if (words.size() > 1)
+                        paths.insert(QString::fromUtf8(words[1]));
+                    socket->write("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+                    socket->disconnectFromHost();
+                });
+            }
+        });
+    }
+
+    int calls = 0;
+    QSet<QString> paths;
+};
+
+/// Pages that call out, each by several kinds of reference; %1 is the address of the listener.
+const QStringList &HostilePages()
+{
+    static const QStringList pages{
+        uR"(<html manifest="%1/appcache"><head>
+            <link rel="stylesheet" href="%1/stylesheet"><link rel="preload" as="image" href="%1/preload">
+            <link rel="prefetch" href="%1/prefetch"><link rel="preconnect" href="%1"><link rel="dns-prefetch" href="%1">
+            <link rel="prerender" href="%1/prerender"><link rel="modulepreload" href="%1/modulepreload">
+            <link rel="icon" href="%1/icon"><link rel="manifest" href="%1/manifest">
+            <link rel="apple-touch-icon" href="%1/touchicon"><link rel="next" href="%1/next">
+            <style>@import url("%1/import"); @font-face { font-family: Far; src: url("%1/font"); }
+                   p { font-family: Far; background: url("%1/background"); cursor: url("%1/cursor"), auto; }
+                   li { list-style-image: url("%1/bullet"); } div { border-image: url("%1/border") 1; }</style>
+            <script src="%1/script"></script><script type="module" src="%1/module"></script></head>
+            <body background="%1/body"><p>text<ul><li>item</ul><div style="content: url(%1/content); height: 9px"></div>
+            <img src="%1/img"><img srcset="%1/srcset 1x"><picture><source srcset="%1/picture"><img></picture>
+            <input type="image" src="%1/inputimage"><table background="%1/table"><tr><td>x</table>
+            <iframe src="%1/iframe"></iframe><object data="%1/object"></object><embed src="%1/embed">
+            <video src="%1/video" poster="%1/poster" autoplay></video><audio src="%1/audio" preload="auto"></audio>
+            <video autoplay><source src="%1/source"><track default src="%1/track"></video>
+            <svg width="9" height="9"><image href="%1/svgimage" width="9" height="9"/><use href="%1/svguse#x"/></svg>
+            <applet code="%1/applet"></applet><img src="file:///etc/hostname"><img src="nowhere:thing"></body></html>)"_s,
+        u"<meta http-equiv='refresh' content='0;url=%1/refresh'>text"_s,
+        u"<frameset cols='50%,50%'><frame src='%1/frame1'><frame src='%1/frame2'></frameset>"_s,
+        u"<base href='%1/'><img src='based'><link rel=stylesheet href='basedstyle'>"_s,
+        u"<form action='%1/form' method='post'><input name='a'></form><script>document.forms[0].submit()</script>"_s,
+        u"<script>location = '%1/location'</script>"_s,
+        u"<script>fetch('%1/fetch'); navigator.sendBeacon('%1/beacon'); new WebSocket('%1/socket'.replace('http', "
+        u"'ws'));"
+        "new Worker('%1/worker'); window.open('%1/window'); new Image().src = '%1/newimage';</script>"_s,
+        u"<script>const c = new RTCPeerConnection({iceServers: [{urls: 'turn:%1?transport=tcp'.replace('http://', ''),"
+        "username: 'a', credential: 'b'}]}); c.createDataChannel('x'); c.createOffer().then(o => "
+        "c.setLocalDescription(o));"
+        "</script>"_s,
+        u"<img src=x onerror=\"this.src='%1/onerror'\"><svg onload=\"fetch('%1/onload')\"></svg>"_s,
+        u"<iframe srcdoc=\"<img src='%1/srcdoc'>\"></iframe><iframe src=\"data:text/html,<img src='%1/dataframe'>\"></iframe>"_s,
+        u"<meta http-equiv='refresh' content='0;url=file:///etc/hostname'>text"_s,
+    };
+    return pages;
+}
+
+} // namespace
+
+class ClosedPage : public BrowserTest
+{};
+
+TEST_F(ClosedPage, CallsNobody)
+{
+    Listener listener;
+    const QString address = u"http://127.0.0.1:%1"_s.arg(listener.serverPort());
+    for (const QString &page : HostilePages()) {
+        Load(QString(page).replace(u"%1"_s, address));
+        QTest::qWait(60);
+        EXPECT_EQ(Control().url().scheme(), QLatin1StringView(PageScheme)) << qUtf8Printable(page.left(60));
+    }
+    QTest::qWait(200);
+    EXPECT_EQ(listener.calls, 0) << qUtf8Printable(QStringList(listener.paths.values()).join(u' '));
+    EXPECT_TRUE(opened.isEmpty()) << "a page opened something outside by itself";
+}
+
+TEST_F(ClosedPage, TheSamePagesInABareViewCall)
+{
+    Listener listener;
+    const QString address = u"http://127.0.0.1:%1"_s.arg(listener.serverPort());
+    QWebEngineView bare;
+    bare.show();
+    for (const QString &page : HostilePages()) {
+        bool isLoaded = false;
+        const auto loaded = QObject::connect(&bare, &QWebEngineView::loadFinished, [&] { isLoaded = true; });
+        bare.setHtml(QString(page).replace(u"%1"_s, address), QUrl(address));
+        // Some never end to load, because they wait for answers that do not come.
+        static_cast<void>(QTest::qWaitFor([&] { return isLoaded; }, 150));
+        QTest::qWait(60);
+        QObject::disconnect(loaded);
+    }
+    // Of the kinds some are gone from the engine, and some open connections without asking for a path.
+    EXPECT_GE(listener.paths.size(), 25) << qUtf8Printable(QStringList(listener.paths.values()).join(u' '));
+    EXPECT_GT(listener.calls, listener.paths.size());
+}
+
+TEST_F(ClosedPage, ShowsPicturesThatStandInThePage)
+{
+    Load(u"<img src='data:image/gif;base64,R0lGODlhAQABAAAAACwAAAAAAQABAAACAkQBADs='>"_s);
+    EXPECT_EQ(Value(u"document.images[0].naturalWidth"_s).toInt(), 1);
+}
+
+TEST_F(ClosedPage, RunsNoScriptOfThePage)
+{
+    Load(u"<title>before</title><body onload=\"document.title='after'\"><script>document.title='after'</script>"
+         "<a id=a href=\"javascript:document.title='after'\">x</a>"_s);
+    QTest::mouseClick(Input(), Qt::LeftButton, Qt::NoModifier, PlaceOf(u"#a"_s));
+    QTest::qWait(50);
+    EXPECT_EQ(Text(u"document.title"_s), u"before"_s);
+}
+
+struct Link
+{
+    const char *name;
+    QString href;
+    QStringList asked;   ///< of the handler, which cancels web addresses
+    QStringList outside; ///< through the document door
+};
+
+class ClosedPageLinks : public BrowserTest, public testing::WithParamInterface<Link>
+{};
+
+TEST_P(ClosedPageLinks, LeaveThePageWhereItIs)
+{
+    QStringList asked;
+    Control().OnBeforeNavigate2 = [&](const QUrl &url) {
+        asked.append(url.toString());
+        return url.toString().contains(u"http"_s);
+    };
+    for (const QString &target : {u""_s, u"_blank"_s}) {
+        asked.clear();
+        opened.clear();
+        Load(u"<title>here</title><a id=a target='%2' href='%1'>link</a>"_s.arg(GetParam().href, target));
+        const QUrl page = Control().url();
+        EXPECT_TRUE(asked.isEmpty()) << "the host's own page was tested";
+        QTest::mouseClick(Input(), Qt::LeftButton, Qt::NoModifier, PlaceOf(u"#a"_s));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return asked.size() >= GetParam().asked.size(); }));
+        QTest::qWait(60);
+        EXPECT_EQ(asked, GetParam().asked);
+        EXPECT_EQ(opened, GetParam().outside);
+        EXPECT_EQ(Control().url(), page);
+        EXPECT_EQ(Text(u"document.title"_s), u"here"_s);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, ClosedPageLinks,
+    testing::Values(Link{"Web", u"http://example.org/a"_s, {u"http://example.org/a"_s}, {}},
+                    Link{"SecureWeb", u"https://example.org/"_s, {u"https://example.org/"_s}, {}},
+                    Link{"WebInCapitals", u"HTTP://example.org/"_s, {u"http://example.org/"_s}, {}},
+                    Link{"Mail", u"mailto:a@example.org"_s, {u"mailto:a@example.org"_s}, {u"mailto:a@example.org"_s}},
+                    Link{"Relative", u"other.htm"_s, {}, {}}, Link{"File", u"file:///etc/hostname"_s, {}, {}},
+                    Link{"Unknown", u"nowhere:thing"_s, {}, {}}, Link{"Data", u"data:text/html,x"_s, {}, {}},
+                    Link{"About", u"about:blank"_s, {}, {}}, Link{"Ftp", u"ftp://example.org/"_s, {}, {}}),
+    [](const auto &row) { return std::string(row.param.name); });
+
+TEST_F(ClosedPage, FollowsAnAnchorInThePage)
+{
+    Load(
+        u"<a id=a href='#place'>link</a><div style='height:3000px'></div><p id=place>there<div style='height:3000px'>"_s);
+    QTest::mouseClick(Input(), Qt::LeftButton, Qt::NoModifier, PlaceOf(u"#a"_s));
+    EXPECT_TRUE(Becomes(u"Math.abs(document.getElementById('place').getBoundingClientRect().top) < 2"_s));
+    EXPECT_TRUE(Control().IsComplete());
+}
+
+TEST_F(ClosedPage, LeavesNoWayBackToAnEarlierPage)
+{
+    Load(u"<title>one</title>"_s);
+    Load(u"<title>two</title>"_s);
+    Control().back();
+    Control().reload();
+    QTest::mouseClick(Input(), Qt::BackButton);
+    QTest::keyClick(Input(), Qt::Key_F5);
+    QTest::keyClick(Input(), Qt::Key_R, Qt::ControlModifier);
+    QTest::keyClick(Input(), Qt::Key_Left, Qt::AltModifier);
+    QTest::keyClick(Input(), Qt::Key_Backspace);
+    QTest::qWait(100);
+    EXPECT_EQ(Text(u"document.title"_s), u"two"_s);
+}
+
+struct Bytes
+{
+    const char *name;
+    QByteArray page;
+    QString text;
+};
+
+class ClosedPageBytes : public BrowserTest, public testing::WithParamInterface<Bytes>
+{};
+
+TEST_P(ClosedPageBytes, ReachTheEngineAsUtf8)
+{
+    LoadBytes(GetParam().page);
+    EXPECT_EQ(Control().Source(), GetParam().page);
+    EXPECT_EQ(Text(u"document.documentElement.textContent.trim()"_s), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, ClosedPageBytes,
+                         testing::Values(Bytes{"Empty", "", u""_s},
+                                         Bytes{"NoCharset", "<p>\xE1\xB9\xAD\xE1\xBA\xA9", u"ṭẩ"_s},
+                                         Bytes{"WrongCharset", "<meta charset=windows-1252><p>\xE1\xB9\xAD", u"ṭ"_s},
+                                         Bytes{"InvalidUtf8", "<p>a\xFF\xFE\x62", u"a\uFFFD\uFFFDb"_s},
+                                         Bytes{"Nul", QByteArray("<p>a\0b", 6), u"ab"_s},
+                                         Bytes{"NoMarkup", "bare", u"bare"_s},
+                                         Bytes{"Frameset", "<frameset><frame></frameset>", u""_s},
+                                         Bytes{"NothingButHead", "<html><head><font>in</font></head></html>", u"in"_s},
+                                         Bytes{"OnlyNul", QByteArray(1000, '\0'), u""_s}),
+                         [](const auto &row) { return std::string(row.param.name); });
