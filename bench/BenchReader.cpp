@@ -98,7 +98,8 @@ QString BenchReader::ComposedPageFile() const
 void BenchReader::WaitPainted()
 {
     ++m_seen;
-    QTest::qWaitFor([this] { return m_painted >= m_seen; }, WaitMilliseconds);
+    if (!QTest::qWaitFor([this] { return m_painted >= m_seen; }, WaitMilliseconds))
+        qFatal("a page was never painted");
     m_seen = m_painted;
 }
 
