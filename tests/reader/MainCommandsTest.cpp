@@ -1,4 +1,5 @@
 #include "reader/ReaderWindow.h"
+#include "support/WaitFor.h"
 
 #include "toolkit/BarCombo.h"
 #include "toolkit/CxButton.h"
@@ -220,7 +221,7 @@ TEST_F(Commands, NothingIsClippedInTheSmallestWindow)
 {
     window->showNormal();
     window->resize(window->minimumSize());
-    ASSERT_TRUE(QTest::qWaitFor([this] { return window->size() == QSize(800, 600); }));
+    ASSERT_TRUE(WaitFor([this] { return window->size() == QSize(800, 600); }));
     for (const QToolButton *button : window->findChildren<QToolButton *>()) {
         if (!button->isVisible() || !button->objectName().startsWith(QLatin1StringView("btn")))
             continue;

@@ -1,4 +1,5 @@
 #include "reader/ReaderWindow.h"
+#include "support/WaitFor.h"
 
 #include "presentation/GlobalUnit.h"
 #include "toolkit/BrowserControl.h"
@@ -138,7 +139,7 @@ TEST_F(Content, AWebAddressLeavesForTheSystemAndThePageStays)
 {
     EXPECT_TRUE(Browser().OnBeforeNavigate2(QUrl(QStringLiteral("https://example.org/a%20b?c=d#e"))));
     EXPECT_EQ(opened, QStringList()); // not while the engine waits for the answer
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !opened.isEmpty(); }));
+    EXPECT_TRUE(WaitFor([this] { return !opened.isEmpty(); }));
     EXPECT_EQ(opened, QStringList{QStringLiteral("https://example.org/a%20b?c=d#e")});
     EXPECT_FALSE(Browser().OnBeforeNavigate2(QUrl(QStringLiteral("mailto:a@b"))));
     EXPECT_EQ(Page(), "<p>viet 1102</p>");
@@ -146,17 +147,17 @@ TEST_F(Content, AWebAddressLeavesForTheSystemAndThePageStays)
 
 TEST_F(Content, CopyIsEnabledWhileTextIsSelected)
 {
-    QTest::qWait(50);
+    Pause(50);
     EXPECT_FALSE(Action("acCopy").isEnabled());
     EXPECT_FALSE(Find<TcxButton>("btnCopy").isEnabled());
     Trigger("acSelectAll");
-    EXPECT_TRUE(QTest::qWaitFor([this] { return Action("acCopy").isEnabled(); }));
+    EXPECT_TRUE(WaitFor([this] { return Action("acCopy").isEnabled(); }));
     EXPECT_TRUE(Find<TcxButton>("btnCopy").isEnabled());
     QGuiApplication::clipboard()->clear();
     Trigger("acCopy");
-    EXPECT_TRUE(QTest::qWaitFor([] { return QGuiApplication::clipboard()->text() == QStringLiteral("viet 1102"); }));
+    EXPECT_TRUE(WaitFor([] { return QGuiApplication::clipboard()->text() == QStringLiteral("viet 1102"); }));
     Open(1201);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !Action("acCopy").isEnabled(); }));
+    EXPECT_TRUE(WaitFor([this] { return !Action("acCopy").isEnabled(); }));
 }
 
 TEST_F(Content, ASearchShowsItsHitsOnEveryPageThatCompletes)
@@ -171,7 +172,7 @@ TEST_F(Content, ASearchShowsItsHitsOnEveryPageThatCompletes)
     window->vFindSuttaStr = QStringLiteral("KINH");
     Open(1201);
     ASSERT_TRUE(WaitPage());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return colouredCount() == 3; }));
+    EXPECT_TRUE(WaitFor([&] { return colouredCount() == 3; }));
     Open(1102);
     ASSERT_TRUE(WaitPage());
     EXPECT_EQ(colouredCount(), 0);
@@ -196,12 +197,12 @@ TEST_F(Content, TheContextMenuComesAtThePoint)
 TEST_F(Content, ShortcutsActWhileThePageHasTheFocus)
 {
     Browser().setFocus();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return Browser().focusProxy() && Browser().focusProxy()->hasFocus(); }));
+    ASSERT_TRUE(WaitFor([this] { return Browser().focusProxy() && Browser().focusProxy()->hasFocus(); }));
     QGuiApplication::clipboard()->clear();
     QTest::keyClick(Browser().focusProxy(), Qt::Key_A, Qt::ControlModifier);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return Action("acCopy").isEnabled(); }));
+    ASSERT_TRUE(WaitFor([this] { return Action("acCopy").isEnabled(); }));
     QTest::keyClick(Browser().focusProxy(), Qt::Key_C, Qt::ControlModifier);
-    EXPECT_TRUE(QTest::qWaitFor([] { return QGuiApplication::clipboard()->text() == QStringLiteral("viet 1102"); }));
+    EXPECT_TRUE(WaitFor([] { return QGuiApplication::clipboard()->text() == QStringLiteral("viet 1102"); }));
 }
 
 TEST_F(Content, InTheFilterBoxTheEditKeysBelongToTheBox)

@@ -1,4 +1,5 @@
 #include "reader/ReaderWindow.h"
+#include "support/WaitFor.h"
 
 #include "presentation/GlobalUnit.h"
 #include "stores/JsonRegistry.h"
@@ -196,7 +197,7 @@ void ReaderWindow::Type(QWidget &widget, const QString &text)
 
 bool ReaderWindow::WaitPage()
 {
-    return QTest::qWaitFor([this] { return Browser().IsComplete(); }, 15000);
+    return WaitFor([this] { return Browser().IsComplete(); }, 15000);
 }
 
 void ReaderWindow::CheckBoxes(const QList<Box> &expected)

@@ -1,3 +1,4 @@
+#include "support/WaitFor.h"
 #include "toolkit/BrowserTest.h"
 
 #include <QClipboard>
@@ -97,12 +98,12 @@ TEST_F(BrowserControl, SelectsAllAndCopies)
     Load(u"<p>Phẩm <b>một</b></p><p>paṭhamo</p>"_s);
     EXPECT_EQ(Control().GetSelectedText(), u""_s);
     Control().SelectAll();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !Control().GetSelectedText().isEmpty(); }));
+    EXPECT_TRUE(WaitFor([&] { return !Control().GetSelectedText().isEmpty(); }));
     EXPECT_EQ(Control().GetSelectedText().simplified(), u"Phẩm một paṭhamo"_s);
     EXPECT_EQ(Control().GetSelectedHtml(), u"<p>Phẩm <b>một</b></p><p>paṭhamo</p>"_s);
     QGuiApplication::clipboard()->clear();
     Control().Copy();
-    EXPECT_TRUE(QTest::qWaitFor([] { return !QGuiApplication::clipboard()->text().isEmpty(); }));
+    EXPECT_TRUE(WaitFor([] { return !QGuiApplication::clipboard()->text().isEmpty(); }));
     EXPECT_EQ(QGuiApplication::clipboard()->text().simplified(), u"Phẩm một paṭhamo"_s);
 
     Control().LoadFromString("<p>next");
@@ -119,11 +120,11 @@ TEST_F(BrowserControl, TellsPressesWithModifiers)
     };
     Load(u"<p>text"_s);
     QTest::mousePress(Input(), Qt::LeftButton, Qt::NoModifier, {10, 20});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return presses.size() == 1; })) << "it is the press that counts";
+    EXPECT_TRUE(WaitFor([&] { return presses.size() == 1; })) << "it is the press that counts";
     QTest::mouseRelease(Input(), Qt::LeftButton, Qt::NoModifier, {10, 20});
     QTest::mouseClick(Input(), Qt::RightButton, Qt::ControlModifier, {30, 40});
     QTest::mouseClick(Input(), Qt::MiddleButton, Qt::NoModifier, {30, 40});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return presses.size() == 2; }));
+    EXPECT_TRUE(WaitFor([&] { return presses.size() == 2; }));
     EXPECT_EQ(presses, (QStringList{u"1 0 10,20"_s, u"2 %1 30,40"_s.arg(int(Qt::ControlModifier))}));
 }
 
@@ -133,13 +134,13 @@ TEST_F(BrowserControl, CallsForTheMenuInPlaceOfTheEngine)
     Control().OnShowContextMenu = [&](const QPoint &point) { points.append(point); };
     Load(u"<p>text"_s);
     QTest::mouseClick(Input(), Qt::RightButton, Qt::NoModifier, {30, 40});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return points.size() == 1; }));
+    EXPECT_TRUE(WaitFor([&] { return points.size() == 1; }));
     EXPECT_EQ(points.value(0), Control().mapToGlobal(QPoint(30, 40)));
     QTest::keyClick(Input(), Qt::Key_Menu);
     QTest::keyClick(Input(), Qt::Key_F10, Qt::ShiftModifier);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return points.size() == 3; }));
+    EXPECT_TRUE(WaitFor([&] { return points.size() == 3; }));
     QTest::mouseClick(Input(), Qt::RightButton, Qt::ControlModifier, {30, 40});
-    QTest::qWait(80);
+    Pause(80);
     EXPECT_EQ(points.size(), 3) << "Ctrl with the right button is another gesture";
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
@@ -153,12 +154,12 @@ TEST_F(BrowserControl, GivesTheZoomWheelAwayAndScrollsWithThePlainOne)
     Wheel(-240, Qt::ControlModifier);
     Wheel(60, Qt::ControlModifier);
     Wheel(60, Qt::ControlModifier);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return steps.size() == 3; }));
+    EXPECT_TRUE(WaitFor([&] { return steps.size() == 3; }));
     EXPECT_EQ(steps, (QList<int>{1, -2, 1}));
     EXPECT_DOUBLE_EQ(Control().page()->zoomFactor(), 1.0);
     EXPECT_EQ(Value(u"scrollY"_s).toInt(), 0);
     // A page that was not painted yet drops what it gets.
-    EXPECT_TRUE(QTest::qWaitFor([&] {
+    EXPECT_TRUE(WaitFor([&] {
         Wheel(-120, Qt::NoModifier);
         return Value(u"scrollY > 0"_s).toBool();
     }));
@@ -168,7 +169,7 @@ TEST_F(BrowserControl, ScrollsByKeys)
 {
     Load(u"<div style='height:5000px'>text"_s);
     Control().setFocus();
-    EXPECT_TRUE(QTest::qWaitFor([&] {
+    EXPECT_TRUE(WaitFor([&] {
         QTest::keyClick(Input(), Qt::Key_Down);
         return Value(u"scrollY > 0"_s).toBool();
     }));
@@ -187,7 +188,7 @@ TEST_F(BrowserControl, TellsEachCompletedPageOnceAndOnlyTheLast)
     for (int page = 0; page < 5; ++page)
         Control().LoadFromString("<title>" + QByteArray::number(page) + "</title>");
     EXPECT_TRUE(Control().WaitComplete());
-    QTest::qWait(50);
+    Pause(50);
     EXPECT_EQ(titles, QStringList{u"4"_s});
 }
 
@@ -229,7 +230,7 @@ TEST_F(BrowserControl, WaitsInsideWaitsNeverPileUp)
     };
     press(30);
     EXPECT_LT(greatestDepth, 10);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Control().IsComplete(); }));
+    EXPECT_TRUE(WaitFor([&] { return Control().IsComplete(); }));
 }
 
 TEST_F(BrowserControl, AWaitSurvivesTheEndOfItsControl)
@@ -257,12 +258,12 @@ TEST_F(BrowserControl, ShowsThePageAgainWhenTheRendererEnds)
     Load(u"<p>text"_s);
     Control().OnDocumentComplete = [&] { ++completed; };
     KillRenderer();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return completed == 1; }));
+    EXPECT_TRUE(WaitFor([&] { return completed == 1; }));
     EXPECT_EQ(Text(u"document.body.textContent"_s), u"text"_s);
     EXPECT_TRUE(boxes.isEmpty());
 
     KillRenderer();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return boxes.size() == 1; }));
+    EXPECT_TRUE(WaitFor([&] { return boxes.size() == 1; }));
     EXPECT_FALSE(Control().IsComplete());
     EXPECT_FALSE(Control().WaitComplete()) << "waits for a page that will not come";
     Load(u"<p>other"_s);

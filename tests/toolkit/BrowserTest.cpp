@@ -1,4 +1,5 @@
 #include "toolkit/BrowserTest.h"
+#include "support/WaitFor.h"
 
 #include <QRectF>
 
@@ -54,7 +55,7 @@ void BrowserTest::LoadBytes(const QByteArray &page)
 
 bool BrowserTest::Becomes(const QString &expression)
 {
-    return QTest::qWaitFor([&] { return Value(expression).toBool(); });
+    return WaitFor([&] { return Value(expression).toBool(); });
 }
 
 QWidget *BrowserTest::Input()

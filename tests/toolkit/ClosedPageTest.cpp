@@ -1,3 +1,4 @@
+#include "support/WaitFor.h"
 #include "toolkit/BrowserTest.h"
 
 #include "toolkit/NavigationRules.h"
@@ -88,10 +89,10 @@ TEST_F(ClosedPage, CallsNobody)
     const QString address = u"http://127.0.0.1:%1"_s.arg(listener.serverPort());
     for (const QString &page : HostilePages()) {
         Load(QString(page).replace(u"%1"_s, address));
-        QTest::qWait(60);
+        Pause(60);
         EXPECT_EQ(Control().url().scheme(), QLatin1StringView(PageScheme)) << qUtf8Printable(page.left(60));
     }
-    QTest::qWait(200);
+    Pause(200);
     EXPECT_EQ(listener.calls, 0) << qUtf8Printable(QStringList(listener.paths.values()).join(u' '));
     EXPECT_TRUE(opened.isEmpty()) << "a page opened something outside by itself";
 }
@@ -107,8 +108,8 @@ TEST_F(ClosedPage, TheSamePagesInABareViewCall)
         const auto loaded = QObject::connect(&bare, &QWebEngineView::loadFinished, [&] { isLoaded = true; });
         bare.setHtml(QString(page).replace(u"%1"_s, address), QUrl(address));
         // Some never end to load, because they wait for answers that do not come.
-        static_cast<void>(QTest::qWaitFor([&] { return isLoaded; }, 150));
-        QTest::qWait(60);
+        static_cast<void>(WaitFor([&] { return isLoaded; }, 150));
+        Pause(60);
         QObject::disconnect(loaded);
     }
     // Of the kinds some are gone from the engine, and some open connections without asking for a path.
@@ -127,7 +128,7 @@ TEST_F(ClosedPage, RunsNoScriptOfThePage)
     Load(u"<title>before</title><body onload=\"document.title='after'\"><script>document.title='after'</script>"
          "<a id=a href=\"javascript:document.title='after'\">x</a>"_s);
     QTest::mouseClick(Input(), Qt::LeftButton, Qt::NoModifier, PlaceOf(u"#a"_s));
-    QTest::qWait(50);
+    Pause(50);
     EXPECT_EQ(Text(u"document.title"_s), u"before"_s);
 }
 
@@ -156,8 +157,8 @@ TEST_P(ClosedPageLinks, LeaveThePageWhereItIs)
         const QUrl page = Control().url();
         EXPECT_TRUE(asked.isEmpty()) << "the host's own page was tested";
         QTest::mouseClick(Input(), Qt::LeftButton, Qt::NoModifier, PlaceOf(u"#a"_s));
-        EXPECT_TRUE(QTest::qWaitFor([&] { return asked.size() >= GetParam().asked.size(); }));
-        QTest::qWait(60);
+        EXPECT_TRUE(WaitFor([&] { return asked.size() >= GetParam().asked.size(); }));
+        Pause(60);
         EXPECT_EQ(asked, GetParam().asked);
         EXPECT_EQ(opened, GetParam().outside);
         EXPECT_EQ(Control().url(), page);
@@ -196,7 +197,7 @@ TEST_F(ClosedPage, LeavesNoWayBackToAnEarlierPage)
     QTest::keyClick(Input(), Qt::Key_R, Qt::ControlModifier);
     QTest::keyClick(Input(), Qt::Key_Left, Qt::AltModifier);
     QTest::keyClick(Input(), Qt::Key_Backspace);
-    QTest::qWait(100);
+    Pause(100);
     EXPECT_EQ(Text(u"document.title"_s), u"two"_s);
 }
 

@@ -1,3 +1,4 @@
+#include "support/WaitFor.h"
 #include "toolkit/BarCombo.h"
 #include "toolkit/CxButton.h"
 #include "toolkit/CxTextEdit.h"
@@ -137,7 +138,7 @@ TEST(CxButton, AHintThatIsOffExistsUnseen)
     };
     EXPECT_EQ(ask(), QStringLiteral("hint"));
     EXPECT_TRUE(button.setProperty("ShowHint", false));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return ask().isEmpty() || !QToolTip::isVisible(); }));
+    EXPECT_TRUE(WaitFor([&] { return ask().isEmpty() || !QToolTip::isVisible(); }));
     EXPECT_EQ(button.toolTip(), QStringLiteral("hint"));
 }
 

@@ -1,4 +1,5 @@
 #include "toolkit/Forms.h"
+#include "support/WaitFor.h"
 
 #include <QPointer>
 #include <QTest>
@@ -53,7 +54,7 @@ TEST_F(Forms, AClosedOneIsFoundNoMoreAndGoes)
     form->close();
     EXPECT_EQ(FindForm(QStringLiteral("frmDictionary")), nullptr);
     EXPECT_NE(Open(QStringLiteral("frmDictionary")), form.data());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return form.isNull(); }));
+    EXPECT_TRUE(WaitFor([&] { return form.isNull(); }));
 }
 
 TEST_F(Forms, WhatFailsToBeMadeIsNotThere)

@@ -1,3 +1,4 @@
+#include "support/WaitFor.h"
 #include "toolkit/BrowserTest.h"
 
 #include <QBuffer>
@@ -26,7 +27,7 @@ int PdfPages(QWebEnginePage &page)
 {
     QByteArray pdf;
     page.printToPdf([&](const QByteArray &bytes) { pdf = bytes; });
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !pdf.isEmpty(); }, 20000));
+    EXPECT_TRUE(WaitFor([&] { return !pdf.isEmpty(); }, 20000));
     QBuffer device(&pdf);
     device.open(QIODevice::ReadOnly);
     QPdfDocument document;
@@ -67,7 +68,7 @@ TEST_F(LongPageControl, CopiesAndPrintsAsTheBareEngine)
     LoadBytes(LongPage(300) + "<!--" + QByteArray(1'000'000, 'x') + "-->");
     EXPECT_EQ(Text(u"getComputedStyle(document.querySelector('p')).contentVisibility"_s), u"auto"_s);
     Control().SelectAll();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !Control().GetSelectedText().isEmpty(); }));
+    EXPECT_TRUE(WaitFor([&] { return !Control().GetSelectedText().isEmpty(); }));
     const QString text = Control().GetSelectedText();
     const int pages = PdfPages(*Control().page());
 
@@ -83,7 +84,7 @@ TEST_F(LongPageControl, LandsExactlyOnAnAnchor)
     LoadBytes(LongPage(2500));
     QTest::mouseClick(Input(), Qt::LeftButton, Qt::NoModifier, PlaceOf(u"#a"_s));
     EXPECT_TRUE(Becomes(u"Math.abs(%1) < 1"_s.arg(topOfMiddle)));
-    QTest::qWait(200);
+    Pause(200);
     EXPECT_LT(std::abs(Value(topOfMiddle).toReal()), 1) << "it moved away again";
 }
 
@@ -92,7 +93,7 @@ TEST_F(LongPageControl, LandsExactlyOnAHit)
     LoadBytes(LongPage(2500));
     EXPECT_EQ(Control().SearchAndHighlight(u"needle"_s, {}, ScrollMode::None, {}, u"Yellow"_s), 1);
     EXPECT_TRUE(Control().ScrollToFirst(u"Needle"_s));
-    QTest::qWait(300);
+    Pause(300);
     const qreal top = Value(u"document.querySelector('font').getClientRects()[0].top"_s).toReal();
     EXPECT_LT(std::abs(top), 1);
 }

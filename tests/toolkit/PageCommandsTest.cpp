@@ -1,3 +1,4 @@
+#include "support/WaitFor.h"
 #include "toolkit/BrowserTest.h"
 
 #include "toolkit/PagePrinting.h"
@@ -77,7 +78,7 @@ TEST_F(Finding, StepsForthAndBackAroundTheEnds)
     QList<int> steps;
     const auto press = [&](QWidget *where, int key, Qt::KeyboardModifiers modifiers) {
         QTest::keyClick(where, Qt::Key(key), modifiers);
-        QTest::qWait(30);
+        Pause(30);
         steps.append(Selected());
     };
     press(m_text, Qt::Key_Return, Qt::NoModifier);
@@ -127,7 +128,7 @@ TEST_F(Printing, PutsHeaderAndFooterOnEachSheet)
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(folder.filePath(u"printed.pdf"_s));
     Control().page()->printToPdf([&](const QByteArray &pdf) { laidOut = pdf; }, EngineLayout(printer.pageLayout()));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !laidOut.isEmpty(); }));
+    EXPECT_TRUE(WaitFor([&] { return !laidOut.isEmpty(); }));
     EXPECT_TRUE(PaintPages(printer, laidOut, {u"Phẩm một"_s, u"lumivara://page/1"_s, u"1/2/26"_s}, 1, 99, 72));
 
     QPdfDocument printed;
@@ -164,7 +165,7 @@ TEST_F(Printing, OpensThePreviewOnEveryPage)
     auto *window = Control().findChild<QDialog *>(u"frmPrintPreview"_s);
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(window->windowTitle(), u"Phẩm"_s);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return window->findChild<QPrintPreviewWidget *>()->pageCount() == 2; }));
+    EXPECT_TRUE(WaitFor([&] { return window->findChild<QPrintPreviewWidget *>()->pageCount() == 2; }));
     window->close();
 }
 
