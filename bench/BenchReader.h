@@ -6,6 +6,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <functional>
 #include <memory>
 
 class TfrmDictionaryDM;
@@ -46,4 +47,5 @@ private:
     std::unique_ptr<TfrmMain> m_window;
     int m_painted = 0;
     int m_seen = 0;
+    std::function<void()> m_quitWhenPainted;
 };

@@ -4,6 +4,7 @@
 #include "toolkit/BrowserControl.h"
 
 #include <QApplication>
+#include <QTimer>
 
 #include <clocale>
 #include <cstdio>
@@ -23,8 +24,12 @@ int main(int argc, char **argv)
     }
     RegisterReaderMeasures();
     RegisterProgramMeasures();
-    if (RunMeasures(names, jsonPath))
-        return 0;
-    std::fprintf(stderr, "%s can't be written\n", qUtf8Printable(jsonPath));
-    return 2;
+    // Inside the event loop, as in the program: the engine runs slowly without one.
+    QTimer::singleShot(0, &application, [&] {
+        const bool isWritten = RunMeasures(names, jsonPath);
+        if (!isWritten)
+            std::fprintf(stderr, "%s can't be written\n", qUtf8Printable(jsonPath));
+        QApplication::exit(isWritten ? 0 : 2);
+    });
+    return QApplication::exec();
 }
