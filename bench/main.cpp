@@ -2,16 +2,16 @@
 #include "Suites.h"
 
 #include "toolkit/BrowserControl.h"
+#include "toolkit/StartUp.h"
 
 #include <QApplication>
 #include <QTimer>
 
-#include <clocale>
 #include <cstdio>
 
 int main(int argc, char **argv)
 {
-    std::setlocale(LC_CTYPE, "C.UTF-8");
+    PrepareProcess();
     RegisterPageScheme();
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);

@@ -3,6 +3,8 @@
 #include <QtGlobal>
 
 #include <QByteArray>
+#include <QLoggingCategory>
+#include <QQuickWindow>
 
 #include <clocale>
 
@@ -40,4 +42,9 @@ void PrepareProcess()
     ForceUtf8Locale();
 #endif
     qputenv("QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY", "1");
+    // Pages of text gain nothing from the graphics card; without one, emulating it would cost every repaint of the
+    // window twenty times what painting costs.
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    // The engine would list its parameters at each start.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext*=false"));
 }

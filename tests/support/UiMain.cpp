@@ -1,14 +1,13 @@
 #include "toolkit/BrowserControl.h"
+#include "toolkit/StartUp.h"
 
 #include <QApplication>
 
 #include <gmock/gmock.h>
 
-#include <clocale>
-
 int main(int argc, char **argv)
 {
-    std::setlocale(LC_CTYPE, "C.UTF-8");
+    PrepareProcess();
     testing::InitGoogleMock(&argc, argv);
     RegisterPageScheme();
     QApplication application(argc, argv);
