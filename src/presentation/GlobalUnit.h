@@ -7,15 +7,15 @@
 
 /// What all windows and modules share: the option holders that are no module's own, and small helpers without a home.
 
-extern QString AppPath;         ///< folder of the executable with its trailing separator
-extern int InterfaceLang;       ///< index of the interface language: 0 Vietnamese, 1 English
-extern QString FontName;        ///< font of the page
-extern QString LastWord;        ///< word last shown by the dictionary
-extern int DictionaryKind;      ///< 1 to 8 one directed dictionary, 0 none yet
-extern bool MultiDictionary;    ///< show the partner dictionary's content too
-extern int GlobalActiveStyle;   ///< 1-based index of the skin, 0 for none
+extern QString AppPath;       ///< folder of the executable with its trailing separator
+extern int InterfaceLang;     ///< index of the interface language: 0 Vietnamese, 1 English
+extern QString FontName;      ///< font of the page
+extern QString LastWord;      ///< word last shown by the dictionary
+extern int DictionaryKind;    ///< 1 to 8 one directed dictionary, 0 none yet
+extern bool MultiDictionary;  ///< show the partner dictionary's content too
+extern int GlobalActiveStyle; ///< 1-based index of the skin, 0 for none
 extern QString GlobalActiveName;
-extern int CollectionMode;      ///< 1: the Kelora's settings key
+extern int CollectionMode; ///< 1: the Kelora's settings key
 
 /// A colour value: with a high byte of 0 the low bytes are red, green, blue, red lowest; with 0xFF the low byte names a
 /// system colour.

@@ -6,7 +6,8 @@
 
 /// A failed call of the database engine or of the data-access layer. what() is UTF-8, Text() the same as characters:
 /// the engine's own text, its lines joined by "\n".
-class DatabaseError : public std::runtime_error {
+class DatabaseError : public std::runtime_error
+{
 public:
     explicit DatabaseError(const QString &text, int engineCode = 0)
         : std::runtime_error(text.toUtf8().constData()), m_text(text), m_engineCode(engineCode)
@@ -21,7 +22,8 @@ private:
 };
 
 /// Ends an operation that the reader declined, such as a delete answered with No. Handlers pass it on without a word.
-class SilentAbort : public std::exception {
+class SilentAbort : public std::exception
+{
 public:
     const char *what() const noexcept override { return "aborted"; }
 };

@@ -15,7 +15,8 @@ enum class RegistryRoot { CurrentUser, LocalMachine };
 enum class RegistryType { Unknown = 0, String = 1, ExpandString = 2, Integer = 3, Binary = 4 };
 
 /// A failed read or write. Text() is what the system says.
-class RegistryError : public std::runtime_error {
+class RegistryError : public std::runtime_error
+{
 public:
     explicit RegistryError(const QString &text) : std::runtime_error(text.toUtf8().constData()), m_text(text) {}
     const QString &Text() const { return m_text; }
@@ -24,14 +25,15 @@ private:
     QString m_text;
 };
 
-class TRegistry {
+class TRegistry
+{
 public:
     virtual ~TRegistry() = default;
 
     RegistryRoot RootKey = RegistryRoot::CurrentUser;
 
-    /// Opens a key for reading and writing; with `create` a missing key is made at once. False when it cannot be opened.
-    /// Paths are parted by backslashes; leading and trailing ones do not count, nor does case.
+    /// Opens a key for reading and writing; with `create` a missing key is made at once. False when it cannot be
+    /// opened. Paths are parted by backslashes; leading and trailing ones do not count, nor does case.
     virtual bool OpenKey(const QString &path, bool create) = 0;
     virtual bool OpenKeyReadOnly(const QString &path) = 0;
     virtual void CloseKey() = 0;

@@ -7,7 +7,8 @@
 QString ProductFolder();
 
 /// A folder of its own for one test, beside which the engine keeps its locks; gone with the object.
-class ScratchFolder {
+class ScratchFolder
+{
 public:
     ScratchFolder();
     /// Full path of a name in the folder.

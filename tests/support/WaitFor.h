@@ -6,7 +6,8 @@
 
 /// Runs a real event loop until the condition holds; false if it does not within `milliseconds`. QTest::qWaitFor polls
 /// with processEvents instead, so that the loop never blocks and nothing bound to its blocking ever runs.
-template <typename Condition> [[nodiscard]] bool WaitFor(Condition condition, int milliseconds = 5000)
+template <typename Condition>
+[[nodiscard]] bool WaitFor(Condition condition, int milliseconds = 5000)
 {
     QEventLoop loop;
     QTimer timer;

@@ -2,8 +2,8 @@
 #include "support/WaitFor.h"
 
 #include <QPointer>
-#include <QTimer>
 #include <QTest>
+#include <QTimer>
 #include <QWidget>
 
 #include <gmock/gmock.h>
