@@ -191,6 +191,8 @@ TDataSource *TDBTreeList::DataSource() const
 void TDBTreeList::FullExpand()
 {
     expandAll();
+    // From the top: an earlier scroll may have been for a smaller window.
+    scrollToTop();
     scrollTo(currentIndex());
 }
 
