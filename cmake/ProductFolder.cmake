@@ -10,3 +10,6 @@ foreach(part intl plugins plugins.conf firebird.msg)
     file(CREATE_LINK ${FIREBIRD_ROOT}/${part} ${LUMIVARA_PRODUCT_DIR}/firebird/${part} SYMBOLIC)
 endforeach()
 configure_file(cmake/firebird.conf ${LUMIVARA_PRODUCT_DIR}/firebird/firebird.conf COPYONLY)
+
+# What a reader gets, without tests and benchmarks.
+add_custom_target(product DEPENDS Lumivara lumivara_data sample_databases)
