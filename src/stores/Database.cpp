@@ -66,8 +66,24 @@ std::shared_ptr<TpFIBDatabase::Handle> Adopt(Firebird::IAttachment *attachment, 
         throw DatabaseError(u"The lock folder beside the databases cannot be used, and without it only read-only "
                             "databases can be opened: \"%1\""_s.arg(database.DBName()));
     }
-    client.SettleLockFiles();
     return handle;
+}
+
+/// Runs what makes an attachment. The engine makes its lock files before it knows whether it can open the database, so
+/// they are settled after a failure, too: nobody else could start otherwise, not even once the file is there.
+template <typename Action>
+Firebird::IAttachment *WithSettledLocks(Action action)
+{
+    FirebirdClient &client = FirebirdClient::Instance();
+    Firebird::IAttachment *attachment = nullptr;
+    try {
+        attachment = action();
+    } catch (const DatabaseError &) {
+        client.SettleLockFiles();
+        throw;
+    }
+    client.SettleLockFiles();
+    return attachment;
 }
 
 std::shared_ptr<TpFIBDatabase::Handle> Attach(const TpFIBDatabase &database, ParameterBlock block)
@@ -75,8 +91,10 @@ std::shared_ptr<TpFIBDatabase::Handle> Attach(const TpFIBDatabase &database, Par
     FirebirdClient &client = FirebirdClient::Instance();
     client.PrepareLockFolder();
     EngineStatus *status = client.Status();
-    return Adopt(client.Provider()->attachDatabase(status, database.DBName().toUtf8().constData(),
-                                                   block->getBufferLength(status), block->getBuffer(status)),
+    return Adopt(WithSettledLocks([&] {
+                     return client.Provider()->attachDatabase(status, database.DBName().toUtf8().constData(),
+                                                              block->getBufferLength(status), block->getBuffer(status));
+                 }),
                  database);
 }
 
@@ -165,9 +183,12 @@ void TpFIBDatabase::CreateDatabase(int pageSize)
     block->insertInt(status, isc_dpb_page_size, pageSize);
     block->insertInt(status, isc_dpb_force_write, 1);
     InsertText(block.get(), isc_dpb_set_db_charset, u"UNICODE_FSS"_s);
-    m_handle = Adopt(client.Provider()->createDatabase(status, m_dbName.toUtf8().constData(),
-                                                       block->getBufferLength(status), block->getBuffer(status)),
-                     *this);
+    m_handle =
+        Adopt(WithSettledLocks([&] {
+                  return client.Provider()->createDatabase(status, m_dbName.toUtf8().constData(),
+                                                           block->getBufferLength(status), block->getBuffer(status));
+              }),
+              *this);
 }
 
 void TpFIBDatabase::SetReadOnlyMode(bool on)
