@@ -5,6 +5,8 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <array>
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -69,11 +71,35 @@ std::shared_ptr<TpFIBDatabase::Handle> Adopt(Firebird::IAttachment *attachment, 
     return handle;
 }
 
+/// Gives back the signals that the engine takes for itself: on one of them it shuts down inside a program that goes on
+/// without it, where the reader or the end of the session asked the program to end.
+class SignalKeeper
+{
+public:
+    SignalKeeper()
+    {
+        for (size_t i = 0; i < taken.size(); ++i)
+            ::sigaction(taken[i], nullptr, &m_actions[i]);
+    }
+    ~SignalKeeper()
+    {
+        for (size_t i = 0; i < taken.size(); ++i)
+            ::sigaction(taken[i], &m_actions[i], nullptr);
+    }
+    SignalKeeper(const SignalKeeper &) = delete;
+    SignalKeeper &operator=(const SignalKeeper &) = delete;
+
+private:
+    static constexpr std::array taken{SIGINT, SIGTERM};
+    std::array<struct sigaction, taken.size()> m_actions{};
+};
+
 /// Runs what makes an attachment. The engine makes its lock files before it knows whether it can open the database, so
 /// they are settled after a failure, too: nobody else could start otherwise, not even once the file is there.
 template <typename Action>
 Firebird::IAttachment *WithSettledLocks(Action action)
 {
+    const SignalKeeper keeper;
     FirebirdClient &client = FirebirdClient::Instance();
     Firebird::IAttachment *attachment = nullptr;
     try {
