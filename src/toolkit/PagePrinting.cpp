@@ -180,6 +180,7 @@ void PrintPage(TBrowserControl &control, const QString &fallbackTitle)
     printer.setDocName(texts.title);
     // The window may go while the dialog stands, and the dialog with it.
     const QPointer<QPrintDialog> dialog = new QPrintDialog(&printer, control.window());
+    dialog->setObjectName(QStringLiteral("dlgPrint"));
     dialog->setOption(QAbstractPrintDialog::PrintPageRange);
     const bool isAccepted = dialog->exec() == QDialog::Accepted;
     delete dialog;
