@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <csignal>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -68,6 +70,7 @@ std::shared_ptr<TpFIBDatabase::Handle> Adopt(Firebird::IAttachment *attachment, 
         throw DatabaseError(u"The lock folder beside the databases cannot be used, and without it only read-only "
                             "databases can be opened: \"%1\""_s.arg(database.DBName()));
     }
+    client.SettleLockFiles();
     return handle;
 }
 
@@ -97,19 +100,23 @@ private:
 /// Runs what makes an attachment. The engine makes its lock files before it knows whether it can open the database, so
 /// they are settled after a failure, too: nobody else could start otherwise, not even once the file is there.
 template <typename Action>
-Firebird::IAttachment *WithSettledLocks(Action action)
+Firebird::IAttachment *MakeAttachment(Action action)
 {
+    constexpr int mostTries = 10;
+    constexpr std::chrono::milliseconds pause(20);
     const SignalKeeper keeper;
     FirebirdClient &client = FirebirdClient::Instance();
-    Firebird::IAttachment *attachment = nullptr;
-    try {
-        attachment = action();
-    } catch (const DatabaseError &) {
-        client.SettleLockFiles();
-        throw;
+    for (int tries = 1;; ++tries) {
+        try {
+            return action();
+        } catch (const DatabaseError &error) {
+            client.SettleLockFiles();
+            // Another user's copy that starts at this moment has made a lock file and not yet opened it to us.
+            if (tries == mostTries || !error.Text().contains(client.LockFolder() + u'/'))
+                throw;
+        }
+        std::this_thread::sleep_for(pause);
     }
-    client.SettleLockFiles();
-    return attachment;
 }
 
 std::shared_ptr<TpFIBDatabase::Handle> Attach(const TpFIBDatabase &database, ParameterBlock block)
@@ -117,7 +124,7 @@ std::shared_ptr<TpFIBDatabase::Handle> Attach(const TpFIBDatabase &database, Par
     FirebirdClient &client = FirebirdClient::Instance();
     client.PrepareLockFolder();
     EngineStatus *status = client.Status();
-    return Adopt(WithSettledLocks([&] {
+    return Adopt(MakeAttachment([&] {
                      return client.Provider()->attachDatabase(status, database.DBName().toUtf8().constData(),
                                                               block->getBufferLength(status), block->getBuffer(status));
                  }),
@@ -210,7 +217,7 @@ void TpFIBDatabase::CreateDatabase(int pageSize)
     block->insertInt(status, isc_dpb_force_write, 1);
     InsertText(block.get(), isc_dpb_set_db_charset, u"UNICODE_FSS"_s);
     m_handle =
-        Adopt(WithSettledLocks([&] {
+        Adopt(MakeAttachment([&] {
                   return client.Provider()->createDatabase(status, m_dbName.toUtf8().constData(),
                                                            block->getBufferLength(status), block->getBuffer(status));
               }),
