@@ -5,6 +5,10 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -70,13 +74,60 @@ std::shared_ptr<TpFIBDatabase::Handle> Adopt(Firebird::IAttachment *attachment, 
     return handle;
 }
 
+/// Gives back the signals that the engine takes for itself: on one of them it shuts down inside a program that goes on
+/// without it, where the reader or the end of the session asked the program to end.
+class SignalKeeper
+{
+public:
+    SignalKeeper()
+    {
+        for (size_t i = 0; i < taken.size(); ++i)
+            ::sigaction(taken[i], nullptr, &m_actions[i]);
+    }
+    ~SignalKeeper()
+    {
+        for (size_t i = 0; i < taken.size(); ++i)
+            ::sigaction(taken[i], &m_actions[i], nullptr);
+    }
+    SignalKeeper(const SignalKeeper &) = delete;
+    SignalKeeper &operator=(const SignalKeeper &) = delete;
+
+private:
+    static constexpr std::array taken{SIGINT, SIGTERM};
+    std::array<struct sigaction, taken.size()> m_actions{};
+};
+
+/// Runs what makes an attachment. The engine makes its lock files before it knows whether it can open the database, so
+/// they are settled after a failure, too: nobody else could start otherwise, not even once the file is there.
+template <typename Action>
+Firebird::IAttachment *MakeAttachment(Action action)
+{
+    constexpr int mostTries = 10;
+    constexpr std::chrono::milliseconds pause(20);
+    const SignalKeeper keeper;
+    FirebirdClient &client = FirebirdClient::Instance();
+    for (int tries = 1;; ++tries) {
+        try {
+            return action();
+        } catch (const DatabaseError &error) {
+            client.SettleLockFiles();
+            // Another user's copy that starts at this moment has made a lock file and not yet opened it to us.
+            if (tries == mostTries || !error.Text().contains(client.LockFolder() + u'/'))
+                throw;
+        }
+        std::this_thread::sleep_for(pause);
+    }
+}
+
 std::shared_ptr<TpFIBDatabase::Handle> Attach(const TpFIBDatabase &database, ParameterBlock block)
 {
     FirebirdClient &client = FirebirdClient::Instance();
     client.PrepareLockFolder();
     EngineStatus *status = client.Status();
-    return Adopt(client.Provider()->attachDatabase(status, database.DBName().toUtf8().constData(),
-                                                   block->getBufferLength(status), block->getBuffer(status)),
+    return Adopt(MakeAttachment([&] {
+                     return client.Provider()->attachDatabase(status, database.DBName().toUtf8().constData(),
+                                                              block->getBufferLength(status), block->getBuffer(status));
+                 }),
                  database);
 }
 
@@ -165,9 +216,12 @@ void TpFIBDatabase::CreateDatabase(int pageSize)
     block->insertInt(status, isc_dpb_page_size, pageSize);
     block->insertInt(status, isc_dpb_force_write, 1);
     InsertText(block.get(), isc_dpb_set_db_charset, u"UNICODE_FSS"_s);
-    m_handle = Adopt(client.Provider()->createDatabase(status, m_dbName.toUtf8().constData(),
-                                                       block->getBufferLength(status), block->getBuffer(status)),
-                     *this);
+    m_handle =
+        Adopt(MakeAttachment([&] {
+                  return client.Provider()->createDatabase(status, m_dbName.toUtf8().constData(),
+                                                           block->getBufferLength(status), block->getBuffer(status));
+              }),
+              *this);
 }
 
 void TpFIBDatabase::SetReadOnlyMode(bool on)

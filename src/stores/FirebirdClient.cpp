@@ -147,7 +147,8 @@ void FirebirdClient::PrepareLockFolder()
 
 void FirebirdClient::SettleLockFiles()
 {
-    const QFileInfoList files = QDir(m_lockFolder).entryInfoList({u"fb_*"_s}, QDir::Files | QDir::System);
+    // "fb_lock…" belongs to the client library, "fb12_monitor…" and "fb12_trace" to the engine.
+    const QFileInfoList files = QDir(m_lockFolder).entryInfoList({u"fb*"_s}, QDir::Files | QDir::System);
     for (const QFileInfo &file : files) {
         const int descriptor = ::open(QFile::encodeName(file.filePath()).constData(), O_RDWR | O_CLOEXEC);
         if (descriptor < 0)

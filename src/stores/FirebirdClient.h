@@ -40,6 +40,8 @@ public:
     /// True if the lock folder is the one beside the databases, common to all processes. Without it a database that can
     /// be written must not be attached: two processes with different lock folders lose each other's rows.
     bool LocksAreShared() const { return m_locksAreShared; }
+    /// Without trailing separator.
+    const QString &LockFolder() const { return m_lockFolder; }
     /// Makes sure, before an attach, that the lock folder exists and has room for the engine's lock files.
     void PrepareLockFolder();
     /// Opens the lock files to every user and allocates them in full, after an attach. Throws when the disk is full.

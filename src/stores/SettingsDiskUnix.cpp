@@ -75,9 +75,16 @@ public:
     bool WriteAtomically(const QString &path, const QByteArray &bytes, QString &errorText) override
     {
         QSaveFile file(path);
-        if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
+        // Unbuffered: what fails when the buffer is flushed is not seen by the commit, which on a full disk would put
+        // an empty file in the place of the settings.
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+            errorText = file.errorString();
+            return false;
+        }
+        if (file.write(bytes) == bytes.size() && file.commit())
             return true;
-        errorText = file.errorString();
+        // A disk that took a part only is no error by itself.
+        errorText = file.error() == QFileDevice::NoError ? qt_error_string(ENOSPC) : file.errorString();
         return false;
     }
 

@@ -181,6 +181,8 @@ void TBrowserControl::Private::RendererEnded()
         ShowPage();
         return;
     }
+    // Nobody answers any more: a command would wait for the next page, and act on that.
+    isLost = true;
     wait.Renew();
     RunGuarded(
         [] { Doors().messageBox(QStringLiteral("Lumivara 1.0"), LostPageText(), BoxButtons::Ok, BoxIcon::Error); });
@@ -194,6 +196,8 @@ void TBrowserControl::Private::ApplyZoom()
 
 QVariant TBrowserControl::Private::Call(const QString &script)
 {
+    if (isLost)
+        return {};
     return wait.For<QVariant>(
         [this, &script](auto answer) { page->runJavaScript(script, QWebEngineScript::ApplicationWorld, answer); });
 }

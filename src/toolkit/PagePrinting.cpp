@@ -8,6 +8,8 @@
 
 #include <QBuffer>
 #include <QDate>
+#include <QDir>
+#include <QFile>
 #include <QFontMetrics>
 #include <QLocale>
 #include <QPainter>
@@ -36,6 +38,22 @@ QString PrintFailure()
 {
     return InterfaceLang == 1 ? QStringLiteral("The page could not be laid out for printing.")
                               : QStringLiteral("Không dàn được trang để in.");
+}
+
+QString CutFileText(const QString &path)
+{
+    const QString text = InterfaceLang == 1 ? QStringLiteral("The file could not be written whole:\r%1")
+                                            : QStringLiteral("Không ghi được trọn tập tin:\r%1");
+    return text.arg(QDir::toNativeSeparators(path));
+}
+
+/// Whether a printed file has its end. The printer itself takes no notice of a full disk.
+bool IsWholeFile(const QString &path)
+{
+    constexpr qint64 endBytes = 1024;
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && file.seek(std::max<qint64>(file.size() - endBytes, 0)) &&
+           file.readAll().contains("%%EOF");
 }
 
 /// The engine's pages for a sheet; empty if the page went away meanwhile.
@@ -95,8 +113,13 @@ void PrintAs(QPrinter &printer, const QByteArray &pdf, const PageTexts &texts)
     const bool isRange = printer.printRange() == QPrinter::PageRange && printer.fromPage() > 0;
     const int first = isRange ? printer.fromPage() : 1;
     const int last = isRange && printer.toPage() > 0 ? printer.toPage() : std::numeric_limits<int>::max();
+    QString failure;
     if (!PaintPages(printer, pdf, texts, first, last, printDots))
-        Doors().messageBox(QStringLiteral("Lumivara 1.0"), PrintFailure(), BoxButtons::Ok, BoxIcon::Error);
+        failure = PrintFailure();
+    else if (!printer.outputFileName().isEmpty() && !IsWholeFile(printer.outputFileName()))
+        failure = CutFileText(printer.outputFileName());
+    if (!failure.isEmpty())
+        Doors().messageBox(QStringLiteral("Lumivara 1.0"), failure, BoxButtons::Ok, BoxIcon::Error);
 }
 
 } // namespace
@@ -157,6 +180,7 @@ void PrintPage(TBrowserControl &control, const QString &fallbackTitle)
     printer.setDocName(texts.title);
     // The window may go while the dialog stands, and the dialog with it.
     const QPointer<QPrintDialog> dialog = new QPrintDialog(&printer, control.window());
+    dialog->setObjectName(QStringLiteral("dlgPrint"));
     dialog->setOption(QAbstractPrintDialog::PrintPageRange);
     const bool isAccepted = dialog->exec() == QDialog::Accepted;
     delete dialog;

@@ -10,6 +10,8 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
+#include <cerrno>
+
 namespace {
 
 constexpr qsizetype longestName = 80; // characters; a letter has up to four bytes, a name 255
@@ -42,11 +44,13 @@ QString FileNameFor(const QString &title)
 QString WriteWhole(const QString &path, const QByteArray &bytes)
 {
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
+    // Unbuffered: what fails when the buffer is flushed is not seen by the commit.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return file.errorString();
-    // A short write is told by the commit.
-    file.write(bytes);
-    return file.commit() ? QString() : file.errorString();
+    if (file.write(bytes) == bytes.size() && file.commit())
+        return {};
+    // A disk that took a part only is no error by itself.
+    return file.error() == QFileDevice::NoError ? qt_error_string(ENOSPC) : file.errorString();
 }
 
 void SavePage(TBrowserControl &control, const QString &fallbackTitle)

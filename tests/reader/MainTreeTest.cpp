@@ -90,6 +90,7 @@ TEST_F(TreeFilter, AnEndlessTextMatchesNothingAndSaysNothing)
 {
     SetFilter(std::string(10000, 'x').c_str());
     EXPECT_EQ(PassageNames(), QStringList());
+    EXPECT_EQ(GroupCount(), 3);
     CheckBoxes({});
 }
 

@@ -41,6 +41,14 @@ TEST(TreeFilter, ValueIsLowerCaseBeyondAsciiAndKeepsWildcards)
     EXPECT_EQ(TreeFilterValue(QStringLiteral("A\u0304")), QStringLiteral("%a\u0304%"));
 }
 
+TEST(TreeFilter, AValueBeyondEveryNameAsksForMoreLettersThanANameHas)
+{
+    // 381 bytes hold a name of 127 letters; two of them are the wildcards.
+    EXPECT_EQ(TreeFilterValue(QString(379, QLatin1Char('%'))), QString(381, QLatin1Char('%')));
+    EXPECT_EQ(TreeFilterValue(QString(380, QLatin1Char('%'))), QString(128, QLatin1Char('_')));
+    EXPECT_EQ(TreeFilterValue(QString(127, QChar(0x1E6D))), QString(128, QLatin1Char('_')));
+}
+
 struct NameViewCase
 {
     int mode;

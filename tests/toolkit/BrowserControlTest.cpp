@@ -266,6 +266,7 @@ TEST_F(BrowserControl, ShowsThePageAgainWhenTheRendererEnds)
     EXPECT_TRUE(WaitFor([&] { return boxes.size() == 1; }));
     EXPECT_FALSE(Control().IsComplete());
     EXPECT_FALSE(Control().WaitComplete()) << "waits for a page that will not come";
+    EXPECT_FALSE(Control().Evaluate(u"1"_s).isValid()) << "waits for an answer that will not come";
     Load(u"<p>other"_s);
     EXPECT_EQ(Text(u"document.body.textContent"_s), u"other"_s);
 }

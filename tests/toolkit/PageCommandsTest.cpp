@@ -1,3 +1,4 @@
+#include "support/FullDisk.h"
 #include "support/WaitFor.h"
 #include "toolkit/BrowserTest.h"
 
@@ -211,6 +212,18 @@ TEST_F(Saving, TellsAFailureAndLeavesWhatStood)
     Control().SaveDialog();
     EXPECT_EQ(boxes.size(), 1);
     EXPECT_TRUE(boxes.value(0).contains(u"/proc/nowhere.html"_s));
+}
+
+TEST(WriteWhole, OnAFullDiskTellsTheReasonAndLeavesWhatStood)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"page.html"_s);
+    EXPECT_EQ(WriteWhole(path, "old"), QString());
+    for (const int size : {700, 100'000}) {
+        const FullDisk full(10);
+        EXPECT_FALSE(WriteWhole(path, QByteArray(size, 'x')).isEmpty()) << size;
+    }
+    EXPECT_EQ(ReadFile(path), "old");
 }
 
 struct Name

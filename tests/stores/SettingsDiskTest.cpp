@@ -1,0 +1,38 @@
+#include "stores/SettingsDisk.h"
+#include "support/FullDisk.h"
+#include "support/TestSupport.h"
+
+#include <QDir>
+
+#include <gmock/gmock.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class SettingsDiskWrite : public testing::TestWithParam<qsizetype>
+{};
+
+TEST_P(SettingsDiskWrite, OnAFullDiskFailsAndLeavesTheOldContent)
+{
+    const ScratchFolder scratch;
+    const QString path = scratch.Path(u"registry.json"_s);
+    SettingsDisk &disk = RealSettingsDisk();
+    QString error;
+    EXPECT_TRUE(disk.WriteAtomically(path, "old", error)) << error.toStdString();
+    for (const rlim_t room : {0, 10}) {
+        const FullDisk full(room);
+        error.clear();
+        EXPECT_FALSE(disk.WriteAtomically(path, QByteArray(GetParam(), 'x'), error)) << room;
+        EXPECT_FALSE(error.isEmpty()) << room;
+    }
+    QByteArray bytes;
+    EXPECT_EQ(disk.Read(path, bytes, error), SettingsDisk::ReadResult::Read);
+    EXPECT_EQ(bytes, "old");
+    EXPECT_EQ(QDir(scratch.Path(u""_s)).entryList(QDir::Files), QStringList{u"registry.json"_s});
+}
+
+// Below and above what a file object buffers.
+INSTANTIATE_TEST_SUITE_P(Sizes, SettingsDiskWrite, testing::Values(700, 100'000));
+
+} // namespace
