@@ -8,10 +8,10 @@
 
 int main(int argc, char **argv)
 {
-    std::setlocale(LC_CTYPE, "C.UTF-8");
     testing::InitGoogleMock(&argc, argv);
     RegisterPageScheme();
     QApplication application(argc, argv);
+    std::setlocale(LC_CTYPE, "C.UTF-8"); // the application object has taken it from the environment
     QApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();
 }
