@@ -11,6 +11,8 @@
 
 #include <QApplication>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int CanonFailed = 1;
@@ -35,7 +37,10 @@ int main(int argc, char **argv)
 {
     PrepareProcess();
     RegisterPageScheme();
-    QApplication application(argc, argv);
+    // The program takes no arguments; toolkit and browser engine would find some of theirs.
+    int programName = std::min(argc, 1);
+    QApplication application(programName, argv);
+    SettleLocale();
     QApplication::setApplicationName(Title());
     QApplication::setQuitOnLastWindowClosed(false);
     InstallFontSubstitutes();

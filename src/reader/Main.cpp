@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QScopeGuard>
 #include <QSystemTrayIcon>
 
 TfrmMain *frmMain = nullptr;
@@ -179,9 +180,10 @@ void TfrmMain::showEvent(QShowEvent *event)
 
 void TfrmMain::FormShow()
 {
+    // The start-up is over also when the settings could not be written on the way: else no language button would work.
+    const auto endStartUp = qScopeGuard([this] { vIsInit = false; });
     ui->dbtSutas->FullExpand();
     bcbLanguageChange();
-    vIsInit = false;
 }
 
 void TfrmMain::bcbLanguageChange()

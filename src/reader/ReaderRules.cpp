@@ -1,5 +1,7 @@
 #include "reader/ReaderRules.h"
 
+#include "reader/PageComposer.h"
+
 FilterKey MeaningOfFilterKey(int key)
 {
     switch (key) {
@@ -55,11 +57,11 @@ QString TreeFilterValue(const QString &trimmedText)
 NameView NameViewOfMode(int mode)
 {
     switch (mode) {
-    case 0:
+    case PageMode::Pali:
         return {NameColumn::Pali, NameColumn::Pali, true};
-    case 1:
+    case PageMode::Vietnamese:
         return {NameColumn::Vietnamese, NameColumn::Vietnamese, true};
-    case 10:
+    case PageMode::Parallel:
         // The parallel page has no margin to choose.
         return {NameColumn::Vietnamese, NameColumn::Vietnamese, false};
     default:

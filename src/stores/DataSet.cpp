@@ -131,12 +131,11 @@ void TDataSet::FetchAll()
         FetchUpTo(m_rowCount);
 }
 
-void TDataSet::GoTo(int row, bool alwaysTell)
+void TDataSet::GoTo(int row)
 {
-    const bool moved = row != m_current;
-    m_current = row;
-    if (!moved && !alwaysTell)
+    if (row == m_current)
         return;
+    m_current = row;
     Notify(TDataSource::Event::Scroll);
     TellScrolled();
 }
@@ -203,7 +202,7 @@ bool TDataSet::Locate(const QString &field, const QVariant &value, LocateOptions
         if (!DoRowMatches(row, index, key))
             continue;
         m_bof = m_eof = false;
-        GoTo(row, true);
+        GoTo(row);
         return true;
     }
     return false;

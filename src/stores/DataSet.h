@@ -85,7 +85,8 @@ public:
     bool AllFetched() const { return m_allFetched; }
 
     /// Moves to the first row whose field equals the value; with no options the comparison is exact.
-    /// False, and the current row stays, if there is none. Throws if the field does not exist.
+    /// False, and the current row stays, if there is none. Nobody is told when the cursor stands there already. Throws
+    /// if the field does not exist.
     bool Locate(const QString &field, const QVariant &value, LocateOptions options = {});
     Q_INVOKABLE bool LocateExact(const QString &field, const QVariant &value) { return Locate(field, value); }
 
@@ -141,6 +142,8 @@ protected:
     /// The pending value while editing, else the current row's.
     QVariant CurrentValue(int field) const;
     bool Editing() const;
+    /// The fields' values of a row, an UnreadBlob for each blob.
+    QList<QVariant> RowValues(int row) const;
 
     std::vector<std::unique_ptr<TField>> m_fields;
     DataSetState m_state = DataSetState::Inactive;
@@ -158,9 +161,8 @@ protected:
 private:
     static void Call(const std::function<void()> &event);
     void Forget();
-    void GoTo(int row, bool alwaysTell = false);
+    void GoTo(int row);
     void EndEdit();
-    QList<QVariant> RowValues(int row) const;
     void SetPendingValue(int field, const QVariant &value);
 
     bool m_missedAny = false;

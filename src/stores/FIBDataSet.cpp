@@ -519,10 +519,7 @@ void TpFIBDataSet::DoUpdateRow(int row, const QList<QVariant> &values, const QLi
 
 void TpFIBDataSet::DoDeleteRow(int row)
 {
-    QList<QVariant> values;
-    for (const std::unique_ptr<TField> &field : m_fields)
-        values.append(field->Type() == FieldType::Blob ? QVariant::fromValue(UnreadBlob())
-                                                       : ValueAt(row, field->Index()));
+    const QList<QVariant> values = RowValues(row);
     Change(m_deleteSQL, values, values);
     m_cursor->rows.Remove(row);
 }

@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// More than the engine's lock, event and trace files take together.
-constexpr off_t LockFileRoom = 4 * 1024 * 1024;
+constexpr off_t LockFileRoom = off_t{4} * 1024 * 1024;
 
 std::unique_ptr<FirebirdClient> &TheClient()
 {

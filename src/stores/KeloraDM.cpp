@@ -181,22 +181,30 @@ void TfrmKeloraDM::ReadActiveStyle()
     registry->CloseKey();
 }
 
-void TfrmKeloraDM::WirteActiveStyle()
+template <typename Write>
+void TfrmKeloraDM::WithOptionsKey(Write write)
 {
     const auto registry = m_doors.createRegistry();
     registry->RootKey = RegistryRoot::CurrentUser;
     if (!registry->OpenKey(OptionsPath(), true))
         return;
-    const auto write = [&registry](const Style &style) {
-        registry->WriteInteger(QStringLiteral("GlobalActiveStyle"), style.number);
-        registry->WriteString(QStringLiteral("GlobalActiveName"), style.name);
-    };
-    try {
-        write({GlobalActiveStyle, GlobalActiveName});
-    } catch (const RegistryError &) {
-        write(WriteFallbackStyle());
-    }
+    write(*registry);
     registry->CloseKey();
+}
+
+void TfrmKeloraDM::WirteActiveStyle()
+{
+    WithOptionsKey([](TRegistry &registry) {
+        const auto write = [&registry](const Style &style) {
+            registry.WriteInteger(QStringLiteral("GlobalActiveStyle"), style.number);
+            registry.WriteString(QStringLiteral("GlobalActiveName"), style.name);
+        };
+        try {
+            write({GlobalActiveStyle, GlobalActiveName});
+        } catch (const RegistryError &) {
+            write(WriteFallbackStyle());
+        }
+    });
 }
 
 void TfrmKeloraDM::SetRegistryData(RegistryRoot root, const QString &path, const QVariant &value, RegistryType type,
@@ -260,17 +268,6 @@ QVariant TfrmKeloraDM::GetRegistryData(RegistryRoot root, const QString &path, c
     }
     registry->CloseKey();
     return value;
-}
-
-template <typename Write>
-void TfrmKeloraDM::WithOptionsKey(Write write)
-{
-    const auto registry = m_doors.createRegistry();
-    registry->RootKey = RegistryRoot::CurrentUser;
-    if (!registry->OpenKey(OptionsPath(), true))
-        return;
-    write(*registry);
-    registry->CloseKey();
 }
 
 void TfrmKeloraDM::WriteOption(const QString &name, int value)

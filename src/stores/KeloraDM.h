@@ -51,7 +51,10 @@ public:
     /// Fills the fields and globals from the settings: all zero without the key, all defaults when one integer value is
     /// missing or of another type, else what is stored.
     void ReadSystemOptions();
+    /// Fills the two style globals from the settings; nothing without the key, the default style when a value is
+    /// missing.
     void ReadActiveStyle();
+    /// Stores the two style globals; where that fails, the fallback style. Throws RegistryError if that fails, too.
     void WirteActiveStyle();
     /// No favourites are kept.
     void LoadFavouriteSuttas() {}

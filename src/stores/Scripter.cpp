@@ -1,6 +1,5 @@
 #include "stores/Scripter.h"
 
-#include "stores/Database.h"
 #include "stores/DatabaseHandles.h"
 #include "stores/SqlParameters.h"
 

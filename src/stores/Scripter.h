@@ -1,11 +1,10 @@
 #pragma once
 
+#include "stores/Database.h"
+
 #include <QObject>
+#include <QPointer>
 #include <QStringList>
-
-#include <functional>
-
-class TpFIBDatabase;
 
 /// Runs a text of SQL statements in a transaction of its own. Comments and blank lines are skipped, "COMMIT WORK;"
 /// commits, "SET TERM" changes the terminator as in the engine's own tools. What is not committed when the run ends or
@@ -16,6 +15,7 @@ class TpFIBScripter : public QObject
 public:
     explicit TpFIBScripter(QObject *owner = nullptr);
 
+    /// The connection, borrowed: once it is gone a run throws.
     TpFIBDatabase *Database() const { return m_database; }
     void SetDatabase(TpFIBDatabase *database) { m_database = database; }
     QStringList &Script() { return m_script; }
@@ -28,6 +28,6 @@ public:
     static QStringList SplitStatements(const QString &script);
 
 private:
-    TpFIBDatabase *m_database = nullptr;
+    QPointer<TpFIBDatabase> m_database;
     QStringList m_script;
 };

@@ -15,13 +15,13 @@ namespace {
 
 bool IsUtf8Locale()
 {
-    std::setlocale(LC_ALL, "");
     return QByteArray(nl_langinfo(CODESET)).compare("UTF-8", Qt::CaseInsensitive) == 0;
 }
 
-/// By the environment, because the toolkit sets the locale from it once more.
-void ForceUtf8Locale()
+/// By the environment, because parts of the toolkit set the locale from it once more when they need it.
+void ForceUtf8Environment()
 {
+    std::setlocale(LC_ALL, "");
     if (IsUtf8Locale())
         return;
     const QByteArray everything = qgetenv("LC_ALL");
@@ -30,7 +30,6 @@ void ForceUtf8Locale()
         qunsetenv("LC_ALL");
     }
     qputenv("LC_CTYPE", "C.UTF-8");
-    std::setlocale(LC_ALL, "");
 }
 
 } // namespace
@@ -39,7 +38,7 @@ void ForceUtf8Locale()
 void PrepareProcess()
 {
 #ifndef Q_OS_WIN
-    ForceUtf8Locale();
+    ForceUtf8Environment();
 #endif
     qputenv("QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY", "1");
     // Pages of text gain nothing from the graphics card; without one, emulating it would cost every repaint of the
@@ -47,4 +46,13 @@ void PrepareProcess()
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     // The engine would list its parameters at each start.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext*=false"));
+}
+
+void SettleLocale()
+{
+#ifndef Q_OS_WIN
+    // A language that is not installed fails as a whole in the application object, and takes LC_CTYPE with it.
+    if (!IsUtf8Locale())
+        std::setlocale(LC_CTYPE, "C.UTF-8");
+#endif
 }

@@ -55,6 +55,7 @@ void ProgramRun::Start()
 {
     m_process.setProcessEnvironment(environment);
     m_process.setProgram(m_executable);
+    m_process.setArguments(arguments);
     m_process.start();
     m_process.waitForStarted();
 }

@@ -33,6 +33,7 @@ public:
     ~ProgramRun();
 
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    QStringList arguments;
 
     void Start();
     /// One command of the driver; its answer without "ok ", or a text that begins with "error".

@@ -131,6 +131,12 @@ INSTANTIATE_TEST_SUITE_P(
                               environment.remove(u"LC_CTYPE"_s);
                               environment.insert(u"LANG"_s, u"C"_s);
                           }},
+                    Place{"LocaleNotInstalled", u"Tạng Luật ṭīkā"_s,
+                          [](const ProductCopy &, QProcessEnvironment &environment) {
+                              environment.remove(u"LC_ALL"_s);
+                              environment.remove(u"LC_CTYPE"_s);
+                              environment.insert(u"LANG"_s, u"xx_YY.UTF-8"_s);
+                          }},
                     Place{"NoHome", u"nohome"_s,
                           [](const ProductCopy &, QProcessEnvironment &environment) {
                               environment.remove(u"HOME"_s);
@@ -148,6 +154,18 @@ INSTANTIATE_TEST_SUITE_P(
                               QFile::setPermissions(product.Folder(), QFile::ReadOwner | QFile::ExeOwner);
                           }}),
     [](const auto &info) { return std::string(info.param.name); });
+
+TEST(Start, TakesNoArguments)
+{
+    ProductCopy product;
+    ProgramRun program(product);
+    program.arguments = QStringList{u"--remote-debugging-port=0"_s};
+    program.Start();
+    EXPECT_EQ(program.Send(u"wait frmMain"_s), QString());
+    EXPECT_EQ(program.Send(u"wait-page ebContent"_s), QString());
+    EXPECT_EQ(program.Quit(), 0);
+    EXPECT_THAT(program.ErrorOutput().toStdString(), testing::Not(testing::HasSubstr("DevTools listening")));
+}
 
 TEST(TwoCopies, ReadAndKeepTheirSettings)
 {

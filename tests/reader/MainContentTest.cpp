@@ -75,6 +75,16 @@ TEST_F(Content, APassageWithoutTextShowsItsNameAndItsTextAgain)
     EXPECT_EQ(Page(), "<p>pali 1201</p>");
 }
 
+TEST_F(Content, ATextOfWhichTheSwapsLeaveNothingShowsItsName)
+{
+    Trigger("acMarginWidth2");
+    window->ViewSutta(2);
+    EXPECT_THAT(Page(), testing::HasSubstr("Segoe UI"));
+    FontName.clear();
+    window->ViewSutta(2);
+    EXPECT_THAT(Page(), testing::AllOf(testing::StartsWith("<HTML>"), testing::HasSubstr("Giới thứ nhì")));
+}
+
 TEST_F(Content, TheSizeIsSwappedAndTheFontByTheOption)
 {
     FontName = QStringLiteral("Gentium");

@@ -2,6 +2,7 @@
 
 #include "presentation/GlobalUnit.h"
 #include "stores/Modules.h"
+#include "support/FailingDisk.h"
 #include "toolkit/BarCombo.h"
 #include "toolkit/BrowserControl.h"
 #include "toolkit/CxButton.h"
@@ -149,6 +150,21 @@ TEST_F(ReaderWindow, WithoutTheCanonTheFailureIsToldTwiceAndTheEndAskedFor)
     EXPECT_NE(boxes[1].text, QString());
     EXPECT_EQ(Stored(QStringLiteral("InterfaceLang")), QVariant(0)); // what the events write on the way stays written
     EXPECT_EQ(Tree().model()->rowCount(), 0);
+}
+
+TEST_F(ReaderWindow, AFullDiskAtTheStartIsToldAndTheReaderWorks)
+{
+    StoreDefaults(1, 1101);
+    FailingDisk full(2, FailingDisk::Lasting::ForGood); // the folder is there, the value finds no room
+    disk = &full;
+    Start();
+    EXPECT_TRUE(full.Fired());
+    disk = &RealSettingsDisk();
+    Find<TcxButton>("btnPali").click();
+    EXPECT_EQ(Browser().Source(), QByteArray("<p>pali 1101</p>"));
+    EXPECT_EQ(Stored(QStringLiteral("LanguageSutta")), QVariant(0));
+    ASSERT_EQ(boxes.size(), 1);
+    EXPECT_EQ(boxes[0].text, QStringLiteral("No space left on device"));
 }
 
 TEST_F(ReaderWindow, ClientsAndDictionaryMayBeAbsent)

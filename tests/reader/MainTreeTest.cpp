@@ -193,6 +193,9 @@ TEST_F(ReaderWindow, AReloadComposesOnePage)
     EXPECT_EQ(pages, 1);
     ASSERT_TRUE(window->qryTreeSutas.Locate(QStringLiteral("ID_VIC"), 1102));
     EXPECT_EQ(pages, 2);
+    // A passage that is on the screen already stays, with what was coloured in it.
+    ASSERT_TRUE(window->qryTreeSutas.Locate(QStringLiteral("ID_VIC"), 1102));
+    EXPECT_EQ(pages, 2);
 }
 
 TEST_F(ReaderWindow, AGroupShowsItsOwnNameInAnyMode)

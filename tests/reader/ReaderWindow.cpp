@@ -27,7 +27,7 @@ insert into KELORA_CONTENT values (2, 1101, 'Paṭhama', 'First defeat', 'Giới
     '<p>pali 1101</p>', '<p>english 1101</p>', '<p style="font-size:150%">viet 1101 <a href="https://example.org/x">ngoài</a></p>',
     '<p>parallel 1101</p>');
 insert into KELORA_CONTENT values (2, 1102, 'Dutiya', null, 'Giới thứ nhì', 2,
-    '<p>pali 1102</p>', null, '<p>viet 1102</p>', '<p>parallel 1102</p>');
+    '<p>pali 1102</p>', 'Segoe UI', '<p>viet 1102</p>', '<p>parallel 1102</p>');
 insert into KELORA_CONTENT values (3, 1201, 'Mahākhandhaka', 'Great chapter', 'Chương lớn', 204,
     '<p>pali 1201</p>', null, '<p>viet 1201 kinh kinh kinh</p>', null);
 insert into KELORA_CONTENT values (3, 9971, 'Uposatha', null, 'Chương lễ 100%', 205, '<p>pali 9971</p>', null, null, null);
@@ -96,7 +96,7 @@ ModuleDoors ReaderWindow::Modules()
     doors.terminate = [this] { exitCodes.append(1); };
     doors.createRegistry = [this]() -> std::unique_ptr<TRegistry> {
         return std::make_unique<JsonRegistry>(settings.Path(QStringLiteral("config")),
-                                              settings.Path(QStringLiteral("autostart")));
+                                              settings.Path(QStringLiteral("autostart")), *disk);
     };
     return doors;
 }

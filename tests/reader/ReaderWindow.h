@@ -4,6 +4,7 @@
 #include "reader/Main.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraDM.h"
+#include "stores/SettingsDisk.h"
 #include "support/TestSupport.h"
 #include "toolkit/Doors.h"
 
@@ -66,7 +67,8 @@ protected:
     void CheckBoxes(const QList<Box> &expected);
 
     ScratchFolder settings;
-    QString program; ///< path of the executable that stands beside the canon
+    SettingsDisk *disk = &RealSettingsDisk(); ///< that the settings are on
+    QString program;                          ///< path of the executable that stands beside the canon
     QList<bool> answers;
     QList<Box> boxes;
     QStringList opened; ///< addresses handed to the system

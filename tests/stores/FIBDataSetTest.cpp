@@ -308,13 +308,16 @@ TEST_F(LocateTest, FetchesNoFurtherThanItMust)
     EXPECT_EQ(query.RecordCount(), 2);
 }
 
-TEST_F(LocateTest, TellsEvenOfTheRowWhereItStands)
+TEST_F(LocateTest, TellsOfMovesAlone)
 {
     TDataSource source;
     source.SetDataSet(&query);
     int changes = 0;
     source.OnDataChange = [&] { ++changes; };
-    EXPECT_TRUE(query.Locate(u"ID"_s, 1));
+    EXPECT_TRUE(query.Locate(u"ID"_s, 1)) << "it stands there already";
+    EXPECT_FALSE(query.Locate(u"ID"_s, 99));
+    EXPECT_EQ(changes, 0);
+    EXPECT_TRUE(query.Locate(u"ID"_s, 2));
     EXPECT_EQ(changes, 1);
 }
 

@@ -9,7 +9,9 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <chrono>
 #include <csignal>
+#include <thread>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -138,8 +140,11 @@ TEST_F(StoredSettings, TwoProcessesLoseNoWrite)
         JsonRegistry registry = Make();
         if (!registry.OpenKey(Options, true))
             throw RegistryError(registry.LastErrorText());
-        for (int i = 0; i < writes; ++i)
+        for (int i = 0; i < writes; ++i) {
             registry.WriteInteger(prefix + QString::number(i), i);
+            // The lock is not fair: who takes it again at once can keep the other out for longer than that waits.
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
     };
     const pid_t child = ::fork();
     if (child == 0) {

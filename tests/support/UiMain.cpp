@@ -11,6 +11,7 @@ int main(int argc, char **argv)
     testing::InitGoogleMock(&argc, argv);
     RegisterPageScheme();
     QApplication application(argc, argv);
+    SettleLocale();
     QApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();
 }

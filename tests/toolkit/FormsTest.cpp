@@ -1,9 +1,8 @@
 #include "toolkit/Forms.h"
-#include "support/WaitFor.h"
 
+#include <QCoreApplication>
 #include <QPointer>
 #include <QTest>
-#include <QTimer>
 #include <QWidget>
 
 #include <gmock/gmock.h>
@@ -52,13 +51,12 @@ TEST_F(Forms, AMinimisedOneIsRestored)
 TEST_F(Forms, AClosedOneIsFoundNoMoreAndGoes)
 {
     const QPointer<QWidget> form = Open(QStringLiteral("frmDictionary"));
-    // From the loop, as a reader closes it: what is closed outside of any loop is deleted by none.
-    QTimer::singleShot(0, form, [&] {
-        form->close();
-        EXPECT_EQ(FindForm(QStringLiteral("frmDictionary")), nullptr);
-        EXPECT_NE(Open(QStringLiteral("frmDictionary")), form.data());
-    });
-    EXPECT_TRUE(WaitFor([&] { return form.isNull(); }));
+    form->close();
+    EXPECT_EQ(FindForm(QStringLiteral("frmDictionary")), nullptr);
+    EXPECT_NE(Open(QStringLiteral("frmDictionary")), form.data());
+    // The program's own loop deletes it on its next turn; a loop that begins later leaves that to the outer one.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(form.isNull());
 }
 
 TEST_F(Forms, WhatFailsToBeMadeIsNotThere)
