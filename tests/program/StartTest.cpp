@@ -162,7 +162,7 @@ TEST(Start, TakesNoArguments)
     program.arguments = QStringList{u"-reverse"_s}; // the toolkit would lay out everything from right to left
     program.Start();
     EXPECT_EQ(program.Send(u"wait frmMain"_s), QString());
-    EXPECT_EQ(program.Send(u"get frmMain layoutDirection"_s), QString::number(Qt::LeftToRight));
+    EXPECT_EQ(program.Send(u"get frmMain layoutDirection"_s), u"LeftToRight"_s);
     EXPECT_EQ(program.Quit(), 0);
 }
 
