@@ -44,7 +44,7 @@ QByteArray TfrmMain::ComposePage(int mode)
     const QString column = ContentColumn(mode);
     const QByteArray content = column.isEmpty() ? QByteArray() : qryKeloraContent.FieldByName(column).AsBytes();
     // Whether there is a text is seen after the swaps: without a font's name a content can end up empty.
-    const QByteArray page = ComposePassage(content, {mode, frmKeloraDM->vMarginWidth, FontName});
+    QByteArray page = ComposePassage(content, {mode, frmKeloraDM->vMarginWidth, FontName});
     if (!page.isEmpty())
         return page;
     const auto nameOf = [this](const QString &field) { return qryTreeSutas.FieldByName(field).AsString(); };
