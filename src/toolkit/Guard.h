@@ -17,7 +17,7 @@ QMetaObject::Connection ConnectGuarded(const Sender *sender, Signal signal, QObj
 {
     return QObject::connect(sender, signal, context, [handler = std::move(handler)](auto &&...args) {
         RunGuarded([&] {
-            if constexpr (std::is_invocable_v<Handler, decltype(args)...>)
+            if constexpr (std::is_invocable_v<const Handler &, decltype(args)...>)
                 handler(std::forward<decltype(args)>(args)...);
             else
                 handler();
