@@ -54,8 +54,14 @@
     }
 
     give(firstHeight);
-    document.adoptedStyleSheets = [...document.adoptedStyleSheets, sheet];
-    addEventListener('DOMContentLoaded', estimate);
+    // While the page still comes in, each piece of it would lay out all the pieces before it once more.
+    const curtain = new CSSStyleSheet();
+    curtain.replaceSync('@media screen { body { display: none !important } }');
+    document.adoptedStyleSheets = [...document.adoptedStyleSheets, sheet, curtain];
+    addEventListener('DOMContentLoaded', () => {
+        document.adoptedStyleSheets = document.adoptedStyleSheets.filter((other) => other !== curtain);
+        estimate();
+    });
     // Another width, other heights; measured once when the dragging rests. By frames: the engine runs no timers where the
     // page's scripts are off.
     let lastResize = 0;
