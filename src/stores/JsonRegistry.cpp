@@ -124,7 +124,7 @@ void JsonRegistry::CloseKey()
     m_key.clear();
 }
 
-std::optional<SettingsFile> JsonRegistry::Load(QString &errorText) const
+std::optional<SettingsFile> JsonRegistry::ReadOnce(bool &isDamaged, QString &errorText) const
 {
     QByteArray bytes;
     switch (m_disk.Read(SettingsPath(), bytes, errorText)) {
@@ -135,7 +135,15 @@ std::optional<SettingsFile> JsonRegistry::Load(QString &errorText) const
     case SettingsDisk::ReadResult::Read:
         break;
     }
-    if (auto file = SettingsFile::Parse(bytes))
+    auto file = SettingsFile::Parse(bytes);
+    isDamaged = !file;
+    return file;
+}
+
+std::optional<SettingsFile> JsonRegistry::Load(QString &errorText) const
+{
+    bool isDamaged = false;
+    if (auto file = ReadOnce(isDamaged, errorText); !isDamaged)
         return file;
 
     // Where it cannot be set aside the settings are still as on a first run; only writing has to fail then.
@@ -150,16 +158,8 @@ std::optional<SettingsFile> JsonRegistry::Load(QString &errorText) const
 std::optional<SettingsFile> JsonRegistry::LoadLocked(QString &errorText) const
 {
     // Once more, because another copy may have put things right while we waited.
-    QByteArray bytes;
-    switch (m_disk.Read(SettingsPath(), bytes, errorText)) {
-    case SettingsDisk::ReadResult::Missing:
-        return SettingsFile();
-    case SettingsDisk::ReadResult::Failed:
-        return std::nullopt;
-    case SettingsDisk::ReadResult::Read:
-        break;
-    }
-    if (auto file = SettingsFile::Parse(bytes))
+    bool isDamaged = false;
+    if (auto file = ReadOnce(isDamaged, errorText); !isDamaged)
         return file;
     if (!SetAside(errorText))
         return std::nullopt;

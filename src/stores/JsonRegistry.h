@@ -46,6 +46,9 @@ private:
     bool OpenAutostart();
     bool Refuse(const QString &text);
 
+    /// The file as it stands, empty settings where there is none. Null when it can't be read, or holds no settings:
+    /// the latter is told by `isDamaged`, which stays as it is otherwise.
+    std::optional<SettingsFile> ReadOnce(bool &isDamaged, QString &errorText) const;
     /// The settings as they stand now; a damaged file is set aside on the way. None, with the reason, if they cannot be
     /// read.
     std::optional<SettingsFile> Load(QString &errorText) const;
