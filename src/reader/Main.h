@@ -16,6 +16,7 @@ class QSystemTrayIcon;
 class QUrl;
 class TBarCombo;
 class TDBTreeListColumn;
+class TDKLanguageController;
 
 namespace Ui {
 class frmMain;
@@ -70,6 +71,7 @@ private:
     void DeclareContentData();
     void FormCreate();
     void FormShow();
+    void FindLanguages();
     void StoreLastKelora();
     bool ConfirmQuit() const;
     void SetUpTray();
@@ -97,7 +99,7 @@ private:
     void SetUpCommands();
     void SetUpButtons();
     void SetUpSystemMenu();
-    TBarCombo *AddCombo(QMenu *menu, const QString &name, const QString &accessibleName);
+    TBarCombo *AddCombo(QMenu *menu, const QString &name);
     void Wire(QAction *action, std::function<void()> execute, std::function<bool(const ReaderFacts &)> rule = {});
     bool HasSelection() const;
     void UpdateCommands();
@@ -108,6 +110,7 @@ private:
     TBarCombo *bcbInterface = nullptr;
     TBarCombo *bcbLanguage = nullptr;
     QSystemTrayIcon *tiMainTray = nullptr;
+    TDKLanguageController *dkLang = nullptr;
     QString vDefTreeKeloraSQL;
     bool vIsInit = false;
     bool FIsStartPage = false;
