@@ -1,9 +1,14 @@
-#include "lumivara-data/Console.h"
+#include "common/Console.h"
 #include "lumivara-data/Verbs.h"
 
 #include <QCoreApplication>
 
 #include <clocale>
+
+constexpr Verb Verbs[] = {
+    {u"build", u"make the databases from their sources", RunBuild},
+    {u"check", u"tell what is wrong with a canon", RunCheck},
+};
 
 int main(int argc, char **argv)
 {
@@ -12,6 +17,6 @@ int main(int argc, char **argv)
     // which takes the locale from the environment.
     std::setlocale(LC_CTYPE, "C.UTF-8");
     QCoreApplication::setApplicationName(QStringLiteral("lumivara-data"));
-    Console console;
-    return RunTool(QCoreApplication::arguments().mid(1), console);
+    Console console(QCoreApplication::applicationName());
+    return RunTool(Verbs, QCoreApplication::arguments().mid(1), console);
 }
