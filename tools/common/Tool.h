@@ -26,7 +26,8 @@ private:
     QString m_text;
 };
 
-/// A verb of a tool. It gets what follows its name and gives the exit code; what it throws ends the tool with a message.
+/// A verb of a tool. It gets what follows its name and gives the exit code; what it throws ends the tool with a
+/// message.
 struct Verb
 {
     const char16_t *name;

@@ -1,9 +1,11 @@
 #include "lumivara-lang/LanguageCheck.h"
 
+#include "presentation/LangText.h"
 #include "presentation/Locales.h"
 #include "presentation/Translations.h"
 
 #include <QHash>
+#include <QMap>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -168,6 +170,12 @@ private:
 };
 
 } // namespace
+
+QStringList LinesOf(const QByteArray &bytes)
+{
+    QString text = DecodeLangText(bytes);
+    return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n').split(u'\n');
+}
 
 QList<LanguageFinding> CheckLanguage(const QStringList &lines, const QList<WindowTable> &windows)
 {

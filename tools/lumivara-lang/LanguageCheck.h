@@ -2,6 +2,7 @@
 
 #include "lumivara-lang/WindowTables.h"
 
+#include <QByteArray>
 #include <QList>
 #include <QString>
 
@@ -12,6 +13,9 @@ struct LanguageFinding
     QString text;
 };
 
-/// Compares the lines of a language file with the windows: what the program would not understand or not find, texts that
-/// are missing, and what a translation has lost of its text. Findings come in the order of their lines.
+/// The lines of a language file, decoded by the rules of the program.
+QStringList LinesOf(const QByteArray &bytes);
+
+/// Compares the lines of a language file with the windows: what the program would not understand or not find, texts
+/// that are missing, and what a translation has lost of its text. Findings come in the order of their lines.
 QList<LanguageFinding> CheckLanguage(const QStringList &lines, const QList<WindowTable> &windows);

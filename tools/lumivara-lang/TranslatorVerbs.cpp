@@ -35,7 +35,7 @@ QString FreshFile(quint16 id, const QList<WindowTable> &windows)
         for (const WindowText &entry : window.texts) {
             if (entry.isMeantForReaders)
                 text += u"; %1\n%2=%3\n"_s.arg(entry.name)
-                            .arg(entry.number, 8, 10, u'0')
+                            .arg(entry.number, 8, 10, QLatin1Char('0'))
                             .arg(EncodeLangValue(entry.value).trimmed());
         }
     }
@@ -70,9 +70,8 @@ int RunList(const QStringList &arguments, Console &console)
         for (const WindowText &text : window.texts) {
             if (parser.isSet(untranslated) && (!text.isMeantForReaders || (section && section->Find(text.number))))
                 continue;
-            console.Print(u"%1\t%2\t%3\t%4\n"_s.arg(window.section)
-                              .arg(text.number)
-                              .arg(text.name, EncodeLangValue(text.value)));
+            console.Print(
+                u"%1\t%2\t%3\t%4\n"_s.arg(window.section).arg(text.number).arg(text.name, EncodeLangValue(text.value)));
         }
     }
     return ExitCode::Clean;
@@ -83,7 +82,8 @@ int RunCheckLanguage(const QStringList &arguments, Console &console)
     QCommandLineParser parser;
     parser.setApplicationDescription(
         u"Tells what is wrong with a language file, one finding a line with its place: lines that the program skips,\n"
-        u"sections and numbers that it does not know, numbers that stand twice, texts that are missing, and mnemonics,\n"
+        u"sections and numbers that it does not know, numbers that stand twice, texts that are missing, and "
+        u"mnemonics,\n"
         u"placeholders and line breaks that a translation has lost.\n"
         u"Exit codes: 0 clean, 1 findings, 2 wrong usage or a file that cannot be read."_s);
     parser.addPositionalArgument(u"FILE"_s, u"The language file."_s, u"FILE.lng"_s);
@@ -117,7 +117,8 @@ int RunFresh(const QStringList &arguments, Console &console)
     const QStringList words = parser.positionalArguments();
     const quint16 id = words.value(0).toUShort();
     if (id == 0 || words.size() > 2)
-        throw ToolError(u"fresh wants a LANGID from 1 to 65535 and at most one FILE; see \"lumivara-lang fresh --help\""_s);
+        throw ToolError(
+            u"fresh wants a LANGID from 1 to 65535 and at most one FILE; see \"lumivara-lang fresh --help\""_s);
 
     const QString text = FreshFile(id, WindowsOf(parser));
     if (words.size() == 1) {

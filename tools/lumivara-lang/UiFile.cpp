@@ -184,8 +184,8 @@ private:
         while (className != "QObject") {
             className = m_ownClasses.contains(className) ? m_ownClasses.value(className) : BaseClass(className);
             if (className.isEmpty() || chain.contains(className))
-                throw ToolError(u"%1: what the class %2 extends is not known"_s.arg(
-                    m_path, QString::fromUtf8(chain.last())));
+                throw ToolError(
+                    u"%1: what the class %2 extends is not known"_s.arg(m_path, QString::fromUtf8(chain.last())));
             chain.append(className);
         }
         return chain;

@@ -126,7 +126,8 @@ SourceTree::SourceTree(const QString &root) : m_root(QDir::cleanPath(root))
 QList<WindowTable> SourceTree::Windows(const NumberLedger &ledger) const
 {
     QStringList paths;
-    for (QDirIterator files(m_root + u"/src"_s, {u"*.ui"_s}, QDir::Files, QDirIterator::Subdirectories); files.hasNext();)
+    for (QDirIterator files(m_root + u"/src"_s, {u"*.ui"_s}, QDir::Files, QDirIterator::Subdirectories);
+         files.hasNext();)
         paths += files.next();
     paths.sort();
     QList<WindowTable> windows;
