@@ -38,7 +38,8 @@ private:
         const QString name = PublishedNameOf(component, text);
         if (name.isEmpty())
             return;
-        object.setProperty(name.toUtf8(), text.isList ? QVariant(text.lines) : QVariant(text.lines.value(0)));
+        object.setProperty(name.toUtf8().constData(),
+                           text.isList ? QVariant(text.lines) : QVariant(text.lines.value(0)));
         // A caption that only repeats the component's name is the designer's, not written for a reader.
         if (text.isMeantForReaders && text.lines != QStringList{component.name})
             meantForReaders.insert(component.name + u'.' + name);
@@ -69,7 +70,7 @@ QByteArray TableOf(const QString &section, const QHash<QString, int> &numbers)
             owned.insert(component, entry = &root.AddOwned(component));
         if (!entry->FPropEntries)
             entry->FPropEntries = std::make_unique<TDKLang_PropEntries>();
-        entry->FPropEntries->Add({.iID = number, .wsPropName = text.section(u'.', 1)});
+        entry->FPropEntries->Add({number, false, text.section(u'.', 1), {}});
     }
     return SaveLangData(root);
 }
