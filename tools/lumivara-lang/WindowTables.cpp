@@ -57,17 +57,18 @@ private:
     }
 };
 
-/// The table as far as numbers have been given out.
-QByteArray TableOf(const QString &section, const QHash<QString, int> &numbers)
+/// The table as far as numbers have been given out, in the order of the description.
+QByteArray TableOf(const UiWindow &description, const QHash<QString, int> &numbers)
 {
     TDKLang_CompEntry root;
-    root.FName = section;
-    QHash<QString, TDKLang_CompEntry *> owned;
+    root.FName = description.Name();
+    QHash<QString, TDKLang_CompEntry *> entries{{description.Name(), &root}};
+    for (const UiComponent &component : description.components.sliced(1))
+        entries.insert(component.name, &root.AddOwned(component.name));
     for (auto [text, number] : numbers.asKeyValueRange()) {
-        const QString component = text.section(u'.', 0, 0);
-        TDKLang_CompEntry *entry = component == section ? &root : owned.value(component);
+        TDKLang_CompEntry *entry = entries.value(text.section(u'.', 0, 0));
         if (!entry)
-            owned.insert(component, entry = &root.AddOwned(component));
+            continue; // of a component that is gone
         if (!entry->FPropEntries)
             entry->FPropEntries = std::make_unique<TDKLang_PropEntries>();
         entry->FPropEntries->Add({number, false, text.section(u'.', 1), {}});
@@ -101,7 +102,7 @@ WindowTable NumberWindow(const QString &uiPath, const NumberLedger &ledger)
     QHash<QString, int> known = ledger.Numbers(table.section);
 
     StandIn standIn(description);
-    TDKLanguageController controller(&standIn.window, TableOf(table.section, known));
+    TDKLanguageController controller(&standIn.window, TableOf(description, known));
     controller.UpdateEntries(UpdateMode::DesignTime, ledger.Highest(table.section));
     table.langData = SaveLangData(controller.RootEntry());
 
