@@ -100,7 +100,7 @@ public:
                 Renew(entry);
         }
         if (m_mode == UpdateMode::DesignTime && !entry.FOwner)
-            AddNewComponents(entry);
+            RenewComponents(entry);
         if (entry.FOwnedCompEntries)
             for (const auto &owned : *entry.FOwnedCompEntries)
                 Update(*owned);
@@ -140,12 +140,14 @@ private:
             entry.FPropEntries.reset();
     }
 
-    static void AddNewComponents(TDKLang_CompEntry &root)
+    static void RenewComponents(TDKLang_CompEntry &root)
     {
         QSet<const QObject *> known;
-        if (root.FOwnedCompEntries)
+        if (root.FOwnedCompEntries) {
+            std::erase_if(*root.FOwnedCompEntries, [](const auto &owned) { return !owned->FComponent; });
             for (const auto &owned : *root.FOwnedCompEntries)
                 known.insert(owned->FComponent);
+        }
         const QList<QObject *> present = OwnedComponents(*root.FComponent);
         for (QObject *component : present)
             if (!known.contains(component))

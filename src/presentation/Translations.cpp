@@ -164,14 +164,24 @@ private:
                     doubledId = items[order[i]].iID;
                 }
             }
-            TDKLang_CompTranslation::Items sorted;
-            sorted.reserve(items.size());
-            for (const quint32 i : order)
-                sorted.push_back(std::move(items[i]));
-            items = std::move(sorted);
+            Permute(items, order);
         }
         if (doubledLine >= 0)
             FailAtLine(doubledLine, DuplicateText(doubledId));
+    }
+
+    // Cycle by cycle in place, since a copy would hold all values twice.
+    static void Permute(TDKLang_CompTranslation::Items &items, std::vector<quint32> &order)
+    {
+        for (quint32 first = 0; first < order.size(); ++first) {
+            quint32 at = first;
+            for (quint32 from = order[at]; from != first; from = order[at]) {
+                std::swap(items[at], items[from]);
+                order[at] = at;
+                at = from;
+            }
+            order[at] = at;
+        }
     }
 
     TDKLang_CompTranslations &m_target;

@@ -5,11 +5,6 @@
 
 #include <clocale>
 
-constexpr Verb Verbs[] = {
-    {u"build", u"make the databases from their sources", RunBuild},
-    {u"check", u"tell what is wrong with a canon", RunCheck},
-};
-
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
@@ -18,5 +13,5 @@ int main(int argc, char **argv)
     std::setlocale(LC_CTYPE, "C.UTF-8");
     QCoreApplication::setApplicationName(QStringLiteral("lumivara-data"));
     Console console(QCoreApplication::applicationName());
-    return RunTool(Verbs, QCoreApplication::arguments().mid(1), console);
+    return RunTool(DataVerbs(), QCoreApplication::arguments().mid(1), console);
 }
