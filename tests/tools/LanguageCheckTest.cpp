@@ -85,7 +85,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"LostMnemonic", Without(u"&"_s), u"6: frmSmall 2 btnGo.Caption has lost its mnemonic \"&\"\n"_s},
         Case{"ShownAmpersandIsNone", Without(u"x"_s).replace(u"&A"_s, u"&&A"_s),
              u"6: frmSmall 2 btnGo.Caption has lost its mnemonic \"&\"\n"_s},
-        Case{"NewMnemonic", Without(u"x"_s).replace(u"F"_s, u"&F"_s),
+        Case{"NewMnemonic", Without(u"x"_s).replace(u"Fen"_s, u"&Fen"_s),
              u"5: frmSmall 1 frmSmall.Caption has a mnemonic \"&\" that its text has not; write \"&&\"\n"_s},
         Case{"LostPlaceholder", Without(u"%d de "_s),
              u"7: frmSmall 3 lbCount.Caption has placeholders other than \"%d %s\"\n"_s},

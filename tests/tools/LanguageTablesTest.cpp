@@ -168,7 +168,7 @@ TEST_F(LanguageTables, ATextThatCouldNotBeTranslatedIsRefused)
         {"<action name=\"acGo\">", list + "<action name=\"acGo\">", u"the text of an item of QListWidget can't be"_s},
         {"<action name=\"acGo\">", tab + "<action name=\"acGo\">", u"the attribute \"title\" can't be translated"_s},
         {"acDraft", "acGo", u"two components are called \"acGo\""_s},
-        {"QComboBox", "QCombobox", u"what the class QCombobox extends is not known"_s},
+        {"QVBoxLayout", "QTallLayout", u"what the class QTallLayout extends is not known"_s},
         {"</buttongroups>", "</buttongroup>", u"Small.ui:"_s},
         {"<ui version", "<gui version", u"not a window's description"_s},
     };
