@@ -114,6 +114,14 @@ void TfrmSearchSutas::FormShow()
     ui->lcSearchSuttaItemResult->hide();
 }
 
+bool TfrmSearchSutas::event(QEvent *event)
+{
+    // The desktop draws the frame late, and edges are the frame's: once it shows, the window is placed again.
+    if (event->type() == QEvent::WindowActivate && !std::exchange(m_isPlaced, true))
+        QMetaObject::invokeMethod(this, &TfrmSearchSutas::PlaceAtTheRight, Qt::QueuedConnection);
+    return QWidget::event(event);
+}
+
 void TfrmSearchSutas::PlaceAtTheRight()
 {
     const QRect desk = screen()->geometry();
