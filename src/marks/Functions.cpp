@@ -45,7 +45,7 @@ unsigned GoingUnits(const char16_t *at)
     const __m128i next = Narrowed(at + 1);
     const __m128i lineEnd = _mm_or_si128(Equal(here, '\n'), Equal(here, '\r'));
     // "<" and ">" differ in one bit.
-    const __m128i bracket = Equal(_mm_and_si128(here, _mm_set1_epi8('\x7D' | '\x80')), '<');
+    const __m128i bracket = Equal(_mm_and_si128(here, _mm_set1_epi8('\xFD')), '<');
     const __m128i blank = _mm_or_si128(Equal(here, ' '), Equal(here, '\t'));
     const __m128i blankNext = _mm_or_si128(Equal(next, ' '), Equal(next, '\t'));
     const __m128i lineEndNext = _mm_or_si128(Equal(next, '\n'), Equal(next, '\r'));

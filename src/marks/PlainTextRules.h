@@ -35,7 +35,7 @@ struct Entity
 
 /// None of them makes another one when it is decoded, save "&amp;", whose result is not read again: one pass from left
 /// to right gives the same as one pass for each.
-inline constexpr std::array<Entity, 5> Entities{
-    Entity{"quot;", '"'}, Entity{"apos;", '\''}, Entity{"gt;", '>'}, Entity{"lt;", '<'}, Entity{"amp;", '&'}};
+inline constexpr std::array<Entity, 5> Entities{Entity{"quot;", '"'}, Entity{"apos;", '\''}, Entity{"gt;", '>'},
+                                                Entity{"lt;", '<'}, Entity{"amp;", '&'}};
 
 } // namespace PlainTextRules

@@ -45,12 +45,12 @@ private:
     static Filter FilterFor(const QByteArray &word);
     bool MayBegin(char first, char second) const;
     const char *NextCandidate(const char *from, const char *end) const;
-    qsizetype MatchedBytes(const char *at, const char *end) const;
+    bool MatchesAt(const char *at, const char *end, qsizetype &effort) const;
     std::optional<QString> FirstHitByCharacters(const QByteArray &page) const;
 
-    QString m_word;                  // A to Z lowered
+    QString m_word;                   // A to Z lowered
     std::vector<qsizetype> m_borders; // for each start of the word, the length of its longest end that is a start too
-    QByteArray m_bytes;              // the word in UTF-8
+    QByteArray m_bytes;               // the word in UTF-8
     Filter m_filter;
     bool m_needsCharacters = false;
 };

@@ -18,7 +18,8 @@ struct SuttaSearchEvents
     std::function<void()> onRow;
 };
 
-/// Seeks a word (trimmed, as typed) in every passage from the current row to the last, in the language the reader reads:
-/// 0 Pāli, 1 Vietnamese, 10 parallel. Any other value reads nothing, so nothing is found. Moves the cursor to the end;
-/// keeps one page at a time. Returns the number of hits. Throws DatabaseError when the rows themselves can't be fetched.
+/// Seeks a word (trimmed, as typed) in every passage from the current row to the last, in the language the reader
+/// reads: 0 Pāli, 1 Vietnamese, 10 parallel. Any other value reads nothing, so nothing is found. Moves the cursor to
+/// the end; keeps one page at a time. Returns the number of hits. Throws DatabaseError when the rows themselves can't
+/// be fetched.
 int ScanSuttas(TpFIBDataSet &passages, const QString &word, int language, const SuttaSearchEvents &events);
