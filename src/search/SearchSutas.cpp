@@ -14,6 +14,7 @@
 #include "ui_SearchSutas.h"
 
 #include <QCloseEvent>
+#include <QScopeGuard>
 #include <QScreen>
 
 #include <algorithm>
@@ -231,10 +232,13 @@ int TfrmSearchSutas::Scan(const QString &word)
 void TfrmSearchSutas::AppendResult(const QString &sample)
 {
     mdSearchResult.Append();
+    // A row that cannot be stored is given up, or the next one would bring it again.
+    auto giveUp = qScopeGuard([this] { mdSearchResult.Cancel(); });
     for (const QString &field : {u"ID_VIT"_s, u"ID_VIC"_s, u"NAME_VIC_VIE"_s, u"NAME_VIC_PAL"_s})
         mdSearchResult.FieldByName(field).SetValue(qryListSutas.FieldByName(field).Value());
     mdSearchResult.FieldByName(u"SAMPLE_TEXT"_s).SetAsString(sample);
     mdSearchResult.Post();
+    giveUp.dismiss();
 }
 
 void TfrmSearchSutas::GoToFirstResult()
@@ -263,11 +267,13 @@ void TfrmSearchSutas::ColourPage()
     if (m_isColouring)
         return;
     m_isColouring = true;
+    const auto end = qScopeGuard([this] {
+        m_isColouring = false;
+        if (m_isClosedWaiting)
+            deleteLater();
+    });
     while (std::exchange(m_isColourDue, false) && !m_isClosedWaiting)
         frmMain->Content().SearchAndHighlight(ui->edSearchText->text(), {}, ScrollMode::None, {}, u"Yellow"_s);
-    m_isColouring = false;
-    if (m_isClosedWaiting)
-        deleteLater();
 }
 
 void TfrmSearchSutas::ShowNameColumn(int language)

@@ -83,8 +83,10 @@ TEST_F(SearchSutas, OpensAtTheRightAndOnlyOnce)
     Open();
     ASSERT_TRUE(QTest::qWaitForWindowActive(form));
     const QRect desk = form->screen()->geometry();
-    EXPECT_TRUE(WaitFor([&] { return form->frameGeometry().top() == 95; }));
-    EXPECT_EQ(form->frameGeometry().right() + 1, desk.right() + 1 - 25);
+    EXPECT_TRUE(WaitFor([&] {
+        const QRect frame = form->frameGeometry();
+        return frame.top() == desk.top() + 95 && frame.right() == desk.right() - 25;
+    }));
     EXPECT_EQ(form->size(), QSize(624, 262));
     EXPECT_FALSE(Shows("lcSearchSuttaItemProgress") || Shows("lcSearchSuttaItemResult"));
     form->showMinimized();
@@ -147,10 +149,10 @@ TEST_F(SearchSutas, AResultIsYellowAndOtherPagesHaveTheColourOfTheOption)
     EXPECT_EQ(Coloured(Green), u"viet"_s);
     EXPECT_EQ(Coloured(Yellow), u"1102"_s);
     // Not trimmed, it may find nothing.
-    Search(u" 1201 "_s);
-    EXPECT_EQ(Found(), QList<int>{1201});
+    Search(u" viet"_s);
+    EXPECT_EQ(Found().size(), 3);
     EXPECT_EQ(Coloured(Yellow), QString());
-    EXPECT_EQ(Coloured(Green), u"1201"_s);
+    EXPECT_EQ(Coloured(Green), u"viet"_s);
 }
 
 TEST_F(SearchSutas, APassageThatIsNotInTheTreeLeavesThePage)
@@ -188,7 +190,9 @@ TEST_F(SearchSutas, BlankClearAndCloseEndASearch)
     EXPECT_EQ(Found().size(), 3);
     form->close();
     EXPECT_EQ(window->vFindSuttaStr, QString());
-    EXPECT_TRUE(WaitFor([&] { return !form; }));
+    // The program's own loop deletes it on its next turn.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(form);
     CheckBoxes({});
 }
 
