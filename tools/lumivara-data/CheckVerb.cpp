@@ -1,7 +1,7 @@
 #include "lumivara-data/Verbs.h"
 
-#include "lumivara-data/CanonFile.h"
 #include "common/Console.h"
+#include "lumivara-data/CanonFile.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>
