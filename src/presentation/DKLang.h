@@ -68,7 +68,7 @@ public:
     void ApplyTranslation(const TDKLang_CompTranslation *section);
 
 private:
-    void Update(TDKLang_CompEntry &entry, UpdateMode mode, int *highest);
+    friend class TDKLanguageManager;
 
     std::unique_ptr<TDKLang_CompEntry> FRootCompEntry;
     TDKLanguageManager *m_manager = nullptr;

@@ -5,16 +5,22 @@
 
 namespace {
 
-constexpr LocaleRow rows[] = {
-    {1033, "en-US", "English (United States)", "English", "English (United States)"},
-    {1066, "vi-VN", "Vietnamese (Vietnam)", "Vietnamese", "Tiếng Việt (Việt Nam)"},
+constexpr LocaleRow Rows[] = {
+#include "presentation/LocaleRows.inc"
 };
+
+static_assert(std::size(Rows) == 273);
+static_assert(std::ranges::is_sorted(Rows, std::ranges::less_equal{}, &LocaleRow::id), "bisection needs the order");
 
 } // namespace
 
+std::span<const LocaleRow> LocaleRows()
+{
+    return Rows;
+}
+
 const LocaleRow *FindLocale(quint16 id)
 {
-    const auto *row =
-        std::lower_bound(std::begin(rows), std::end(rows), id, [](const LocaleRow &r, quint16 v) { return r.id < v; });
-    return row != std::end(rows) && row->id == id ? row : nullptr;
+    const auto row = std::ranges::lower_bound(Rows, id, {}, &LocaleRow::id);
+    return row != std::end(Rows) && row->id == id ? row : nullptr;
 }

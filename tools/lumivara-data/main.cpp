@@ -1,4 +1,4 @@
-#include "lumivara-data/Console.h"
+#include "common/Console.h"
 #include "lumivara-data/Verbs.h"
 
 #include <QCoreApplication>
@@ -12,6 +12,6 @@ int main(int argc, char **argv)
     // which takes the locale from the environment.
     std::setlocale(LC_CTYPE, "C.UTF-8");
     QCoreApplication::setApplicationName(QStringLiteral("lumivara-data"));
-    Console console;
-    return RunTool(QCoreApplication::arguments().mid(1), console);
+    Console console(QCoreApplication::applicationName());
+    return RunTool(DataVerbs(), QCoreApplication::arguments().mid(1), console);
 }
