@@ -1,6 +1,7 @@
 #include "reader/Main.h"
 
 #include "presentation/DKLang.h"
+#include "presentation/FormLanguage.h"
 #include "presentation/GlobalUnit.h"
 #include "reader/PageComposer.h"
 #include "reader/ReaderRules.h"
@@ -57,8 +58,7 @@ TfrmMain::TfrmMain(QWidget *parent)
     SetUpButtons();
     SetUpSystemMenu();
     SetUpTray();
-    dkLang = new TDKLanguageController(this, QStringLiteral(":/langdata/frmMain"));
-    dkLang->Loaded();
+    dkLang = TranslateForm(*this);
 
     RunGuarded([this] { FormCreate(); });
     ui->dbtSutas->setFocus();

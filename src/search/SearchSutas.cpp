@@ -1,5 +1,6 @@
 #include "search/SearchSutas.h"
 
+#include "presentation/FormLanguage.h"
 #include "presentation/GlobalUnit.h"
 #include "reader/Main.h"
 #include "reader/PageComposer.h"
@@ -46,6 +47,7 @@ TfrmSearchSutas::TfrmSearchSutas(QWidget *parent)
     font.setPixelSize(FontHeight);
     setFont(font);
     ui->setupUi(this);
+    TranslateForm(*this);
     DeclareListData();
     DeclareResultData();
     ui->gtvSutas->SetDataSource(&dsSearchResult);
