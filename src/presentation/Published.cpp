@@ -152,6 +152,8 @@ QString Joined(const QStringList &lines)
 
 QString WithLineFeeds(QString text)
 {
+    if (!text.contains(u'\r'))
+        return text;
     return text.replace(lineBreak, QLatin1StringView("\n")).replace(u'\r', u'\n');
 }
 

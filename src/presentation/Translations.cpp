@@ -99,7 +99,7 @@ private:
         } else if (m_section < 0) {
             AddConstant(name.toString(), DecodeLangValue(raw));
         } else if (const int id = name.toInt(); id > 0) {
-            Spend(64 + TextBytes(raw.size()));
+            Spend(96 + TextBytes(raw.size()));
             auto &[section, lines] = m_sections[m_section];
             Grow(section->m_items);
             section->m_items.push_back({id, {}, DecodeLangValue(raw)});

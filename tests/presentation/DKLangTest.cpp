@@ -294,6 +294,28 @@ TEST_F(Languages, ALanguageMayComeFromAStream)
     EXPECT_FALSE(manager.AddLanguageResource(resource));
 }
 
+// Runs before main, while no application exists.
+const QString beforeTheStart = [] {
+    QObject window;
+    TDKLanguageController controller(&window);
+    controller.UpdateEntries(UpdateMode::DesignTime);
+    controller.Loaded();
+    try {
+        LangManager();
+    } catch (const EDKLangError &error) {
+        return error.Text();
+    }
+    return QString();
+}();
+
+TEST(LangManager, IsForTheRunningProgram)
+{
+    EXPECT_EQ(beforeTheStart, u"Call to LangManager() is allowed at runtime only"_qs);
+    EXPECT_EQ(&LangManager(), &LangManager());
+    EXPECT_EQ(LangManager().DefaultLanguage(), 1033);
+    EXPECT_EQ(LangManager().Constants().Count(), 0);
+}
+
 TEST(LanguageController, RefusesADamagedTableAndStaysUnregistered)
 {
     TDKLanguageManager manager;
@@ -302,7 +324,6 @@ TEST(LanguageController, RefusesADamagedTableAndStaysUnregistered)
     EXPECT_THROW(TDKLanguageController(&window, u":/langdata/absent"_qs, &manager), EDKLangError);
     EXPECT_NO_THROW(manager.TranslateAll(nullptr));
     EXPECT_TRUE(window.children().isEmpty());
-    EXPECT_EQ(&LangManager(), &LangManager());
 }
 
 } // namespace
