@@ -17,6 +17,7 @@
 #include <QCloseEvent>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -119,16 +120,21 @@ void TfrmSearchSutas::FormShow()
 
 bool TfrmSearchSutas::event(QEvent *event)
 {
-    // The desktop draws the frame late, and edges are the frame's: once it shows, the window is placed again.
-    if (event->type() == QEvent::WindowActivate && !std::exchange(m_isPlaced, true))
+    // Edges are the frame's, which the desktop draws late, and while it is at it the toolkit reads odd margins.
+    const QMargins frame = m_hasFrame || !windowHandle() ? QMargins() : windowHandle()->frameMargins();
+    if (frame.top() > 0 && std::min({frame.left(), frame.right(), frame.bottom()}) >= 0) {
+        m_hasFrame = true;
         QMetaObject::invokeMethod(this, &TfrmSearchSutas::PlaceAtTheRight, Qt::QueuedConnection);
+    }
     return QWidget::event(event);
 }
 
 void TfrmSearchSutas::PlaceAtTheRight()
 {
     const QRect desk = screen()->geometry();
-    move(desk.right() + 1 - RightGap - frameGeometry().width(), desk.top() + WindowTop);
+    const QMargins frame = m_hasFrame ? windowHandle()->frameMargins() : QMargins();
+    const int frameWidth = frame.left() + width() + frame.right();
+    move(desk.right() + 1 - RightGap - frameWidth, desk.top() + WindowTop);
 }
 
 void TfrmSearchSutas::closeEvent(QCloseEvent *event)

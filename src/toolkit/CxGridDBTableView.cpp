@@ -302,6 +302,13 @@ void TcxGridDBTableView::FillWidth()
     for (size_t column = 0; column < m_columns.size(); ++column)
         setColumnHidden(static_cast<int>(column), !m_columns[column]->Visible());
     ShareWidth(0, viewport()->width());
+    // The keys do nothing on a focus that stands in a hidden column.
+    const QModelIndex current = currentIndex();
+    const std::vector<int> columns = VisibleColumns();
+    if (!current.isValid() || columns.empty() || !isColumnHidden(current.column()))
+        return;
+    const QScopedValueRollback following(m_following, true);
+    selectionModel()->setCurrentIndex(current.siblingAtColumn(columns.front()), QItemSelectionModel::NoUpdate);
 }
 
 void TcxGridDBTableView::ShareWidth(int firstColumn, int width)

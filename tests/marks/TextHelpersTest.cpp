@@ -28,7 +28,7 @@ TEST(HtmlToPlainText, IsTheBodyAsTheEngineReadsIt)
     for (const auto &row : rows)
         EXPECT_EQ(HtmlToPlainText(row.html), row.plain) << row.rule;
     // Longer than the engine takes as a text.
-    EXPECT_EQ(HtmlToPlainText(u"<p>"_s + QString(3'000'000, u'ṭ')).size(), 3'000'000);
+    EXPECT_EQ(HtmlToPlainText(u"<p>"_s + QString(1'000'000, u'ṭ')).size(), 1'000'000);
 }
 
 TEST(HtmlToPlainText, GivesNothingWhenTheProgramEndsMeanwhile)

@@ -150,6 +150,9 @@ TEST_F(CxGrid, FocusAndCursorFollowEachOther)
     view.scrollToTop();
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, Cell(3, 2).center());
     EXPECT_EQ(rows.RecNo(), 3);
+    text.SetVisible(false);
+    QTest::keyClick(&view, Qt::Key_Down);
+    EXPECT_EQ(rows.RecNo(), 4);
 }
 
 TEST_F(CxGrid, AMoveThatFailsIsToldOnceAndTheFocusStaysWithTheCursor)
