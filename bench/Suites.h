@@ -2,4 +2,5 @@
 
 /// Registers the measures of one subsystem each.
 void RegisterReaderMeasures();
+void RegisterColourMeasures();
 void RegisterProgramMeasures();
