@@ -71,7 +71,7 @@ private:
     void FormCreate();
     void FormShow();
     void StoreLastKelora();
-    bool ConfirmQuit() const;
+    bool ConfirmQuit();
     void SetUpTray();
     void tiMainTrayClick();
     void bcbLanguageChange();
@@ -111,6 +111,7 @@ private:
     QString vDefTreeKeloraSQL;
     bool vIsInit = false;
     bool FIsStartPage = false;
+    bool m_isAskingToQuit = false;
 };
 
 /// The one main window; null until the start has made it.
