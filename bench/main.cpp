@@ -23,6 +23,7 @@ int main(int argc, char **argv)
         names.remove(option, 2);
     }
     RegisterReaderMeasures();
+    RegisterColourMeasures();
     RegisterProgramMeasures();
     RegisterSearchMeasures();
     // Inside the event loop, as in the program: the engine runs slowly without one.

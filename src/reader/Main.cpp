@@ -18,6 +18,8 @@
 #include <QScopeGuard>
 #include <QSystemTrayIcon>
 
+#include <utility>
+
 TfrmMain *frmMain = nullptr;
 
 // The resources of a static library come along only when asked for, and only outside of namespaces.
@@ -216,8 +218,12 @@ void TfrmMain::bcbLanguageChange()
     frmKeloraDM->WriteOption(QStringLiteral("InterfaceLang"), InterfaceLang);
 }
 
-bool TfrmMain::ConfirmQuit() const
+bool TfrmMain::ConfirmQuit()
 {
+    // The tray and the end of the session reach the window while the question is open: it is not asked twice.
+    if (std::exchange(m_isAskingToQuit, true))
+        return false;
+    const auto endAsking = qScopeGuard([this] { m_isAskingToQuit = false; });
     const BoxText prompt = QuitPrompt(InterfaceLang);
     return Doors().messageBox(prompt.title, prompt.text, BoxButtons::YesNo, BoxIcon::Question);
 }

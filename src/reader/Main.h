@@ -76,7 +76,7 @@ private:
     void FormShow();
     void FindLanguages();
     void StoreLastKelora();
-    bool ConfirmQuit() const;
+    bool ConfirmQuit();
     void SetUpTray();
     void tiMainTrayClick();
     void bcbLanguageChange();
@@ -117,6 +117,7 @@ private:
     QString vDefTreeKeloraSQL;
     bool vIsInit = false;
     bool FIsStartPage = false;
+    bool m_isAskingToQuit = false;
 };
 
 /// The one main window; null until the start has made it.

@@ -234,6 +234,24 @@ INSTANTIATE_TEST_SUITE_P(Languages, QuitPrompts,
                                          Prompt{"AnyOther", 2, "", ""}),
                          [](const auto &info) { return std::string(info.param.language); });
 
+TEST_F(ReaderWindow, AsksOnceToQuitWhileTheQuestionIsOpen)
+{
+    StoreDefaults(1, 1101);
+    Start();
+    int asked = 0;
+    Doors().messageBox = [&](const QString &, const QString &, BoxButtons, BoxIcon) {
+        if (++asked % 2 == 1) {
+            EXPECT_FALSE(window->close());
+            Trigger("acExit");
+        }
+        return false;
+    };
+    EXPECT_FALSE(window->close());
+    EXPECT_EQ(asked, 1);
+    Trigger("acExit");
+    EXPECT_EQ(asked, 2); // a refused question leaves the next one free
+}
+
 TEST_F(ReaderWindow, LeavingOnAGroupStoresNoPassage)
 {
     StoreDefaults(1, 1101);
