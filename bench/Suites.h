@@ -3,3 +3,4 @@
 /// Registers the measures of one subsystem each.
 void RegisterReaderMeasures();
 void RegisterProgramMeasures();
+void RegisterSearchMeasures();
