@@ -157,7 +157,8 @@ void TfrmMain::FindLanguages()
     LangManager().ScanLanguageFiles(AppPath, QStringLiteral("*.lng"), false);
     for (int index = 0; index < LangManager().GetLanguageCount(); ++index)
         bcbLanguage->AddItem(LangManager().GetLanguageName(index));
-    bcbLanguage->SetItemIndex(InterfaceLang == 0 || InterfaceLang == 1 ? InterfaceLang : -1);
+    // A language or a store that fails is told, and costs nobody the canon.
+    RunGuarded([this] { bcbLanguage->SetItemIndex(InterfaceLang == 0 || InterfaceLang == 1 ? InterfaceLang : -1); });
 }
 
 void TfrmMain::FormCreate()

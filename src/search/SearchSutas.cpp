@@ -121,7 +121,7 @@ void TfrmSearchSutas::FormShow()
 bool TfrmSearchSutas::event(QEvent *event)
 {
     // Edges are the frame's, which the desktop draws late, and while it is at it the toolkit reads odd margins.
-    const QMargins frame = m_hasFrame || !windowHandle() ? QMargins() : windowHandle()->frameMargins();
+    const QMargins frame = isVisible() && !m_hasFrame ? windowHandle()->frameMargins() : QMargins();
     if (frame.top() > 0 && std::min({frame.left(), frame.right(), frame.bottom()}) >= 0) {
         m_hasFrame = true;
         QMetaObject::invokeMethod(this, &TfrmSearchSutas::PlaceAtTheRight, Qt::QueuedConnection);
