@@ -96,6 +96,8 @@ public:
     ~TDKLanguageManager();
     Q_DISABLE_COPY(TDKLanguageManager)
 
+    /// Forgets the registered languages, and stands on 1033 as at first. What the windows show stays.
+    void ForgetLanguages();
     /// Says what language the windows are designed in, 1033 at first. While the designed texts are on show, which they
     /// are before any switch, the current language goes with it.
     void SetDefaultLanguage(quint16 id);
@@ -139,8 +141,9 @@ private:
     mutable QReadWriteLock m_lock;
     QList<TDKLanguageController *> m_controllers;
     QList<TDKLang_LangResource> m_resources;
-    quint16 m_defaultLanguage = 1033;
-    quint16 m_currentLanguage = 1033;
+    static constexpr quint16 FirstLanguage = 1033;
+    quint16 m_defaultLanguage = FirstLanguage;
+    quint16 m_currentLanguage = FirstLanguage;
     TDKLang_Constants m_constants;
 };
 

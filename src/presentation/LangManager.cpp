@@ -54,6 +54,13 @@ TDKLanguageManager::~TDKLanguageManager()
         controller->m_manager = nullptr;
 }
 
+void TDKLanguageManager::ForgetLanguages()
+{
+    const QWriteLocker lock(&m_lock);
+    m_resources.clear();
+    m_defaultLanguage = m_currentLanguage = FirstLanguage;
+}
+
 void TDKLanguageManager::SetDefaultLanguage(quint16 id)
 {
     const QWriteLocker lock(&m_lock);

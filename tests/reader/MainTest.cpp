@@ -122,23 +122,6 @@ TEST_F(ReaderWindow, AnInterfaceLanguageWithoutAFileFallsBackToTheDefault)
     EXPECT_EQ(Stored(QStringLiteral("InterfaceLang")), QVariant(0));
 }
 
-TEST_F(ReaderWindow, AFurtherInterfaceLanguageChoosesTheNamesOfTheTree)
-{
-    StoreDefaults(1, 1101);
-    Start();
-    auto &language = Find<TBarCombo>("bcbLanguage");
-    language.AddItem(QStringLiteral("English"));
-    language.AddItem(QStringLiteral("Deutsch"));
-    language.SetItemIndex(1);
-    EXPECT_EQ(Tree().currentIndex().data().toString(), Text("Paṭhama"));
-    EXPECT_EQ(Stored(QStringLiteral("InterfaceLang")), QVariant(1));
-    language.SetItemIndex(2);
-    EXPECT_EQ(Tree().currentIndex().data().toString(), Text("Paṭhama"));
-    EXPECT_EQ(InterfaceLang, 2);
-    language.SetItemIndex(0);
-    EXPECT_EQ(Tree().currentIndex().data().toString(), Text("Giới thứ nhất"));
-}
-
 TEST_F(ReaderWindow, WithoutTheCanonTheFailureIsToldTwiceAndTheEndAskedFor)
 {
     program = settings.Path(QStringLiteral("Lumivara"));
