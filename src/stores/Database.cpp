@@ -246,11 +246,6 @@ void TpFIBDatabase::SetLockFolder(const QString &folder)
     FirebirdClient::SetLockFolder(folder);
 }
 
-void TpFIBDatabase::ShutDownEngine()
-{
-    FirebirdClient::Shutdown();
-}
-
 TpFIBTransaction::Handle::Handle(std::shared_ptr<TpFIBDatabase::Handle> owner, const QStringList &words)
     : database(std::move(owner))
 {

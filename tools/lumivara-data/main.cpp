@@ -1,6 +1,5 @@
 #include "common/Console.h"
 #include "lumivara-data/Verbs.h"
-#include "stores/Database.h"
 
 #include <QCoreApplication>
 
@@ -14,8 +13,5 @@ int main(int argc, char **argv)
     std::setlocale(LC_CTYPE, "C.UTF-8");
     QCoreApplication::setApplicationName(QStringLiteral("lumivara-data"));
     Console console(QCoreApplication::applicationName());
-    const int code = RunTool(DataVerbs(), QCoreApplication::arguments().mid(1), console);
-    // The engine's threads would else still be ending while the process goes away under them.
-    TpFIBDatabase::ShutDownEngine();
-    return code;
+    return RunTool(DataVerbs(), QCoreApplication::arguments().mid(1), console);
 }
