@@ -4,6 +4,7 @@
 #include "Sample.h"
 
 #include "dictionary/DictionaryDM.h"
+#include "presentation/GlobalUnit.h"
 #include "reader/Main.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraDM.h"
@@ -31,7 +32,8 @@ double Milliseconds(const QElapsedTimer &clock)
 /// A program folder whose canon is its own; the rest leads to the product folder.
 QString MakeProgramFolder(const QString &folder)
 {
-    for (const QString &name : {QStringLiteral("firebird"), QFileInfo(ClientLibraryPath({})).fileName()})
+    for (const QString &name :
+         {QStringLiteral("firebird"), QFileInfo(ClientLibraryPath({})).fileName(), QStringLiteral("English.lng")})
         QFile::link(Sample().Folder() + name, folder + QLatin1Char('/') + name);
     return folder + QStringLiteral("/Lumivara");
 }
@@ -50,6 +52,7 @@ BenchReader::BenchReader(int texts, const QByteArray &page)
     m_kelora = std::make_unique<TfrmKeloraDM>(doors);
     frmKeloraDM = m_kelora.get();
     m_kelora->DataModuleCreate();
+    InterfaceLang = 0; // whatever language this machine has
     m_clients = std::make_unique<TfrmClientsDM>(doors);
     frmClientsDM = m_clients.get();
     m_dictionary = std::make_unique<TfrmDictionaryDM>(doors);

@@ -3,8 +3,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <gmock/gmock.h>
 
@@ -14,36 +12,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QString optionsKey = u"Software\\Melko\\Kelora\\Options"_s;
-
-/// Lays down all the options that a start asks for, so that it opens the last text.
-void WriteOptions(const ProductCopy &product, int lastKelora)
-{
-    QJsonObject options;
-    const auto set = [&](const QString &name, int value) {
-        options.insert(name, QJsonObject{{u"type"_s, u"integer"_s}, {u"value"_s, value}});
-    };
-    for (const QString &name : {u"OpenSutta"_s, u"PopupActive"_s, u"PopupTime"_s, u"LanguageSutta"_s})
-        set(name, 1);
-    for (const QString &name : {u"BgColor"_s, u"SeachHighlightColor"_s})
-        set(name, 0xFFFFFF);
-    set(u"InterfaceLang"_s, 0);
-    set(u"LastKelora"_s, lastKelora);
-    const QJsonObject root{{u"format"_s, 1}, {u"keys"_s, QJsonObject{{optionsKey, options}}}};
-    EXPECT_TRUE(QDir().mkpath(QFileInfo(product.SettingsFile()).path()));
-    QFile file(product.SettingsFile());
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(QJsonDocument(root).toJson());
-}
-
-int StoredLastKelora(const ProductCopy &product)
-{
-    QFile file(product.SettingsFile());
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    const QJsonDocument document = QJsonDocument::fromJson(file.readAll());
-    return document[u"keys"_s][optionsKey][u"LastKelora"_s][u"value"_s].toInt();
-}
 
 void ExpectStarted(ProgramRun &program)
 {
@@ -63,7 +31,7 @@ QString OpeningRow(const ProductCopy &product)
 TEST(Leaving, ByTheWindowKeepsTheTextForTheNextStartAndByTheTrayDoesNot)
 {
     ProductCopy product;
-    WriteOptions(product, 1101);
+    product.WriteOptions({{u"LastKelora"_s, 1101}});
     QString row;
     {
         ProgramRun program(product);
@@ -74,7 +42,7 @@ TEST(Leaving, ByTheWindowKeepsTheTextForTheNextStartAndByTheTrayDoesNot)
         EXPECT_EQ(program.Send(u"wait msgBox"_s), QString());
         EXPECT_EQ(program.Send(u"answer yes"_s), QString());
         EXPECT_EQ(program.ExitCode(), 0);
-        EXPECT_EQ(StoredLastKelora(product), 1101);
+        EXPECT_EQ(product.StoredOption(u"LastKelora"_s), 1101);
     }
     EXPECT_NE(OpeningRow(product), row);
     {
@@ -85,10 +53,10 @@ TEST(Leaving, ByTheWindowKeepsTheTextForTheNextStartAndByTheTrayDoesNot)
         EXPECT_EQ(program.Send(u"wait msgBox"_s), QString());
         EXPECT_EQ(program.Send(u"answer no"_s), QString());
         EXPECT_EQ(program.Send(u"wait-gone msgBox"_s), QString());
-        EXPECT_EQ(StoredLastKelora(product), 1101);
+        EXPECT_EQ(product.StoredOption(u"LastKelora"_s), 1101);
         EXPECT_EQ(program.Quit(), 0);
     }
-    EXPECT_EQ(StoredLastKelora(product), 9971);
+    EXPECT_EQ(product.StoredOption(u"LastKelora"_s), 9971);
     EXPECT_EQ(OpeningRow(product), row);
 }
 

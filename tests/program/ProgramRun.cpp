@@ -4,10 +4,18 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gtest/gtest.h>
 
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
+
+const QString optionsKey = u"Software\\Melko\\Kelora\\Options"_s;
 
 void CopyFolder(const QString &from, const QString &to)
 {
@@ -30,6 +38,29 @@ void CopyFolder(const QString &from, const QString &to)
 ProductCopy::ProductCopy(const QString &name) : m_folder(m_scratch.Path(name))
 {
     CopyFolder(ProductFolder(), m_folder);
+}
+
+void ProductCopy::WriteOptions(const QMap<QString, int> &changed) const
+{
+    QMap<QString, int> values{{u"OpenSutta"_s, 1},     {u"PopupActive"_s, 1},    {u"PopupTime"_s, 1},
+                              {u"LanguageSutta"_s, 1}, {u"BgColor"_s, 0xFFFFFF}, {u"SeachHighlightColor"_s, 0xFFFFFF},
+                              {u"InterfaceLang"_s, 0}, {u"LastKelora"_s, 1101}};
+    values.insert(changed);
+    QJsonObject options;
+    for (auto value = values.cbegin(); value != values.cend(); ++value)
+        options.insert(value.key(), QJsonObject{{u"type"_s, u"integer"_s}, {u"value"_s, value.value()}});
+    const QJsonObject root{{u"format"_s, 1}, {u"keys"_s, QJsonObject{{optionsKey, options}}}};
+    QDir().mkpath(QFileInfo(SettingsFile()).path());
+    QFile file(SettingsFile());
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(QJsonDocument(root).toJson());
+}
+
+int ProductCopy::StoredOption(const QString &name) const
+{
+    QFile file(SettingsFile());
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    return QJsonDocument::fromJson(file.readAll())[u"keys"_s][optionsKey][name][u"value"_s].toInt();
 }
 
 ProgramRun::ProgramRun(const ProductCopy &product) : m_executable(product.File(QStringLiteral("Lumivara")))

@@ -3,6 +3,7 @@
 #include "support/TestSupport.h"
 
 #include <QElapsedTimer>
+#include <QMap>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QString>
@@ -19,6 +20,10 @@ public:
     QString ConfigFolder() const { return m_scratch.Path(QStringLiteral("config")); }
     QString SettingsFile() const { return ConfigFolder() + QStringLiteral("/lumivara/registry.json"); }
     QString Scratch(const QString &name) const { return m_scratch.Path(name); }
+    /// Lays down all the options that a start asks for, so that it opens the last text; `changed` over the usual ones.
+    void WriteOptions(const QMap<QString, int> &changed = {}) const;
+    /// An integer of the settings; 0 if there is none.
+    int StoredOption(const QString &name) const;
 
 private:
     ScratchFolder m_scratch;

@@ -4,8 +4,10 @@
 #include "presentation/GlobalUnit.h"
 #include "toolkit/BarCombo.h"
 #include "toolkit/DBTreeList.h"
+#include "toolkit/FindDialog.h"
 #include "toolkit/Forms.h"
 
+#include <QLabel>
 #include <QMenu>
 #include <QToolButton>
 
@@ -15,7 +17,7 @@ namespace {
 
 /// The numbers are part of the product: every language file ever written counts on them.
 const QByteArray English = "LANGID=1033\n[FRMMAIN]\n1=Reader\n7=Find a word\n15=Mark\\n it\n16=Side by side\n"
-                           "[frmSearchSutas]\n1=Search for passages\n[$CONSTANTS]\nA=b\n";
+                           "[frmSearchSutas]\n1=Search for passages\n[dlgFind]\n7=Not here\n[$CONSTANTS]\nA=b\n";
 const QByteArray German = "LANGID=1031\n[frmMain]\n7=Wort suchen\n";
 
 class MainLanguage : public ReaderWindow
@@ -52,6 +54,8 @@ TEST_F(MainLanguage, FollowsTheChoiceInEveryOpenWindow)
     EXPECT_EQ(Language().itemText(1), u"English"_s);
     EXPECT_EQ(Language().itemText(2), u"German"_s);
     EXPECT_EQ(OpenSearch(), designedSearch);
+    Trigger("acFindDialog");
+    Find<FindDialog>("dlgFind").ShowResult(false);
     for (int round = 0; round < 2; ++round) {
         Language().SetItemIndex(1);
         EXPECT_EQ(window->windowTitle(), u"Reader"_s);
@@ -60,6 +64,7 @@ TEST_F(MainLanguage, FollowsTheChoiceInEveryOpenWindow)
         EXPECT_EQ(Find<QToolButton>("btnFocusHighlight").text().replace(u"\r\n"_s, u"\n"_s), u"Mark\n it"_s);
         EXPECT_EQ(Find<QMenu>("bsiSystem").title(), u"Hệ thống"_s) << "no word for it in this file";
         EXPECT_EQ(FindForm(u"frmSearchSutas"_s)->windowTitle(), u"Search for passages"_s);
+        EXPECT_EQ(Find<QLabel>("lbNotFound").text(), u"Not here"_s) << "a message on show";
         EXPECT_EQ(TreeName(), u"Paṭhama"_s);
         EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(1));
         Language().SetItemIndex(0);
