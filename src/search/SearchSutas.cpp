@@ -17,6 +17,7 @@
 #include <QCloseEvent>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
 
 #include <algorithm>
@@ -35,6 +36,7 @@ constexpr int FontHeight = 13;
 constexpr int NameSize = 127;
 constexpr int WindowTop = 95;
 constexpr int RightGap = 25;
+constexpr int DesktopRest = 300;      ///< milliseconds after which a new window stands
 constexpr int PassagesExpected = 400; ///< a fuller canon leaves the bar full, a smaller one never fills it
 
 } // namespace
@@ -114,6 +116,11 @@ void TfrmSearchSutas::showEvent(QShowEvent *event)
 void TfrmSearchSutas::FormShow()
 {
     PlaceAtTheRight();
+    // A busy desktop may put the window elsewhere when it comes to it.
+    QTimer::singleShot(DesktopRest, this, [this] {
+        if (!isMinimized() && !isMaximized())
+            PlaceAtTheRight();
+    });
     ui->lcSearchSuttaItemProgress->hide();
     ui->lcSearchSuttaItemResult->hide();
 }
@@ -121,9 +128,10 @@ void TfrmSearchSutas::FormShow()
 bool TfrmSearchSutas::event(QEvent *event)
 {
     // Edges are the frame's, which the desktop draws late, and while it is at it the toolkit reads odd margins.
-    const QMargins frame = isVisible() && !m_hasFrame ? windowHandle()->frameMargins() : QMargins();
-    if (frame.top() > 0 && std::min({frame.left(), frame.right(), frame.bottom()}) >= 0) {
-        m_hasFrame = true;
+    const bool isNormal = isVisible() && !isMinimized() && !isMaximized();
+    const QMargins frame = isNormal ? windowHandle()->frameMargins() : QMargins();
+    if (frame != m_frame && frame.top() > 0 && std::min({frame.left(), frame.right(), frame.bottom()}) >= 0) {
+        m_frame = frame;
         QMetaObject::invokeMethod(this, &TfrmSearchSutas::PlaceAtTheRight, Qt::QueuedConnection);
     }
     return QWidget::event(event);
@@ -132,8 +140,7 @@ bool TfrmSearchSutas::event(QEvent *event)
 void TfrmSearchSutas::PlaceAtTheRight()
 {
     const QRect desk = screen()->geometry();
-    const QMargins frame = m_hasFrame ? windowHandle()->frameMargins() : QMargins();
-    const int frameWidth = frame.left() + width() + frame.right();
+    const int frameWidth = m_frame.left() + width() + m_frame.right();
     move(desk.right() + 1 - RightGap - frameWidth, desk.top() + WindowTop);
 }
 
