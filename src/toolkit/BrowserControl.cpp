@@ -263,6 +263,11 @@ void TBrowserControl::SetHostCSS(const QString &css)
     d->hostCss = css;
 }
 
+void TBrowserControl::SetOpensLinksInside(bool on)
+{
+    d->page->OpensLinksInside = on;
+}
+
 void TBrowserControl::LoadFromString(const QByteArray &page, const QString &title)
 {
     d->source = page;

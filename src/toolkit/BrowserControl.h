@@ -33,6 +33,9 @@ public:
     /// trace in it.
     QString HostCSS() const;
     void SetHostCSS(const QString &css);
+    /// Whether a web address that the reader clicks, and OnBeforeNavigate2 lets pass, opens in place of the page until
+    /// the next one is handed over. Off at first: such an address then goes nowhere.
+    void SetOpensLinksInside(bool on);
     /// Shows the page; its bytes are UTF-8 HTML and reach the engine as they stand. Completes later, see
     /// OnDocumentComplete. A newer page replaces one that is still loading. `title` names the page where the document
     /// has no title of its own (print header, file name).
