@@ -15,6 +15,7 @@ class QMenu;
 class QSystemTrayIcon;
 class QUrl;
 class TBarCombo;
+class TBrowserControl;
 class TDBTreeListColumn;
 
 namespace Ui {
@@ -44,6 +45,8 @@ public:
     void SetContentLanguage(int mode);
     /// Composes the page again after a change of options.
     void ApplyOptions();
+    /// The browser control of the passage, for the windows that act on the page in view.
+    TBrowserControl &Content();
 
     TpFIBDataSet qryTreeSutas;
     TpFIBDataSet qryKeloraContent;

@@ -2,9 +2,11 @@
 
 #include "dictionary/DictionaryDM.h"
 #include "reader/PageComposer.h"
+#include "search/SearchSutas.h"
 #include "stores/ClientsDM.h"
 #include "stores/Modules.h"
 #include "toolkit/BarCombo.h"
+#include "toolkit/Forms.h"
 #include "toolkit/Guard.h"
 #include "ui_Main.h"
 
@@ -38,6 +40,8 @@ void TfrmMain::SetUpCommands()
     Wire(ui->acMarginWidth1, [this] { SetMarginWidth(1); });
     Wire(ui->acMarginWidth2, [this] { SetMarginWidth(2); });
     Wire(ui->acMarginWidth3, [this] { SetMarginWidth(3); });
+
+    Wire(ui->acSearchSutas, [] { OpenForm(QStringLiteral("frmSearchSutas"), [] { return new TfrmSearchSutas; }); });
 
     Wire(ui->acNotes, [] {}); // an empty command, kept enabled
 

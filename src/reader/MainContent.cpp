@@ -88,6 +88,11 @@ void TfrmMain::SetMarginWidth(int level)
     ui->btnMarginWidth->setText(QString::number(level));
 }
 
+TBrowserControl &TfrmMain::Content()
+{
+    return *ui->ebContent;
+}
+
 void TfrmMain::ApplyOptions()
 {
     qryKeloraContent.FullRefresh();

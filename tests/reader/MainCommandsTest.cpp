@@ -41,7 +41,7 @@ const Row rows[] = {
     {"acMarginWidth3", "Content", "3", "", nullptr, true},
     {"acFocusHighlight", "Content", "Đánh dấu đoạn kinh quan trọng", "", nullptr, false},
     {"acGetWord", "Content", "Xem từ điển...", "", nullptr, false},
-    {"acSearchSutas", "Feature", "Tìm kiếm ", "F2; Ctrl+Shift+F", nullptr, false},
+    {"acSearchSutas", "Feature", "Tìm kiếm ", "F2; Ctrl+Shift+F", nullptr, true},
     {"acDictionary", "Feature", "Từ điển  ", "", nullptr, false},
     {"acOrganization", "Feature", " Đánh dấu  ", "", nullptr, false},
     {"acNotes", "Feature", "Ghi chép  ", "", nullptr, true},

@@ -1,0 +1,285 @@
+#include "search/SearchSutas.h"
+
+#include "presentation/GlobalUnit.h"
+#include "reader/Main.h"
+#include "reader/PageComposer.h"
+#include "reader/ReaderRules.h"
+#include "search/SuttaScan.h"
+#include "search/SuttaSearch.h"
+#include "stores/KeloraDM.h"
+#include "stores/Modules.h"
+#include "toolkit/BrowserControl.h"
+#include "toolkit/Doors.h"
+#include "toolkit/Guard.h"
+#include "ui_SearchSutas.h"
+
+#include <QCloseEvent>
+#include <QScreen>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+// The resources of a static library come along only when asked for, and only outside of namespaces.
+static void InitSearchImages()
+{
+    Q_INIT_RESOURCE(search);
+}
+
+namespace {
+
+constexpr int FontHeight = 13;
+constexpr int NameSize = 127;
+constexpr int WindowTop = 95;
+constexpr int RightGap = 25;
+constexpr int PassagesExpected = 400; ///< a fuller canon leaves the bar full, a smaller one never fills it
+
+} // namespace
+
+TfrmSearchSutas::TfrmSearchSutas(QWidget *parent)
+    : QWidget(parent), qryListSutas(this), mdSearchResult(this), dsSearchResult(this),
+      ui(std::make_unique<Ui::frmSearchSutas>())
+{
+    InitSearchImages();
+    QFont font(u"Segoe UI"_s);
+    font.setPixelSize(FontHeight);
+    setFont(font);
+    ui->setupUi(this);
+    DeclareListData();
+    DeclareResultData();
+    ui->gtvSutas->SetDataSource(&dsSearchResult);
+
+    ui->btnSearch->SetAction(ui->acSearch);
+    ui->btnClear->SetAction(ui->acClear);
+    ConnectGuarded(ui->acSearch, &QAction::triggered, this, [this] { acSearchExecute(); });
+    ConnectGuarded(ui->acClear, &QAction::triggered, this, [this] { acClearExecute(); });
+    ConnectGuarded(ui->edSearchText, &QLineEdit::textChanged, this, [this] { edSearchTextChange(); });
+    ui->edSearchText->OnKeyPress = [this](int key) { edSearchTextKeyPress(key); };
+    ui->edSearchText->setFocus();
+}
+
+TfrmSearchSutas::~TfrmSearchSutas()
+{
+    // The view goes after the data that it is bound to.
+    ui->gtvSutas->SetDataSource(nullptr);
+    dsSearchResult.OnDataChange = nullptr;
+}
+
+void TfrmSearchSutas::DeclareListData()
+{
+    qryListSutas.setObjectName(u"qryListSutas"_s);
+    qryListSutas.SelectSQL() = QStringList{
+        u"select N.ID_VIT, N.ID_VIC, N.NAME_VIC_PAL, N.NAME_VIC_ENG, N.NAME_VIC_VIE, N.CONTENT_VIC_PAL,"_s,
+        u"       N.CONTENT_VIC_ENG, N.CONTENT_VIC_VIE, N.CONTENT_VIC_PAL_VIE"_s,
+        u"from KELORA_CONTENT N"_s,
+        u"order by N.ID_VIC"_s,
+    };
+    qryListSutas.AddField(u"ID_VIT"_s, FieldType::Integer);
+    qryListSutas.AddField(u"ID_VIC"_s, FieldType::Integer);
+    for (const QString &name : {u"NAME_VIC_PAL"_s, u"NAME_VIC_ENG"_s, u"NAME_VIC_VIE"_s})
+        qryListSutas.AddField(name, FieldType::WideString, NameSize);
+    for (const QString &content : {u"CONTENT_VIC_PAL"_s, u"CONTENT_VIC_VIE"_s, u"CONTENT_VIC_PAL_VIE"_s})
+        qryListSutas.AddField(content, FieldType::Blob);
+    if (frmKeloraDM) {
+        qryListSutas.SetDatabase(&frmKeloraDM->dbKelora);
+        qryListSutas.SetTransaction(&frmKeloraDM->trKelora);
+    }
+}
+
+void TfrmSearchSutas::DeclareResultData()
+{
+    mdSearchResult.setObjectName(u"mdSearchResult"_s);
+    mdSearchResult.AddField(u"ID_VIT"_s, FieldType::Integer);
+    mdSearchResult.AddField(u"ID_VIC"_s, FieldType::Integer).SetDisplayLabel(u"STT"_s);
+    for (const QString &name : {u"NAME_VIC_VIE"_s, u"NAME_VIC_PAL"_s})
+        mdSearchResult.AddField(name, FieldType::WideString, NameSize).SetDisplayLabel(u"Tên tụng phẩm"_s);
+    mdSearchResult.AddField(u"SAMPLE_TEXT"_s, FieldType::WideString, SuttaScan::SampleLength);
+    mdSearchResult.AfterClose = [this] { ui->lcSearchSuttaItemResult->hide(); };
+    dsSearchResult.setObjectName(u"dsSearchResult"_s);
+    dsSearchResult.SetDataSet(&mdSearchResult);
+    dsSearchResult.OnDataChange = [this] { dsSearchResultDataChange(); };
+}
+
+void TfrmSearchSutas::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (!event->spontaneous())
+        RunGuarded([this] { FormShow(); });
+}
+
+void TfrmSearchSutas::FormShow()
+{
+    PlaceAtTheRight();
+    ui->lcSearchSuttaItemProgress->hide();
+    ui->lcSearchSuttaItemResult->hide();
+}
+
+bool TfrmSearchSutas::event(QEvent *event)
+{
+    // The desktop draws the frame late, and edges are the frame's: once it shows, the window is placed again.
+    if (event->type() == QEvent::WindowActivate && !std::exchange(m_isPlaced, true))
+        QMetaObject::invokeMethod(this, &TfrmSearchSutas::PlaceAtTheRight, Qt::QueuedConnection);
+    return QWidget::event(event);
+}
+
+void TfrmSearchSutas::PlaceAtTheRight()
+{
+    const QRect desk = screen()->geometry();
+    move(desk.right() + 1 - RightGap - frameGeometry().width(), desk.top() + WindowTop);
+}
+
+void TfrmSearchSutas::closeEvent(QCloseEvent *event)
+{
+    QWidget::closeEvent(event);
+    RunGuarded([this] { FormClose(); });
+    // What waits below goes through this window's list and boxes on its way back: they stay until then.
+    if (m_isColouring) {
+        m_isClosedWaiting = testAttribute(Qt::WA_DeleteOnClose);
+        setAttribute(Qt::WA_DeleteOnClose, false);
+    }
+}
+
+void TfrmSearchSutas::FormClose()
+{
+    mdSearchResult.Close();
+    qryListSutas.Close();
+    frmMain->vFindSuttaStr.clear();
+}
+
+void TfrmSearchSutas::acSearchExecute()
+{
+    if (!TrimControls(ui->edSearchText->text()).isEmpty()) {
+        LoadSutas();
+        return;
+    }
+    qryListSutas.Close();
+    mdSearchResult.Close();
+}
+
+void TfrmSearchSutas::acClearExecute()
+{
+    ui->edSearchText->clear();
+    mdSearchResult.Close();
+    qryListSutas.Close();
+}
+
+void TfrmSearchSutas::edSearchTextKeyPress(int key)
+{
+    if (key != Qt::Key_Return && key != Qt::Key_Enter)
+        return;
+    // By the key a search fails without a word, by the button it doesn't.
+    try {
+        acSearchExecute();
+    } catch (const std::exception &) {
+    }
+}
+
+void TfrmSearchSutas::edSearchTextChange()
+{
+    if (TrimControls(ui->edSearchText->text()).isEmpty())
+        frmMain->vFindSuttaStr.clear();
+}
+
+void TfrmSearchSutas::LoadSutas()
+{
+    const int search = ++m_searches;
+    ShowWaitCursor(true);
+    ui->lcSearchSuttaItemProgress->show();
+    vIsLoadData = true;
+    ui->pbSearch->setMaximum(PassagesExpected);
+    ui->pbSearch->setValue(0);
+    const QString word = TrimControls(ui->edSearchText->text());
+    frmMain->vFindSuttaStr = word;
+    // A search that failed on its way has left them stopped.
+    while (mdSearchResult.ControlsDisabled())
+        mdSearchResult.EnableControls();
+    mdSearchResult.Close();
+    mdSearchResult.Open();
+    mdSearchResult.DisableControls();
+    qryListSutas.Close();
+    qryListSutas.Open();
+    qryListSutas.First();
+    ui->lcSearchSutta->repaint();
+    const int count = Scan(word);
+    mdSearchResult.EnableControls();
+    vIsLoadData = false;
+    GoToFirstResult();
+    if (search != m_searches)
+        return; // while the first page was waited for, the reader searched again
+    ShowWaitCursor(false);
+    ui->lcSearchSuttaItemProgress->hide();
+    if (!mdSearchResult.Active())
+        return; // or cleared the list
+    ui->lcSearchSuttaItemResult->show();
+    ShowNameColumn(frmKeloraDM->vLanguageSutta);
+    ShowResultCount(count);
+}
+
+int TfrmSearchSutas::Scan(const QString &word)
+{
+    SuttaSearchEvents events;
+    events.onHit = [this](const QString &sample) { AppendResult(sample); };
+    events.onFailure = [this] {
+        ShowWaitCursor(false);
+        ui->lcSearchSutta->hide();
+    };
+    // The bar counts each row and paints itself at once, but only when that moves a point of it.
+    events.onRow = [this] { ui->pbSearch->setValue(std::min(ui->pbSearch->value() + 1, PassagesExpected)); };
+    return ScanSuttas(qryListSutas, word, frmKeloraDM->vLanguageSutta, events);
+}
+
+void TfrmSearchSutas::AppendResult(const QString &sample)
+{
+    mdSearchResult.Append();
+    for (const QString &field : {u"ID_VIT"_s, u"ID_VIC"_s, u"NAME_VIC_VIE"_s, u"NAME_VIC_PAL"_s})
+        mdSearchResult.FieldByName(field).SetValue(qryListSutas.FieldByName(field).Value());
+    mdSearchResult.FieldByName(u"SAMPLE_TEXT"_s).SetAsString(sample);
+    mdSearchResult.Post();
+}
+
+void TfrmSearchSutas::GoToFirstResult()
+{
+    // A cursor that stands there already tells nobody, but the first result is to open all the same.
+    const bool isThere = mdSearchResult.RecNo() <= 0;
+    mdSearchResult.First();
+    if (isThere)
+        dsSearchResultDataChange();
+}
+
+void TfrmSearchSutas::dsSearchResultDataChange()
+{
+    if (vIsLoadData)
+        return;
+    const QString idVic = u"ID_VIC"_s;
+    frmMain->qryTreeSutas.Locate(idVic, mdSearchResult.FieldByName(idVic).Value());
+    ColourPage();
+}
+
+void TfrmSearchSutas::ColourPage()
+{
+    // The page is waited for, and the list may move on meanwhile: the wait that stands goes over to the newer page
+    // instead of bearing another wait.
+    m_isColourDue = true;
+    if (m_isColouring)
+        return;
+    m_isColouring = true;
+    while (std::exchange(m_isColourDue, false) && !m_isClosedWaiting)
+        frmMain->Content().SearchAndHighlight(ui->edSearchText->text(), {}, ScrollMode::None, {}, u"Yellow"_s);
+    m_isColouring = false;
+    if (m_isClosedWaiting)
+        deleteLater();
+}
+
+void TfrmSearchSutas::ShowNameColumn(int language)
+{
+    ui->gtvSutasNAME_VIC_VIE->SetVisible(language == PageMode::Vietnamese || language == PageMode::Parallel);
+    ui->gtvSutasNAME_VIC_PAL->SetVisible(language == PageMode::Pali);
+}
+
+void TfrmSearchSutas::ShowResultCount(int count)
+{
+    if (InterfaceLang == 0)
+        ui->lbResult->setText(u"Kết quả tìm kiếm: "_s + QString::number(count));
+    else if (InterfaceLang == 1)
+        ui->lbResult->setText(u"Result: "_s + QString::number(count));
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "stores/DataSource.h"
+#include "stores/FIBDataSet.h"
+#include "stores/MemData.h"
+
+#include <QWidget>
+
+#include <memory>
+
+namespace Ui {
+class frmSearchSutas;
+}
+
+/// The search window: seeks a word in every passage, in the language that the reader is reading, lists the passages
+/// that hold it, and opens each in the main window when the list's cursor comes to it. A tool window: opened by
+/// OpenForm(), gone when closed. Needs the main window and the canon module, which outlive it.
+class TfrmSearchSutas : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit TfrmSearchSutas(QWidget *parent = nullptr);
+    ~TfrmSearchSutas() override;
+
+    /// Seeks the trimmed text of edSearchText, fills the list and opens its first row. A passage that cannot be read is
+    /// passed over; any other failure is thrown (DatabaseError) and leaves cursor and bar as they are.
+    void LoadSutas();
+
+    TpFIBDataSet qryListSutas;
+    TdxMemData mdSearchResult;
+    TDataSource dsSearchResult;
+
+protected:
+    bool event(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void DeclareListData();
+    void DeclareResultData();
+    void FormShow();
+    void FormClose();
+    void PlaceAtTheRight();
+    void acSearchExecute();
+    void acClearExecute();
+    void edSearchTextKeyPress(int key);
+    void edSearchTextChange();
+    int Scan(const QString &word);
+    void AppendResult(const QString &sample);
+    void GoToFirstResult();
+    void dsSearchResultDataChange();
+    void ColourPage();
+    void ShowNameColumn(int language);
+    void ShowResultCount(int count);
+
+    std::unique_ptr<Ui::frmSearchSutas> ui;
+    bool vIsLoadData = false; ///< the list is being filled, and opens no passage meanwhile
+    int m_searches = 0;
+    bool m_isPlaced = false;
+    bool m_isColouring = false;     ///< ColourPage() is waiting for the page
+    bool m_isColourDue = false;     ///< and another page has come meanwhile
+    bool m_isClosedWaiting = false; ///< and the window was closed meanwhile
+};

@@ -1,0 +1,48 @@
+#include "search/SuttaSearch.h"
+
+#include "search/SuttaScan.h"
+#include "stores/FIBDataSet.h"
+
+namespace {
+
+/// The column that is searched; empty where the language has none.
+QString SearchedColumn(int language)
+{
+    switch (language) {
+    case 0:
+        return QStringLiteral("CONTENT_VIC_PAL");
+    case 1:
+        return QStringLiteral("CONTENT_VIC_VIE");
+    case 10:
+        return QStringLiteral("CONTENT_VIC_PAL_VIE");
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+int ScanSuttas(TpFIBDataSet &passages, const QString &word, int language, const SuttaSearchEvents &events)
+{
+    const SuttaScan scan(word);
+    const QString column = SearchedColumn(language);
+    QByteArray page;
+    int hits = 0;
+    for (; !passages.Eof(); passages.Next()) {
+        try {
+            if (!column.isEmpty())
+                passages.BlobInto(passages.RecNo(), passages.FieldByName(column).Index(), page);
+            if (const std::optional<QString> sample = scan.FirstHit(page)) {
+                if (events.onHit)
+                    events.onHit(*sample);
+                ++hits;
+            }
+        } catch (...) {
+            if (events.onFailure)
+                events.onFailure();
+        }
+        if (events.onRow)
+            events.onRow();
+    }
+    return hits;
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+class TcxGridDBTableView;
+
+/// A column of a data-bound grid: a field of the dataset under a caption. Joins its view when it is made and is owned
+/// by it, so that a window's description can list the columns as the view's children.
+class TcxGridDBColumn : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
+    Q_PROPERTY(QString FieldName READ FieldName WRITE SetFieldName)
+    Q_PROPERTY(int Width READ Width WRITE SetWidth)
+    Q_PROPERTY(bool Visible READ Visible WRITE SetVisible)
+public:
+    explicit TcxGridDBColumn(TcxGridDBTableView *view);
+
+    /// Where it is empty, the header shows the field's label.
+    const QString &Caption() const { return m_caption; }
+    void SetCaption(const QString &caption);
+    const QString &FieldName() const { return m_fieldName; }
+    void SetFieldName(const QString &name);
+    /// In pixels, and the column's share of the grid's width.
+    int Width() const { return m_width; }
+    void SetWidth(int width);
+    bool Visible() const { return m_visible; }
+    void SetVisible(bool visible);
+
+private:
+    friend class TcxGridDBTableView;
+    TcxGridDBTableView &m_view;
+    QString m_caption, m_fieldName;
+    int m_width = 64;
+    bool m_visible = true;
+};

@@ -1,0 +1,455 @@
+#include "toolkit/CxGridDBTableView.h"
+
+#include "stores/DataSet.h"
+#include "stores/DataSource.h"
+#include "toolkit/Guard.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPointer>
+#include <QScopedValueRollback>
+#include <QStyledItemDelegate>
+#include <QToolTip>
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int DefaultRowHeight = 22;
+constexpr int LeastColumnWidth = 20;
+constexpr int FetchedAtOnce = 256;
+const char emptyTextProperty[] = "OptionsView.NoDataToDisplayInfoText";
+
+} // namespace
+
+/// The rows that the dataset has fetched so far, as far as the view was told of them.
+class TcxGridDBTableView::Model : public QAbstractTableModel, public DataLink
+{
+public:
+    explicit Model(TcxGridDBTableView &view) : QAbstractTableModel(&view), m_view(view) {}
+    ~Model() override { SetDataSource(nullptr); }
+
+    void SetDataSource(TDataSource *dataSource)
+    {
+        if (m_dataSource)
+            m_dataSource->RemoveLink(this);
+        m_dataSource = dataSource;
+        if (m_dataSource)
+            m_dataSource->AddLink(this);
+    }
+    TDataSource *DataSource() const { return m_dataSource; }
+    /// The dataset while it is open, else null.
+    TDataSet *OpenDataSet() const
+    {
+        TDataSet *dataSet = m_dataSource ? m_dataSource->DataSet() : nullptr;
+        return dataSet && dataSet->Active() ? dataSet : nullptr;
+    }
+
+    int rowCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : m_rowCount; }
+    int columnCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : m_columnCount; }
+    QVariant data(const QModelIndex &index, int role) const override
+    {
+        TDataSet *dataSet = OpenDataSet();
+        if (role != Qt::DisplayRole || !index.isValid() || !dataSet)
+            return {};
+        // A text that cannot be read is an empty cell: the toolkit asks while it paints.
+        try {
+            return dataSet->DisplayTextAt(index.row(), FieldOf(index.column()));
+        } catch (const std::exception &) {
+            return {};
+        }
+    }
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override
+    {
+        if (orientation != Qt::Horizontal || section < 0 || section >= m_columnCount)
+            return {};
+        if (role == Qt::TextAlignmentRole)
+            return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+        if (role != Qt::DisplayRole)
+            return {};
+        const TcxGridDBColumn *column = m_view.m_columns[static_cast<size_t>(section)];
+        const TField *field =
+            m_dataSource && m_dataSource->DataSet() ? m_dataSource->DataSet()->FindField(column->FieldName()) : nullptr;
+        return column->Caption().isEmpty() && field ? field->DisplayLabel() : column->Caption();
+    }
+
+    bool canFetchMore(const QModelIndex &parent) const override
+    {
+        const TDataSet *dataSet = OpenDataSet();
+        return !parent.isValid() && dataSet && !m_hasFailed &&
+               (!dataSet->AllFetched() || dataSet->RecordCount() > m_rowCount);
+    }
+    void fetchMore(const QModelIndex &) override { FetchUpTo(m_rowCount + FetchedAtOnce - 1); }
+    void FetchUpTo(int row)
+    {
+        TDataSet *dataSet = OpenDataSet();
+        if (!dataSet || m_hasFailed)
+            return;
+        // The view asks again and again: one failure is told once.
+        m_hasFailed = !RunGuarded([&] { dataSet->FetchUpTo(row); });
+        TakeFetched();
+    }
+
+    void AppendColumn()
+    {
+        beginInsertColumns({}, m_columnCount, m_columnCount);
+        ++m_columnCount;
+        m_fields.push_back(-1);
+        endInsertColumns();
+    }
+
+    void Rebuild()
+    {
+        TDataSet *dataSet = OpenDataSet();
+        beginResetModel();
+        m_hasFailed = false;
+        m_rowCount = dataSet ? dataSet->RecordCount() : 0;
+        std::transform(m_view.m_columns.begin(), m_view.m_columns.end(), m_fields.begin(),
+                       [dataSet](const TcxGridDBColumn *column) {
+                           const TField *field = dataSet ? dataSet->FindField(column->FieldName()) : nullptr;
+                           return field ? field->Index() : -1;
+                       });
+        endResetModel();
+        m_view.FillWidth();
+        m_view.FollowCursor();
+    }
+
+    void ActiveChanged() override { Rebuild(); }
+    void DataSetChanged() override { Rebuild(); }
+    void DataSetScrolled() override
+    {
+        TakeFetched();
+        m_view.FollowCursor();
+    }
+    void RecordChanged() override
+    {
+        const TDataSet *dataSet = OpenDataSet();
+        const int row = dataSet ? dataSet->RecNo() : -1;
+        if (row >= 0 && row < m_rowCount && m_columnCount > 0)
+            emit dataChanged(index(row, 0), index(row, m_columnCount - 1));
+    }
+
+private:
+    int FieldOf(int column) const { return m_fields[static_cast<size_t>(column)]; }
+    void TakeFetched()
+    {
+        const TDataSet *dataSet = OpenDataSet();
+        const int fetched = dataSet ? dataSet->RecordCount() : 0;
+        if (fetched <= m_rowCount)
+            return;
+        beginInsertRows({}, m_rowCount, fetched - 1);
+        m_rowCount = fetched;
+        endInsertRows();
+    }
+
+    TcxGridDBTableView &m_view;
+    TDataSource *m_dataSource = nullptr;
+    int m_rowCount = 0;
+    int m_columnCount = 0;
+    std::vector<int> m_fields; ///< by column: index of the dataset's field, -1 if it has none of that name
+    bool m_hasFailed = false;
+};
+
+/// Cells with a line at their right, and with a hint where the text is cut off.
+class TcxGridDBTableView::Delegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::paint(painter, option, index);
+        const QStyle *style = option.widget->style();
+        const int colour = style->styleHint(QStyle::SH_Table_GridLineColor, &option, option.widget);
+        painter->setPen(QColor::fromRgb(static_cast<QRgb>(colour)));
+        painter->drawLine(option.rect.topRight(), option.rect.bottomRight());
+    }
+
+    bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+                   const QModelIndex &index) override
+    {
+        if (event->type() != QEvent::ToolTip)
+            return QStyledItemDelegate::helpEvent(event, view, option, index);
+        const bool isCut = index.isValid() && sizeHint(option, index).width() > view->visualRect(index).width();
+        // As mark-up, so that long texts break into lines, with the text's own signs escaped.
+        const QString hint = isCut ? u"<qt>"_s + index.data().toString().toHtmlEscaped() + u"</qt>"_s : QString();
+        QToolTip::showText(event->globalPos(), hint, view->viewport(), view->visualRect(index));
+        return true;
+    }
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->state &= ~QStyle::State_HasFocus; // a row is chosen, not a cell
+    }
+};
+
+TcxGridDBTableView::TcxGridDBTableView(QWidget *parent) : QTableView(parent), m_model(std::make_unique<Model>(*this))
+{
+    setItemDelegate(new Delegate(this));
+    setModel(m_model.get());
+    setEditTriggers(NoEditTriggers);
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(ExtendedSelection);
+    setTabKeyNavigation(false);
+    setShowGrid(false);
+    setWordWrap(false);
+    setCornerButtonEnabled(false);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(ScrollPerItem);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setMinimumSectionSize(1);
+    SetDataRowHeight(DefaultRowHeight);
+    horizontalHeader()->setMinimumSectionSize(LeastColumnWidth);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setSectionsClickable(false);
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this,
+            [this](int section, int, int width) { TakeWidth(section, width); });
+}
+
+TcxGridDBTableView::~TcxGridDBTableView()
+{
+    m_model->SetDataSource(nullptr);
+}
+
+QVariantList TcxGridDBTableView::SelectedKeys() const
+{
+    QVariantList keys;
+    const TDataSet *dataSet = m_model->OpenDataSet();
+    const TField *key = dataSet ? dataSet->FindField(m_keyField) : nullptr;
+    if (!key)
+        return keys;
+    QModelIndexList rows = selectionModel()->selectedRows();
+    std::sort(rows.begin(), rows.end());
+    for (const QModelIndex &row : rows)
+        keys.append(dataSet->ValueAt(row.row(), key->Index()));
+    return keys;
+}
+
+int TcxGridDBTableView::DataRowHeight() const
+{
+    return verticalHeader()->defaultSectionSize();
+}
+
+void TcxGridDBTableView::SetDataRowHeight(int height)
+{
+    verticalHeader()->setDefaultSectionSize(height);
+}
+
+void TcxGridDBTableView::SetDataSource(TDataSource *dataSource)
+{
+    m_model->SetDataSource(dataSource);
+    Rebuild();
+}
+
+TDataSource *TcxGridDBTableView::DataSource() const
+{
+    return m_model->DataSource();
+}
+
+QStringList TcxGridDBTableView::RowTexts(int row) const
+{
+    QStringList texts;
+    for (const int column : VisibleColumns())
+        texts.append(m_model->index(row, column).data().toString());
+    return texts;
+}
+
+void TcxGridDBTableView::AddColumn(TcxGridDBColumn *column)
+{
+    m_columns.push_back(column);
+    m_model->AppendColumn();
+}
+
+void TcxGridDBTableView::ShowCaptions()
+{
+    emit m_model->headerDataChanged(Qt::Horizontal, 0, m_model->columnCount() - 1);
+}
+
+void TcxGridDBTableView::Rebuild()
+{
+    m_model->Rebuild();
+}
+
+std::vector<int> TcxGridDBTableView::VisibleColumns() const
+{
+    std::vector<int> visible;
+    for (size_t column = 0; column < m_columns.size(); ++column) {
+        if (m_columns[column]->Visible())
+            visible.push_back(static_cast<int>(column));
+    }
+    return visible;
+}
+
+void TcxGridDBTableView::FillWidth()
+{
+    const QScopedValueRollback filling(m_filling, true);
+    for (size_t column = 0; column < m_columns.size(); ++column)
+        setColumnHidden(static_cast<int>(column), !m_columns[column]->Visible());
+    ShareWidth(0, viewport()->width());
+}
+
+void TcxGridDBTableView::ShareWidth(int firstColumn, int width)
+{
+    const QScopedValueRollback filling(m_filling, true);
+    std::vector<int> columns = VisibleColumns();
+    columns.erase(columns.begin(), std::lower_bound(columns.begin(), columns.end(), firstColumn));
+    int shares = 0;
+    for (const int column : columns)
+        shares += m_columns[static_cast<size_t>(column)]->Width();
+    // What is left goes by what is left, so that the last column ends where the grid does.
+    for (const int column : columns) {
+        const int share = m_columns[static_cast<size_t>(column)]->Width();
+        const int part = std::max(LeastColumnWidth, static_cast<int>(static_cast<qint64>(width) * share / shares));
+        setColumnWidth(column, part);
+        width -= part;
+        shares -= share;
+    }
+}
+
+void TcxGridDBTableView::TakeWidth(int section, int width)
+{
+    if (m_filling)
+        return;
+    // The reader drew a border: what stands left of it stays, the columns on its right share the rest.
+    const QScopedValueRollback filling(m_filling, true);
+    const std::vector<int> columns = VisibleColumns();
+    const auto next = std::upper_bound(columns.begin(), columns.end(), section);
+    const int room = std::accumulate(columns.begin(), next, viewport()->width() + width,
+                                     [this](int rest, int column) { return rest - columnWidth(column); });
+    const int most = room - static_cast<int>(columns.end() - next) * LeastColumnWidth;
+    const int taken = next == columns.end() ? most : std::min(width, most);
+    setColumnWidth(section, taken);
+    ShareWidth(section + 1, room - columnWidth(section));
+    for (const int column : columns)
+        m_columns[static_cast<size_t>(column)]->m_width = columnWidth(column);
+}
+
+void TcxGridDBTableView::FollowCursor()
+{
+    const QScopedValueRollback following(m_following, true);
+    const TDataSet *dataSet = m_model->OpenDataSet();
+    const int row = dataSet ? dataSet->RecNo() : -1;
+    if (row == currentIndex().row())
+        return; // and the other selected rows stay
+    const std::vector<int> columns = VisibleColumns();
+    const QModelIndex index = m_model->index(row, columns.empty() ? 0 : columns.front());
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+void TcxGridDBTableView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QTableView::currentChanged(current, previous);
+    if (m_following || !current.isValid())
+        return;
+    m_isMoved = true;
+    if (m_handling == 0)
+        MoveCursor();
+}
+
+void TcxGridDBTableView::MoveCursor()
+{
+    TDataSet *dataSet = m_model->OpenDataSet();
+    if (!std::exchange(m_isMoved, false) || !dataSet)
+        return;
+    const QPointer<TcxGridDBTableView> self = this;
+    const bool isDone = RunGuarded([dataSet, row = currentIndex().row()] { dataSet->MoveTo(row); });
+    if (self && !isDone)
+        FollowCursor();
+}
+
+// A move of the cursor may wait, processing events, so it happens when the toolkit is done with the key or click.
+
+void TcxGridDBTableView::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Copy)) {
+        CopyRows();
+        return;
+    }
+    ++m_handling;
+    QTableView::keyPressEvent(event);
+    --m_handling;
+    MoveCursor();
+}
+
+void TcxGridDBTableView::mousePressEvent(QMouseEvent *event)
+{
+    ++m_handling;
+    QTableView::mousePressEvent(event);
+    --m_handling;
+    MoveCursor();
+}
+
+void TcxGridDBTableView::mouseMoveEvent(QMouseEvent *event)
+{
+    ++m_handling;
+    QTableView::mouseMoveEvent(event);
+    --m_handling;
+    MoveCursor();
+}
+
+QModelIndex TcxGridDBTableView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    const QModelIndex current = currentIndex();
+    switch (action) {
+    case MoveLeft:
+    case MoveRight:
+        return current;
+    case MoveHome:
+        return m_model->index(0, current.column());
+    case MoveEnd:
+        m_model->FetchUpTo(std::numeric_limits<int>::max() - 1);
+        return m_model->index(m_model->rowCount() - 1, current.column());
+    case MoveDown:
+    case MovePageDown:
+        m_model->FetchUpTo(current.row() + 1 + viewport()->height() / DataRowHeight());
+        break;
+    default:
+        break;
+    }
+    return QTableView::moveCursor(action, modifiers);
+}
+
+void TcxGridDBTableView::CopyRows()
+{
+    QModelIndexList rows = selectionModel()->selectedRows();
+    std::sort(rows.begin(), rows.end());
+    QStringList lines;
+    for (const QModelIndex &row : rows)
+        lines.append(RowTexts(row.row()).join(QLatin1Char('\t')));
+    if (!lines.isEmpty())
+        QGuiApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
+}
+
+bool TcxGridDBTableView::event(QEvent *event)
+{
+    if (event->type() == QEvent::DynamicPropertyChange)
+        viewport()->update(); // the text on an empty table
+    return QTableView::event(event);
+}
+
+void TcxGridDBTableView::paintEvent(QPaintEvent *event)
+{
+    QTableView::paintEvent(event);
+    if (m_model->rowCount() > 0)
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect(), Qt::AlignCenter | Qt::TextWordWrap, property(emptyTextProperty).toString());
+}
+
+void TcxGridDBTableView::resizeEvent(QResizeEvent *event)
+{
+    QTableView::resizeEvent(event);
+    ShareWidth(0, viewport()->width());
+}

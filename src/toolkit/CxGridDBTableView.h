@@ -1,0 +1,75 @@
+#pragma once
+
+#include "toolkit/CxGridDBColumn.h"
+
+#include <QTableView>
+
+#include <memory>
+#include <vector>
+
+class TDataSource;
+
+/// A table over the rows of a dataset: texts are read when they are painted, rows fetched when they come near. The
+/// focused row follows the dataset's cursor and moves it; more rows can be selected, and copied as lines with tabs.
+/// Read only, rows of one height, lines between the columns, which share the width. A cell that is cut off shows its
+/// text as a hint. An empty table shows the text of the property "OptionsView.NoDataToDisplayInfoText".
+class TcxGridDBTableView : public QTableView
+{
+    Q_OBJECT
+    Q_PROPERTY(QString KeyField READ KeyField WRITE SetKeyField)
+    Q_PROPERTY(int DataRowHeight READ DataRowHeight WRITE SetDataRowHeight)
+public:
+    explicit TcxGridDBTableView(QWidget *parent = nullptr);
+    ~TcxGridDBTableView() override;
+
+    /// The field that tells rows apart.
+    const QString &KeyField() const { return m_keyField; }
+    void SetKeyField(const QString &name) { m_keyField = name; }
+    /// Values of the key field in the selected rows, from the top.
+    QVariantList SelectedKeys() const;
+    /// In pixels.
+    int DataRowHeight() const;
+    void SetDataRowHeight(int height);
+
+    /// Borrows the data source, which must live until the view dies or gets another.
+    void SetDataSource(TDataSource *dataSource);
+    TDataSource *DataSource() const;
+
+    /// The texts of a row's visible columns, from the left.
+    QStringList RowTexts(int row) const;
+
+protected:
+    bool event(QEvent *event) override;
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyboardSearch(const QString &) override {}
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    friend class TcxGridDBColumn;
+    class Model;
+    class Delegate;
+
+    void AddColumn(TcxGridDBColumn *column);
+    void ShowCaptions();
+    void Rebuild();
+    void FillWidth();
+    void TakeWidth(int section, int width);
+    void ShareWidth(int firstColumn, int width);
+    void FollowCursor();
+    void MoveCursor();
+    void CopyRows();
+    std::vector<int> VisibleColumns() const;
+
+    QString m_keyField;
+    std::vector<TcxGridDBColumn *> m_columns;
+    std::unique_ptr<Model> m_model;
+    bool m_following = false;
+    bool m_isMoved = false; ///< the focus has left the dataset's cursor behind
+    bool m_filling = false;
+    int m_handling = 0; ///< events that the toolkit is at work on
+};
