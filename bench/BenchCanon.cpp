@@ -30,7 +30,7 @@ void FillGroups(TpFIBDatabase &database, int groups)
     }
 }
 
-void FillTexts(TpFIBDatabase &database, int texts, const QByteArray &page)
+void FillTexts(TpFIBDatabase &database, int texts, const std::function<QByteArray(int)> &page)
 {
     TpFIBDataSet rows;
     rows.SetDatabase(&database);
@@ -40,7 +40,6 @@ void FillTexts(TpFIBDatabase &database, int texts, const QByteArray &page)
                        "CONTENT_VIC_VIE) values (:ID_VIT, :ID_VIC, :NAME_VIC_PAL, :NAME_VIC_VIE, :NUMBER_VIC, "
                        ":CONTENT_VIC_VIE)")};
     rows.Open();
-    const QByteArray shortPage = PlainPage(0);
     for (int text = 0; text < texts; ++text) {
         rows.Append();
         rows.FieldByName(QStringLiteral("ID_VIT")).SetAsInteger(FirstGroup + text / TextsInGroup);
@@ -49,7 +48,7 @@ void FillTexts(TpFIBDatabase &database, int texts, const QByteArray &page)
             .SetAsString(QStringLiteral("Paṭhamaṃ sikkhāpadaṃ %1").arg(text));
         rows.FieldByName(QStringLiteral("NAME_VIC_VIE")).SetAsString(QStringLiteral("Điều học thứ %1").arg(text));
         rows.FieldByName(QStringLiteral("NUMBER_VIC")).SetAsInteger(text + 1);
-        rows.FieldByName(QStringLiteral("CONTENT_VIC_VIE")).SetAsBytes(text == 0 ? shortPage : page);
+        rows.FieldByName(QStringLiteral("CONTENT_VIC_VIE")).SetAsBytes(page(text));
         rows.Post();
     }
 }
@@ -57,6 +56,12 @@ void FillTexts(TpFIBDatabase &database, int texts, const QByteArray &page)
 } // namespace
 
 void MakeCanon(const QString &clientLibrary, const QString &path, int texts, const QByteArray &page)
+{
+    const QByteArray shortPage = PlainPage(0);
+    MakeCanon(clientLibrary, path, texts, [&](int text) { return text == 0 ? shortPage : page; });
+}
+
+void MakeCanon(const QString &clientLibrary, const QString &path, int texts, const std::function<QByteArray(int)> &page)
 {
     QFile::remove(path);
     TpFIBDatabase database;

@@ -94,3 +94,31 @@ int RawStatement::FetchWhole(const QString &parameter)
         return count;
     });
 }
+
+qint64 RawStatement::ReadBlobs()
+{
+    return Checked(d->master, [&](auto *status) {
+        std::vector<unsigned char> out(d->output->getMessageLength(status));
+        std::vector<unsigned char> segment(65535);
+        const unsigned value = d->output->getOffset(status, 0);
+        const unsigned null = d->output->getNullOffset(status, 0);
+        IResultSet *rows = d->statement->openCursor(status, d->transaction, nullptr, nullptr, d->output, 0);
+        qint64 bytes = 0;
+        while (rows->fetchNext(status, out.data()) == IStatus::RESULT_OK) {
+            short isNull = 0;
+            std::memcpy(&isNull, out.data() + null, sizeof isNull);
+            if (isNull)
+                continue;
+            ISC_QUAD id;
+            std::memcpy(&id, out.data() + value, sizeof id);
+            IBlob *blob = d->attachment->openBlob(status, d->transaction, &id, 0, nullptr);
+            unsigned length = 0;
+            while (blob->getSegment(status, static_cast<unsigned>(segment.size()), segment.data(), &length) !=
+                   IStatus::RESULT_NO_DATA)
+                bytes += length;
+            blob->close(status);
+        }
+        rows->close(status);
+        return bytes;
+    });
+}

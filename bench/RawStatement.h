@@ -16,6 +16,8 @@ public:
 
     /// Runs the select with its one text parameter, where it has one, and fetches every row. The number of rows.
     int FetchWhole(const QString &parameter = {});
+    /// Runs the select, whose first column is a blob, and reads every blob into one buffer. The number of bytes.
+    qint64 ReadBlobs();
 
 private:
     struct Private;

@@ -2,4 +2,6 @@
 
 /// Registers the measures of one subsystem each.
 void RegisterReaderMeasures();
+void RegisterColourMeasures();
 void RegisterProgramMeasures();
+void RegisterSearchMeasures();

@@ -23,7 +23,9 @@ int main(int argc, char **argv)
         names.remove(option, 2);
     }
     RegisterReaderMeasures();
+    RegisterColourMeasures();
     RegisterProgramMeasures();
+    RegisterSearchMeasures();
     // Inside the event loop, as in the program: the engine runs slowly without one.
     QTimer::singleShot(0, &application, [&] {
         const bool isWritten = RunMeasures(names, jsonPath);

@@ -11,5 +11,17 @@ foreach(part intl plugins plugins.conf firebird.msg)
 endforeach()
 configure_file(cmake/firebird.conf ${LUMIVARA_PRODUCT_DIR}/firebird/firebird.conf COPYONLY)
 
+# Language files are found beside the executable.
+file(GLOB LUMIVARA_LANGUAGES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/data/languages/*.lng)
+set(LUMIVARA_LANGUAGES_STAMP ${CMAKE_BINARY_DIR}/languages.stamp)
+add_custom_command(
+    OUTPUT ${LUMIVARA_LANGUAGES_STAMP}
+    COMMAND ${CMAKE_COMMAND} -E copy ${LUMIVARA_LANGUAGES} ${LUMIVARA_PRODUCT_DIR}
+    COMMAND ${CMAKE_COMMAND} -E touch ${LUMIVARA_LANGUAGES_STAMP}
+    DEPENDS ${LUMIVARA_LANGUAGES}
+    VERBATIM
+)
+add_custom_target(language_files ALL DEPENDS ${LUMIVARA_LANGUAGES_STAMP})
+
 # What a reader gets, without tests and benchmarks.
-add_custom_target(product DEPENDS Lumivara lumivara_data sample_databases)
+add_custom_target(product DEPENDS Lumivara lumivara-data sample_databases language_files)

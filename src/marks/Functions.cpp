@@ -24,7 +24,7 @@ bool Goes(const char16_t *at, const char16_t *end)
 
 #ifdef __SSE2__
 
-constexpr qsizetype StepLength = 16;
+constexpr qsizetype LoadLength = 16;
 
 /// Sixteen units as bytes, those beyond ASCII as bytes without a meaning to us.
 __m128i Narrowed(const char16_t *at)
@@ -38,20 +38,22 @@ __m128i Equal(__m128i bytes, char byte)
     return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(byte));
 }
 
-/// A bit for each of the sixteen units that goes; reads one unit more.
+unsigned Bits(__m128i bytes)
+{
+    return static_cast<unsigned>(_mm_movemask_epi8(bytes));
+}
+
+/// A bit for each unit that goes, of all sixteen but the last, which is only looked at for the blank before it.
 unsigned GoingUnits(const char16_t *at)
 {
-    const __m128i here = Narrowed(at);
-    const __m128i next = Narrowed(at + 1);
-    const __m128i lineEnd = _mm_or_si128(Equal(here, '\n'), Equal(here, '\r'));
+    const __m128i units = Narrowed(at);
+    const __m128i blank = _mm_or_si128(Equal(units, ' '), Equal(units, '\t'));
+    const __m128i lineEnd = _mm_or_si128(Equal(units, '\n'), Equal(units, '\r'));
     // "<" and ">" differ in one bit.
-    const __m128i bracket = Equal(_mm_and_si128(here, _mm_set1_epi8('\xFD')), '<');
-    const __m128i blank = _mm_or_si128(Equal(here, ' '), Equal(here, '\t'));
-    const __m128i blankNext = _mm_or_si128(Equal(next, ' '), Equal(next, '\t'));
-    const __m128i lineEndNext = _mm_or_si128(Equal(next, '\n'), Equal(next, '\r'));
-    const __m128i dropping = _mm_or_si128(_mm_or_si128(blankNext, lineEndNext), Equal(next, '<'));
-    const __m128i going = _mm_or_si128(_mm_or_si128(lineEnd, bracket), _mm_and_si128(blank, dropping));
-    return static_cast<unsigned>(_mm_movemask_epi8(going));
+    const __m128i bracket = Equal(_mm_and_si128(units, _mm_set1_epi8('\xFD')), '<');
+    const unsigned going = Bits(_mm_or_si128(lineEnd, bracket));
+    const unsigned dropping = Bits(_mm_or_si128(_mm_or_si128(blank, lineEnd), Equal(units, '<')));
+    return (going | (Bits(blank) & dropping >> 1)) & 0x7FFF;
 }
 
 #endif
@@ -60,14 +62,14 @@ unsigned GoingUnits(const char16_t *at)
 void CopyRun(const char16_t *&from, const char16_t *end, char16_t *&to)
 {
 #ifdef __SSE2__
-    while (end - from > StepLength) {
+    while (end - from >= LoadLength) {
         // Stored whole: the copy is never ahead of its source, so there is room.
         const auto *source = reinterpret_cast<const __m128i *>(from);
         auto *target = reinterpret_cast<__m128i *>(to);
         _mm_storeu_si128(target, _mm_loadu_si128(source));
         _mm_storeu_si128(target + 1, _mm_loadu_si128(source + 1));
         const unsigned going = GoingUnits(from);
-        const qsizetype length = going ? std::countr_zero(going) : StepLength;
+        const qsizetype length = going ? std::countr_zero(going) : LoadLength - 1;
         from += length;
         to += length;
         if (going)
@@ -76,6 +78,19 @@ void CopyRun(const char16_t *&from, const char16_t *end, char16_t *&to)
 #endif
     while (from < end && !Goes(from, end))
         *to++ = *from++;
+}
+
+/// Behind the tag that stands here; an unclosed one takes the rest.
+const char16_t *AfterTag(const char16_t *from, const char16_t *end)
+{
+#ifdef __SSE2__
+    for (; end - from >= LoadLength; from += LoadLength) {
+        if (const unsigned close = Bits(Equal(Narrowed(from), '>')))
+            return from + std::countr_zero(close) + 1;
+    }
+#endif
+    const char16_t *const close = std::find(from, end, u'>');
+    return close == end ? end : close + 1;
 }
 
 /// Units of the entity at an "&", and 0 if none stands there.
@@ -125,13 +140,10 @@ QString StripHtml(const QString &html)
         CopyRun(from, end, to);
         if (from == end)
             break;
-        if (*from == u'<') {
-            const qsizetype close = QStringView(from, end).indexOf(u'>');
-            if (close < 0)
-                break;
-            from += close;
-        }
-        ++from;
+        // Tags and line ends mostly stand in rows, in which there is nothing to copy.
+        do
+            from = *from == u'<' ? AfterTag(from, end) : from + 1;
+        while (from < end && (*from == u'<' || IsLineEnd(*from)));
     }
     plain.truncate(DecodeEntities(begin, to) - begin);
     return plain;

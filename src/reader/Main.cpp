@@ -1,5 +1,7 @@
 #include "reader/Main.h"
 
+#include "presentation/DKLang.h"
+#include "presentation/FormLanguage.h"
 #include "presentation/GlobalUnit.h"
 #include "reader/PageComposer.h"
 #include "reader/ReaderRules.h"
@@ -16,6 +18,8 @@
 #include <QScopeGuard>
 #include <QSystemTrayIcon>
 
+#include <utility>
+
 TfrmMain *frmMain = nullptr;
 
 // The resources of a static library come along only when asked for, and only outside of namespaces.
@@ -30,6 +34,7 @@ constexpr int TreeIdSize = 31;
 constexpr int NameSize = 127;
 constexpr int FontHeight = 13;
 constexpr int TreeWidth = 320;
+constexpr quint16 DesignLanguage = 1066; // Vietnamese
 
 } // namespace
 
@@ -55,6 +60,7 @@ TfrmMain::TfrmMain(QWidget *parent)
     SetUpButtons();
     SetUpSystemMenu();
     SetUpTray();
+    dkLang = TranslateForm(*this);
 
     RunGuarded([this] { FormCreate(); });
     ui->dbtSutas->setFocus();
@@ -145,8 +151,19 @@ void TfrmMain::DeclareContentData()
     qryKeloraContent.SetDataSource(&dsTreeSutas);
 }
 
+void TfrmMain::FindLanguages()
+{
+    LangManager().SetDefaultLanguage(DesignLanguage);
+    LangManager().ScanLanguageFiles(AppPath, QStringLiteral("*.lng"), false);
+    for (int index = 0; index < LangManager().GetLanguageCount(); ++index)
+        bcbLanguage->AddItem(LangManager().GetLanguageName(index));
+    // A language or a store that fails is told, and costs nobody the canon.
+    RunGuarded([this] { bcbLanguage->SetItemIndex(InterfaceLang == 0 || InterfaceLang == 1 ? InterfaceLang : -1); });
+}
+
 void TfrmMain::FormCreate()
 {
+    FindLanguages();
     vIsInit = true;
     vDefTreeKeloraSQL = qryTreeSutas.SelectSQL().join(QLatin1Char('\n'));
     CollectionMode = 1;
@@ -184,11 +201,16 @@ void TfrmMain::FormShow()
     const auto endStartUp = qScopeGuard([this] { vIsInit = false; });
     ui->dbtSutas->FullExpand();
     bcbLanguageChange();
+    // Takes what the captions say now for those of the design language: after a start in another language they stay
+    // in it until the next start.
+    dkLang->Loaded();
 }
 
 void TfrmMain::bcbLanguageChange()
 {
-    InterfaceLang = std::max(bcbLanguage->ItemIndex(), 0);
+    const int index = std::max(bcbLanguage->ItemIndex(), 0);
+    LangManager().SetCurrentLanguage(LangManager().GetLanguageId(index));
+    InterfaceLang = index;
     // The English interface reads the names in Pāli; a further language leaves the columns as they are.
     if (InterfaceLang == 0 || InterfaceLang == 1) {
         ui->dbtSutas->Column(QStringLiteral("NAME_VIC_VIE"))->SetVisible(InterfaceLang == 0);
@@ -197,8 +219,12 @@ void TfrmMain::bcbLanguageChange()
     frmKeloraDM->WriteOption(QStringLiteral("InterfaceLang"), InterfaceLang);
 }
 
-bool TfrmMain::ConfirmQuit() const
+bool TfrmMain::ConfirmQuit()
 {
+    // The tray and the end of the session reach the window while the question is open: it is not asked twice.
+    if (std::exchange(m_isAskingToQuit, true))
+        return false;
+    const auto endAsking = qScopeGuard([this] { m_isAskingToQuit = false; });
     const BoxText prompt = QuitPrompt(InterfaceLang);
     return Doors().messageBox(prompt.title, prompt.text, BoxButtons::YesNo, BoxIcon::Question);
 }

@@ -18,6 +18,7 @@ class TBarCombo;
 class TfrmDictionary;
 class TBrowserControl;
 class TDBTreeListColumn;
+class TDKLanguageController;
 
 namespace Ui {
 class frmMain;
@@ -74,8 +75,9 @@ private:
     void DeclareContentData();
     void FormCreate();
     void FormShow();
+    void FindLanguages();
     void StoreLastKelora();
-    bool ConfirmQuit() const;
+    bool ConfirmQuit();
     void SetUpTray();
     void tiMainTrayClick();
     void bcbLanguageChange();
@@ -107,7 +109,7 @@ private:
     void SetUpCommands();
     void SetUpButtons();
     void SetUpSystemMenu();
-    TBarCombo *AddCombo(QMenu *menu, const QString &name, const QString &accessibleName);
+    TBarCombo *AddCombo(QMenu *menu, const QString &name);
     void Wire(QAction *action, std::function<void()> execute, std::function<bool(const ReaderFacts &)> rule = {});
     bool HasSelection() const;
     void UpdateCommands();
@@ -118,9 +120,11 @@ private:
     TBarCombo *bcbInterface = nullptr;
     TBarCombo *bcbLanguage = nullptr;
     QSystemTrayIcon *tiMainTray = nullptr;
+    TDKLanguageController *dkLang = nullptr;
     QString vDefTreeKeloraSQL;
     bool vIsInit = false;
     bool FIsStartPage = false;
+    bool m_isAskingToQuit = false;
 };
 
 /// The one main window; null until the start has made it.

@@ -133,19 +133,20 @@ void TfrmMain::SetUpButtons()
 
 void TfrmMain::SetUpSystemMenu()
 {
-    bcbInterface = AddCombo(ui->bsiSkins, QStringLiteral("bcbInterface"), ui->bsiSkins->title());
+    bcbInterface = AddCombo(ui->bsiSkins, QStringLiteral("bcbInterface"));
     bcbInterface->setMaxVisibleItems(InterfaceDropDownCount);
-    bcbLanguage = AddCombo(ui->bsiLanguage, QStringLiteral("bcbLanguage"), ui->bsiLanguage->title());
-    bcbLanguage->AddItem(QStringLiteral("Tiếng Việt"));
-    bcbLanguage->SetItemIndex(0);
+    bcbLanguage = AddCombo(ui->bsiLanguage, QStringLiteral("bcbLanguage"));
     bcbLanguage->OnChange = [this] { bcbLanguageChange(); };
 }
 
-TBarCombo *TfrmMain::AddCombo(QMenu *menu, const QString &name, const QString &accessibleName)
+TBarCombo *TfrmMain::AddCombo(QMenu *menu, const QString &name)
 {
     auto *combo = new TBarCombo;
     combo->setObjectName(name);
-    combo->setAccessibleName(accessibleName);
+    // Named by the menu that holds it, in whatever language that is.
+    const auto followTitle = [combo, menu] { combo->setAccessibleName(menu->title()); };
+    followTitle();
+    ConnectGuarded(menu->menuAction(), &QAction::changed, combo, followTitle);
     combo->setMinimumWidth(ComboWidth);
     auto *frame = new QWidget(this);
     auto *layout = new QHBoxLayout(frame);

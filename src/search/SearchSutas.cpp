@@ -1,5 +1,6 @@
 #include "search/SearchSutas.h"
 
+#include "presentation/FormLanguage.h"
 #include "presentation/GlobalUnit.h"
 #include "reader/Main.h"
 #include "reader/PageComposer.h"
@@ -14,7 +15,9 @@
 #include "ui_SearchSutas.h"
 
 #include <QCloseEvent>
+#include <QScopeGuard>
 #include <QScreen>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -45,6 +48,7 @@ TfrmSearchSutas::TfrmSearchSutas(QWidget *parent)
     font.setPixelSize(FontHeight);
     setFont(font);
     ui->setupUi(this);
+    TranslateForm(*this);
     DeclareListData();
     DeclareResultData();
     ui->gtvSutas->SetDataSource(&dsSearchResult);
@@ -116,16 +120,21 @@ void TfrmSearchSutas::FormShow()
 
 bool TfrmSearchSutas::event(QEvent *event)
 {
-    // The desktop draws the frame late, and edges are the frame's: once it shows, the window is placed again.
-    if (event->type() == QEvent::WindowActivate && !std::exchange(m_isPlaced, true))
+    // Edges are the frame's, which the desktop draws late, and while it is at it the toolkit reads odd margins.
+    const QMargins frame = isVisible() && !m_hasFrame ? windowHandle()->frameMargins() : QMargins();
+    if (frame.top() > 0 && std::min({frame.left(), frame.right(), frame.bottom()}) >= 0) {
+        m_hasFrame = true;
         QMetaObject::invokeMethod(this, &TfrmSearchSutas::PlaceAtTheRight, Qt::QueuedConnection);
+    }
     return QWidget::event(event);
 }
 
 void TfrmSearchSutas::PlaceAtTheRight()
 {
     const QRect desk = screen()->geometry();
-    move(desk.right() + 1 - RightGap - frameGeometry().width(), desk.top() + WindowTop);
+    const QMargins frame = m_hasFrame ? windowHandle()->frameMargins() : QMargins();
+    const int frameWidth = frame.left() + width() + frame.right();
+    move(desk.right() + 1 - RightGap - frameWidth, desk.top() + WindowTop);
 }
 
 void TfrmSearchSutas::closeEvent(QCloseEvent *event)
@@ -231,10 +240,13 @@ int TfrmSearchSutas::Scan(const QString &word)
 void TfrmSearchSutas::AppendResult(const QString &sample)
 {
     mdSearchResult.Append();
+    // A row that cannot be stored is given up, or the next one would bring it again.
+    auto giveUp = qScopeGuard([this] { mdSearchResult.Cancel(); });
     for (const QString &field : {u"ID_VIT"_s, u"ID_VIC"_s, u"NAME_VIC_VIE"_s, u"NAME_VIC_PAL"_s})
         mdSearchResult.FieldByName(field).SetValue(qryListSutas.FieldByName(field).Value());
     mdSearchResult.FieldByName(u"SAMPLE_TEXT"_s).SetAsString(sample);
     mdSearchResult.Post();
+    giveUp.dismiss();
 }
 
 void TfrmSearchSutas::GoToFirstResult()
@@ -263,11 +275,13 @@ void TfrmSearchSutas::ColourPage()
     if (m_isColouring)
         return;
     m_isColouring = true;
+    const auto end = qScopeGuard([this] {
+        m_isColouring = false;
+        if (m_isClosedWaiting)
+            deleteLater();
+    });
     while (std::exchange(m_isColourDue, false) && !m_isClosedWaiting)
         frmMain->Content().SearchAndHighlight(ui->edSearchText->text(), {}, ScrollMode::None, {}, u"Yellow"_s);
-    m_isColouring = false;
-    if (m_isClosedWaiting)
-        deleteLater();
 }
 
 void TfrmSearchSutas::ShowNameColumn(int language)

@@ -56,7 +56,7 @@ private:
     std::unique_ptr<Ui::frmSearchSutas> ui;
     bool vIsLoadData = false; ///< the list is being filled, and opens no passage meanwhile
     int m_searches = 0;
-    bool m_isPlaced = false;
+    bool m_hasFrame = false;        ///< the desktop has drawn its frame around the window
     bool m_isColouring = false;     ///< ColourPage() is waiting for the page
     bool m_isColourDue = false;     ///< and another page has come meanwhile
     bool m_isClosedWaiting = false; ///< and the window was closed meanwhile

@@ -246,6 +246,11 @@ void TpFIBDatabase::SetLockFolder(const QString &folder)
     FirebirdClient::SetLockFolder(folder);
 }
 
+void TpFIBDatabase::ShutDownEngine()
+{
+    FirebirdClient::Shutdown();
+}
+
 TpFIBTransaction::Handle::Handle(std::shared_ptr<TpFIBDatabase::Handle> owner, const QStringList &words)
     : database(std::move(owner))
 {

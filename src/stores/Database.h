@@ -51,6 +51,9 @@ public:
     /// Replaces the lock folder ("lock" beside the first database opened) for this process; call before the first
     /// connection. Every process that opens a database must use the same folder, or rows get lost.
     static void SetLockFolder(const QString &folder);
+    /// Ends the engine and its threads. The last call before the process leaves, with every database closed: none can
+    /// be opened afterwards. Does nothing where none was. Never throws.
+    static void ShutDownEngine();
 
 private:
     QString m_dbName;

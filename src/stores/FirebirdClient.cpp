@@ -126,6 +126,18 @@ FirebirdClient &FirebirdClient::Load(const QString &libraryPath, const QString &
     return *TheClient();
 }
 
+void FirebirdClient::Shutdown()
+{
+    if (!TheClient())
+        return;
+    try {
+        constexpr unsigned withoutLimit = 0;
+        TheClient()->Provider()->shutdown(TheClient()->Status(), withoutLimit, fb_shutrsn_app_stopped);
+    } catch (const std::exception &) {
+        // The process ends anyway.
+    }
+}
+
 void FirebirdClient::PrepareLockFolder()
 {
     if (!QFileInfo::exists(m_lockFolder))

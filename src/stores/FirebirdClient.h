@@ -29,6 +29,8 @@ public:
     /// Loads the library at `libraryPath` unless one is loaded; `databasePath` is the database about to be opened.
     /// Throws DatabaseError with the loader's text.
     static FirebirdClient &Load(const QString &libraryPath, const QString &databasePath);
+    /// Ends the engine's threads, see TpFIBDatabase::ShutDownEngine(). Does nothing where no library was loaded.
+    static void Shutdown();
     /// Replaces the lock folder that the first database opened would choose. No effect once the library is loaded.
     static void SetLockFolder(const QString &folder);
 

@@ -14,11 +14,17 @@
 
 namespace {
 
+constexpr std::chrono::microseconds RetryPause(500);
+
 class FileLock final : public SettingsDisk::Lock
 {
 public:
     explicit FileLock(int descriptor) : m_descriptor(descriptor) {}
-    ~FileLock() override { ::close(m_descriptor); }
+    ~FileLock() override
+    {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
     FileLock(const FileLock &) = delete;
     FileLock &operator=(const FileLock &) = delete;
 
@@ -108,6 +114,14 @@ public:
         }
         auto lock = std::make_unique<FileLock>(descriptor);
         const auto end = std::chrono::steady_clock::now() + patience;
+        // A place at the door, kept while waiting inside: without it a copy that takes the lock again at once would
+        // always be faster than one that asks every now and then. Where folders know no locks, the lock alone serves.
+        const int folder = ::open(QFile::encodeName(QFileInfo(lockFile).absolutePath()).constData(),
+                                  O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        const FileLock door(folder);
+        while (folder >= 0 && ::flock(folder, LOCK_EX | LOCK_NB) != 0 && (errno == EWOULDBLOCK || errno == EINTR) &&
+               std::chrono::steady_clock::now() < end)
+            std::this_thread::sleep_for(RetryPause);
         while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
             const int reason = errno;
             // Some network folders know no locks; there a write without one beats no settings at all.
@@ -121,7 +135,7 @@ public:
                 errorText = qt_error_string(EBUSY);
                 return nullptr;
             }
-            std::this_thread::sleep_for(std::chrono::microseconds(500));
+            std::this_thread::sleep_for(RetryPause);
         }
         return lock;
     }

@@ -235,7 +235,8 @@ ISC_TIMESTAMP ToEngineMoment(const QDateTime &moment)
 }
 
 Statement::Statement(const DatabaseHandle &database, const TransactionHandle &transaction, const QString &sql)
-    : m_database(database), m_sql(sql)
+    // Built before the body: whatever fails from here on, the destructor gives back what was prepared.
+    : Statement(database, sql)
 {
     if (sql.trimmed().isEmpty())
         throw DatabaseError(u"The statement is empty"_s);

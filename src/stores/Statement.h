@@ -67,6 +67,8 @@ public:
     quint64 Execute(const TransactionHandle &transaction, const QList<QVariant> &values);
 
 private:
+    Statement(const DatabaseHandle &database, const QString &sql) : m_database(database), m_sql(sql) {}
+
     void DescribeColumns();
 
     DatabaseHandle m_database;

@@ -84,14 +84,14 @@ public:
     bool canFetchMore(const QModelIndex &parent) const override
     {
         const TDataSet *dataSet = OpenDataSet();
-        return !parent.isValid() && dataSet && !m_hasFailed &&
+        return !parent.isValid() && dataSet && !m_hasFailed && !m_isTelling &&
                (!dataSet->AllFetched() || dataSet->RecordCount() > m_rowCount);
     }
     void fetchMore(const QModelIndex &) override { FetchUpTo(m_rowCount + FetchedAtOnce - 1); }
     void FetchUpTo(int row)
     {
         TDataSet *dataSet = OpenDataSet();
-        if (!dataSet || m_hasFailed)
+        if (!dataSet || m_hasFailed || m_isTelling)
             return;
         // The view asks again and again: one failure is told once.
         m_hasFailed = !RunGuarded([&] { dataSet->FetchUpTo(row); });
@@ -110,6 +110,7 @@ public:
     {
         TDataSet *dataSet = OpenDataSet();
         beginResetModel();
+        m_isTelling = true;
         m_hasFailed = false;
         m_rowCount = dataSet ? dataSet->RecordCount() : 0;
         std::transform(m_view.m_columns.begin(), m_view.m_columns.end(), m_fields.begin(),
@@ -118,6 +119,8 @@ public:
                            return field ? field->Index() : -1;
                        });
         endResetModel();
+        m_isTelling = false;
+        FetchUpTo(FetchedAtOnce - 1);
         m_view.FillWidth();
         m_view.FollowCursor();
     }
@@ -145,6 +148,7 @@ private:
         const int fetched = dataSet ? dataSet->RecordCount() : 0;
         if (fetched <= m_rowCount)
             return;
+        const QScopedValueRollback telling(m_isTelling, true);
         beginInsertRows({}, m_rowCount, fetched - 1);
         m_rowCount = fetched;
         endInsertRows();
@@ -156,6 +160,7 @@ private:
     int m_columnCount = 0;
     std::vector<int> m_fields; ///< by column: index of the dataset's field, -1 if it has none of that name
     bool m_hasFailed = false;
+    bool m_isTelling = false; ///< of rows: who hears of them may ask for more, and would tell the others out of turn
 };
 
 /// Cells with a line at their right, and with a hint where the text is cut off.
@@ -297,6 +302,13 @@ void TcxGridDBTableView::FillWidth()
     for (size_t column = 0; column < m_columns.size(); ++column)
         setColumnHidden(static_cast<int>(column), !m_columns[column]->Visible());
     ShareWidth(0, viewport()->width());
+    // The keys do nothing on a focus that stands in a hidden column.
+    const QModelIndex current = currentIndex();
+    const std::vector<int> columns = VisibleColumns();
+    if (!current.isValid() || columns.empty() || !isColumnHidden(current.column()))
+        return;
+    const QScopedValueRollback following(m_following, true);
+    selectionModel()->setCurrentIndex(current.siblingAtColumn(columns.front()), QItemSelectionModel::NoUpdate);
 }
 
 void TcxGridDBTableView::ShareWidth(int firstColumn, int width)
@@ -308,9 +320,12 @@ void TcxGridDBTableView::ShareWidth(int firstColumn, int width)
     for (const int column : columns)
         shares += m_columns[static_cast<size_t>(column)]->Width();
     // What is left goes by what is left, so that the last column ends where the grid does.
+    int others = static_cast<int>(columns.size());
     for (const int column : columns) {
         const int share = m_columns[static_cast<size_t>(column)]->Width();
-        const int part = std::max(LeastColumnWidth, static_cast<int>(static_cast<qint64>(width) * share / shares));
+        const int most = width - --others * LeastColumnWidth;
+        const int fair = static_cast<int>(static_cast<qint64>(width) * share / shares);
+        const int part = std::max(LeastColumnWidth, std::min(fair, most));
         setColumnWidth(column, part);
         width -= part;
         shares -= share;

@@ -1,5 +1,6 @@
 #include "toolkit/FindDialog.h"
 
+#include "presentation/FormLanguage.h"
 #include "toolkit/Guard.h"
 #include "ui_FindDialog.h"
 
@@ -9,6 +10,7 @@ FindDialog::FindDialog(QWidget *parent) : QDialog(parent), m_ui(std::make_unique
 {
     m_ui->setupUi(this);
     setObjectName(QStringLiteral("dlgFind"));
+    TranslateForm(*this);
     ConnectGuarded(m_ui->btnFindNext, &QPushButton::clicked, this, [this] { Find(false); });
     ConnectGuarded(m_ui->btnFindPrior, &QPushButton::clicked, this, [this] { Find(true); });
     ConnectGuarded(m_ui->edFindText, &QLineEdit::textChanged, this, [this](const QString &text) {

@@ -1,6 +1,7 @@
 #include "reader/ReaderWindow.h"
 #include "support/WaitFor.h"
 
+#include "presentation/DKLang.h"
 #include "presentation/GlobalUnit.h"
 #include "stores/JsonRegistry.h"
 #include "stores/Modules.h"
@@ -86,6 +87,16 @@ ReaderWindow::~ReaderWindow()
 {
     End();
     Doors() = m_realDoors;
+    for (const QString &file : m_languageFiles)
+        QFile::remove(file);
+    LangManager().ForgetLanguages();
+}
+
+void ReaderWindow::AddLanguage(const QString &fileName, const QByteArray &content)
+{
+    QFile file(TheCanon().folder.Path(fileName));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    m_languageFiles.append(file.fileName());
 }
 
 ModuleDoors ReaderWindow::Modules()

@@ -40,6 +40,8 @@ protected:
     /// A complete set of stored options.
     void StoreDefaults(int openSutta = 0, int lastKelora = 0, int languageSutta = 1, int interfaceLang = 0);
     void Store(const QString &name, const QVariant &value);
+    /// Puts a language file beside the program until the test's end.
+    void AddLanguage(const QString &fileName, const QByteArray &content);
     /// The stored value; invalid if there is none.
     QVariant Stored(const QString &name);
 
@@ -82,6 +84,8 @@ protected:
 
 private:
     ModuleDoors Modules();
+
+    QStringList m_languageFiles;
 
     PlatformDoors m_realDoors;
 };

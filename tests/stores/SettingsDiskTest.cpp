@@ -1,12 +1,17 @@
 #include "stores/SettingsDisk.h"
 #include "support/FullDisk.h"
 #include "support/TestSupport.h"
+#include "support/WaitFor.h"
 
 #include <QDir>
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <thread>
+
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -30,6 +35,29 @@ TEST_P(SettingsDiskWrite, OnAFullDiskFailsAndLeavesTheOldContent)
     EXPECT_EQ(disk.Read(path, bytes, error), SettingsDisk::ReadResult::Read);
     EXPECT_EQ(bytes, "old");
     EXPECT_EQ(QDir(scratch.Path(u""_s)).entryList(QDir::Files), QStringList{u"registry.json"_s});
+}
+
+TEST(SettingsDiskLock, IsHandedToAWaiterThoughItsHolderTakesItAgainAtOnce)
+{
+    const ScratchFolder scratch;
+    const QString path = scratch.Path(u"registry.lock"_s);
+    std::atomic_bool isOver = false;
+    std::atomic_int taken = 0;
+    std::thread greedy([&] {
+        QString error;
+        while (!isOver) {
+            const auto lock = RealSettingsDisk().Acquire(path, 10s, error);
+            EXPECT_TRUE(lock) << error.toStdString();
+            ++taken;
+            std::this_thread::sleep_for(20ms);
+        }
+    });
+    EXPECT_TRUE(WaitFor([&] { return taken > 0; }));
+    QString error;
+    for (int turn = 0; turn < 5; ++turn)
+        EXPECT_TRUE(RealSettingsDisk().Acquire(path, 500ms, error)) << turn << ' ' << error.toStdString();
+    isOver = true;
+    greedy.join();
 }
 
 // Below and above what a file object buffers.

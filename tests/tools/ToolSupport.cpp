@@ -18,20 +18,40 @@ QString ToolPath()
     return ProductFolder() + u"lumivara-data"_s;
 }
 
-ToolRun RunDataTool(const QStringList &arguments, const QString &workingFolder, const QStringList &environment)
+namespace {
+
+ToolRun RunProgram(const QString &path, const QStringList &arguments, const QString &workingFolder,
+                   const QStringList &environment)
 {
     constexpr int longestRunMilliseconds = 120000;
     QProcess process;
     process.setWorkingDirectory(workingFolder);
     if (!environment.isEmpty())
         process.setEnvironment(environment);
-    process.start(ToolPath(), arguments);
+    process.start(path, arguments);
     ToolRun run;
     if (process.waitForFinished(longestRunMilliseconds) && process.exitStatus() == QProcess::NormalExit)
         run.exitCode = process.exitCode();
     run.output = QString::fromUtf8(process.readAllStandardOutput());
     run.errors = QString::fromUtf8(process.readAllStandardError());
     return run;
+}
+
+} // namespace
+
+ToolRun RunDataTool(const QStringList &arguments, const QString &workingFolder, const QStringList &environment)
+{
+    return RunProgram(ToolPath(), arguments, workingFolder, environment);
+}
+
+ToolRun RunLangTool(const QStringList &arguments, const QString &workingFolder)
+{
+    return RunProgram(ProductFolder() + u"lumivara-lang"_s, arguments, workingFolder, {});
+}
+
+QString WindowSources()
+{
+    return QCoreApplication::applicationDirPath() + u"/windows"_s;
 }
 
 QString SampleSources()

@@ -8,7 +8,7 @@
 #include <QStringList>
 #include <QVariant>
 
-/// What a run of lumivara-data left: exit code (-1 if it crashed or hung) and both streams.
+/// What a run of a tool left: exit code (-1 if it crashed or hung) and both streams.
 struct ToolRun
 {
     int exitCode = -1;
@@ -22,6 +22,12 @@ QString ToolPath();
 /// if there are any.
 ToolRun RunDataTool(const QStringList &arguments, const QString &workingFolder = {},
                     const QStringList &environment = {});
+
+/// The same for lumivara-lang.
+ToolRun RunLangTool(const QStringList &arguments, const QString &workingFolder = {});
+
+/// A copy of the windows' descriptions and tables and of the language files, as they stand in the project.
+QString WindowSources();
 
 /// The sources of the sample databases beside the test binaries.
 QString SampleSources();

@@ -1,7 +1,7 @@
 #include "lumivara-data/Verbs.h"
 
+#include "common/Console.h"
 #include "lumivara-data/CanonFile.h"
-#include "lumivara-data/Console.h"
 #include "lumivara-data/DataFile.h"
 #include "lumivara-data/DictionaryFile.h"
 

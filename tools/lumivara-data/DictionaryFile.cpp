@@ -1,6 +1,6 @@
 #include "lumivara-data/DictionaryFile.h"
 
-#include "lumivara-data/Console.h"
+#include "common/Console.h"
 #include "lumivara-data/DataFile.h"
 #include "lumivara-data/DictionaryOrder.h"
 

@@ -1,37 +1,10 @@
 #pragma once
 
-#include <QStringList>
+#include "common/Tool.h"
 
-#include <stdexcept>
-
-class Console;
-class QCommandLineParser;
-
-/// What the tool ends with.
-namespace ExitCode {
-inline constexpr int Clean = 0;
-inline constexpr int Findings = 1;
-inline constexpr int Failure = 2; // wrong usage, unreadable input, or an output that cannot be written
-} // namespace ExitCode
-
-/// Ends a verb with a message: what cannot be read, written or understood.
-class ToolError : public std::runtime_error
-{
-public:
-    explicit ToolError(const QString &text) : std::runtime_error(text.toUtf8().constData()), m_text(text) {}
-    const QString &Text() const { return m_text; }
-
-private:
-    QString m_text;
-};
-
-/// Runs the verb that the first argument names and gives the exit code. Never throws.
-int RunTool(const QStringList &arguments, Console &console);
+/// What the tool can do.
+std::span<const Verb> DataVerbs();
 
 /// The verbs. `arguments` is what follows the verb's name; failures are thrown as ToolError or DatabaseError.
 int RunBuild(const QStringList &arguments, Console &console);
 int RunCheck(const QStringList &arguments, Console &console);
-
-/// Reads a verb's options; throws ToolError for what it does not know. True if only help was asked for, which is then
-/// printed under `synopsis` ("check FILE").
-bool ParseOrHelp(QCommandLineParser &parser, const QString &synopsis, const QStringList &arguments, Console &console);

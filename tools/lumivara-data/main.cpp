@@ -1,5 +1,6 @@
-#include "lumivara-data/Console.h"
+#include "common/Console.h"
 #include "lumivara-data/Verbs.h"
+#include "stores/Database.h"
 
 #include <QCoreApplication>
 
@@ -12,6 +13,9 @@ int main(int argc, char **argv)
     // which takes the locale from the environment.
     std::setlocale(LC_CTYPE, "C.UTF-8");
     QCoreApplication::setApplicationName(QStringLiteral("lumivara-data"));
-    Console console;
-    return RunTool(QCoreApplication::arguments().mid(1), console);
+    Console console(QCoreApplication::applicationName());
+    const int code = RunTool(DataVerbs(), QCoreApplication::arguments().mid(1), console);
+    // The engine's threads would else still be ending while the process goes away under them.
+    TpFIBDatabase::ShutDownEngine();
+    return code;
 }

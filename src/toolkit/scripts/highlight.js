@@ -14,12 +14,12 @@
             element.style.color = foreground;
     }
 
-    function wrap(node, begin, end, foreground, background) {
+    // Splits the node and does not build it anew: selections and places that are being scrolled to live in it.
+    function wrap(node, begin, end, model) {
         const middle = begin > 0 ? node.splitText(begin) : node;
         if (end - begin < middle.length)
             middle.splitText(end - begin);
-        const element = node.ownerDocument.createElement('font');
-        colour(element, foreground, background);
+        const element = model.cloneNode(false);
         middle.replaceWith(element);
         element.append(middle);
         painted.add(element);
@@ -85,10 +85,15 @@
             return 0;
         const target = options.scroll === 1 ? spans[0].begin : options.scroll === 2 && count > 1 ? lastBegin : -1;
         if (options.foreground || options.background) {
+            // Copies of one element share its style: the engine reads the colours once and not for each hit.
+            const model = page.createElement('font');
+            colour(model, options.foreground, options.background);
             // From the end, so that the offsets before it stay true.
-            for (const part of coveredParts(text, spans).reverse()) {
-                const paint = painted.has(part.node.parentNode) ? repaint : wrap;
-                paint(part.node, part.begin, part.end, options.foreground, options.background);
+            for (const { node, begin, end } of coveredParts(text, spans).reverse()) {
+                if (painted.has(node.parentNode))
+                    repaint(node, begin, end, options.foreground, options.background);
+                else
+                    wrap(node, begin, end, model);
             }
         }
         // Colouring has moved the nodes, but not the characters.

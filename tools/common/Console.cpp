@@ -1,4 +1,4 @@
-#include "lumivara-data/Console.h"
+#include "common/Console.h"
 
 #include <QtGlobal>
 
@@ -44,7 +44,7 @@ void Console::PrintError(const QString &text)
 
 void Console::Error(const QString &message)
 {
-    PrintError(u"lumivara-data: "_s + message + u'\n');
+    PrintError(m_tool + u": "_s + message + u'\n');
 }
 
 void Console::Progress(const QString &work, qsizetype done, qsizetype total)

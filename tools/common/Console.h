@@ -2,11 +2,15 @@
 
 #include <QString>
 
-/// The tool's standard output and error streams, in UTF-8 whatever the locale. Results go to the output, messages and
+/// A tool's standard output and error streams, in UTF-8 whatever the locale. Results go to the output, messages and
 /// progress to the error stream.
 class Console
 {
 public:
+    /// `tool` is the name that stands before messages.
+    explicit Console(const QString &tool) : m_tool(tool) {}
+    const QString &Tool() const { return m_tool; }
+
     /// Text as it stands; lines end by "\n".
     void Print(const QString &text);
     void PrintError(const QString &text);
@@ -18,5 +22,6 @@ public:
     void EndProgress();
 
 private:
+    QString m_tool;
     QString m_work;
 };

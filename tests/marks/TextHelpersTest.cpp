@@ -1,0 +1,63 @@
+#include "marks/ConfirmDelete.h"
+#include "marks/HtmlToPlainText.h"
+#include "presentation/GlobalUnit.h"
+#include "stores/DatabaseError.h"
+#include "support/WaitFor.h"
+#include "toolkit/Doors.h"
+
+#include <QCoreApplication>
+#include <QScopeGuard>
+
+#include <gmock/gmock.h>
+
+using namespace Qt::StringLiterals;
+
+TEST(HtmlToPlainText, IsTheBodyAsTheEngineReadsIt)
+{
+    const struct
+    {
+        const char *rule;
+        QString html, plain;
+    } rows[]{
+        {"blocks and breaks part lines", u"<p>một</p><p>hai<br>ba</p>"_s, u"một\n\nhai\nba"_s},
+        {"blanks and entities", u"<b>a</b>  \n b&nbsp;c &amp;lt; &#7789;"_s, u"a b\u00a0c &lt; ṭ"_s},
+        {"what is not shown is no text", u"<title>t</title><style>p{}</style>a<i style='display:none'>b</i>"_s, u"a"_s},
+        {"scripts do not run", u"a<script>document.body.textContent = 'run'</script>"_s, u"a"_s},
+        {"no page", u""_s, u""_s},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(HtmlToPlainText(row.html), row.plain) << row.rule;
+    // Longer than the engine takes as a text.
+    EXPECT_EQ(HtmlToPlainText(u"<p>"_s + QString(1'000'000, u'ṭ')).size(), 1'000'000);
+}
+
+TEST(HtmlToPlainText, GivesNothingWhenTheProgramEndsMeanwhile)
+{
+    QString plain = u"none yet"_s;
+    QTimer::singleShot(0, qApp, [&] {
+        QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(3); });
+        plain = HtmlToPlainText(u"<p>a</p>"_s);
+    });
+    EXPECT_EQ(QCoreApplication::exec(), 3);
+    EXPECT_EQ(plain, QString());
+    EXPECT_EQ(HtmlToPlainText(u"<p>a</p>"_s), u"a"_s);
+}
+
+TEST(ConfirmDelete, AsksInVietnameseAndAbortsUnlessTheReaderAgrees)
+{
+    const auto restore = qScopeGuard([doors = Doors(), language = InterfaceLang] {
+        Doors() = doors;
+        InterfaceLang = language;
+    });
+    InterfaceLang = 1;
+    bool answer = true;
+    Doors().messageBox = [&](const QString &title, const QString &text, BoxButtons buttons, BoxIcon icon) {
+        EXPECT_EQ(title, u"Thông báo"_s);
+        EXPECT_EQ(text, u"Đồng ý xóa dữ liệu đang chọn?"_s);
+        EXPECT_TRUE(buttons == BoxButtons::YesNo && icon == BoxIcon::Question);
+        return answer;
+    };
+    EXPECT_NO_THROW(ConfirmDelete());
+    answer = false;
+    EXPECT_THROW(ConfirmDelete(), SilentAbort);
+}

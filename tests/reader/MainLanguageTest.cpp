@@ -1,0 +1,119 @@
+#include "reader/ReaderWindow.h"
+
+#include "presentation/DKLang.h"
+#include "presentation/GlobalUnit.h"
+#include "toolkit/BarCombo.h"
+#include "toolkit/DBTreeList.h"
+#include "toolkit/Forms.h"
+
+#include <QMenu>
+#include <QToolButton>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The numbers are part of the product: every language file ever written counts on them.
+const QByteArray English = "LANGID=1033\n[FRMMAIN]\n1=Reader\n7=Find a word\n15=Mark\\n it\n16=Side by side\n"
+                           "[frmSearchSutas]\n1=Search for passages\n[$CONSTANTS]\nA=b\n";
+const QByteArray German = "LANGID=1031\n[frmMain]\n7=Wort suchen\n";
+
+class MainLanguage : public ReaderWindow
+{
+protected:
+    MainLanguage()
+    {
+        AddLanguage(u"English.LNG"_s, English);
+        AddLanguage(u"German.lng"_s, German);
+        AddLanguage(u"none.lng"_s, "[frmMain]\n1=x\n");
+    }
+    void Open(int interfaceLang)
+    {
+        StoreDefaults(1, 1101, 1, interfaceLang);
+        Start();
+    }
+    TBarCombo &Language() { return Find<TBarCombo>("bcbLanguage"); }
+    QString Hint(const char *button) { return Find<QToolButton>(button).toolTip(); }
+    QString TreeName() { return Tree().currentIndex().data().toString(); }
+    QString OpenSearch()
+    {
+        Trigger("acSearchSutas");
+        return FindForm(u"frmSearchSutas"_s)->windowTitle();
+    }
+    const QString designedHint = u"Tìm từ, ngữ, đoạn văn trong bài kinh"_s;
+    const QString designedSearch = u"Tìm kiếm bài kinh có từ ngữ..."_s;
+};
+
+TEST_F(MainLanguage, FollowsTheChoiceInEveryOpenWindow)
+{
+    Open(0);
+    ASSERT_EQ(Language().count(), 3);
+    EXPECT_EQ(Language().itemText(0), u"Vietnamese"_s);
+    EXPECT_EQ(Language().itemText(1), u"English"_s);
+    EXPECT_EQ(Language().itemText(2), u"German"_s);
+    EXPECT_EQ(OpenSearch(), designedSearch);
+    for (int round = 0; round < 2; ++round) {
+        Language().SetItemIndex(1);
+        EXPECT_EQ(window->windowTitle(), u"Reader"_s);
+        EXPECT_EQ(Hint("btnFindDialog"), u"Find a word"_s);
+        EXPECT_EQ(Hint("btnVietPali"), u"Side by side"_s);
+        EXPECT_EQ(Find<QToolButton>("btnFocusHighlight").text().replace(u"\r\n"_s, u"\n"_s), u"Mark\n it"_s);
+        EXPECT_EQ(Find<QMenu>("bsiSystem").title(), u"Hệ thống"_s) << "no word for it in this file";
+        EXPECT_EQ(FindForm(u"frmSearchSutas"_s)->windowTitle(), u"Search for passages"_s);
+        EXPECT_EQ(TreeName(), u"Paṭhama"_s);
+        EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(1));
+        Language().SetItemIndex(0);
+        EXPECT_EQ(window->windowTitle(), u"Lumivara 1.1"_s);
+        EXPECT_EQ(Hint("btnFindDialog"), designedHint);
+        EXPECT_EQ(FindForm(u"frmSearchSutas"_s)->windowTitle(), designedSearch);
+        EXPECT_EQ(TreeName(), u"Giới thứ nhất"_s);
+    }
+}
+
+TEST_F(MainLanguage, AStartInEnglishKeepsTheMainWindowInItUntilTheNextStart)
+{
+    Open(1);
+    EXPECT_EQ(Hint("btnFindDialog"), u"Find a word"_s);
+    EXPECT_EQ(OpenSearch(), u"Search for passages"_s) << "a window opened later";
+    Language().SetItemIndex(0);
+    EXPECT_EQ(Hint("btnFindDialog"), u"Find a word"_s);
+    EXPECT_EQ(FindForm(u"frmSearchSutas"_s)->windowTitle(), designedSearch);
+    EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(0));
+    End();
+    LangManager().ForgetLanguages();
+    Start();
+    EXPECT_EQ(Hint("btnFindDialog"), designedHint);
+}
+
+TEST_F(MainLanguage, AFurtherLanguageHasCaptionsAndNoMessages)
+{
+    Open(0);
+    Language().SetItemIndex(1);
+    Language().SetItemIndex(2);
+    EXPECT_EQ(InterfaceLang, 2);
+    EXPECT_EQ(Hint("btnFindDialog"), u"Wort suchen"_s);
+    EXPECT_EQ(window->windowTitle(), u"Lumivara 1.1"_s) << "what the file lacks is as it was designed";
+    EXPECT_EQ(TreeName(), u"Paṭhama"_s) << "the tree keeps the names that it showed";
+    EXPECT_FALSE(window->close());
+    CheckBoxes({{QString(), QString()}});
+    End();
+    LangManager().ForgetLanguages();
+    boxes.clear();
+    Start();
+    EXPECT_EQ(Language().ItemIndex(), -1) << "a start knows two languages alone";
+    EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(0));
+}
+
+TEST_F(MainLanguage, ALanguageThatCannotBeReadIsToldAndChangesNothing)
+{
+    AddLanguage(u"English.lng"_s, "LANGID=1033\n[frmMain]\n7=a\n7=b\n"); // after the other: its text counts
+    const Box told{u"Lumivara 1.0"_s,
+                   u"Loading translations failed.\r\nLine 3: Duplicate property value translation ID (7)"_s};
+    Open(1);
+    CheckBoxes({told, told});
+    EXPECT_EQ(Hint("btnFindDialog"), designedHint);
+    EXPECT_EQ(TreeName(), u"Giới thứ nhất"_s);
+    EXPECT_EQ(PassageNames().size(), 4) << "the canon opens all the same";
+}
+
+} // namespace

@@ -1,0 +1,283 @@
+#include "stores/DataSource.h"
+#include "stores/DatabaseError.h"
+#include "stores/MemData.h"
+#include "support/WaitFor.h"
+#include "toolkit/CxGridDBTableView.h"
+#include "toolkit/Doors.h"
+
+#include <QAbstractItemModelTester>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QScopeGuard>
+#include <QTest>
+#include <QToolTip>
+
+#include <gmock/gmock.h>
+
+#include <numeric>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// As many rows as asked for, fetched one by one like those of a statement; the rows from `broken` on cannot be.
+class NumberedRows : public TDataSet
+{
+public:
+    explicit NumberedRows(int count) : m_count(count) { AddField(u"NUMBER"_s, FieldType::Integer); }
+    QVariant ValueAt(int row, int) const override { return row + 1; }
+    int broken = -1;
+
+protected:
+    void DoOpen() override {}
+    void DoClose() override {}
+    bool DoFetchNext() override
+    {
+        if (RecordCount() == broken)
+            throw DatabaseError(u"broken"_s);
+        return RecordCount() < m_count;
+    }
+    void DoInsertRow(const QList<QVariant> &) override {}
+    void DoUpdateRow(int, const QList<QVariant> &, const QList<QVariant> &) override {}
+    void DoDeleteRow(int) override {}
+
+private:
+    int m_count;
+};
+
+class CxGrid : public testing::Test
+{
+protected:
+    CxGrid()
+    {
+        rows.AddField(u"ID"_s, FieldType::Integer);
+        rows.AddField(u"NAME"_s, FieldType::WideString, 127).SetDisplayLabel(u"Label"_s);
+        rows.AddField(u"TEXT"_s, FieldType::WideString, 127);
+        id.SetFieldName(u"ID"_s);
+        id.SetVisible(false);
+        name.SetFieldName(u"NAME"_s);
+        name.SetWidth(100);
+        text.SetFieldName(u"TEXT"_s);
+        text.SetWidth(200);
+        text.SetCaption(u"Caption"_s);
+        view.SetKeyField(u"ID"_s);
+        view.resize(300, 200);
+        source.SetDataSet(&rows);
+    }
+    ~CxGrid() override { view.SetDataSource(nullptr); }
+
+    void Fill(int count)
+    {
+        rows.Close();
+        rows.Open();
+        rows.DisableControls();
+        for (int number = 1; number <= count; ++number) {
+            rows.Append();
+            rows.FieldByName(u"ID"_s).SetAsInteger(number);
+            rows.FieldByName(u"NAME"_s).SetAsString(u"n%1"_s.arg(number));
+            rows.FieldByName(u"TEXT"_s).SetAsString(u"<b>t%1</b>"_s.arg(number));
+            rows.Post();
+        }
+        rows.EnableControls();
+        rows.First();
+    }
+    void Show()
+    {
+        view.SetDataSource(&source);
+        view.show();
+        view.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+    }
+    QRect Cell(int row, int column) { return view.visualRect(view.model()->index(row, column)); }
+
+    TdxMemData rows;
+    TDataSource source;
+    TcxGridDBTableView view;
+    TcxGridDBColumn id{&view}, name{&view}, text{&view};
+};
+
+} // namespace
+
+TEST_F(CxGrid, ShowsRowsUnderCaptionsAndFollowsReopening)
+{
+    const QAbstractItemModelTester tester(view.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    view.SetDataSource(&source);
+    EXPECT_EQ(view.model()->rowCount(), 0);
+    Fill(3);
+    EXPECT_EQ(view.model()->rowCount(), 3);
+    EXPECT_EQ(view.RowTexts(1), (QStringList{u"n2"_s, u"<b>t2</b>"_s}));
+    const auto caption = [&](int column) { return view.model()->headerData(column, Qt::Horizontal).toString(); };
+    EXPECT_EQ(caption(1), u"Label"_s);
+    EXPECT_EQ(caption(2), u"Caption"_s);
+    name.SetVisible(false);
+    id.SetVisible(true);
+    EXPECT_EQ(view.RowTexts(2), (QStringList{u"3"_s, u"<b>t3</b>"_s}));
+    rows.FieldByName(u"TEXT"_s).OnGetText = [](const TField &field) { return field.AsString().toUpper(); };
+    EXPECT_EQ(view.RowTexts(0).last(), u"<B>T1</B>"_s);
+    rows.Edit();
+    rows.FieldByName(u"TEXT"_s).SetAsString(u"new"_s);
+    rows.Post();
+    EXPECT_EQ(view.RowTexts(0).last(), u"NEW"_s);
+    rows.Close();
+    EXPECT_EQ(view.model()->rowCount(), 0);
+    EXPECT_FALSE(view.currentIndex().isValid());
+}
+
+TEST_F(CxGrid, FocusAndCursorFollowEachOther)
+{
+    Fill(100);
+    Show();
+    EXPECT_EQ(view.currentIndex().row(), 0);
+    rows.MoveTo(90);
+    EXPECT_EQ(view.currentIndex().row(), 90);
+    EXPECT_TRUE(view.viewport()->rect().contains(Cell(90, 1).center()));
+    const struct
+    {
+        Qt::Key key;
+        int row;
+    } moves[]{{Qt::Key_Up, 89},  {Qt::Key_Home, 0}, {Qt::Key_Left, 0}, {Qt::Key_Right, 0},
+              {Qt::Key_Down, 1}, {Qt::Key_End, 99}, {Qt::Key_Down, 99}};
+    for (const auto &move : moves) {
+        QTest::keyClick(&view, move.key);
+        EXPECT_EQ(rows.RecNo(), move.row) << move.key;
+        EXPECT_EQ(view.currentIndex().row(), move.row) << move.key;
+    }
+    QTest::keyClick(&view, Qt::Key_PageUp);
+    EXPECT_LT(rows.RecNo(), 97);
+    EXPECT_GT(rows.RecNo(), 85);
+    view.scrollToTop();
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, Cell(3, 2).center());
+    EXPECT_EQ(rows.RecNo(), 3);
+    text.SetVisible(false);
+    QTest::keyClick(&view, Qt::Key_Down);
+    EXPECT_EQ(rows.RecNo(), 4);
+}
+
+TEST_F(CxGrid, AMoveThatFailsIsToldOnceAndTheFocusStaysWithTheCursor)
+{
+    QStringList boxes;
+    const auto restore = qScopeGuard([doors = Doors()] { Doors() = doors; });
+    Doors().messageBox = [&](const QString &, const QString &text, BoxButtons, BoxIcon) {
+        boxes.append(text);
+        return true;
+    };
+    NumberedRows many(1000);
+    many.broken = 600;
+    many.Open();
+    source.SetDataSet(&many);
+    name.SetFieldName(u"NUMBER"_s);
+    Show();
+    QTest::keyClick(&view, Qt::Key_End);
+    QTest::keyClick(&view, Qt::Key_End);
+    EXPECT_EQ(boxes, QStringList{u"broken"_s});
+    EXPECT_EQ(view.model()->rowCount(), 600);
+    EXPECT_EQ(many.RecNo(), 599);
+    EXPECT_EQ(view.currentIndex().row(), 599);
+    view.SetDataSource(nullptr);
+}
+
+TEST_F(CxGrid, RowsAreFetchedWhenTheyComeNear)
+{
+    NumberedRows many(350'000);
+    many.Open();
+    source.SetDataSet(&many);
+    name.SetFieldName(u"NUMBER"_s);
+    const QAbstractItemModelTester tester(view.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    Show();
+    QTest::keyClick(&view, Qt::Key_PageDown);
+    EXPECT_GT(many.RecNo(), 3);
+    EXPECT_LT(many.RecordCount(), 2'000);
+    // Others fetch, too, and the view learns of it by the move.
+    ASSERT_TRUE(many.Locate(u"NUMBER"_s, 5'000));
+    EXPECT_EQ(view.currentIndex().row(), 4'999);
+    EXPECT_LT(many.RecordCount(), 10'000);
+    QTest::keyClick(&view, Qt::Key_End);
+    EXPECT_EQ(many.RecNo(), 349'999);
+    EXPECT_EQ(view.RowTexts(349'999).first(), u"350000"_s);
+    view.SetDataSource(nullptr);
+}
+
+TEST_F(CxGrid, SeveralRowsAreSelectedAndCopied)
+{
+    Fill(5);
+    Show();
+    QTest::keyClick(&view, Qt::Key_Down);
+    QTest::keyClick(&view, Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_EQ(rows.RecNo(), 2);
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, Qt::ControlModifier, Cell(4, 1).center());
+    EXPECT_EQ(rows.RecNo(), 4);
+    EXPECT_EQ(view.SelectedKeys(), (QVariantList{2, 3, 5}));
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"n2\t<b>t2</b>\nn3\t<b>t3</b>\nn5\t<b>t5</b>"_s);
+    rows.MoveTo(0);
+    EXPECT_EQ(view.SelectedKeys(), QVariantList{1});
+}
+
+TEST_F(CxGrid, ColumnsShareTheWidth)
+{
+    Fill(1);
+    Show();
+    const auto filled = [&] {
+        EXPECT_EQ(view.columnWidth(0) + view.columnWidth(1) + view.columnWidth(2), view.viewport()->width());
+    };
+    filled();
+    EXPECT_NEAR(view.columnWidth(2), 2 * view.columnWidth(1), 2);
+    view.resize(600, 200);
+    filled();
+    EXPECT_NEAR(view.columnWidth(2), 2 * view.columnWidth(1), 2);
+    view.horizontalHeader()->resizeSection(1, 450);
+    EXPECT_EQ(view.columnWidth(1), 450);
+    filled();
+    view.horizontalHeader()->resizeSection(1, 5000);
+    filled();
+    view.horizontalHeader()->resizeSection(2, 5);
+    filled();
+    view.resize(300, 200);
+    filled();
+    id.SetVisible(true);
+    filled();
+    EXPECT_GT(view.columnWidth(0), 0);
+}
+
+TEST_F(CxGrid, OnlyACellThatIsCutOffHasAHint)
+{
+    Fill(1);
+    Show();
+    const auto hintOver = [&](int column) {
+        const QPoint point = Cell(0, column).center();
+        QHelpEvent event(QEvent::ToolTip, point, view.viewport()->mapToGlobal(point));
+        QCoreApplication::sendEvent(view.viewport(), &event);
+        return QToolTip::text();
+    };
+    EXPECT_EQ(hintOver(2), QString());
+    rows.Edit();
+    rows.FieldByName(u"TEXT"_s).SetAsString(u"<i>"_s + QString(100, u'x'));
+    rows.Post();
+    EXPECT_EQ(hintOver(2), u"<qt>&lt;i&gt;"_s + QString(100, u'x') + u"</qt>"_s);
+    hintOver(1);
+    EXPECT_TRUE(WaitFor([] { return QToolTip::text().isEmpty(); }));
+}
+
+TEST_F(CxGrid, AnEmptyTableSaysSo)
+{
+    Show();
+    const auto isBlank = [&] {
+        const QImage image = view.viewport()->grab().toImage();
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixel(x, y) != image.pixel(0, 0))
+                    return false;
+            }
+        }
+        return true;
+    };
+    EXPECT_TRUE(isBlank());
+    view.setProperty("OptionsView.NoDataToDisplayInfoText", u"Nothing"_s);
+    EXPECT_FALSE(isBlank());
+    Fill(1);
+    const QImage filled = view.viewport()->grab().toImage();
+    view.setProperty("OptionsView.NoDataToDisplayInfoText", QString());
+    EXPECT_EQ(view.viewport()->grab().toImage(), filled);
+}

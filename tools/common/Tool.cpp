@@ -1,0 +1,59 @@
+#include "common/Tool.h"
+
+#include "common/Console.h"
+
+#include <QCommandLineParser>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString Usage(std::span<const Verb> verbs, const QString &tool)
+{
+    QString text = u"Usage: %1 VERB [options]\n\nVerbs:\n"_s.arg(tool);
+    for (const Verb &verb : verbs)
+        text += u"  %1  %2\n"_s.arg(QString::fromUtf16(verb.name).leftJustified(8), QString::fromUtf16(verb.summary));
+    text += u"\n\"%1 VERB --help\" tells a verb's options.\n"_s.arg(tool);
+    text += u"Exit codes: 0 clean, 1 findings, 2 wrong usage or a file that cannot be read or written.\n"_s;
+    return text;
+}
+
+int RunVerb(const Verb &verb, const QStringList &arguments, Console &console)
+{
+    try {
+        return verb.run(arguments, console);
+    } catch (const std::exception &error) {
+        console.Error(QString::fromUtf8(error.what()));
+    }
+    return ExitCode::Failure;
+}
+
+} // namespace
+
+int RunTool(std::span<const Verb> verbs, const QStringList &arguments, Console &console)
+{
+    const QString name = arguments.value(0);
+    if (name == u"--help"_s || name == u"-h"_s) {
+        console.Print(Usage(verbs, console.Tool()));
+        return ExitCode::Clean;
+    }
+    for (const Verb &verb : verbs) {
+        if (name == QString::fromUtf16(verb.name))
+            return RunVerb(verb, arguments.mid(1), console);
+    }
+    console.Error(name.isEmpty() ? u"a verb is missing"_s : u"there is no verb \"%1\""_s.arg(name));
+    console.PrintError(Usage(verbs, console.Tool()));
+    return ExitCode::Failure;
+}
+
+bool ParseOrHelp(QCommandLineParser &parser, const QString &synopsis, const QStringList &arguments, Console &console)
+{
+    parser.addOption({{u"h"_s, u"help"_s}, u"Shows this text."_s});
+    if (!parser.parse(QStringList{console.Tool()} + arguments))
+        throw ToolError(parser.errorText());
+    if (!parser.isSet(u"help"_s))
+        return false;
+    // The parser's own first line knows nothing of verbs.
+    console.Print(u"Usage: %1 %2\n"_s.arg(console.Tool(), synopsis) + parser.helpText().section(u'\n', 1));
+    return true;
+}

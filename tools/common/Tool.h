@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QStringList>
+
+#include <span>
+#include <stdexcept>
+
+class Console;
+class QCommandLineParser;
+
+/// What a tool ends with.
+namespace ExitCode {
+inline constexpr int Clean = 0;
+inline constexpr int Findings = 1;
+inline constexpr int Failure = 2; // wrong usage, unreadable input, or an output that cannot be written
+} // namespace ExitCode
+
+/// Ends a verb with a message: what cannot be read, written or understood.
+class ToolError : public std::runtime_error
+{
+public:
+    explicit ToolError(const QString &text) : std::runtime_error(text.toUtf8().constData()), m_text(text) {}
+    const QString &Text() const { return m_text; }
+
+private:
+    QString m_text;
+};
+
+/// A verb of a tool. It gets what follows its name and gives the exit code; what it throws ends the tool with a
+/// message.
+struct Verb
+{
+    const char16_t *name;
+    const char16_t *summary;
+    int (*run)(const QStringList &, Console &);
+};
+
+/// Runs the verb that the first argument names and gives the exit code. Never throws.
+int RunTool(std::span<const Verb> verbs, const QStringList &arguments, Console &console);
+
+/// Reads a verb's options; throws ToolError for what it does not know. True if only help was asked for, which is then
+/// printed under `synopsis` ("check FILE").
+bool ParseOrHelp(QCommandLineParser &parser, const QString &synopsis, const QStringList &arguments, Console &console);
