@@ -18,7 +18,7 @@ struct Verb
 
 constexpr Verb Table[] = {
     {u"build", u"make the databases from their sources", RunBuild},
-    {u"check", u"tell what is wrong with a canon", RunCheck},
+    {u"check", u"tell what is wrong with a canon or a dictionary", RunCheck},
 };
 
 QString Usage()
