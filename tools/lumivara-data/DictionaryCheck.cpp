@@ -97,12 +97,12 @@ void DictionaryChecker::AddWord(const QString &word)
 void DictionaryChecker::AddEntry(const QString &word, const QByteArray &entry, const QByteArray &joined)
 {
     const QString row = RowName(word);
-    if (joined.trimmed().isEmpty())
-        Fault("empty joined entries", row, u"the entry of several dictionaries is empty"_s);
     if (entry.trimmed().isEmpty()) {
         Fault("empty entries", row, u"the entry is empty"_s);
         return;
     }
+    if (joined.trimmed().isEmpty())
+        Fault("empty joined entries", row, u"the entry is empty with several dictionaries"_s);
     if (const qsizetype bad = FirstBadUtf8Byte(entry); bad >= 0)
         Fault("entries not in UTF-8", row, u"the entry is not UTF-8 at byte %1"_s.arg(bad));
     if (const QString fault = TagFault(entry); !fault.isEmpty())
