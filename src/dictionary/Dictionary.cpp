@@ -255,11 +255,10 @@ void TfrmDictionary::SaveSearchText()
 
 void TfrmDictionary::SwitchDictionary(int kind, const QString &text, const QString &caption)
 {
-    // A copy: the text may be one of those that are kept now.
-    const QString searchText = text;
+    // The text is a reference to one of those that are kept, and may be the very one that is kept now.
     SaveSearchText();
     vTypeDict = kind;
-    ui->edSearchWord->setText(searchText);
+    ui->edSearchWord->setText(text);
     ui->bsiDicts->setTitle(caption);
     RefreshWordList();
 }

@@ -27,7 +27,8 @@ public:
     /// Opens the dictionary of DictionaryKind on LastWord. Called once, before the window shows. Throws DatabaseError,
     /// and the window then stands empty.
     void FormCreate();
-    /// Makes a kind current, with the text of its search box and the caption of the bar. Throws DatabaseError.
+    /// Makes a kind current, with the text of its search box and the caption of the bar. The text is read after that of
+    /// the kind being left has been kept, so it may be the kept one. Throws DatabaseError.
     void SwitchDictionary(int kind, const QString &text, const QString &caption);
     /// Caption of a kind in an interface language; also gives the button for several dictionaries its caption.
     QString GetDictionaryCaption(int kind, int interfaceLanguage);
