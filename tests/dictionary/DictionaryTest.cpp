@@ -8,6 +8,8 @@
 #include "toolkit/CxGridDBTableView.h"
 #include "toolkit/Forms.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
@@ -191,9 +193,12 @@ TEST_F(Dictionary, ABurstOfKeysSearchesOnceAndOtherKeysNever)
     Open(5);
     int searches = 0;
     form->qryWords.AfterOpen = [&] { ++searches; };
+    QGuiApplication::clipboard()->setText(u"pasted"_s);
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_F5, Qt::Key_Left, Qt::Key_Shift, Qt::Key_Home, Qt::Key_Insert})
         Key(key, Qt::ShiftModifier);
     EXPECT_FALSE(form->TimerDelta.isActive());
+    EXPECT_EQ(Edit().text(), u"pasted"_s) << "they keep their ordinary meaning";
+    Edit().clear();
     Type(Edit(), u"niX"_s);
     Key(Qt::Key_Backspace);
     Type(Edit(), u"b"_s);
