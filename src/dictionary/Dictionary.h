@@ -44,6 +44,9 @@ public:
     void SaveHTMLFormatted();
     /// Reads words and entry anew from search box and kind. Throws DatabaseError.
     void RefreshWordList();
+    /// The same for a text that was typed or handed over: an empty list shows the page of an entry without lines.
+    /// Throws DatabaseError.
+    void RunWordSearch();
 
     TpFIBDataSet qryWords;
     TpFIBDataSet qryContents;

@@ -62,7 +62,20 @@ void TfrmDictionary::edSearchWordKeyDown(int key, const QString &text)
 void TfrmDictionary::TimerDeltaTimer()
 {
     if (TickDebounce(vDeltaT))
-        RefreshWordList();
+        RunWordSearch();
+}
+
+void TfrmDictionary::RunWordSearch()
+{
+    RefreshWordList();
+    if (FIsStartPage || !qryWords.IsEmpty())
+        return;
+    // The entry of the word before could not be replaced, but it must not stand beside an empty list.
+    try {
+        SaveHTMLFormatted();
+        ui->ebContentWord->LoadFromString(vHTMLString);
+    } catch (const std::exception &) {
+    }
 }
 
 void TfrmDictionary::RefreshWordList()
@@ -112,7 +125,7 @@ void TfrmDictionary::SearchingText(const QString &text)
     const auto place = FindDictionary(vTypeDict, ui->edSearchWord->text(), contains);
     qryCheckWord.Close();
     if (!place) {
-        RefreshWordList();
+        RunWordSearch();
         return;
     }
     // A plural is shortened before the text of the kind being left is kept. The switch reads the list, and a second
