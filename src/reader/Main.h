@@ -15,6 +15,7 @@ class QMenu;
 class QSystemTrayIcon;
 class QUrl;
 class TBarCombo;
+class TfrmDictionary;
 class TBrowserControl;
 class TDBTreeListColumn;
 class TDKLanguageController;
@@ -97,6 +98,12 @@ private:
     void SetMarginWidth(int level);
     bool ebContentBeforeNavigate2(const QUrl &url);
     void ebContentDocumentComplete();
+
+    // MainLookUp.cpp: words handed to the dictionary
+    TfrmDictionary &OpenDictionary();
+    void LookUpWord(const std::function<QString()> &takeWord);
+    void acGetWordExecute();
+    void ebContentClick(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x, int y);
 
     // MainCommands.cpp
     void SetUpCommands();

@@ -43,6 +43,10 @@ void TfrmMain::SetUpCommands()
 
     Wire(ui->acSearchSutas, [] { OpenForm(QStringLiteral("frmSearchSutas"), [] { return new TfrmSearchSutas; }); });
 
+    Wire(
+        ui->acDictionary, [this] { OpenDictionary(); }, MayOpenDictionary);
+    Wire(
+        ui->acGetWord, [this] { acGetWordExecute(); }, MayLookUp);
     Wire(ui->acNotes, [] {}); // an empty command, kept enabled
 
     Wire(ui->acExpandTree, [this] { ui->dbtSutas->FullExpand(); });

@@ -17,6 +17,9 @@ void TfrmMain::SetUpContent()
     ui->ebContent->OnBeforeNavigate2 = [this](const QUrl &url) { return ebContentBeforeNavigate2(url); };
     ui->ebContent->OnDocumentComplete = [this] { ebContentDocumentComplete(); };
     ui->ebContent->OnShowContextMenu = [this](const QPoint &screenPoint) { ui->ppContent->popup(screenPoint); };
+    ui->ebContent->OnClick = [this](Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x, int y) {
+        ebContentClick(button, modifiers, x, y);
+    };
     ui->ebContent->OnZoomWheel = [this](int steps) {
         QAction *zoom = steps > 0 ? ui->acZoomIn : ui->acZoomOut;
         for (int step = 0; step < std::abs(steps); ++step)

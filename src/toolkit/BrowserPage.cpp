@@ -14,15 +14,39 @@
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineQuotaRequest>
 #include <QWebEngineRegisterProtocolHandlerRequest>
+#include <QWebEngineUrlRequestInterceptor>
+
+namespace {
+
+/// Holds a closed page back from the web, behind the guard of the profile, which does not know who was let out.
+class WebInterceptor : public QWebEngineUrlRequestInterceptor
+{
+public:
+    WebInterceptor(QObject *parent, const bool &isAway) : QWebEngineUrlRequestInterceptor(parent), m_isAway(isAway) {}
+
+    void interceptRequest(QWebEngineUrlRequestInfo &request) override
+    {
+        if (IsWebAddress(request.requestUrl()) && !m_isAway)
+            request.block(true);
+    }
+
+private:
+    const bool &m_isAway;
+};
+
+} // namespace
 
 BrowserPage::BrowserPage(BrowserProfile *profile) : QWebEnginePage(profile)
 {
+    setUrlRequestInterceptor(new WebInterceptor(this, m_isAway));
     RefuseRequests();
     // A link that asks for a window of its own is a link like any other.
     connect(this, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest &request) {
         const QUrl url = request.requestedUrl();
-        if (FollowLink(url, true, request.isUserInitiated()))
-            QTimer::singleShot(0, this, [this, url] { load(url); });
+        if (!FollowLink(url, true, request.isUserInitiated()))
+            return;
+        m_opening = url;
+        QTimer::singleShot(0, this, [this, url] { load(url); });
     });
 }
 
@@ -51,6 +75,7 @@ void BrowserPage::LoadFromHost(const QUrl &address)
 {
     m_address = address;
     m_isHostLoading = true;
+    m_isAway = false;
     load(address);
 }
 
@@ -63,7 +88,18 @@ bool BrowserPage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
     // The mouse's Back button and the reload keys reach the engine past every shortcut.
     if (type == NavigationTypeBackForward || type == NavigationTypeReload || type == NavigationTypeFormSubmitted)
         return false;
+    if (isMainFrame && !m_opening.isEmpty() && url == m_opening) {
+        m_opening.clear();
+        return true;
+    }
+    if (m_isAway && isMainFrame && type == NavigationTypeRedirect)
+        return IsWebAddress(url);
     return FollowLink(url, isMainFrame, type == NavigationTypeLinkClicked);
+}
+
+bool BrowserPage::MayGoOut(const QUrl &url) const
+{
+    return OpensLinksInside && IsWebAddress(url);
 }
 
 bool BrowserPage::FollowLink(const QUrl &url, bool isMainFrame, bool isByReader)
@@ -78,6 +114,10 @@ bool BrowserPage::FollowLink(const QUrl &url, bool isMainFrame, bool isByReader)
     RunGuarded([&] { isCancelled = OnBeforeNavigate && OnBeforeNavigate(url); });
     if (isCancelled || decision == Navigation::Load)
         return !isCancelled;
+    if (MayGoOut(url)) {
+        m_isAway = true;
+        return true;
+    }
     // The host opens web addresses in its own way; a mail link is known to the document door alone. The engine waits
     // for our answer here, so the door opens in the next turn.
     if (!url.toString().contains(QStringLiteral("http")))

@@ -21,6 +21,9 @@ public:
 
     /// Asked for a link that may be followed, inside or outside; true cancels.
     std::function<bool(const QUrl &url)> OnBeforeNavigate;
+    /// On: a web address that the reader clicks and OnBeforeNavigate does not cancel opens in place of the page, with
+    /// its pictures and styles and without scripts or frames, until the host loads its next page.
+    bool OpensLinksInside = false;
 
 protected:
     bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
@@ -35,7 +38,10 @@ private:
     void RefuseRequests();
     /// True where the engine shall go there itself.
     bool FollowLink(const QUrl &url, bool isMainFrame, bool isByReader);
+    bool MayGoOut(const QUrl &url) const;
 
     QUrl m_address;
     bool m_isHostLoading = false;
+    QUrl m_opening;        ///< a link of its own window, on its way into this one
+    bool m_isAway = false; ///< on a page of the web, by the reader's own click
 };

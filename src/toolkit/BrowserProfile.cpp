@@ -23,7 +23,7 @@ public:
         const bool isOurs = url.scheme() == QLatin1StringView(PageScheme);
         // A page within itself would nest without end.
         const bool isPage = request.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame;
-        request.block(!MayRequest(url) || (isOurs && !isPage));
+        request.block(!MayRequest(url, request.firstPartyUrl(), isPage) || (isOurs && !isPage));
     }
 };
 

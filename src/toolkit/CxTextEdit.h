@@ -14,11 +14,16 @@ public:
 
     /// Runs under the general guard. The key is a Qt::Key.
     std::function<void(int key)> OnKeyUp;
+    /// Before the edit takes a key that is pressed or held, under the general guard. `text` is what the key makes. A
+    /// text committed by an input method comes behind its change, as Qt::Key_unknown.
+    std::function<void(int key, const QString &text)> OnKeyDown;
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
     void inputMethodEvent(QInputMethodEvent *event) override;
 
 private:
     void KeyUp(int key);
+    void KeyDown(int key, const QString &text);
 };

@@ -3,6 +3,7 @@
 #include <QFont>
 #include <QFontDatabase>
 #include <QStringList>
+#include <QWidget>
 
 namespace {
 
@@ -19,4 +20,11 @@ void InstallFontSubstitutes()
 {
     if (!IsPageFontInstalled())
         QFont::insertSubstitutions(pageFont, {QStringLiteral("Noto Sans"), QStringLiteral("DejaVu Sans")});
+}
+
+void SmoothFont(QWidget &control)
+{
+    QFont font = control.font();
+    font.setStyleStrategy(QFont::PreferAntialias);
+    control.setFont(font);
 }

@@ -27,7 +27,13 @@ Navigation DecideNavigation(const QUrl &url, bool isStartPage, bool isMainFrame,
     return IsPlaceInPage(url, page) ? Navigation::Load : Navigation::Refuse;
 }
 
-bool MayRequest(const QUrl &url)
+bool MayRequest(const QUrl &url, const QUrl &page, bool isForMainFrame)
 {
-    return IsPageAddress(url) || url.scheme() == QLatin1StringView("data");
+    return IsPageAddress(url) || url.scheme() == QLatin1StringView("data") ||
+           (IsWebAddress(url) && (isForMainFrame || IsWebAddress(page)));
+}
+
+bool IsWebAddress(const QUrl &url)
+{
+    return url.scheme() == QLatin1StringView("http") || url.scheme() == QLatin1StringView("https");
 }

@@ -17,8 +17,11 @@ enum class Navigation {
 /// place in the page loads, and the rest is refused. In a frame everything is refused: frames load unasked.
 Navigation DecideNavigation(const QUrl &url, bool isStartPage, bool isMainFrame, const QUrl &page);
 
-/// Whether a page may request a resource: only the page itself by our scheme, and data addresses.
-bool MayRequest(const QUrl &url);
+/// Whether a page may request a resource. Of our pages only the page itself by our scheme and data addresses. Of the
+/// web what a page of the web names, and a page for the main frame: there the navigation was decided before.
+bool MayRequest(const QUrl &url, const QUrl &page, bool isForMainFrame);
+
+bool IsWebAddress(const QUrl &url);
 
 /// The scheme of composed pages.
 inline constexpr char PageScheme[] = "lumivara";

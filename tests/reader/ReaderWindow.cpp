@@ -121,6 +121,7 @@ void ReaderWindow::Start()
     frmClientsDM = clients.get();
     dictionary = std::make_unique<TfrmDictionaryDM>(Modules());
     frmDictionaryDM = dictionary.get();
+    dictionary->DataModuleCreate();
     window = std::make_unique<TfrmMain>();
 }
 

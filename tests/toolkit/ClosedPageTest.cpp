@@ -26,13 +26,14 @@ public:
                     const QList<QByteArray> words = socket->readLine().split(' ');
                     if (words.size() > 1)
                         paths.insert(QString::fromUtf8(words[1]));
-                    socket->write("HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n");
+                    socket->write(answer);
                     socket->disconnectFromHost();
                 });
             }
         });
     }
 
+    QByteArray answer = "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
     int calls = 0;
     QSet<QString> paths;
 };
@@ -130,6 +131,35 @@ TEST_F(ClosedPage, RunsNoScriptOfThePage)
     QTest::mouseClick(Input(), Qt::LeftButton, Qt::NoModifier, PlaceOf(u"#a"_s));
     Pause(50);
     EXPECT_EQ(Text(u"document.title"_s), u"before"_s);
+}
+
+TEST_F(ClosedPage, OpensALinkInsideByTheReadersClickAlone)
+{
+    Listener listener;
+    listener.answer = "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nConnection: close\r\n\r\n"
+                      "<title>far</title><body><img src=/far.png><iframe src=/frame></iframe>"
+                      "<script src=/script></script><script>document.title = 'run'</script>";
+    const QString address = u"http://127.0.0.1:%1"_s.arg(listener.serverPort());
+    const QString page = u"<a id=a href='%1/%2'>go</a><img src='%1/picture'><iframe src='%1/near'></iframe>"
+                         "<meta http-equiv='refresh' content='0;url=%1/refresh'>"_s.arg(address);
+    Control().SetOpensLinksInside(true);
+    Load(page.arg(u"link"_s));
+    Pause(200);
+    EXPECT_EQ(listener.calls, 0);
+    QTest::mouseClick(Input(), Qt::LeftButton, {}, PlaceOf(u"#a"_s));
+    EXPECT_TRUE(WaitFor([&] { return listener.paths.contains(u"/far.png"_s); }));
+    EXPECT_TRUE(WaitFor([&] { return Control().title() == u"far"_s; }));
+    EXPECT_EQ(listener.paths, (QSet<QString>{u"/link"_s, u"/far.png"_s}));
+    EXPECT_TRUE(opened.isEmpty());
+
+    listener.paths.clear();
+    Load(page.arg(u"again"_s));
+    Pause(200);
+    EXPECT_EQ(listener.paths, QSet<QString>()) << "the next page is closed again";
+    Control().SetOpensLinksInside(false);
+    QTest::mouseClick(Input(), Qt::LeftButton, {}, PlaceOf(u"#a"_s));
+    Pause(200);
+    EXPECT_EQ(listener.paths, QSet<QString>());
 }
 
 struct Link

@@ -58,11 +58,20 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Requests, OnlyThePageAndEmbeddedDataPass)
 {
+    const QUrl page(QStringLiteral("lumivara://page/7"));
+    const QUrl web(QStringLiteral("http://example.org/"));
     for (const char *allowed : {"lumivara://page/7", "data:image/png;base64,AAAA"})
-        EXPECT_TRUE(MayRequest(QUrl(QString::fromUtf8(allowed)))) << allowed;
-    for (const char *blocked : {"http://example.org/a.png", "https://example.org/", "file:///etc/passwd", "ftp://a/b",
-                                "ws://example.org/", "blob:lumivara://page/1", "about:blank", "qrc:/a", "//host/a", ""})
-        EXPECT_FALSE(MayRequest(QUrl(QString::fromUtf8(blocked)))) << blocked;
+        EXPECT_TRUE(MayRequest(QUrl(QString::fromUtf8(allowed)), page, false)) << allowed;
+    for (const char *onTheWeb : {"http://example.org/a.png", "https://example.org/"}) {
+        EXPECT_FALSE(MayRequest(QUrl(QString::fromUtf8(onTheWeb)), page, false)) << onTheWeb;
+        EXPECT_TRUE(MayRequest(QUrl(QString::fromUtf8(onTheWeb)), web, false)) << onTheWeb;
+        EXPECT_TRUE(MayRequest(QUrl(QString::fromUtf8(onTheWeb)), page, true)) << onTheWeb;
+    }
+    for (const char *blocked : {"file:///etc/passwd", "ftp://a/b", "ws://example.org/", "blob:lumivara://page/1",
+                                "about:blank", "qrc:/a", "//host/a", ""}) {
+        EXPECT_FALSE(MayRequest(QUrl(QString::fromUtf8(blocked)), page, false)) << blocked;
+        EXPECT_FALSE(MayRequest(QUrl(QString::fromUtf8(blocked)), web, false)) << blocked;
+    }
 }
 
 } // namespace

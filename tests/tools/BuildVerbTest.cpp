@@ -161,40 +161,57 @@ TEST_F(BuildVerb, KilledInTheMiddleItLeavesTheOldFileAndTheNextBuildRecovers)
 
 TEST_F(BuildVerb, TheDictionaryAnswersByItsThreeProcedures)
 {
-    ASSERT_EQ(RunDataTool({u"build"_s, u"--data"_s, SampleSources(), u"--out"_s, Out(), u"--only"_s, u"dictionary"_s})
-                  .exitCode,
-              0);
+    WriteFile(Data() + u"/dictionary/pali.txt"_s,
+              "dictionary 5\n% sati\n@sati\n% Saṃsāra\n@S\n% saka\n@saka\n% gāma\n@gāma\n- làng\n");
+    WriteFile(Data() + u"/dictionary/english.txt"_s, "dictionary 8\n% gāma\n@gāma\n- village\n");
+    WriteFile(Data() + u"/dictionary/anh.txt"_s, "dictionary 1\n% Ānanda\n@A\n% lamp\n@lamp\n");
+    WriteFile(Data() + u"/dictionary/forms.txt"_s, "forms 5 8\ngāma: gāmassa\n");
+    ASSERT_EQ(Build({u"--only"_s, u"dictionary"_s}).exitCode, 0);
     OpenedDatabase dictionary(File(u"PALIDICT.FDB"_s));
-    const auto words = dictionary.Rows(u"select e.WORD_NAME, e.DICT_TYPE from SP_GET_LIST_WORDS(5) e"_s);
-    ASSERT_GE(words.size(), 30);
-    EXPECT_EQ(words.last()[0].toString(), u"ḷ"_s);
-    EXPECT_EQ(words[0][1].toInt(), 5);
-    QStringList filtered;
-    for (const auto &row :
-         dictionary.Rows(u"select e.WORD_NAME from SP_GET_LIST_WORDS(5) e where e.WORD_NAME starting with 'bhikkh'"_s))
-        filtered.append(row[0].toString());
-    EXPECT_EQ(filtered, (QStringList{u"bhikkhu"_s, u"bhikkhunī"_s}));
 
-    const auto content = [&](int kind, const QString &word, int multi) {
-        const auto rows = dictionary.Rows(u"select E.WORD_CONTENT, E.WORD_CONTENT_2 "
-                                          u"from SP_GET_WORD_CONTENT(%1, '%2', %3) E"_s.arg(kind)
-                                              .arg(word)
-                                              .arg(multi));
-        return rows.isEmpty() ? QByteArray() : rows[0][0].toByteArray();
+    const auto list = [&](int kind) {
+        QStringList words;
+        for (const auto &row :
+             dictionary.Rows(u"select e.WORD_NAME, e.DICT_TYPE from SP_GET_LIST_WORDS(%1) e"_s.arg(kind))) {
+            words.append(row[0].toString());
+            EXPECT_EQ(row[1].toInt(), kind);
+        }
+        return words.join(u' ');
     };
-    const QByteArray vietnamese = content(5, u"nagara"_s, 0);
-    EXPECT_TRUE(vietnamese.contains("thành phố"));
-    EXPECT_FALSE(vietnamese.contains("a town"));
-    EXPECT_EQ(content(5, u"nagara"_s, 1), vietnamese + '\n' + content(8, u"nagara"_s, 0));
-    EXPECT_EQ(content(5, u"ṭīkā"_s, 1), content(5, u"ṭīkā"_s, 0)) << "no partner entry";
-    EXPECT_TRUE(content(5, u"không có"_s, 1).isEmpty());
+    EXPECT_EQ(list(5), u"gāma gāmassa saka sati Saṃsāra"_s);
+    EXPECT_EQ(list(1), u"Ānanda lamp"_s);
+    EXPECT_EQ(list(3), u""_s);
+    EXPECT_EQ(list(0), u""_s);
 
-    const auto check = [&](int kind, const QString &word) {
-        return dictionary.Rows(u"select sp.result from sp_check_word(%1, '%2') sp"_s.arg(kind).arg(word))[0][0].toInt();
+    const auto content = [&](int kind, const char16_t *word, int multi) {
+        QByteArrayList rows;
+        for (const auto &row : dictionary.Rows(u"select E.WORD_CONTENT, E.WORD_CONTENT_2 "
+                                               "from SP_GET_WORD_CONTENT(%1, '%2', %3) E"_s.arg(kind)
+                                                   .arg(QString::fromUtf16(word))
+                                                   .arg(multi)))
+            rows.append(row[0].toByteArray());
+        return rows.join('|');
     };
-    EXPECT_EQ(check(5, u"SAṄGHA"_s), 1);
-    EXPECT_EQ(check(5, u"saṅgha"_s), 0);
-    EXPECT_EQ(check(1, u"SAṄGHA"_s), 0);
+    EXPECT_EQ(content(5, u"gāma", 0), "@gāma\n- làng");
+    EXPECT_EQ(content(5, u"gāmassa", 1), "@gāma\n- làng\n# Pāli-Anh / Pāli-English\n@gāma\n- village");
+    EXPECT_EQ(content(8, u"gāma", 1), "@gāma\n- village\n# Pāli-Việt / Pāli-Vietnamese\n@gāma\n- làng");
+    EXPECT_EQ(content(5, u"sati", 1), "@sati") << "the partner has no entry";
+    EXPECT_EQ(content(8, u"sati", 1), "# Pāli-Việt / Pāli-Vietnamese\n@sati") << "only the partner has one";
+    EXPECT_EQ(content(8, u"sati", 0), "") << "no row";
+    EXPECT_EQ(content(5, u"Gāma", 1), "") << "case counts";
+
+    const auto check = [&](const char16_t *arguments) {
+        const auto rows =
+            dictionary.Rows(u"select sp.result from sp_check_word(%1) sp"_s.arg(QString::fromUtf16(arguments)));
+        return rows.size() == 1 && !rows[0][0].isNull() ? rows[0][0].toInt() : -1;
+    };
+    EXPECT_EQ(check(u"5, 'SAṂSĀRA'"), 1);
+    EXPECT_EQ(check(u"5, 'GĀMASSA'"), 1);
+    EXPECT_EQ(check(u"5, 'saṃsāra'"), 0);
+    EXPECT_EQ(check(u"1, 'Ānanda'"), 1);
+    EXPECT_EQ(check(u"1, 'SAṂSĀRA'"), 0);
+    EXPECT_EQ(check(u"5, null"), 0);
+    EXPECT_EQ(check(u"null, 'LAMP'"), 0);
 }
 
 struct WrongUse

@@ -56,6 +56,76 @@ TEST_F(CheckVerb, FindingsNameTheirRowsAndEndWithOne)
               "2 groups, 2 texts: 4 findings\n");
 }
 
+TEST_F(CheckVerb, TheSampleDictionaryIsClean)
+{
+    const ToolRun run = RunDataTool({u"check"_s, ProductFolder() + u"PALIDICT.FDB"_s});
+    EXPECT_EQ(run.exitCode, 0) << qPrintable(run.output + run.errors);
+    EXPECT_TRUE(run.output.endsWith(u" words: nothing wrong\n"_s)) << qPrintable(run.output);
+}
+
+/// A dictionary with tables of its own, and a fault of each kind.
+const char16_t ForeignDictionary[] = uR"(
+create table MUC_TU (K integer, N integer, W varchar(80) character set UNICODE_FSS, C blob sub_type 0);
+COMMIT WORK;
+insert into MUC_TU values (5, 1, 'āpa', 'x');
+insert into MUC_TU values (5, 2, 'anta', '- <i>một');
+insert into MUC_TU values (5, 3, 'anta', '');
+insert into MUC_TU values (5, 4, 'iPod', null);
+insert into MUC_TU values (5, 5, 'ugga', x'2D20C3');
+insert into MUC_TU values (5, 6, ')"
+                                     "oooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooo"
+                                     uR"(', 'x');
+insert into MUC_TU values (6, 1, 'không', 'x');
+COMMIT WORK;
+SET TERM ^ ;
+create procedure SP_GET_LIST_WORDS (A integer)
+returns (WORD_NAME varchar(80) character set UNICODE_FSS, DICT_TYPE integer) as
+begin
+    for select W, K from MUC_TU where K = :A order by N into :WORD_NAME, :DICT_TYPE do suspend;
+    if (A = 8) then WORD_NAME = 1 / (A - 8);
+end^
+create procedure SP_GET_WORD_CONTENT (K integer, W varchar(80) character set UNICODE_FSS, M smallint)
+returns (WORD_CONTENT blob sub_type 0, WORD_CONTENT_2 blob sub_type 0) as
+begin
+    for select C from MUC_TU where K = :K and W = :W order by N into :WORD_CONTENT do suspend;
+end^
+create procedure SP_CHECK_WORD (K integer, W varchar(80) character set UNICODE_FSS) returns (RESULT smallint) as
+begin
+    if (K = 5) then RESULT = 1;
+    suspend;
+end^
+SET TERM ; ^
+)";
+
+TEST_F(CheckVerb, ADictionaryIsProvedThroughItsProceduresAlone)
+{
+    const QStringList build{u"build"_s, u"--out"_s, m_scratch.Path(u""_s), u"--only"_s, u"marks"_s};
+    ASSERT_EQ(RunDataTool(build).exitCode, 0);
+    const QString file = m_scratch.Path(u"TARUNECLIENT.FDB"_s);
+    OpenedDatabase(file).RunScript(QString::fromUtf16(ForeignDictionary));
+    const ToolRun run = RunDataTool({u"check"_s, file});
+    EXPECT_EQ(run.exitCode, 1) << qPrintable(run.errors);
+    QStringList lines = run.output.split(u'\n');
+    EXPECT_TRUE(lines.removeOne(u"7 words: 10 findings"_s));
+    EXPECT_EQ(lines.filter(u"SP_GET_LIST_WORDS: "_s).size(), 1);
+    EXPECT_TRUE(lines.value(lines.size() - 2).startsWith(u"dictionary 8, SP_GET_LIST_WORDS: "_s));
+    lines.removeIf([](const QString &line) { return line.contains(u"SP_GET_LIST_WORDS: "_s); });
+    EXPECT_EQ(lines.join(u'\n').toStdString(),
+              "dictionary 5, \"anta\": stands after \"āpa\"\n"
+              "dictionary 5, \"anta\": <i> is not closed\n"
+              "dictionary 5, \"anta\": comes more than once\n"
+              "dictionary 5, \"anta\": <i> is not closed\n"
+              "dictionary 5, \"iPod\": is neither in lower case nor with one capital, so no search finds it\n"
+              "dictionary 5, \"iPod\": the entry is empty\n"
+              "dictionary 5, \"ugga\": the entry is not UTF-8 at byte 2\n"
+              "dictionary 5, \"oooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooo\": has 64 characters, "
+              "more than 63\n"
+              "dictionary 6, \"không\": SP_CHECK_WORD does not know \"KHÔNG\"\n");
+
+    OpenedDatabase(file).Execute(u"drop procedure SP_CHECK_WORD"_s);
+    EXPECT_TRUE(RunDataTool({u"check"_s, file}).output.contains(u"dictionary 5, SP_CHECK_WORD: "_s));
+}
+
 TEST_F(CheckVerb, LeavesTheFileAndItsFolderAsTheyAre)
 {
     Build();

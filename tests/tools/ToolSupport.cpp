@@ -125,8 +125,13 @@ QList<QList<QVariant>> OpenedDatabase::Rows(const QString &select)
 
 void OpenedDatabase::Execute(const QString &statement)
 {
+    RunScript(statement + u';');
+}
+
+void OpenedDatabase::RunScript(const QString &script)
+{
     TpFIBScripter scripter;
     scripter.SetDatabase(&m_database);
-    scripter.Script() = {statement + u';', u"COMMIT WORK;"_s};
+    scripter.Script() = {script, u"COMMIT WORK;"_s};
     scripter.ExecuteScript();
 }

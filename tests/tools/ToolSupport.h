@@ -47,6 +47,8 @@ public:
     /// All rows of a select, values as the fields give them.
     QList<QList<QVariant>> Rows(const QString &select);
     void Execute(const QString &statement);
+    /// Statements as the scripter takes them, committed.
+    void RunScript(const QString &script);
 
 private:
     TpFIBDatabase m_database;

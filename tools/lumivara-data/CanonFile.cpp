@@ -2,7 +2,6 @@
 
 #include "common/Console.h"
 #include "lumivara-data/DataFile.h"
-#include "lumivara-data/Verbs.h"
 #include "stores/FIBDataSet.h"
 
 using namespace Qt::StringLiterals;
@@ -129,17 +128,12 @@ void WriteCanon(const CanonSource &source, const QString &path, Console &console
     file.Finish(true);
 }
 
-CheckedCanon ReadCanon(const QString &path, Console &console)
+bool IsCanon(DataFile &file)
 {
-    DataFile file;
-    file.Open(path);
-    for (const QString &table : {u"KELORA_TREE"_s, u"KELORA_CONTENT"_s}) {
-        if (!HasTable(file, table))
-            throw ToolError(u"not a canon: there is no table %1"_s.arg(table));
-    }
-    CheckedCanon canon;
-    canon.groups = ReadGroups(file);
-    canon.texts = ReadTexts(file, console);
-    file.Close();
-    return canon;
+    return HasTable(file, u"KELORA_TREE"_s) && HasTable(file, u"KELORA_CONTENT"_s);
+}
+
+CheckedCanon ReadCanon(DataFile &file, Console &console)
+{
+    return {ReadGroups(file), ReadTexts(file, console)};
 }

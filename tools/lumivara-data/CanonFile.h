@@ -4,10 +4,13 @@
 #include "lumivara-data/CanonSource.h"
 
 class Console;
+class DataFile;
 
 /// Makes a canon at `path`, which must not exist, in read-only mode.
 void WriteCanon(const CanonSource &source, const QString &path, Console &console);
 
-/// Every row of a canon, its pages reduced to their facts. Opens the file itself; throws ToolError if it holds no
-/// canon, DatabaseError if it is no database.
-CheckedCanon ReadCanon(const QString &path, Console &console);
+/// True if an open file has the two tables of a canon.
+bool IsCanon(DataFile &file);
+
+/// Every row of an open canon, its pages reduced to their facts.
+CheckedCanon ReadCanon(DataFile &file, Console &console);

@@ -2,6 +2,8 @@
 
 #include "common/Console.h"
 #include "lumivara-data/CanonFile.h"
+#include "lumivara-data/DataFile.h"
+#include "lumivara-data/DictionaryFile.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>
@@ -41,27 +43,62 @@ QString CopyOf(const QString &path, const QTemporaryDir &folder)
     return copy.fileName();
 }
 
+void PrintFindings(const QList<Finding> &findings, Console &console)
+{
+    for (const Finding &finding : findings)
+        console.Print(u"%1: %2\n"_s.arg(finding.row, finding.fault));
+}
+
+/// The last words of a summary.
+QString Verdict(qsizetype faultCount)
+{
+    return faultCount == 0 ? u"nothing wrong"_s : u"%1 findings"_s.arg(faultCount);
+}
+
+qsizetype ProveCanon(DataFile &file, Console &console)
+{
+    const CheckedCanon canon = ReadCanon(file, console);
+    const QList<Finding> findings = CheckCanon(canon);
+    PrintFindings(findings, console);
+    console.Print(
+        u"%1 groups, %2 texts: %3\n"_s.arg(canon.groups.size()).arg(canon.texts.size()).arg(Verdict(findings.size())));
+    return findings.size();
+}
+
+qsizetype ProveDictionary(DataFile &file, Console &console)
+{
+    const DictionaryReport report = CheckDictionary(file, console);
+    PrintFindings(report.findings, console);
+    console.Print(u"%1 words: %2\n"_s.arg(report.wordCount).arg(Verdict(report.faultCount)));
+    return report.faultCount;
+}
+
 } // namespace
 
 int RunCheck(const QStringList &arguments, Console &console)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        u"Tells what is wrong with a canon, one finding a line with the row named, and a summary.\n"
-        u"The file is only read. Exit codes: 0 clean, 1 findings, 2 wrong usage or not a canon."_s);
-    parser.addPositionalArgument(u"FILE"_s, u"The canon, such as KELORA.FDB."_s);
+        u"Tells what is wrong with a canon or a dictionary, one finding a line with the row named, and a summary.\n"
+        u"The file is only read, a dictionary through its three procedures alone.\n"
+        u"Exit codes: 0 clean, 1 findings, 2 wrong usage or a file that is neither."_s);
+    parser.addPositionalArgument(u"FILE"_s, u"Such as KELORA.FDB or PALIDICT.FDB."_s);
     if (ParseOrHelp(parser, u"check FILE"_s, arguments, console))
         return ExitCode::Clean;
     if (parser.positionalArguments().size() != 1)
         throw ToolError(u"check wants one FILE; see \"lumivara-data check --help\""_s);
 
     const QTemporaryDir folder;
-    const CheckedCanon canon = ReadCanon(CopyOf(parser.positionalArguments().first(), folder), console);
-    const QList<Finding> findings = CheckCanon(canon);
-    for (const Finding &finding : findings)
-        console.Print(u"%1: %2\n"_s.arg(finding.row, finding.fault));
-    console.Print(u"%1 groups, %2 texts: %3\n"_s.arg(canon.groups.size())
-                      .arg(canon.texts.size())
-                      .arg(findings.isEmpty() ? u"nothing wrong"_s : u"%1 findings"_s.arg(findings.size())));
-    return findings.isEmpty() ? ExitCode::Clean : ExitCode::Findings;
+    DataFile file;
+    file.Open(CopyOf(parser.positionalArguments().first(), folder));
+    qsizetype faultCount = 0;
+    if (IsCanon(file))
+        faultCount = ProveCanon(file, console);
+    else if (IsDictionary(file))
+        faultCount = ProveDictionary(file, console);
+    else
+        throw ToolError(u"neither a canon (tables KELORA_TREE, KELORA_CONTENT) nor a dictionary (procedure "
+                        "SP_GET_LIST_WORDS)"_s);
+    file.Close();
+    return faultCount == 0 ? ExitCode::Clean : ExitCode::Findings;
 }

@@ -1,9 +1,9 @@
 #include "lumivara-data/DataFile.h"
 
 #include "lumivara-data/Verbs.h"
-#include "stores/FIBDataSet.h"
 #include "stores/KeloraDM.h"
 #include "stores/Scripter.h"
+#include "stores/Statement.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -62,32 +62,18 @@ void DataFile::Finish(bool readOnly)
     m_database.SetConnected(false);
 }
 
-struct RowWriter::State
-{
-    TpFIBDataSet rows;
-};
-
-RowWriter::RowWriter(DataFile &file, const QString &table, const QStringList &columns)
-    : m_state(std::make_unique<State>())
+RowWriter::RowWriter(DataFile &file, const QString &table, const QStringList &columns) : m_file(file)
 {
     if (!file.Transaction().Active())
         file.Transaction().SetActive(true);
-    const QString list = columns.join(u", "_s);
-    TpFIBDataSet &rows = m_state->rows;
-    rows.SetDatabase(&file.Database());
-    rows.SetTransaction(&file.Transaction());
-    rows.SelectSQL() = {u"select %1 from %2 where 1 = 0"_s.arg(list, table)};
-    rows.InsertSQL() = {u"insert into %1 (%2) values (:%3)"_s.arg(table, list, columns.join(u", :"_s))};
-    rows.Open();
+    m_insert = std::make_unique<Statement>(
+        file.Database().Attachment(), file.Transaction().Native(),
+        u"insert into %1 (%2) values (:%3)"_s.arg(table, columns.join(u", "_s), columns.join(u", :"_s)));
 }
 
 RowWriter::~RowWriter() = default;
 
 void RowWriter::Append(const QList<QVariant> &values)
 {
-    TpFIBDataSet &rows = m_state->rows;
-    rows.Append();
-    for (qsizetype i = 0; i < values.size(); ++i)
-        rows.Fields()[size_t(i)]->SetValue(values[i]);
-    rows.Post();
+    m_insert->Execute(m_file.Transaction().Native(), values);
 }

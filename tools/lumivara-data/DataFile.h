@@ -7,6 +7,10 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <memory>
+
+class Statement;
+
 /// A database file that the tool makes or reads, with one transaction. Failures are thrown as DatabaseError.
 class DataFile
 {
@@ -19,7 +23,7 @@ public:
     TpFIBDatabase &Database() { return m_database; }
     TpFIBTransaction &Transaction() { return m_transaction; }
 
-    /// Runs the schema script of that name ("canon", "client", "dictionary").
+    /// Runs the schema script of that name ("canon", "client" …).
     void RunSchema(const QString &name);
     /// Commits and closes; with `readOnly` the file is in the engine's read-only mode from then on.
     void Finish(bool readOnly);
@@ -41,6 +45,6 @@ public:
     void Append(const QList<QVariant> &values);
 
 private:
-    struct State;
-    std::unique_ptr<State> m_state;
+    DataFile &m_file;
+    std::unique_ptr<Statement> m_insert;
 };

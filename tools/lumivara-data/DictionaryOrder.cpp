@@ -1,5 +1,6 @@
 #include "lumivara-data/DictionaryOrder.h"
 
+#include <QHash>
 #include <QStringList>
 
 #include <algorithm>
@@ -9,110 +10,153 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype LongestKey = 190;
-constexpr char FirstWeight = '0';
 
-// Letters of more than one character stand before their first letter could match alone.
-const QStringList &PaliLetters()
-{
-    static const QStringList letters =
-        u"a ā i ī u ū e o ṃ k kh g gh ṅ c ch j jh ñ ṭ ṭh ḍ ḍh ṇ t th d dh n p ph b bh m y r l v s h ḷ"_s.split(u' ');
-    return letters;
-}
+// Marks of a key in the order of their bytes: end of a syllable or word, blank, digits, letters, letters of no
+// alphabet.
+constexpr char EndMark = ' ';
+constexpr char BlankMark = '!';
+constexpr char FirstDigitMark = '#';
+constexpr char FirstLetterMark = '0';
+constexpr char StrangerMark = '~';
 
-const QStringList &VietnameseLetters()
-{
-    static const QStringList letters =
-        u"a ă â b c d đ e ê f g h i j k l m n o ô ơ p q r s t u ư v w x y z"_s.split(u' ');
-    return letters;
-}
+enum class Language { Pali, Vietnamese, English, French };
 
-const QStringList &LatinLetters()
-{
-    static const QStringList letters = u"a b c d e f g h i j k l m n o p q r s t u v w x y z"_s.split(u' ');
-    return letters;
-}
-
-const QStringList &LettersOf(int kind)
+Language LanguageOf(int kind)
 {
     switch (kind) {
     case 2:
     case 4:
     case 6:
-        return VietnameseLetters();
+        return Language::Vietnamese;
     case 5:
     case 8:
-        return PaliLetters();
+        return Language::Pali;
+    case 3:
+        return Language::French;
     default:
-        return LatinLetters();
+        return Language::English;
     }
 }
 
-char Weight(qsizetype position)
+using Alphabet = QHash<QString, char>;
+
+Alphabet MakeAlphabet(const QString &letters)
 {
-    return char(FirstWeight + position);
+    Alphabet alphabet;
+    for (const QString &letter : letters.split(u' '))
+        alphabet.insert(letter, char(FirstLetterMark + alphabet.size()));
+    return alphabet;
 }
 
-/// Tone marks of Vietnamese in their order, as combining characters: grave, hook, tilde, acute, dot below.
-int ToneOf(QChar mark)
+const Alphabet &AlphabetOf(Language language)
 {
-    return int(u"\u0300\u0309\u0303\u0301\u0323"_s.indexOf(mark)) + 1;
+    static const Alphabet pali = MakeAlphabet(u"a ā i ī u ū e o k kh g gh ṅ c ch j jh ñ ṭ ṭh ḍ ḍh ṇ t th d dh n "
+                                              "p ph b bh m y r l v s h ḷ ṃ"_s);
+    static const Alphabet vietnamese =
+        MakeAlphabet(u"a ă â b c d đ e ê f g h i j k l m n o ô ơ p q r s t u ư v w x y z"_s);
+    static const Alphabet latin = MakeAlphabet(u"a b c d e f g h i j k l m n o p q r s t u v w x y z"_s);
+    return language == Language::Pali ? pali : language == Language::Vietnamese ? vietnamese : latin;
 }
 
-/// Position of the longest letter at `at`, and its length in `length`; -1 if the alphabet has none.
-qsizetype FindLetter(const QStringList &letters, const QString &word, qsizetype at, qsizetype &length)
+// Combining marks in the order of their languages: grave, hook, tilde, acute, dot; acute, grave, circumflex, diaeresis,
+// cedilla, tilde, macron.
+const QString VietnameseTones = u"\u0300\u0309\u0303\u0301\u0323"_s;
+const QString LatinAccents = u"\u0301\u0300\u0302\u0308\u0327\u0303\u0304"_s;
+
+/// The mark of the longest letter at `at`, whose length goes into `length`. What the alphabet lacks counts as its base
+/// letter; 0 for what has no place in the order, such as an apostrophe.
+char MarkAt(const Alphabet &alphabet, const QString &word, qsizetype at, qsizetype &length)
 {
-    qsizetype found = -1;
+    for (length = 2; length > 0; --length) {
+        if (const char mark = alphabet.value(word.mid(at, length)))
+            return mark;
+    }
     length = 1;
-    for (qsizetype i = 0; i < letters.size(); ++i) {
-        if (QStringView(word).mid(at).startsWith(letters[i]) && (found < 0 || letters[i].size() > length)) {
-            found = i;
-            length = letters[i].size();
+    const QChar c = word[at];
+    if (c.isSpace() || c == u'-')
+        return BlankMark;
+    if (c >= u'0' && c <= u'9')
+        return char(FirstDigitMark + (c.unicode() - u'0'));
+    const QString base = c == u'đ' ? u"d"_s : QString(c).normalized(QString::NormalizationForm_D).left(1);
+    if (const char mark = alphabet.value(base))
+        return mark;
+    return c.isLetterOrNumber() || c.isSurrogate() ? StrangerMark : '\0';
+}
+
+QByteArray MarksOf(const Alphabet &alphabet, const QString &word)
+{
+    QByteArray marks;
+    for (qsizetype at = 0, length = 1; at < word.size(); at += length) {
+        if (const char mark = MarkAt(alphabet, word, at, length))
+            marks += mark;
+    }
+    return marks;
+}
+
+QByteArray VietnameseKey(const QString &word)
+{
+    QByteArray key;
+    for (const QString &syllable : QString(word).replace(u'-', u' ').split(u' ', Qt::SkipEmptyParts)) {
+        int tone = 0;
+        QString plain;
+        for (const QChar c : syllable.normalized(QString::NormalizationForm_D)) {
+            if (const qsizetype found = VietnameseTones.indexOf(c); found >= 0)
+                tone = int(found) + 1;
+            else
+                plain += c;
+        }
+        key += MarksOf(AlphabetOf(Language::Vietnamese), plain.normalized(QString::NormalizationForm_C));
+        key += EndMark;
+        key += char(FirstLetterMark + tone);
+    }
+    return key;
+}
+
+/// Letters first, then a mark for the accent on each of them.
+QByteArray LatinKey(const QString &word, bool accentsFromTheEnd)
+{
+    QString letters = word;
+    letters.replace(u'œ', u"oe"_s).replace(u'æ', u"ae"_s).replace(u'ß', u"ss"_s);
+    QString base;
+    QByteArray accents;
+    for (const QChar c : letters.normalized(QString::NormalizationForm_D)) {
+        if (!c.isMark()) {
+            base += c;
+            accents += FirstLetterMark;
+        } else if (!accents.isEmpty()) {
+            const qsizetype accent = LatinAccents.indexOf(c);
+            accents.back() = accent < 0 ? StrangerMark : char(FirstLetterMark + 1 + accent);
         }
     }
-    return found;
-}
-
-/// Takes the tone marks out of a word and gives them as weights, one for each mark.
-QString WithoutTones(const QString &word, QByteArray &tones)
-{
-    QString plain;
-    for (const QChar c : word.normalized(QString::NormalizationForm_D)) {
-        if (const int tone = ToneOf(c); tone > 0)
-            tones += Weight(tone);
-        else
-            plain += c;
-    }
-    return plain.normalized(QString::NormalizationForm_C);
+    if (accentsFromTheEnd)
+        std::reverse(accents.begin(), accents.end());
+    return MarksOf(AlphabetOf(Language::English), base) + EndMark + accents;
 }
 
 } // namespace
 
 QByteArray DictionarySortKey(int kind, const QString &word)
 {
-    const QStringList &letters = LettersOf(kind);
-    QByteArray tones;
-    QString plain = word.toLower();
-    if (&letters == &VietnameseLetters())
-        plain = WithoutTones(plain, tones);
-
+    const Language language = LanguageOf(kind);
+    const QString lower = word.toLower().normalized(QString::NormalizationForm_C);
     QByteArray key;
-    for (qsizetype at = 0, length = 1; at < plain.size(); at += length) {
-        qsizetype position = FindLetter(letters, plain, at, length);
-        if (position < 0) {
-            // A foreign letter counts as its base letter; what has none (blank, hyphen) comes before all letters.
-            const QString base = plain.mid(at, 1).normalized(QString::NormalizationForm_D).left(1);
-            position = letters.indexOf(base);
-        }
-        key += position < 0 ? '!' : Weight(position + 1);
-    }
-    key += ' ' + tones;
+    if (language == Language::Pali)
+        key = MarksOf(AlphabetOf(language), lower);
+    else if (language == Language::Vietnamese)
+        key = VietnameseKey(lower);
+    else
+        key = LatinKey(lower, language == Language::French);
     return key.left(LongestKey);
 }
 
 QString DictionaryWordForm(int kind, const QString &word)
 {
     QString form = word;
-    for (QChar &c : form)
-        c = kind == 1 ? c.toLower() : c.toUpper();
+    for (QChar &c : form) {
+        if (kind != 1)
+            c = c.toUpper();
+        else if (c >= u'A' && c <= u'Z')
+            c = c.toLower();
+    }
     return form;
 }

@@ -4,10 +4,14 @@
 #include <QString>
 
 /// Key by which the words of a kind stand in dictionary order when compared byte for byte. Printable ASCII, at most 190
-/// bytes. Pāli follows its own alphabet (aspirates are letters), Vietnamese the order of its letters, then of its
-/// tones; other languages the Latin alphabet. Case decides last.
+/// bytes. Case decides only between words of the same key; blanks and hyphens come before letters, digits between.
+///
+/// Pāli follows the alphabet of the grammars: aspirates are letters of their own after the plain ones, the niggahīta is
+/// the last letter. Vietnamese goes syllable by syllable, in each by letter, then by tone (level, grave, hook, tilde,
+/// acute, dot). English and French go by base letter; accents decide between words that are alike without them, in
+/// French from the end of the word backwards.
 QByteArray DictionarySortKey(int kind, const QString &word);
 
-/// The form in which the existence test asks for a word of a kind: lower case for kind 1, upper case for the others,
-/// letter by letter.
+/// The form in which the existence test asks for a word of a kind: A to Z made lower case for kind 1, everything made
+/// upper case for the others. One UTF-16 unit for one, as the window makes it.
 QString DictionaryWordForm(int kind, const QString &word);

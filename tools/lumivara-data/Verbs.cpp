@@ -4,7 +4,7 @@ namespace {
 
 constexpr Verb Table[] = {
     {u"build", u"make the databases from their sources", RunBuild},
-    {u"check", u"tell what is wrong with a canon", RunCheck},
+    {u"check", u"tell what is wrong with a canon or a dictionary", RunCheck},
 };
 
 } // namespace

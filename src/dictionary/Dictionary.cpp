@@ -1,0 +1,303 @@
+#include "dictionary/Dictionary.h"
+
+#include "dictionary/DictionaryDM.h"
+#include "dictionary/EntryFormatter.h"
+#include "dictionary/WordRules.h"
+#include "presentation/FormLanguage.h"
+#include "presentation/GlobalUnit.h"
+#include "stores/KeloraDM.h"
+#include "stores/Modules.h"
+#include "toolkit/Doors.h"
+#include "toolkit/Fonts.h"
+#include "toolkit/Guard.h"
+#include "ui_Dictionary.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCloseEvent>
+#include <QHeaderView>
+#include <QScreen>
+
+using namespace Qt::StringLiterals;
+
+// The resources of a static library come along only when asked for, and only outside of namespaces.
+static void InitDictionaryTexts()
+{
+    Q_INIT_RESOURCE(dictionary);
+}
+
+namespace {
+
+constexpr int FontHeight = 13;
+constexpr int SearchFontHeight = 15;
+constexpr int WordSize = 63;
+constexpr int ListWidth = 200;
+constexpr char16_t TaruneOptionsKey[] = u"\\Software\\Melko\\Tarune\\Options\\";
+
+QString CollectionKey()
+{
+    switch (CollectionMode) {
+    case 1:
+        return QString::fromUtf16(OptionsKey);
+    case 2:
+        return QString::fromUtf16(TaruneOptionsKey);
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+TfrmDictionary::TfrmDictionary(QWidget *parent)
+    : QWidget(parent), qryWords(this), qryContents(this), qryCheckWord(this), dsWords(this), dsContents(this),
+      TimerDelta(this), ui(std::make_unique<Ui::frmDictionary>()), m_endScroll(this)
+{
+    InitDictionaryTexts();
+    QFont font(u"Segoe UI"_s);
+    font.setPixelSize(FontHeight);
+    setFont(font);
+    ui->setupUi(this);
+    TranslateForm(*this);
+    font.setPixelSize(SearchFontHeight);
+    ui->edSearchWord->setFont(font);
+    ui->Splitter1->setStretchFactor(1, 1);
+    ui->Splitter1->setSizes({ListWidth, width() - ListWidth});
+    ui->gtvWords->horizontalHeader()->hide();
+    move(screen()->availableGeometry().center() - rect().center());
+
+    DeclareData();
+    SetUpCommands();
+    SetUpSearch();
+    ui->edSearchWord->setFocus();
+}
+
+TfrmDictionary::~TfrmDictionary()
+{
+    // The view goes after the data that it is bound to.
+    ui->gtvWords->SetDataSource(nullptr);
+    qryWords.AfterScroll = nullptr;
+}
+
+void TfrmDictionary::DeclareData()
+{
+    qryWords.setObjectName(u"qryWords"_s);
+    qryWords.SelectSQL() = QStringList{
+        u"SELECT"_s, u"    e.WORD_NAME,"_s, u"    e.DICT_TYPE"_s, u"FROM"_s, u"    SP_GET_LIST_WORDS(:A_DICT) e"_s,
+    };
+    qryWords.RefreshSQL() = qryWords.SelectSQL();
+    qryWords.AddField(u"WORD_NAME"_s, FieldType::WideString, WordSize);
+    qryWords.AddField(u"DICT_TYPE"_s, FieldType::Integer);
+
+    qryContents.setObjectName(u"qryContents"_s);
+    qryContents.SelectSQL() = QStringList{
+        u"select E.WORD_CONTENT, E.WORD_CONTENT_2"_s,
+        u"from SP_GET_WORD_CONTENT(:DICT_TYPE, :WORD_NAME, :MULTI_DICT) E  "_s,
+    };
+    qryContents.RefreshSQL() = qryContents.SelectSQL();
+    qryContents.AddField(u"WORD_CONTENT"_s, FieldType::Blob);
+    qryContents.AddField(u"WORD_CONTENT_2"_s, FieldType::Blob);
+
+    qryCheckWord.setObjectName(u"qryCheckWord"_s);
+    qryCheckWord.SelectSQL() = QStringList{
+        u"select sp.result"_s,
+        u"from sp_check_word(:TYPE_DICT, :A_WORD) sp"_s,
+    };
+    qryCheckWord.AddField(u"RESULT"_s, FieldType::Integer);
+
+    for (TpFIBDataSet *dataSet : {&qryWords, &qryContents, &qryCheckWord}) {
+        if (frmDictionaryDM) {
+            dataSet->SetDatabase(&frmDictionaryDM->dbDictionary);
+            dataSet->SetTransaction(&frmDictionaryDM->trDictionary);
+        }
+    }
+    dsWords.setObjectName(u"dsWords"_s);
+    dsWords.SetDataSet(&qryWords);
+    dsContents.setObjectName(u"dsContents"_s);
+    dsContents.SetDataSet(&qryContents);
+    qryContents.SetDataSource(&dsWords);
+    ui->gtvWords->SetDataSource(&dsWords);
+}
+
+void TfrmDictionary::SetUpCommands()
+{
+    const auto wire = [this](QAction *action, auto execute) {
+        ConnectGuarded(action, &QAction::triggered, this, execute);
+    };
+    wire(ui->acEVShow, [this] { SelectDictionary(1, vSTextEV); });
+    wire(ui->acVEShow, [this] { SelectDictionary(2, vSTextVE); });
+    wire(ui->acPaliViet, [this] { SelectDictionary(5, vSTextPV); });
+    wire(ui->acVietPali, [this] { SelectDictionary(6, vSTextVP); });
+    // Both take the text of the first kind along.
+    wire(ui->acEngPali, [this] { SelectDictionary(7, vSTextEV); });
+    wire(ui->acPaliEng, [this] { SelectDictionary(8, vSTextEV); });
+    wire(ui->acCopy, [this] { ui->ebContentWord->Copy(); });
+    wire(ui->acSelectAll, [this] { ui->ebContentWord->SelectAll(); });
+    wire(ui->acGotoWord, [this] { acGotoWordExecute(); });
+    ConnectGuarded(ui->bMultiDictionary, &QToolButton::clicked, this, [this] { bMultiDictionaryClick(); });
+
+    ui->btnDicts->setMenu(ui->bsiDicts);
+    const auto showCaption = [this] { ui->btnDicts->setText(ui->bsiDicts->title()); };
+    showCaption();
+    ConnectGuarded(ui->bsiDicts->menuAction(), &QAction::changed, this, showCaption);
+    ui->bCopy->setDefaultAction(ui->acCopy);
+    ui->bSelectAll->setDefaultAction(ui->acSelectAll);
+    ui->bGotoWord->setDefaultAction(ui->acGotoWord);
+
+    ui->ebContentWord->SetOpensLinksInside(true);
+    ui->ebContentWord->SetShowsMenuWithCtrl(true);
+    ui->ebContentWord->OnBeforeNavigate2 = [this](const QUrl &url) { return ebContentWordBeforeNavigate2(url); };
+    ui->ebContentWord->OnShowContextMenu = [this](const QPoint &screenPoint) { ui->ppContent->popup(screenPoint); };
+
+    UpdateCommands();
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+            &TfrmDictionary::UpdateCommands);
+}
+
+void TfrmDictionary::UpdateCommands()
+{
+    // Runs before each rest of the event loop: the engine's flag first, the text itself can be megabytes.
+    const TBrowserControl &page = *ui->ebContentWord;
+    const bool hasSelection = page.IsComplete() && (page.hasSelection() || !page.GetSelectedText().isEmpty());
+    ui->acCopy->setEnabled(hasSelection);
+    ui->acGotoWord->setEnabled(hasSelection);
+}
+
+void TfrmDictionary::FormCreate()
+{
+    vIsInit = true;
+    vWordsDefQry = qryWords.SelectSQL();
+    ui->bMultiDictionary->setChecked(MultiDictionary);
+    vTypeDict = DictionaryKind;
+    switch (vTypeDict) {
+    case 1:
+    case 2:
+    case 5:
+    case 6:
+    case 8:
+        SwitchDictionary(vTypeDict, {}, GetDictionaryCaption(vTypeDict, InterfaceLang));
+        break;
+    case 7:
+        // Opens under the caption of its partner, until a dictionary is picked.
+        SwitchDictionary(7, {}, GetDictionaryCaption(8, InterfaceLang));
+        break;
+    default:
+        break;
+    }
+}
+
+void TfrmDictionary::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (!event->spontaneous())
+        RunGuarded([this] { FormShow(); });
+}
+
+void TfrmDictionary::FormShow()
+{
+    SmoothFont(*ui->edSearchWord);
+    SmoothFont(*ui->gWords);
+    vIsInit = false;
+}
+
+void TfrmDictionary::closeEvent(QCloseEvent *event)
+{
+    QWidget::closeEvent(event);
+    RunGuarded([this] { FormClose(); });
+}
+
+void TfrmDictionary::FormClose()
+{
+    TimerDelta.stop();
+    m_endScroll.stop();
+    // What can't be stored is not remembered, without a word.
+    try {
+        frmKeloraDM->SetRegistryData(RegistryRoot::CurrentUser, CollectionKey(), vTypeDict, RegistryType::Integer,
+                                     u"Dictionary"_s);
+        frmKeloraDM->SetRegistryData(RegistryRoot::CurrentUser, CollectionKey(), LastWord, RegistryType::String,
+                                     u"LastWord"_s);
+        DictionaryKind = vTypeDict;
+    } catch (const std::exception &) {
+    }
+}
+
+QString TfrmDictionary::GetDictionaryCaption(int kind, int interfaceLanguage)
+{
+    const QString multi = MultiDictionaryCaption(kind, MultiDictionary, interfaceLanguage);
+    if (!multi.isNull())
+        ui->bMultiDictionary->setText(multi);
+    return DictionaryCaption(kind, interfaceLanguage);
+}
+
+void TfrmDictionary::SelectDictionary(int kind, const QString &text)
+{
+    SwitchDictionary(kind, text, GetDictionaryCaption(kind, InterfaceLang));
+}
+
+void TfrmDictionary::SaveSearchText()
+{
+    const QString text = ui->edSearchWord->text();
+    switch (vTypeDict) {
+    case 1:
+        vSTextEV = text;
+        break;
+    case 2:
+        vSTextVE = text;
+        break;
+    case 3:
+        vSTextFV = text;
+        break;
+    case 4:
+        vSTextVF = text;
+        break;
+    default:
+        break;
+    }
+}
+
+void TfrmDictionary::SwitchDictionary(int kind, const QString &text, const QString &caption)
+{
+    // The text is a reference to one of those that are kept, and may be the very one that is kept now.
+    SaveSearchText();
+    vTypeDict = kind;
+    ui->edSearchWord->setText(text);
+    ui->bsiDicts->setTitle(caption);
+    RefreshWordList();
+}
+
+void TfrmDictionary::SaveHTMLFormatted()
+{
+    const QByteArray entry = qryContents.Active() ? qryContents.FieldByName(u"WORD_CONTENT"_s).AsBytes() : QByteArray();
+    vHTMLString = FormatEntry(entry, FontName);
+}
+
+void TfrmDictionary::ShowWordContent()
+{
+    try {
+        FIsStartPage = false;
+        LastWord = qryWords.FieldByName(u"WORD_NAME"_s).AsString();
+        ui->ebContentWord->SetHostCSS(EntryStyle());
+        SaveHTMLFormatted();
+        ui->ebContentWord->LoadFromString(vHTMLString, LastWord);
+        FIsStartPage = true;
+    } catch (const std::exception &) {
+    }
+}
+
+void TfrmDictionary::bMultiDictionaryClick()
+{
+    MultiDictionary = ui->bMultiDictionary->isChecked();
+    GetDictionaryCaption(vTypeDict, InterfaceLang);
+    qryContents.Close();
+    qryContents.ParamByName(u"MULTI_DICT"_s).SetAsBoolean(MultiDictionary);
+    qryContents.Open();
+    ShowWordContent();
+}
+
+bool TfrmDictionary::ebContentWordBeforeNavigate2(const QUrl &url)
+{
+    const QString address = url.toString(QUrl::FullyEncoded);
+    if (FIsStartPage || !address.contains(u"http"_s))
+        return false;
+    // The engine waits for our answer here, so the system's program is started in the next turn.
+    QTimer::singleShot(0, this, [address] { RunGuarded([&] { Doors().openDocument(address); }); });
+    return true;
+}

@@ -1,0 +1,152 @@
+#include "dictionary/Dictionary.h"
+
+#include "dictionary/WordRules.h"
+#include "presentation/GlobalUnit.h"
+#include "reader/ReaderRules.h"
+#include "toolkit/Guard.h"
+#include "ui_Dictionary.h"
+
+#include <QScopeGuard>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int EndScrollRest = 300; ///< milliseconds that the list rests before its entry shows
+
+} // namespace
+
+void TfrmDictionary::SetUpSearch()
+{
+    TimerDelta.setObjectName(u"TimerDelta"_s);
+    TimerDelta.setInterval(DebounceTick);
+    TimerDelta.setTimerType(Qt::PreciseTimer);
+    ConnectGuarded(&TimerDelta, &QTimer::timeout, this, [this] { TimerDeltaTimer(); });
+    ui->edSearchWord->OnKeyDown = [this](int key, const QString &text) { edSearchWordKeyDown(key, text); };
+
+    m_endScroll.setSingleShot(true);
+    m_endScroll.setInterval(EndScrollRest);
+    ConnectGuarded(&m_endScroll, &QTimer::timeout, this, [this] { qryWordsEndScroll(); });
+    qryWords.AfterScroll = [this] { m_endScroll.start(); };
+}
+
+void TfrmDictionary::edSearchWordKeyDown(int key, const QString &text)
+{
+    switch (MeaningOfWordKey(key, text)) {
+    case WordKey::Nothing:
+        break;
+    case WordKey::Typing:
+        vDeltaT = 0;
+        if (!TimerDelta.isActive())
+            TimerDelta.start();
+        break;
+    case WordKey::NextRow:
+        if (!qryWords.Eof())
+            qryWords.Next();
+        break;
+    case WordKey::PriorRow:
+        if (!qryWords.Bof())
+            qryWords.Prior();
+        break;
+    case WordKey::NextPage:
+        if (!qryWords.Eof())
+            qryWords.MoveTo(qryWords.RecNo() + WordPage);
+        break;
+    case WordKey::PriorPage:
+        if (!qryWords.Bof())
+            qryWords.MoveTo(qryWords.RecNo() - WordPage);
+        break;
+    }
+}
+
+void TfrmDictionary::TimerDeltaTimer()
+{
+    if (TickDebounce(vDeltaT))
+        RunWordSearch();
+}
+
+void TfrmDictionary::RunWordSearch()
+{
+    RefreshWordList();
+    if (FIsStartPage || !qryWords.IsEmpty())
+        return;
+    // The entry of the word before could not be replaced, but it must not stand beside an empty list.
+    try {
+        SaveHTMLFormatted();
+        ui->ebContentWord->LoadFromString(vHTMLString);
+    } catch (const std::exception &) {
+    }
+}
+
+void TfrmDictionary::RefreshWordList()
+{
+    const QString text = ui->edSearchWord->text();
+    qryContents.Close();
+    {
+        qryWords.DisableControls();
+        qryWords.DisableScrollEvents();
+        // Also where the statement fails: a list without its grid would never come back.
+        const auto enable = qScopeGuard([this] {
+            qryWords.EnableScrollEvents();
+            qryWords.EnableControls();
+        });
+        qryWords.Close();
+        qryWords.SelectSQL() = vWordsDefQry;
+        if (!TrimControls(text).isEmpty()) {
+            qryWords.SelectSQL().append(
+                u"WHERE (e.WORD_NAME starting with :SEARCHTEXT) or  (e.WORD_NAME starting with :SEARCHTEXT_MIXER)"_s);
+            qryWords.ParamByName(u"SEARCHTEXT"_s).SetAsString(LowerForm(text));
+            qryWords.ParamByName(u"SEARCHTEXT_MIXER"_s).SetAsString(MixedForm(text));
+        }
+        qryWords.ParamByName(u"A_DICT"_s).SetAsInteger(vTypeDict);
+        qryWords.Open();
+        if (vIsInit && !LastWord.isEmpty())
+            qryWords.Locate(u"WORD_NAME"_s, LastWord);
+    }
+    m_endScroll.stop();
+    qryContents.ParamByName(u"MULTI_DICT"_s).SetAsBoolean(MultiDictionary);
+    qryContents.Open();
+    ShowWordContent();
+}
+
+bool TfrmDictionary::HasWord(int kind, const QString &form)
+{
+    qryCheckWord.Close();
+    qryCheckWord.ParamByName(u"A_WORD"_s).SetAsString(form);
+    qryCheckWord.ParamByName(u"TYPE_DICT"_s).SetAsInteger(kind);
+    qryCheckWord.Open();
+    return qryCheckWord.FieldByName(u"RESULT"_s).AsInteger() == 1;
+}
+
+void TfrmDictionary::SearchingText(const QString &text)
+{
+    ui->edSearchWord->setText(TrimControls(text));
+    const auto contains = [this](int kind, const QString &form) { return HasWord(kind, form); };
+    const auto place = FindDictionary(vTypeDict, ui->edSearchWord->text(), contains);
+    qryCheckWord.Close();
+    if (!place) {
+        RunWordSearch();
+        return;
+    }
+    // A plural is shortened before the text of the kind being left is kept. The switch reads the list, and a second
+    // reading would find the same.
+    ui->edSearchWord->setText(place->text);
+    SelectDictionary(place->kind, place->text);
+}
+
+void TfrmDictionary::LookUp(int kind, const QString &text)
+{
+    vTypeDict = kind;
+    SearchingText(text);
+}
+
+void TfrmDictionary::qryWordsEndScroll()
+{
+    if (!vIsInit)
+        ShowWordContent();
+}
+
+void TfrmDictionary::acGotoWordExecute()
+{
+    SearchingText(ui->ebContentWord->GetSelectedText());
+}

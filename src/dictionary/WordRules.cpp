@@ -1,0 +1,172 @@
+#include "dictionary/WordRules.h"
+
+#include "reader/PageComposer.h"
+#include "reader/ReaderRules.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr int Vietnamese = 0;
+constexpr int English = 1;
+constexpr int DebounceDue = 200;
+constexpr int DebounceWrapsAbove = 400;
+constexpr int DebounceWrapsTo = 220;
+
+struct KindRow
+{
+    const char16_t *vietnamese;
+    const char16_t *english;
+    /// Of the button while several dictionaries show; none where the button keeps its caption.
+    const char16_t *multiVietnamese;
+    const char16_t *multiEnglish;
+};
+
+constexpr std::array<KindRow, 8> Kinds{{
+    {u"Anh-Việt", u"English-Vietnamese", u"+ Pāli", u"+ Pāli"},
+    {u"Việt-Anh", u"Vietnamese-English", u"+ Pāli", u"+ Pāli"},
+    {u"Pháp-Việt", u"French-Vietnamese", nullptr, nullptr},
+    {u"Việt-Pháp", u"Vietnamese-French", nullptr, nullptr},
+    {u"Pāli-Việt", u"Pāli-Vietnamese", u"+ Anh", u"+ English"},
+    {u"Việt-Pāli", u"Vietnamese-Pāli", u"+ Anh", u"+ English"},
+    {u"Anh-Pāli", u"English-Pāli", u"+ Việt", u"+ Vietnamese"},
+    {u"Pāli-Anh", u"Pāli-English", u"+ Việt", u"+ Vietnamese"},
+}};
+
+const KindRow *RowOf(int kind)
+{
+    return kind >= 1 && kind <= static_cast<int>(Kinds.size()) ? &Kinds[kind - 1] : nullptr;
+}
+
+QString FoldAscii(QString text)
+{
+    for (QChar &character : text) {
+        if (character >= u'A' && character <= u'Z')
+            character = QChar(character.unicode() + (u'a' - u'A'));
+    }
+    return text;
+}
+
+} // namespace
+
+QString DictionaryCaption(int kind, int interfaceLanguage)
+{
+    const KindRow *row = RowOf(kind);
+    if (!row)
+        return {};
+    switch (interfaceLanguage) {
+    case Vietnamese:
+        return QString::fromUtf16(row->vietnamese);
+    case English:
+        return QString::fromUtf16(row->english);
+    default:
+        return {};
+    }
+}
+
+QString MultiDictionaryCaption(int kind, bool isMulti, int interfaceLanguage)
+{
+    if (!isMulti) {
+        switch (interfaceLanguage) {
+        case Vietnamese:
+            return QStringLiteral("Hiển thị nhiều từ điển");
+        case English:
+            return QStringLiteral("Multi Dictionary");
+        default:
+            return {};
+        }
+    }
+    const KindRow *row = RowOf(kind);
+    if (!row || !row->multiVietnamese)
+        return {};
+    // Where both languages say the same, any language does.
+    const QString vietnamese = QString::fromUtf16(row->multiVietnamese);
+    const QString english = QString::fromUtf16(row->multiEnglish);
+    if (interfaceLanguage == Vietnamese || vietnamese == english)
+        return vietnamese;
+    return interfaceLanguage == English ? english : QString();
+}
+
+int DictionaryKindOf(int contentLanguage, int current)
+{
+    switch (contentLanguage) {
+    case PageMode::Pali:
+        return 5;
+    case PageMode::Vietnamese:
+        return 6;
+    case PageMode::English:
+        return 1;
+    default:
+        return current;
+    }
+}
+
+QString LowerForm(const QString &text)
+{
+    return FoldAscii(TrimControls(text));
+}
+
+QString MixedForm(const QString &text)
+{
+    return text.isEmpty() ? text : text.front().toUpper() + text.mid(1);
+}
+
+QString TestedForm(int kind, const QString &text)
+{
+    if (kind == 1)
+        return FoldAscii(text);
+    QString upper = text;
+    std::transform(upper.cbegin(), upper.cend(), upper.begin(), [](QChar character) { return character.toUpper(); });
+    return upper;
+}
+
+std::optional<WordPlace> FindDictionary(int kind, const QString &text,
+                                        const std::function<bool(int kind, const QString &form)> &contains)
+{
+    constexpr std::array<int, 3> firstOfPair{1, 5, 7};
+    for (const int first : firstOfPair) {
+        if (kind != first && kind != first + 1)
+            continue;
+        if (contains(first, TestedForm(first, text)))
+            return WordPlace{first, text};
+        if (first == 1 && !text.isEmpty() && text.back().toLower() == u's')
+            return WordPlace{first, text.chopped(1)};
+        if (contains(first + 1, TestedForm(first + 1, text)))
+            return WordPlace{first + 1, text};
+    }
+    return std::nullopt;
+}
+
+WordKey MeaningOfWordKey(int key, const QString &text)
+{
+    switch (key) {
+    case Qt::Key_Down:
+        return WordKey::NextRow;
+    case Qt::Key_Up:
+        return WordKey::PriorRow;
+    case Qt::Key_PageDown:
+        return WordKey::NextPage;
+    case Qt::Key_PageUp:
+        return WordKey::PriorPage;
+    case Qt::Key_Backspace:
+    case Qt::Key_Delete:
+        return WordKey::Typing;
+    default:
+        break;
+    }
+    // The toolkit numbers keys that make a character by that character, the others beyond Unicode; a dead key's result
+    // and an input method come as a text without a key.
+    constexpr int firstWithoutCharacter = 0x01000000;
+    const bool hasCharacter = key > 0 && key < firstWithoutCharacter;
+    const bool hasText = (key == 0 || key == Qt::Key_unknown) && !text.isEmpty() && text.front().isPrint();
+    return hasCharacter || hasText ? WordKey::Typing : WordKey::Nothing;
+}
+
+bool TickDebounce(int &deltaT)
+{
+    deltaT += DebounceTick;
+    if (deltaT > DebounceWrapsAbove)
+        deltaT = DebounceWrapsTo;
+    return deltaT == DebounceDue;
+}

@@ -1,0 +1,67 @@
+#include "reader/Main.h"
+
+#include "dictionary/Dictionary.h"
+#include "dictionary/DictionaryDM.h"
+#include "dictionary/WordRules.h"
+#include "presentation/GlobalUnit.h"
+#include "reader/ReaderRules.h"
+#include "stores/KeloraDM.h"
+#include "stores/Modules.h"
+#include "toolkit/Doors.h"
+#include "toolkit/Forms.h"
+#include "ui_Main.h"
+
+namespace {
+
+const QString dictionaryName = QStringLiteral("frmDictionary");
+
+} // namespace
+
+TfrmDictionary &TfrmMain::OpenDictionary()
+{
+    std::exception_ptr failure;
+    QWidget *form = OpenForm(dictionaryName, [&] {
+        auto *dictionary = new TfrmDictionary;
+        // A dictionary that can't be read leaves a window in which another can be picked.
+        try {
+            dictionary->FormCreate();
+        } catch (const std::exception &) {
+            failure = std::current_exception();
+        }
+        return dictionary;
+    });
+    if (failure)
+        std::rethrow_exception(failure);
+    return static_cast<TfrmDictionary &>(*form);
+}
+
+void TfrmMain::LookUpWord(const std::function<QString()> &takeWord)
+{
+    ShowWaitCursor(true);
+    // No look-up reports anything.
+    try {
+        const QString word = takeWord();
+        const bool isOpen = FindForm(dictionaryName);
+        DictionaryKind = DictionaryKindOf(frmKeloraDM->vLanguageSutta, DictionaryKind);
+        TfrmDictionary &dictionary = OpenDictionary();
+        if (isOpen)
+            dictionary.LookUp(DictionaryKind, word);
+        else
+            dictionary.SearchingText(word);
+    } catch (const std::exception &) {
+    }
+    ShowWaitCursor(false);
+}
+
+void TfrmMain::acGetWordExecute()
+{
+    LookUpWord([this] { return TrimControls(ui->ebContent->GetSelectedText()); });
+}
+
+void TfrmMain::ebContentClick(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x, int y)
+{
+    if (button != Qt::RightButton || !modifiers.testFlag(Qt::ControlModifier) || !frmDictionaryDM ||
+        !frmDictionaryDM->vIsOKDictionary)
+        return;
+    LookUpWord([this, x, y] { return LowerForm(ui->ebContent->GetWordAtCursor(x, y)); });
+}

@@ -1,0 +1,497 @@
+#include "dictionary/DictionaryWindow.h"
+#include "support/FailingDisk.h"
+#include "support/WaitFor.h"
+
+#include "presentation/GlobalUnit.h"
+#include "stores/Scripter.h"
+#include "toolkit/BrowserControl.h"
+#include "toolkit/CxGridDBTableView.h"
+#include "toolkit/Forms.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenu>
+#include <QToolButton>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString Blank = u"<font face=\"Segoe UI\">\r\n</ul>"_s; ///< of the page of an entry without lines
+
+class Dictionary : public DictionaryWindow
+{
+protected:
+    void Open(int kind, int interfaceLang = 0)
+    {
+        StartReader(0, interfaceLang);
+        OpenOn(kind);
+    }
+    void Pick(const char *action) { In<QAction>(action).trigger(); }
+    void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { QTest::keyClick(&Edit(), key, modifiers); }
+    QToolButton &Multi() { return In<QToolButton>("bMultiDictionary"); }
+    void ClickLink()
+    {
+        const QVariantMap place = Entry()
+                                      .Evaluate(u"(() => { const r = document.querySelector('a').getClientRects()[0];"
+                                                " return {x: r.left + r.width / 2, y: r.top + r.height / 2}; })()"_s)
+                                      .toMap();
+        QTest::mouseClick(Entry().focusProxy(), Qt::LeftButton, {},
+                          QPointF(place[u"x"_s].toReal(), place[u"y"_s].toReal()).toPoint());
+    }
+};
+
+} // namespace
+
+TEST_F(Dictionary, OpensOnItsKindUnderACaption)
+{
+    const struct
+    {
+        int kind, interfaceLang;
+        bool multi;
+        QString caption, multiCaption, word;
+    } rows[]{
+        {0, 0, false, u"Từ điển"_s, u"Đa ngôn ngữ"_s, QString()},
+        {3, 0, true, u"Từ điển"_s, u"Đa ngôn ngữ"_s, QString()},
+        {4, 1, false, u"Từ điển"_s, u"Đa ngôn ngữ"_s, QString()},
+        {1, 0, false, u"Anh-Việt"_s, u"Hiển thị nhiều từ điển"_s, u"dog"_s},
+        {2, 1, true, u"Vietnamese-English"_s, u"+ Pāli"_s, u"bus"_s},
+        {5, 1, false, u"Pāli-Vietnamese"_s, u"Multi Dictionary"_s, u"dhamma"_s},
+        {6, 0, true, u"Việt-Pāli"_s, u"+ Anh"_s, u"giới"_s},
+        {7, 0, true, u"Pāli-Anh"_s, u"+ Việt"_s, u"law"_s},
+        {8, 1, true, u"Pāli-English"_s, u"+ Vietnamese"_s, u"dhamma"_s},
+        {8, 2, false, QString(), u"Đa ngôn ngữ"_s, u"dhamma"_s},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.kind);
+        StartReader(0, row.interfaceLang);
+        MultiDictionary = row.multi;
+        OpenOn(row.kind);
+        EXPECT_EQ(Caption(), row.caption);
+        EXPECT_EQ(Multi().text(), row.multiCaption);
+        EXPECT_EQ(Multi().isChecked(), row.multi);
+        EXPECT_EQ(form->vTypeDict, row.kind);
+        EXPECT_EQ(form->qryWords.Active(), !row.word.isEmpty());
+        EXPECT_EQ(form->qryContents.Active(), !row.word.isEmpty());
+        EXPECT_EQ(Word(), row.word);
+        EXPECT_EQ(Entry().Source().isEmpty(), row.word.isEmpty());
+        End();
+    }
+    CheckBoxes({});
+}
+
+TEST_F(Dictionary, SpeaksTheLanguageOfTheInterfaceUntilAKindNamesItself)
+{
+    AddLanguage(u"English.lng"_s, "LANGID=1033\n[frmDictionary]\n1=Words\n2=Many\n8=Pick one\n21=Go to word\n");
+    Open(0, 1);
+    EXPECT_EQ(form->windowTitle(), u"Words"_s);
+    EXPECT_EQ(Caption() + Multi().text(), u"Pick oneMany"_s);
+    EXPECT_EQ(In<QToolButton>("bGotoWord").text(), u"Go to word"_s);
+    form->close();
+    OpenOn(5);
+    EXPECT_EQ(Caption() + Multi().text(), u"Pāli-VietnameseMulti Dictionary"_s);
+}
+
+TEST_F(Dictionary, LooksAsDesigned)
+{
+    Open(5);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+    EXPECT_TRUE(Edit().hasFocus());
+    EXPECT_EQ(form->size(), QSize(734, 462));
+    EXPECT_EQ(In<QWidget>("pnListWords").width(), 200);
+    auto &list = In<TcxGridDBTableView>("gtvWords");
+    EXPECT_FALSE(list.horizontalHeader()->isVisible());
+    EXPECT_EQ(list.rowHeight(0), 22);
+    EXPECT_EQ(list.columnWidth(0), list.viewport()->width());
+    // No caption of the bar is cut off, however narrow the window.
+    Pick("acVietPali");
+    QCoreApplication::processEvents();
+    form->resize(1, 1);
+    QCoreApplication::processEvents();
+    for (const char *button : {"btnDicts", "bMultiDictionary", "bGotoWord"})
+        EXPECT_GE(In<QToolButton>(button).width(), In<QToolButton>(button).sizeHint().width()) << button;
+}
+
+TEST_F(Dictionary, KeepsTheSearchTextOfTwoKindsAndLendsOneOfThem)
+{
+    Open(1);
+    const struct
+    {
+        QString typed;
+        const char *action;
+        int kind;
+        QString text;
+    } steps[]{
+        {u"dog"_s, "acEngPali", 7, u"dog"_s},    {u"other"_s, "acEVShow", 1, u"dog"_s},
+        {u"dogm"_s, "acPaliViet", 5, QString()}, {u"nib"_s, "acVietPali", 6, QString()},
+        {u"gi"_s, "acPaliViet", 5, QString()},   {u"nib"_s, "acVEShow", 2, QString()},
+        {u"bus"_s, "acPaliEng", 8, u"dogm"_s},   {u"sīla"_s, "acVEShow", 2, u"bus"_s},
+        {u"chó"_s, "acVEShow", 2, u"chó"_s},
+    };
+    for (const auto &step : steps) {
+        SCOPED_TRACE(step.action);
+        Edit().setText(step.typed);
+        Pick(step.action);
+        EXPECT_EQ(form->vTypeDict, step.kind);
+        EXPECT_EQ(Edit().text(), step.text);
+    }
+    EXPECT_EQ(Words(), QStringList{u"chó"_s});
+    EXPECT_EQ(Caption(), u"Việt-Anh"_s);
+    EXPECT_FALSE(form->TimerDelta.isActive()) << "no key was pressed";
+}
+
+TEST_F(Dictionary, ListsTheWordsThatBeginWithOneOfTwoForms)
+{
+    Open(5);
+    const QString all = u"(all)"_s;
+    const struct
+    {
+        int kind;
+        QString text, words;
+    } rows[]{
+        {5, u"nib"_s, u"nibbāna Nibbānapura"_s},
+        {5, u"Nib"_s, u"nibbāna Nibbānapura"_s},
+        {5, u"NIB"_s, u"nibbāna"_s},
+        {5, u" nib\t"_s, u"nibbāna"_s},
+        {2, u"đạo"_s, u"đạo Đạo Phật"_s},
+        {2, u"ĐẠO"_s, QString()},
+        {2, u"Đạo"_s, u"Đạo Phật"_s},
+        {5, u"nibba\u0304"_s, QString()},
+        {5, u"nib%"_s, QString()},
+        {5, u"v_"_s, QString()},
+        {5, u"v' or '1'='1"_s, QString()},
+        {5, u"\"; --"_s, QString()},
+        {5, u"\U0001F600"_s, QString()},
+        {5, u"धम्म"_s, QString()},
+        {5, QString(64, u'v'), QString()},
+        {5, QString(10'000, u'ā'), QString()},
+        {5, QString(300, u' ') + u"dhamma"_s, QString()},
+        {5, u" \t"_s, all},
+        {5, QString(), all},
+        {0, QString(), u"zero"_s},
+    };
+    const int count = static_cast<int>(Words().size());
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.text.left(20).toStdString());
+        form->vTypeDict = row.kind;
+        Search(row.text);
+        const QStringList words = Words();
+        if (row.words == all)
+            EXPECT_EQ(words.size(), count);
+        else
+            EXPECT_EQ(words.join(u' '), row.words);
+        EXPECT_EQ(LastWord, words.value(0));
+        EXPECT_EQ(Entry().Source().contains(Blank.toUtf8()), words.isEmpty());
+    }
+    CheckBoxes({});
+}
+
+TEST_F(Dictionary, ABurstOfKeysSearchesOnceAndOtherKeysNever)
+{
+    Open(5);
+    int searches = 0;
+    form->qryWords.AfterOpen = [&] { ++searches; };
+    QGuiApplication::clipboard()->setText(u"pasted"_s);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_F5, Qt::Key_Left, Qt::Key_Shift, Qt::Key_Home, Qt::Key_Insert})
+        Key(key, Qt::ShiftModifier);
+    EXPECT_FALSE(form->TimerDelta.isActive());
+    EXPECT_EQ(Edit().text(), u"pasted"_s) << "they keep their ordinary meaning";
+    Edit().clear();
+    Type(Edit(), u"niX"_s);
+    Key(Qt::Key_Backspace);
+    Type(Edit(), u"b"_s);
+    Key(Qt::Key_Down); // does not keep it from coming
+    EXPECT_EQ(searches, 0);
+    EXPECT_TRUE(WaitFor([&] { return searches == 1; }));
+    EXPECT_EQ(Words(), (QStringList{u"nibbāna"_s, u"Nibbānapura"_s}));
+    Pause(500);
+    EXPECT_EQ(searches, 1) << "the clock runs on, but does not meet its time again";
+    EXPECT_TRUE(form->TimerDelta.isActive());
+    QInputMethodEvent commit;
+    commit.setCommitString(u"ā"_s);
+    QCoreApplication::sendEvent(&Edit(), &commit);
+    EXPECT_TRUE(WaitFor([&] { return searches == 2; }));
+    EXPECT_TRUE(Words().isEmpty());
+}
+
+TEST_F(Dictionary, KeysWalkTheListAndTheEntryComesWhenItRests)
+{
+    Open(5);
+    ASSERT_TRUE(EntryShows(u"pháp"_s));
+    const int last = static_cast<int>(Words().size()) - 1;
+    Search(u"v"_s);
+    const QByteArray page = Entry().Source();
+    const struct
+    {
+        Qt::Key key;
+        int row;
+    } steps[]{
+        {Qt::Key_Up, 0},        {Qt::Key_Down, 1},      {Qt::Key_Down, 2},      {Qt::Key_Up, 1},
+        {Qt::Key_PageDown, 25}, {Qt::Key_PageUp, 1},    {Qt::Key_PageUp, 0},    {Qt::Key_PageUp, 0},
+        {Qt::Key_PageDown, 24}, {Qt::Key_PageDown, 48}, {Qt::Key_PageDown, 59}, {Qt::Key_PageDown, 59},
+        {Qt::Key_Down, 59},
+    };
+    ASSERT_EQ(last, 67);
+    for (const auto &step : steps) {
+        Key(step.key);
+        EXPECT_EQ(form->qryWords.RecNo(), step.row);
+        Pause(60);
+        EXPECT_EQ(Entry().Source(), page) << "each move puts the entry off";
+    }
+    EXPECT_EQ(In<TcxGridDBTableView>("gtvWords").currentIndex().row(), 59);
+    EXPECT_TRUE(EntryShows(u"sense of v59"_s));
+    EXPECT_EQ(LastWord, u"v59"_s);
+    QTest::keyClick(&In<TcxGridDBTableView>("gtvWords"), Qt::Key_Home);
+    EXPECT_TRUE(EntryShows(u"sense of v0<"_s));
+    EXPECT_EQ(Edit().text(), u"v"_s);
+    form->qryWords.Close();
+    for (const auto &step : steps)
+        Key(step.key);
+    CheckBoxes({});
+}
+
+TEST_F(Dictionary, TheLastWordIsRestoredOnceAndStoredOnClosing)
+{
+    Open(5);
+    Search(u"nil"_s);
+    EXPECT_EQ(LastWord, u"nil"_s);
+    Search(QString());
+    EXPECT_EQ(Word(), u"dhamma"_s) << "a search does not go back to it";
+    LastWord = u"v42"_s;
+    EXPECT_EQ(Stored(u"Dictionary"_s), QVariant());
+    form->close();
+    EXPECT_FALSE(FindForm(u"frmDictionary"_s));
+    EXPECT_EQ(Stored(u"Dictionary"_s), QVariant(5));
+    EXPECT_EQ(Stored(u"LastWord"_s), QVariant(u"v42"_s));
+    EXPECT_EQ(DictionaryKind, 5);
+
+    const auto open = [this](int kind, const QString &lastWord) {
+        LastWord = lastWord;
+        OpenOn(kind);
+        return Word();
+    };
+    EXPECT_EQ(open(5, u"v42"_s), u"v42"_s);
+    EXPECT_TRUE(EntryShows(u"sense of v42"_s));
+    Pick("acVEShow");
+    form->close();
+    EXPECT_EQ(DictionaryKind, 2);
+    for (const QString &miss : {u"V42"_s, u"v4200"_s, QString(100, u'v')}) {
+        EXPECT_EQ(open(5, miss), u"dhamma"_s);
+        form->close();
+    }
+    EXPECT_EQ(open(0, u"kept"_s), QString());
+    form->close();
+    EXPECT_EQ(Stored(u"Dictionary"_s), QVariant(0));
+    EXPECT_EQ(Stored(u"LastWord"_s), QVariant(u"kept"_s));
+    // Another collection keeps its own; a store that fails costs nothing but the memory of it.
+    CollectionMode = 2;
+    open(6, QString());
+    form->close();
+    EXPECT_EQ(Stored(u"Dictionary"_s), QVariant(0));
+    EXPECT_EQ(DictionaryKind, 6);
+    CollectionMode = 1;
+    open(8, QString());
+    FailingDisk full(1, FailingDisk::Lasting::ForGood);
+    disk = &full;
+    DictionaryKind = 77;
+    form->close();
+    disk = &RealSettingsDisk();
+    EXPECT_TRUE(full.Fired());
+    EXPECT_EQ(DictionaryKind, 77);
+    CheckBoxes({});
+}
+
+TEST_F(Dictionary, SearchingTextTriesAPairFromItsLowerKind)
+{
+    Open(1);
+    const struct
+    {
+        int kind;
+        QString text;
+        int kindAfter;
+        QString box, word;
+    } rows[]{
+        {2, u"dogs"_s, 1, u"dog"_s, u"dog"_s},
+        {2, u"DOGS"_s, 1, u"DOG"_s, u"dog"_s},
+        {2, u"bus"_s, 1, u"bu"_s, QString()},
+        {1, u"\x01 chó\n"_s, 2, u"chó"_s, u"chó"_s},
+        {1, u"CHÓ"_s, 2, u"CHÓ"_s, QString()},
+        {1, u"Dog"_s, 1, u"Dog"_s, u"dog"_s},
+        {6, u"dhamma"_s, 5, u"dhamma"_s, u"dhamma"_s},
+        {5, u"giới"_s, 6, u"giới"_s, u"giới"_s},
+        {5, u"law"_s, 5, u"law"_s, QString()},
+        {7, u"sīla"_s, 8, u"sīla"_s, u"sīla"_s},
+        {5, u"null"_s, 5, u"null"_s, QString()},
+        {5, u"none"_s, 5, u"none"_s, QString()},
+        {5, QString(10'000, u'x'), 5, QString(10'000, u'x'), QString()},
+        {1, QString(10'000, u's'), 1, QString(9'999, u's'), QString()},
+        {0, u"zero"_s, 0, u"zero"_s, u"zero"_s},
+        {3, u"chien"_s, 3, u"chien"_s, u"chien"_s},
+        {5, QString(), 5, QString(), u"dhamma"_s},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.text.left(20).toStdString());
+        form->vTypeDict = row.kind;
+        form->SearchingText(row.text);
+        EXPECT_EQ(form->vTypeDict, row.kindAfter);
+        EXPECT_EQ(Edit().text(), row.box);
+        EXPECT_EQ(Word(), row.word);
+        EXPECT_EQ(LastWord, row.word);
+        EXPECT_FALSE(form->qryCheckWord.Active());
+    }
+    EXPECT_FALSE(form->TimerDelta.isActive()) << "a text handed over is no key";
+    EXPECT_THROW(form->SearchingText(u"bad"_s), std::exception);
+    CheckBoxes({});
+}
+
+TEST_F(Dictionary, SeveralDictionariesShowAtThePressOfTheButton)
+{
+    Open(5);
+    form->qryWords.MoveTo(1);
+    ASSERT_TRUE(EntryShows(u"tịch tịnh"_s));
+    EXPECT_FALSE(Entry().Source().contains("partner"));
+    Multi().click();
+    EXPECT_TRUE(EntryShows(u"partner"_s));
+    EXPECT_TRUE(MultiDictionary);
+    EXPECT_EQ(Multi().text(), u"+ Anh"_s);
+    EXPECT_EQ(Caption(), u"Pāli-Việt"_s);
+    EXPECT_EQ(form->qryWords.RecNo(), 1);
+    Key(Qt::Key_Up);
+    EXPECT_TRUE(EntryShows(u"pháp"_s) && Entry().Source().contains("partner"));
+    Multi().click();
+    EXPECT_TRUE(WaitFor([&] { return !Entry().Source().contains("partner"); }));
+    EXPECT_EQ(Multi().text(), u"Hiển thị nhiều từ điển"_s);
+    form->close();
+    OpenOn(0);
+    LastWord = u"x"_s;
+    Multi().click();
+    EXPECT_TRUE(EntryShows(Blank)) << "without a list";
+    EXPECT_EQ(LastWord, QString());
+    CheckBoxes({});
+}
+
+TEST_F(Dictionary, BadEntriesAreBlankOrToldAndHugeOnesShow)
+{
+    Open(5);
+    for (const QString &word : {u"nil"_s, u"gone"_s}) {
+        Search(word);
+        EXPECT_TRUE(EntryShows(Blank));
+        EXPECT_EQ(LastWord, word);
+    }
+    CheckBoxes({});
+    Search(u"dhamma"_s);
+    Search(QString());
+    ASSERT_TRUE(EntryShows(u"pháp"_s));
+    form->qryWords.MoveTo(4);
+    Key(Qt::Key_Down);
+    EXPECT_EQ(Word(), u"bad"_s);
+    ASSERT_EQ(boxes.size(), 1);
+    EXPECT_TRUE(boxes[0].text.contains(u"the entry is broken"_s)) << boxes[0].text.toStdString();
+    Key(Qt::Key_Down);
+    EXPECT_TRUE(EntryShows(u"word word"_s));
+    EXPECT_EQ(Entry().Evaluate(u"document.body.innerText.length > 1000000"_s), QVariant(true));
+    Key(Qt::Key_Down);
+    EXPECT_TRUE(EntryShows(u"tiếng pali"_s));
+    EXPECT_EQ(boxes.size(), 1);
+}
+
+TEST_F(Dictionary, AWordSelectedInTheEntryIsLookedUp)
+{
+    Open(5);
+    Search(u"pali"_s);
+    ASSERT_TRUE(EntryShows(u"tiếng pali"_s));
+    form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+    EXPECT_TRUE(WaitFor([&] { return !In<QAction>("acGotoWord").isEnabled() && !In<QAction>("acCopy").isEnabled(); }));
+    EXPECT_TRUE(In<QAction>("acSelectAll").isEnabled());
+    Pick("acSelectAll");
+    EXPECT_TRUE(WaitFor([&] { return In<QAction>("acGotoWord").isEnabled() && In<QAction>("acCopy").isEnabled(); }));
+    Pick("acGotoWord");
+    EXPECT_EQ(Edit().text(), u"tiếng pali"_s);
+    EXPECT_TRUE(Words().isEmpty());
+    EXPECT_TRUE(EntryShows(Blank));
+    EXPECT_TRUE(WaitFor([&] { return !In<QAction>("acGotoWord").isEnabled(); }));
+    CheckBoxes({});
+}
+
+TEST_F(Dictionary, TheMenuOfTheEntryShowsWithCtrlAsWell)
+{
+    Open(5);
+    ASSERT_TRUE(EntryShows(u"pháp"_s));
+    auto &menu = In<QMenu>("ppContent");
+    for (const Qt::KeyboardModifiers modifiers :
+         {Qt::KeyboardModifiers(), Qt::KeyboardModifiers(Qt::ControlModifier)}) {
+        QTest::mouseClick(Entry().focusProxy(), Qt::RightButton, modifiers, QPoint(40, 60));
+        EXPECT_TRUE(WaitFor([&] { return menu.isVisible(); }));
+        menu.close();
+    }
+    QTest::keyClick(Entry().focusProxy(), Qt::Key_F5);
+    EXPECT_TRUE(Entry().IsComplete());
+}
+
+TEST_F(Dictionary, LinksLeaveForTheSystemOnlyWhileAnEntryIsNotShownWhole)
+{
+    Open(1);
+    ASSERT_TRUE(EntryShows(u"example.org"_s));
+    ClickLink();
+    Pause(300);
+    EXPECT_EQ(opened, QStringList()) << "opens inside";
+    form->ShowWordContent();
+    ASSERT_TRUE(EntryShows(u"example.org"_s));
+    ASSERT_EQ(Entry().Evaluate(u"document.querySelectorAll('a').length"_s), QVariant(1)) << "the entry is back";
+    const QByteArray page = form->vHTMLString;
+    dictionary->dbDictionary.SetConnected(false);
+    form->ShowWordContent();
+    EXPECT_EQ(form->vHTMLString, page);
+    ClickLink();
+    EXPECT_TRUE(WaitFor([&] { return opened == QStringList{u"https://example.org/dog"_s}; }));
+    CheckBoxes({});
+}
+
+TEST_F(Dictionary, ClosedOnTheWayItGoesWithoutATrace)
+{
+    StartReader();
+    for (const QString &typed : {u"dham"_s, QString()}) {
+        OpenOn(5);
+        Type(Edit(), typed);
+        Key(Qt::Key_Down);
+        if (typed.isEmpty()) {
+            Search(u"huge"_s);
+            Multi().click();
+        }
+        form->close();
+        Pause(500);
+        EXPECT_EQ(Words().size(), typed.isEmpty() ? 1 : 68) << "nothing comes behind the closing";
+        // The program's own loop deletes it on its next turn.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_FALSE(form);
+    }
+    OpenOn(5);
+    Search(u"huge"_s);
+    End();
+    EXPECT_FALSE(form);
+    CheckBoxes({});
+}
+
+TEST_F(Dictionary, AFileThatCannotServeIsSilentUntilTheWindowOpens)
+{
+    PutDictionary(QByteArray(20'000, 'x'));
+    StartReader();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(Action("acDictionary").isEnabled() || Action("acGetWord").isEnabled());
+    End();
+    PutDictionary();
+    StartReader();
+    TpFIBScripter script;
+    script.SetDatabase(&dictionary->dbDictionary);
+    script.Script() = {u"drop procedure SP_GET_LIST_WORDS;"_s, u"commit;"_s};
+    script.ExecuteScript();
+    CheckBoxes({});
+    OpenOn(5);
+    EXPECT_EQ(boxes.size(), 1);
+    EXPECT_EQ(Caption(), u"Pāli-Việt"_s);
+    Type(Edit(), u"d"_s);
+    EXPECT_TRUE(WaitFor([&] { return boxes.size() == 2; })) << "each search tells it";
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "dictionary/Dictionary.h"
+#include "reader/ReaderWindow.h"
+
+#include <QPointer>
+
+class QLineEdit;
+class QToolButton;
+
+/// The reader with a small dictionary beside its canon, and the dictionary's window over it. Words of the dictionary
+/// that stand for faults: "nil" has a null entry, "gone" none at all, "bad" makes its procedure fail; a test for a word
+/// "null", "none" or "bad" gives null, no row, or fails.
+class DictionaryWindow : public ReaderWindow
+{
+protected:
+    ~DictionaryWindow() override;
+
+    /// Puts the dictionary beside the program; another file's bytes or none in its place if given.
+    void PutDictionary();
+    void PutDictionary(const QByteArray &bytes);
+    /// Starts the reader with the dictionary and settings of a language of passages and interface.
+    void StartReader(int languageSutta = 0, int interfaceLang = 0);
+    /// Opens the window by its command on a kind.
+    void OpenOn(int kind);
+    /// The window, found as the reader finds it.
+    void FindDictionary();
+
+    template <typename T>
+    T &In(const char *name)
+    {
+        T *found = form ? form->findChild<T *>(QLatin1StringView(name)) : nullptr;
+        if (!found)
+            throw std::runtime_error(std::string("no ") + name);
+        return *found;
+    }
+    QLineEdit &Edit() { return In<QLineEdit>("edSearchWord"); }
+    TBrowserControl &Entry() { return In<TBrowserControl>("ebContentWord"); }
+    QString Caption();
+    /// Sets the search text and reads the list by it.
+    void Search(const QString &text);
+    QStringList Words();
+    /// The word under the list's cursor.
+    QString Word() { return form->qryWords.FieldByName(QStringLiteral("WORD_NAME")).AsString(); }
+    /// The entry's page has been shown whole and holds the text.
+    bool EntryShows(const QString &text);
+
+    QPointer<TfrmDictionary> form;
+};

@@ -1,0 +1,120 @@
+#include "dictionary/EntryFormatter.h"
+
+#include <gmock/gmock.h>
+
+#include <QList>
+
+#include <string>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using Lines = std::vector<std::string>;
+
+const Lines Head{
+    "<HTML>",
+    "<BODY>",
+    "<head>",
+    "<title></title>",
+    "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />",
+    "<font face=\"Noto Sans\">",
+};
+const Lines Tail{"</ul>", "</FONT>", "</BODY>", "</HTML>"};
+
+/// The lines between head and tail of an entry's page.
+Lines BodyOf(const QByteArray &entry)
+{
+    const QByteArray page = FormatEntry(entry, QStringLiteral("Noto Sans"));
+    EXPECT_TRUE(page.endsWith("\r\n"));
+    Lines lines;
+    for (const QByteArray &line : page.chopped(2).replace("\r\n", "\x01").split('\x01'))
+        lines.push_back(line.toStdString());
+    if (lines.size() < Head.size() + Tail.size())
+        return {"too short"};
+    EXPECT_THAT(Lines(lines.begin(), lines.begin() + Head.size()), ElementsAreArray(Head));
+    EXPECT_THAT(Lines(lines.end() - Tail.size(), lines.end()), ElementsAreArray(Tail));
+    return {lines.begin() + Head.size(), lines.end() - Tail.size()};
+}
+
+TEST(EntryFormatter, LaysOutAWholeEntry)
+{
+    const QByteArray entry = "@quick /kwik/\r\n* adjective\n- fast+rapid\r=a quick run+a short run\n=a quick look\n"
+                             "- clever\n! quick on the uptake\n- sharp\n=quick wit+ready wit\n* adverb\n- rapidly\n"
+                             "#Notes\nplain <i>text</i>\n\n=a+b";
+    EXPECT_THAT(BodyOf(entry),
+                ElementsAre("<em>quick /kwik/<br /></em>", "<ul>", // head
+                            "<li><P STYLE=\"margin-top: 0.2in\">", "<b><i> adjective<br /></b></i></P>", "<ul>",
+                            "<li><font color=\"#cc0000\">", "<b> fast: rapid<br /></b></font>", "<ul>", // sense
+                            "<li>", "<b>a quick run: </b>a short run<br />",                            // examples
+                            "<li>", "<b>a quick look</b><br />", "</ul>",                               //
+                            "<li><font color=\"#cc0000\">", "<b> clever<br /></b></font>",              // before "!"
+                            "<li><font color=\"#cc0000\">", "<b><i> quick on the uptake<br /></i></b></font>", "<ul>",
+                            "<li><b> sharp<br /></b>", "<ul>",                                      // in a phrase
+                            "<li>", "<b>quick wit: </b>ready wit<br />", "</ul>", "</ul>", "</ul>", //
+                            "<li><P STYLE=\"margin-top: 0.2in\">", "<b><i> adverb<br /></b></i></P>", "<ul>",
+                            "<li><font color=\"#cc0000\">", "<b> rapidly<br /></b></font>",             //
+                            "<font color=\"#004586\">", "<br><b><i><u>Notes: </u><br/></i></b></font>", // section
+                            "plain <i>text</i>", "", "<li>", "<b>a+b</b><br />"));
+}
+
+TEST(EntryFormatter, OpensAndClosesListsByTheLineBehind)
+{
+    struct Case
+    {
+        const char *entry;
+        int opened; ///< "<ul>" lines less "</ul>" lines
+        bool inPhraseAfter;
+    };
+    // Whether a phrase goes on shows in an example behind it: inside one it has its colon even without a translation.
+    for (const Case &test : std::initializer_list<Case>{
+             {"*a\n*b\n\n", 1, false},      {"-a\n-b\n\n", 0, false},      {"-a\n*b\n\n", 0, false},
+             {"-a\n=b\n\n", 1, false},      {"-a\n!b\n\n", 0, true},       {"!a\n-b\n-c\n\n", -1, false},
+             {"!a\n-b\n=c\n\n", 2, true},   {"!a\n-b\n!c\n\n", 0, false},  {"!a\n-b\n*c\n\n", 0, false},
+             {"!a\n-b\n#c\n\n", -1, false}, {"!a\n*b\n\n", 0, false},      {"!a\n\n", 0, false},
+             {"!a\n=b\n=c\n\n", 1, true},   {"!a\n=b\n-c\n\n", -2, false}, {"!a\n=b\n!c\n\n", -1, true},
+             {"!a\n=b\n*c\n\n", -1, false}, {"=a\n-b\n\n", -1, false},     {"=a\n!b\n\n", -1, false},
+             {"=a\n*b\n\n", -1, false},     {"-a\n!b\n@c\n\n", 1, true},   {"-a\n!b\nc\n\n", 0, true},
+             {"!a\n\n-b\n\n", 0, false},
+         }) {
+        SCOPED_TRACE(test.entry);
+        const Lines body = BodyOf(QByteArray(test.entry) + "=z");
+        EXPECT_EQ(std::count(body.begin(), body.end(), "<ul>") - std::count(body.begin(), body.end(), "</ul>"),
+                  test.opened);
+        EXPECT_EQ(body.back() == "<b>z: </b><br />", test.inPhraseAfter);
+    }
+}
+
+TEST(EntryFormatter, PartsALineAtItsPlus)
+{
+    const auto senseOf = [](const char *line) { return BodyOf(line).at(1); };
+    for (const auto &[line, shown] : std::initializer_list<std::pair<const char *, const char *>>{
+             {"-abc+d", "abc+d"},
+             {"-abc+de", "abc: de"},
+             {"-abc+def+ghi", "abc"},
+             {"-abc+defgh+i", "abc: defgh+i"},
+             {"-a+bc+d+ef", "a"},
+             {"-+abc", ": abc"},
+             {"-", ""},
+             {"-+", "+"},
+             {"   - a +  b c\t ", " a :   b c"},
+             {"--5", "-5"},
+         })
+        EXPECT_EQ(senseOf(line), "<b>" + std::string(shown) + "<br /></b></font>") << line;
+    EXPECT_EQ(BodyOf("!p\n-a+bc").at(3), "<li><b>a+bc<br /></b>") << "no split inside a phrase";
+}
+
+TEST(EntryFormatter, ReadsLinesAsTheyAreStored)
+{
+    EXPECT_THAT(BodyOf(""), ElementsAre());
+    EXPECT_THAT(BodyOf("\n"), ElementsAre(""));
+    EXPECT_THAT(BodyOf("a\r\n\r\nb\r\r\nc\n"), ElementsAre("a", "", "b", "", "c"));
+    EXPECT_THAT(BodyOf("@"), ElementsAre("<em><br /></em>", "<ul>"));
+    EXPECT_THAT(BodyOf(QByteArray("\0 \x01x\0y\xFF\xC4 \0", 10)), ElementsAre(std::string("x\0y\xFF\xC4", 5)));
+    // What lies behind 4096 bytes is lost, for the line and for what its neighbours see of it.
+    EXPECT_EQ(BodyOf(QByteArray(5000, 'x')).at(0).size(), 4096U);
+    EXPECT_EQ(BodyOf("-a\n" + QByteArray(4096, ' ') + "!b").size(), 3U);
+    EXPECT_EQ(BodyOf("-" + QByteArray(4095, 'x') + "+def").at(1).find(':'), std::string::npos);
+}
+
+} // namespace
