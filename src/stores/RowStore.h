@@ -2,10 +2,14 @@
 
 #include "stores/Statement.h"
 
+#include <deque>
+#include <memory>
 #include <string_view>
+#include <vector>
 
 /// The fetched rows of a cursor, packed: each value takes the bytes that it uses and is decoded only when asked for.
-/// A replaced row's old bytes stay until Clear().
+/// They lie in chunks that are never moved, so that a long list grows without a copy.
+/// A replaced or removed row's old bytes stay until Clear().
 class RowStore
 {
 public:
@@ -22,7 +26,7 @@ public:
     void Remove(int row);
 
     bool IsNull(int row, int column) const;
-    /// Bytes of a text, or of a blob that was posted from here; valid until the next change. Empty for null.
+    /// Bytes of a text, or of a blob that was posted from here; valid until Clear(). Empty for null.
     std::string_view Text(int row, int column) const;
     /// A number, null or not (0).
     qint64 Number(int row, int column) const;
@@ -35,8 +39,16 @@ private:
     void Encode(const QList<QVariant> &values);
     void EncodeValue(const Column &column, const QVariant &value);
     void Put(const void *bytes, size_t size);
+    void PutText(const void *text, quint16 size);
+    void PutNumber(qint64 number);
+    void PutPlain(const void *eightBytes);
+    /// Copies the encoded row into the last chunk; its place.
+    quint32 KeepRow();
 
     const std::vector<Column> *m_columns = nullptr;
-    std::vector<char> m_bytes;
-    std::vector<size_t> m_starts;
+    std::vector<char> m_row; ///< the row being encoded
+    std::vector<std::unique_ptr<char[]>> m_chunks;
+    size_t m_used = 0; ///< of the last chunk
+    size_t m_capacity = 0;
+    std::deque<quint32> m_starts;
 };
