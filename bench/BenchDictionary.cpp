@@ -234,7 +234,7 @@ double BenchDictionary::OpenTime(const QString &lastWord)
     const double time = Milliseconds(clock);
     m_window->show();
     WaitPainted();
-    return LastWord == lastWord ? time : -1;
+    return lastWord.isEmpty() || LastWord == lastWord ? time : -1;
 }
 
 double BenchDictionary::KeyTime(const char *widget, Qt::Key key)

@@ -26,7 +26,9 @@ QByteArrayView Trimmed(QByteArrayView line)
 class LineSource
 {
 public:
-    explicit LineSource(QByteArrayView text) : m_rest(text) {}
+    explicit LineSource(QByteArrayView text)
+        : m_rest(text), m_return(Find('\r', text.data())), m_feed(Find('\n', text.data()))
+    {}
 
     bool AtEnd() const { return m_rest.empty(); }
     /// The next line; an empty one past the end.
@@ -34,8 +36,12 @@ public:
     {
         const char *begin = m_rest.data();
         const char *end = begin + m_rest.size();
-        const char *stop =
-            std::find_if(begin, end, [](char character) { return character == '\r' || character == '\n'; });
+        // Each end is sought only once, so that a text without one of the two is not searched again for each line.
+        if (m_return < begin)
+            m_return = Find('\r', begin);
+        if (m_feed < begin)
+            m_feed = Find('\n', begin);
+        const char *stop = std::min(m_return, m_feed);
         const QByteArrayView line(begin, std::min<qsizetype>(stop - begin, LongestLine));
         if (stop != end)
             stop += *stop == '\r' && stop + 1 != end && stop[1] == '\n' ? 2 : 1;
@@ -44,7 +50,17 @@ public:
     }
 
 private:
+    /// The next of a sign in the rest, or its end.
+    const char *Find(char sign, const char *begin) const
+    {
+        const char *end = m_rest.data() + m_rest.size();
+        const void *found = begin == end ? nullptr : std::memchr(begin, sign, static_cast<size_t>(end - begin));
+        return found ? static_cast<const char *>(found) : end;
+    }
+
     QByteArrayView m_rest;
+    const char *m_return;
+    const char *m_feed;
 };
 
 char KindOf(QByteArrayView line)

@@ -187,16 +187,13 @@ TEST_F(CxGrid, RowsAreFetchedWhenTheyComeNear)
     name.SetFieldName(u"NUMBER"_s);
     const QAbstractItemModelTester tester(view.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     Show();
-    QCoreApplication::processEvents();
-    const int onScreen = view.viewport()->height() / view.DataRowHeight() + 1;
-    EXPECT_LE(many.RecordCount(), 2 * onScreen);
     QTest::keyClick(&view, Qt::Key_PageDown);
     EXPECT_GT(many.RecNo(), 3);
-    EXPECT_LE(many.RecordCount(), 4 * onScreen);
+    EXPECT_LT(many.RecordCount(), 100);
     // Others fetch, too, and the view learns of it by the move.
     ASSERT_TRUE(many.Locate(u"NUMBER"_s, 5'000));
     EXPECT_EQ(view.currentIndex().row(), 4'999);
-    EXPECT_LT(many.RecordCount(), 5'000 + 2 * onScreen);
+    EXPECT_LT(many.RecordCount(), 5'100);
     QTest::keyClick(&view, Qt::Key_End);
     EXPECT_EQ(many.RecNo(), 349'999);
     EXPECT_EQ(view.RowTexts(349'999).first(), u"350000"_s);
@@ -210,7 +207,7 @@ TEST_F(CxGrid, TheScrollBarLeadsToTheTrueEnd)
         const char *what;
         int rows;
         void (*scroll)(QScrollBar &);
-        int top; ///< row at the top then; -1 for the last screen
+        int top; ///< row at the top then; -1 where the last row is at the bottom
         bool isWhole;
     } cases[]{
         {"one step", 1'000, [](QScrollBar &bar) { bar.triggerAction(QScrollBar::SliderSingleStepAdd); }, 1, false},
@@ -229,18 +226,22 @@ TEST_F(CxGrid, TheScrollBarLeadsToTheTrueEnd)
         Show();
         QCoreApplication::processEvents();
         QScrollBar &bar = *view.verticalScrollBar();
+        const int whole = view.viewport()->height() / view.DataRowHeight();
         const int known = rows.RecordCount();
+        EXPECT_LE(known, whole + 4);                       // the screen before it had its size counts, too
         EXPECT_EQ(bar.maximum() >= known, c.rows > known); // never the end while rows follow
         c.scroll(bar);
         const int value = bar.value();
         QCoreApplication::processEvents();
         EXPECT_EQ(bar.value(), value);
-        const int whole = view.viewport()->height() / view.DataRowHeight();
         const int last = std::max(0, c.rows - whole);
-        EXPECT_EQ(view.rowAt(0), c.top < 0 ? last : c.top);
+        if (c.top >= 0) {
+            EXPECT_EQ(view.rowAt(0), c.top);
+        } else {
+            EXPECT_EQ(view.rowAt(view.viewport()->height() - 1), c.rows - 1);
+        }
         EXPECT_EQ(rows.AllFetched(), c.isWhole);
-        if (c.isWhole)
-            EXPECT_EQ(bar.maximum(), last);
+        EXPECT_EQ(bar.maximum() == last, c.isWhole);
         bar.setSliderDown(false);
         view.SetDataSource(nullptr);
     }
