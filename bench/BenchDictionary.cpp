@@ -23,6 +23,7 @@
 #include <QTimer>
 
 #include <array>
+#include <malloc.h>
 #include <map>
 
 namespace {
@@ -94,10 +95,24 @@ QString BenchDictionaryFile(int words)
     return path;
 }
 
-BenchDictionary::BenchDictionary(int words)
+double MemoryAtEndOfList(const QString &file)
+{
+    BenchDictionary window(file);
+    window.EndTime();
+    malloc_trim(0); // what is free is not in use
+    QFile account(QStringLiteral("/proc/self/smaps_rollup"));
+    if (!account.open(QIODevice::ReadOnly))
+        qFatal("the use of memory can't be read");
+    for (const QByteArray &line : account.readAll().split('\n')) {
+        if (line.startsWith("Pss:"))
+            return static_cast<double>(line.mid(4).simplified().split(' ').front().toLongLong()) / 1000;
+    }
+    return 0;
+}
+
+BenchDictionary::BenchDictionary(const QString &file)
 {
     qputenv("XDG_CONFIG_HOME", Sample().ConfigFolder().toLocal8Bit());
-    const QString file = BenchDictionaryFile(words);
     for (const QString &name : {QStringLiteral("firebird"), QFileInfo(ClientLibraryPath({})).fileName()})
         QFile::link(Sample().Folder() + name, m_folder.filePath(name));
     QFile::link(file, DatabasePath());

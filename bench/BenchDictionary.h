@@ -23,12 +23,15 @@ QByteArray BenchEntry(qsizetype bytes);
 /// A dictionary file with so many words of one kind, made by the tool's own code at the first call in a run.
 QString BenchDictionaryFile(int words);
 
+/// Megabytes that this process, with nothing done before, takes when the list of a dictionary file has gone to its end.
+double MemoryAtEndOfList(const QString &file);
+
 /// The real dictionary window in this process, over a dictionary made for measuring. One at a time.
 class BenchDictionary
 {
 public:
-    /// Opens the window on its first word.
-    explicit BenchDictionary(int words);
+    /// Opens the window on the first word of a dictionary file.
+    explicit BenchDictionary(const QString &file);
     ~BenchDictionary();
     BenchDictionary(const BenchDictionary &) = delete;
     BenchDictionary &operator=(const BenchDictionary &) = delete;

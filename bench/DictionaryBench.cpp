@@ -8,16 +8,16 @@
 #include "dictionary/WordRules.h"
 #include "toolkit/BrowserProfile.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QFile>
+#include <QProcess>
 #include <QTimer>
 #include <QWebEnginePage>
 #include <QWebEngineView>
 
 #include <algorithm>
 #include <cstring>
-#include <malloc.h>
 
 namespace {
 
@@ -94,7 +94,7 @@ private:
 struct LookUp
 {
     explicit LookUp(int words)
-        : window(words), rows(window.RowsOnScreen()),
+        : window(BenchDictionaryFile(words)), rows(window.RowsOnScreen()),
           list(window.ClientLibrary(), window.DatabasePath(), window.ListStatement(true)),
           entry(window.ClientLibrary(), window.DatabasePath(), window.EntryStatement()),
           check(window.ClientLibrary(), window.DatabasePath(), window.CheckStatement())
@@ -188,7 +188,8 @@ void RegisterOpening()
     struct Opening
     {
         explicit Opening(int words)
-            : window(words), statement(window.ClientLibrary(), window.DatabasePath(), window.ListStatement(false)),
+            : window(BenchDictionaryFile(words)),
+              statement(window.ClientLibrary(), window.DatabasePath(), window.ListStatement(false)),
               word(window.WordAt(words / 100 * 98))
         {}
         BenchDictionary window;
@@ -214,7 +215,8 @@ void RegisterOpening()
 
 void RegisterSteps()
 {
-    const Lazy<BenchDictionary> window{[] { return std::make_unique<BenchDictionary>(ManyWords); }};
+    const Lazy<BenchDictionary> window{
+        [] { return std::make_unique<BenchDictionary>(BenchDictionaryFile(ManyWords)); }};
     const auto median = [window](const char *widget, Qt::Key key) {
         std::vector<double> times;
         for (int step = 0; step < 41; ++step)
@@ -261,42 +263,22 @@ void RegisterFormat()
               .repetitions = 51});
 }
 
-/// Megabytes of this process, its part of what it shares included.
-double MemoryInUse()
-{
-    malloc_trim(0); // what is free is not in use
-    QFile file(QStringLiteral("/proc/self/smaps_rollup"));
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("the use of memory can't be read");
-    for (const QByteArray &line : file.readAll().split('\n')) {
-        if (line.startsWith("Pss:"))
-            return static_cast<double>(line.mid(4).simplified().split(' ').front().toLongLong()) / 1000;
-    }
-    return 0;
-}
-
 void RegisterMemory()
 {
+    // In a process of its own each, where no memory is free that others have left.
     const auto memoryAtEnd = [](int words) {
-        BenchDictionary window(words);
-        window.EndTime();
-        if (window.WordAt(words - 1).isEmpty() || !window.WordAt(words).isEmpty())
-            qFatal("End does not go to the end");
-        return MemoryInUse();
+        QProcess process;
+        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process.start(QCoreApplication::applicationFilePath(),
+                      {QStringLiteral("--list-memory"), BenchDictionaryFile(words)});
+        process.waitForFinished(-1);
+        return process.readAllStandardOutput().trimmed().toDouble();
     };
-    const auto few = std::make_shared<double>();
     Register({.name = QStringLiteral("list-memory"),
               .unit = QStringLiteral("MB"),
               .reach = QStringLiteral("at most 12 MB more"),
-              .ours =
-                  [=] {
-                      // Both files are made, and the engine has been awake, before anything counts.
-                      BenchDictionaryFile(MostWords);
-                      memoryAtEnd(Thousand);
-                      *few = memoryAtEnd(Thousand);
-                      return memoryAtEnd(MostWords);
-                  },
-              .floor = [=] { return *few; },
+              .ours = [=] { return memoryAtEnd(MostWords); },
+              .floor = [=] { return memoryAtEnd(Thousand); },
               .finish = {},
               .repetitions = 5});
 }
@@ -304,7 +286,7 @@ void RegisterMemory()
 void RegisterGrowth()
 {
     const auto windowOf = [](int words) {
-        return Lazy<BenchDictionary>{[=] { return std::make_unique<BenchDictionary>(words); }};
+        return Lazy<BenchDictionary>{[=] { return std::make_unique<BenchDictionary>(BenchDictionaryFile(words)); }};
     };
     // A window each in turn: there is one dictionary in a process.
     const auto step = [=](const QString &name, int from, int to, const std::function<double(BenchDictionary &)> &work,

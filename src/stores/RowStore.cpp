@@ -16,6 +16,9 @@ constexpr uchar LargestInHead = 0xE0; ///< of the numbers from 0 on
 constexpr uchar PlainHead = 0;        ///< eight bytes follow
 constexpr uchar InlineBytesHead = 1;  ///< four bytes of length follow, then so many
 
+// Of the fetched rows only each of so many has its start kept; the others are found from there.
+constexpr int RowsOfStart = 4;
+
 // A row's place is the number of its chunk and where in that it begins.
 constexpr int PlaceBits = 18;
 constexpr size_t LargestChunk = size_t(1) << PlaceBits;
@@ -94,53 +97,100 @@ void RowStore::Clear(const std::vector<Column> &columns)
     m_columns = &columns;
     m_starts.clear();
     m_chunks.clear();
-    m_used = m_capacity = 0;
+    m_count = 0;
+    m_rowsOfStart = RowsOfStart;
 }
 
 void RowStore::Append(const unsigned char *message)
 {
     Encode(message);
-    m_starts.push_back(KeepRow());
+    AppendRow();
 }
 
 void RowStore::Replace(int row, const unsigned char *message)
 {
     Encode(message);
-    m_starts[static_cast<size_t>(row)] = KeepRow();
+    ReplaceRow(row);
 }
 
 void RowStore::Append(const QList<QVariant> &values)
 {
     Encode(values);
-    m_starts.push_back(KeepRow());
+    AppendRow();
 }
 
 void RowStore::Replace(int row, const QList<QVariant> &values)
 {
     Encode(values);
-    m_starts[static_cast<size_t>(row)] = KeepRow();
+    ReplaceRow(row);
 }
 
-quint32 RowStore::KeepRow()
+void RowStore::AppendRow()
 {
-    if (m_row.size() > m_capacity - m_used) {
-        if (m_chunks.size() == MostChunks)
-            throw DatabaseError(QStringLiteral("The rows do not fit into memory"));
-        // A few rows take little; a row longer than a chunk has one of its own.
-        const size_t doublings = std::min<size_t>(m_chunks.size(), PlaceBits);
-        m_capacity = std::max(m_row.size(), std::min(SmallestChunk << doublings, LargestChunk));
-        m_chunks.push_back(std::make_unique_for_overwrite<char[]>(m_capacity));
-        m_used = 0;
-    }
-    const size_t place = m_used;
-    std::memcpy(m_chunks.back().get() + place, m_row.data(), m_row.size());
-    m_used += m_row.size();
-    return static_cast<quint32>((m_chunks.size() - 1) << PlaceBits | place);
+    const quint32 start = KeepRow();
+    if (m_count % m_rowsOfStart == 0)
+        m_starts.push_back(start);
+    ++m_count;
+}
+
+void RowStore::ReplaceRow(int row)
+{
+    KeepEveryStart();
+    m_starts[static_cast<size_t>(row)] = KeepRow();
 }
 
 void RowStore::Remove(int row)
 {
+    KeepEveryStart();
     m_starts.erase(m_starts.begin() + row);
+    --m_count;
+}
+
+void RowStore::KeepEveryStart()
+{
+    if (m_rowsOfStart == 1)
+        return;
+    std::deque<quint32> starts;
+    for (int row = 0; row < m_count; ++row)
+        starts.push_back(Start(row));
+    m_starts = std::move(starts);
+    m_rowsOfStart = 1;
+}
+
+quint32 RowStore::KeepRow()
+{
+    if (m_chunks.empty() || m_row.size() > m_chunks.back().capacity - m_chunks.back().used) {
+        if (m_chunks.size() == MostChunks)
+            throw DatabaseError(QStringLiteral("The rows do not fit into memory"));
+        // A few rows take little; a row longer than a chunk has one of its own.
+        const size_t doublings = std::min<size_t>(m_chunks.size(), PlaceBits);
+        const size_t capacity = std::max(m_row.size(), std::min(SmallestChunk << doublings, LargestChunk));
+        m_chunks.push_back({std::make_unique_for_overwrite<char[]>(capacity), capacity});
+    }
+    Chunk &chunk = m_chunks.back();
+    const size_t place = chunk.used;
+    std::memcpy(chunk.bytes.get() + place, m_row.data(), m_row.size());
+    chunk.used += m_row.size();
+    return static_cast<quint32>((m_chunks.size() - 1) << PlaceBits | place);
+}
+
+quint32 RowStore::Start(int row) const
+{
+    const quint32 start = m_starts[static_cast<size_t>(row / m_rowsOfStart)];
+    size_t number = start >> PlaceBits;
+    size_t place = start & (LargestChunk - 1);
+    for (int behind = row % m_rowsOfStart; behind > 0; --behind) {
+        const char *bytes = m_chunks[number].bytes.get();
+        const char *value = bytes + place;
+        for (const Column &column : *m_columns)
+            value = Behind(column.kind, value);
+        place = static_cast<size_t>(value - bytes);
+        if (place == m_chunks[number].used) {
+            ++number;
+            place = 0;
+        }
+    }
+    return static_cast<quint32>(number << PlaceBits | place);
 }
 
 void RowStore::Put(const void *bytes, size_t size)
@@ -266,8 +316,8 @@ void RowStore::EncodeValue(const Column &column, const QVariant &value)
 
 const char *RowStore::Find(int row, int column) const
 {
-    const quint32 start = m_starts[static_cast<size_t>(row)];
-    const char *value = m_chunks[start >> PlaceBits].get() + (start & (LargestChunk - 1));
+    const quint32 start = Start(row);
+    const char *value = m_chunks[start >> PlaceBits].bytes.get() + (start & (LargestChunk - 1));
     for (size_t i = 0; i < static_cast<size_t>(column); ++i)
         value = Behind((*m_columns)[i].kind, value);
     return value;

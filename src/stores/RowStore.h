@@ -15,7 +15,7 @@ class RowStore
 public:
     /// Forgets all rows; the columns are those of the rows to come and must outlive them.
     void Clear(const std::vector<Column> &columns);
-    int Count() const { return static_cast<int>(m_starts.size()); }
+    int Count() const { return m_count; }
 
     /// Each takes the row that stands in the engine's message.
     void Append(const unsigned char *message);
@@ -44,11 +44,23 @@ private:
     void PutPlain(const void *eightBytes);
     /// Copies the encoded row into the last chunk; its place.
     quint32 KeepRow();
+    void AppendRow();
+    void ReplaceRow(int row);
+    quint32 Start(int row) const;
+    /// From then on rows need not lie one behind the other.
+    void KeepEveryStart();
+
+    struct Chunk
+    {
+        std::unique_ptr<char[]> bytes;
+        size_t capacity;
+        size_t used = 0;
+    };
 
     const std::vector<Column> *m_columns = nullptr;
     std::vector<char> m_row; ///< the row being encoded
-    std::vector<std::unique_ptr<char[]>> m_chunks;
-    size_t m_used = 0; ///< of the last chunk
-    size_t m_capacity = 0;
+    std::vector<Chunk> m_chunks;
     std::deque<quint32> m_starts;
+    int m_rowsOfStart = 1;
+    int m_count = 0;
 };
