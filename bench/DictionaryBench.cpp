@@ -215,8 +215,12 @@ void RegisterOpening()
 
 void RegisterSteps()
 {
-    const Lazy<BenchDictionary> window{
-        [] { return std::make_unique<BenchDictionary>(BenchDictionaryFile(ManyWords)); }};
+    // Far down a long list, where the view holds the most.
+    const Lazy<BenchDictionary> window{[] {
+        auto made = std::make_unique<BenchDictionary>(BenchDictionaryFile(MostWords));
+        made->OpenTime(made->WordAt(MostWords / 100 * 95));
+        return made;
+    }};
     const auto median = [window](const char *widget, Qt::Key key) {
         std::vector<double> times;
         for (int step = 0; step < 41; ++step)
