@@ -89,7 +89,10 @@ RawStatement::RawStatement(const QString &clientLibrary, const QString &database
                                                                    parameters->getBufferLength(status),
                                                                    parameters->getBuffer(status));
         parameters->dispose();
-        d->transaction = d->attachment->startTransaction(status, 0, nullptr);
+        // The isolation of the program's modules.
+        const unsigned char isolation[] = {isc_tpb_version3, isc_tpb_write, isc_tpb_nowait, isc_tpb_read_committed,
+                                           isc_tpb_rec_version};
+        d->transaction = d->attachment->startTransaction(status, sizeof isolation, isolation);
         d->statement = d->attachment->prepare(status, d->transaction, 0, sql.toUtf8().constData(), 3,
                                               IStatement::PREPARE_PREFETCH_METADATA);
         d->input = d->statement->getInputMetadata(status);
