@@ -51,6 +51,15 @@ public:
     QHash<QString, Pair> samples;
 };
 
+/// A name stands for all that go on from it, as "filter" for "filter-205".
+bool IsAsked(const QString &measure, const QStringList &names)
+{
+    const auto covers = [&](const QString &name) {
+        return measure == name || measure.startsWith(name + QLatin1Char('-'));
+    };
+    return names.isEmpty() || std::any_of(names.begin(), names.end(), covers);
+}
+
 QString Number(double value)
 {
     return QString::number(value, 'f', value < 10 ? 2 : 1);
@@ -58,7 +67,7 @@ QString Number(double value)
 
 void PrintRow(const QStringList &cells)
 {
-    static constexpr int widths[] = {16, 12, 12, 9, 40};
+    static constexpr int widths[] = {18, 12, 12, 9, 40};
     QString line;
     for (qsizetype i = 0; i < cells.size(); ++i)
         line += i == 0 || i == 4 ? cells[i].leftJustified(widths[i]) + QLatin1Char(' ')
@@ -95,7 +104,7 @@ bool RunMeasures(const QStringList &names, const QString &jsonPath)
 
     Collector collector;
     for (const Measure &measure : std::as_const(registered)) {
-        if (!names.isEmpty() && !names.contains(measure.name))
+        if (!IsAsked(measure.name, names))
             continue;
         std::fprintf(stderr, "measuring %s\n", qUtf8Printable(measure.name));
         benchmark::RunSpecifiedBenchmarks(&collector, '^' + measure.name.toStdString() + "/");

@@ -11,16 +11,6 @@
 
 using namespace Firebird;
 
-struct RawStatement::Private
-{
-    IMaster *master = nullptr;
-    IAttachment *attachment = nullptr;
-    ITransaction *transaction = nullptr;
-    IStatement *statement = nullptr;
-    IMessageMetadata *input = nullptr;
-    IMessageMetadata *output = nullptr;
-};
-
 namespace {
 
 // The wrapper throws FbException for every failed call.
@@ -38,6 +28,48 @@ auto Checked(IMaster *master, Call call)
 }
 
 } // namespace
+
+struct RawStatement::Private
+{
+    /// Hands over each row until the visitor returns false.
+    template <typename Visitor>
+    void Walk(const QVariantList &parameters, Visitor visit)
+    {
+        Checked(master, [&](auto *status) {
+            std::vector<unsigned char> in(input->getMessageLength(status) + 1);
+            for (unsigned i = 0; i < input->getCount(status); ++i)
+                Bind(in.data() + input->getOffset(status, i), input->getType(status, i) & ~1U,
+                     parameters.value(static_cast<int>(i)));
+            std::vector<unsigned char> out(output->getMessageLength(status));
+            IResultSet *rows = statement->openCursor(status, transaction, input, in.data(), output, 0);
+            while (rows->fetchNext(status, out.data()) == IStatus::RESULT_OK && visit(out.data())) {
+            }
+            rows->close(status);
+            return 0;
+        });
+    }
+
+    IMaster *master = nullptr;
+    IAttachment *attachment = nullptr;
+    ITransaction *transaction = nullptr;
+    IStatement *statement = nullptr;
+    IMessageMetadata *input = nullptr;
+    IMessageMetadata *output = nullptr;
+
+private:
+    static void Bind(unsigned char *place, unsigned type, const QVariant &value)
+    {
+        if (type == SQL_LONG) {
+            const ISC_LONG number = value.toInt();
+            std::memcpy(place, &number, sizeof number);
+            return;
+        }
+        const QByteArray text = value.toString().toUtf8();
+        const auto length = static_cast<ISC_USHORT>(text.size());
+        std::memcpy(place, &length, sizeof length);
+        std::memcpy(place + sizeof length, text.constData(), length);
+    }
+};
 
 RawStatement::RawStatement(const QString &clientLibrary, const QString &databasePath, const QString &sql)
     : d(std::make_unique<Private>())
@@ -57,7 +89,10 @@ RawStatement::RawStatement(const QString &clientLibrary, const QString &database
                                                                    parameters->getBufferLength(status),
                                                                    parameters->getBuffer(status));
         parameters->dispose();
-        d->transaction = d->attachment->startTransaction(status, 0, nullptr);
+        // The isolation of the program's modules.
+        const unsigned char isolation[] = {isc_tpb_version3, isc_tpb_write, isc_tpb_nowait, isc_tpb_read_committed,
+                                           isc_tpb_rec_version};
+        d->transaction = d->attachment->startTransaction(status, sizeof isolation, isolation);
         d->statement = d->attachment->prepare(status, d->transaction, 0, sql.toUtf8().constData(), 3,
                                               IStatement::PREPARE_PREFETCH_METADATA);
         d->input = d->statement->getInputMetadata(status);
@@ -74,51 +109,51 @@ RawStatement::~RawStatement()
     d->attachment->detach(&status);
 }
 
-int RawStatement::FetchWhole(const QString &parameter)
+int RawStatement::Fetch(const QVariantList &parameters, int rows)
 {
-    return Checked(d->master, [&](auto *status) {
-        std::vector<unsigned char> in(d->input->getMessageLength(status) + 1);
-        if (d->input->getCount(status) > 0) {
-            const QByteArray text = parameter.toUtf8();
-            unsigned char *value = in.data() + d->input->getOffset(status, 0);
-            const auto length = static_cast<ISC_USHORT>(text.size());
-            std::memcpy(value, &length, sizeof length);
-            std::memcpy(value + sizeof length, text.constData(), length);
-        }
-        std::vector<unsigned char> out(d->output->getMessageLength(status));
-        IResultSet *rows = d->statement->openCursor(status, d->transaction, d->input, in.data(), d->output, 0);
-        int count = 0;
-        while (rows->fetchNext(status, out.data()) == IStatus::RESULT_OK)
-            ++count;
-        rows->close(status);
-        return count;
-    });
+    int count = 0;
+    d->Walk(parameters, [&](const unsigned char *) { return ++count != rows; });
+    return count;
 }
 
-qint64 RawStatement::ReadBlobs()
+int RawStatement::FetchTo(const QVariantList &parameters, const QString &text)
+{
+    const QByteArray wanted = text.toUtf8();
+    const unsigned place = Checked(d->master, [&](auto *status) { return d->output->getOffset(status, 0); });
+    int count = 0;
+    bool isFound = false;
+    d->Walk(parameters, [&](const unsigned char *row) {
+        ++count;
+        ISC_USHORT length = 0;
+        std::memcpy(&length, row + place, sizeof length);
+        isFound = length == wanted.size() && std::memcmp(row + place + sizeof length, wanted.constData(), length) == 0;
+        return !isFound;
+    });
+    return isFound ? count : 0;
+}
+
+qint64 RawStatement::ReadBlobs(const QVariantList &parameters)
 {
     return Checked(d->master, [&](auto *status) {
-        std::vector<unsigned char> out(d->output->getMessageLength(status));
         std::vector<unsigned char> segment(65535);
         const unsigned value = d->output->getOffset(status, 0);
         const unsigned null = d->output->getNullOffset(status, 0);
-        IResultSet *rows = d->statement->openCursor(status, d->transaction, nullptr, nullptr, d->output, 0);
         qint64 bytes = 0;
-        while (rows->fetchNext(status, out.data()) == IStatus::RESULT_OK) {
+        d->Walk(parameters, [&](const unsigned char *row) {
             short isNull = 0;
-            std::memcpy(&isNull, out.data() + null, sizeof isNull);
+            std::memcpy(&isNull, row + null, sizeof isNull);
             if (isNull)
-                continue;
+                return true;
             ISC_QUAD id;
-            std::memcpy(&id, out.data() + value, sizeof id);
+            std::memcpy(&id, row + value, sizeof id);
             IBlob *blob = d->attachment->openBlob(status, d->transaction, &id, 0, nullptr);
             unsigned length = 0;
             while (blob->getSegment(status, static_cast<unsigned>(segment.size()), segment.data(), &length) !=
                    IStatus::RESULT_NO_DATA)
                 bytes += length;
             blob->close(status);
-        }
-        rows->close(status);
+            return true;
+        });
         return bytes;
     });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVariant>
 
 #include <memory>
 
@@ -14,10 +15,13 @@ public:
     RawStatement(const RawStatement &) = delete;
     RawStatement &operator=(const RawStatement &) = delete;
 
-    /// Runs the select with its one text parameter, where it has one, and fetches every row. The number of rows.
-    int FetchWhole(const QString &parameter = {});
+    /// Runs the select with its parameters, integers and texts in their order, and fetches so many rows or, with -1,
+    /// every one. The number of rows.
+    int Fetch(const QVariantList &parameters = {}, int rows = -1);
+    /// The same up to the row whose first column, a text, is this one. Its number from 1; 0 if there is none.
+    int FetchTo(const QVariantList &parameters, const QString &text);
     /// Runs the select, whose first column is a blob, and reads every blob into one buffer. The number of bytes.
-    qint64 ReadBlobs();
+    qint64 ReadBlobs(const QVariantList &parameters = {});
 
 private:
     struct Private;

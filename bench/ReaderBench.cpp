@@ -53,7 +53,7 @@ void RegisterFilter(int texts, const QString &reach)
                   [made] {
                       QElapsedTimer clock;
                       clock.start();
-                      made().statement.FetchWhole(u'%' + FilterText + u'%');
+                      made().statement.Fetch({QString(u'%' + FilterText + u'%')});
                       return Milliseconds(clock);
                   },
               .finish = [state] { state->reset(); },

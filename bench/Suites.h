@@ -6,3 +6,4 @@ void RegisterColourMeasures();
 void RegisterProgramMeasures();
 void RegisterSearchMeasures();
 void RegisterLanguageMeasures();
+void RegisterDictionaryMeasures();

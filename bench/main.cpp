@@ -1,3 +1,4 @@
+#include "BenchDictionary.h"
 #include "Measures.h"
 #include "Suites.h"
 
@@ -27,8 +28,14 @@ int main(int argc, char **argv)
     RegisterProgramMeasures();
     RegisterSearchMeasures();
     RegisterLanguageMeasures();
+    RegisterDictionaryMeasures();
     // Inside the event loop, as in the program: the engine runs slowly without one.
     QTimer::singleShot(0, &application, [&] {
+        if (names.size() == 2 && names.front() == QStringLiteral("--list-memory")) {
+            std::printf("%f\n", MemoryAtEndOfList(names.back()));
+            QApplication::exit();
+            return;
+        }
         const bool isWritten = RunMeasures(names, jsonPath);
         if (!isWritten)
             std::fprintf(stderr, "%s can't be written\n", qUtf8Printable(jsonPath));

@@ -22,11 +22,21 @@ QByteArrayView Trimmed(QByteArrayView line)
     return line;
 }
 
+/// The next of a sign from `begin` on, or `end`.
+const char *Find(char sign, const char *begin, const char *end)
+{
+    const void *found = begin == end ? nullptr : std::memchr(begin, sign, static_cast<size_t>(end - begin));
+    return found ? static_cast<const char *>(found) : end;
+}
+
 /// The trimmed lines of a text, cut at CR LF, CR and LF. An empty last line is none.
 class LineSource
 {
 public:
-    explicit LineSource(QByteArrayView text) : m_rest(text) {}
+    explicit LineSource(QByteArrayView text)
+        : m_rest(text), m_return(Find('\r', text.data(), text.data() + text.size())),
+          m_feed(Find('\n', text.data(), text.data() + text.size()))
+    {}
 
     bool AtEnd() const { return m_rest.empty(); }
     /// The next line; an empty one past the end.
@@ -34,8 +44,12 @@ public:
     {
         const char *begin = m_rest.data();
         const char *end = begin + m_rest.size();
-        const char *stop =
-            std::find_if(begin, end, [](char character) { return character == '\r' || character == '\n'; });
+        // Each end is sought only once, so that a text without one of the two is not searched again for each line.
+        if (m_return < begin)
+            m_return = Find('\r', begin, end);
+        if (m_feed < begin)
+            m_feed = Find('\n', begin, end);
+        const char *stop = std::min(m_return, m_feed);
         const QByteArrayView line(begin, std::min<qsizetype>(stop - begin, LongestLine));
         if (stop != end)
             stop += *stop == '\r' && stop + 1 != end && stop[1] == '\n' ? 2 : 1;
@@ -45,6 +59,8 @@ public:
 
 private:
     QByteArrayView m_rest;
+    const char *m_return;
+    const char *m_feed;
 };
 
 char KindOf(QByteArrayView line)
@@ -64,12 +80,12 @@ PlusSplit SplitAtPlus(QByteArrayView line)
     PlusSplit split{line.sliced(1), {}};
     const char *begin = line.data() + 1;
     const char *end = line.data() + std::max<qsizetype>(line.size() - UnseenTail, 1);
-    const char *first = std::find(begin, end, '+');
+    const char *first = Find('+', begin, end);
     if (first == end)
         return split;
     split.front = QByteArrayView(begin, first - begin);
     // A second plus takes the translation away again.
-    if (std::find(first + 1, end, '+') == end)
+    if (Find('+', first + 1, end) == end)
         split.back = QByteArrayView(first + 1, line.data() + line.size() - first - 1);
     return split;
 }
@@ -79,7 +95,7 @@ class Formatter
 public:
     Formatter(QByteArrayView entry, const QString &fontName) : m_lines(entry)
     {
-        m_page.reserve(2 * entry.size() + 1024);
+        MakeRoom(2 * entry.size() + 1024);
         Add("<HTML>");
         Add("<BODY>");
         Add("<head>");
@@ -107,6 +123,7 @@ public:
         Add("</FONT>");
         Add("</BODY>");
         Add("</HTML>");
+        m_page.truncate(m_size);
         return std::move(m_page);
     }
 
@@ -114,9 +131,22 @@ private:
     template <typename... Parts>
     void Add(const Parts &...parts)
     {
-        (m_page.append(QByteArrayView(parts)), ...);
-        m_page.append("\r\n", 2);
+        const QByteArrayView lineEnd("\r\n", 2);
+        const qsizetype needed = (QByteArrayView(parts).size() + ... + lineEnd.size());
+        if (m_page.size() - m_size < needed)
+            MakeRoom(needed);
+        char *place = m_page.data() + m_size;
+        ((place = Put(place, QByteArrayView(parts))), ...);
+        Put(place, lineEnd);
+        m_size += needed;
     }
+    static char *Put(char *place, QByteArrayView part)
+    {
+        if (!part.empty())
+            std::memcpy(place, part.data(), static_cast<size_t>(part.size()));
+        return place + part.size();
+    }
+    void MakeRoom(qsizetype bytes) { m_page.resize(std::max(2 * m_size, m_size + bytes)); }
     void OpenList() { Add("<ul>"); }
     void CloseLists(int count)
     {
@@ -235,7 +265,8 @@ private:
     }
 
     LineSource m_lines;
-    QByteArray m_page;
+    QByteArray m_page;    ///< with room behind what is written
+    qsizetype m_size = 0; ///< written
     char m_previous = NoKind;
     char m_next = NoKind;
     bool m_inPhrase = false;

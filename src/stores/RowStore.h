@@ -2,16 +2,20 @@
 
 #include "stores/Statement.h"
 
+#include <deque>
+#include <memory>
 #include <string_view>
+#include <vector>
 
 /// The fetched rows of a cursor, packed: each value takes the bytes that it uses and is decoded only when asked for.
-/// A replaced row's old bytes stay until Clear().
+/// They lie in chunks that are never moved, so that a long list grows without a copy.
+/// A replaced or removed row's old bytes stay until Clear().
 class RowStore
 {
 public:
     /// Forgets all rows; the columns are those of the rows to come and must outlive them.
     void Clear(const std::vector<Column> &columns);
-    int Count() const { return static_cast<int>(m_starts.size()); }
+    int Count() const { return m_count; }
 
     /// Each takes the row that stands in the engine's message.
     void Append(const unsigned char *message);
@@ -22,7 +26,7 @@ public:
     void Remove(int row);
 
     bool IsNull(int row, int column) const;
-    /// Bytes of a text, or of a blob that was posted from here; valid until the next change. Empty for null.
+    /// Bytes of a text, or of a blob that was posted from here; valid until Clear(). Empty for null.
     std::string_view Text(int row, int column) const;
     /// A number, null or not (0).
     qint64 Number(int row, int column) const;
@@ -35,8 +39,28 @@ private:
     void Encode(const QList<QVariant> &values);
     void EncodeValue(const Column &column, const QVariant &value);
     void Put(const void *bytes, size_t size);
+    void PutText(const void *text, quint16 size);
+    void PutNumber(qint64 number);
+    void PutPlain(const void *eightBytes);
+    /// Copies the encoded row into the last chunk; its place.
+    quint32 KeepRow();
+    void AppendRow();
+    void ReplaceRow(int row);
+    quint32 Start(int row) const;
+    /// From then on rows need not lie one behind the other.
+    void KeepEveryStart();
+
+    struct Chunk
+    {
+        std::unique_ptr<char[]> bytes;
+        size_t capacity;
+        size_t used = 0;
+    };
 
     const std::vector<Column> *m_columns = nullptr;
-    std::vector<char> m_bytes;
-    std::vector<size_t> m_starts;
+    std::vector<char> m_row; ///< the row being encoded
+    std::vector<Chunk> m_chunks;
+    std::deque<quint32> m_starts;
+    int m_rowsOfStart = 1;
+    int m_count = 0;
 };

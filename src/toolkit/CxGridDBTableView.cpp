@@ -12,6 +12,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QToolTip>
 
@@ -25,7 +26,8 @@ namespace {
 
 constexpr int DefaultRowHeight = 22;
 constexpr int LeastColumnWidth = 20;
-constexpr int FetchedAtOnce = 256;
+constexpr int ScreensClaimed = 10; ///< that the scroll bar takes to follow at least, while the end is not known
+constexpr int EveryRow = std::numeric_limits<int>::max() - 1;
 const char emptyTextProperty[] = "OptionsView.NoDataToDisplayInfoText";
 
 } // namespace
@@ -87,7 +89,7 @@ public:
         return !parent.isValid() && dataSet && !m_hasFailed && !m_isTelling &&
                (!dataSet->AllFetched() || dataSet->RecordCount() > m_rowCount);
     }
-    void fetchMore(const QModelIndex &) override { FetchUpTo(m_rowCount + FetchedAtOnce - 1); }
+    void fetchMore(const QModelIndex &) override { FetchUpTo(m_rowCount + m_view.RowsOnScreen() - 1); }
     void FetchUpTo(int row)
     {
         TDataSet *dataSet = OpenDataSet();
@@ -96,6 +98,13 @@ public:
         // The view asks again and again: one failure is told once.
         m_hasFailed = !RunGuarded([&] { dataSet->FetchUpTo(row); });
         TakeFetched();
+    }
+
+    /// True if no more rows will come.
+    bool HasAll() const
+    {
+        const TDataSet *dataSet = OpenDataSet();
+        return !dataSet || m_hasFailed || dataSet->AllFetched();
     }
 
     void AppendColumn()
@@ -120,7 +129,7 @@ public:
                        });
         endResetModel();
         m_isTelling = false;
-        FetchUpTo(FetchedAtOnce - 1);
+        FetchUpTo(m_view.RowsOnScreen());
         m_view.FillWidth();
         m_view.FollowCursor();
     }
@@ -218,6 +227,11 @@ TcxGridDBTableView::TcxGridDBTableView(QWidget *parent) : QTableView(parent), m_
     horizontalHeader()->setMinimumSectionSize(LeastColumnWidth);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setSectionsClickable(false);
+    // Who takes hold of the thumb aims, and that takes the true length.
+    connect(verticalScrollBar(), &QScrollBar::sliderPressed, this, [this] {
+        m_model->FetchUpTo(EveryRow);
+        ClaimRows();
+    });
     connect(horizontalHeader(), &QHeaderView::sectionResized, this,
             [this](int section, int, int width) { TakeWidth(section, width); });
 }
@@ -423,11 +437,11 @@ QModelIndex TcxGridDBTableView::moveCursor(CursorAction action, Qt::KeyboardModi
     case MoveHome:
         return m_model->index(0, current.column());
     case MoveEnd:
-        m_model->FetchUpTo(std::numeric_limits<int>::max() - 1);
+        m_model->FetchUpTo(EveryRow);
         return m_model->index(m_model->rowCount() - 1, current.column());
     case MoveDown:
     case MovePageDown:
-        m_model->FetchUpTo(current.row() + 1 + viewport()->height() / DataRowHeight());
+        m_model->FetchUpTo(current.row() + RowsOnScreen());
         break;
     default:
         break;
@@ -467,4 +481,44 @@ void TcxGridDBTableView::resizeEvent(QResizeEvent *event)
 {
     QTableView::resizeEvent(event);
     ShareWidth(0, viewport()->width());
+    m_model->FetchUpTo(verticalScrollBar()->value() + RowsOnScreen());
+}
+
+int TcxGridDBTableView::RowsOnScreen() const
+{
+    return viewport()->height() / DataRowHeight() + 1;
+}
+
+void TcxGridDBTableView::updateGeometries()
+{
+    QTableView::updateGeometries();
+    ClaimRows();
+}
+
+void TcxGridDBTableView::ClaimRows()
+{
+    const int fetched = m_model->rowCount();
+    QScrollBar *bar = verticalScrollBar();
+    const int whole = std::max(1, bar->pageStep());
+    // As long as the end is unknown, as many rows as are known are taken to follow: the thumb then moves steadily, and
+    // what it says is right within a factor that shrinks towards the end.
+    const int claimed = m_model->HasAll() ? 0 : std::max(fetched, ScreensClaimed * whole);
+    bar->setMaximum(std::max(0, fetched - whole) + claimed);
+}
+
+void TcxGridDBTableView::scrollContentsBy(int dx, int dy)
+{
+    QScrollBar *bar = verticalScrollBar();
+    const int value = bar->value();
+    if (dy != 0 && !m_model->HasAll()) {
+        // The bottom of the bar is the end of the list, wherever that is.
+        const bool isEnd = value == bar->maximum();
+        m_model->FetchUpTo(isEnd ? EveryRow : value + RowsOnScreen());
+        ClaimRows();
+        if (isEnd)
+            bar->setValue(bar->maximum());
+        if (bar->value() != value)
+            return; // has scrolled by that already
+    }
+    QTableView::scrollContentsBy(dx, dy);
 }

@@ -9,10 +9,11 @@
 
 class TDataSource;
 
-/// A table over the rows of a dataset: texts are read when they are painted, rows fetched when they come near. The
-/// focused row follows the dataset's cursor and moves it; more rows can be selected, and copied as lines with tabs.
-/// Read only, rows of one height, lines between the columns, which share the width. A cell that is cut off shows its
-/// text as a hint. An empty table shows the text of the property "OptionsView.NoDataToDisplayInfoText".
+/// A table over the rows of a dataset: texts are read when they are painted, rows fetched when they come to be seen,
+/// all of them when the reader goes to the end or takes hold of the scroll bar's thumb. The focused row follows the
+/// dataset's cursor and moves it; more rows can be selected, and copied as lines with tabs. Read only, rows of one
+/// height, lines between the columns, which share the width. A cell that is cut off shows its text as a hint. An empty
+/// table shows the text of the property "OptionsView.NoDataToDisplayInfoText".
 class TcxGridDBTableView : public QTableView
 {
     Q_OBJECT
@@ -48,6 +49,8 @@ protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void updateGeometries() override;
 
 private:
     friend class TcxGridDBColumn;
@@ -63,6 +66,10 @@ private:
     void FollowCursor();
     void MoveCursor();
     void CopyRows();
+    /// Rows that the view shows at least in part.
+    int RowsOnScreen() const;
+    /// Makes the scroll bar as long as the list, or as it is taken to be until its end is known.
+    void ClaimRows();
     std::vector<int> VisibleColumns() const;
 
     QString m_keyField;

@@ -11,6 +11,7 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QScopeGuard>
+#include <QScrollBar>
 #include <QTest>
 #include <QToolTip>
 
@@ -188,15 +189,62 @@ TEST_F(CxGrid, RowsAreFetchedWhenTheyComeNear)
     Show();
     QTest::keyClick(&view, Qt::Key_PageDown);
     EXPECT_GT(many.RecNo(), 3);
-    EXPECT_LT(many.RecordCount(), 2'000);
+    EXPECT_LT(many.RecordCount(), 100);
     // Others fetch, too, and the view learns of it by the move.
     ASSERT_TRUE(many.Locate(u"NUMBER"_s, 5'000));
     EXPECT_EQ(view.currentIndex().row(), 4'999);
-    EXPECT_LT(many.RecordCount(), 10'000);
+    EXPECT_LT(many.RecordCount(), 5'100);
     QTest::keyClick(&view, Qt::Key_End);
     EXPECT_EQ(many.RecNo(), 349'999);
     EXPECT_EQ(view.RowTexts(349'999).first(), u"350000"_s);
     view.SetDataSource(nullptr);
+}
+
+TEST_F(CxGrid, TheScrollBarLeadsToTheTrueEnd)
+{
+    const struct
+    {
+        const char *what;
+        int rows;
+        void (*scroll)(QScrollBar &);
+        int top; ///< row at the top then; -1 where the last row is at the bottom
+        bool isWhole;
+    } cases[]{
+        {"one step", 1'000, [](QScrollBar &bar) { bar.triggerAction(QScrollBar::SliderSingleStepAdd); }, 1, false},
+        {"one page", 1'000, [](QScrollBar &bar) { bar.triggerAction(QScrollBar::SliderPageStepAdd); }, 8, false},
+        {"bottom", 1'000, [](QScrollBar &bar) { bar.setValue(bar.maximum()); }, -1, true},
+        {"past a near end", 30, [](QScrollBar &bar) { bar.setValue(40); }, -1, true},
+        {"all fit", 5, [](QScrollBar &bar) { bar.setValue(bar.maximum()); }, 0, true},
+        {"thumb held", 1'000, [](QScrollBar &bar) { bar.setSliderDown(true); }, 0, true},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.what);
+        NumberedRows rows(c.rows);
+        rows.Open();
+        source.SetDataSet(&rows);
+        name.SetFieldName(u"NUMBER"_s);
+        Show();
+        QCoreApplication::processEvents();
+        QScrollBar &bar = *view.verticalScrollBar();
+        const int whole = view.viewport()->height() / view.DataRowHeight();
+        const int known = rows.RecordCount();
+        EXPECT_LT(known, 25);                              // as much as fits before the view has its size
+        EXPECT_EQ(bar.maximum() >= known, c.rows > known); // never the end while rows follow
+        c.scroll(bar);
+        const int value = bar.value();
+        QCoreApplication::processEvents();
+        EXPECT_EQ(bar.value(), value);
+        const int last = std::max(0, c.rows - whole);
+        if (c.top >= 0) {
+            EXPECT_EQ(view.rowAt(0), c.top);
+        } else {
+            EXPECT_EQ(view.rowAt(view.viewport()->height() - 1), c.rows - 1);
+        }
+        EXPECT_EQ(rows.AllFetched(), c.isWhole);
+        EXPECT_EQ(bar.maximum() == last, c.isWhole);
+        bar.setSliderDown(false);
+        view.SetDataSource(nullptr);
+    }
 }
 
 TEST_F(CxGrid, SeveralRowsAreSelectedAndCopied)

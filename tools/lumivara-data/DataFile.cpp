@@ -22,10 +22,10 @@ void DataFile::Configure(const QString &path)
     m_transaction.TRParams() = {u"write"_s, u"isc_tpb_nowait"_s, u"read_committed"_s, u"rec_version"_s};
 }
 
-void DataFile::Create(const QString &path)
+void DataFile::Create(const QString &path, int pageSize)
 {
     Configure(path);
-    m_database.CreateDatabase();
+    m_database.CreateDatabase(pageSize);
 }
 
 void DataFile::Open(const QString &path)

@@ -15,8 +15,8 @@ class Statement;
 class DataFile
 {
 public:
-    /// Makes a new file. Throws if it exists.
-    void Create(const QString &path);
+    /// Makes a new file with pages of that many bytes. Throws if it exists.
+    void Create(const QString &path, int pageSize = 16384);
     void Open(const QString &path);
     void Close();
 

@@ -15,6 +15,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int LastKind = 8;
+/// The engine keeps a number of pages in memory: small ones, because a walk through a list uses each only once.
+constexpr int PageSize = 4096;
 constexpr char16_t ListProcedure[] = u"SP_GET_LIST_WORDS";
 constexpr char16_t ContentProcedure[] = u"SP_GET_WORD_CONTENT";
 constexpr char16_t CheckProcedure[] = u"SP_CHECK_WORD";
@@ -163,7 +165,7 @@ void WriteDictionary(const QList<DictionaryEntry> &entries, const QString &path,
 {
     const QList<WordRow> rows = InDictionaryOrder(entries);
     DataFile file;
-    file.Create(path);
+    file.Create(path, PageSize);
     file.RunSchema(u"dictionary"_s);
     const QString work = u"PALIDICT.FDB"_s;
     const qsizetype total = 2 * rows.size() + entries.size();

@@ -1,0 +1,89 @@
+#include "stores/RowStore.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <limits>
+
+namespace {
+
+constexpr qint64 Lowest = std::numeric_limits<qint64>::min();
+constexpr qint64 Highest = std::numeric_limits<qint64>::max();
+
+Column ColumnOf(ColumnKind kind, unsigned offset)
+{
+    Column column{};
+    column.kind = kind;
+    column.offset = offset;
+    column.nullOffset = offset + 8;
+    return column;
+}
+
+/// A number, a text and a blob, in that order.
+class RowStoreTest : public testing::Test
+{
+protected:
+    RowStoreTest() { store.Clear(columns); }
+
+    static QList<QVariant> Row(qint64 number, const QString &text, const QByteArray &blob)
+    {
+        return {number, text, blob};
+    }
+    void ExpectRow(int row, qint64 number, const QString &text, const QByteArray &blob)
+    {
+        EXPECT_EQ(store.Number(row, 0), number) << row;
+        EXPECT_EQ(store.Value(row, 0).toLongLong(), number) << row;
+        EXPECT_EQ(store.Value(row, 1).toString(), text) << row;
+        EXPECT_EQ(store.Value(row, 2).toByteArray(), blob) << row;
+    }
+
+    const std::vector<Column> columns{ColumnOf(ColumnKind::Big, 0), ColumnOf(ColumnKind::Text, 16),
+                                      ColumnOf(ColumnKind::Blob, 32)};
+    RowStore store;
+};
+
+} // namespace
+
+TEST_F(RowStoreTest, NumbersOfEveryLengthComeBack)
+{
+    // One of a single byte less and more, wherever a shorter form ends.
+    for (const qint64 number : {qint64(0), qint64(1), qint64(223), qint64(224), qint64(225), qint64(255), qint64(256),
+                                qint64(-1), qint64(-128), qint64(-129), qint64(32767), qint64(32768), qint64(-32768),
+                                qint64(8388608), qint64(-2147483648LL), qint64(1) << 40, Lowest, Highest}) {
+        store.Append(Row(number, QStringLiteral("behind"), "blob"));
+        ExpectRow(store.Count() - 1, number, QStringLiteral("behind"), "blob");
+        unsigned char message[64] = {};
+        std::memcpy(message, &number, sizeof number);
+        message[24] = message[40] = 0xFF; // text and blob are null
+        store.Append(message);
+        EXPECT_EQ(store.Number(store.Count() - 1, 0), number);
+        EXPECT_TRUE(store.IsNull(store.Count() - 1, 1));
+        EXPECT_TRUE(store.Text(store.Count() - 1, 2).empty());
+    }
+}
+
+TEST_F(RowStoreTest, RowsOfEveryLengthStayWhereTheyAre)
+{
+    // Short ones fill many chunks; the long ones end a chunk early, fill one, and are longer than any.
+    const auto text = [](int row) { return QString(row % 300, QChar(u'ā')); };
+    const auto blob = [](int row) { return QByteArray(row % 1000 == 999 ? row * 97 : row % 7, 'b'); };
+    constexpr int rows = 5000;
+    for (int row = 0; row < rows; ++row)
+        store.Append(Row(row, text(row), blob(row)));
+    const std::string_view first = store.Text(1, 1);
+    store.Append(Row(rows, QString(65535, QLatin1Char('t')), QByteArray(262144, 'b')));
+    store.Append(Row(rows + 1, {}, {}));
+    ASSERT_EQ(store.Count(), rows + 2);
+    for (int row = 0; row < rows; ++row)
+        ExpectRow(row, row, text(row), blob(row));
+    EXPECT_EQ(store.Text(1, 1).data(), first.data());
+    ExpectRow(rows, rows, QString(65535, QLatin1Char('t')), QByteArray(262144, 'b'));
+
+    store.Replace(7, Row(-7, QStringLiteral("new"), QByteArray(300'000, 'n')));
+    store.Remove(6);
+    ExpectRow(5, 5, text(5), blob(5));
+    ExpectRow(6, -7, QStringLiteral("new"), QByteArray(300'000, 'n'));
+    ExpectRow(7, 8, text(8), blob(8));
+    store.Clear(columns);
+    EXPECT_EQ(store.Count(), 0);
+}
