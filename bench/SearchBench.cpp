@@ -45,6 +45,7 @@ struct OpenCanon
     explicit OpenCanon(const QString &path)
     {
         PrepareConnection(database, transaction, path, Sample().Executable());
+        database.SetCachePages(CanonCachePages);
         database.SetConnected(true);
         transaction.SetActive(true);
     }

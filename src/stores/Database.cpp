@@ -48,6 +48,8 @@ ParameterBlock ConnectBlock(const TpFIBDatabase &database, const QStringList &li
     InsertText(block.get(), isc_dpb_lc_ctype, charSet.isEmpty() ? u"UNICODE_FSS"_s : charSet);
     block->insertTag(status, isc_dpb_utf8_filename);
     block->insertInt(status, isc_dpb_sql_dialect, database.SQLDialect());
+    if (database.CachePages() > 0)
+        block->insertInt(status, isc_dpb_num_buffers, database.CachePages());
     return block;
 }
 

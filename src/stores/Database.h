@@ -27,6 +27,10 @@ public:
     QStringList &DBParams() { return m_dbParams; }
     int SQLDialect() const { return m_sqlDialect; }
     void SetSQLDialect(int dialect) { m_sqlDialect = dialect; }
+    /// Pages of the file that the engine keeps in memory at most, taken as they are read; 0 leaves it to the engine,
+    /// which keeps 256. Counts from the next connection on.
+    int CachePages() const { return m_cachePages; }
+    void SetCachePages(int count) { m_cachePages = count; }
     /// Full path of the client library; loaded once per process.
     QString LibraryName() const { return m_libraryName; }
     void SetLibraryName(const QString &path) { m_libraryName = path; }
@@ -58,6 +62,7 @@ private:
     QString m_libraryName;
     QString m_charSet;
     int m_sqlDialect = 3;
+    int m_cachePages = 0;
     QPointer<TpFIBTransaction> m_defaultTransaction;
     std::shared_ptr<Handle> m_handle;
 };

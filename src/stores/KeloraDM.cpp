@@ -101,6 +101,7 @@ void TfrmKeloraDM::DataModuleCreate()
 {
     AppPath = FolderOfExecutable(m_doors.exeName);
     PrepareConnection(dbKelora, trKelora, AppPath + QStringLiteral("KELORA.FDB"), m_doors.exeName);
+    dbKelora.SetCachePages(CanonCachePages);
     try {
         dbKelora.SetConnected(true);
         trKelora.SetActive(true);

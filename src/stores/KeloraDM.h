@@ -38,6 +38,10 @@ void PrepareConnection(TpFIBDatabase &database, TpFIBTransaction &transaction, c
 inline constexpr char16_t OptionsKey[] = u"\\Software\\Melko\\Kelora\\Options\\";
 inline constexpr char16_t RunKey[] = u"\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 
+/// An ordinary canon stays in memory from one search to the next. The other files are read here and there and need no
+/// more pages than the engine keeps by itself.
+inline constexpr int CanonCachePages = 2048;
+
 /// The canon's connection and the reader's options. Lives for the whole run.
 class TfrmKeloraDM : public QObject
 {
