@@ -1,5 +1,6 @@
 #include "reader/Main.h"
 #include "dictionary/DictionaryDM.h"
+#include "marks/ConfirmDelete.h"
 #include "presentation/DMInterface.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraDM.h"
@@ -27,6 +28,7 @@ ModuleDoors RealDoors()
     ModuleDoors doors;
     doors.exeName = QCoreApplication::applicationFilePath();
     doors.showMessage = [](const QString &text) { Doors().messageBox(Title(), text, BoxButtons::Ok, BoxIcon::None); };
+    doors.confirmDelete = ConfirmDelete;
     doors.terminate = [] { TerminateApplication(CanonFailed); };
     return doors;
 }
