@@ -43,9 +43,10 @@ QString AsLines(const QString &text)
 QString ExcerptPage(const QString &selection)
 {
     // The nesting is odd, and stays: every excerpt in the readers' files is made like this.
-    return AsLines(u"<HTML>\r<head>\r<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />\r<body>\r"
-                   "<blockquote>\r<font face = \"Segoe UI\">"_s +
-                   selection + u"\r</font>\r</blockquote>\r</body>\r</head>\r</HTML>"_s);
+    return AsLines(
+        u"<HTML>\r<head>\r<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />\r<body>\r"
+        "<blockquote>\r<font face = \"Segoe UI\">"_s +
+        selection + u"\r</font>\r</blockquote>\r</body>\r</head>\r</HTML>"_s);
 }
 
 QByteArray ExcerptFileBytes(const QString &page)

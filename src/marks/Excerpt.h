@@ -3,7 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
-/// The excerpt of a marked passage: a small page around the words that the reader selected, kept as the bytes of a file.
+/// The excerpt of a marked passage: a small page around the words that the reader selected, kept as the bytes of a
+/// file.
 
 constexpr int DefaultTitleSize = 63; ///< UTF-16 units
 

@@ -25,7 +25,8 @@ enum class Deed { Save, Load };
 
 [[noreturn]] void Fail(Deed deed, const QString &path, const QString &cause)
 {
-    QString text = u"The file \"%1\" cannot be %2: %3"_s.arg(path, deed == Deed::Save ? u"written"_s : u"read"_s, cause);
+    QString text =
+        u"The file \"%1\" cannot be %2: %3"_s.arg(path, deed == Deed::Save ? u"written"_s : u"read"_s, cause);
     if (InterfaceLang == 0)
         text = u"Không %2 được tệp \"%1\": %3"_s.arg(path, deed == Deed::Save ? u"ghi"_s : u"đọc"_s, cause);
     throw std::runtime_error(text.toStdString());
@@ -97,8 +98,7 @@ QByteArray ExcerptFile::Load() const
 {
     const QString path = m_folder + fileName;
     // O_NONBLOCK: a pipe put in its place must not stop the program.
-    const int handle =
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    const int handle = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (handle < 0)
         FailBySystem(Deed::Load, path);
     QFile file;

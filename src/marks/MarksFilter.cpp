@@ -2,6 +2,8 @@
 
 #include "reader/ReaderRules.h"
 
+#include <QList>
+
 using namespace Qt::StringLiterals;
 
 bool MarksFilter::Searches() const

@@ -54,8 +54,7 @@ QString TcxDBMemo::Fitting(const QString &inserted) const
     if (!field || field->Size() <= 0)
         return inserted;
     const QString selected = textCursor().selectedText().replace(QChar::ParagraphSeparator, u'\n');
-    const qsizetype kept =
-        WithLineEnds(Text(), m_lineEnd).size() - WithLineEnds(selected, m_lineEnd).size();
+    const qsizetype kept = WithLineEnds(Text(), m_lineEnd).size() - WithLineEnds(selected, m_lineEnd).size();
     const QString lines = WithLineEnds(WithLineFeeds(inserted), m_lineEnd);
     QString fitting = FittingPart(lines, field->Size() - kept);
     // Half a line end is none.

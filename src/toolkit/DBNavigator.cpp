@@ -8,6 +8,12 @@
 
 using namespace Qt::StringLiterals;
 
+// The resources of a static library come along only when asked for, and only outside of namespaces.
+static void InitNavigatorImages()
+{
+    Q_INIT_RESOURCE(navigator);
+}
+
 namespace {
 
 constexpr int PictureSize = 14;
@@ -16,6 +22,7 @@ constexpr int PictureSize = 14;
 
 TDBNavigator::TDBNavigator(QWidget *parent) : QFrame(parent)
 {
+    InitNavigatorImages();
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(4, 2, 4, 2);
     layout->setSpacing(0);
@@ -26,8 +33,7 @@ TDBNavigator::TDBNavigator(QWidget *parent) : QFrame(parent)
         tool->setIconSize({PictureSize, PictureSize});
         tool->setAutoRaise(true);
         tool->setFocusPolicy(Qt::NoFocus);
-        ConnectGuarded(tool, &QToolButton::clicked, this,
-                       [this, button] { Press(static_cast<Button>(button)); });
+        ConnectGuarded(tool, &QToolButton::clicked, this, [this, button] { Press(static_cast<Button>(button)); });
         layout->addWidget(tool);
         m_buttons[static_cast<size_t>(button)] = tool;
     }

@@ -10,7 +10,8 @@
 
 class QToolButton;
 
-/// Buttons that move a dataset's cursor: first, prior, next, last, and one that reads the rows again. They take no focus.
+/// Buttons that move a dataset's cursor: first, prior, next, last, and one that reads the rows again. They take no
+/// focus.
 class TDBNavigator : public QFrame, private DataLink
 {
     Q_OBJECT
