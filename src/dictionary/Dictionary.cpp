@@ -3,6 +3,7 @@
 #include "dictionary/DictionaryDM.h"
 #include "dictionary/EntryFormatter.h"
 #include "dictionary/WordRules.h"
+#include "presentation/FormLanguage.h"
 #include "presentation/GlobalUnit.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
@@ -17,6 +18,12 @@
 #include <QScreen>
 
 using namespace Qt::StringLiterals;
+
+// The resources of a static library come along only when asked for, and only outside of namespaces.
+static void InitDictionaryTexts()
+{
+    Q_INIT_RESOURCE(dictionary);
+}
 
 namespace {
 
@@ -44,10 +51,12 @@ TfrmDictionary::TfrmDictionary(QWidget *parent)
     : QWidget(parent), qryWords(this), qryContents(this), qryCheckWord(this), dsWords(this), dsContents(this),
       TimerDelta(this), ui(std::make_unique<Ui::frmDictionary>()), m_endScroll(this)
 {
+    InitDictionaryTexts();
     QFont font(u"Segoe UI"_s);
     font.setPixelSize(FontHeight);
     setFont(font);
     ui->setupUi(this);
+    TranslateForm(*this);
     font.setPixelSize(SearchFontHeight);
     ui->edSearchWord->setFont(font);
     ui->Splitter1->setStretchFactor(1, 1);
@@ -58,6 +67,7 @@ TfrmDictionary::TfrmDictionary(QWidget *parent)
     DeclareData();
     SetUpCommands();
     SetUpSearch();
+    ui->edSearchWord->setFocus();
 }
 
 TfrmDictionary::~TfrmDictionary()
@@ -133,6 +143,7 @@ void TfrmDictionary::SetUpCommands()
     ui->bGotoWord->setDefaultAction(ui->acGotoWord);
 
     ui->ebContentWord->SetOpensLinksInside(true);
+    ui->ebContentWord->SetShowsMenuWithCtrl(true);
     ui->ebContentWord->OnBeforeNavigate2 = [this](const QUrl &url) { return ebContentWordBeforeNavigate2(url); };
     ui->ebContentWord->OnShowContextMenu = [this](const QPoint &screenPoint) { ui->ppContent->popup(screenPoint); };
 
@@ -144,7 +155,8 @@ void TfrmDictionary::SetUpCommands()
 void TfrmDictionary::UpdateCommands()
 {
     // Runs before each rest of the event loop: the engine's flag first, the text itself can be megabytes.
-    const bool hasSelection = ui->ebContentWord->hasSelection() || !ui->ebContentWord->GetSelectedText().isEmpty();
+    const TBrowserControl &page = *ui->ebContentWord;
+    const bool hasSelection = page.IsComplete() && (page.hasSelection() || !page.GetSelectedText().isEmpty());
     ui->acCopy->setEnabled(hasSelection);
     ui->acGotoWord->setEnabled(hasSelection);
 }

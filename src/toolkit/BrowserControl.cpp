@@ -69,6 +69,7 @@ public:
     /// What our scripts selected: a selection made by script does not reach the engine's cache.
     QString foundText;
     int zoomPercent = 100;
+    bool showsMenuWithCtrl = false;
     quint64 number = 0; ///< of the page handed over last
     bool isComplete = false;
     bool isTold = false; ///< OnDocumentComplete has returned for this page
@@ -228,7 +229,7 @@ TBrowserControl::TBrowserControl(QWidget *parent) : QWebEngineView(parent)
     setAcceptDrops(false);
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, d.get(), [this](const QPoint &point) {
-        if (d->input->PressModifiers().testFlag(Qt::ControlModifier))
+        if (d->input->PressModifiers().testFlag(Qt::ControlModifier) && !d->showsMenuWithCtrl)
             return;
         QTimer::singleShot(0, this, [this, screenPoint = mapToGlobal(point)] {
             RunGuarded([&] {
@@ -266,6 +267,11 @@ void TBrowserControl::SetHostCSS(const QString &css)
 void TBrowserControl::SetOpensLinksInside(bool on)
 {
     d->page->OpensLinksInside = on;
+}
+
+void TBrowserControl::SetShowsMenuWithCtrl(bool on)
+{
+    d->showsMenuWithCtrl = on;
 }
 
 void TBrowserControl::LoadFromString(const QByteArray &page, const QString &title)

@@ -36,6 +36,8 @@ public:
     /// Whether a web address that the reader clicks, and OnBeforeNavigate2 lets pass, opens in place of the page until
     /// the next one is handed over. Off at first: such an address then goes nowhere.
     void SetOpensLinksInside(bool on);
+    /// Whether a right press with Ctrl asks for the menu like one without. Off at first: that gesture is another.
+    void SetShowsMenuWithCtrl(bool on);
     /// Shows the page; its bytes are UTF-8 HTML and reach the engine as they stand. Completes later, see
     /// OnDocumentComplete. A newer page replaces one that is still loading. `title` names the page where the document
     /// has no title of its own (print header, file name).
@@ -83,7 +85,7 @@ public:
     std::function<bool(const QUrl &url)> OnBeforeNavigate2;
     std::function<void()> OnDocumentComplete;
     /// In place of the engine's own menu, by mouse or keyboard; the position in screen coordinates. Not called when
-    /// Ctrl was down at the press of the button: that gesture is another.
+    /// Ctrl was down at the press of the button, see SetShowsMenuWithCtrl().
     std::function<void(const QPoint &screenPoint)> OnShowContextMenu;
     /// On the press of the left or right button, despite its name; the control's coordinates.
     std::function<void(Qt::MouseButton, Qt::KeyboardModifiers, int x, int y)> OnClick;
