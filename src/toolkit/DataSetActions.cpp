@@ -8,6 +8,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QInputMethod>
+#include <QWidget>
 
 DataSetActions::DataSetActions(QWidget &window, QAction &post, QAction &cancel, QAction &deletion)
     : QObject(&window), m_window(window), m_post(&post), m_cancel(&cancel), m_delete(&deletion)
