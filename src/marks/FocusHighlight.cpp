@@ -34,6 +34,8 @@ namespace {
 constexpr int FontHeight = 13;
 constexpr int ListWidth = 281;
 constexpr int Priorities = 4;
+constexpr int OrdinaryPriority = 3;
+constexpr int ImageSize = 16;
 constexpr MarkCaptions vietnameseCaptions{u"Tiêu đề", u"Mức", u"Từ khóa", u"Ghi chú"};
 constexpr MarkCaptions designedCaptions{u"Tiêu đề:", u"Mức", u"Từ khóa", u"Ghi chú:"};
 const QString excerptField = u"TEXT_FOC"_s;
@@ -45,8 +47,12 @@ TpFIBDataSet &Marks()
 
 QIcon PriorityImage(int priority)
 {
-    // Nothing marks the ordinary.
-    return priority == 3 ? QIcon() : QIcon(u":/marks/priority-%1.svg"_s.arg(priority));
+    if (priority != OrdinaryPriority)
+        return QIcon(u":/marks/priority-%1.svg"_s.arg(priority));
+    // Nothing marks the ordinary, yet in a list its description stands under the others.
+    QPixmap nothing(ImageSize, ImageSize);
+    nothing.fill(Qt::transparent);
+    return nothing;
 }
 
 } // namespace

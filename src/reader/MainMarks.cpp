@@ -4,6 +4,7 @@
 #include "marks/FocusEdit.h"
 #include "marks/FocusHighlight.h"
 #include "presentation/GlobalUnit.h"
+#include "reader/ReaderRules.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraSuttaList.h"
 #include "stores/Modules.h"
@@ -74,11 +75,9 @@ void TfrmMain::FillSuttaList()
 void TfrmMain::acOrganizationExecute()
 {
     if (!frmClientsDM || !frmClientsDM->vIsOKClients) {
-        const QString title = u"Lumivara 1.0"_s;
-        if (InterfaceLang == 0)
-            Doors().messageBox(title, u"Hệ thống dữ liệu chưa sẵn sàng!"_s, BoxButtons::Ok, BoxIcon::None);
-        else if (InterfaceLang == 1)
-            Doors().messageBox(title, u"Client database is not open!"_s, BoxButtons::Ok, BoxIcon::None);
+        const QString text = ClientDatabaseNotOpenText(InterfaceLang);
+        if (!text.isEmpty())
+            Doors().messageBox(u"Lumivara 1.0"_s, text, BoxButtons::Ok, BoxIcon::None);
         return;
     }
     try {

@@ -4,6 +4,28 @@
 
     const { PageText, documentsOf } = lumivara;
 
+    // Elements whose children mean nothing without them: a cell without its table is mere text, an item has no list.
+    const frames = new Set(['table', 'thead', 'tbody', 'tfoot', 'tr', 'colgroup', 'ul', 'ol', 'menu', 'dl', 'ruby']);
+
+    // What a range holds, with the empty shells around it that its parts need to stay what they are.
+    function contentsOf(range) {
+        let content = range.cloneContents();
+        let outer = range.commonAncestorContainer;
+        if (outer.nodeType !== Node.ELEMENT_NODE)
+            outer = outer.parentElement;
+        const wrap = (shell) => {
+            shell.removeAttribute('id');
+            shell.append(content);
+            content = shell;
+        };
+        for (; outer && frames.has(outer.localName); outer = outer.parentElement)
+            wrap(outer.cloneNode(false));
+        const block = outer && outer.closest('pre');
+        if (block)
+            wrap(block.cloneNode(false));
+        return content;
+    }
+
     lumivara.selectedHtml = () => {
         for (const page of documentsOf(document)) {
             const selection = page.getSelection();
@@ -11,7 +33,7 @@
                 continue;
             const holder = page.implementation.createHTMLDocument('').createElement('div');
             for (let index = 0; index < selection.rangeCount; ++index)
-                holder.append(selection.getRangeAt(index).cloneContents());
+                holder.append(contentsOf(selection.getRangeAt(index)));
             return holder.innerHTML;
         }
         return '';
