@@ -361,7 +361,7 @@ QString TpFIBDataSet::TextAt(int row, int field) const
     if (m_cursor->select->Columns()[static_cast<size_t>(column)].kind != ColumnKind::Text)
         return TDataSet::TextAt(row, field);
     const std::string_view text = m_cursor->rows.Text(row, column);
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    return FromUtf8(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
 }
 
 bool TpFIBDataSet::DoRowMatches(int row, int field, const LocateKey &key) const

@@ -6,23 +6,27 @@
 
     // Elements whose children mean nothing without them: a cell without its table is mere text, an item has no list.
     const frames = new Set(['table', 'thead', 'tbody', 'tfoot', 'tr', 'colgroup', 'ul', 'ol', 'menu', 'dl', 'ruby']);
+    // Looks that words bear wherever they go, and blocks that only their whole text takes along.
+    const looks = new Set(['b', 'strong', 'i', 'em', 'u', 's', 'small', 'big', 'sup', 'sub', 'tt', 'code', 'font', 'span']);
+    const blocks = new Set(['p', 'h1', 'h2', 'h3', 'h4', 'h5', 'h6', 'pre', 'center', 'blockquote']);
 
     // What a range holds, with the empty shells around it that its parts need to stay what they are.
     function contentsOf(range) {
+        const bare = (text) => text.replace(/\s/g, '');
+        const text = bare(range.toString());
         let content = range.cloneContents();
         let outer = range.commonAncestorContainer;
         if (outer.nodeType !== Node.ELEMENT_NODE)
             outer = outer.parentElement;
-        const wrap = (shell) => {
+        for (; outer && outer.localName !== 'body'; outer = outer.parentElement) {
+            const isWhole = blocks.has(outer.localName) && (outer.localName === 'pre' || text === bare(outer.textContent));
+            if (!isWhole && !frames.has(outer.localName) && !looks.has(outer.localName))
+                break;
+            const shell = outer.cloneNode(false);
             shell.removeAttribute('id');
             shell.append(content);
             content = shell;
-        };
-        for (; outer && frames.has(outer.localName); outer = outer.parentElement)
-            wrap(outer.cloneNode(false));
-        const block = outer && outer.closest('pre');
-        if (block)
-            wrap(block.cloneNode(false));
+        }
         return content;
     }
 
