@@ -63,7 +63,12 @@ void TfrmFocusEdit::showEvent(QShowEvent *event)
 void TfrmFocusEdit::keyPressEvent(QKeyEvent *event)
 {
     // No key ends the window by itself: Escape would leave the row pending like the close box, Enter would store it.
-    event->ignore();
+    // On a button Enter presses that button.
+    auto *button = qobject_cast<QPushButton *>(focusWidget());
+    if (button && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+        button->click();
+    else
+        event->ignore();
 }
 
 void TfrmFocusEdit::FormShow()

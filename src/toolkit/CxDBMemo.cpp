@@ -33,10 +33,16 @@ void TcxDBMemo::ShowField()
     const QString value = field ? field->AsString() : QString();
     const QString lines = WithLineFeeds(value);
     m_lineEnd = LineEndOf(value);
-    if (lines == m_shown && lines == Text())
+    const bool isSame = lines == m_shown;
+    // What was typed in one row is not to be undone in another.
+    if (isSame && (m_link.IsEditing() || !document()->isUndoAvailable()))
         return;
+    const int position = isSame ? textCursor().position() : 0;
     setPlainText(lines);
     m_shown = Text();
+    QTextCursor cursor = textCursor();
+    cursor.setPosition(position);
+    setTextCursor(cursor);
 }
 
 void TcxDBMemo::TakeText()

@@ -24,10 +24,13 @@ void TcxDBTextEdit::ShowField()
     setReadOnly(!m_link.CanEdit());
     setMaxLength(field && field->Size() > 0 ? field->Size() : anySize);
     const QString value = field ? field->AsString() : QString();
-    if (value == text())
+    const bool isSame = value == text();
+    // What was typed in one row is not to be undone in another.
+    if (isSame && (m_link.IsEditing() || !isUndoAvailable()))
         return;
+    const int position = isSame ? cursorPosition() : 0;
     setText(value);
-    setCursorPosition(0);
+    setCursorPosition(position);
 }
 
 void TcxDBTextEdit::TakeText()

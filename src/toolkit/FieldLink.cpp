@@ -37,6 +37,12 @@ bool FieldLink::CanEdit() const
     return dataSet && Field() && (dataSet->State() == DataSetState::Insert || dataSet->RecNo() >= 0);
 }
 
+bool FieldLink::IsEditing() const
+{
+    const TDataSet *dataSet = OpenDataSet();
+    return dataSet && (dataSet->State() == DataSetState::Edit || dataSet->State() == DataSetState::Insert);
+}
+
 void FieldLink::Write(const std::function<void(TField &)> &write)
 {
     if (!CanEdit()) {

@@ -36,6 +36,8 @@ public:
     TField *Field() const;
     /// False without a current or pending row: an edit never makes a row of its own.
     bool CanEdit() const;
+    /// The row is being edited or inserted.
+    bool IsEditing() const;
     /// Puts the dataset into edit state and lets `write` set the field; the control, which has the value already, is
     /// not shown anew meanwhile. What fails is thrown after the control shows the field's value again.
     void Write(const std::function<void(TField &)> &write);
