@@ -158,6 +158,10 @@ int Run(const QStringList &arguments)
         script.Script() = KeloraSuttaListScript();
         script.ExecuteScript();
     } else if (verb == "dump"_L1) {
+        // One moment of the file, whatever another copy deletes while its rows are read.
+        module.trClientTarune.SetActive(false);
+        module.trClientTarune.TRParams() = QStringList{u"read"_s, u"concurrency"_s, u"nowait"_s};
+        module.trClientTarune.SetActive(true);
         for (module.qryFocus.Open(); !module.qryFocus.Eof(); module.qryFocus.Next()) {
             const QByteArray digest = QCryptographicHash::hash(module.qryFocus.FieldByName(u"TEXT_FOC"_s).AsBytes(),
                                                                QCryptographicHash::Sha256);
