@@ -163,9 +163,15 @@ int Run(const QStringList &arguments)
         module.trClientTarune.TRParams() = QStringList{u"read"_s, u"concurrency"_s, u"nowait"_s};
         module.trClientTarune.SetActive(true);
         for (module.qryFocus.Open(); !module.qryFocus.Eof(); module.qryFocus.Next()) {
-            const QByteArray digest = QCryptographicHash::hash(module.qryFocus.FieldByName(u"TEXT_FOC"_s).AsBytes(),
-                                                               QCryptographicHash::Sha256);
-            Say(module.qryFocus.FieldByName(u"NAME_FOC"_s).AsString() + u' ' + QString::fromLatin1(digest.toHex()));
+            QByteArray digest = "unreadable"; // a row that another copy has just changed
+            try {
+                digest = QCryptographicHash::hash(module.qryFocus.FieldByName(u"TEXT_FOC"_s).AsBytes(),
+                                                  QCryptographicHash::Sha256)
+                             .toHex();
+            } catch (const DatabaseError &error) {
+                std::fprintf(stderr, "%s\n", error.what());
+            }
+            Say(module.qryFocus.FieldByName(u"NAME_FOC"_s).AsString() + u' ' + QString::fromLatin1(digest));
         }
     } else {
         Worker worker(module, arguments[3].at(0).toLatin1(), arguments[4].toLongLong());
