@@ -3,6 +3,7 @@
 #include "marks/ConfirmDelete.h"
 #include "presentation/DMInterface.h"
 #include "stores/ClientsDM.h"
+#include "stores/DailyBackup.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
 #include "toolkit/BrowserControl.h"
@@ -61,6 +62,11 @@ int main(int argc, char **argv)
     frmDictionaryDM = &dictionary;
     dictionary.DataModuleCreate();
     const TfrmMain mainWindow;
+    // Queued, so that the window is on the screen before another program takes its share of the machine.
+    if (clients.vIsOKClients) {
+        const auto save = [] { StartDailyBackup(QCoreApplication::applicationFilePath()); };
+        QMetaObject::invokeMethod(&application, save, Qt::QueuedConnection);
+    }
 
     return RunApplication();
 }

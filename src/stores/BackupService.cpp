@@ -4,7 +4,11 @@
 
 #include <QFileInfo>
 
+#include <array>
+#include <cstdio>
+#include <fcntl.h>
 #include <memory>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -17,6 +21,37 @@ ParameterBlock NewBlock(FirebirdClient &client, unsigned kind)
     return ParameterBlock(client.Util()->getXpbBuilder(client.Status(), kind, nullptr, 0));
 }
 
+/// Points standard input and output to nowhere. Where a backup ends early the engine prompts for its next part on the
+/// process's own terminal, and waits for an answer.
+class SilentStreams
+{
+public:
+    SilentStreams()
+    {
+        const int nowhere = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+        for (size_t i = 0; i < m_kept.size() && nowhere >= 0; ++i) {
+            m_kept[i] = ::fcntl(static_cast<int>(i), F_DUPFD_CLOEXEC, 3);
+            ::dup2(nowhere, static_cast<int>(i));
+        }
+        ::close(nowhere);
+    }
+    ~SilentStreams()
+    {
+        std::fflush(stdout); // what the engine has buffered must not come later
+        for (size_t i = 0; i < m_kept.size(); ++i) {
+            if (m_kept[i] < 0)
+                continue;
+            ::dup2(m_kept[i], static_cast<int>(i));
+            ::close(m_kept[i]);
+        }
+    }
+    SilentStreams(const SilentStreams &) = delete;
+    SilentStreams &operator=(const SilentStreams &) = delete;
+
+private:
+    std::array<int, 2> m_kept{-1, -1};
+};
+
 /// One task of the engine, from its start to its end.
 class ServiceTask
 {
@@ -25,6 +60,7 @@ public:
         : m_client(client), m_start(NewBlock(client, Firebird::IXpbBuilder::SPB_START))
     {
         m_start->insertTag(client.Status(), action);
+        m_start->insertTag(client.Status(), isc_spb_verbose);
     }
     void Set(unsigned char tag, const QString &text)
     {
@@ -32,8 +68,8 @@ public:
     }
     void Set(unsigned char tag, int value) { m_start->insertInt(m_client.Status(), tag, value); }
 
-    /// Throws what the engine raises, and what it only says: a task without complaints says nothing.
-    void Run()
+    /// Gives what the task says, line by line. Throws what the engine raises.
+    QStringList Run()
     {
         EngineStatus *status = m_client.Status();
         const ParameterBlock login = NewBlock(m_client, Firebird::IXpbBuilder::SPB_ATTACH);
@@ -41,7 +77,7 @@ public:
         login->insertTag(status, isc_spb_utf8_filename);
         Firebird::IService *service = m_client.Provider()->attachServiceManager(
             status, "service_mgr", login->getBufferLength(status), login->getBuffer(status));
-        QString said;
+        QStringList said;
         try {
             service->start(status, m_start->getBufferLength(status), m_start->getBuffer(status));
             said = Listen(service);
@@ -50,15 +86,14 @@ public:
             throw;
         }
         service->detach(status);
-        if (!said.isEmpty())
-            throw DatabaseError(said);
+        return said;
     }
 
 private:
     /// Waits for the end of the task; gives what it said.
-    QString Listen(Firebird::IService *service)
+    static QStringList Listen(Firebird::IService *service)
     {
-        EngineStatus *status = m_client.Status();
+        EngineStatus *status = FirebirdClient::Instance().Status();
         const unsigned char wanted[] = {isc_info_svc_line};
         QStringList lines;
         for (;;) {
@@ -67,7 +102,7 @@ private:
             // Item, length of two bytes, line. No line at all is the end.
             const int length = answer[1] | answer[2] << 8;
             if (answer[0] != isc_info_svc_line || length == 0)
-                return lines.join(u'\n').trimmed();
+                return lines;
             lines.append(QString::fromUtf8(reinterpret_cast<const char *>(answer + 3), length));
         }
     }
@@ -83,16 +118,21 @@ FirebirdClient &Ready(const QString &libraryName, const QString &database)
     return client;
 }
 
-/// Lock files that the task made are every user's, whether it succeeded or not.
-void RunAndSettle(FirebirdClient &client, ServiceTask &task)
+/// Runs a task that must say its last words: where a file ends early or the disk is full it may end without a failure.
+/// Lock files that it made are every user's, whether it succeeded or not.
+void RunToItsEnd(FirebirdClient &client, ServiceTask &task, QLatin1StringView lastWords)
 {
+    QStringList said;
     try {
-        task.Run();
+        const SilentStreams silent;
+        said = task.Run();
     } catch (...) {
         client.SettleLockFiles();
         throw;
     }
     client.SettleLockFiles();
+    if (said.filter(lastWords).isEmpty())
+        throw DatabaseError(u"The backup ends early, after: %1"_s.arg(said.value(said.size() - 1).trimmed()));
 }
 
 } // namespace
@@ -105,7 +145,7 @@ void BackupService::Backup(const QString &database, const QString &backup) const
     task.Set(isc_spb_bkp_file, backup);
     // Collecting garbage on the way would write into the file of somebody at work.
     task.Set(isc_spb_options, isc_spb_bkp_no_garbage_collect);
-    RunAndSettle(client, task);
+    RunToItsEnd(client, task, "closing file, committing, and finishing"_L1);
 }
 
 void BackupService::Restore(const QString &backup, const QString &database) const
@@ -117,5 +157,5 @@ void BackupService::Restore(const QString &backup, const QString &database) cons
     task.Set(isc_spb_bkp_file, backup);
     task.Set(isc_spb_dbname, database);
     task.Set(isc_spb_options, isc_spb_res_create);
-    RunAndSettle(client, task);
+    RunToItsEnd(client, task, "finishing, closing, and going home"_L1);
 }

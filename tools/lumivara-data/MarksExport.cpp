@@ -67,7 +67,7 @@ QString MarkdownLines(const QString &text, const QString &prefix)
     static const QRegularExpression special(uR"(([\\`*_{}\[\]<>()#+\-.!|~&]))"_s);
     QStringList lines = WithUnixLineEnds(text).replace(special, uR"(\\1)"_s).split(u'\n');
     for (QString &line : lines)
-        line = (prefix + line.trimmed()).trimmed();
+        line = prefix + line.trimmed();
     return lines.join(u"  \n"_s) + u'\n';
 }
 
@@ -106,7 +106,7 @@ QList<ExportedMark> ReadMarks(DataFile &file)
 QString ExcerptText(const QString &html)
 {
     static const QRegularExpression blockEnd(
-        uR"(<\s*(br|hr)\b|<\s*/\s*(p|div|h[1-6]|li|tr|blockquote|pre|dt|dd|table|ul|ol)\s*>)"_s,
+        uR"((<\s*(?:br|hr)\b|<\s*/\s*(?:p|div|h[1-6]|li|tr|blockquote|pre|dt|dd|table|ul|ol)\s*>))"_s,
         QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression cellEnd(uR"(<\s*/\s*t[dh]\s*>)"_s, QRegularExpression::CaseInsensitiveOption);
     // The stripper drops line ends and the blanks before a tag, and words would join there.
@@ -114,7 +114,7 @@ QString ExcerptText(const QString &html)
     static const QRegularExpression blanks(u"[ \\t%1]+"_s.arg(BlankMark));
     static const QRegularExpression lineEnds(u" ?%1[ %1]*"_s.arg(LineMark));
     QString text = html;
-    text.replace(blank, BlankMark).replace(cellEnd, BlankMark).replace(blockEnd, LineMark + u"\\0"_s);
+    text.replace(blank, BlankMark).replace(cellEnd, BlankMark).replace(blockEnd, LineMark + u"\\1"_s);
     text.replace(u"&nbsp;"_s, QString(QChar::Nbsp));
     return StripHtml(text).replace(blanks, u" "_s).replace(lineEnds, u"\n"_s).trimmed();
 }
