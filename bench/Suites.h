@@ -5,3 +5,4 @@ void RegisterReaderMeasures();
 void RegisterColourMeasures();
 void RegisterProgramMeasures();
 void RegisterSearchMeasures();
+void RegisterMarksMeasures();
