@@ -157,7 +157,9 @@ private:
     }
     void WaitExcerpt()
     {
-        QTimer::singleShot(WaitMilliseconds, &m_loop, [] { qFatal("an excerpt was never painted"); });
+        QTimer deadline;
+        QObject::connect(&deadline, &QTimer::timeout, [] { qFatal("an excerpt was never painted"); });
+        deadline.start(WaitMilliseconds);
         if (!m_isPainted)
             m_loop.exec();
         m_isPainted = false;
@@ -195,9 +197,10 @@ void RegisterMarksMeasures()
                       // A window with a browser control and nothing else.
                       QElapsedTimer clock;
                       clock.start();
-                      TBrowserControl control;
-                      FirstPaint painted(&control);
-                      control.show();
+                      QWidget window;
+                      const TBrowserControl control(&window);
+                      FirstPaint painted(&window);
+                      window.show();
                       painted.Wait();
                       return Milliseconds(clock);
                   },
