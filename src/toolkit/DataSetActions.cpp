@@ -6,7 +6,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QAction>
-#include <QApplication>
+#include <QGuiApplication>
 #include <QInputMethod>
 #include <QWidget>
 
@@ -26,10 +26,8 @@ DataSetActions::DataSetActions(QWidget &window, QAction &post, QAction &cancel, 
 
 TDataSource *DataSetActions::FocusedSource() const
 {
-    // Another window of the program may be the active one; this one keeps its own focus meanwhile.
-    QWidget *focus = QApplication::focusWidget();
-    if (!focus)
-        focus = m_window.focusWidget();
+    // The window's own focus, also while another window of the program is the active one.
+    const QWidget *focus = m_window.focusWidget();
     for (; focus; focus = focus->parentWidget()) {
         if (const auto *bound = dynamic_cast<const DataBoundControl *>(focus))
             return bound->DataSource();
