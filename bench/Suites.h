@@ -4,4 +4,5 @@
 void RegisterReaderMeasures();
 void RegisterColourMeasures();
 void RegisterProgramMeasures();
+void RegisterPostMeasures();
 void RegisterSearchMeasures();
