@@ -4,5 +4,6 @@
 void RegisterReaderMeasures();
 void RegisterColourMeasures();
 void RegisterProgramMeasures();
+void RegisterPostMeasures();
 void RegisterSearchMeasures();
 void RegisterMarksMeasures();

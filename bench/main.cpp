@@ -27,6 +27,7 @@ int main(int argc, char **argv)
     RegisterProgramMeasures();
     RegisterSearchMeasures();
     RegisterMarksMeasures();
+    RegisterPostMeasures();
     // Inside the event loop, as in the program: the engine runs slowly without one.
     QTimer::singleShot(0, &application, [&] {
         const bool isWritten = RunMeasures(names, jsonPath);

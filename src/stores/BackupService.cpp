@@ -2,12 +2,16 @@
 
 #include "stores/FirebirdClient.h"
 
+#include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <fcntl.h>
 #include <memory>
+#include <thread>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -52,6 +56,41 @@ private:
     std::array<int, 2> m_kept{-1, -1};
 };
 
+/// Threads of this process, by number.
+QStringList Threads()
+{
+    return QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+}
+
+/// The thread that the engine has just started for a task. It outlives a failure that it has told, and the engine must
+/// not end under it. Where the system does not tell of threads there is nothing to wait for.
+class TaskThread
+{
+public:
+    TaskThread() : m_before(Threads()) {}
+    /// Right after the start, before the task's thread has begun others, which stay.
+    void Started()
+    {
+        for (const QString &thread : Threads()) {
+            if (!m_before.contains(thread))
+                m_numbers.append(thread.toInt());
+        }
+    }
+    void Wait() const
+    {
+        constexpr int mostTries = 400;
+        if (m_numbers.isEmpty())
+            return;
+        const int first = *std::min_element(m_numbers.cbegin(), m_numbers.cend());
+        for (int tries = 0; QFileInfo::exists(u"/proc/self/task/%1"_s.arg(first)) && tries < mostTries; ++tries)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+
+private:
+    QStringList m_before;
+    QList<int> m_numbers;
+};
+
 /// One task of the engine, from its start to its end.
 class ServiceTask
 {
@@ -78,18 +117,29 @@ public:
         Firebird::IService *service = m_client.Provider()->attachServiceManager(
             status, "service_mgr", login->getBufferLength(status), login->getBuffer(status));
         QStringList said;
+        TaskThread thread;
         try {
             service->start(status, m_start->getBufferLength(status), m_start->getBuffer(status));
+            thread.Started();
             said = Listen(service);
         } catch (...) {
-            service->release();
+            Leave(service, thread);
             throw;
         }
-        service->detach(status);
+        Leave(service, thread);
         return said;
     }
 
 private:
+    static void Leave(Firebird::IService *service, const TaskThread &thread)
+    {
+        try {
+            service->detach(FirebirdClient::Instance().Status());
+        } catch (const std::exception &) {
+            service->release(); // what failed before is the thing to tell
+        }
+        thread.Wait();
+    }
     /// Waits for the end of the task; gives what it said.
     static QStringList Listen(Firebird::IService *service)
     {

@@ -24,7 +24,8 @@ using namespace Qt::StringLiterals;
 // killed or has done its share. What it is about to do and what is done goes down the standard output, unbuffered.
 //
 //   crash_worker FOLDER seed                       enters the list of texts
-//   crash_worker FOLDER work OWNER FIRST COUNT MS  COUNT operations (0: without end) on rows of its own, with a pause
+//   crash_worker FOLDER work OWNER FIRST MS        operations on rows of its own without end, with a pause
+//   crash_worker FOLDER add OWNER FIRST COUNT      COUNT new rows, and an edit after every third
 //   crash_worker FOLDER dump                       title and digest of the excerpt of every row
 
 namespace {
@@ -67,6 +68,15 @@ public:
             Change(static_cast<qsizetype>(m_random.bounded(static_cast<quint32>(m_rows.size()))));
         else
             Remove(static_cast<qsizetype>(m_random.bounded(static_cast<quint32>(m_rows.size()))));
+    }
+
+    void AddMany(int count)
+    {
+        for (int row = 1; row <= count; ++row) {
+            Add();
+            if (row % 3 == 0)
+                Change(static_cast<qsizetype>(m_random.bounded(static_cast<quint32>(m_rows.size()))));
+        }
     }
 
 private:
@@ -175,10 +185,14 @@ int Run(const QStringList &arguments)
         }
     } else {
         Worker worker(module, arguments[3].at(0).toLatin1(), arguments[4].toLongLong());
-        const int count = arguments[5].toInt();
-        for (int done = 0; count == 0 || done < count; ++done) {
+        const int amount = arguments[5].toInt();
+        if (verb == "add"_L1) {
+            worker.AddMany(amount);
+            return 0;
+        }
+        for (;;) {
             worker.DoOne();
-            QThread::msleep(arguments[6].toULong());
+            QThread::msleep(static_cast<unsigned long>(amount));
         }
     }
     return 0;
