@@ -429,6 +429,7 @@ void TcxGridDBTableView::FollowCursor()
 void TcxGridDBTableView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     QTableView::currentChanged(current, previous);
+    m_isFocusMoved = true;
     if (m_following || !current.isValid())
         return;
     m_isMoved = true;
@@ -514,14 +515,18 @@ void TcxGridDBTableView::selectionChanged(const QItemSelection &selected, const 
         Qt::QueuedConnection);
 }
 
-void TcxGridDBTableView::FitVisibleRows()
+bool TcxGridDBTableView::FitVisibleRows()
 {
+    bool hasChanged = false;
     const int bottom = viewport()->height();
     for (int row = std::max(0, rowAt(0)); row < m_model->rowCount() && rowViewportPosition(row) < bottom; ++row) {
         const int height = std::max(DataRowHeight(), sizeHintForRow(row));
-        if (height != rowHeight(row))
-            setRowHeight(row, height);
+        if (height == rowHeight(row))
+            continue;
+        setRowHeight(row, height);
+        hasChanged = true;
     }
+    return hasChanged;
 }
 
 void TcxGridDBTableView::CopyRows()
@@ -544,8 +549,13 @@ bool TcxGridDBTableView::event(QEvent *event)
 
 void TcxGridDBTableView::paintEvent(QPaintEvent *event)
 {
-    if (CellAutoHeight())
-        FitVisibleRows();
+    if (CellAutoHeight()) {
+        // Rows that grow push the focused one down, out of the view that it was just brought into.
+        m_isFocusMoved &= FitVisibleRows();
+        if (m_isFocusMoved)
+            QMetaObject::invokeMethod(
+                this, [this] { scrollTo(currentIndex()); }, Qt::QueuedConnection);
+    }
     QTableView::paintEvent(event);
     if (m_model->rowCount() > 0)
         return;

@@ -72,7 +72,7 @@ private:
     void ShareWidth(int firstColumn, int width);
     void FollowCursor();
     void MoveCursor();
-    void FitVisibleRows();
+    bool FitVisibleRows();
     void CopyRows();
     std::vector<int> VisibleColumns() const;
 
@@ -83,5 +83,6 @@ private:
     bool m_isMoved = false; ///< the focus has left the dataset's cursor behind
     bool m_filling = false;
     bool m_isSelectionDue = false; ///< to be told
+    bool m_isFocusMoved = false;   ///< and is to stay in view while the rows around it grow
     int m_handling = 0;            ///< events that the toolkit is at work on
 };

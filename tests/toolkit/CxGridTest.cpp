@@ -314,6 +314,22 @@ TEST_F(CxGrid, RowsGrowWithTheirTextsWhenTheyAreSeen)
     EXPECT_TRUE(WaitFor([&] { return view.rowHeight(700) < before; }));
 }
 
+TEST_F(CxGrid, TheFocusStaysInViewWhileRowsGrow)
+{
+    Fill(100);
+    rows.FieldByName(u"TEXT"_s).OnGetText = [](const TField &field) { return (field.AsString() + u' ').repeated(12); };
+    view.SetCellAutoHeight(true);
+    Show();
+    const auto isSeen = [&] {
+        return view.rowHeight(rows.RecNo()) > view.DataRowHeight() &&
+               view.viewport()->rect().contains(view.visualRect(view.currentIndex()));
+    };
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_PageDown, Qt::Key_End, Qt::Key_Up}) {
+        QTest::keyClick(&view, key);
+        EXPECT_TRUE(WaitFor(isSeen)) << rows.RecNo();
+    }
+}
+
 TEST_F(CxGrid, AnImageColumnKeepsItsWidthAndShowsNoText)
 {
     QPixmap red(16, 16);
