@@ -71,8 +71,8 @@ public:
     {
         Expect(m_command); // answered just before the handler runs
         Say(u"begin %1"_s.arg(m_what));
+        const qint64 moment = Microseconds() + delay;
         const bool acknowledged = m_program.KillAfter(delay, Acknowledgement());
-        const qint64 moment = Microseconds();
         if (acknowledged)
             Say(u"end 0"_s);
         m_ledger.Hear(m_said);

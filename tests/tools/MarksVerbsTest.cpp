@@ -176,6 +176,13 @@ TEST_F(MarksVerbs, CheckNamesWhatPutsMarksAtRisk)
               "text 9 of collection 2: stands in the list 2 times, and so does each of its marks\n"
               "mark 4: 3 have this key, so they can be neither changed nor deleted\n"
               "3 texts, 4 marks: 2 findings\n");
+    QByteArray bytes = BytesOf(File());
+    constexpr int flags = 42; // of the header page; the bit asks for forced writes
+    EXPECT_EQ(bytes[flags] & 2, 2) << "the file as built";
+    bytes[flags] = static_cast<char>(bytes[flags] & ~2);
+    WriteFile(File(), bytes);
+    EXPECT_TRUE(RunDataTool({u"check"_s, File()})
+                    .output.startsWith(u"the file: forced writes are off, a power cut may take marks with it\n"_s));
 }
 
 } // namespace
