@@ -4,6 +4,8 @@
 void RegisterReaderMeasures();
 void RegisterColourMeasures();
 void RegisterProgramMeasures();
+void RegisterPostMeasures();
 void RegisterSearchMeasures();
 void RegisterLanguageMeasures();
 void RegisterDictionaryMeasures();
+void RegisterMarksMeasures();

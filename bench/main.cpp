@@ -29,6 +29,8 @@ int main(int argc, char **argv)
     RegisterSearchMeasures();
     RegisterLanguageMeasures();
     RegisterDictionaryMeasures();
+    RegisterMarksMeasures();
+    RegisterPostMeasures();
     // Inside the event loop, as in the program: the engine runs slowly without one.
     QTimer::singleShot(0, &application, [&] {
         if (names.size() == 2 && names.front() == QStringLiteral("--list-memory")) {

@@ -1,7 +1,9 @@
 #include "reader/Main.h"
 #include "dictionary/DictionaryDM.h"
+#include "marks/ConfirmDelete.h"
 #include "presentation/DMInterface.h"
 #include "stores/ClientsDM.h"
+#include "stores/DailyBackup.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
 #include "toolkit/BrowserControl.h"
@@ -27,6 +29,7 @@ ModuleDoors RealDoors()
     ModuleDoors doors;
     doors.exeName = QCoreApplication::applicationFilePath();
     doors.showMessage = [](const QString &text) { Doors().messageBox(Title(), text, BoxButtons::Ok, BoxIcon::None); };
+    doors.confirmDelete = ConfirmDelete;
     doors.terminate = [] { TerminateApplication(CanonFailed); };
     return doors;
 }
@@ -59,6 +62,11 @@ int main(int argc, char **argv)
     frmDictionaryDM = &dictionary;
     dictionary.DataModuleCreate();
     const TfrmMain mainWindow;
+    // Queued, so that the window is on the screen before another program takes its share of the machine.
+    if (clients.vIsOKClients) {
+        const auto save = [] { StartDailyBackup(QCoreApplication::applicationFilePath()); };
+        QMetaObject::invokeMethod(&application, save, Qt::QueuedConnection);
+    }
 
     return RunApplication();
 }

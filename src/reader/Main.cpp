@@ -40,7 +40,7 @@ constexpr quint16 DesignLanguage = 1066; // Vietnamese
 
 TfrmMain::TfrmMain(QWidget *parent)
     : QWidget(parent), qryTreeSutas(this), qryKeloraContent(this), dsTreeSutas(this), dsKeloraContent(this),
-      ui(std::make_unique<Ui::frmMain>())
+      scInsKelora(this), ui(std::make_unique<Ui::frmMain>())
 {
     ::frmMain = this;
     InitImages();
@@ -54,6 +54,7 @@ TfrmMain::TfrmMain(QWidget *parent)
 
     DeclareTreeData();
     DeclareContentData();
+    DeclareSuttaListScript();
     SetUpTree();
     SetUpContent();
     SetUpCommands();

@@ -3,6 +3,7 @@
 #include "reader/CommandRules.h"
 #include "stores/DataSource.h"
 #include "stores/FIBDataSet.h"
+#include "stores/Scripter.h"
 
 #include <QWidget>
 
@@ -54,6 +55,7 @@ public:
     TpFIBDataSet qryKeloraContent;
     TDataSource dsTreeSutas;
     TDataSource dsKeloraContent;
+    TpFIBScripter scInsKelora; ///< enters the canon's texts into the list of texts of the client database
 
     QString vFindSuttaStr; ///< words to highlight in each page that completes; the text search alone sets it
     int vTaruneBook = 0;
@@ -105,6 +107,12 @@ private:
     void acGetWordExecute();
     void ebContentClick(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x, int y);
 
+    // MainMarks.cpp
+    void DeclareSuttaListScript();
+    void FillSuttaList();
+    void acFocusHighlightExecute();
+    void acOrganizationExecute();
+
     // MainCommands.cpp
     void SetUpCommands();
     void SetUpButtons();
@@ -125,6 +133,7 @@ private:
     bool vIsInit = false;
     bool FIsStartPage = false;
     bool m_isAskingToQuit = false;
+    bool m_isMarking = false;
 };
 
 /// The one main window; null until the start has made it.

@@ -41,6 +41,10 @@ void TfrmMain::SetUpCommands()
     Wire(ui->acMarginWidth2, [this] { SetMarginWidth(2); });
     Wire(ui->acMarginWidth3, [this] { SetMarginWidth(3); });
 
+    Wire(
+        ui->acFocusHighlight, [this] { acFocusHighlightExecute(); }, MayMarkSelection);
+    Wire(
+        ui->acOrganization, [this] { acOrganizationExecute(); }, MayBrowseMarks);
     Wire(ui->acSearchSutas, [] { OpenForm(QStringLiteral("frmSearchSutas"), [] { return new TfrmSearchSutas; }); });
 
     Wire(

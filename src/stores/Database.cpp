@@ -2,13 +2,16 @@
 
 #include "stores/DatabaseHandles.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
 #include <array>
 #include <chrono>
 #include <csignal>
+#include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -62,10 +65,12 @@ bool IsReadOnly(Firebird::IAttachment *attachment)
     return answer[0] == isc_info_db_read_only && answer[3] != 0;
 }
 
-std::shared_ptr<TpFIBDatabase::Handle> Adopt(Firebird::IAttachment *attachment, const TpFIBDatabase &database)
+std::shared_ptr<TpFIBDatabase::Handle> Adopt(Firebird::IAttachment *attachment, const TpFIBDatabase &database,
+                                             const FileIdentity &file)
 {
     auto handle = std::make_shared<TpFIBDatabase::Handle>();
     handle->attachment = attachment;
+    handle->file = file;
     handle->dialect = database.SQLDialect();
     FirebirdClient &client = FirebirdClient::Instance();
     if (!client.LocksAreShared() && !IsReadOnly(attachment)) {
@@ -126,14 +131,24 @@ std::shared_ptr<TpFIBDatabase::Handle> Attach(const TpFIBDatabase &database, Par
     FirebirdClient &client = FirebirdClient::Instance();
     client.PrepareLockFolder();
     EngineStatus *status = client.Status();
+    // Asked before: a file put there meanwhile is then taken for another one, and never the other way round.
+    const FileIdentity file = FileIdentity::Of(database.DBName());
     return Adopt(MakeAttachment([&] {
                      return client.Provider()->attachDatabase(status, database.DBName().toUtf8().constData(),
                                                               block->getBufferLength(status), block->getBuffer(status));
                  }),
-                 database);
+                 database, file);
 }
 
 } // namespace
+
+FileIdentity FileIdentity::Of(const QString &path)
+{
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return {};
+    return {static_cast<quint64>(status.st_dev), static_cast<quint64>(status.st_ino)};
+}
 
 TpFIBDatabase::Handle::~Handle()
 {
@@ -218,12 +233,11 @@ void TpFIBDatabase::CreateDatabase(int pageSize)
     block->insertInt(status, isc_dpb_page_size, pageSize);
     block->insertInt(status, isc_dpb_force_write, 1);
     InsertText(block.get(), isc_dpb_set_db_charset, u"UNICODE_FSS"_s);
-    m_handle =
-        Adopt(MakeAttachment([&] {
-                  return client.Provider()->createDatabase(status, m_dbName.toUtf8().constData(),
-                                                           block->getBufferLength(status), block->getBuffer(status));
-              }),
-              *this);
+    Firebird::IAttachment *made = MakeAttachment([&] {
+        return client.Provider()->createDatabase(status, m_dbName.toUtf8().constData(), block->getBufferLength(status),
+                                                 block->getBuffer(status));
+    });
+    m_handle = Adopt(made, *this, FileIdentity::Of(m_dbName));
 }
 
 void TpFIBDatabase::SetReadOnlyMode(bool on)
@@ -241,6 +255,19 @@ const std::shared_ptr<TpFIBDatabase::Handle> &TpFIBDatabase::Attachment() const
     if (!Connected())
         throw DatabaseError(u"The database \"%1\" is not connected"_s.arg(m_dbName));
     return m_handle;
+}
+
+void TpFIBDatabase::CheckFileInPlace() const
+{
+    const FileIdentity file = FileIdentity::Of(m_dbName);
+    if (file == FileIdentity() || file != Attachment()->file) {
+        throw DatabaseError(
+            u"The file \"%1\" was renamed, replaced or deleted since it was opened; nothing was stored. "
+            "Put it back in its place and try again."_s.arg(m_dbName));
+    }
+    if (::access(QFile::encodeName(m_dbName).constData(), W_OK) != 0) {
+        throw DatabaseError(u"The file \"%1\" may no longer be written; nothing was stored."_s.arg(m_dbName));
+    }
 }
 
 void TpFIBDatabase::SetLockFolder(const QString &folder)

@@ -45,6 +45,10 @@ public:
     /// end. Tools.
     void SetReadOnlyMode(bool on);
 
+    /// Throws unless the path still leads to the file that was attached, and that may be written. The engine itself
+    /// goes on writing into a file that was renamed, replaced or deleted, and says that all is well.
+    void CheckFileInPlace() const;
+
     TpFIBTransaction *DefaultTransaction() const;
     void SetDefaultTransaction(TpFIBTransaction *transaction);
 

@@ -5,12 +5,22 @@
 
 #include <vector>
 
+/// Which file of the system a path leads to, whatever its name.
+struct FileIdentity
+{
+    quint64 device = 0, number = 0;
+    bool operator==(const FileIdentity &) const = default;
+    /// All zero if there is none.
+    static FileIdentity Of(const QString &path);
+};
+
 /// The engine's side of a connection. Shared with the transactions and statements made on it, so that they can tell in
 /// any order of destruction whether it is still there.
 struct TpFIBDatabase::Handle
 {
     Firebird::IAttachment *attachment = nullptr; ///< null once detached
     int dialect = 3;
+    FileIdentity file; ///< what the path led to just before the attach
     std::vector<TpFIBTransaction::Handle *> transactions;
 
     ~Handle();

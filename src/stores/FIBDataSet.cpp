@@ -361,7 +361,7 @@ QString TpFIBDataSet::TextAt(int row, int field) const
     if (m_cursor->select->Columns()[static_cast<size_t>(column)].kind != ColumnKind::Text)
         return TDataSet::TextAt(row, field);
     const std::string_view text = m_cursor->rows.Text(row, column);
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    return FromUtf8(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
 }
 
 bool TpFIBDataSet::DoRowMatches(int row, int field, const LocateKey &key) const
@@ -399,6 +399,9 @@ void TpFIBDataSet::Change(const QStringList &sql, const QList<QVariant> &values,
     m_cursor->database = database;
     m_cursor->transaction = transaction->Native();
     try {
+        m_database->CheckFileInPlace();
+        if (&sql != &m_insertSQL)
+            LockOldRow(oldValues);
         Statement &statement = m_cursor->Prepared(sql.join(u'\n'));
         QList<QVariant> bound;
         for (const QString &name : statement.ParameterNames()) {
@@ -412,12 +415,18 @@ void TpFIBDataSet::Change(const QStringList &sql, const QList<QVariant> &values,
                 value = m_cursor->rows.Value(m_current, m_cursor->columnOfField[static_cast<size_t>(field->Index())]);
             bound.append(value);
         }
-        if (statement.Execute(m_cursor->transaction, bound) == 0) {
+        const quint64 changed = statement.Execute(m_cursor->transaction, bound);
+        if (changed == 0)
+            ThrowChangedElsewhere();
+        if (changed > 1) {
             throw DatabaseError(
-                u"%1: the record was changed or deleted elsewhere, nothing was stored"_s.arg(objectName()));
+                u"%1: %2 records have the key of this one, nothing was stored"_s.arg(objectName()).arg(changed));
         }
-        if (m_autoCommit)
+        if (m_autoCommit) {
+            // Once more, as close to the write as can be.
+            m_database->CheckFileInPlace();
             transaction->CommitRetaining();
+        }
     } catch (...) {
         if (m_autoCommit) {
             // A transaction whose commit failed refuses everything until it is rolled back.
@@ -428,6 +437,39 @@ void TpFIBDataSet::Change(const QStringList &sql, const QList<QVariant> &values,
             }
         }
         throw;
+    }
+}
+
+void TpFIBDataSet::ThrowChangedElsewhere() const
+{
+    throw DatabaseError(u"%1: the record was changed or deleted elsewhere, nothing was stored"_s.arg(objectName()));
+}
+
+void TpFIBDataSet::LockOldRow(const QList<QVariant> &oldValues)
+{
+    if (m_lockSQL.isEmpty())
+        return;
+    Statement &lock = m_cursor->Prepared(m_lockSQL.join(u'\n'));
+    QList<QVariant> bound;
+    for (const QString &name : lock.ParameterNames()) {
+        const TField *old = name.startsWith(OldPrefix) ? FindField(name.mid(OldPrefix.size())) : nullptr;
+        if (!old)
+            throw DatabaseError(u"%1: no field for parameter \"%2\""_s.arg(objectName(), name));
+        bound.append(oldValues.at(old->Index()));
+    }
+    RowStore stored;
+    stored.Clear(lock.Columns());
+    if (lock.OpenCursor(m_cursor->transaction, bound) && lock.Fetch())
+        stored.Append(lock.Message());
+    lock.CloseCursor();
+    if (stored.Count() == 0)
+        ThrowChangedElsewhere();
+    for (size_t column = 0; column < lock.Columns().size(); ++column) {
+        const TField *field = FindField(lock.Columns()[column].name);
+        if (!field)
+            throw DatabaseError(u"%1: field \"%2\" not found"_s.arg(objectName(), lock.Columns()[column].name));
+        if (stored.Value(0, static_cast<int>(column)) != oldValues.at(field->Index()))
+            ThrowChangedElsewhere();
     }
 }
 

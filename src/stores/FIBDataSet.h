@@ -43,6 +43,10 @@ public:
     QStringList &InsertSQL() { return m_insertSQL; }
     QStringList &UpdateSQL() { return m_updateSQL; }
     QStringList &DeleteSQL() { return m_deleteSQL; }
+    /// A select that finds and locks the row before it is updated or deleted, by its `:OLD_` values and in the same
+    /// transaction. Its columns must hold what the fields of the same names held when the row was read; else, or if it
+    /// finds no row, the change fails. Empty: no such test.
+    QStringList &LockSQL() { return m_lockSQL; }
 
     TpFIBDatabase *Database() const;
     void SetDatabase(TpFIBDatabase *database);
@@ -89,6 +93,9 @@ private:
     void FollowMaster(bool onlyIfValuesChanged);
     /// Runs a statement that must change a row, and commits or rolls back as AutoCommit asks.
     void Change(const QStringList &sql, const QList<QVariant> &values, const QList<QVariant> &oldValues);
+    /// Makes sure that the row is still the one that was read, and that nobody changes it before this does.
+    void LockOldRow(const QList<QVariant> &oldValues);
+    [[noreturn]] void ThrowChangedElsewhere() const;
     void RefuseUnstorableText(const QList<QVariant> &values) const;
     /// The posted row as the database holds it, into the engine's message; false if there is no way to tell.
     bool ReadBack(const QList<QVariant> &values);
@@ -96,7 +103,7 @@ private:
     QList<int> KeyFields() const;
     int FindSameRecord(const QList<int> &fields, const QList<QVariant> &key);
 
-    QStringList m_selectSQL, m_refreshSQL, m_insertSQL, m_updateSQL, m_deleteSQL;
+    QStringList m_selectSQL, m_refreshSQL, m_insertSQL, m_updateSQL, m_deleteSQL, m_lockSQL;
     QPointer<TpFIBDatabase> m_database;
     QPointer<TpFIBTransaction> m_transaction;
     QPointer<TDataSource> m_dataSource;

@@ -9,11 +9,19 @@
 
 using namespace Qt::StringLiterals;
 
+QString FromUtf8(QByteArrayView bytes)
+{
+    QString text = QString::fromUtf8(bytes);
+    if (bytes.startsWith("\xEF\xBB\xBF"))
+        text.prepend(QChar(QChar::ByteOrderMark));
+    return text;
+}
+
 QString FieldText(const QVariant &value)
 {
     switch (value.typeId()) {
     case QMetaType::QByteArray:
-        return QString::fromUtf8(value.toByteArray());
+        return FromUtf8(value.toByteArray());
     case QMetaType::QDateTime:
         return QLocale().toString(value.toDateTime(), QLocale::ShortFormat);
     default:

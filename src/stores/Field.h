@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QDateTime>
 #include <QObject>
 #include <QString>
@@ -11,6 +12,9 @@
 class TDataSet;
 
 enum class FieldType { Integer, SmallInt, DateTime, WideString, Blob };
+
+/// Characters of UTF-8, a leading U+FEFF included: the toolkit's own conversion takes that for a mark and drops it.
+QString FromUtf8(QByteArrayView bytes);
 
 /// Characters of a field's value: bytes are UTF-8, a moment is in the locale's short form; empty for null.
 QString FieldText(const QVariant &value);

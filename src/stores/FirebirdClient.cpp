@@ -14,6 +14,9 @@
 
 using namespace Qt::StringLiterals;
 
+/// In SharedLocksUnix.cpp: keeps the engine's locks usable after another process was killed inside one.
+void KeepSharedLocks();
+
 namespace {
 
 /// More than the engine's lock, event and trace files take together.
@@ -100,6 +103,7 @@ FirebirdClient &FirebirdClient::Load(const QString &libraryPath, const QString &
 {
     if (TheClient())
         return *TheClient();
+    KeepSharedLocks();
     void *library = ::dlopen(QFile::encodeName(libraryPath).constData(), RTLD_NOW | RTLD_LOCAL);
     if (!library)
         throw DatabaseError(QString::fromLocal8Bit(::dlerror()));

@@ -4,6 +4,7 @@
 #include "stores/Database.h"
 #include "stores/Registry.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QVariant>
 
@@ -19,6 +20,10 @@ struct ModuleDoors
     std::function<void(const QString &text)> showMessage;
     /// Asks the program to end; the caller goes on.
     std::function<void()> terminate;
+    /// Asks before a row is deleted; throws SilentAbort where the reader declines. Unset: nobody is asked.
+    std::function<void()> confirmDelete;
+    /// The time of this moment.
+    std::function<QDateTime()> now = [] { return QDateTime::currentDateTime(); };
     /// A fresh registry object for each use.
     std::function<std::unique_ptr<TRegistry>()> createRegistry = CreateSystemRegistry;
 };

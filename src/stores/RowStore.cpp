@@ -1,6 +1,7 @@
 #include "stores/RowStore.h"
 
 #include "stores/DatabaseError.h"
+#include "stores/Field.h"
 
 #include <algorithm>
 #include <cstring>
@@ -352,7 +353,7 @@ QVariant RowStore::Value(int row, int column) const
     switch ((*m_columns)[static_cast<size_t>(column)].kind) {
     case ColumnKind::Text: {
         const std::string_view text = StoredText(value);
-        return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+        return FromUtf8(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
     }
     case ColumnKind::Moment:
         return FromEngineMoment(Load<ISC_TIMESTAMP>(value + 1));

@@ -32,3 +32,9 @@ void TcxGridDBColumn::SetVisible(bool visible)
     m_visible = visible;
     m_view.FillWidth();
 }
+
+void TcxGridDBColumn::SetFixed(bool fixed)
+{
+    m_isFixed = fixed;
+    m_view.FillWidth();
+}

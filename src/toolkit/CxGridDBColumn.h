@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QIcon>
+#include <QMap>
 #include <QObject>
 #include <QString>
 
@@ -14,6 +16,7 @@ class TcxGridDBColumn : public QObject
     Q_PROPERTY(QString FieldName READ FieldName WRITE SetFieldName)
     Q_PROPERTY(int Width READ Width WRITE SetWidth)
     Q_PROPERTY(bool Visible READ Visible WRITE SetVisible)
+    Q_PROPERTY(bool Fixed READ Fixed WRITE SetFixed)
 public:
     explicit TcxGridDBColumn(TcxGridDBTableView *view);
 
@@ -27,6 +30,14 @@ public:
     void SetWidth(int width);
     bool Visible() const { return m_visible; }
     void SetVisible(bool visible);
+    /// Takes no part in the sharing of the grid's width: it keeps its own.
+    bool Fixed() const { return m_isFixed; }
+    void SetFixed(bool fixed);
+
+    /// With an image for any value the column shows images in place of texts, none for the other values, and its header
+    /// shows no label of the field.
+    void SetImage(int value, const QIcon &image) { m_images.insert(value, image); }
+    const QMap<int, QIcon> &Images() const { return m_images; }
 
 private:
     friend class TcxGridDBTableView;
@@ -34,4 +45,6 @@ private:
     QString m_caption, m_fieldName;
     int m_width = 64;
     bool m_visible = true;
+    bool m_isFixed = false;
+    QMap<int, QIcon> m_images;
 };

@@ -55,15 +55,25 @@ public:
         return dataSet && dataSet->Active() ? dataSet : nullptr;
     }
 
-    int rowCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : m_rowCount; }
+    int rowCount(const QModelIndex &parent = {}) const override
+    {
+        return parent.isValid() ? 0 : m_rowCount + (m_hasPending ? 1 : 0);
+    }
     int columnCount(const QModelIndex &parent = {}) const override { return parent.isValid() ? 0 : m_columnCount; }
     QVariant data(const QModelIndex &index, int role) const override
     {
         TDataSet *dataSet = OpenDataSet();
-        if (role != Qt::DisplayRole || !index.isValid() || !dataSet)
+        if ((role != Qt::DisplayRole && role != Qt::DecorationRole) || !index.isValid() || !dataSet)
             return {};
         // A text that cannot be read is an empty cell: the toolkit asks while it paints.
         try {
+            const QMap<int, QIcon> &images = m_view.m_columns[static_cast<size_t>(index.column())]->Images();
+            if (images.isEmpty() == (role == Qt::DecorationRole))
+                return {};
+            if (role == Qt::DecorationRole)
+                return images.value(ValueOf(*dataSet, index).toInt());
+            if (IsPending(index.row()))
+                return FieldOf(index.column()) < 0 ? QString() : PendingField(*dataSet, index).DisplayText();
             return dataSet->DisplayTextAt(index.row(), FieldOf(index.column()));
         } catch (const std::exception &) {
             return {};
@@ -75,9 +85,9 @@ public:
             return {};
         if (role == Qt::TextAlignmentRole)
             return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
-        if (role != Qt::DisplayRole)
-            return {};
         const TcxGridDBColumn *column = m_view.m_columns[static_cast<size_t>(section)];
+        if (role != Qt::DisplayRole || !column->Images().isEmpty())
+            return {};
         const TField *field =
             m_dataSource && m_dataSource->DataSet() ? m_dataSource->DataSet()->FindField(column->FieldName()) : nullptr;
         return column->Caption().isEmpty() && field ? field->DisplayLabel() : column->Caption();
@@ -122,6 +132,7 @@ public:
         m_isTelling = true;
         m_hasFailed = false;
         m_rowCount = dataSet ? dataSet->RecordCount() : 0;
+        m_hasPending = dataSet && dataSet->State() == DataSetState::Insert;
         std::transform(m_view.m_columns.begin(), m_view.m_columns.end(), m_fields.begin(),
                        [dataSet](const TcxGridDBColumn *column) {
                            const TField *field = dataSet ? dataSet->FindField(column->FieldName()) : nullptr;
@@ -143,13 +154,58 @@ public:
     }
     void RecordChanged() override
     {
-        const TDataSet *dataSet = OpenDataSet();
-        const int row = dataSet ? dataSet->RecNo() : -1;
-        if (row >= 0 && row < m_rowCount && m_columnCount > 0)
+        FollowPending();
+        const int row = CursorRow();
+        if (row >= 0 && row < rowCount() && m_columnCount > 0)
             emit dataChanged(index(row, 0), index(row, m_columnCount - 1));
     }
 
+    /// The row that the dataset's cursor stands on, -1 for none: the row being inserted stands behind all others.
+    int CursorRow() const
+    {
+        const TDataSet *dataSet = OpenDataSet();
+        if (!dataSet)
+            return -1;
+        return m_hasPending ? m_rowCount : dataSet->RecNo();
+    }
+    bool IsPending(int row) const { return m_hasPending && row == m_rowCount; }
+
 private:
+    static const TField &FieldAt(const TDataSet &dataSet, int field)
+    {
+        return *dataSet.Fields()[static_cast<size_t>(field)];
+    }
+    const TField &PendingField(const TDataSet &dataSet, const QModelIndex &index) const
+    {
+        return FieldAt(dataSet, FieldOf(index.column()));
+    }
+    /// The pending value in the row that is being edited or inserted.
+    QVariant ValueOf(const TDataSet &dataSet, const QModelIndex &index) const
+    {
+        const int field = FieldOf(index.column());
+        if (field < 0)
+            return {};
+        return index.row() == CursorRow() ? FieldAt(dataSet, field).Value() : dataSet.ValueAt(index.row(), field);
+    }
+    void FollowPending()
+    {
+        const TDataSet *dataSet = OpenDataSet();
+        const bool hasPending = dataSet && dataSet->State() == DataSetState::Insert;
+        if (hasPending == m_hasPending)
+            return;
+        // The focus leaves a row that goes for another one: that is no wish of the reader's.
+        const QScopedValueRollback following(m_view.m_following, true);
+        if (hasPending)
+            beginInsertRows({}, m_rowCount, m_rowCount);
+        else
+            beginRemoveRows({}, m_rowCount, m_rowCount);
+        m_hasPending = hasPending;
+        if (hasPending)
+            endInsertRows();
+        else
+            endRemoveRows();
+        m_view.FollowCursor();
+    }
     int FieldOf(int column) const { return m_fields[static_cast<size_t>(column)]; }
     void TakeFetched()
     {
@@ -167,6 +223,7 @@ private:
     TDataSource *m_dataSource = nullptr;
     int m_rowCount = 0;
     int m_columnCount = 0;
+    bool m_hasPending = false; ///< a row is being inserted, and shown behind the fetched ones
     std::vector<int> m_fields; ///< by column: index of the dataset's field, -1 if it has none of that name
     bool m_hasFailed = false;
     bool m_isTelling = false; ///< of rows: who hears of them may ask for more, and would tell the others out of turn
@@ -330,6 +387,14 @@ void TcxGridDBTableView::ShareWidth(int firstColumn, int width)
     const QScopedValueRollback filling(m_filling, true);
     std::vector<int> columns = VisibleColumns();
     columns.erase(columns.begin(), std::lower_bound(columns.begin(), columns.end(), firstColumn));
+    std::erase_if(columns, [&](int column) {
+        const TcxGridDBColumn &kept = *m_columns[static_cast<size_t>(column)];
+        if (kept.Fixed()) {
+            setColumnWidth(column, kept.Width());
+            width -= kept.Width();
+        }
+        return kept.Fixed();
+    });
     int shares = 0;
     for (const int column : columns)
         shares += m_columns[static_cast<size_t>(column)]->Width();
@@ -367,8 +432,7 @@ void TcxGridDBTableView::TakeWidth(int section, int width)
 void TcxGridDBTableView::FollowCursor()
 {
     const QScopedValueRollback following(m_following, true);
-    const TDataSet *dataSet = m_model->OpenDataSet();
-    const int row = dataSet ? dataSet->RecNo() : -1;
+    const int row = m_model->CursorRow();
     if (row == currentIndex().row())
         return; // and the other selected rows stay
     const std::vector<int> columns = VisibleColumns();
@@ -379,6 +443,7 @@ void TcxGridDBTableView::FollowCursor()
 void TcxGridDBTableView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     QTableView::currentChanged(current, previous);
+    m_isFocusMoved = true;
     if (m_following || !current.isValid())
         return;
     m_isMoved = true;
@@ -389,7 +454,7 @@ void TcxGridDBTableView::currentChanged(const QModelIndex &current, const QModel
 void TcxGridDBTableView::MoveCursor()
 {
     TDataSet *dataSet = m_model->OpenDataSet();
-    if (!std::exchange(m_isMoved, false) || !dataSet)
+    if (!std::exchange(m_isMoved, false) || !dataSet || m_model->IsPending(currentIndex().row()))
         return;
     const QPointer<TcxGridDBTableView> self = this;
     const bool isDone = RunGuarded([dataSet, row = currentIndex().row()] { dataSet->MoveTo(row); });
@@ -449,6 +514,35 @@ QModelIndex TcxGridDBTableView::moveCursor(CursorAction action, Qt::KeyboardModi
     return QTableView::moveCursor(action, modifiers);
 }
 
+void TcxGridDBTableView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    QTableView::selectionChanged(selected, deselected);
+    if (!OnSelectionChanged || std::exchange(m_isSelectionDue, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_isSelectionDue = false;
+            if (OnSelectionChanged)
+                RunGuarded(OnSelectionChanged);
+        },
+        Qt::QueuedConnection);
+}
+
+bool TcxGridDBTableView::FitVisibleRows()
+{
+    bool hasChanged = false;
+    const int bottom = viewport()->height();
+    for (int row = std::max(0, rowAt(0)); row < m_model->rowCount() && rowViewportPosition(row) < bottom; ++row) {
+        const int height = std::max(DataRowHeight(), sizeHintForRow(row));
+        if (height == rowHeight(row))
+            continue;
+        setRowHeight(row, height);
+        hasChanged = true;
+    }
+    return hasChanged;
+}
+
 void TcxGridDBTableView::CopyRows()
 {
     QModelIndexList rows = selectionModel()->selectedRows();
@@ -469,6 +563,13 @@ bool TcxGridDBTableView::event(QEvent *event)
 
 void TcxGridDBTableView::paintEvent(QPaintEvent *event)
 {
+    if (CellAutoHeight()) {
+        // Rows that grow push the focused one down, out of the view that it was just brought into.
+        m_isFocusMoved &= FitVisibleRows();
+        if (m_isFocusMoved)
+            QMetaObject::invokeMethod(
+                this, [this] { scrollTo(currentIndex()); }, Qt::QueuedConnection);
+    }
     QTableView::paintEvent(event);
     if (m_model->rowCount() > 0)
         return;

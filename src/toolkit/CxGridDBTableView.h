@@ -1,24 +1,26 @@
 #pragma once
 
 #include "toolkit/CxGridDBColumn.h"
+#include "toolkit/FieldLink.h"
 
 #include <QTableView>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
-class TDataSource;
-
 /// A table over the rows of a dataset: texts are read when they are painted, rows fetched when they come to be seen,
 /// all of them when the reader goes to the end or takes hold of the scroll bar's thumb. The focused row follows the
-/// dataset's cursor and moves it; more rows can be selected, and copied as lines with tabs. Read only, rows of one
-/// height, lines between the columns, which share the width. A cell that is cut off shows its text as a hint. An empty
-/// table shows the text of the property "OptionsView.NoDataToDisplayInfoText".
-class TcxGridDBTableView : public QTableView
+/// dataset's cursor and moves it; more rows can be selected, and copied as lines with tabs. Read only, lines between the
+/// columns, which share the width. A row that is being inserted stands at the end. Rows are of one height, or as high as
+/// their texts need (CellAutoHeight). A cell that is cut off shows its text as a hint. An empty table shows the text of
+/// the property "OptionsView.NoDataToDisplayInfoText".
+class TcxGridDBTableView : public QTableView, public DataBoundControl
 {
     Q_OBJECT
     Q_PROPERTY(QString KeyField READ KeyField WRITE SetKeyField)
     Q_PROPERTY(int DataRowHeight READ DataRowHeight WRITE SetDataRowHeight)
+    Q_PROPERTY(bool CellAutoHeight READ CellAutoHeight WRITE SetCellAutoHeight)
 public:
     explicit TcxGridDBTableView(QWidget *parent = nullptr);
     ~TcxGridDBTableView() override;
@@ -31,10 +33,17 @@ public:
     /// In pixels.
     int DataRowHeight() const;
     void SetDataRowHeight(int height);
+    /// Rows grow with their texts from the data row height up; each is measured when it comes to be seen.
+    bool CellAutoHeight() const { return wordWrap(); }
+    void SetCellAutoHeight(bool on) { setWordWrap(on); }
 
     /// Borrows the data source, which must live until the view dies or gets another.
     void SetDataSource(TDataSource *dataSource);
-    TDataSource *DataSource() const;
+    TDataSource *DataSource() const override;
+
+    /// After the focused row or the selection has changed, once the dataset's cursor has followed; a row of changes is
+    /// told once. Under the general guard.
+    std::function<void()> OnSelectionChanged;
 
     /// The texts of a row's visible columns, from the left.
     QStringList RowTexts(int row) const;
@@ -47,6 +56,7 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
@@ -65,6 +75,7 @@ private:
     void ShareWidth(int firstColumn, int width);
     void FollowCursor();
     void MoveCursor();
+    bool FitVisibleRows();
     void CopyRows();
     /// Rows that the view shows at least in part.
     int RowsOnScreen() const;
@@ -78,5 +89,7 @@ private:
     bool m_following = false;
     bool m_isMoved = false; ///< the focus has left the dataset's cursor behind
     bool m_filling = false;
-    int m_handling = 0; ///< events that the toolkit is at work on
+    bool m_isSelectionDue = false; ///< to be told
+    bool m_isFocusMoved = false;   ///< and is to stay in view while the rows around it grow
+    int m_handling = 0;            ///< events that the toolkit is at work on
 };

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QThread>
 
 #include <gtest/gtest.h>
 
@@ -105,6 +106,16 @@ QString ProgramRun::Send(const QString &command, int milliseconds)
     if (answer == u"ok")
         return {};
     return answer.startsWith(u"ok ") ? answer.mid(3) : answer;
+}
+
+bool ProgramRun::KillAfter(quint32 microseconds, const QString &command)
+{
+    m_process.write(command.toUtf8() + '\n');
+    m_process.waitForBytesWritten();
+    QThread::usleep(microseconds);
+    m_process.kill();
+    m_process.waitForFinished();
+    return m_process.readAllStandardOutput().startsWith("ok");
 }
 
 int ProgramRun::ExitCode(int milliseconds)

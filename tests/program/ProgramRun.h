@@ -43,6 +43,8 @@ public:
     void Start();
     /// One command of the driver; its answer without "ok ", or a text that begins with "error".
     QString Send(const QString &command, int milliseconds = 40000);
+    /// Sends a command and kills the program so many microseconds later. True if it was answered before.
+    bool KillAfter(quint32 microseconds, const QString &command);
     /// Waits for the end; the exit code, -1 after a crash, -2 if it is still running.
     int ExitCode(int milliseconds = 30000);
     /// Closes the main window and answers the question with Yes.

@@ -1,6 +1,7 @@
 #include "reader/ReaderWindow.h"
 #include "support/WaitFor.h"
 
+#include "marks/ConfirmDelete.h"
 #include "presentation/DKLang.h"
 #include "presentation/GlobalUnit.h"
 #include "stores/JsonRegistry.h"
@@ -105,6 +106,7 @@ ModuleDoors ReaderWindow::Modules()
     doors.exeName = program;
     doors.showMessage = [this](const QString &text) { boxes.append({QString(), text}); };
     doors.terminate = [this] { exitCodes.append(1); };
+    doors.confirmDelete = ConfirmDelete;
     doors.createRegistry = [this]() -> std::unique_ptr<TRegistry> {
         return std::make_unique<JsonRegistry>(settings.Path(QStringLiteral("config")),
                                               settings.Path(QStringLiteral("autostart")), *disk);

@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QTimer>
 #include <QWheelEvent>
 
@@ -110,6 +111,53 @@ TEST_F(BrowserControl, SelectsAllAndCopies)
     EXPECT_EQ(Control().GetSelectedText(), u""_s) << "a page that is not complete has no selection";
     EXPECT_TRUE(Control().WaitComplete());
     EXPECT_EQ(Control().GetSelectedText(), u""_s);
+}
+
+TEST_F(BrowserControl, SelectedHtmlKeepsWhatItsPartsNeed)
+{
+    // "from" and "to" are the ids of the elements whose text begins and ends the selection.
+    const struct
+    {
+        const char *page, *from, *to, *html;
+    } rows[]{
+        {"<p>a <i id=f>b</i></p><p>c</p><p>d <b id=t>e</b> f</p>", "f", "t",
+         "<p><i id=\"f\">b</i></p><p>c</p><p>d <b id=\"t\">e</b></p>"},
+        {"<p>a <i>b <b id=f>c</b></i> d</p>", "f", "f", "<i><b>c</b></i>"},
+        {"<h2 id=f>a <a href='x'>b</a></h2><p>c</p>", "f", "f", "<h2>a <a href=\"x\">b</a></h2>"},
+        {"<p>a <a href='x' id=f>b</a></p>", "f", "f", "b"},
+        {"<table border=1><tr><td>a<td id=f>b<tr><td id=t>c<td>d</table>", "f", "t",
+         "<table border=\"1\"><tbody><tr><td id=\"f\">b</td></tr><tr><td id=\"t\">c</td></tr></tbody></table>"},
+        {"<table><tr><td id=f>a<td id=t>b</table>", "f", "t",
+         "<table><tbody><tr><td id=\"f\">a</td><td id=\"t\">b</td></tr></tbody></table>"},
+        {"<ul><li>a<ol start=3><li id=f>b<li id=t>c</ol><li>d</ul>", "f", "t",
+         "<ol start=\"3\"><li id=\"f\">b</li><li id=\"t\">c</li></ol>"},
+        {"<p>a<img src='data:,' alt=i><b id=f>b</b><img alt=j><b id=t>c</b>", "f", "t",
+         "<b id=\"f\">b</b><img alt=\"j\"><b id=\"t\">c</b>"},
+        {"<pre>a\n<b id=f>b\n c</b></pre>", "f", "f", "<pre><b>b\n c</b></pre>"},
+    };
+    for (const auto &row : rows) {
+        for (const bool isBackward : {false, true}) {
+            Load(QString::fromUtf8(row.page));
+            Value(u"(() => { const ends = (id) => { const r = document.createRange(), e = document.getElementById(id); "
+                  "const w = document.createTreeWalker(e, NodeFilter.SHOW_TEXT); let last; "
+                  "const first = w.nextNode(); for (let n = first; n; n = w.nextNode()) last = n; "
+                  "return [first, last]; }; const s = ends('%1')[0], e = ends('%2')[1]; const back = %3; "
+                  "getSelection().setBaseAndExtent(back ? e : s, back ? e.length : 0, back ? s : e, "
+                  "back ? 0 : e.length); })()"_s.arg(QLatin1StringView(row.from), QLatin1StringView(row.to),
+                                                     isBackward ? u"true"_s : u"false"_s));
+            EXPECT_EQ(Control().GetSelectedHtml().toStdString(), row.html) << row.page;
+        }
+    }
+}
+
+TEST_F(BrowserControl, SelectedHtmlOfAColouredPageHoldsItsWords)
+{
+    Load(u"<p>kinh một</p><p>hai kinh</p>"_s);
+    EXPECT_EQ(Control().SearchAndHighlight(u"kinh"_s, {}, ScrollMode::None, {}, u"Yellow"_s), 2);
+    Control().SelectAll();
+    EXPECT_TRUE(WaitFor([&] { return !Control().GetSelectedText().isEmpty(); }));
+    EXPECT_EQ(Control().GetSelectedHtml().remove(QRegularExpression(u"</?font[^>]*>"_s)),
+              u"<p>kinh một</p><p>hai kinh</p>"_s);
 }
 
 TEST_F(BrowserControl, TellsPressesWithModifiers)

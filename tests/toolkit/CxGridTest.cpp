@@ -308,6 +308,97 @@ TEST_F(CxGrid, OnlyACellThatIsCutOffHasAHint)
     EXPECT_TRUE(WaitFor([] { return QToolTip::text().isEmpty(); }));
 }
 
+TEST_F(CxGrid, ARowBeingInsertedStandsAtTheEnd)
+{
+    const QAbstractItemModelTester tester(view.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
+    Fill(3);
+    Show();
+    int told = 0;
+    view.OnSelectionChanged = [&] { ++told; };
+    rows.MoveTo(1);
+    EXPECT_TRUE(WaitFor([&] { return told == 1; }));
+    rows.Insert();
+    rows.FieldByName(u"TEXT"_s).SetAsString(u"new"_s);
+    EXPECT_EQ(view.model()->rowCount(), 4);
+    EXPECT_EQ(view.currentIndex().row(), 3);
+    EXPECT_EQ(view.RowTexts(3).last(), u"new"_s);
+    EXPECT_EQ(view.RowTexts(1).last(), u"<b>t2</b>"_s);
+    EXPECT_TRUE(WaitFor([&] { return told == 2; })) << "several changes are told once, when the cursor has followed";
+    rows.Cancel();
+    EXPECT_EQ(view.model()->rowCount(), 3);
+    EXPECT_EQ(view.currentIndex().row(), 1);
+    EXPECT_EQ(rows.RecNo(), 1);
+    // A post that fails leaves the focus with the row.
+    rows.BeforePost = [] { throw DatabaseError(u"refused"_s); };
+    rows.Insert();
+    rows.FieldByName(u"TEXT"_s).SetAsString(u"new"_s);
+    const auto box = std::exchange(Doors().messageBox, [](auto &&...) { return true; });
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, Cell(0, 1).center());
+    EXPECT_EQ(view.currentIndex().row(), 3);
+    rows.BeforePost = nullptr;
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, Cell(0, 1).center());
+    Doors().messageBox = box;
+    EXPECT_EQ(view.model()->rowCount(), 4);
+    EXPECT_EQ(rows.RecNo(), 0);
+    EXPECT_EQ(view.RowTexts(3).last(), u"new"_s);
+}
+
+TEST_F(CxGrid, RowsGrowWithTheirTextsWhenTheyAreSeen)
+{
+    Fill(1000);
+    rows.MoveTo(700);
+    rows.Edit();
+    rows.FieldByName(u"TEXT"_s).SetAsString(u"word "_s.repeated(25));
+    rows.Post();
+    rows.First();
+    view.SetCellAutoHeight(true);
+    Show();
+    EXPECT_EQ(view.rowHeight(0), view.DataRowHeight());
+    EXPECT_EQ(view.rowHeight(700), view.DataRowHeight()) << "was measured though nobody saw it";
+    rows.MoveTo(700);
+    EXPECT_TRUE(WaitFor([&] { return view.rowHeight(700) > 3 * view.DataRowHeight(); }));
+    view.resize(view.width() * 3, view.height());
+    const int before = view.rowHeight(700);
+    EXPECT_TRUE(WaitFor([&] { return view.rowHeight(700) < before; }));
+}
+
+TEST_F(CxGrid, TheFocusStaysInViewWhileRowsGrow)
+{
+    Fill(100);
+    rows.FieldByName(u"TEXT"_s).OnGetText = [](const TField &field) { return (field.AsString() + u' ').repeated(12); };
+    view.SetCellAutoHeight(true);
+    Show();
+    const auto isSeen = [&] {
+        return view.rowHeight(rows.RecNo()) > view.DataRowHeight() &&
+               view.viewport()->rect().contains(view.visualRect(view.currentIndex()));
+    };
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_PageDown, Qt::Key_End, Qt::Key_Up}) {
+        QTest::keyClick(&view, key);
+        EXPECT_TRUE(WaitFor(isSeen)) << rows.RecNo();
+    }
+}
+
+TEST_F(CxGrid, AnImageColumnKeepsItsWidthAndShowsNoText)
+{
+    QPixmap red(16, 16);
+    red.fill(Qt::red);
+    id.SetFixed(true);
+    id.SetWidth(24);
+    id.SetVisible(true);
+    id.SetImage(2, red);
+    Fill(3);
+    Show();
+    EXPECT_EQ(view.columnWidth(0), 24);
+    EXPECT_EQ(view.columnWidth(1) + view.columnWidth(2), view.viewport()->width() - 24);
+    view.resize(view.width() + 100, view.height());
+    EXPECT_EQ(view.columnWidth(0), 24);
+    EXPECT_EQ(view.model()->headerData(0, Qt::Horizontal).toString() + view.RowTexts(1).first(), QString());
+    const auto image = [&](int row) { return view.model()->index(row, 0).data(Qt::DecorationRole).value<QIcon>(); };
+    EXPECT_TRUE(image(0).isNull());
+    EXPECT_FALSE(image(1).isNull());
+    EXPECT_EQ(view.viewport()->grab().toImage().pixelColor(Cell(1, 0).center()), QColor(Qt::red));
+}
+
 TEST_F(CxGrid, AnEmptyTableSaysSo)
 {
     Show();

@@ -4,6 +4,7 @@
 #include "lumivara-data/CanonFile.h"
 #include "lumivara-data/DataFile.h"
 #include "lumivara-data/DictionaryFile.h"
+#include "lumivara-data/UnfinishedFile.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -13,13 +14,7 @@
 #include <QLockFile>
 
 #include <algorithm>
-#include <filesystem>
 #include <functional>
-
-#ifdef Q_OS_UNIX
-#include <fcntl.h>
-#include <unistd.h>
-#endif
 
 using namespace Qt::StringLiterals;
 
@@ -82,37 +77,6 @@ bool IsUpToDate(const QString &path, const QString &sources)
            target.lastModified() >= QFileInfo(QCoreApplication::applicationFilePath()).lastModified();
 }
 
-/// Makes a finished file ready for its name: its bytes reach the disk first, so that a power cut leaves the old file or
-/// the new one.
-void Settle(const QString &path)
-{
-#ifdef Q_OS_UNIX
-    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY);
-    if (descriptor < 0 || ::fsync(descriptor) != 0)
-        throw ToolError(u"%1: cannot be written to the disk"_s.arg(path));
-    ::close(descriptor);
-    // The engine gives a new file to its maker alone; these are for every user of the machine to read.
-    QFile::setPermissions(path, QFile::permissions(path) | QFile::ReadGroup | QFile::ReadOther);
-#else
-    Q_UNUSED(path);
-#endif
-}
-
-void Replace(const QString &from, const QString &to)
-{
-    std::error_code error;
-    std::filesystem::rename(QFileInfo(from).filesystemFilePath(), QFileInfo(to).filesystemFilePath(), error);
-    if (error)
-        throw ToolError(u"%1: %2"_s.arg(to, QString::fromStdString(error.message())));
-}
-
-/// Removes what an interrupted build has left.
-void RemoveStale(const QString &path)
-{
-    if (QFileInfo::exists(path) && !QFile::remove(path))
-        throw ToolError(u"%1: an unfinished file is in the way"_s.arg(path));
-}
-
 void Build(const Target &target, const QDir &data, const QDir &out, bool force, Console &console)
 {
     const QString path = out.filePath(target.fileName);
@@ -132,9 +96,8 @@ void Build(const Target &target, const QDir &data, const QDir &out, bool force, 
     Settle(unfinished);
     if (!isMadeOnce) {
         Replace(unfinished, path);
-    } else if (!QFile::rename(unfinished, path)) { // refuses a name that has come into being meanwhile
-        QFile::remove(unfinished);
-        throw ToolError(u"%1: cannot be put in place"_s.arg(path));
+    } else {
+        PutInPlace(unfinished, path);
     }
     console.Print(u"%1: built\n"_s.arg(target.fileName));
 }

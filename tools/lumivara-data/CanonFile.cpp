@@ -38,17 +38,6 @@ QString NameOrNull(TDataSet &rows, const QString &column)
     return field.IsNull() ? QString() : field.AsString() + u""_s;
 }
 
-bool HasTable(DataFile &file, const QString &table)
-{
-    TpFIBDataSet rows;
-    rows.SetDatabase(&file.Database());
-    rows.SetTransaction(&file.Transaction());
-    rows.SelectSQL() = {
-        u"select R.RDB$RELATION_ID from RDB$RELATIONS R where trim(R.RDB$RELATION_NAME) = '%1'"_s.arg(table)};
-    rows.Open();
-    return !rows.IsEmpty();
-}
-
 QList<CheckedGroup> ReadGroups(DataFile &file)
 {
     TpFIBDataSet rows;
@@ -130,7 +119,7 @@ void WriteCanon(const CanonSource &source, const QString &path, Console &console
 
 bool IsCanon(DataFile &file)
 {
-    return HasTable(file, u"KELORA_TREE"_s) && HasTable(file, u"KELORA_CONTENT"_s);
+    return file.HasTable(u"KELORA_TREE"_s) && file.HasTable(u"KELORA_CONTENT"_s);
 }
 
 CheckedCanon ReadCanon(DataFile &file, Console &console)

@@ -4,6 +4,7 @@
 #include "lumivara-data/CanonFile.h"
 #include "lumivara-data/DataFile.h"
 #include "lumivara-data/DictionaryFile.h"
+#include "lumivara-data/MarksCheck.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>
@@ -73,16 +74,26 @@ qsizetype ProveDictionary(DataFile &file, Console &console)
     return report.faultCount;
 }
 
+qsizetype ProveMarks(DataFile &file, Console &console)
+{
+    const MarksReport report = CheckMarks(file);
+    PrintFindings(report.findings, console);
+    console.Print(
+        u"%1 texts, %2 marks: %3\n"_s.arg(report.textCount).arg(report.markCount).arg(Verdict(report.findings.size())));
+    return report.findings.size();
+}
+
 } // namespace
 
 int RunCheck(const QStringList &arguments, Console &console)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        u"Tells what is wrong with a canon or a dictionary, one finding a line with the row named, and a summary.\n"
+        u"Tells what is wrong with a canon, a dictionary or a file of marks, one finding a line with the row named, "
+        u"and a summary.\n"
         u"The file is only read, a dictionary through its three procedures alone.\n"
-        u"Exit codes: 0 clean, 1 findings, 2 wrong usage or a file that is neither."_s);
-    parser.addPositionalArgument(u"FILE"_s, u"Such as KELORA.FDB or PALIDICT.FDB."_s);
+        u"Exit codes: 0 clean, 1 findings, 2 wrong usage or a file that is none of these."_s);
+    parser.addPositionalArgument(u"FILE"_s, u"Such as KELORA.FDB, PALIDICT.FDB or TARUNECLIENT.FDB."_s);
     if (ParseOrHelp(parser, u"check FILE"_s, arguments, console))
         return ExitCode::Clean;
     if (parser.positionalArguments().size() != 1)
@@ -96,9 +107,11 @@ int RunCheck(const QStringList &arguments, Console &console)
         faultCount = ProveCanon(file, console);
     else if (IsDictionary(file))
         faultCount = ProveDictionary(file, console);
+    else if (IsMarks(file))
+        faultCount = ProveMarks(file, console);
     else
-        throw ToolError(u"neither a canon (tables KELORA_TREE, KELORA_CONTENT) nor a dictionary (procedure "
-                        "SP_GET_LIST_WORDS)"_s);
+        throw ToolError(u"no canon (tables KELORA_TREE, KELORA_CONTENT), no dictionary (procedure SP_GET_LIST_WORDS) "
+                        "and no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s);
     file.Close();
     return faultCount == 0 ? ExitCode::Clean : ExitCode::Findings;
 }

@@ -1,6 +1,7 @@
 #include "lumivara-data/DataFile.h"
 
 #include "lumivara-data/Verbs.h"
+#include "stores/FIBDataSet.h"
 #include "stores/KeloraDM.h"
 #include "stores/Scripter.h"
 #include "stores/Statement.h"
@@ -50,6 +51,28 @@ void DataFile::RunSchema(const QString &name)
     scripter.SetDatabase(&m_database);
     scripter.Script() = QString::fromUtf8(script.readAll()).split(u'\n');
     scripter.ExecuteScript();
+}
+
+bool DataFile::HasTable(const QString &table)
+{
+    return !Rows(u"select R.RDB$RELATION_ID from RDB$RELATIONS R where trim(R.RDB$RELATION_NAME) = '%1'"_s.arg(table))
+                .isEmpty();
+}
+
+QList<QList<QVariant>> DataFile::Rows(const QString &select)
+{
+    TpFIBDataSet query;
+    query.SetDatabase(&m_database);
+    query.SetTransaction(&m_transaction);
+    query.SelectSQL() = QStringList{select};
+    QList<QList<QVariant>> rows;
+    for (query.Open(); !query.Eof(); query.Next()) {
+        QList<QVariant> row;
+        for (const std::unique_ptr<TField> &field : query.Fields())
+            row.append(field->Value());
+        rows.append(row);
+    }
+    return rows;
 }
 
 void DataFile::Finish(bool readOnly)

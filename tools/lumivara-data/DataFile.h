@@ -25,6 +25,9 @@ public:
 
     /// Runs the schema script of that name ("canon", "client" …).
     void RunSchema(const QString &name);
+    bool HasTable(const QString &table);
+    /// All rows of a select, values as their fields give them. For small answers.
+    QList<QList<QVariant>> Rows(const QString &select);
     /// Commits and closes; with `readOnly` the file is in the engine's read-only mode from then on.
     void Finish(bool readOnly);
 

@@ -4,6 +4,32 @@
 
     const { PageText, documentsOf } = lumivara;
 
+    // Elements whose children mean nothing without them: a cell without its table is mere text, an item has no list.
+    const frames = new Set(['table', 'thead', 'tbody', 'tfoot', 'tr', 'colgroup', 'ul', 'ol', 'menu', 'dl', 'ruby']);
+    // Looks that words bear wherever they go, and blocks that only their whole text takes along.
+    const looks = new Set(['b', 'strong', 'i', 'em', 'u', 's', 'small', 'big', 'sup', 'sub', 'tt', 'code', 'font', 'span']);
+    const blocks = new Set(['p', 'h1', 'h2', 'h3', 'h4', 'h5', 'h6', 'pre', 'center', 'blockquote']);
+
+    // What a range holds, with the empty shells around it that its parts need to stay what they are.
+    function contentsOf(range) {
+        const bare = (text) => text.replace(/\s/g, '');
+        const text = bare(range.toString());
+        let content = range.cloneContents();
+        let outer = range.commonAncestorContainer;
+        if (outer.nodeType !== Node.ELEMENT_NODE)
+            outer = outer.parentElement;
+        for (; outer && outer.localName !== 'body'; outer = outer.parentElement) {
+            const isWhole = blocks.has(outer.localName) && (outer.localName === 'pre' || text === bare(outer.textContent));
+            if (!isWhole && !frames.has(outer.localName) && !looks.has(outer.localName))
+                break;
+            const shell = outer.cloneNode(false);
+            shell.removeAttribute('id');
+            shell.append(content);
+            content = shell;
+        }
+        return content;
+    }
+
     lumivara.selectedHtml = () => {
         for (const page of documentsOf(document)) {
             const selection = page.getSelection();
@@ -11,7 +37,7 @@
                 continue;
             const holder = page.implementation.createHTMLDocument('').createElement('div');
             for (let index = 0; index < selection.rangeCount; ++index)
-                holder.append(selection.getRangeAt(index).cloneContents());
+                holder.append(contentsOf(selection.getRangeAt(index)));
             return holder.innerHTML;
         }
         return '';

@@ -1,0 +1,112 @@
+#include "marks/FocusEdit.h"
+
+#include "marks/Excerpt.h"
+#include "marks/MarkCaptions.h"
+#include "presentation/FormLanguage.h"
+#include "presentation/GlobalUnit.h"
+#include "reader/ReaderRules.h"
+#include "stores/ClientsDM.h"
+#include "stores/Modules.h"
+#include "toolkit/Guard.h"
+#include "ui_FocusEdit.h"
+
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QKeyEvent>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int FontHeight = 13;
+constexpr int Priorities = 4;
+constexpr MarkCaptions captions{u"Tiêu đề", u"Mức quan tâm", u"Từ khóa", u"Ghi chú"};
+
+} // namespace
+
+TfrmFocusEdit::TfrmFocusEdit(QWidget *parent)
+    : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                          Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint),
+      excerptFile(AppPath), ui(std::make_unique<Ui::frmFocusEdit>())
+{
+    QFont font(u"Segoe UI"_s);
+    font.setPixelSize(FontHeight);
+    setFont(font);
+    ui->setupUi(this);
+    TranslateForm(*this);
+    for (int priority = 1; priority <= Priorities; ++priority)
+        ui->edPriority->AddItem(priority);
+    ui->edNameFocus->SetDataSource(&frmClientsDM->dsFocus);
+    ui->edPriority->SetDataSource(&frmClientsDM->dsFocus);
+    ui->edKeyWord->SetDataSource(&frmClientsDM->dsFocus);
+    ui->mmDesc->SetDataSource(&frmClientsDM->dsFocus);
+
+    const auto wire = [this](QAction *action, QPushButton *button, void (TfrmFocusEdit::*execute)()) {
+        button->setText(action->text());
+        addAction(action);
+        connect(button, &QPushButton::clicked, action, &QAction::trigger);
+        ConnectGuarded(action, &QAction::triggered, this, [this, execute] { (this->*execute)(); });
+    };
+    wire(ui->acOK, ui->btnOK, &TfrmFocusEdit::acOKExecute);
+    wire(ui->acCancel, ui->btnCancel, &TfrmFocusEdit::acCancelExecute);
+}
+
+TfrmFocusEdit::~TfrmFocusEdit() = default;
+
+void TfrmFocusEdit::showEvent(QShowEvent *event)
+{
+    QDialog::showEvent(event);
+    if (!event->spontaneous())
+        RunGuarded([this] { FormShow(); });
+}
+
+void TfrmFocusEdit::keyPressEvent(QKeyEvent *event)
+{
+    // No key ends the window by itself: Escape would leave the row pending like the close box, Enter would store it.
+    // On a button Enter presses that button.
+    auto *button = qobject_cast<QPushButton *>(focusWidget());
+    if (button && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+        button->click();
+    else
+        event->ignore();
+}
+
+void TfrmFocusEdit::FormShow()
+{
+    vFocusS = TrimControls(vFocusS);
+    if (!vFocusS.isEmpty()) {
+        try {
+            ShowExcerpt();
+        } catch (const std::exception &) {
+            // The window opens with what it got; a file that can't be read is told when the mark is stored.
+        }
+    }
+    ShowMarkCaptions(
+        {ui->lcFocusItemTitle, ui->lcFocusItemPriority, ui->lcFocusItemKeyword, ui->lcFocusItemDescription}, captions,
+        captions);
+    ui->edNameFocus->setFocus();
+}
+
+void TfrmFocusEdit::ShowExcerpt()
+{
+    const QByteArray excerpt = excerptFile.Load();
+    ui->ebContentFocus->LoadFromString(excerpt);
+    TpFIBDataSet &qryFocus = frmClientsDM->qryFocus;
+    qryFocus.FieldByName(u"TEXT_FOC"_s).SetAsBytes(excerpt);
+    qryFocus.FieldByName(u"NAME_FOC"_s).SetAsString(DefaultTitle(qryFocus.FieldByName(u"TEXT_FOC"_s).AsBytes()));
+}
+
+void TfrmFocusEdit::acOKExecute()
+{
+    // Letters that the input method has not handed over yet belong to the mark.
+    QGuiApplication::inputMethod()->commit();
+    frmClientsDM->qryFocus.FieldByName(u"TEXT_FOC"_s).SetAsBytes(excerptFile.Load());
+    frmClientsDM->qryFocus.Post();
+    done(Accepted);
+}
+
+void TfrmFocusEdit::acCancelExecute()
+{
+    frmClientsDM->qryFocus.Cancel();
+    done(Rejected);
+}

@@ -1,0 +1,270 @@
+#include "marks/FocusHighlight.h"
+
+#include "marks/Excerpt.h"
+#include "marks/HtmlToPlainText.h"
+#include "marks/MarkCaptions.h"
+#include "marks/MarksFilter.h"
+#include "presentation/FormLanguage.h"
+#include "presentation/GlobalUnit.h"
+#include "reader/Main.h"
+#include "reader/ReaderRules.h"
+#include "stores/ClientsDM.h"
+#include "stores/Modules.h"
+#include "toolkit/DataSetActions.h"
+#include "toolkit/Guard.h"
+#include "ui_FocusHighlight.h"
+
+#include <QAbstractEventDispatcher>
+#include <QCloseEvent>
+#include <QScopeGuard>
+#include <QScreen>
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+// The resources of a static library come along only when asked for, and only outside of namespaces.
+static void InitMarkImages()
+{
+    Q_INIT_RESOURCE(marks);
+}
+
+namespace {
+
+constexpr int FontHeight = 13;
+constexpr int ListWidth = 281;
+constexpr int Priorities = 4;
+constexpr int OrdinaryPriority = 3;
+constexpr int ImageSize = 16;
+constexpr MarkCaptions vietnameseCaptions{u"Tiêu đề", u"Mức", u"Từ khóa", u"Ghi chú"};
+constexpr MarkCaptions designedCaptions{u"Tiêu đề:", u"Mức", u"Từ khóa", u"Ghi chú:"};
+const QString excerptField = u"TEXT_FOC"_s;
+
+TpFIBDataSet &Marks()
+{
+    return frmClientsDM->qryFocus;
+}
+
+QIcon PriorityImage(int priority)
+{
+    if (priority != OrdinaryPriority)
+        return QIcon(u":/marks/priority-%1.svg"_s.arg(priority));
+    // Nothing marks the ordinary, yet in a list its description stands under the others.
+    QPixmap nothing(ImageSize, ImageSize);
+    nothing.fill(Qt::transparent);
+    return nothing;
+}
+
+} // namespace
+
+TfrmFocusHighlight::TfrmFocusHighlight(QWidget *parent) : QWidget(parent), ui(std::make_unique<Ui::frmFocusHighlight>())
+{
+    InitMarkImages();
+    QFont font(u"Segoe UI"_s);
+    font.setPixelSize(FontHeight);
+    setFont(font);
+    ui->setupUi(this);
+    TranslateForm(*this);
+    ui->spltFocus->setStretchFactor(1, 1);
+    ui->spltFocus->setSizes({ListWidth, width() - ListWidth});
+    move(screen()->availableGeometry().center() - rect().center());
+    SetUpControls();
+    SetUpCommands();
+    ui->edSearch->setFocus();
+}
+
+TfrmFocusHighlight::~TfrmFocusHighlight() = default;
+
+void TfrmFocusHighlight::SetUpControls()
+{
+    ui->cbSuttaType->addItems({u"Tất cả"_s, u"Trường Bộ"_s, u"Trung Bộ"_s, u"Tăng Chi Bộ"_s, u"Tương Ưng Bộ"_s,
+                               u"Tiểu Bộ"_s, u"Luật Tạng"_s});
+    ui->lcLeftItemSuttaType->setVisible(CollectionMode != 1);
+    ConnectGuarded(ui->cbSuttaType, &QComboBox::currentIndexChanged, this, [this] { cbSuttaTypePropertiesChange(); });
+    for (int priority = 1; priority <= Priorities; ++priority) {
+        ui->edPriority->AddItem(priority, PriorityImage(priority));
+        ui->gtvFocusPRIORITY_FOC->SetImage(priority, PriorityImage(priority));
+    }
+    TDataSource *dsFocus = &frmClientsDM->dsFocus;
+    ui->gtvFocus->SetDataSource(dsFocus);
+    ui->gtvFocusNavigator->SetDataSource(dsFocus);
+    ui->edTitleFocus->SetDataSource(dsFocus);
+    ui->edPriority->SetDataSource(dsFocus);
+    ui->edSuttaName->SetDataSource(dsFocus);
+    ui->edKeyWord->SetDataSource(dsFocus);
+    ui->mmDesc->SetDataSource(dsFocus);
+    ui->gtvFocus->OnSelectionChanged = [this] { gtvFocusSelectionChanged(); };
+    ui->edSearch->OnKeyUp = [this](int key) { edSearchKeyUp(key); };
+}
+
+void TfrmFocusHighlight::SetUpCommands()
+{
+    ui->bCopy->setDefaultAction(ui->acCopy);
+    ui->bSelectAll->setDefaultAction(ui->acSelectAll);
+    ui->bPost->setDefaultAction(ui->DataSetPost1);
+    ui->bCancel->setDefaultAction(ui->DataSetCancel1);
+    ui->bDelete->setDefaultAction(ui->DataSetDelete1);
+    ConnectGuarded(ui->acCopy, &QAction::triggered, this, [this] { ui->ebFocusText->Copy(); });
+    ConnectGuarded(ui->acSelectAll, &QAction::triggered, this, [this] { ui->ebFocusText->SelectAll(); });
+    ConnectGuarded(ui->bIsViewSutta, &QToolButton::clicked, this, [this] { bIsViewSuttaClick(); });
+    new DataSetActions(*this, *ui->DataSetPost1, *ui->DataSetCancel1, *ui->DataSetDelete1);
+    UpdateCommands();
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+            &TfrmFocusHighlight::UpdateCommands);
+}
+
+void TfrmFocusHighlight::UpdateCommands()
+{
+    // The engine's flag first: after "select all" the text itself can be megabytes.
+    ui->acCopy->setEnabled(ui->ebFocusText->IsComplete() &&
+                           (ui->ebFocusText->hasSelection() || !ui->ebFocusText->GetSelectedText().isEmpty()));
+}
+
+void TfrmFocusHighlight::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (event->spontaneous())
+        return;
+    // Who opens the window is told of nothing that fails on the way.
+    try {
+        FormShow();
+    } catch (const std::exception &) {
+    }
+}
+
+void TfrmFocusHighlight::FormShow()
+{
+    LoadFocusHighLight();
+    if (!HasRow())
+        ui->ebFocusText->LoadFromString({});
+    ShowMarkCaptions(
+        {ui->lcFocusItemTitle, ui->lcFocusItemPriority, ui->lcFocusItemKeyword, ui->lcFocusItemDescription},
+        designedCaptions, vietnameseCaptions);
+    vIsInitFocus = false;
+}
+
+void TfrmFocusHighlight::closeEvent(QCloseEvent *event)
+{
+    QWidget::closeEvent(event);
+    RunGuarded([] { Marks().Close(); });
+    // What waits below goes through this window on its way back: it stays until then.
+    if (m_isFollowing) {
+        m_isClosedWaiting = testAttribute(Qt::WA_DeleteOnClose);
+        setAttribute(Qt::WA_DeleteOnClose, false);
+    }
+}
+
+void TfrmFocusHighlight::LoadFocusHighLight()
+{
+    const MarksFilter filter{CollectionMode, ui->cbSuttaType->currentIndex(), ui->edSearch->text()};
+    TpFIBDataSet &qryFocus = Marks();
+    qryFocus.Close();
+    qryFocus.SelectSQL() = QStringList{filter.Statement(frmClientsDM->vDefFocusSQL)};
+    if (filter.ChoosesCollection())
+        qryFocus.ParamByName(u"A_NIK"_s).SetAsInteger(filter.suttaType);
+    if (filter.Searches())
+        qryFocus.ParamByName(u"SEARCH_TEXT"_s).SetAsString(filter.SearchPattern());
+    qryFocus.Open();
+    ++m_openings;
+    if (qryFocus.RecNo() >= 0)
+        ViewHighLight();
+}
+
+bool TfrmFocusHighlight::HasRow() const
+{
+    return Marks().Active() && (Marks().RecNo() >= 0 || Marks().State() == DataSetState::Insert);
+}
+
+TfrmFocusHighlight::Shown TfrmFocusHighlight::CurrentRow() const
+{
+    const bool isPending = Marks().State() == DataSetState::Insert;
+    return {m_openings, isPending ? Marks().RecordCount() : Marks().RecNo(),
+            Marks().FieldByName(excerptField).AsBytes()};
+}
+
+void TfrmFocusHighlight::gtvFocusSelectionChanged()
+{
+    if (HasRow() && CurrentRow() != m_shown)
+        ViewHighLight();
+}
+
+void TfrmFocusHighlight::ViewHighLight()
+{
+    m_shown = CurrentRow();
+    ui->ebFocusText->LoadFromString(m_shown.excerpt);
+    if (!vIsInitFocus && vIsViewSutta)
+        FollowMark();
+}
+
+void TfrmFocusHighlight::FollowMark()
+{
+    // Pages are waited for, and the list may move on meanwhile: the wait that stands goes over to the newer row instead
+    // of bearing another wait.
+    m_isFollowDue = true;
+    if (m_isFollowing)
+        return;
+    m_isFollowing = true;
+    const auto end = qScopeGuard([this] {
+        m_isFollowing = false;
+        if (m_isClosedWaiting)
+            deleteLater();
+    });
+    while (std::exchange(m_isFollowDue, false) && HasRow() && isVisible()) {
+        const int collection = Marks().FieldByName(u"NIK_SUT"_s).AsInteger();
+        const int number = Marks().FieldByName(u"NIC_SUT"_s).AsInteger();
+        // One character for each byte, the mark at the beginning included: only an excerpt without that mark and in
+        // plain ASCII is found again.
+        const QString words = HtmlToPlainText(FromWindows1252(Marks().FieldByName(excerptField).AsBytes()));
+        if (m_isFollowDue || !isVisible())
+            continue;
+        LocateText(collection, number);
+        frmMain->Content().SearchAndHighlight(words, {}, ScrollMode::None, {}, u"Yellow"_s);
+    }
+}
+
+void TfrmFocusHighlight::LocateText(int collection, int number)
+{
+    if (CollectionMode == 1)
+        frmMain->qryTreeSutas.Locate(u"ID_VIC"_s, number);
+    if (CollectionMode != 2)
+        return;
+    static const std::array commands{u"acDN"_s, u"acMN"_s, u"acAN"_s, u"acSN"_s, u"acKN"_s};
+    const bool isKnown = collection >= 1 && collection <= static_cast<int>(commands.size());
+    if (isKnown && frmMain->vTaruneBook != collection) {
+        if (auto *command = frmMain->findChild<QAction *>(commands[static_cast<size_t>(collection - 1)]))
+            command->trigger();
+    }
+    frmMain->qryTreeSutas.Locate(u"ID_NIC"_s, number);
+}
+
+void TfrmFocusHighlight::bIsViewSuttaClick()
+{
+    vIsViewSutta = ui->bIsViewSutta->isChecked();
+    if (vIsViewSutta && HasRow())
+        ViewHighLight();
+}
+
+void TfrmFocusHighlight::cbSuttaTypePropertiesChange()
+{
+    if (!vIsInitFocus)
+        LoadFocusHighLight();
+}
+
+void TfrmFocusHighlight::edSearchKeyUp(int key)
+{
+    switch (MeaningOfFilterKey(key)) {
+    case FilterKey::Nothing:
+        break;
+    case FilterKey::NextRow:
+        if (!Marks().Eof())
+            Marks().Next();
+        break;
+    case FilterKey::PriorRow:
+        if (!Marks().Bof())
+            Marks().Prior();
+        break;
+    case FilterKey::Reload:
+        LoadFocusHighLight();
+        break;
+    }
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+/// What the browser of marks lists.
+struct MarksFilter
+{
+    int collectionMode = 1; ///< 1: this program, 2: the sibling, which chooses a collection
+    int suttaType = 0;      ///< collection code chosen in mode 2, 0 for all
+    QString searchText;     ///< as typed
+
+    /// The select text, built anew from the one without any filter. Parameters in it: A_NIK, SEARCH_TEXT.
+    QString Statement(const QString &baseSql) const;
+    bool ChoosesCollection() const { return collectionMode == 2 && suttaType > 0; }
+    bool Searches() const;
+    /// Value of SEARCH_TEXT.
+    QString SearchPattern() const;
+};
+
+/// Upper case character by character: what would grow, as "ß", stays.
+QString UpperByCharacter(const QString &text);

@@ -1,0 +1,87 @@
+#include "reader/Main.h"
+
+#include "marks/Excerpt.h"
+#include "marks/FocusEdit.h"
+#include "marks/FocusHighlight.h"
+#include "presentation/GlobalUnit.h"
+#include "reader/ReaderRules.h"
+#include "stores/ClientsDM.h"
+#include "stores/KeloraSuttaList.h"
+#include "stores/Modules.h"
+#include "toolkit/BrowserControl.h"
+#include "toolkit/Doors.h"
+#include "toolkit/Forms.h"
+#include "ui_Main.h"
+
+#include <QScopeGuard>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int KeloraCollection = 6;
+
+} // namespace
+
+void TfrmMain::DeclareSuttaListScript()
+{
+    scInsKelora.setObjectName(u"scInsKelora"_s);
+    scInsKelora.Script() = KeloraSuttaListScript();
+    if (frmClientsDM)
+        scInsKelora.SetDatabase(&frmClientsDM->dbClientTarune);
+}
+
+void TfrmMain::acFocusHighlightExecute()
+{
+    // The selection is waited for, processing events.
+    if (std::exchange(m_isMarking, true))
+        return;
+    const auto end = qScopeGuard([this] { m_isMarking = false; });
+    const int number = qryTreeSutas.FieldByName(u"ID_VIC"_s).AsInteger();
+    TfrmFocusEdit editor(this);
+    const QString selection = ui->ebContent->GetSelectedHtml();
+    if (selection.isEmpty())
+        return; // the page went away meanwhile
+    editor.vFocusS = ExcerptPage(selection);
+    editor.excerptFile.Save(ExcerptFileBytes(editor.vFocusS));
+    FillSuttaList();
+    TpFIBDataSet &qryFocus = frmClientsDM->qryFocus;
+    qryFocus.Open();
+    qryFocus.Insert();
+    qryFocus.FieldByName(u"NIK_SUT"_s).SetAsInteger(KeloraCollection);
+    qryFocus.FieldByName(u"NIC_SUT"_s).SetAsInteger(number);
+    editor.exec();
+}
+
+void TfrmMain::FillSuttaList()
+{
+    TpFIBDataSet &qryTemp = frmClientsDM->qryTemp;
+    qryTemp.Close();
+    qryTemp.SelectSQL() = QStringList{u"select count(s.nik_sut) CNT_KELORA from sutta_list s where s.nik_sut = 6"_s};
+    qryTemp.Open();
+    const int count = qryTemp.FieldByName(u"CNT_KELORA"_s).AsInteger();
+    qryTemp.Close();
+    if (count > 0)
+        return;
+    try {
+        scInsKelora.ExecuteScript();
+    } catch (const std::exception &) {
+        // The mark is kept all the same, though not listed until its text is.
+    }
+}
+
+void TfrmMain::acOrganizationExecute()
+{
+    if (!frmClientsDM || !frmClientsDM->vIsOKClients) {
+        const QString text = ClientDatabaseNotOpenText(InterfaceLang);
+        if (!text.isEmpty())
+            Doors().messageBox(u"Lumivara 1.0"_s, text, BoxButtons::Ok, BoxIcon::None);
+        return;
+    }
+    try {
+        OpenForm(u"frmFocusHighlight"_s, [] { return new TfrmFocusHighlight; });
+    } catch (const std::exception &) {
+    }
+}

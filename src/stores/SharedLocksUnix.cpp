@@ -1,0 +1,97 @@
+// Processes that have one database open share the engine's lock table, guarded by mutexes in a mapped file. The engine
+// of this platform was built without robust mutexes: a process that is killed inside such a lock leaves it locked for
+// ever, and every other copy of the program, and each that starts later, waits for ever. The engine itself knows how to
+// go on after a dead owner; it only has to get the lock. So the few calls that matter pass through here: process-shared
+// mutexes of the engine become robust, and a lock inherited from a dead process is declared consistent, as the engine
+// does where it was built with them. The program's own symbols come before those of the C library in every module that
+// is loaded later. Calls of all other modules go through unchanged.
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+#include <dlfcn.h>
+#include <pthread.h>
+
+namespace {
+
+/// The next definition of a function after the program's own, looked up at the first call. No function-local static:
+/// its guard might itself want a mutex.
+template <typename Function>
+class Real
+{
+public:
+    explicit constexpr Real(const char *name) : m_name(name) {}
+    Function *operator()()
+    {
+        Function *function = m_function.load(std::memory_order_relaxed);
+        if (!function) {
+            function = reinterpret_cast<Function *>(::dlsym(RTLD_NEXT, m_name));
+            m_function.store(function, std::memory_order_relaxed);
+        }
+        return function;
+    }
+
+private:
+    const char *m_name;
+    std::atomic<Function *> m_function{nullptr};
+};
+
+constinit Real<int(pthread_mutexattr_t *, int)> RealSetShared("pthread_mutexattr_setpshared");
+constinit Real<int(pthread_mutex_t *)> RealLock("pthread_mutex_lock");
+constinit Real<int(pthread_mutex_t *)> RealTryLock("pthread_mutex_trylock");
+constinit Real<int(pthread_cond_t *, pthread_mutex_t *)> RealWait("pthread_cond_wait");
+constinit Real<int(pthread_cond_t *, pthread_mutex_t *, const timespec *)> RealTimedWait("pthread_cond_timedwait");
+
+bool IsEngine(const void *caller)
+{
+    Dl_info module = {};
+    if (::dladdr(caller, &module) == 0 || !module.dli_fname)
+        return false;
+    return std::strstr(module.dli_fname, "libEngine") || std::strstr(module.dli_fname, "libfbclient");
+}
+
+/// What a lock's result means to its caller: the engine goes on with a mutex whose owner died.
+int Recovered(int result, pthread_mutex_t *mutex, const void *caller)
+{
+    if (result != EOWNERDEAD || !IsEngine(caller))
+        return result;
+    return ::pthread_mutex_consistent(mutex);
+}
+
+} // namespace
+
+extern "C" {
+
+int pthread_mutexattr_setpshared(pthread_mutexattr_t *attributes, int shared) noexcept
+{
+    const int result = RealSetShared()(attributes, shared);
+    if (result == 0 && shared == PTHREAD_PROCESS_SHARED && IsEngine(__builtin_return_address(0)))
+        return ::pthread_mutexattr_setrobust(attributes, PTHREAD_MUTEX_ROBUST);
+    return result;
+}
+
+int pthread_mutex_lock(pthread_mutex_t *mutex) noexcept
+{
+    return Recovered(RealLock()(mutex), mutex, __builtin_return_address(0));
+}
+
+int pthread_mutex_trylock(pthread_mutex_t *mutex) noexcept
+{
+    return Recovered(RealTryLock()(mutex), mutex, __builtin_return_address(0));
+}
+
+int pthread_cond_wait(pthread_cond_t *condition, pthread_mutex_t *mutex)
+{
+    return Recovered(RealWait()(condition, mutex), mutex, __builtin_return_address(0));
+}
+
+int pthread_cond_timedwait(pthread_cond_t *condition, pthread_mutex_t *mutex, const timespec *until)
+{
+    return Recovered(RealTimedWait()(condition, mutex, until), mutex, __builtin_return_address(0));
+}
+
+} // extern "C"
+
+/// Called by the loader of the engine, so that no linker leaves this file out.
+void KeepSharedLocks() {}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "stores/DataSource.h"
+
+#include <QFrame>
+#include <QPointer>
+#include <QStringList>
+
+#include <array>
+
+class QToolButton;
+
+/// Buttons that move a dataset's cursor: first, prior, next, last, and one that reads the rows again. They take no
+/// focus.
+class TDBNavigator : public QFrame, private DataLink
+{
+    Q_OBJECT
+    Q_PROPERTY(QStringList Hints READ Hints WRITE SetHints)
+public:
+    explicit TDBNavigator(QWidget *parent = nullptr);
+    ~TDBNavigator() override;
+
+    /// One for each button, from the left.
+    QStringList Hints() const;
+    void SetHints(const QStringList &hints);
+    /// Borrows the data source.
+    void SetDataSource(TDataSource *dataSource);
+
+private:
+    enum Button { First, Prior, Next, Last, Refresh, ButtonCount };
+
+    void ActiveChanged() override { ShowState(); }
+    void DataSetChanged() override { ShowState(); }
+    void DataSetScrolled() override { ShowState(); }
+    void RecordChanged() override { ShowState(); }
+    void ShowState();
+    void Press(Button button);
+
+    QPointer<TDataSource> m_dataSource;
+    std::array<QToolButton *, ButtonCount> m_buttons{};
+};

@@ -1,0 +1,69 @@
+#include "toolkit/FieldLink.h"
+
+#include "stores/DataSet.h"
+
+void FieldLink::SetDataSource(TDataSource *dataSource)
+{
+    if (m_dataSource)
+        m_dataSource->RemoveLink(this);
+    m_dataSource = dataSource;
+    if (!m_dataSource)
+        return;
+    m_dataSource->AddLink(this);
+    Show();
+}
+
+void FieldLink::SetFieldName(const QString &name)
+{
+    m_fieldName = name;
+    Show();
+}
+
+TDataSet *FieldLink::OpenDataSet() const
+{
+    TDataSet *dataSet = m_dataSource ? m_dataSource->DataSet() : nullptr;
+    return dataSet && dataSet->Active() ? dataSet : nullptr;
+}
+
+TField *FieldLink::Field() const
+{
+    const TDataSet *dataSet = OpenDataSet();
+    return dataSet ? dataSet->FindField(m_fieldName) : nullptr;
+}
+
+bool FieldLink::CanEdit() const
+{
+    const TDataSet *dataSet = OpenDataSet();
+    return dataSet && Field() && (dataSet->State() == DataSetState::Insert || dataSet->RecNo() >= 0);
+}
+
+bool FieldLink::IsEditing() const
+{
+    const TDataSet *dataSet = OpenDataSet();
+    return dataSet && (dataSet->State() == DataSetState::Edit || dataSet->State() == DataSetState::Insert);
+}
+
+void FieldLink::Write(const std::function<void(TField &)> &write)
+{
+    if (!CanEdit()) {
+        Show();
+        return;
+    }
+    try {
+        m_isWriting = true;
+        OpenDataSet()->Edit();
+        if (TField *field = Field())
+            write(*field);
+        m_isWriting = false;
+    } catch (...) {
+        m_isWriting = false;
+        Show();
+        throw;
+    }
+}
+
+void FieldLink::Show() const
+{
+    if (!m_isWriting)
+        m_show();
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QList>
+#include <QWidget>
+
+class QLabel;
+
+/// A cell of a window's layout: a caption, and beside it what the cell's own layout holds.
+class TdxLayoutItem : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
+public:
+    explicit TdxLayoutItem(QWidget *parent = nullptr);
+
+    QString Caption() const;
+    /// The caption also names the control to those who can't see it.
+    void SetCaption(const QString &caption);
+
+    /// Gives the captions of items that stand under each other one width.
+    static void AlignCaptions(const QList<TdxLayoutItem *> &items);
+
+private:
+    QLabel *m_caption;
+};

@@ -1,0 +1,63 @@
+#include "crash/CrashRun.h"
+
+#include "support/TestSupport.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void Run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    EXPECT_TRUE(process.waitForFinished(PatienceMilliseconds));
+    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
+}
+
+} // namespace
+
+QString WorkerPath()
+{
+    return QCoreApplication::applicationDirPath() + u"/crash_worker"_s;
+}
+
+void MakeMarks(const QString &folder, bool withTexts)
+{
+    QFile::remove(folder + u"/TARUNECLIENT.FDB"_s);
+    Run(ProductFolder() + u"lumivara-data"_s, {u"build"_s, u"--only"_s, u"marks"_s, u"--out"_s, folder});
+    if (withTexts)
+        Run(WorkerPath(), {folder, u"seed"_s});
+}
+
+std::optional<StoredRows> ReadStored(const QString &folder)
+{
+    QProcess reader;
+    reader.start(WorkerPath(), {folder, u"dump"_s});
+    if (!reader.waitForFinished(StallMilliseconds)) {
+        reader.kill();
+        reader.waitForFinished();
+        return {};
+    }
+    if (reader.exitStatus() != QProcess::NormalExit)
+        return {};
+    EXPECT_EQ(reader.exitCode(), 0) << reader.readAllStandardError().constData();
+    StoredRows rows;
+    for (const QByteArray &line : reader.readAllStandardOutput().split('\n')) {
+        if (line.isEmpty())
+            continue;
+        const QString title = QString::fromUtf8(line.left(line.indexOf(' ')));
+        EXPECT_FALSE(rows.contains(title)) << "twice: " << qPrintable(title);
+        rows[title] = line.mid(line.indexOf(' ') + 1);
+    }
+    return rows;
+}
+
+int main(int argc, char **argv)
+{
+    testing::InitGoogleMock(&argc, argv);
+    const QCoreApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}

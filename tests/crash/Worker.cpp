@@ -1,0 +1,215 @@
+#include "crash/CrashRow.h"
+
+#include "presentation/GlobalUnit.h"
+#include "stores/ClientsDM.h"
+#include "stores/DatabaseError.h"
+#include "stores/KeloraSuttaList.h"
+#include "stores/Scripter.h"
+#include "support/TestSupport.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QHash>
+#include <QRandomGenerator>
+#include <QThread>
+
+#include <chrono>
+#include <clocale>
+#include <cstdio>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+// One copy of the program, as far as the marks know it: adds, edits and deletes through the client module until it is
+// killed or has done its share. What it is about to do and what is done goes down the standard output, unbuffered.
+//
+//   crash_worker FOLDER seed                       enters the list of texts
+//   crash_worker FOLDER work OWNER FIRST MS        operations on rows of its own without end, with a pause
+//   crash_worker FOLDER add OWNER FIRST COUNT      COUNT new rows, and an edit after every third
+//   crash_worker FOLDER dump                       title and digest of the excerpt of every row
+
+namespace {
+
+constexpr int MostTries = 500;
+constexpr qsizetype MostRows = 80;
+
+void Say(const QString &line)
+{
+    const QByteArray bytes = line.toUtf8() + '\n';
+    if (::write(STDOUT_FILENO, bytes.constData(), static_cast<size_t>(bytes.size())) != bytes.size())
+        ::_exit(4);
+}
+
+qint64 Microseconds()
+{
+    using namespace std::chrono;
+    return duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+class Worker
+{
+public:
+    Worker(TfrmClientsDM &module, char owner, qint64 firstId)
+        : m_marks(module.qryFocus), m_owner(owner), m_nextId(firstId), m_random(static_cast<quint32>(firstId))
+    {
+        for (m_marks.Open(); !m_marks.Eof(); m_marks.Next()) {
+            const QString title = m_marks.FieldByName(u"NAME_FOC"_s).AsString();
+            if (title.startsWith(QChar::fromLatin1(owner)))
+                m_rows.append(CrashRow::FromTitle(title));
+        }
+    }
+
+    void DoOne()
+    {
+        const quint32 dice = m_random.bounded(100U);
+        if (m_rows.isEmpty() || (dice < 50 && m_rows.size() < MostRows))
+            Add();
+        else if (dice < 80)
+            Change(static_cast<qsizetype>(m_random.bounded(static_cast<quint32>(m_rows.size()))));
+        else
+            Remove(static_cast<qsizetype>(m_random.bounded(static_cast<quint32>(m_rows.size()))));
+    }
+
+    void AddMany(int count)
+    {
+        for (int row = 1; row <= count; ++row) {
+            Add();
+            if (row % 3 == 0)
+                Change(static_cast<qsizetype>(m_random.bounded(static_cast<quint32>(m_rows.size()))));
+        }
+    }
+
+private:
+    template <typename Action>
+    void Told(char kind, const CrashRow &row, Action action)
+    {
+        Say(u"begin %1 %2 %3 %4"_s.arg(QChar::fromLatin1(kind)).arg(row.id).arg(row.version).arg(Microseconds()));
+        int tries = 0;
+        for (;; ++tries) {
+            try {
+                action();
+                break;
+            } catch (const DatabaseError &error) {
+                // The other copy was at the same key or page. The row is pending, the same post is tried again.
+                if (tries == MostTries) {
+                    std::fprintf(stderr, "%s\n", error.what());
+                    ::_exit(3);
+                }
+            }
+        }
+        Say(u"end %1 %2"_s.arg(tries).arg(Microseconds()));
+    }
+    void Fill(const CrashRow &row)
+    {
+        m_marks.FieldByName(u"NAME_FOC"_s).SetAsString(row.Title(m_owner));
+        m_marks.FieldByName(u"TEXT_FOC"_s).SetAsBytes(row.Excerpt());
+    }
+    void Add()
+    {
+        const CrashRow row{m_nextId++, 0};
+        Told('a', row, [&] {
+            if (m_marks.State() != DataSetState::Insert) {
+                m_marks.Insert();
+                Fill(row);
+                m_marks.FieldByName(u"NIK_SUT"_s).SetAsInteger(6);
+                m_marks.FieldByName(u"NIC_SUT"_s).SetAsInteger(1101);
+            }
+            m_marks.Post();
+        });
+        m_rows.append(row);
+    }
+    void StandOn(const CrashRow &row)
+    {
+        if (!m_marks.Locate(u"NAME_FOC"_s, row.Title(m_owner)))
+            ::_exit(5);
+    }
+    void Change(qsizetype index)
+    {
+        StandOn(m_rows[index]);
+        const CrashRow row{m_rows[index].id, m_rows[index].version + 1};
+        Told('e', row, [&] {
+            if (m_marks.State() != DataSetState::Edit) {
+                m_marks.Edit();
+                Fill(row);
+            }
+            m_marks.Post();
+        });
+        m_rows[index] = row;
+    }
+    void Remove(qsizetype index)
+    {
+        StandOn(m_rows[index]);
+        Told('d', m_rows[index], [&] { m_marks.Delete(); });
+        m_rows.removeAt(index);
+    }
+
+    TpFIBDataSet &m_marks;
+    char m_owner;
+    qint64 m_nextId;
+    QRandomGenerator m_random;
+    QList<CrashRow> m_rows;
+};
+
+int Run(const QStringList &arguments)
+{
+    AppPath = arguments[1] + u'/';
+    ModuleDoors doors;
+    doors.exeName = ProductFolder() + u"Lumivara"_s;
+    TfrmClientsDM module(doors);
+    module.DataModuleCreate();
+    if (!module.vIsOKClients) {
+        std::fprintf(stderr, "the file does not open\n");
+        return 1;
+    }
+    const QString &verb = arguments[2];
+    if (verb == "seed"_L1) {
+        TpFIBScripter script;
+        script.SetDatabase(&module.dbClientTarune);
+        script.Script() = KeloraSuttaListScript();
+        script.ExecuteScript();
+    } else if (verb == "dump"_L1) {
+        // One moment of the file, whatever another copy deletes while its rows are read.
+        module.trClientTarune.SetActive(false);
+        module.trClientTarune.TRParams() = QStringList{u"read"_s, u"concurrency"_s, u"nowait"_s};
+        module.trClientTarune.SetActive(true);
+        for (module.qryFocus.Open(); !module.qryFocus.Eof(); module.qryFocus.Next()) {
+            QByteArray digest = "unreadable"; // a row that another copy has just changed
+            try {
+                digest = QCryptographicHash::hash(module.qryFocus.FieldByName(u"TEXT_FOC"_s).AsBytes(),
+                                                  QCryptographicHash::Sha256)
+                             .toHex();
+            } catch (const DatabaseError &error) {
+                std::fprintf(stderr, "%s\n", error.what());
+            }
+            Say(module.qryFocus.FieldByName(u"NAME_FOC"_s).AsString() + u' ' + QString::fromLatin1(digest));
+        }
+    } else {
+        Worker worker(module, arguments[3].at(0).toLatin1(), arguments[4].toLongLong());
+        const int amount = arguments[5].toInt();
+        if (verb == "add"_L1) {
+            worker.AddMany(amount);
+            return 0;
+        }
+        for (;;) {
+            worker.DoOne();
+            QThread::msleep(static_cast<unsigned long>(amount));
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    std::setlocale(LC_CTYPE, "C.UTF-8");
+    int code = 2;
+    try {
+        code = Run(QCoreApplication::arguments());
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "%s\n", error.what());
+    }
+    TpFIBDatabase::ShutDownEngine();
+    return code;
+}

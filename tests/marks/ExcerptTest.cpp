@@ -1,0 +1,186 @@
+#include "marks/Excerpt.h"
+#include "marks/ExcerptFile.h"
+#include "marks/MarksFilter.h"
+#include "presentation/GlobalUnit.h"
+#include "support/TestSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QScopedValueRollback>
+
+#include <gmock/gmock.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+TEST(Excerpt, PageIsMadeByteForByte)
+{
+    const QByteArray head = "\xEF\xBB\xBF<HTML>\r\n<head>\r\n<meta http-equiv=\"Content-Type\" content=\"text/html; "
+                            "charset=utf-8\" />\r\n<body>\r\n<blockquote>\r\n<font face = \"Segoe UI\">";
+    const QByteArray tail = "\r\n</font>\r\n</blockquote>\r\n</body>\r\n</head>\r\n</HTML>\r\n";
+    const struct
+    {
+        QString selection;
+        QByteArray middle;
+    } rows[]{
+        {u""_s, ""},
+        {u"<p>Phẩm&nbsp;</p>"_s, "<p>Ph\xE1\xBA\xA9m&nbsp;</p>"},
+        // CR, LF and CR LF end a line; no other sign does.
+        {u"a\rb\nc\r\nd\n\re\u2028f\u000Bg"_s, "a\r\nb\r\nc\r\nd\r\n\r\ne\xE2\x80\xA8"
+                                               "f\x0B"
+                                               "g"},
+        {u"\n\n"_s, "\r\n\r\n"},
+        {u"\U0001F600\uFEFF"_s, "\xF0\x9F\x98\x80\xEF\xBB\xBF"},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(ExcerptFileBytes(ExcerptPage(row.selection)), head + row.middle + tail) << qPrintable(row.selection);
+}
+
+TEST(Excerpt, EveryByteSurvivesAsACharacter)
+{
+    QByteArray bytes;
+    for (int byte = 0; byte < 256; ++byte)
+        bytes.append(static_cast<char>(byte));
+    const QString text = FromWindows1252(bytes);
+    EXPECT_EQ(ToWindows1252(text), bytes);
+    EXPECT_EQ(QSet<QChar>(text.begin(), text.end()).size(), 256);
+    EXPECT_EQ(FromWindows1252("\xEF\xBB\xBF\x80\x81\x8D\x8F\x90\x9D\x9F\xC4\x81"),
+              u"ï»¿€\u0081\u008D\u008F\u0090\u009DŸÄ\u0081"_s);
+    EXPECT_EQ(ToWindows1252(u"āa\u0080"_s), "?a?");
+}
+
+TEST(Excerpt, DefaultTitleIsThePlainTextBehindTheMark)
+{
+    const auto titleOf = [](const QString &selection) {
+        return DefaultTitle(ExcerptFileBytes(ExcerptPage(selection)));
+    };
+    const QString x70(70, u'x');
+    const struct
+    {
+        QString selection, title;
+    } rows[]{
+        {u"<p>Đại <b>phẩm</b></p>"_s, u"\uFEFFĐạiphẩm"_s},
+        {x70, u'\uFEFF' + x70.left(62)},
+        {x70.left(61) + u"\U0001F600"_s, u'\uFEFF' + x70.left(61)},
+        {x70.left(60) + u"\U0001F600z"_s, u'\uFEFF' + x70.left(60) + u"\U0001F600"_s},
+        {u"&amp;lt;&nbsp;&#7789;"_s, u"\uFEFF&lt;&nbsp;&#7789;"_s},
+        {u"one<b two"_s, u"\uFEFFone"_s},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(titleOf(row.selection), row.title) << qPrintable(row.selection);
+    EXPECT_EQ(DefaultTitle({}), QString());
+    EXPECT_EQ(DefaultTitle("plain"), u"plain"_s) << "an excerpt without the mark has none";
+    EXPECT_EQ(DefaultTitle("\xFF x"), u"\uFFFD x"_s);
+}
+
+TEST(MarksFilter, StatementGrowsByTheClausesThatApply)
+{
+    const QString search = u" ((upper(F.NAME_FOC) like :SEARCH_TEXT) or  (upper(F.KEYWORD_FOC) like :SEARCH_TEXT))"_s;
+    const struct
+    {
+        MarksFilter filter;
+        QString sql, pattern;
+    } rows[]{
+        {{1, 3, u" \t"_s}, u"S where F.NIK_SUT = 6"_s, u"%%"_s},
+        {{1, 0, u" Đại phẩm "_s}, u"S where F.NIK_SUT = 6 and "_s + search, u"%ĐẠI PHẨM%"_s},
+        {{2, 0, u""_s}, u"S"_s, u"%%"_s},
+        {{2, 0, u"a"_s}, u"S where "_s + search, u"%A%"_s},
+        {{2, 3, u"straße ﬁ \U00010428"_s}, u"S where F.NIK_SUT = :A_NIK  and "_s + search, u"%STRAßE ﬁ \U00010400%"_s},
+        {{2, 3, u""_s}, u"S where F.NIK_SUT = :A_NIK "_s, u"%%"_s},
+    };
+    for (const auto &row : rows) {
+        EXPECT_EQ(row.filter.Statement(u"S"_s), row.sql);
+        EXPECT_EQ(row.filter.SearchPattern(), row.pattern);
+        EXPECT_EQ(row.filter.ChoosesCollection(), row.sql.contains(u"A_NIK"_s));
+        EXPECT_EQ(row.filter.Searches(), row.sql.contains(u"SEARCH_TEXT"_s));
+    }
+}
+
+namespace {
+
+class WorkFile : public testing::Test
+{
+protected:
+    QString Path() const { return folder.Path(u"tmpfocus.html"_s); }
+    QString Folder() const { return folder.Path(QString()) + u'/'; }
+    static QByteArray Content(const QString &path)
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << qPrintable(path);
+        return file.readAll();
+    }
+    static QString FailureOf(const std::function<void()> &call)
+    {
+        try {
+            call();
+        } catch (const std::exception &failure) {
+            return QString::fromUtf8(failure.what());
+        }
+        return {};
+    }
+
+    ScratchFolder folder;
+    QScopedValueRollback<int> language{InterfaceLang, 1};
+};
+
+} // namespace
+
+TEST_F(WorkFile, IsReplacedAndReadWhole)
+{
+    ExcerptFile file(Folder());
+    EXPECT_NE(FailureOf([&] { file.Load(); }), QString());
+    for (const QByteArray &bytes : {QByteArray("one\0two", 7), QByteArray(), QByteArray(20'000'000, 'x')}) {
+        file.Save(bytes);
+        EXPECT_EQ(file.Load(), bytes);
+    }
+    EXPECT_EQ(QDir(Folder()).entryList(QDir::Files), QStringList{u"tmpfocus.html"_s});
+}
+
+TEST_F(WorkFile, NoLinkIsFollowed)
+{
+    const ScratchFolder elsewhere;
+    QFile victim(elsewhere.Path(u"victim"_s));
+    EXPECT_TRUE(victim.open(QIODevice::WriteOnly) && victim.write("mine") == 4 && victim.flush());
+    EXPECT_TRUE(QFile::link(victim.fileName(), Path()));
+    ExcerptFile file(Folder());
+    EXPECT_TRUE(FailureOf([&] { file.Load(); }).contains(u"cannot be read"_s));
+    file.Save("excerpt");
+    EXPECT_EQ(Content(victim.fileName()), "mine");
+    EXPECT_FALSE(QFileInfo(Path()).isSymLink());
+    EXPECT_EQ(file.Load(), "excerpt");
+}
+
+TEST_F(WorkFile, AFailureNamesItsCauseAndLeavesNothingBeside)
+{
+    ExcerptFile file(Folder());
+    EXPECT_TRUE(QDir(Folder()).mkdir(u"tmpfocus.html"_s));
+    EXPECT_TRUE(FailureOf([&] { file.Save("x"); }).endsWith(u"cannot be written: Is a directory"_s));
+    EXPECT_NE(FailureOf([&] { file.Load(); }), QString());
+    EXPECT_TRUE(QDir(Folder()).rmdir(u"tmpfocus.html"_s));
+    EXPECT_EQ(::mkfifo(QFile::encodeName(Path()).constData(), 0600), 0);
+    EXPECT_EQ(FailureOf([&] { file.Save("x"); }), QString()) << "a pipe is replaced, not written to";
+    EXPECT_EQ(QDir(Folder()).entryList(QDir::Files | QDir::System), QStringList{u"tmpfocus.html"_s});
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "root may write everywhere";
+    EXPECT_TRUE(QFile::setPermissions(Folder(), QFile::ReadOwner | QFile::ExeOwner));
+    EXPECT_TRUE(FailureOf([&] { file.Save("y"); }).endsWith(u"cannot be written: Permission denied"_s));
+    EXPECT_TRUE(QFile::setPermissions(Folder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    EXPECT_EQ(Content(Path()), "x");
+}
+
+TEST_F(WorkFile, OnlyOneCopyHasItAtATime)
+{
+    auto first = std::make_unique<ExcerptFile>(Folder());
+    ExcerptFile second(Folder());
+    first->Save("first");
+    EXPECT_TRUE(FailureOf([&] { second.Save("second"); }).contains(u"another copy of the program"_s));
+    InterfaceLang = 0;
+    EXPECT_TRUE(FailureOf([&] { second.Save("second"); }).contains(u"một bản khác của chương trình"_s));
+    EXPECT_EQ(second.Load(), "first");
+    first->Save("again");
+    first.reset();
+    second.Save("second");
+    EXPECT_EQ(second.Load(), "second");
+}

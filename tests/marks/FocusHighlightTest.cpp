@@ -1,0 +1,300 @@
+#include "marks/FocusHighlight.h"
+
+#include "marks/FocusEdit.h"
+#include "marks/MarksWindow.h"
+#include "support/WaitFor.h"
+#include "toolkit/BrowserControl.h"
+#include "toolkit/CxGridDBTableView.h"
+#include "toolkit/Forms.h"
+#include "toolkit/LayoutItem.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QToolButton>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class FocusHighlight : public MarksWindow
+{
+protected:
+    /// Three marks of this collection and one of another, in a browser of marks.
+    void OpenWithMarks(int interfaceLang = 0)
+    {
+        Open(9971, interfaceLang);
+        const auto other = AnotherCopy();
+        AddMark(*other, u"Đại phẩm"_s, "<p>viet</p>", 1101);
+        AddMark(*other, u"100% kinh"_s, "\xEF\xBB\xBF<p>kinh</p>", 1201);
+        AddMark(*other, u"foreign"_s, "x", 5, 1);
+        AddMark(*other, u"straße"_s, "<p>kinh</p>", 1201);
+        OpenMarks();
+    }
+    void Press(const char *button) { QTest::mouseClick(&InMarks<QToolButton>(button), Qt::LeftButton); }
+    void Search(const QString &text)
+    {
+        InMarks<QLineEdit>("edSearch").setText(text);
+        QTest::keyClick(&InMarks<QLineEdit>("edSearch"), Qt::Key_Shift);
+    }
+    QString Titles()
+    {
+        QStringList titles;
+        const int field = Marks().FieldByName(u"NAME_FOC"_s).Index();
+        Marks().FetchAll();
+        for (int row = 0; row < Marks().RecordCount(); ++row)
+            titles.append(Marks().ValueAt(row, field).toString());
+        return titles.join(u'|');
+    }
+    QByteArray Excerpt() { return InMarks<TBrowserControl>("ebFocusText").Source(); }
+    int CurrentId() { return window->qryTreeSutas.FieldByName(u"ID_VIC"_s).AsInteger(); }
+    int Yellow()
+    {
+        return Browser()
+            .Evaluate(u"[...document.querySelectorAll('font')].filter((e) => "
+                      "getComputedStyle(e).backgroundColor == 'rgb(255, 255, 0)').length"_s)
+            .toInt();
+    }
+    TcxGridDBTableView &List() { return InMarks<TcxGridDBTableView>("gtvFocus"); }
+    bool Enabled(const char *action) { return InMarks<QAction>(action).isEnabled(); }
+    /// After the rest of the event loop: "post cancel delete" as far as they are enabled.
+    QString Actions()
+    {
+        Pause(30);
+        QStringList enabled;
+        for (const char *name : {"DataSetPost1", "DataSetCancel1", "DataSetDelete1"}) {
+            if (Enabled(name))
+                enabled.append(QString::fromLatin1(name).mid(7).toLower().chopped(1));
+        }
+        return enabled.join(u' ');
+    }
+};
+
+} // namespace
+
+TEST_F(FocusHighlight, OpensOnceOnAnEmptyListAndStartsAnew)
+{
+    Open(1101, 1);
+    OpenMarks();
+    EXPECT_EQ(form->size(), QSize(944, 602));
+    EXPECT_EQ(List().width(), 281);
+    EXPECT_FALSE(InMarks<QWidget>("lcLeftItemSuttaType").isVisible());
+    EXPECT_EQ(InMarks<TdxLayoutItem>("lcFocusItemTitle").Caption(), u"Title"_s);
+    EXPECT_EQ(List().property("OptionsView.NoDataToDisplayInfoText"), u"Không có ghi chép nào!"_s);
+    EXPECT_TRUE(InMarks<QLineEdit>("edTitleFocus").isReadOnly()) << "an edit makes no row";
+    form->showMinimized();
+    Trigger("acOrganization");
+    EXPECT_FALSE(form->isMinimized());
+    EXPECT_EQ(FindForm(u"frmFocusHighlight"_s), form);
+    InMarks<QToolButton>("bIsViewSutta").click();
+    QTimer::singleShot(0, form, &QWidget::close);
+    EXPECT_TRUE(WaitFor([&] { return !form; }));
+    EXPECT_FALSE(Marks().Active());
+    OpenMarks();
+    EXPECT_FALSE(InMarks<QToolButton>("bIsViewSutta").isChecked());
+
+    clients->vIsOKClients = false;
+    EXPECT_TRUE(WaitFor([&] { return !Action("acOrganization").isEnabled(); }));
+    CheckBoxes({});
+}
+
+TEST_F(FocusHighlight, FiltersOnEachReleasedKey)
+{
+    OpenWithMarks();
+    EXPECT_EQ(Titles(), u"Đại phẩm|100% kinh|straße"_s);
+    const struct
+    {
+        QString text, titles;
+    } rows[]{
+        {u" đẠI \t"_s, u"Đại phẩm"_s},
+        {u"0%"_s, u"100% kinh"_s},
+        {u"_Ạ"_s, u"Đại phẩm"_s},
+        {u"%"_s, u"Đại phẩm|100% kinh|straße"_s},
+        {u"straße"_s, u"straße"_s},
+        {u"strasse"_s, u""_s},
+        {u"foreign"_s, u""_s},
+        {u"'; drop"_s, u""_s},
+        {QString(5000, u'x'), u""_s},
+        {u"a\u0000b"_s, u""_s},
+        {u"\U0001F600"_s, u""_s},
+        {u"viet"_s, u""_s},
+        {u""_s, u"Đại phẩm|100% kinh|straße"_s},
+    };
+    for (const auto &row : rows) {
+        Search(row.text);
+        EXPECT_EQ(Titles(), row.titles) << qPrintable(row.text.left(20));
+    }
+    // Enter means nothing, Up and Down move and do nothing at the ends.
+    QLineEdit &search = InMarks<QLineEdit>("edSearch");
+    search.setText(u"đại"_s);
+    QTest::keyClick(&search, Qt::Key_Return);
+    EXPECT_EQ(Marks().RecordCount(), 3);
+    for (const int row : {1, 2, 2, 2}) {
+        QTest::keyClick(&search, Qt::Key_Down);
+        EXPECT_EQ(Marks().RecNo(), row);
+    }
+    for (const int row : {1, 0, 0, 0}) {
+        QTest::keyClick(&search, Qt::Key_Up);
+        EXPECT_EQ(Marks().RecNo(), row);
+    }
+    EXPECT_EQ(Marks().RecordCount(), 3);
+    // An empty result keeps the excerpt and empties the rest.
+    EXPECT_TRUE(WaitFor([&] { return Excerpt() == "<p>viet</p>"; }));
+    Search(u"nothing"_s);
+    EXPECT_EQ(Excerpt(), "<p>viet</p>");
+    EXPECT_EQ(InMarks<QLineEdit>("edTitleFocus").text() + InMarks<QLabel>("edSuttaName").text(), u""_s);
+    CheckBoxes({});
+}
+
+TEST_F(FocusHighlight, AChangeIsPostedWithANewKey)
+{
+    OpenWithMarks();
+    QLineEdit &title = InMarks<QLineEdit>("edTitleFocus");
+    EXPECT_EQ(title.text(), u"Đại phẩm"_s);
+    EXPECT_EQ(InMarks<QLabel>("edSuttaName").text(), u"(Tạng Luật - Chương Verañja)"_s);
+    EXPECT_EQ(Actions(), u""_s) << "the search box is bound to nothing";
+    title.setFocus();
+    EXPECT_EQ(Actions(), u"delete"_s);
+    title.setText(u"one"_s);
+    EXPECT_EQ(Actions(), u"post cancel delete"_s);
+    EXPECT_EQ(List().RowTexts(0), (QStringList{QString(), u"one"_s}));
+    Press("bCancel");
+    EXPECT_EQ(title.text(), u"Đại phẩm"_s);
+    InMarks<TBrowserControl>("ebFocusText").setFocus();
+    EXPECT_EQ(Actions(), u""_s);
+    title.setFocus();
+    title.setText(u"two"_s);
+    Pause(30);
+    Press("bPost");
+    EXPECT_EQ(Stored(), u"2 100% kinh|3 foreign|4 straße|5 two"_s);
+
+    // The open list of a combo is the combo; the choice goes to the row.
+    QComboBox &priority = InMarks<QComboBox>("edPriority");
+    priority.setFocus();
+    priority.showPopup();
+    QTest::keyClick(priority.view(), Qt::Key_Down);
+    EXPECT_EQ(Actions(), u"delete"_s);
+    QTest::keyClick(priority.view(), Qt::Key_Return);
+    EXPECT_EQ(Value("PRIORITY_FOC"), u"3"_s);
+    // A note that nobody touches keeps its line ends, and a move posts what was changed.
+    Marks().FieldByName(u"DESC_FOC"_s).SetAsString(u"a\rb\nc\r\n"_s);
+    QTest::keyClick(&InMarks<QLineEdit>("edSearch"), Qt::Key_Down);
+    EXPECT_EQ(Stored(), u"2 100% kinh|3 foreign|4 straße|6 two"_s);
+    QTest::keyClick(&InMarks<QLineEdit>("edSearch"), Qt::Key_Up);
+    EXPECT_EQ(InMarks<QPlainTextEdit>("mmDesc").toPlainText(), u"a\nb\nc\n"_s);
+    title.setText(u"three"_s);
+    title.setFocus();
+    Pause(30);
+    Press("bPost");
+    EXPECT_EQ(Value("DESC_FOC"), u"a\rb\nc\r\n"_s);
+
+    answers = {false, true};
+    Press("bDelete");
+    EXPECT_TRUE(Stored().endsWith(u"7 three"_s));
+    Press("bDelete");
+    EXPECT_EQ(Stored(), u"2 100% kinh|3 foreign|4 straße"_s);
+    const Box ask{u"Thông báo"_s, u"Đồng ý xóa dữ liệu đang chọn?"_s};
+    CheckBoxes({ask, ask});
+}
+
+TEST_F(FocusHighlight, TheToggleMovesTheReader)
+{
+    OpenWithMarks();
+    QLineEdit &search = InMarks<QLineEdit>("edSearch");
+    QTest::keyClick(&search, Qt::Key_Down);
+    QTest::keyClick(&search, Qt::Key_Up);
+    EXPECT_TRUE(WaitFor([&] { return Excerpt() == "<p>viet</p>"; }));
+    EXPECT_EQ(CurrentId(), 9971) << "the toggle is up";
+    InMarks<QToolButton>("bIsViewSutta").click();
+    EXPECT_TRUE(WaitFor([&] { return CurrentId() == 1101 && Yellow() == 1; }));
+    // Behind the mark of its bytes an excerpt moves the tree and is not found again.
+    QTest::keyClick(&search, Qt::Key_Down);
+    EXPECT_TRUE(WaitFor([&] { return CurrentId() == 1201 && Browser().IsComplete(); }));
+    Pause(300);
+    EXPECT_EQ(Yellow(), 0);
+    QTest::keyClick(&search, Qt::Key_Down);
+    EXPECT_TRUE(WaitFor([&] { return Yellow() == 3; }));
+    // Each key that leaves a row moves the reader again, and a text that the tree's filter hides is not found.
+    window->qryTreeSutas.Locate(u"ID_VIC"_s, 9971);
+    Search(u"đại"_s);
+    EXPECT_TRUE(WaitFor([&] { return CurrentId() == 1101; }));
+    InMarks<QToolButton>("bIsViewSutta").click();
+    Search(u""_s);
+    QTest::keyClick(&search, Qt::Key_Down);
+    Pause(200);
+    EXPECT_EQ(CurrentId(), 1101);
+    // A window that is closed while its page is waited for takes nothing down.
+    InMarks<QToolButton>("bIsViewSutta").click();
+    QTimer::singleShot(0, form, &QWidget::close);
+    QTest::keyClick(&search, Qt::Key_Down);
+    EXPECT_TRUE(WaitFor([&] { return !form; }));
+    CheckBoxes({});
+}
+
+TEST_F(FocusHighlight, AMarkingInTheReaderShowsHereWhilePending)
+{
+    OpenWithMarks();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    window->qryTreeSutas.Locate(u"ID_VIC"_s, 1102);
+    EXPECT_TRUE(WaitPage());
+    window->activateWindow();
+    MarkAll([&](TfrmFocusEdit &editor) {
+        EXPECT_EQ(List().model()->rowCount(), 4);
+        EXPECT_EQ(List().currentIndex().row(), 3);
+        EXPECT_EQ(List().RowTexts(3).last(), u"\uFEFFviet 1102"_s);
+        In<QLineEdit>(editor, "edNameFocus").setText(u"pending"_s);
+        EXPECT_EQ(InMarks<QLineEdit>("edTitleFocus").text(), u"pending"_s);
+        EXPECT_EQ(List().RowTexts(3).last(), u"pending"_s);
+        editor.close();
+    });
+    // A click on another row posts it.
+    QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, List().visualRect(List().model()->index(0, 1)).center());
+    EXPECT_EQ(Stored(), u"1 Đại phẩm|2 100% kinh|3 foreign|4 straße|5 pending"_s);
+    EXPECT_EQ(Marks().RecNo(), 0);
+    MarkAll([&](TfrmFocusEdit &editor) { editor.close(); });
+    EXPECT_EQ(List().model()->rowCount(), 5);
+    Search(u"straße"_s);
+    EXPECT_EQ(Titles(), u"straße"_s) << "a new list drops the row";
+    CheckBoxes({});
+}
+
+TEST_F(FocusHighlight, ARowChangedByAnotherCopyIsNotOverwritten)
+{
+    OpenWithMarks();
+    const auto other = AnotherCopy();
+    other->qryFocus.Edit();
+    other->qryFocus.FieldByName(u"DESC_FOC"_s).SetAsString(u"theirs"_s);
+    other->qryFocus.Post();
+    QLineEdit &title = InMarks<QLineEdit>("edTitleFocus");
+    title.setText(u"mine"_s);
+    title.setFocus();
+    Pause(30);
+    Press("bPost");
+    EXPECT_EQ(boxes.size(), 1);
+    EXPECT_EQ(Marks().State(), DataSetState::Edit) << "what was typed is still there";
+    EXPECT_EQ(title.text(), u"mine"_s);
+    EXPECT_TRUE(Stored().endsWith(u"5 Đại phẩm"_s));
+}
+
+TEST_F(FocusHighlight, OddExcerptsAreShownInAClosedPane)
+{
+    Open(9971);
+    {
+        const auto other = AnotherCopy();
+        AddMark(*other, u"null"_s, {});
+        AddMark(*other, u"not UTF-8"_s, "\xFF\xFE\x80<p>x</p>");
+        AddMark(*other, u"open"_s,
+                "<p>never <b>closed <script>document.title = 'ran'</script><iframe src=\"http://127.0.0.1/\">");
+        AddMark(*other, u"large"_s, ("<p>" + QByteArray("kinh luat ").repeated(400)).repeated(5000));
+    }
+    OpenMarks();
+    TBrowserControl &pane = InMarks<TBrowserControl>("ebFocusText");
+    for (int row = 0; row < 4; ++row) {
+        Marks().MoveTo(row);
+        const QByteArray expected = Marks().FieldByName(u"TEXT_FOC"_s).AsBytes();
+        EXPECT_TRUE(WaitFor([&] { return pane.Source() == expected && pane.IsComplete(); }, 30000)) << row;
+        EXPECT_NE(pane.Evaluate(u"document.title"_s).toString(), u"ran"_s);
+    }
+    CheckBoxes({});
+}

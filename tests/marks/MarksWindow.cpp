@@ -1,0 +1,122 @@
+#include "marks/MarksWindow.h"
+
+#include "marks/FocusEdit.h"
+#include "support/WaitFor.h"
+#include "toolkit/BrowserControl.h"
+#include "toolkit/Forms.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+MarksWindow::~MarksWindow()
+{
+    End();
+    QFile::remove(ClientFile());
+    QFile::remove(WorkFile());
+}
+
+QString MarksWindow::ClientFile() const
+{
+    return QFileInfo(program).path() + u"/TARUNECLIENT.FDB"_s;
+}
+
+QString MarksWindow::WorkFile() const
+{
+    return QFileInfo(program).path() + u"/tmpfocus.html"_s;
+}
+
+void MarksWindow::Open(int idVic, int interfaceLang)
+{
+    StoreDefaults(1, idVic, 1);
+    Store(u"LastKelora"_s, idVic);
+    EXPECT_TRUE(QFile::copy(ProductFolder() + u"TARUNECLIENT.FDB"_s, ClientFile()));
+    EXPECT_TRUE(QFile::setPermissions(ClientFile(), QFile::ReadOwner | QFile::WriteOwner));
+    Start();
+    InterfaceLang = interfaceLang;
+    clients->DataModuleCreate();
+    EXPECT_TRUE(clients->vIsOKClients);
+    EXPECT_TRUE(WaitPage());
+}
+
+std::unique_ptr<TfrmClientsDM> MarksWindow::AnotherCopy()
+{
+    ModuleDoors doors;
+    doors.exeName = program;
+    auto copy = std::make_unique<TfrmClientsDM>(doors);
+    copy->DataModuleCreate();
+    EXPECT_TRUE(copy->vIsOKClients);
+    window->scInsKelora.SetDatabase(&copy->dbClientTarune);
+    copy->qryTemp.SelectSQL() = QStringList{u"select count(*) CNT from SUTTA_LIST"_s};
+    copy->qryTemp.Open();
+    if (copy->qryTemp.FieldByName(u"CNT"_s).AsInteger() == 0)
+        window->scInsKelora.ExecuteScript();
+    window->scInsKelora.SetDatabase(&clients->dbClientTarune);
+    copy->qryTemp.Close();
+    copy->qryFocus.Open();
+    return copy;
+}
+
+void MarksWindow::AddMark(TfrmClientsDM &module, const QString &title, const QByteArray &excerpt, int number,
+                          int collection)
+{
+    module.qryFocus.Insert();
+    module.qryFocus.FieldByName(u"NAME_FOC"_s).SetAsString(title);
+    module.qryFocus.FieldByName(u"TEXT_FOC"_s).SetAsBytes(excerpt);
+    module.qryFocus.FieldByName(u"NIK_SUT"_s).SetAsInteger(collection);
+    module.qryFocus.FieldByName(u"NIC_SUT"_s).SetAsInteger(number);
+    module.qryFocus.Post();
+}
+
+QString MarksWindow::Stored()
+{
+    TpFIBDataSet rows;
+    rows.SetDatabase(&clients->dbClientTarune);
+    rows.SetTransaction(&clients->trClientTarune);
+    rows.SelectSQL() = QStringList{u"select ID_FOC, NAME_FOC from SUTTA_TEXT_FOCUS order by ID_FOC"_s};
+    QStringList marks;
+    for (rows.Open(); !rows.Eof(); rows.Next()) {
+        QString title = rows.FieldByName(u"NAME_FOC"_s).AsString();
+        marks.append(rows.FieldByName(u"ID_FOC"_s).AsString() + u' ' + title.replace(u'\uFEFF', u'^'));
+    }
+    return marks.join(u'|');
+}
+
+void MarksWindow::MarkAll(const std::function<void(TfrmFocusEdit &)> &inside)
+{
+    Browser().SelectAll();
+    EXPECT_TRUE(WaitFor([this] { return Action("acFocusHighlight").isEnabled(); }));
+    bool wasOpen = false;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
+        auto *editor = window->findChild<TfrmFocusEdit *>();
+        if (!editor || !editor->isVisible())
+            return;
+        poll.stop();
+        wasOpen = true;
+        const QPointer<TfrmFocusEdit> guard = editor;
+        EXPECT_TRUE(QTest::qWaitForWindowActive(editor));
+        try {
+            inside(*editor);
+        } catch (const std::exception &failure) {
+            ADD_FAILURE() << failure.what();
+        }
+        if (guard && guard->isVisible())
+            guard->close();
+    });
+    poll.start(10);
+    Trigger("acFocusHighlight");
+    EXPECT_EQ(wasOpen, inside != nullptr);
+}
+
+void MarksWindow::OpenMarks()
+{
+    Trigger("acOrganization");
+    form = FindForm(u"frmFocusHighlight"_s);
+    ASSERT_TRUE(form);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+    EXPECT_TRUE(WaitFor([this] { return InMarks<TBrowserControl>("ebFocusText").IsComplete(); }));
+}

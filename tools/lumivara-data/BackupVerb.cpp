@@ -1,0 +1,115 @@
+#include "lumivara-data/Verbs.h"
+
+#include "common/Console.h"
+#include "lumivara-data/UnfinishedFile.h"
+#include "stores/BackupService.h"
+#include "stores/KeloraDM.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDate>
+#include <QDir>
+#include <QLockFile>
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype DailiesKept = 7;
+
+/// "TARUNECLIENT-2024-02-29.fbk" for the marks' file of that name.
+QString DatedName(const QString &file, const QDate &day)
+{
+    return u"%1-%2.fbk"_s.arg(QFileInfo(file).completeBaseName(), day.toString(Qt::ISODate));
+}
+
+/// Removes all but the newest of the files that are named by nothing but a date.
+void Rotate(const QDir &folder, const QString &file)
+{
+    const QRegularExpression dated(QRegularExpression::anchoredPattern(
+        QRegularExpression::escape(QFileInfo(file).completeBaseName()) + uR"(-\d{4}-\d{2}-\d{2}\.fbk)"_s));
+    const QStringList backups = folder.entryList(QDir::Files, QDir::Name).filter(dated);
+    for (qsizetype i = 0; i < backups.size() - DailiesKept; ++i)
+        QFile::remove(folder.filePath(backups[i]));
+}
+
+/// The first dated name that is not taken.
+QString FreeName(const QDir &folder, const QString &file)
+{
+    const QString name = DatedName(file, QDate::currentDate());
+    QString path = folder.filePath(name);
+    for (int number = 2; QFileInfo::exists(path); ++number)
+        path = folder.filePath(u"%1-%2.fbk"_s.arg(QFileInfo(name).completeBaseName()).arg(number));
+    return path;
+}
+
+void Save(const QString &file, const QString &backup)
+{
+    const QString unfinished = UnfinishedName(backup);
+    RemoveStale(unfinished);
+    try {
+        BackupService(ClientLibraryPath(QCoreApplication::applicationDirPath() + u'/')).Backup(file, unfinished);
+        Settle(unfinished);
+    } catch (...) {
+        QFile::remove(unfinished);
+        throw;
+    }
+    PutInPlace(unfinished, backup);
+}
+
+/// One backup a day; true if it was made, false if there is nothing to do.
+bool SaveOfTheDay(const QString &file, const QDir &folder)
+{
+    const QString backup = folder.filePath(DatedName(file, QDate::currentDate()));
+    QLockFile lock(folder.filePath(u".lumivara-data.lock"_s));
+    // Another copy of the program that started at this moment is making the same file.
+    if (QFileInfo::exists(backup) || !lock.tryLock(0))
+        return false;
+    Save(file, backup);
+    Rotate(folder, file);
+    return true;
+}
+
+} // namespace
+
+int RunBackup(const QStringList &arguments, Console &console)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        u"Saves the reader's marks into one file, also while the program runs. An existing backup is never touched."_s);
+    parser.addOption(
+        {u"file"_s, u"The marks; TARUNECLIENT.FDB beside the tool by default."_s, u"FILE"_s, DefaultMarksFile()});
+    parser.addOption({u"to"_s,
+                      u"The backup; by default a file in the folder \"backup\" beside the marks, named by the date."_s,
+                      u"FILE"_s});
+    parser.addOption(
+        {u"daily"_s, u"Does nothing if there is a backup of this day, and keeps the seven newest days."_s});
+    if (ParseOrHelp(parser, u"backup [marks] [options]"_s, arguments, console))
+        return ExitCode::Clean;
+    if (const QStringList rest = WithoutMarksWord(parser.positionalArguments()); !rest.isEmpty())
+        throw ToolError(u"backup does not know \"%1\""_s.arg(rest.first()));
+    if (parser.isSet(u"to"_s) && parser.isSet(u"daily"_s))
+        throw ToolError(u"--daily names its file itself"_s);
+
+    const QString file = QFileInfo(parser.value(u"file"_s)).absoluteFilePath();
+    if (!QFileInfo(file).isFile())
+        throw ToolError(u"%1: there is no such file"_s.arg(file));
+    QString backup = QFileInfo(parser.value(u"to"_s)).absoluteFilePath();
+    if (!parser.isSet(u"to"_s)) {
+        const QDir folder(QFileInfo(file).absolutePath() + u"/backup"_s);
+        if (!folder.mkpath(u"."_s))
+            throw ToolError(u"%1: the folder cannot be made"_s.arg(folder.path()));
+        if (parser.isSet(u"daily"_s)) {
+            if (!SaveOfTheDay(file, folder))
+                console.Print(u"nothing to do\n"_s);
+            return ExitCode::Clean;
+        }
+        backup = FreeName(folder, file);
+    } else if (QFileInfo::exists(backup)) {
+        throw ToolError(u"%1: the file exists"_s.arg(backup));
+    }
+    Save(file, backup);
+    console.Print(u"%1: saved\n"_s.arg(backup));
+    return ExitCode::Clean;
+}

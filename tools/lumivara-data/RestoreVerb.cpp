@@ -1,0 +1,65 @@
+#include "lumivara-data/Verbs.h"
+
+#include "common/Console.h"
+#include "lumivara-data/DataFile.h"
+#include "lumivara-data/MarksCheck.h"
+#include "lumivara-data/UnfinishedFile.h"
+#include "stores/BackupService.h"
+#include "stores/KeloraDM.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Throws unless a restored file holds marks; tells how many.
+QString Proved(const QString &path)
+{
+    DataFile file;
+    file.Open(path);
+    if (!IsMarks(file))
+        throw ToolError(u"the backup holds no marks, or not all of them"_s);
+    const MarksReport report = CheckMarks(file);
+    file.Close();
+    return u"%1 texts, %2 marks"_s.arg(report.textCount).arg(report.markCount);
+}
+
+} // namespace
+
+int RunRestore(const QStringList &arguments, Console &console)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(u"Makes a file of marks out of a backup. A file that exists is never touched."_s);
+    parser.addPositionalArgument(u"BACKUP"_s, u"Such as backup/TARUNECLIENT-2024-02-29.fbk."_s);
+    parser.addOption(
+        {u"to"_s, u"The file to make; TARUNECLIENT.FDB beside the tool by default."_s, u"FILE"_s, DefaultMarksFile()});
+    if (ParseOrHelp(parser, u"restore [marks] BACKUP [options]"_s, arguments, console))
+        return ExitCode::Clean;
+    const QStringList rest = WithoutMarksWord(parser.positionalArguments());
+    if (rest.size() != 1)
+        throw ToolError(u"restore wants one BACKUP; see \"lumivara-data restore --help\""_s);
+    const QString backup = QFileInfo(rest.first()).absoluteFilePath();
+    const QString path = QFileInfo(parser.value(u"to"_s)).absoluteFilePath();
+    if (!QFileInfo(backup).isFile())
+        throw ToolError(u"%1: there is no such file"_s.arg(backup));
+    if (QFileInfo::exists(path))
+        throw ToolError(u"%1: the file exists; move it away first"_s.arg(path));
+
+    const QString unfinished = UnfinishedName(path);
+    RemoveStale(unfinished);
+    QString content;
+    try {
+        BackupService(ClientLibraryPath(QCoreApplication::applicationDirPath() + u'/')).Restore(backup, unfinished);
+        content = Proved(unfinished);
+        Settle(unfinished);
+    } catch (...) {
+        QFile::remove(unfinished);
+        throw;
+    }
+    PutInPlace(unfinished, path);
+    console.Print(u"%1: restored, %2\n"_s.arg(path, content));
+    return ExitCode::Clean;
+}
