@@ -222,7 +222,7 @@ void RegisterMarksMeasures()
                       }
                       QElapsedTimer clock;
                       clock.start();
-                      (*statement)->FetchWhole(u'%' + FilterText.toUpper() + u'%');
+                      (*statement)->Fetch({u'%' + FilterText.toUpper() + u'%'});
                       return Milliseconds(clock);
                   },
               .finish =

@@ -210,6 +210,5 @@ int main(int argc, char **argv)
     } catch (const std::exception &error) {
         std::fprintf(stderr, "%s\n", error.what());
     }
-    TpFIBDatabase::ShutDownEngine();
     return code;
 }
