@@ -127,6 +127,7 @@ TEST_F(LookUp, RestoresAMinimisedWindowAndLeavesAnotherWhereItIs)
         byGesture ? LookUpAt() : Trigger("acDictionary");
         EXPECT_TRUE(WaitFor([&] { return !form->isMinimized(); }));
     }
+    Pause(300); // the desktop may still be about to give the restored window the focus
     window->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
     const TfrmDictionary *first = form;
