@@ -11,10 +11,10 @@
 
 /// A table over the rows of a dataset: texts are read when they are painted, rows fetched when they come to be seen,
 /// all of them when the reader goes to the end or takes hold of the scroll bar's thumb. The focused row follows the
-/// dataset's cursor and moves it; more rows can be selected, and copied as lines with tabs. Read only, lines between the
-/// columns, which share the width. A row that is being inserted stands at the end. Rows are of one height, or as high as
-/// their texts need (CellAutoHeight). A cell that is cut off shows its text as a hint. An empty table shows the text of
-/// the property "OptionsView.NoDataToDisplayInfoText".
+/// dataset's cursor and moves it; more rows can be selected, and copied as lines with tabs. Read only, lines between
+/// the columns, which share the width. A row that is being inserted stands at the end. Rows are of one height, or as
+/// high as their texts need (CellAutoHeight). A cell that is cut off shows its text as a hint. An empty table shows the
+/// text of the property "OptionsView.NoDataToDisplayInfoText".
 class TcxGridDBTableView : public QTableView, public DataBoundControl
 {
     Q_OBJECT
