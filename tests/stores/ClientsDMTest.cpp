@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QByteArray Excerpt("\xEF\xBB\xBF<HTML>\r\n<b>Ph\xE1\xBA\xA9m\0 I</b></HTML>\r\n", 38);
+const QByteArray Excerpt = QByteArrayLiteral("\xEF\xBB\xBF<HTML>\r\n<b>Ph\xE1\xBA\xA9m\0 I</b></HTML>\r\n");
 
 /// A client file as delivered, with three texts in its list, and a module open on it.
 class ClientsModule : public ModuleTest
