@@ -78,3 +78,18 @@ void TDataSource::Notify(Event event)
     if (failure)
         std::rethrow_exception(failure);
 }
+
+void SourceLink::SetDataSource(TDataSource *dataSource)
+{
+    if (m_dataSource)
+        m_dataSource->RemoveLink(this);
+    m_dataSource = dataSource;
+    if (m_dataSource)
+        m_dataSource->AddLink(this);
+}
+
+TDataSet *SourceLink::OpenDataSet() const
+{
+    TDataSet *dataSet = DataSet();
+    return dataSet && dataSet->Active() ? dataSet : nullptr;
+}

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 
 #include <functional>
 
@@ -53,4 +54,26 @@ private:
 
     TDataSet *m_dataSet = nullptr;
     QList<DataLink *> m_links;
+};
+
+/// A link that keeps its place at one data source, and leaves it when it dies. Borrows the data source, which may die
+/// first.
+class SourceLink : public DataLink
+{
+public:
+    SourceLink() = default;
+    ~SourceLink() override { SetDataSource(nullptr); }
+    SourceLink(const SourceLink &) = delete;
+    SourceLink &operator=(const SourceLink &) = delete;
+
+    TDataSource *DataSource() const { return m_dataSource; }
+    /// Leaves the data source that it was at; null for none.
+    void SetDataSource(TDataSource *dataSource);
+    /// The dataset, open or not; null if there is none.
+    TDataSet *DataSet() const { return m_dataSource ? m_dataSource->DataSet() : nullptr; }
+    /// The dataset while it is open, else null.
+    TDataSet *OpenDataSet() const;
+
+private:
+    QPointer<TDataSource> m_dataSource;
 };

@@ -41,11 +41,6 @@ TDBNavigator::TDBNavigator(QWidget *parent) : QFrame(parent)
     ShowState();
 }
 
-TDBNavigator::~TDBNavigator()
-{
-    SetDataSource(nullptr);
-}
-
 QStringList TDBNavigator::Hints() const
 {
     QStringList hints;
@@ -64,19 +59,15 @@ void TDBNavigator::SetHints(const QStringList &hints)
 
 void TDBNavigator::SetDataSource(TDataSource *dataSource)
 {
-    if (m_dataSource)
-        m_dataSource->RemoveLink(this);
-    m_dataSource = dataSource;
-    if (!m_dataSource)
-        return;
-    m_dataSource->AddLink(this);
-    ShowState();
+    SourceLink::SetDataSource(dataSource);
+    if (dataSource)
+        ShowState();
 }
 
 void TDBNavigator::ShowState()
 {
-    TDataSet *dataSet = m_dataSource ? m_dataSource->DataSet() : nullptr;
-    const bool isOpen = dataSet && dataSet->Active();
+    TDataSet *dataSet = OpenDataSet();
+    const bool isOpen = dataSet;
     const int row = isOpen ? dataSet->RecNo() : -1;
     const bool isPending = isOpen && dataSet->State() == DataSetState::Insert;
     const bool hasBefore = row > 0 || (isPending && row >= 0);
@@ -90,7 +81,7 @@ void TDBNavigator::ShowState()
 
 void TDBNavigator::Press(Button button)
 {
-    TDataSet *dataSet = m_dataSource ? m_dataSource->DataSet() : nullptr;
+    TDataSet *dataSet = DataSet();
     if (!dataSet)
         return;
     switch (button) {

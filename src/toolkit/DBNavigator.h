@@ -3,7 +3,6 @@
 #include "stores/DataSource.h"
 
 #include <QFrame>
-#include <QPointer>
 #include <QStringList>
 
 #include <array>
@@ -12,13 +11,12 @@ class QToolButton;
 
 /// Buttons that move a dataset's cursor: first, prior, next, last, and one that reads the rows again. They take no
 /// focus.
-class TDBNavigator : public QFrame, private DataLink
+class TDBNavigator : public QFrame, private SourceLink
 {
     Q_OBJECT
     Q_PROPERTY(QStringList Hints READ Hints WRITE SetHints)
 public:
     explicit TDBNavigator(QWidget *parent = nullptr);
-    ~TDBNavigator() override;
 
     /// One for each button, from the left.
     QStringList Hints() const;
@@ -36,6 +34,5 @@ private:
     void ShowState();
     void Press(Button button);
 
-    QPointer<TDataSource> m_dataSource;
     std::array<QToolButton *, ButtonCount> m_buttons{};
 };

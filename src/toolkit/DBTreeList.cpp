@@ -19,22 +19,10 @@ constexpr int Indentation = 18;
 } // namespace
 
 /// The dataset's rows as a tree. An index holds the number of its row.
-class TDBTreeList::Model : public QAbstractItemModel, public DataLink
+class TDBTreeList::Model : public QAbstractItemModel, public SourceLink
 {
 public:
     explicit Model(TDBTreeList &tree) : QAbstractItemModel(&tree), m_tree(tree) {}
-    ~Model() override { SetDataSource(nullptr); }
-
-    void SetDataSource(TDataSource *dataSource)
-    {
-        if (m_dataSource)
-            m_dataSource->RemoveLink(this);
-        m_dataSource = dataSource;
-        if (m_dataSource)
-            m_dataSource->AddLink(this);
-    }
-    TDataSource *DataSource() const { return m_dataSource; }
-    TDataSet *DataSet() const { return m_dataSource ? m_dataSource->DataSet() : nullptr; }
 
     static int RowOf(const QModelIndex &index) { return index.isValid() ? static_cast<int>(index.internalId()) : -1; }
     QModelIndex IndexOf(int row, int column) const
@@ -117,7 +105,6 @@ private:
     }
 
     TDBTreeList &m_tree;
-    TDataSource *m_dataSource = nullptr;
     TreeShape m_shape;
     std::vector<int> m_fields; ///< by column: index of the dataset's field, -1 if it has none of that name
 };

@@ -4,25 +4,15 @@
 
 void FieldLink::SetDataSource(TDataSource *dataSource)
 {
-    if (m_dataSource)
-        m_dataSource->RemoveLink(this);
-    m_dataSource = dataSource;
-    if (!m_dataSource)
-        return;
-    m_dataSource->AddLink(this);
-    Show();
+    SourceLink::SetDataSource(dataSource);
+    if (dataSource)
+        Show();
 }
 
 void FieldLink::SetFieldName(const QString &name)
 {
     m_fieldName = name;
     Show();
-}
-
-TDataSet *FieldLink::OpenDataSet() const
-{
-    TDataSet *dataSet = m_dataSource ? m_dataSource->DataSet() : nullptr;
-    return dataSet && dataSet->Active() ? dataSet : nullptr;
 }
 
 TField *FieldLink::Field() const

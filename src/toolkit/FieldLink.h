@@ -2,7 +2,6 @@
 
 #include "stores/DataSource.h"
 
-#include <QPointer>
 #include <QString>
 
 #include <functional>
@@ -14,22 +13,20 @@ class DataBoundControl
 {
 public:
     virtual ~DataBoundControl() = default;
+    /// Null while it is bound to none.
     virtual TDataSource *DataSource() const = 0;
 };
 
 /// The tie between an edit control and one field of a data source's current row. Borrows the data source.
-class FieldLink : public DataLink
+class FieldLink : public SourceLink
 {
 public:
     /// `show` is called whenever the field may have another value, or may be edited where it could not be, or no more.
     explicit FieldLink(std::function<void()> show) : m_show(std::move(show)) {}
-    ~FieldLink() override { SetDataSource(nullptr); }
-    FieldLink(const FieldLink &) = delete;
-    FieldLink &operator=(const FieldLink &) = delete;
 
-    TDataSource *DataSource() const { return m_dataSource; }
     void SetDataSource(TDataSource *dataSource);
     const QString &FieldName() const { return m_fieldName; }
+    /// The control then shows that field.
     void SetFieldName(const QString &name);
 
     /// The field while the dataset is open and has it, else null.
@@ -48,11 +45,9 @@ public:
     void RecordChanged() override { Show(); }
 
 private:
-    TDataSet *OpenDataSet() const;
     void Show() const;
 
     std::function<void()> m_show;
-    QPointer<TDataSource> m_dataSource;
     QString m_fieldName;
     bool m_isWriting = false;
 };
