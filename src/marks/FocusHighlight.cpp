@@ -11,12 +11,12 @@
 #include "stores/ClientsDM.h"
 #include "stores/Modules.h"
 #include "toolkit/DataSetActions.h"
+#include "toolkit/Fonts.h"
 #include "toolkit/Guard.h"
 #include "ui_FocusHighlight.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCloseEvent>
-#include <QScopeGuard>
 #include <QScreen>
 
 #include <array>
@@ -31,7 +31,6 @@ static void InitMarkImages()
 
 namespace {
 
-constexpr int FontHeight = 13;
 constexpr int ListWidth = 281;
 constexpr int Priorities = 4;
 constexpr int OrdinaryPriority = 3;
@@ -60,9 +59,7 @@ QIcon PriorityImage(int priority)
 TfrmFocusHighlight::TfrmFocusHighlight(QWidget *parent) : QWidget(parent), ui(std::make_unique<Ui::frmFocusHighlight>())
 {
     InitMarkImages();
-    QFont font(u"Segoe UI"_s);
-    font.setPixelSize(FontHeight);
-    setFont(font);
+    SetWindowFont(*this);
     ui->setupUi(this);
     TranslateForm(*this);
     ui->spltFocus->setStretchFactor(1, 1);
@@ -147,11 +144,7 @@ void TfrmFocusHighlight::closeEvent(QCloseEvent *event)
 {
     QWidget::closeEvent(event);
     RunGuarded([] { Marks().Close(); });
-    // What waits below goes through this window on its way back: it stays until then.
-    if (m_isFollowing) {
-        m_isClosedWaiting = testAttribute(Qt::WA_DeleteOnClose);
-        setAttribute(Qt::WA_DeleteOnClose, false);
-    }
+    m_following.WindowClosed();
 }
 
 void TfrmFocusHighlight::LoadFocusHighLight()
@@ -198,28 +191,19 @@ void TfrmFocusHighlight::ViewHighLight()
 
 void TfrmFocusHighlight::FollowMark()
 {
-    // Pages are waited for, and the list may move on meanwhile: the wait that stands goes over to the newer row instead
-    // of bearing another wait.
-    m_isFollowDue = true;
-    if (m_isFollowing)
-        return;
-    m_isFollowing = true;
-    const auto end = qScopeGuard([this] {
-        m_isFollowing = false;
-        if (m_isClosedWaiting)
-            deleteLater();
-    });
-    while (std::exchange(m_isFollowDue, false) && HasRow() && isVisible()) {
+    m_following.Run([this] {
+        if (!HasRow())
+            return;
         const int collection = Marks().FieldByName(u"NIK_SUT"_s).AsInteger();
         const int number = Marks().FieldByName(u"NIC_SUT"_s).AsInteger();
         // One character for each byte, the mark at the beginning included: only an excerpt without that mark and in
         // plain ASCII is found again.
         const QString words = HtmlToPlainText(FromWindows1252(Marks().FieldByName(excerptField).AsBytes()));
-        if (m_isFollowDue || !isVisible())
-            continue;
+        if (m_following.IsOver())
+            return;
         LocateText(collection, number);
         frmMain->Content().SearchAndHighlight(words, {}, ScrollMode::None, {}, u"Yellow"_s);
-    }
+    });
 }
 
 void TfrmFocusHighlight::LocateText(int collection, int number)

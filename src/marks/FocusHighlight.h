@@ -1,5 +1,7 @@
 #pragma once
 
+#include "toolkit/NewestWait.h"
+
 #include <QWidget>
 
 #include <memory>
@@ -55,7 +57,5 @@ private:
     bool vIsViewSutta = false;
     int m_openings = 0;
     Shown m_shown;
-    bool m_isFollowing = false;     ///< FollowMark() is waiting for a page
-    bool m_isFollowDue = false;     ///< and another row has come meanwhile
-    bool m_isClosedWaiting = false; ///< and the window was closed meanwhile
+    NewestWait m_following{*this};
 };

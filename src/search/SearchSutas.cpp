@@ -11,6 +11,7 @@
 #include "stores/Modules.h"
 #include "toolkit/BrowserControl.h"
 #include "toolkit/Doors.h"
+#include "toolkit/Fonts.h"
 #include "toolkit/Guard.h"
 #include "ui_SearchSutas.h"
 
@@ -32,7 +33,6 @@ static void InitSearchImages()
 
 namespace {
 
-constexpr int FontHeight = 13;
 constexpr int NameSize = 127;
 constexpr int WindowTop = 95;
 constexpr int RightGap = 25;
@@ -46,9 +46,7 @@ TfrmSearchSutas::TfrmSearchSutas(QWidget *parent)
       ui(std::make_unique<Ui::frmSearchSutas>())
 {
     InitSearchImages();
-    QFont font(u"Segoe UI"_s);
-    font.setPixelSize(FontHeight);
-    setFont(font);
+    SetWindowFont(*this);
     ui->setupUi(this);
     TranslateForm(*this);
     DeclareListData();
@@ -148,11 +146,7 @@ void TfrmSearchSutas::closeEvent(QCloseEvent *event)
 {
     QWidget::closeEvent(event);
     RunGuarded([this] { FormClose(); });
-    // What waits below goes through this window's list and boxes on its way back: they stay until then.
-    if (m_isColouring) {
-        m_isClosedWaiting = testAttribute(Qt::WA_DeleteOnClose);
-        setAttribute(Qt::WA_DeleteOnClose, false);
-    }
+    m_colouring.WindowClosed();
 }
 
 void TfrmSearchSutas::FormClose()
@@ -276,19 +270,9 @@ void TfrmSearchSutas::dsSearchResultDataChange()
 
 void TfrmSearchSutas::ColourPage()
 {
-    // The page is waited for, and the list may move on meanwhile: the wait that stands goes over to the newer page
-    // instead of bearing another wait.
-    m_isColourDue = true;
-    if (m_isColouring)
-        return;
-    m_isColouring = true;
-    const auto end = qScopeGuard([this] {
-        m_isColouring = false;
-        if (m_isClosedWaiting)
-            deleteLater();
-    });
-    while (std::exchange(m_isColourDue, false) && !m_isClosedWaiting)
+    m_colouring.Run([this] {
         frmMain->Content().SearchAndHighlight(ui->edSearchText->text(), {}, ScrollMode::None, {}, u"Yellow"_s);
+    });
 }
 
 void TfrmSearchSutas::ShowNameColumn(int language)

@@ -3,6 +3,7 @@
 #include "stores/DataSource.h"
 #include "stores/FIBDataSet.h"
 #include "stores/MemData.h"
+#include "toolkit/NewestWait.h"
 
 #include <QMargins>
 #include <QWidget>
@@ -57,8 +58,6 @@ private:
     std::unique_ptr<Ui::frmSearchSutas> ui;
     bool vIsLoadData = false; ///< the list is being filled, and opens no passage meanwhile
     int m_searches = 0;
-    QMargins m_frame;               ///< for which the window was placed
-    bool m_isColouring = false;     ///< ColourPage() is waiting for the page
-    bool m_isColourDue = false;     ///< and another page has come meanwhile
-    bool m_isClosedWaiting = false; ///< and the window was closed meanwhile
+    QMargins m_frame; ///< for which the window was placed
+    NewestWait m_colouring{*this};
 };

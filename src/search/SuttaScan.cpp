@@ -2,6 +2,7 @@
 
 #include "marks/Functions.h"
 #include "marks/PlainTextRules.h"
+#include "presentation/GlobalUnit.h"
 
 #include <algorithm>
 #include <array>
@@ -28,15 +29,6 @@ constexpr char CaseBit = 0x20;
 char Lowered(char byte)
 {
     return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte | CaseBit) : byte;
-}
-
-QString LoweredText(QString text)
-{
-    for (QChar &character : text) {
-        if (character >= u'A' && character <= u'Z')
-            character = QChar(character.unicode() | CaseBit);
-    }
-    return text;
 }
 
 bool IsLetter(char lowered)
@@ -183,7 +175,7 @@ std::vector<qsizetype> BordersOf(QStringView word)
 } // namespace
 
 SuttaScan::SuttaScan(const QString &word)
-    : m_word(LoweredText(word)), m_borders(BordersOf(m_word)), m_bytes(m_word.toUtf8())
+    : m_word(LowerAscii(word)), m_borders(BordersOf(m_word)), m_bytes(m_word.toUtf8())
 {
     // U+FFFD stands for bytes of any kind, half a pair for the half of a character; a byte order mark would be taken
     // for one at the start of the sample; blanks and control characters are dropped here and kept there.
