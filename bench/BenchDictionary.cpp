@@ -1,5 +1,7 @@
 #include "BenchDictionary.h"
 
+#include "Measures.h"
+
 #include "BenchCanon.h"
 #include "Painted.h"
 #include "Sample.h"
@@ -38,11 +40,6 @@ const std::array<QString, 20> Syllables{
     QStringLiteral("ṭi"), QStringLiteral("ḍha"), QStringLiteral("ṇo"), QStringLiteral("tū"),  QStringLiteral("thi"),
     QStringLiteral("da"), QStringLiteral("dhā"), QStringLiteral("ne"), QStringLiteral("pa"),  QStringLiteral("bhū"),
     QStringLiteral("mi"), QStringLiteral("yā"),  QStringLiteral("ro"), QStringLiteral("saṃ"), QStringLiteral("ho")};
-
-double Milliseconds(const QElapsedTimer &clock)
-{
-    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
-}
 
 } // namespace
 

@@ -1,5 +1,7 @@
 #include "BenchReader.h"
 
+#include "Measures.h"
+
 #include "Painted.h"
 #include "Sample.h"
 
@@ -23,11 +25,6 @@
 namespace {
 
 constexpr int WaitMilliseconds = 60000;
-
-double Milliseconds(const QElapsedTimer &clock)
-{
-    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
-}
 
 /// A program folder whose canon is its own; the rest leads to the product folder.
 QString MakeProgramFolder(const QString &folder)

@@ -35,11 +35,6 @@ QByteArray Page(const QByteArray &before, const QByteArray &after)
     return page + "</body></html>\n";
 }
 
-double Milliseconds(const QElapsedTimer &clock)
-{
-    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
-}
-
 /// A view on the screen and what is known of its painting.
 class ShownView
 {

@@ -17,7 +17,6 @@
 #include <QWebEngineView>
 
 #include <algorithm>
-#include <cstring>
 
 namespace {
 
@@ -30,30 +29,6 @@ constexpr int WaitMilliseconds = 60000;
 constexpr QSize EntrySize(532, 420);
 // A word that no list holds, though parts of it are in every word.
 const QString AbsentWord = QStringLiteral("saṃkaqka");
-
-double Milliseconds(const QElapsedTimer &clock)
-{
-    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
-}
-
-/// Makes the state of a measure at its first use.
-template <typename State>
-struct Lazy
-{
-    std::function<std::unique_ptr<State>()> make;
-    std::shared_ptr<std::unique_ptr<State>> place = std::make_shared<std::unique_ptr<State>>();
-
-    State &operator()() const
-    {
-        if (!*place)
-            *place = make();
-        return **place;
-    }
-    std::function<void()> Finish() const
-    {
-        return [place = place] { place->reset(); };
-    }
-};
 
 /// A bare view of the size of an entry, with the program's profile and scheme.
 class BareEntry
@@ -254,15 +229,7 @@ void RegisterFormat()
                       const double time = Milliseconds(clock);
                       return page.isEmpty() ? -1 : time;
                   },
-              .floor =
-                  [=] {
-                      QElapsedTimer clock;
-                      clock.start();
-                      QByteArray copy(entry.size(), Qt::Uninitialized);
-                      std::memcpy(copy.data(), entry.constData(), static_cast<std::size_t>(entry.size()));
-                      const double time = Milliseconds(clock);
-                      return copy.isEmpty() ? -1 : time;
-                  },
+              .floor = [=] { return CopyTime(entry); },
               .finish = {},
               .repetitions = 51});
 }

@@ -35,11 +35,6 @@ constexpr int MarkBytes = 5000;
 const QString Marks = u"10000"_s;
 const QString FilterText = u"kinh"_s;
 
-double Milliseconds(const QElapsedTimer &clock)
-{
-    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
-}
-
 /// Tells when a widget is painted for the first time.
 class FirstPaint : public QObject
 {

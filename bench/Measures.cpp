@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 
 namespace {
 
@@ -135,4 +136,19 @@ bool RunMeasures(const QStringList &names, const QString &jsonPath)
     QFile file(jsonPath);
     const QByteArray json = QJsonDocument(rows).toJson();
     return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(json) == json.size();
+}
+
+double Milliseconds(const QElapsedTimer &clock)
+{
+    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
+}
+
+double CopyTime(const QByteArray &bytes)
+{
+    QElapsedTimer clock;
+    clock.start();
+    QByteArray copy(bytes.size(), Qt::Uninitialized);
+    std::memcpy(copy.data(), bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    const double time = Milliseconds(clock);
+    return copy.isEmpty() ? -1 : time; // the copy is used, so that it is made
 }

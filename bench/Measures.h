@@ -1,9 +1,12 @@
 #pragma once
 
+#include <QByteArray>
+#include <QElapsedTimer>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 
 /// One figure and its floor, measured in turn in the same run.
 struct Measure
@@ -29,3 +32,29 @@ void Register(const Measure &measure);
 /// Runs the registered pairs whose names are given (all of them for none), prints the table and writes the JSON file
 /// where a path is given: an array of {name, figure, unit, floor, ratio}, medians. False if a file can't be written.
 bool RunMeasures(const QStringList &names, const QString &jsonPath);
+
+/// Milliseconds since the clock was started.
+double Milliseconds(const QElapsedTimer &clock);
+
+/// Milliseconds that one copy of the bytes takes, the floor of what works on them.
+double CopyTime(const QByteArray &bytes);
+
+/// Makes the state of a measure at its first use.
+template <typename State>
+struct Lazy
+{
+    std::function<std::unique_ptr<State>()> make;
+    std::shared_ptr<std::unique_ptr<State>> place = std::make_shared<std::unique_ptr<State>>();
+
+    State &operator()() const
+    {
+        if (!*place)
+            *place = make();
+        return **place;
+    }
+    /// What frees the state.
+    std::function<void()> Finish() const
+    {
+        return [place = place] { place->reset(); };
+    }
+};

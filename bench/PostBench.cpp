@@ -20,11 +20,6 @@ namespace {
 
 constexpr int ExcerptBytes = 5000;
 
-double Milliseconds(const QElapsedTimer &clock)
-{
-    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
-}
-
 /// The client module on a file of its own with 10,000 marks, its list fetched whole as a window has it.
 class OpenMarks
 {

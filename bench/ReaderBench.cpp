@@ -11,18 +11,12 @@
 #include <QElapsedTimer>
 #include <QFile>
 
-#include <cstring>
 #include <memory>
 
 namespace {
 
 constexpr qsizetype Kilobyte = 1000;
 constexpr qsizetype Megabyte = 1000 * Kilobyte;
-
-double Milliseconds(const QElapsedTimer &clock)
-{
-    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
-}
 
 // What the filter box appends for the letters that every passage of a measured canon holds.
 const QString FilterText = QStringLiteral("đi");
@@ -111,15 +105,7 @@ void RegisterCompose()
                       const double time = Milliseconds(clock);
                       return page.isEmpty() ? -1 : time;
                   },
-              .floor =
-                  [=] {
-                      QElapsedTimer clock;
-                      clock.start();
-                      QByteArray copy(content.size(), Qt::Uninitialized);
-                      std::memcpy(copy.data(), content.constData(), static_cast<std::size_t>(content.size()));
-                      const double time = Milliseconds(clock);
-                      return copy.isEmpty() ? -1 : time;
-                  },
+              .floor = [=] { return CopyTime(content); },
               .finish = {},
               .repetitions = 51});
 }

@@ -34,11 +34,6 @@ const QString AbsentWord = QStringLiteral("tỳ khưu lặng thinh bên suối")
 const QString EverywhereWord = QStringLiteral("hết quyển này");
 constexpr char EverywhereMark[] = "<p>HếT qu<b>yển</b> này</p>";
 
-double Milliseconds(const QElapsedTimer &clock)
-{
-    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
-}
-
 /// A connection with its transaction, open.
 struct OpenCanon
 {
@@ -145,25 +140,6 @@ private:
     TpFIBDataSet m_passages;
     TdxMemData m_results;
     std::unique_ptr<RawStatement> m_raw;
-};
-
-/// Makes the state of a measure at its first use.
-template <typename State>
-struct Lazy
-{
-    std::function<std::unique_ptr<State>()> make;
-    std::shared_ptr<std::unique_ptr<State>> place = std::make_shared<std::unique_ptr<State>>();
-
-    State &operator()() const
-    {
-        if (!*place)
-            *place = make();
-        return **place;
-    }
-    std::function<void()> Finish() const
-    {
-        return [place = place] { place->reset(); };
-    }
 };
 
 constexpr int LongTexts = 272;
