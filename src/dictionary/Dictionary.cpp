@@ -27,7 +27,6 @@ static void InitDictionaryTexts()
 
 namespace {
 
-constexpr int FontHeight = 13;
 constexpr int SearchFontHeight = 15;
 constexpr int WordSize = 63;
 constexpr int ListWidth = 200;
@@ -52,13 +51,12 @@ TfrmDictionary::TfrmDictionary(QWidget *parent)
       TimerDelta(this), ui(std::make_unique<Ui::frmDictionary>()), m_endScroll(this)
 {
     InitDictionaryTexts();
-    QFont font(u"Segoe UI"_s);
-    font.setPixelSize(FontHeight);
-    setFont(font);
+    SetWindowFont(*this);
     ui->setupUi(this);
     TranslateForm(*this);
-    font.setPixelSize(SearchFontHeight);
-    ui->edSearchWord->setFont(font);
+    QFont searchFont = font();
+    searchFont.setPixelSize(SearchFontHeight);
+    ui->edSearchWord->setFont(searchFont);
     ui->Splitter1->setStretchFactor(1, 1);
     ui->Splitter1->setSizes({ListWidth, width() - ListWidth});
     ui->gtvWords->horizontalHeader()->hide();
@@ -297,7 +295,6 @@ bool TfrmDictionary::ebContentWordBeforeNavigate2(const QUrl &url)
     const QString address = url.toString(QUrl::FullyEncoded);
     if (FIsStartPage || !address.contains(u"http"_s))
         return false;
-    // The engine waits for our answer here, so the system's program is started in the next turn.
-    QTimer::singleShot(0, this, [address] { RunGuarded([&] { Doors().openDocument(address); }); });
+    OpenDocumentLater(address);
     return true;
 }

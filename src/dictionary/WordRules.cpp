@@ -1,9 +1,9 @@
 #include "dictionary/WordRules.h"
 
+#include "presentation/GlobalUnit.h"
 #include "reader/PageComposer.h"
 #include "reader/ReaderRules.h"
 
-#include <algorithm>
 #include <array>
 
 namespace {
@@ -37,15 +37,6 @@ constexpr std::array<KindRow, 8> Kinds{{
 const KindRow *RowOf(int kind)
 {
     return kind >= 1 && kind <= static_cast<int>(Kinds.size()) ? &Kinds[kind - 1] : nullptr;
-}
-
-QString FoldAscii(QString text)
-{
-    for (QChar &character : text) {
-        if (character >= u'A' && character <= u'Z')
-            character = QChar(character.unicode() + (u'a' - u'A'));
-    }
-    return text;
 }
 
 } // namespace
@@ -104,7 +95,7 @@ int DictionaryKindOf(int contentLanguage, int current)
 
 QString LowerForm(const QString &text)
 {
-    return FoldAscii(TrimControls(text));
+    return LowerAscii(TrimControls(text));
 }
 
 QString MixedForm(const QString &text)
@@ -114,11 +105,7 @@ QString MixedForm(const QString &text)
 
 QString TestedForm(int kind, const QString &text)
 {
-    if (kind == 1)
-        return FoldAscii(text);
-    QString upper = text;
-    std::transform(upper.cbegin(), upper.cend(), upper.begin(), [](QChar character) { return character.toUpper(); });
-    return upper;
+    return kind == 1 ? LowerAscii(text) : UpperByCharacter(text);
 }
 
 std::optional<WordPlace> FindDictionary(int kind, const QString &text,

@@ -7,6 +7,7 @@
 #include "reader/ReaderRules.h"
 #include "stores/ClientsDM.h"
 #include "stores/Modules.h"
+#include "toolkit/Fonts.h"
 #include "toolkit/Guard.h"
 #include "ui_FocusEdit.h"
 
@@ -18,7 +19,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int FontHeight = 13;
 constexpr int Priorities = 4;
 constexpr MarkCaptions captions{u"Tiêu đề", u"Mức quan tâm", u"Từ khóa", u"Ghi chú"};
 
@@ -29,9 +29,7 @@ TfrmFocusEdit::TfrmFocusEdit(QWidget *parent)
                           Qt::WindowMaximizeButtonHint | Qt::WindowCloseButtonHint),
       excerptFile(AppPath), ui(std::make_unique<Ui::frmFocusEdit>())
 {
-    QFont font(u"Segoe UI"_s);
-    font.setPixelSize(FontHeight);
-    setFont(font);
+    SetWindowFont(*this);
     ui->setupUi(this);
     TranslateForm(*this);
     for (int priority = 1; priority <= Priorities; ++priority)

@@ -1,8 +1,7 @@
 #include "marks/MarksFilter.h"
 
+#include "presentation/GlobalUnit.h"
 #include "reader/ReaderRules.h"
-
-#include <QList>
 
 using namespace Qt::StringLiterals;
 
@@ -33,14 +32,4 @@ QString MarksFilter::Statement(const QString &baseSql) const
         sql += u" ((upper(F.NAME_FOC) like :SEARCH_TEXT) or  (upper(F.KEYWORD_FOC) like :SEARCH_TEXT))"_s;
     }
     return sql;
-}
-
-QString UpperByCharacter(const QString &text)
-{
-    QString upper;
-    upper.reserve(text.size());
-    const QList<uint> characters = text.toUcs4();
-    for (const uint character : characters)
-        upper.append(QChar::fromUcs4(QChar::toUpper(character)));
-    return upper;
 }

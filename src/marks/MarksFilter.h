@@ -16,6 +16,3 @@ struct MarksFilter
     /// Value of SEARCH_TEXT.
     QString SearchPattern() const;
 };
-
-/// Upper case character by character: what would grow, as "ß", stays.
-QString UpperByCharacter(const QString &text);

@@ -1,5 +1,7 @@
 #include "presentation/GlobalUnit.h"
 
+#include <QList>
+
 QString AppPath;
 int InterfaceLang = 0;
 QString FontName;
@@ -19,4 +21,23 @@ QString ColorToHtml(Colour colour)
     if (colour >> 24 == systemColourMark)
         colour = SystemColour ? SystemColour(static_cast<int>(colour & 0xFF)) : white;
     return QString::asprintf("#%.2X%.2X%.2X", colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
+}
+
+QString LowerAscii(QString text)
+{
+    for (QChar &character : text) {
+        if (character >= u'A' && character <= u'Z')
+            character = QChar(character.unicode() + (u'a' - u'A'));
+    }
+    return text;
+}
+
+QString UpperByCharacter(const QString &text)
+{
+    QString upper;
+    upper.reserve(text.size());
+    const QList<uint> characters = text.toUcs4();
+    for (const uint character : characters)
+        upper.append(QChar::fromUcs4(QChar::toUpper(character)));
+    return upper;
 }

@@ -27,3 +27,8 @@ extern std::function<Colour(int code)> SystemColour;
 
 /// "#RRGGBB" in capitals; a system colour is resolved at the moment of the call.
 QString ColorToHtml(Colour colour);
+
+/// A to Z in lower case, every other character as it is.
+QString LowerAscii(QString text);
+/// Upper case by the full Unicode rule, character by character: what would grow, as "ß", stays.
+QString UpperByCharacter(const QString &text);

@@ -9,6 +9,7 @@
 #include "stores/Modules.h"
 #include "toolkit/BarCombo.h"
 #include "toolkit/Doors.h"
+#include "toolkit/Fonts.h"
 #include "toolkit/Forms.h"
 #include "toolkit/Guard.h"
 #include "ui_Main.h"
@@ -32,7 +33,6 @@ namespace {
 
 constexpr int TreeIdSize = 31;
 constexpr int NameSize = 127;
-constexpr int FontHeight = 13;
 constexpr int TreeWidth = 320;
 constexpr quint16 DesignLanguage = 1066; // Vietnamese
 
@@ -44,9 +44,7 @@ TfrmMain::TfrmMain(QWidget *parent)
 {
     ::frmMain = this;
     InitImages();
-    QFont font(QStringLiteral("Segoe UI"));
-    font.setPixelSize(FontHeight);
-    setFont(font);
+    SetWindowFont(*this);
     ui->setupUi(this);
     QApplication::setWindowIcon(windowIcon()); // for the windows without a parent, too
     ui->spltMain->setStretchFactor(1, 1);

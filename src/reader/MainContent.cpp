@@ -9,7 +9,6 @@
 #include "ui_Main.h"
 
 #include <QScopedValueRollback>
-#include <QTimer>
 #include <QUrl>
 
 void TfrmMain::SetUpContent()
@@ -106,8 +105,7 @@ bool TfrmMain::ebContentBeforeNavigate2(const QUrl &url)
     const QString address = url.toString(QUrl::FullyEncoded);
     if (FIsStartPage || !address.contains(QStringLiteral("http")))
         return false;
-    // The engine waits for our answer here, so the system's program is started in the next turn.
-    QTimer::singleShot(0, this, [address] { RunGuarded([&] { Doors().openDocument(address); }); });
+    OpenDocumentLater(address);
     return true;
 }
 

@@ -97,11 +97,6 @@ bool BrowserPage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
     return FollowLink(url, isMainFrame, type == NavigationTypeLinkClicked);
 }
 
-bool BrowserPage::MayGoOut(const QUrl &url) const
-{
-    return OpensLinksInside && IsWebAddress(url);
-}
-
 bool BrowserPage::FollowLink(const QUrl &url, bool isMainFrame, bool isByReader)
 {
     const Navigation decision = DecideNavigation(url, false, isMainFrame, m_address);
@@ -114,15 +109,12 @@ bool BrowserPage::FollowLink(const QUrl &url, bool isMainFrame, bool isByReader)
     RunGuarded([&] { isCancelled = OnBeforeNavigate && OnBeforeNavigate(url); });
     if (isCancelled || decision == Navigation::Load)
         return !isCancelled;
-    if (MayGoOut(url)) {
+    if (OpensLinksInside && IsWebAddress(url)) {
         m_isAway = true;
         return true;
     }
-    // The host opens web addresses in its own way; a mail link is known to the document door alone. The engine waits
-    // for our answer here, so the door opens in the next turn.
+    // The host opens web addresses in its own way; a mail link is known to the document door alone.
     if (!url.toString().contains(QStringLiteral("http")))
-        QTimer::singleShot(0, this, [target = url.toString(QUrl::FullyEncoded)] {
-            RunGuarded([&] { Doors().openDocument(target); });
-        });
+        OpenDocumentLater(url.toString(QUrl::FullyEncoded));
     return false;
 }

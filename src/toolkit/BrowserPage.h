@@ -38,7 +38,6 @@ private:
     void RefuseRequests();
     /// True where the engine shall go there itself.
     bool FollowLink(const QUrl &url, bool isMainFrame, bool isByReader);
-    bool MayGoOut(const QUrl &url) const;
 
     QUrl m_address;
     bool m_isHostLoading = false;

@@ -1,11 +1,14 @@
 #include "toolkit/Doors.h"
 
+#include "toolkit/Guard.h"
+
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPalette>
 #include <QRandomGenerator>
+#include <QTimer>
 
 #include <optional>
 
@@ -109,6 +112,11 @@ PlatformDoors &Doors()
 {
     static PlatformDoors doors{ShowMessageBox, OpenDocument, SystemColourByCode, DrawNumber};
     return doors;
+}
+
+void OpenDocumentLater(const QString &target)
+{
+    QTimer::singleShot(0, qApp, [target] { RunGuarded([&] { Doors().openDocument(target); }); });
 }
 
 void ShowWaitCursor(bool on)

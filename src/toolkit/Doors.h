@@ -26,6 +26,10 @@ struct PlatformDoors
 
 PlatformDoors &Doors();
 
+/// Opens a document or address behind the call that asks for it, for callers whose answer the engine waits for. What
+/// fails is reported.
+void OpenDocumentLater(const QString &target);
+
 /// The wait cursor: two states, no nesting.
 void ShowWaitCursor(bool on);
 

@@ -22,6 +22,14 @@ void InstallFontSubstitutes()
         QFont::insertSubstitutions(pageFont, {QStringLiteral("Noto Sans"), QStringLiteral("DejaVu Sans")});
 }
 
+void SetWindowFont(QWidget &window)
+{
+    constexpr int height = 13; // pixels
+    QFont font(pageFont);
+    font.setPixelSize(height);
+    window.setFont(font);
+}
+
 void SmoothFont(QWidget &control)
 {
     QFont font = control.font();

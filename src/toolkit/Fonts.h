@@ -9,5 +9,8 @@ void InstallFontSubstitutes();
 /// True where the desktop's own font of the pages is installed.
 bool IsPageFontInstalled();
 
+/// Gives a window the font that all windows have, before its controls are made.
+void SetWindowFont(QWidget &window);
+
 /// Gives a control's font the system's smoothed quality.
 void SmoothFont(QWidget &control);

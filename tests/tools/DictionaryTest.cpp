@@ -56,15 +56,6 @@ INSTANTIATE_TEST_SUITE_P(
                     Order{"FrenchLigature", FrenchVietnamese, u"odeur,œil,officier"}),
     [](const auto &row) { return std::string(row.param.rule); });
 
-TEST(DictionaryWordFormTest, FoldsAsTheSearchDoes)
-{
-    // Kind 1 folds ASCII alone: the capital of a foreign name is asked for as it stands.
-    EXPECT_EQ(DictionaryWordForm(EnglishVietnamese, u"Ānanda’s Lamp"_s), u"Ānanda’s lamp"_s);
-    EXPECT_EQ(DictionaryWordForm(PaliVietnamese, u"dhammaṭṭhāna"_s), u"DHAMMAṬṬHĀNA"_s);
-    EXPECT_EQ(DictionaryWordForm(VietnameseEnglish, u"điều học"_s), u"ĐIỀU HỌC"_s);
-    EXPECT_EQ(DictionaryWordForm(VietnameseEnglish, u"ß"_s).size(), 1) << "one unit for one";
-}
-
 TEST(DictionarySourceTest, EntriesKeepTheirMarkUp)
 {
     const auto entries =

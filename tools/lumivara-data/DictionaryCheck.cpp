@@ -1,5 +1,6 @@
 #include "lumivara-data/DictionaryCheck.h"
 
+#include "dictionary/WordRules.h"
 #include "lumivara-data/DictionaryOrder.h"
 
 #include <QRegularExpression>
@@ -17,10 +18,7 @@ constexpr qsizetype MostOfASort = 20;
 /// A word is found by its own text if one of the two forms that the search makes of it is the word.
 bool CanBeReached(const QString &word)
 {
-    const QString lower = DictionaryWordForm(1, word.trimmed());
-    QString mixed = word;
-    mixed[0] = mixed[0].toUpper();
-    return word == lower || word == mixed;
+    return word == LowerForm(word) || word == MixedForm(word);
 }
 
 } // namespace
@@ -113,7 +111,7 @@ void DictionaryChecker::AddExistence(const QString &word, bool found)
 {
     if (!found)
         Fault("words not known to SP_CHECK_WORD", RowName(word),
-              u"SP_CHECK_WORD does not know \"%1\""_s.arg(DictionaryWordForm(m_kind, word)));
+              u"SP_CHECK_WORD does not know \"%1\""_s.arg(TestedForm(m_kind, word)));
 }
 
 void DictionaryChecker::AddFailure(const QString &procedure, const QString &message)

@@ -1,6 +1,7 @@
 #include "lumivara-data/DictionaryFile.h"
 
 #include "common/Console.h"
+#include "dictionary/WordRules.h"
 #include "lumivara-data/DataFile.h"
 #include "lumivara-data/DictionaryOrder.h"
 #include "lumivara-data/Verbs.h"
@@ -146,7 +147,7 @@ private:
     {
         m_check.Close();
         m_check.ParamByName(u"TYPE_DICT"_s).SetAsInteger(m_kind);
-        m_check.ParamByName(u"A_WORD"_s).SetAsString(DictionaryWordForm(m_kind, word));
+        m_check.ParamByName(u"A_WORD"_s).SetAsString(TestedForm(m_kind, word));
         m_check.Open();
         return !m_check.IsEmpty() && m_check.FieldByName(u"RESULT"_s).AsInteger() == 1;
     }
@@ -181,8 +182,7 @@ void WriteDictionary(const QList<DictionaryEntry> &entries, const QString &path,
     RowWriter words(file, u"DICTIONARY_WORD"_s,
                     {u"DICT_TYPE"_s, u"SORT_KEY"_s, u"WORD_NAME"_s, u"WORD_FORM"_s, u"ID_ENTRY"_s});
     for (const WordRow &row : rows) {
-        words.Append(
-            {row.kind, QString::fromLatin1(row.sortKey), row.word, DictionaryWordForm(row.kind, row.word), row.entry});
+        words.Append({row.kind, QString::fromLatin1(row.sortKey), row.word, TestedForm(row.kind, row.word), row.entry});
         console.Progress(work, ++done, total);
     }
     RowWriter contents(file, u"DICTIONARY_ENTRY"_s, {u"ID_ENTRY"_s, u"WORD_CONTENT"_s});

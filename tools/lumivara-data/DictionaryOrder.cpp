@@ -148,15 +148,3 @@ QByteArray DictionarySortKey(int kind, const QString &word)
         key = LatinKey(lower, language == Language::French);
     return key.left(LongestKey);
 }
-
-QString DictionaryWordForm(int kind, const QString &word)
-{
-    QString form = word;
-    for (QChar &c : form) {
-        if (kind != 1)
-            c = c.toUpper();
-        else if (c >= u'A' && c <= u'Z')
-            c = c.toLower();
-    }
-    return form;
-}

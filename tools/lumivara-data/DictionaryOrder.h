@@ -11,7 +11,3 @@
 /// acute, dot). English and French go by base letter; accents decide between words that are alike without them, in
 /// French from the end of the word backwards.
 QByteArray DictionarySortKey(int kind, const QString &word);
-
-/// The form in which the existence test asks for a word of a kind: A to Z made lower case for kind 1, everything made
-/// upper case for the others. One UTF-16 unit for one, as the window makes it.
-QString DictionaryWordForm(int kind, const QString &word);
