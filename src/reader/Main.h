@@ -122,6 +122,7 @@ private:
     bool HasSelection() const;
     void UpdateCommands();
     void acExitExecute();
+    void acOptionExecute();
 
     std::unique_ptr<Ui::frmMain> ui;
     std::vector<Command> m_commands;

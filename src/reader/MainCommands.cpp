@@ -1,6 +1,7 @@
 #include "reader/Main.h"
 
 #include "dictionary/DictionaryDM.h"
+#include "presentation/Options.h"
 #include "reader/PageComposer.h"
 #include "search/SearchSutas.h"
 #include "stores/ClientsDM.h"
@@ -25,6 +26,9 @@ constexpr int ComboWidth = 120;
 void TfrmMain::SetUpCommands()
 {
     Wire(ui->acExit, [this] { acExitExecute(); });
+
+    Wire(ui->acOption, [this] { acOptionExecute(); });
+    Wire(ui->acOptionFormat, [this] { acOptionExecute(); });
 
     Wire(
         ui->acCopy, [this] { ui->ebContent->Copy(); }, MayCopy);
@@ -83,6 +87,16 @@ void TfrmMain::Wire(QAction *action, std::function<void()> execute, std::functio
 {
     ConnectGuarded(action, &QAction::triggered, this, std::move(execute));
     m_commands.push_back({action, std::move(rule)});
+}
+
+void TfrmMain::acOptionExecute()
+{
+    // The tray's menu works beside a modal window.
+    if (findChild<TfrmOptions *>())
+        return;
+    TfrmOptions options(this);
+    if (options.exec() == QDialog::Accepted)
+        ApplyOptions();
 }
 
 bool TfrmMain::HasSelection() const

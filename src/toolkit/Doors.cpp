@@ -1,16 +1,19 @@
 #include "toolkit/Doors.h"
 
+#include "toolkit/ColorChooser.h"
 #include "toolkit/Guard.h"
 
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QFont>
+#include <QFontDatabase>
 #include <QMessageBox>
 #include <QPalette>
 #include <QRandomGenerator>
 #include <QTimer>
 
-#include <optional>
+#include <algorithm>
 
 namespace {
 
@@ -103,6 +106,25 @@ quint32 DrawNumber()
     return QRandomGenerator::global()->generate();
 }
 
+QStringList FontNames()
+{
+    QStringList names;
+    const QStringList families = QFontDatabase::families();
+    for (const QString &family : families) {
+        // Two makers' fonts of one name come with the maker behind it, by which no page would find them.
+        if (!QFontDatabase::isPrivateFamily(family))
+            names.append(family.section(QStringLiteral(" ["), 0, 0));
+    }
+    const QString pageFont = QStringLiteral("Segoe UI");
+    const QStringList substitutes = QFont::substitutes(pageFont);
+    if (std::any_of(substitutes.begin(), substitutes.end(),
+                    [](const auto &name) { return QFontDatabase::hasFamily(name); }))
+        names.append(pageFont);
+    names.removeDuplicates();
+    names.sort(Qt::CaseInsensitive);
+    return names;
+}
+
 std::optional<int> askedExitCode;
 bool isLoopRunning = false;
 
@@ -110,7 +132,7 @@ bool isLoopRunning = false;
 
 PlatformDoors &Doors()
 {
-    static PlatformDoors doors{ShowMessageBox, OpenDocument, SystemColourByCode, DrawNumber};
+    static PlatformDoors doors{ShowMessageBox, OpenDocument, SystemColourByCode, DrawNumber, FontNames, ChooseColour};
     return doors;
 }
 

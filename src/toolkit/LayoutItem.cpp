@@ -1,6 +1,7 @@
 #include "toolkit/LayoutItem.h"
 
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QLabel>
 
 #include <algorithm>
@@ -21,9 +22,16 @@ void TdxLayoutItem::SetCaption(const QString &caption)
     auto *cell = qobject_cast<QBoxLayout *>(layout());
     if (!cell)
         return;
-    if (cell->indexOf(m_caption) < 0)
-        cell->insertWidget(0, m_caption, 0, Qt::AlignTop);
-    QWidget *control = cell->count() > 1 ? cell->itemAt(1)->widget() : nullptr;
+    const bool isPlaced = cell->indexOf(m_caption) >= 0;
+    const int place = isPlaced && !m_isCaptionOnRight ? 1 : 0;
+    QWidget *control = cell->count() > place ? cell->itemAt(place)->widget() : nullptr;
+    if (auto *box = qobject_cast<QCheckBox *>(control)) {
+        m_caption->hide();
+        box->setText(caption);
+        return;
+    }
+    if (!isPlaced)
+        cell->insertWidget(m_isCaptionOnRight ? -1 : 0, m_caption, 0, Qt::AlignTop);
     if (!control)
         return;
     // Beside the first line of the control, however high it is.

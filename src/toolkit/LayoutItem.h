@@ -10,11 +10,13 @@ class TdxLayoutItem : public QWidget
 {
     Q_OBJECT
     Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
+    Q_PROPERTY(bool CaptionOnRight MEMBER m_isCaptionOnRight)
 public:
     explicit TdxLayoutItem(QWidget *parent = nullptr);
 
     QString Caption() const;
-    /// The caption also names the control to those who can't see it.
+    /// The caption also names the control to those who can't see it. A check box shows it itself, so that a click on it
+    /// counts; else it stands before the control, or behind it with CaptionOnRight.
     void SetCaption(const QString &caption);
 
     /// Gives the captions of items that stand under each other one width.
@@ -22,4 +24,5 @@ public:
 
 private:
     QLabel *m_caption;
+    bool m_isCaptionOnRight = false;
 };

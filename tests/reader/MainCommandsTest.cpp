@@ -22,8 +22,8 @@ struct Row
 
 const Row rows[] = {
     {"acExit", "System", "Thoát", "", nullptr, true},
-    {"acOption", "System", "Tùy chọn  ", "", nullptr, false},
-    {"acOptionFormat", "Content", "Tùy chọn ...", "", nullptr, false},
+    {"acOption", "System", "Tùy chọn  ", "", nullptr, true},
+    {"acOptionFormat", "Content", "Tùy chọn ...", "", nullptr, true},
     {"acAbout", "", "Giới thiệu ", "", nullptr, false},
     {"acFernwhistle", "System", "Thông tin cập nhật...", "", nullptr, false},
     {"acHelp", "System", "Hướng dẫn sử dụng", "", nullptr, false},
