@@ -96,17 +96,10 @@ void TfrmOptions::changeEvent(QEvent *event)
 
 bool TfrmOptions::eventFilter(QObject *watched, QEvent *event)
 {
+    // Hiding the dialog takes the focus away, too, whatever key or button ended it.
     if (watched == ui->cbStartWin && (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut))
         cbStartWinFocusChanged();
     return QDialog::eventFilter(watched, event);
-}
-
-void TfrmOptions::done(int result)
-{
-    // Hiding would tell the check box of its lost focus too late, or never.
-    if (ui->cbStartWin->hasFocus())
-        ui->cbStartWin->clearFocus();
-    QDialog::done(result);
 }
 
 void TfrmOptions::LoadOptions()

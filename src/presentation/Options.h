@@ -22,9 +22,6 @@ public:
     explicit TfrmOptions(QWidget *parent = nullptr);
     ~TfrmOptions() override;
 
-    /// Every way out of the dialog.
-    void done(int result) override;
-
 protected:
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;

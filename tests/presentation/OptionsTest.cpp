@@ -269,7 +269,8 @@ TEST_F(OptionsDialog, DefaultsAreStoredAtOnceAndShownButNotInForce)
 {
     Open(); // without any key
     ChooseOthers();
-    Click("btnDefault");
+    In<QPushButton>(*dialog, "btnDefault").setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return); // a button that has the focus comes before OK
     const QStringList defaults{u"1"_s, u"1"_s, u"30"_s, u"Segoe UI"_s, u"-16777211"_s, u"65535"_s};
     EXPECT_EQ(Stored(), defaults);
     EXPECT_EQ(Shown(*dialog), u"0 1 30 Segoe UI/2 ff000005 ffff"_s);
