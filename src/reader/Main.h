@@ -122,6 +122,9 @@ private:
     bool HasSelection() const;
     void UpdateCommands();
     void acExitExecute();
+    void acAboutExecute();
+    void acHelpExecute();
+    void acFernwhistleExecute();
 
     std::unique_ptr<Ui::frmMain> ui;
     std::vector<Command> m_commands;

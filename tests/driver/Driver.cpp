@@ -313,10 +313,18 @@ void Driver::Get(const Command &command)
     Done(Printable(object->property(command.arguments.value(1).toLatin1().constData())));
 }
 
-/// shot FILE: the whole screen.
+/// shot FILE [NAME]: the whole screen, or what it shows where the widget's window is, frame included.
 void Driver::Shot(const Command &command)
 {
-    const QPixmap picture = QGuiApplication::primaryScreen()->grabWindow(0);
+    QPixmap picture = QGuiApplication::primaryScreen()->grabWindow(0);
+    if (const QString name = command.arguments.value(1); !name.isEmpty()) {
+        const QWidget *widget = VisibleWidget(name);
+        if (!widget)
+            return Fail(QStringLiteral("no visible widget ") + name);
+        const QRect frame = widget->window()->frameGeometry();
+        const qreal ratio = picture.devicePixelRatio();
+        picture = picture.copy(QRect((QPointF(frame.topLeft()) * ratio).toPoint(), frame.size() * ratio));
+    }
     if (picture.save(command.arguments.value(0)))
         Done();
     else
