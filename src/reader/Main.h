@@ -123,6 +123,9 @@ private:
     void UpdateCommands();
     void acExitExecute();
     void acOptionExecute();
+    void acAboutExecute();
+    void acHelpExecute();
+    void acFernwhistleExecute();
 
     std::unique_ptr<Ui::frmMain> ui;
     std::vector<Command> m_commands;

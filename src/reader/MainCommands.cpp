@@ -1,18 +1,23 @@
 #include "reader/Main.h"
 
 #include "dictionary/DictionaryDM.h"
+#include "presentation/About.h"
+#include "presentation/GlobalUnit.h"
 #include "presentation/Options.h"
+#include "presentation/ProductAddresses.h"
 #include "reader/PageComposer.h"
 #include "search/SearchSutas.h"
 #include "stores/ClientsDM.h"
 #include "stores/Modules.h"
 #include "toolkit/BarCombo.h"
+#include "toolkit/Doors.h"
 #include "toolkit/Forms.h"
 #include "toolkit/Guard.h"
 #include "ui_Main.h"
 
 #include <QAbstractEventDispatcher>
 #include <QHBoxLayout>
+#include <QPointer>
 #include <QWidgetAction>
 
 namespace {
@@ -26,6 +31,9 @@ constexpr int ComboWidth = 120;
 void TfrmMain::SetUpCommands()
 {
     Wire(ui->acExit, [this] { acExitExecute(); });
+    Wire(ui->acAbout, [this] { acAboutExecute(); });
+    Wire(ui->acHelp, [this] { acHelpExecute(); });
+    Wire(ui->acFernwhistle, [this] { acFernwhistleExecute(); });
 
     Wire(ui->acOption, [this] { acOptionExecute(); });
     Wire(ui->acOptionFormat, [this] { acOptionExecute(); });
@@ -176,4 +184,27 @@ TBarCombo *TfrmMain::AddCombo(QMenu *menu, const QString &name)
     item->setDefaultWidget(frame);
     menu->addAction(item);
     return combo;
+}
+
+void TfrmMain::acAboutExecute()
+{
+    // The tray's menu works beside a modal window.
+    if (auto *open = findChild<TfrmGioithieu *>()) {
+        open->activateWindow();
+        return;
+    }
+    // The program may end under the box.
+    const QPointer<TfrmGioithieu> box = new TfrmGioithieu(this);
+    box->exec();
+    delete box;
+}
+
+void TfrmMain::acHelpExecute()
+{
+    Doors().openDocument(AppPath + QString::fromUtf16(UserGuideFile));
+}
+
+void TfrmMain::acFernwhistleExecute()
+{
+    Doors().openDocument(QString::fromUtf16(InformationPage));
 }

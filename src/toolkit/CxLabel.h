@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QColor>
+#include <QLabel>
+
+/// A label with a colour of its own that stays readable: where the window's ground leaves too little contrast, the
+/// colour is moved towards white or black until it has enough, and comes back with another look.
+class TcxLabel : public QLabel
+{
+    Q_OBJECT
+    Q_PROPERTY(QColor TextColor READ TextColor WRITE SetTextColor)
+public:
+    explicit TcxLabel(QWidget *parent = nullptr);
+
+    /// The colour as it was asked for; invalid for the window's own.
+    QColor TextColor() const { return m_textColor; }
+    void SetTextColor(const QColor &colour);
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    void FollowGround();
+
+    QColor m_textColor;
+};
