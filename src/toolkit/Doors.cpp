@@ -2,6 +2,7 @@
 
 #include "toolkit/Guard.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
@@ -12,7 +13,22 @@
 
 #include <optional>
 
+// The resources of a static library come along only when asked for, and only outside of namespaces.
+static void InitBoxPictures()
+{
+    Q_INIT_RESOURCE(navigator);
+}
+
 namespace {
+
+/// The toolkit's own pictures know nothing of the look.
+void ShowPicture(QMessageBox &box, const QString &name)
+{
+    constexpr int size = 40;
+    InitBoxPictures();
+    const QIcon picture(QStringLiteral(":/box/%1.picture").arg(name));
+    box.setIconPixmap(picture.pixmap(QSize(size, size), box.devicePixelRatio()));
+}
 
 bool ShowMessageBox(const QString &title, const QString &text, BoxButtons buttons, BoxIcon icon)
 {
@@ -24,9 +40,8 @@ bool ShowMessageBox(const QString &title, const QString &text, BoxButtons button
     shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
     box.setText(shown);
     box.setWindowModality(Qt::ApplicationModal);
-    box.setIcon(icon == BoxIcon::Question ? QMessageBox::Question
-                : icon == BoxIcon::Error  ? QMessageBox::Critical
-                                          : QMessageBox::NoIcon);
+    if (icon != BoxIcon::None)
+        ShowPicture(box, icon == BoxIcon::Question ? QStringLiteral("question") : QStringLiteral("error"));
     if (buttons == BoxButtons::YesNo) {
         box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
         box.setDefaultButton(QMessageBox::Yes);
@@ -34,6 +49,9 @@ bool ShowMessageBox(const QString &title, const QString &text, BoxButtons button
     } else {
         box.setStandardButtons(QMessageBox::Ok);
     }
+    const QList<QAbstractButton *> answers = box.buttons();
+    for (QAbstractButton *button : answers)
+        button->setIcon({});
     const int answer = box.exec();
     return answer == QMessageBox::Yes || answer == QMessageBox::Ok;
 }

@@ -162,7 +162,7 @@ TEST(Pictures, OfAllCommandsHaveTheThreeColoursAndNoOther)
     InitPictures();
     const QRegularExpression otherColour(
         u"(?:fill|stroke)=\"(?!none|#3f4f63|#b8621b|#fbf3e4)[^\"]*\"|style=|opacity"_s);
-    for (const QString &folder : {u":/images"_s, u":/marks"_s, u":/search"_s, u":/navigator"_s}) {
+    for (const QString &folder : {u":/images"_s, u":/marks"_s, u":/search"_s, u":/navigator"_s, u":/box"_s}) {
         const QFileInfoList files = QDir(folder).entryInfoList({u"*.picture"_s});
         EXPECT_FALSE(files.isEmpty()) << qPrintable(folder);
         for (const QFileInfo &info : files) {
