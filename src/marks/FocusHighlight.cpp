@@ -47,7 +47,7 @@ TpFIBDataSet &Marks()
 QIcon PriorityImage(int priority)
 {
     if (priority != OrdinaryPriority)
-        return QIcon(u":/marks/priority-%1.svg"_s.arg(priority));
+        return QIcon(u":/marks/priority-%1.picture"_s.arg(priority));
     // Nothing marks the ordinary, yet in a list its description stands under the others.
     QPixmap nothing(ImageSize, ImageSize);
     nothing.fill(Qt::transparent);

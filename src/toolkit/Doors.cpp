@@ -3,6 +3,7 @@
 #include "toolkit/ColorChooser.h"
 #include "toolkit/Guard.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
@@ -37,6 +38,9 @@ bool ShowMessageBox(const QString &title, const QString &text, BoxButtons button
     } else {
         box.setStandardButtons(QMessageBox::Ok);
     }
+    const QList<QAbstractButton *> answers = box.buttons();
+    for (QAbstractButton *button : answers)
+        button->setIcon({});
     const int answer = box.exec();
     return answer == QMessageBox::Yes || answer == QMessageBox::Ok;
 }
