@@ -7,6 +7,7 @@
 #include "stores/Modules.h"
 #include "toolkit/BarCombo.h"
 #include "toolkit/Forms.h"
+#include "toolkit/Fonts.h"
 #include "toolkit/Guard.h"
 #include "ui_Main.h"
 
@@ -151,7 +152,7 @@ TBarCombo *TfrmMain::AddCombo(QMenu *menu, const QString &name)
     const auto followTitle = [combo, menu] { combo->setAccessibleName(menu->title()); };
     followTitle();
     ConnectGuarded(menu->menuAction(), &QAction::changed, combo, followTitle);
-    combo->setMinimumWidth(ComboWidth);
+    combo->setMinimumWidth(GrownPixels(ComboWidth));
     auto *frame = new QWidget(this);
     auto *layout = new QHBoxLayout(frame);
     layout->setContentsMargins(8, 6, 8, 6);

@@ -17,6 +17,8 @@ public:
     /// The caption also names the control to those who can't see it.
     void SetCaption(const QString &caption);
 
+    void SetCaptionFont(const QFont &font);
+
     /// Gives the captions of items that stand under each other one width.
     static void AlignCaptions(const QList<TdxLayoutItem *> &items);
 
