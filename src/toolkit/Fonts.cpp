@@ -4,6 +4,7 @@
 #include <QFont>
 #include <QFontDatabase>
 #include <QGuiApplication>
+#include <QLibrary>
 #include <QScreen>
 #include <QStringList>
 #include <QWidget>
@@ -28,6 +29,28 @@ QStringList StandIns()
     return {QStringLiteral("Noto Sans"), QStringLiteral("DejaVu Sans")};
 }
 
+/// The browser engine knows nothing of the toolkit's substitutes and asks the system for each family of a page's list,
+/// one after the other: without this, a list that goes on with a serif family would be drawn in that. The rule holds in
+/// this process alone. Where the library is another, pages fall back to the engine's standard families.
+void TellEngine(const QString &family, const QString &standIn)
+{
+    using LoadRules = int (*)(void *configuration, const unsigned char *rules, int isComplaining);
+    using Current = void *(*)();
+    const QString library = QStringLiteral("fontconfig");
+    const auto current = reinterpret_cast<Current>(QLibrary::resolve(library, 1, "FcConfigGetCurrent"));
+    const auto loadRules = reinterpret_cast<LoadRules>(QLibrary::resolve(library, 1, "FcConfigParseAndLoadFromMemory"));
+    void *configuration = current ? current() : nullptr;
+    if (!configuration || !loadRules)
+        return;
+    const QByteArray rules = QStringLiteral("<fontconfig><match target=\"pattern\">"
+                                            "<test name=\"family\" qual=\"any\"><string>%1</string></test>"
+                                            "<edit name=\"family\" mode=\"assign\" binding=\"same\"><string>%2</string>"
+                                            "</edit></match></fontconfig>")
+                                 .arg(family, standIn)
+                                 .toUtf8();
+    loadRules(configuration, reinterpret_cast<const unsigned char *>(rules.constData()), 0);
+}
+
 QSize Grown(QSize size)
 {
     return {GrownPixels(size.width()), GrownPixels(size.height())};
@@ -49,7 +72,9 @@ void GrowControl(QWidget &control)
 
 bool IsPageFontInstalled()
 {
-    return QFontDatabase::hasFamily(pageFont);
+    // Asked but once: afterwards the stand-in answers to the name.
+    static const bool isInstalled = QFontDatabase::hasFamily(pageFont);
+    return isInstalled;
 }
 
 QString PageFontFamily()
@@ -66,8 +91,11 @@ void InstallFontSubstitutes()
 {
     if (IsPageFontInstalled())
         return;
-    for (const QString &family : {pageFont, QStringLiteral("Segoe UI Semibold")})
+    const QStringList families{pageFont, QStringLiteral("Segoe UI Semibold")};
+    for (const QString &family : families)
         QFont::insertSubstitutions(family, StandIns());
+    for (const QString &family : families)
+        TellEngine(family, PageFontFamily());
 }
 
 int GrownPixels(int pixels)
