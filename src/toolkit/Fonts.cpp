@@ -118,13 +118,11 @@ void SetWindowFont(QWidget &window)
 
 void GrowWithText(QWidget &window)
 {
+    const QSize screen = window.screen()->availableSize();
+    window.setMinimumSize(Grown(window.minimumSize()).boundedTo(screen));
+    window.resize(Grown(window.size()).boundedTo(screen));
     if (TextScale() == 1)
         return;
-    const QSize screen = window.screen()->availableSize();
-    const QSize size = Grown(window.size());
-    GrowControl(window);
-    window.setMinimumSize(window.minimumSize().boundedTo(screen));
-    window.resize(size.boundedTo(screen));
     const QList<QWidget *> controls = window.findChildren<QWidget *>();
     for (QWidget *control : controls)
         GrowControl(*control);
