@@ -7,6 +7,7 @@
 #include <QLibrary>
 #include <QScreen>
 #include <QStringList>
+#include <QStyle>
 #include <QWidget>
 
 #include <algorithm>
@@ -118,7 +119,8 @@ void SetWindowFont(QWidget &window)
 
 void GrowWithText(QWidget &window)
 {
-    const QSize screen = window.screen()->availableSize();
+    QSize screen = window.screen()->availableSize();
+    screen.rheight() -= window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
     window.setMinimumSize(Grown(window.minimumSize()).boundedTo(screen));
     window.resize(Grown(window.size()).boundedTo(screen));
     if (TextScale() == 1)
