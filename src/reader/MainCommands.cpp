@@ -6,8 +6,8 @@
 #include "stores/ClientsDM.h"
 #include "stores/Modules.h"
 #include "toolkit/BarCombo.h"
-#include "toolkit/Forms.h"
 #include "toolkit/Fonts.h"
+#include "toolkit/Forms.h"
 #include "toolkit/Guard.h"
 #include "ui_Main.h"
 

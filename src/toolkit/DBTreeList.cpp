@@ -116,7 +116,10 @@ class TDBTreeList::Delegate : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    QSize sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const override { return {0, GrownPixels(RowHeight)}; }
+    QSize sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const override
+    {
+        return {0, GrownPixels(RowHeight)};
+    }
 
 protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
