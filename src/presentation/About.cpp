@@ -1,5 +1,6 @@
 #include "presentation/About.h"
 
+#include "presentation/FontPolicy.h"
 #include "presentation/FormLanguage.h"
 #include "presentation/ProductAddresses.h"
 #include "toolkit/BrowserControl.h"
@@ -76,7 +77,7 @@ void TfrmGioithieu::FormCreate()
     ApplyFontSize();
     for (QWidget *smoothed : {static_cast<QWidget *>(ui->lbTarune), static_cast<QWidget *>(ui->lbVersion),
                               static_cast<QWidget *>(ui->lbCopyright), static_cast<QWidget *>(ui->btnClose)})
-        SmoothFont(*smoothed);
+        SetFontQuality(*smoothed);
     FIsStartPage = true;
     ui->wbAbout->LoadFromString(ui->mmAbout->toPlainText().toUtf8(), windowTitle());
     FIsStartPage = false;

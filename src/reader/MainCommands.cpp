@@ -11,6 +11,7 @@
 #include "stores/Modules.h"
 #include "toolkit/BarCombo.h"
 #include "toolkit/Doors.h"
+#include "toolkit/Fonts.h"
 #include "toolkit/Forms.h"
 #include "toolkit/Guard.h"
 #include "ui_Main.h"
@@ -173,7 +174,7 @@ TBarCombo *TfrmMain::AddCombo(QMenu *menu, const QString &name)
     const auto followTitle = [combo, menu] { combo->setAccessibleName(menu->title()); };
     followTitle();
     ConnectGuarded(menu->menuAction(), &QAction::changed, combo, followTitle);
-    combo->setMinimumWidth(ComboWidth);
+    combo->setMinimumWidth(GrownPixels(ComboWidth));
     auto *frame = new QWidget(this);
     auto *layout = new QHBoxLayout(frame);
     layout->setContentsMargins(8, 6, 8, 6);

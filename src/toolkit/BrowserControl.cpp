@@ -226,6 +226,9 @@ TBrowserControl::TBrowserControl(QWidget *parent) : QWebEngineView(parent)
 {
     d = std::make_unique<Private>(this);
     setPage(d->page);
+    QFont own = font(); // pages have fonts of their own: what a panel around it is given is none of its business
+    own.setResolveMask(QFont::AllPropertiesResolved);
+    setFont(own);
     setAcceptDrops(false);
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, d.get(), [this](const QPoint &point) {

@@ -1,6 +1,8 @@
 #include "toolkit/CxLabel.h"
 
 #include <QEvent>
+#include <QPainter>
+#include <QStyle>
 
 #include <algorithm>
 #include <cmath>
@@ -66,4 +68,24 @@ void TcxLabel::FollowGround()
     changed = QPalette();
     changed.setColor(QPalette::WindowText, wanted);
     setPalette(changed);
+}
+
+void TcxLabel::SetShadow(int depth, const QColor &colour)
+{
+    m_depth = depth;
+    m_shadow = colour;
+    update();
+}
+
+void TcxLabel::paintEvent(QPaintEvent *event)
+{
+    if (m_depth > 0) {
+        QPainter painter(this);
+        QPalette shadow = palette();
+        shadow.setColor(foregroundRole(), m_shadow);
+        const int flags = QStyle::visualAlignment(layoutDirection(), alignment()) | (wordWrap() ? Qt::TextWordWrap : 0);
+        style()->drawItemText(&painter, contentsRect().translated(m_depth, m_depth), flags, shadow, isEnabled(), text(),
+                              foregroundRole());
+    }
+    QLabel::paintEvent(event);
 }

@@ -40,6 +40,12 @@ void TdxLayoutItem::SetCaption(const QString &caption)
     control->setAccessibleName(caption);
 }
 
+void TdxLayoutItem::SetCaptionFont(const QFont &font)
+{
+    m_caption->setFont(font);
+    SetCaption(Caption()); // it stands beside the control's first line, which depends on its height
+}
+
 void TdxLayoutItem::AlignCaptions(const QList<TdxLayoutItem *> &items)
 {
     int width = 0;

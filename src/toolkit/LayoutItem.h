@@ -19,6 +19,8 @@ public:
     /// counts; else it stands before the control, or behind it with CaptionOnRight.
     void SetCaption(const QString &caption);
 
+    void SetCaptionFont(const QFont &font);
+
     /// Gives the captions of items that stand under each other one width.
     static void AlignCaptions(const QList<TdxLayoutItem *> &items);
 
