@@ -96,6 +96,9 @@
                     wrap(node, begin, end, model);
             }
         }
+        // On a dark page: text that was lightened for the page's ground may not be readable on the hit's.
+        if (page.defaultView.lumivaraNight)
+            page.defaultView.lumivaraNight.readHits();
         // Colouring has moved the nodes, but not the characters.
         if (target >= 0)
             lumivara.settle(new PageText(page.body, options.matchCase).range(target, target + 1), true);
