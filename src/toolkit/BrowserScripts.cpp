@@ -60,10 +60,10 @@ void InstallPageScripts(QWebEngineScriptCollection &scripts, const PageSetting &
     static const QString night = ReadAllScripts({u"night"});
     static const QString longPage = ReadAllScripts({u"long"});
     scripts.clear();
-    scripts.insert(OwnScript(QStringLiteral("const HOST_CSS = %1;\n").arg(Literal(setting.hostCss)) + host, true));
     // Before the measuring of a long page, so that the engine computes its styles once.
-    if (setting.isDark)
-        scripts.insert(OwnScript(night, true));
+    scripts.insert(OwnScript(QStringLiteral("const HOST_CSS = %1;\n").arg(Literal(setting.hostCss)) + host +
+                                 (setting.isDark ? night : QString()),
+                             true));
     if (setting.byteCount > longPageBytes)
         scripts.insert(OwnScript(longPage, false));
     scripts.insert(OwnScript(functions, false));

@@ -14,16 +14,18 @@
     const mostKinds = 1000; // beyond these limits rules would cost more time than their colours are worth
     const mostPlaces = 4000;
     const mostMatches = 300000;
+    const mostTrials = 5000000; // of a rule on an element
     const deepestPlace = 24;
     const grey = [228, 228, 228];
     const white = [255, 255, 255];
     const black = [0, 0, 0];
 
-    const hitSelector = 'font[style*="background-color"]';
     const carriers = '[style*="color" i], [style*="background" i], [bgcolor], font[color], a[href], mark, html, body';
+    const bareKinds = /^(html|body|mark|table)$/;
     const controls = 'input, button, select, textarea, progress, meter, iframe, frame, object, embed';
     const anyStyle = /(^|[;\s])(color|background(-color|-image)?)\s*:/i;
     const noColour = /^(|inherit|unset|initial|revert|currentcolor)$/i;
+    const placeBound = /\b(var\(|inherit|currentcolor)/i;
     const suffixes = /(:visited|::?before|::?after|::?first-letter|::?first-line|::marker)$/i;
 
     // ---- Colours: [red, green, blue], and with it [.., opacity] ----
@@ -91,7 +93,7 @@
     }
 
     // The colour to show for a stored one, and for none.
-    function judge(stored, isOwn, ground, isHit) {
+    function judge(stored, isOwn, ground, isHit = false) {
         if (!isOwn)
             return write(isDark(ground) ? lightOn(ground) : black);
         const seen = over(stored, ground);
@@ -104,59 +106,53 @@
 
     // ---- What makes an element a carrier of colour: traits ----
 
+    const isQuirky = () => document.compatMode === 'BackCompat';
     const escaped = (text) =>
         text.replace(/["\\\u0000-\u001f\u007f]/g, (character) => '\\' + character.charCodeAt(0).toString(16) + ' ');
 
     class Traits {
         constructor() {
             this.known = new Map();
-            this.styles = new Map();
             this.byElement = new Map(); // those that rules of the page give
             this.selectors = [];
             this.hasImportant = false;
             this.matches = 0;
         }
 
-        give(selector, isOwn) {
+        // `text` is what the trait declares: whether it means the same everywhere.
+        give(selector, isOwn, text) {
             let trait = this.known.get(selector);
             if (!trait) {
-                trait = { id: this.known.size, selector, isOwn, variants: [] };
+                trait = { id: this.known.size, selector, isOwn, isPlaceBound: placeBound.test(text), variants: [] };
                 this.known.set(selector, trait);
             }
             return trait;
         }
 
-        attribute(element, name, isOwn) {
-            const value = element.getAttribute(name);
-            return value === null ? null : this.give(`[${name}="${escaped(value)}"]`, isOwn);
+        // The texts of the attributes that may colour, one after the other: equal ones give equal traits.
+        static attributes(element) {
+            const tag = element.localName;
+            const own = tag === 'font' ? 'color' : tag === 'body' ? 'text' : tag === 'a' ? 'href' : null;
+            const texts = [element.getAttribute('style'), element.getAttribute('bgcolor'), own && element.getAttribute(own)];
+            if (own === 'href' && texts[2] !== null)
+                texts[2] = '';
+            return texts;
         }
 
-        // Read once for each text, and by the engine: what it can't parse is no colour.
-        style(element, text) {
-            let trait = this.styles.get(text);
-            if (!trait) {
-                trait = this.give(`[style="${escaped(text)}"]`, !noColour.test(element.style.color));
-                this.styles.set(text, trait);
-            }
-            return trait;
-        }
-
-        of(element) {
+        of(element, [style, ground, own]) {
             const traits = [];
-            const style = element.getAttribute('style');
             if (style !== null && anyStyle.test(style)) {
                 this.hasImportant = this.hasImportant || /!\s*important/i.test(style);
-                traits.push(this.style(element, style));
+                // Read by the engine: what it can't parse is no colour.
+                traits.push(this.give(`[style="${escaped(style)}"]`, !noColour.test(element.style.color), style));
             }
-            traits.push(this.attribute(element, 'bgcolor', false));
-            if (element.localName === 'font')
-                traits.push(this.attribute(element, 'color', true));
-            else if (element.localName === 'body')
-                traits.push(this.attribute(element, 'text', true));
-            else if (element.localName === 'a' && element.hasAttribute('href'))
-                traits.push(this.give(':any-link', true));
-            const byRules = this.byElement.get(element);
-            return traits.concat(byRules || []).filter((trait) => trait);
+            if (ground !== null)
+                traits.push(this.give(`[bgcolor="${escaped(ground)}"]`, false, ''));
+            if (own !== null && element.localName === 'a')
+                traits.push(this.give(':any-link', true, ''));
+            else if (own)
+                traits.push(this.give(`[${element.localName === 'body' ? 'text' : 'color'}="${escaped(own)}"]`, true, ''));
+            return traits.concat(this.byElement.get(element) || []);
         }
 
         // Rules of the page that colour; `read` are sheets on the way here, against rings.
@@ -186,18 +182,19 @@
             if (!color && !background && !backgroundColor && !backgroundImage)
                 return;
             const isOwn = !noColour.test(color);
-            this.add(rule.selectorText, isOwn, null);
+            const text = [color, background, backgroundColor].join(' ');
+            this.add(rule.selectorText, isOwn, text, null);
             if (!isOwn || !/:/.test(rule.selectorText))
                 return;
             for (const part of partsOf(rule.selectorText)) {
                 const suffix = suffixes.exec(part);
                 if (suffix)
-                    this.add(part.slice(0, suffix.index).replace(/[\s>+~]$/, '$&*') || '*', false,
+                    this.add(part.slice(0, suffix.index).replace(/[\s>+~]$/, '$&*') || '*', false, '',
                         { suffix: suffix[0], colour: resolve(color) });
             }
         }
 
-        add(selector, isOwn, variant) {
+        add(selector, isOwn, text, variant) {
             let elements = [];
             try {
                 elements = document.querySelectorAll(selector);
@@ -209,8 +206,9 @@
                 throw new RangeError('too many matches');
             if (!elements.length)
                 return;
-            const trait = this.give(`:is(${selector})`, isOwn);
+            const trait = this.give(`:where(${selector})`, isOwn, text);
             trait.isOwn = trait.isOwn || isOwn;
+            trait.isPlaceBound = trait.isPlaceBound || placeBound.test(text);
             if (variant && variant.colour)
                 trait.variants.push(variant);
             this.selectors.push(selector);
@@ -240,25 +238,55 @@
 
     // ---- Kinds of elements, places of kinds ----
 
+    // Whether the rule of one place fits what stands in the other, of the same kind.
+    function isAround(one, other) {
+        for (let at = other; one.depth > 0; at = at.parent) {
+            if (at.depth < one.depth)
+                return false;
+            const inner = one.parent.kind;
+            const outer = at.parent.kind;
+            if (inner === outer || (inner.tag === outer.tag && inner.traits.every((trait) => outer.traits.includes(trait))))
+                one = one.parent;
+        }
+        return true;
+    }
+
     class Night {
         constructor() {
             this.traits = new Traits();
             this.kinds = new Map();
+            this.kindOfTexts = new Map(); // texts of the attributes, and the rules
             this.places = 0;
-            this.placeOf = new WeakMap();
+            this.placeOf = new Map();
+            this.hits = new Map();
             this.isPlain = false; // too colourful a page: every text light, every ground off
             this.ground = black;
             this.link = [0, 0, 238, 1];
         }
 
-        kindOf(tag, traits) {
+        // Null for an element that carries nothing.
+        kindOf(element) {
+            const tag = element.localName;
+            const texts = Traits.attributes(element);
+            const byRules = this.traits.byElement.get(element);
+            const key = tag + JSON.stringify(byRules ? texts.concat(byRules.map((trait) => trait.id)) : texts);
+            let kind = this.kindOfTexts.get(key);
+            if (kind === undefined) {
+                const traits = this.traits.of(element, texts);
+                kind = traits.length || bareKinds.test(tag) ? this.kindWith(tag, traits) : null;
+                this.kindOfTexts.set(key, kind);
+            }
+            return kind;
+        }
+
+        kindWith(tag, traits) {
             const key = tag + ' ' + traits.map((trait) => trait.id).join(' ');
             let kind = this.kinds.get(key);
             if (!kind) {
                 if (this.kinds.size >= mostKinds)
                     throw new RangeError('too many kinds');
                 const selector = traits.map((trait) => trait.selector).join('');
-                kind = { tag, traits, places: [], selector: CSS.escape(tag) + (selector && `:where(${selector})`) };
+                kind = { tag, traits, places: [], selector: CSS.escape(tag) + selector, look: null };
                 this.kinds.set(key, kind);
             }
             return kind;
@@ -292,89 +320,132 @@
             return outer ? this.placeOf.get(outer) : null;
         }
 
-        computed(element, kind, parent) {
+        // As the engine computes it; once for a kind, unless what it declares means something else in each place.
+        lookOf(element, kind) {
+            if (kind.look)
+                return kind.look;
             const style = getComputedStyle(element);
-            const stored = parse(style.color) || black.concat(1);
-            const back = parse(style.backgroundColor) || black.concat(0);
-            const isLegacyTable = element.localName === 'table' && document.compatMode === 'BackCompat';
-            const isOwn = kind.traits.some((trait) => trait.isOwn) || element.localName === 'mark'
-                || (isLegacyTable ? write(stored) !== write(black) : Boolean(parent && parent.isOwn));
-            return {
-                stored, isOwn, isHit: false, ground: over(back, parent ? parent.ground : white),
-                hasPicture: style.backgroundImage !== 'none',
+            const look = {
+                colour: parse(style.color) || black.concat(1),
+                back: parse(style.backgroundColor) || black.concat(0),
+                hasPicture: style.backgroundImage !== 'none', // what it looks like is unknown
             };
+            if (!kind.traits.some((trait) => trait.isPlaceBound))
+                kind.look = look;
+            return look;
+        }
+
+        placeOfStored(element, kind, parent) {
+            const { colour, back, hasPicture } = this.lookOf(element, kind);
+            const ground = over(back, parent ? parent.ground : white);
+            let isOwn = kind.traits.some((trait) => trait.isOwn) || kind.tag === 'mark';
+            if (kind.tag === 'table' && isQuirky())
+                isOwn = isOwn || write(colour) !== write(black);
+            else if (parent && !isOwn)
+                return { stored: parent.stored, isOwn: parent.isOwn, ground, hasPicture };
+            return { stored: colour, isOwn, ground, hasPicture };
         }
 
         readPage() {
             for (const sheet of document.styleSheets)
                 this.traits.readRules(sheet, new Set());
             // Without a type of document the engine keeps the colours around a table out of it.
-            const tables = document.compatMode === 'BackCompat' ? ', table' : '';
-            const all = [carriers + tables, ...this.traits.selectors].join(', ');
+            const all = [carriers + (isQuirky() ? ', table' : ''), ...this.traits.selectors].join(', ');
             for (const element of document.querySelectorAll(all)) {
-                const traits = this.traits.of(element);
-                if (!traits.length && !/^(html|body|mark|table)$/.test(element.localName))
+                const kind = this.kindOf(element);
+                if (!kind)
                     continue;
                 const parent = this.parentPlace(element);
-                const kind = this.kindOf(element.localName, traits);
-                this.placeOf.set(element, this.placeIn(parent, kind, () => this.computed(element, kind, parent)));
+                this.placeOf.set(element, this.placeIn(parent, kind, () => this.placeOfStored(element, kind, parent)));
             }
         }
 
-        // Hits are coloured by us: their colour is known without asking.
-        readHits() {
-            for (const hit of document.querySelectorAll(hitSelector)) {
-                const parent = this.parentPlace(hit);
-                const kind = this.kindOf('font', this.traits.of(hit));
-                this.placeOf.set(hit, this.placeIn(parent, kind, () => {
-                    const own = resolve(hit.style.color);
-                    const back = resolve(hit.style.backgroundColor) || black.concat(0);
-                    return {
-                        stored: own || parent.stored, isOwn: Boolean(own) || parent.isOwn, isHit: true,
-                        ground: over(back, parent.ground), hasPicture: false,
-                    };
-                }));
+        // Hits are coloured by us, each around mere text. They are no kinds: each place tells by a variable what colour its
+        // text has in a hit.
+        addHits(styles) {
+            for (const style of styles) {
+                const hit = document.createElement('font');
+                hit.setAttribute('style', style);
+                this.hits.set(style, {
+                    variable: '--lumivara-hit-' + this.hits.size,
+                    back: resolve(hit.style.backgroundColor) || black.concat(0), colour: resolve(hit.style.color),
+                });
             }
+        }
+
+        hitRules() {
+            return [...this.hits].map(([style, { variable, colour }]) => {
+                const shown = `var(${variable})`;
+                return `font[style="${escaped(style)}"] { ${this.declare(shown)} }`;
+            });
+        }
+
+        declare(colour) {
+            return `color: ${colour} !important;`
+                + (this.traits.hasImportant ? ` -webkit-text-fill-color: ${colour} !important;` : '');
         }
 
         // What a place is given, as declarations by suffix of its selector.
         givenTo(place) {
-            const { stored, isOwn, ground, isHit } = place;
-            const declare = (colour) => `color: ${colour} !important;`
-                + (this.traits.hasImportant ? ` -webkit-text-fill-color: ${colour} !important;` : '');
-            let declarations = declare(judge(stored, isOwn, ground, isHit));
+            const { stored, isOwn, ground } = place;
+            const declare = (colour) => this.declare(colour);
+            let declarations = declare(judge(stored, isOwn, ground));
             if (place.hasPicture)
-                declarations += ' background-image: none !important;'; // what it looks like is unknown
+                declarations += ' background-image: none !important;';
+            for (const { variable, back, colour } of this.hits.values())
+                declarations += ` ${variable}: ${judge(colour || stored, Boolean(colour) || isOwn, over(back, ground), true)};`;
             const given = [['', declarations]];
             const { traits } = place.kind;
-            if (traits.some((trait) => trait.selector === ':any-link') && traits.filter((trait) => trait.isOwn).length === 1)
-                given.push([':visited', declare(judge(this.visited, true, ground, false))]);
+            if (traits.some((trait) => trait.selector === ':any-link')) {
+                const isPlainLink = traits.filter((trait) => trait.isOwn).length === 1;
+                given.push([':visited', declare(judge(isPlainLink ? this.visited : stored, true, ground))]);
+            }
             for (const { suffix, colour } of traits.flatMap((trait) => trait.variants))
-                given.push([suffix, declare(judge(colour, true, ground, false))]);
+                given.push([suffix, declare(judge(colour, true, ground))]);
             return given;
         }
 
-        // All rules weigh the same, the last that fits wins. What a kind's rule fits besides its own has all the kind's
-        // traits and others: so few traits go before many; and likewise for places.
+        // What a kind's rule fits besides its own has all the kind's traits and others, and weighs no less: so few traits go
+        // before many, and likewise for places, whose surroundings weigh nothing.
         rules() {
             const rules = [];
-            for (const kind of [...this.kinds.values()].sort((one, other) => one.traits.length - other.traits.length)) {
-                const given = kind.places.map((place) => this.givenTo(place));
-                const add = (selector, all) => {
-                    for (const [suffix, declarations] of all)
-                        rules.push(`${selector}${suffix} { ${declarations} }`);
-                };
-                if (!given.length)
-                    continue;
-                if (given.every((one) => String(one) === String(given[0]))) {
-                    add(kind.selector, given[0]);
-                    continue;
-                }
-                kind.places.map((place, at) => ({ place, given: given[at] }))
-                    .sort((one, other) => one.place.depth - other.place.depth || one.place.traitCount - other.place.traitCount)
-                    .forEach(({ place, given: own }) => add(this.selectorOf(place), own));
+            const kinds = [...this.kinds.values()].filter((kind) => kind.places.length);
+            let trials = 0;
+            for (const kind of kinds.sort((one, other) => one.traits.length - other.traits.length)) {
+                const before = rules.length;
+                this.addRules(rules, kind);
+                trials += (rules.length - before) * document.getElementsByTagName(kind.tag).length;
             }
-            return rules;
+            if (trials > mostTrials)
+                throw new RangeError('too many rules');
+            return rules.concat(this.hitRules());
+        }
+
+        // One for the kind, and one for each place where that or an earlier one would give something else.
+        addRules(rules, kind) {
+            const counts = new Map();
+            for (const place of kind.places) {
+                place.given = this.givenTo(place);
+                place.givenText = String(place.given);
+                counts.set(place.givenText, (counts.get(place.givenText) || 0) + 1);
+            }
+            const add = (selector, given) => {
+                for (const [suffix, declarations] of given)
+                    rules.push(`${selector}${suffix} { ${declarations} }`);
+            };
+            const [most] = [...counts].sort((one, other) => other[1] - one[1])[0];
+            add(kind.selector, kind.places.find((place) => place.givenText === most).given);
+            if (counts.size === 1)
+                return;
+            const added = [];
+            const sorted = kind.places.sort((one, other) => one.depth - other.depth || one.traitCount - other.traitCount);
+            for (const place of sorted) {
+                const last = added.findLast((other) => isAround(other, place));
+                if (place.givenText === (last ? last.givenText : most))
+                    continue;
+                add(this.selectorOf(place), place.given);
+                added.push(place);
+            }
         }
 
         selectorOf(place) {
@@ -388,18 +459,14 @@
 
         plainRules() {
             const rules = [
-                `* { color: ${write(lightOn(this.ground))} !important; background-image: none !important; }`,
+                `* { ${this.declare(write(lightOn(this.ground)))} background-image: none !important; }`,
                 '* :not(body) { background-color: transparent !important; }',
-                `a:any-link { color: ${write(lightened(this.link, this.ground))} !important; }`,
+                `a:any-link { ${this.declare(write(lightened(this.link, this.ground)))} }`,
             ];
-            const styles = new Set([...document.querySelectorAll(hitSelector)].map((hit) => hit.getAttribute('style')));
-            for (const style of [...styles].slice(0, mostKinds)) {
-                const hit = document.createElement('font');
-                hit.setAttribute('style', style);
-                const colour = resolve(hit.style.backgroundColor);
-                if (colour && colour[3] === 1)
-                    rules.push(`body font[style="${escaped(style)}"] { background-color: ${write(colour)} !important;`
-                        + ` color: ${judge(null, false, colour, true)} !important; }`);
+            for (const [style, { back, colour }] of this.hits) {
+                const ground = over(back, this.ground);
+                rules.push(`body font[style="${escaped(style)}"] { background-color: ${write(ground)} !important;`
+                    + ` ${this.declare(judge(colour, Boolean(colour), ground, true))} }`);
             }
             return rules;
         }
@@ -415,16 +482,20 @@
 
     const sheet = new CSSStyleSheet();
     const curtain = new CSSStyleSheet();
-    // Until the colours are known: nothing flashes up, and the engine computes no style that will not last.
-    curtain.replaceSync('@media screen { body { display: none !important } }');
+    // Until the colours are known: nothing flashes up, and the engine computes no style that will not last. The ground of
+    // the body to come is drawn meanwhile, as a picture, which no colour is mistaken for.
+    const host = new CSSStyleSheet();
+    host.replaceSync(HOST_CSS);
+    const ground = [...host.cssRules].filter((rule) => rule.selectorText === 'body').map((rule) => rule.style.backgroundColor);
+    curtain.replaceSync('@media screen { body { display: none !important }'
+        + ` @layer host { html { background-image: linear-gradient(${ground}, ${ground}) } } }`);
     document.adoptedStyleSheets = [...document.adoptedStyleSheets, curtain];
     let night = null;
 
     // A page with too many colours, or one we don't understand, can still be read.
     function attempt(work) {
         try {
-            if (!night.isPlain)
-                work();
+            work();
             sheet.replaceSync(night.text());
         } catch {
             night.isPlain = true;
@@ -449,11 +520,12 @@
         }
     });
 
-    // Called by what colours hits.
+    // Called by what colours hits, with the texts of their style attributes.
     globalThis.lumivaraNight = {
-        readHits() {
-            if (night)
-                attempt(() => night.readHits());
+        addHits(styles) {
+            const added = night ? styles.filter((style) => !night.hits.has(style)) : [];
+            if (added.length)
+                attempt(() => night.addHits(added));
         },
     };
 
