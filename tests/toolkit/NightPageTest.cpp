@@ -230,7 +230,7 @@ TEST_F(NightPage, CopiesDragsMarksAndPrintsStoredColours)
         QImage printed;
     };
     const auto left = [&](bool isDark) {
-        LoadOn(u"#000000"_s, page, isDark);
+        LoadOn(isDark ? u"#000000"_s : u"transparent"_s, page, isDark);
         Left all;
         QGuiApplication::clipboard()->clear();
         Control().activateWindow();

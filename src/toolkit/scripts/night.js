@@ -531,12 +531,18 @@
 
     // ---- What leaves the page bears its stored colours ----
 
-    // The engine writes computed colours into what it copies, right after this event. The next frame is drawn with ours
-    // again.
+    // The engine writes computed colours into what it copies, right after this event. Without ours, but on the host's
+    // ground, it would copy black on black. The host's other rules stay: lines of another height would move the view. The
+    // next frame is drawn with everything again.
+    const bare = new CSSStyleSheet();
+    bare.replaceSync('@media screen { @layer bare { body { background-color: transparent } } }');
+    bare.disabled = true;
+    document.adoptedStyleSheets = [...document.adoptedStyleSheets, bare];
+
     function stepAside() {
-        sheet.disabled = true;
+        [sheet.disabled, bare.disabled] = [true, false];
         requestAnimationFrame(() => {
-            sheet.disabled = false;
+            [sheet.disabled, bare.disabled] = [false, true];
         });
     }
 
