@@ -27,6 +27,8 @@ extern std::function<Colour(int code)> SystemColour;
 
 /// "#RRGGBB" in capitals; a system colour is resolved at the moment of the call.
 QString ColorToHtml(Colour colour);
+/// Whether black text on the colour has a contrast of less than 4.5 to 1, by the relative luminance of WCAG 2.
+bool IsDarkColour(Colour colour);
 
 /// A to Z in lower case, every other character as it is.
 QString LowerAscii(QString text);
