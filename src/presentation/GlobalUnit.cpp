@@ -14,12 +14,18 @@ int CollectionMode = 0;
 
 std::function<Colour(int code)> SystemColour;
 
-QString ColorToHtml(Colour colour)
+Colour PlainColour(Colour colour)
 {
     constexpr Colour systemColourMark = 0xFF;
     constexpr Colour white = 0x00FFFFFF;
-    if (colour >> 24 == systemColourMark)
-        colour = SystemColour ? SystemColour(static_cast<int>(colour & 0xFF)) : white;
+    if (colour >> 24 != systemColourMark)
+        return colour;
+    return SystemColour ? SystemColour(static_cast<int>(colour & 0xFF)) : white;
+}
+
+QString ColorToHtml(Colour colour)
+{
+    colour = PlainColour(colour);
     return QString::asprintf("#%.2X%.2X%.2X", colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
 }
 
