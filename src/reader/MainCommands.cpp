@@ -8,6 +8,7 @@
 #include "toolkit/BarCombo.h"
 #include "toolkit/Forms.h"
 #include "toolkit/Guard.h"
+#include "toolkit/SkinController.h"
 #include "ui_Main.h"
 
 #include <QAbstractEventDispatcher>
@@ -139,6 +140,10 @@ void TfrmMain::SetUpSystemMenu()
 {
     bcbInterface = AddCombo(ui->bsiSkins, QStringLiteral("bcbInterface"));
     bcbInterface->setMaxVisibleItems(InterfaceDropDownCount);
+    bcbInterface->OnChange = [this] { bcbInterfaceChange(); };
+    scMain = new TdxSkinController(this);
+    scMain->setObjectName(QStringLiteral("scMain"));
+    scMain->SkinName = QString::fromUtf16(UserSkin);
     bcbLanguage = AddCombo(ui->bsiLanguage, QStringLiteral("bcbLanguage"));
     bcbLanguage->OnChange = [this] { bcbLanguageChange(); };
 }
