@@ -34,6 +34,8 @@ void SetPalettes(const QPalette &palette, const QPalette &toolTips)
 {
     QToolTip::setPalette(toolTips);
     QApplication::setPalette(palette);
+    // The toolkit tells the windows later; a window must not be painted half in the old look until then.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::ApplicationPaletteChange);
 }
 
 /// A skin may change sizes, and what the style gave a control when it first saw it.
