@@ -7,6 +7,9 @@
 #include "toolkit/LookAndFeel.h"
 #include "toolkit/SkinController.h"
 
+#include <QAbstractItemView>
+#include <QStyle>
+
 namespace {
 
 QString SkinFilePath()
@@ -22,6 +25,10 @@ void TfrmMain::FillSkins()
     ListSkins(SkinFilePath(), names);
     for (const QString &name : std::as_const(names))
         bcbInterface->AddItem(name);
+    // The combo keeps its width; its list shows the names whole.
+    QAbstractItemView *list = bcbInterface->view();
+    list->setMinimumWidth(list->sizeHintForColumn(0) + 2 * list->frameWidth() +
+                          list->style()->pixelMetric(QStyle::PM_ScrollBarExtent));
 }
 
 void TfrmMain::ApplyStoredSkin()

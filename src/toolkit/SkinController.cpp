@@ -8,7 +8,6 @@
 #include <QPalette>
 #include <QPointer>
 #include <QStyle>
-#include <QStyleFactory>
 #include <QToolTip>
 #include <QWidget>
 
@@ -21,7 +20,7 @@ std::optional<Skin> slot;
 /// The look that the desktop gave, kept while a skin covers it.
 struct PlatformLook
 {
-    QString style;
+    QStyle *style;
     QPalette palette;
     QPalette toolTips;
 };
@@ -61,7 +60,8 @@ void ApplySkin(const Skin &skin)
         return;
     }
     KeepSystemColours();
-    covered = PlatformLook{QApplication::style()->name(), QApplication::palette(), QToolTip::palette()};
+    covered = PlatformLook{QApplication::style(), QApplication::palette(), QToolTip::palette()};
+    covered->style->setParent(nullptr); // what the application owns it deletes, also under the control that asked
     skinStyle = new SkinStyle(skin);
     QApplication::setStyle(skinStyle);
     SetPalettes(palette, palette);
@@ -71,7 +71,7 @@ void UncoverPlatform()
 {
     if (!covered)
         return;
-    QApplication::setStyle(QStyleFactory::create(covered->style));
+    QApplication::setStyle(covered->style);
     SetPalettes(covered->palette, covered->toolTips);
     covered.reset();
 }

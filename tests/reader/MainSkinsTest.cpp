@@ -37,7 +37,7 @@ protected:
         TdxSkinController controller;
         controller.NativeStyle = true;
         controller.Refresh();
-        EXPECT_EQ(QApplication::style()->name(), m_style) << "as it was before any skin";
+        EXPECT_EQ(QApplication::style(), m_style) << "as it was before any skin";
         EXPECT_EQ(QApplication::palette(), m_palette);
         EXPECT_EQ(QToolTip::palette(), m_toolTips);
     }
@@ -62,7 +62,7 @@ protected:
     }
 
 private:
-    const QString m_style = QApplication::style()->name();
+    const QStyle *m_style = QApplication::style();
     const QPalette m_palette = QApplication::palette();
     const QPalette m_toolTips = QToolTip::palette();
 };
