@@ -5,8 +5,8 @@
 
 class QLabel;
 
-/// A cell of a window's layout: a caption, and beside it what the cell's own layout holds. The caption's font is that of
-/// the layout look in force.
+/// A cell of a window's layout: a caption, and beside it what the cell's own layout holds. The caption's font is that
+/// of the layout look in force.
 class TdxLayoutItem : public QWidget
 {
     Q_OBJECT
