@@ -37,5 +37,15 @@ add_custom_command(
 )
 add_custom_target(user_guide ALL DEPENDS ${LUMIVARA_GUIDE})
 
+# The skins, packed.
+file(GLOB_RECURSE LUMIVARA_SKINS CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/data/skins/*)
+add_custom_command(
+    OUTPUT ${LUMIVARA_PRODUCT_DIR}/AllSkins.skinres
+    COMMAND lumivara-skins pack ${CMAKE_SOURCE_DIR}/data/skins ${LUMIVARA_PRODUCT_DIR}/AllSkins.skinres
+    DEPENDS ${LUMIVARA_SKINS} lumivara-skins
+    VERBATIM
+)
+add_custom_target(skin_file ALL DEPENDS ${LUMIVARA_PRODUCT_DIR}/AllSkins.skinres)
+
 # What a reader gets, without tests and benchmarks.
-add_custom_target(product DEPENDS Lumivara lumivara-data sample_databases language_files user_guide)
+add_custom_target(product DEPENDS Lumivara lumivara-data sample_databases language_files skin_file user_guide)

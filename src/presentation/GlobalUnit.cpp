@@ -16,10 +16,7 @@ int CollectionMode = 0;
 
 std::function<Colour(int code)> SystemColour;
 
-namespace {
-
-/// Red, green and blue alone.
-Colour Resolved(Colour colour)
+Colour PlainColour(Colour colour)
 {
     constexpr Colour systemColourMark = 0xFF;
     constexpr Colour white = 0x00FFFFFF;
@@ -27,6 +24,8 @@ Colour Resolved(Colour colour)
         return colour;
     return SystemColour ? SystemColour(static_cast<int>(colour & 0xFF)) : white;
 }
+
+namespace {
 
 double LinearShare(Colour part)
 {
@@ -38,7 +37,7 @@ double LinearShare(Colour part)
 
 QString ColorToHtml(Colour colour)
 {
-    colour = Resolved(colour);
+    colour = PlainColour(colour);
     return QString::asprintf("#%.2X%.2X%.2X", colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
 }
 
@@ -46,7 +45,7 @@ bool IsDarkColour(Colour colour)
 {
     constexpr double glare = 0.05; // what a dark screen gives off anyway
     constexpr double leastContrast = 4.5;
-    colour = Resolved(colour);
+    colour = PlainColour(colour);
     const double luminance =
         0.2126 * LinearShare(colour) + 0.7152 * LinearShare(colour >> 8) + 0.0722 * LinearShare(colour >> 16);
     return (luminance + glare) / glare < leastContrast;

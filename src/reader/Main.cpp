@@ -163,6 +163,8 @@ void TfrmMain::FindLanguages()
 
 void TfrmMain::FormCreate()
 {
+    FillSkins();
+    ApplyStoredSkin();
     FindLanguages();
     vIsInit = true;
     vDefTreeKeloraSQL = qryTreeSutas.SelectSQL().join(QLatin1Char('\n'));

@@ -14,6 +14,7 @@
 #include "toolkit/Fonts.h"
 #include "toolkit/Forms.h"
 #include "toolkit/Guard.h"
+#include "toolkit/SkinController.h"
 #include "ui_Main.h"
 
 #include <QAbstractEventDispatcher>
@@ -161,7 +162,13 @@ void TfrmMain::SetUpButtons()
 void TfrmMain::SetUpSystemMenu()
 {
     bcbInterface = AddCombo(ui->bsiSkins, QStringLiteral("bcbInterface"));
+    constexpr int designDpi = 96;
+    bcbInterface->setFixedWidth(ComboWidth * logicalDpiX() / designDpi);
     bcbInterface->setMaxVisibleItems(InterfaceDropDownCount);
+    bcbInterface->OnChange = [this] { bcbInterfaceChange(); };
+    scMain = new TdxSkinController(this);
+    scMain->setObjectName(QStringLiteral("scMain"));
+    scMain->SkinName = QString::fromUtf16(UserSkin);
     bcbLanguage = AddCombo(ui->bsiLanguage, QStringLiteral("bcbLanguage"));
     bcbLanguage->OnChange = [this] { bcbLanguageChange(); };
 }

@@ -140,6 +140,11 @@ PlatformDoors &Doors()
     return doors;
 }
 
+void KeepSystemColours()
+{
+    StartPalette();
+}
+
 void OpenDocumentLater(const QString &target)
 {
     QTimer::singleShot(0, qApp, [target] { RunGuarded([&] { Doors().openDocument(target); }); });

@@ -35,6 +35,10 @@ struct PlatformDoors
 
 PlatformDoors &Doors();
 
+/// Makes the system's colours those of now, for the whole run: what changes the application's palette asks for it
+/// before.
+void KeepSystemColours();
+
 /// Opens a document or address behind the call that asks for it, for callers whose answer the engine waits for. What
 /// fails is reported.
 void OpenDocumentLater(const QString &target);

@@ -1,5 +1,7 @@
 #include "toolkit/LayoutItem.h"
 
+#include "toolkit/LookAndFeel.h"
+
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QLabel>
@@ -9,6 +11,16 @@
 TdxLayoutItem::TdxLayoutItem(QWidget *parent) : QWidget(parent), m_caption(new QLabel(this))
 {
     m_caption->setTextFormat(Qt::PlainText);
+    if (TdxLayoutSkinLookAndFeel *look = TdxLayoutSkinLookAndFeel::InForce()) {
+        connect(&look->ItemOptions(), &TdxLayoutCaptionOptions::Changed, this, &TdxLayoutItem::FollowLook);
+        FollowLook();
+    }
+}
+
+void TdxLayoutItem::FollowLook()
+{
+    if (TdxLayoutSkinLookAndFeel *look = TdxLayoutSkinLookAndFeel::InForce())
+        m_caption->setFont(look->ItemOptions().Font());
 }
 
 QString TdxLayoutItem::Caption() const

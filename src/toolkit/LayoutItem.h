@@ -5,7 +5,8 @@
 
 class QLabel;
 
-/// A cell of a window's layout: a caption, and beside it what the cell's own layout holds.
+/// A cell of a window's layout: a caption, and beside it what the cell's own layout holds. The caption's font is that
+/// of the layout look in force.
 class TdxLayoutItem : public QWidget
 {
     Q_OBJECT
@@ -25,6 +26,8 @@ public:
     static void AlignCaptions(const QList<TdxLayoutItem *> &items);
 
 private:
+    void FollowLook();
+
     QLabel *m_caption;
     bool m_isCaptionOnRight = false;
 };
