@@ -4,11 +4,12 @@
 
 #include <QAction>
 #include <QMenu>
+#include <QPainterPath>
 #include <QStyleOption>
 
 #include <algorithm>
 
-// Menus and tool tips, which are windows of their own.
+// What is a window of its own: menus, tool tips, and the pictures of message boxes.
 
 namespace {
 
@@ -21,7 +22,57 @@ bool HasSide(const QWidget *menu)
     });
 }
 
+/// A sign in a disc of 32 units; no letter, because a style has no font.
+void DrawSign(QPainter &painter, QStyle::StandardPixmap picture, const QColor &ground, const QColor &ink)
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ground);
+    painter.drawEllipse(QRectF(2, 2, 28, 28));
+    painter.setBrush(ink);
+    QPainterPath path;
+    if (picture == QStyle::SP_MessageBoxQuestion) {
+        path.moveTo(12, 12.5);
+        path.cubicTo(12, 7, 20, 7, 20, 12.2);
+        path.cubicTo(20, 15.5, 16, 15.5, 16, 19);
+        painter.drawEllipse(QPointF(16, 23.6), 1.7, 1.7);
+    } else if (picture == QStyle::SP_MessageBoxInformation) {
+        path.moveTo(16, 14.5);
+        path.lineTo(16, 23);
+        painter.drawEllipse(QPointF(16, 9.6), 1.8, 1.8);
+    } else if (picture == QStyle::SP_MessageBoxWarning) {
+        path.moveTo(16, 8.5);
+        path.lineTo(16, 17.5);
+        painter.drawEllipse(QPointF(16, 22.8), 1.8, 1.8);
+    } else {
+        path.moveTo(11.5, 11.5);
+        path.lineTo(20.5, 20.5);
+        path.moveTo(20.5, 11.5);
+        path.lineTo(11.5, 20.5);
+    }
+    painter.strokePath(path, QPen(ink, 2.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+}
+
 } // namespace
+
+QIcon SkinStyle::standardIcon(StandardPixmap picture, const QStyleOption *option, const QWidget *widget) const
+{
+    if (picture < SP_MessageBoxInformation || picture > SP_MessageBoxQuestion)
+        return QProxyStyle::standardIcon(picture, option, widget);
+    const QColor ground = Ink(SkinPart::FocusRing);
+    const bool isWhite = Contrast(Qt::white, ground) > Contrast(Qt::black, ground);
+    QIcon icon;
+    for (const int side : {32, 48, 64, 96}) {
+        QPixmap pixmap(side, side);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        painter.scale(side / 32.0, side / 32.0);
+        DrawSign(painter, picture, ground, isWhite ? Qt::white : Qt::black);
+        painter.end();
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
 
 bool SkinStyle::DrawMenuPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                                   const QWidget *widget) const

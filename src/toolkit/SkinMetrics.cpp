@@ -238,6 +238,7 @@ int SkinStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidg
     switch (hint) {
     case SH_ComboBox_Popup: // a list below the combo, as long as the combo allows
     case SH_Widget_Animation_Duration:
+    case SH_DialogButtonBox_ButtonsHaveIcons:
     case SH_EtchDisabledText:
     case SH_DitherDisabledText:
         return 0;

@@ -67,8 +67,11 @@ QPalette SkinPalette(const Skin &skin)
     palette.setColor(QPalette::Disabled, QPalette::Highlight, colour(SkinPart::InactiveSelection));
     palette.setColor(QPalette::Disabled, QPalette::Base, colour(SkinPart::Window));
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::PlaceholderText,
-                            QPalette::Link, QPalette::LinkVisited, QPalette::HighlightedText})
+                            QPalette::Link, QPalette::LinkVisited})
         palette.setColor(QPalette::Disabled, role, disabled);
+    constexpr double leastContrast = 3;
+    if (Contrast(disabled, colour(SkinPart::InactiveSelection)) >= leastContrast)
+        palette.setColor(QPalette::Disabled, QPalette::HighlightedText, disabled);
     return palette;
 }
 

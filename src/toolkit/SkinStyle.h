@@ -41,6 +41,9 @@ public:
     QPalette standardPalette() const override { return SkinPalette(m_skin); }
     QPixmap generatedIconPixmap(QIcon::Mode mode, const QPixmap &pixmap, const QStyleOption *option) const override;
 
+    /// The pictures of message boxes in the skin's colours.
+    QIcon standardIcon(StandardPixmap picture, const QStyleOption *option, const QWidget *widget) const override;
+
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                        const QWidget *widget) const override;
     void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
