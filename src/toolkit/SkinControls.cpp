@@ -2,8 +2,10 @@
 #include "toolkit/SkinPainter.h"
 #include "toolkit/SkinStyle.h"
 
+#include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QComboBox>
+#include <QLayout>
 #include <QStyleOption>
 #include <QToolButton>
 
@@ -17,7 +19,7 @@ namespace {
 int Shine(const Skin &skin, SkinPart text)
 {
     constexpr int strong = 110;
-    constexpr int faint = 14;
+    constexpr int faint = 10;
     if (!skin.isGlossy)
         return 0;
     const QColor ink = QColor::fromRgba(skin.Colour(text));
@@ -27,6 +29,12 @@ int Shine(const Skin &skin, SkinPart text)
 bool IsBar(const QWidget *widget)
 {
     return widget && (widget->inherits("TdxBar") || widget->objectName() == QLatin1StringView("bmMainBar1"));
+}
+
+/// What holds a page or a grid. Without a frame of its own it is parted by a line from what stands above it.
+bool IsPane(const QWidget *widget)
+{
+    return widget->inherits("TPanel") || widget->inherits("TcxGrid");
 }
 
 } // namespace
@@ -245,6 +253,18 @@ bool SkinStyle::DrawButtonControl(ControlElement element, const QStyleOption *op
                 option->rect,
                 {.fill = m_skin.Fill(SkinPart::Bar), .frame = {}, .shine = Shine(m_skin, SkinPart::WindowText)});
             pixels.EdgeLine(option->rect, Qt::BottomEdge, Ink(SkinPart::BarLine));
+            return true;
+        }
+        if (frame->frameShape == QFrame::NoFrame && widget) {
+            // A page's pane that keeps a line free around it wants a frame there.
+            if (IsPane(widget) && widget->layout() && widget->layout()->contentsMargins() == QMargins(1, 1, 1, 1))
+                pixels.Ring(option->rect, Ink(SkinPart::Frame), 1, 0);
+            for (const QObject *object : widget->children()) {
+                const auto *child = qobject_cast<const QWidget *>(object);
+                const bool isShown = child && child->isVisible() && child->y() > 0;
+                if (isShown && (IsPane(child) || qobject_cast<const QAbstractItemView *>(child)))
+                    pixels.EdgeLine(child->geometry().translated(0, -1), Qt::TopEdge, Ink(SkinPart::BarLine));
+            }
             return true;
         }
         if (frame->frameShape != QFrame::HLine && frame->frameShape != QFrame::VLine)
