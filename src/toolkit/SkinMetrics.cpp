@@ -225,6 +225,9 @@ int SkinStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const
         return 10;
     case PM_ToolTipLabelFrameWidth:
         return 4;
+    case PM_ListViewIconSize:
+        return widget && widget->inherits("QComboBoxListView") ? pixelMetric(PM_SmallIconSize, option, widget)
+                                                               : QProxyStyle::pixelMetric(metric, option, widget);
     case PM_FocusFrameHMargin:
         return widget && widget->inherits("QComboBoxListView") ? 4 : QProxyStyle::pixelMetric(metric, option, widget);
     default:
