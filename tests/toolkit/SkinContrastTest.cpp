@@ -428,7 +428,7 @@ protected:
             const bool isTool = tool && tool->toolButtonStyle() != Qt::ToolButtonIconOnly;
             const bool isCaption = isTool || (!tool && qobject_cast<QAbstractButton *>(widget)) ||
                                    (qobject_cast<QLabel *>(widget) && !widget->property("text").toString().isEmpty());
-            if (widget->isVisibleTo(&form) && !widget->isWindow() && isCaption)
+            if (widget->isVisibleTo(&form) && widget->window() == &form && isCaption)
                 widgets.append(widget);
         }
         return widgets;
