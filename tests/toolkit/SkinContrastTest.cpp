@@ -1,4 +1,5 @@
 #include "marks/MarksWindow.h"
+#include "presentation/Options.h"
 #include "presentation/SkinFile.h"
 #include "toolkit/SkinPainter.h"
 #include "toolkit/SkinSamples.h"
@@ -455,6 +456,8 @@ TEST_F(SkinnedWindows, EveryCaptionOfEveryWindow)
     OpenMarks();
     Trigger("acSearchSutas");
     Trigger("acDictionary");
+    TfrmOptions options(window.get());
+    options.show();
     QMessageBox box(QMessageBox::Question, u"?"_s, Blocks, QMessageBox::Yes | QMessageBox::No);
     box.show();
     QToolTip::showText(window->mapToGlobal(QPoint(40, 40)), Blocks, window.get());
@@ -463,7 +466,7 @@ TEST_F(SkinnedWindows, EveryCaptionOfEveryWindow)
         if (form->isVisible())
             forms.append(form);
     }
-    ASSERT_GE(forms.size(), 6); // main window, marks, search, dictionary, message box, tool tip
+    ASSERT_GE(forms.size(), 7); // main window, marks, search, dictionary, options, message box, tool tip
     for (const Skin &skin : skins) {
         application.Wear(skin);
         for (QWidget *form : forms) {
