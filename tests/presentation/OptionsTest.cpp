@@ -358,7 +358,7 @@ TEST_F(OptionsDialog, ItsSizeIsFixedGrowsWithTheLettersAndCutsNoText)
                   isEnglish ? u"second/1"_s : u"phút/1 lần"_s);
         EXPECT_TRUE(In<QWidget>(*dialog, "lcSystemGroup1").isHidden());
         QFont large = dialog->font();
-        large.setPixelSize(large.pixelSize() * 3 / 2);
+        large.setPointSizeF(large.pointSizeF() * 1.5);
         dialog->setFont(large);
         EXPECT_TRUE(WaitFor([&] { return dialog->height() >= 540; })) << dialog->height();
         for (const int tab : {0, 1}) {
