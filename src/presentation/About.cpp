@@ -78,6 +78,7 @@ void TfrmGioithieu::FormCreate()
     for (QWidget *smoothed : {static_cast<QWidget *>(ui->lbTarune), static_cast<QWidget *>(ui->lbVersion),
                               static_cast<QWidget *>(ui->lbCopyright), static_cast<QWidget *>(ui->btnClose)})
         SetFontQuality(*smoothed);
+    ui->btnClose->setFocus();
     FIsStartPage = true;
     ui->wbAbout->LoadFromString(ui->mmAbout->toPlainText().toUtf8(), windowTitle());
     FIsStartPage = false;

@@ -162,8 +162,7 @@ void TfrmMain::SetUpButtons()
 void TfrmMain::SetUpSystemMenu()
 {
     bcbInterface = AddCombo(ui->bsiSkins, QStringLiteral("bcbInterface"));
-    constexpr int designDpi = 96;
-    bcbInterface->setFixedWidth(ComboWidth * logicalDpiX() / designDpi);
+    bcbInterface->setFixedWidth(GrownPixels(ComboWidth));
     bcbInterface->setMaxVisibleItems(InterfaceDropDownCount);
     bcbInterface->OnChange = [this] { bcbInterfaceChange(); };
     scMain = new TdxSkinController(this);
