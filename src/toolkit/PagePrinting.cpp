@@ -5,6 +5,7 @@
 #include "toolkit/Doors.h"
 #include "toolkit/EngineWait.h"
 #include "toolkit/Guard.h"
+#include "toolkit/PreviewBar.h"
 
 #include <QBuffer>
 #include <QDate>
@@ -209,6 +210,7 @@ void PreviewPage(TBrowserControl &control, const QString &fallbackTitle)
     window->setObjectName(QStringLiteral("frmPrintPreview"));
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setWindowTitle(texts.title);
+    DressPreview(*window);
     window->resize(900, 700);
     window->printer()->setPageOrientation(QPageLayout::Portrait);
     window->printer()->setDocName(texts.title);

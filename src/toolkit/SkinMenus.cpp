@@ -146,8 +146,10 @@ void SkinStyle::DrawMenuItem(const QStyleOptionMenuItem &option, QPainter *paint
     const QRect textRect(row.left() + left + SkinMenuRoom, row.top(), row.width() - left - 2 * SkinMenuRoom,
                          row.height());
     if (option.menuItemType == QStyleOptionMenuItem::Separator && option.text.isEmpty()) {
+        constexpr double faint = 0.4; // parts, and does not cut
         const QRect line(textRect.left(), row.center().y(), row.right() + 1 - textRect.left(), 1);
-        SkinPainter(painter).EdgeLine(place(line), Qt::TopEdge, Ink(SkinPart::MenuFrame));
+        SkinPainter(painter).EdgeLine(place(line), Qt::TopEdge,
+                                      Mixed(Ink(SkinPart::Menu), Ink(SkinPart::MenuFrame), faint));
         return;
     }
     if (isChosen)
@@ -170,8 +172,9 @@ void SkinStyle::DrawMenuItem(const QStyleOptionMenuItem &option, QPainter *paint
                                                                            .frame = Ink(SkinPart::ButtonFrame),
                                                                            .width = m_skin.lineWidth,
                                                                            .radius = m_skin.cornerRadius});
-        option.icon.paint(painter, square, Qt::AlignCenter, isEnabled ? QIcon::Normal : QIcon::Disabled,
-                          isTicked ? QIcon::On : QIcon::Off);
+        // A ticked picture lies on a ground of its own.
+        const QIcon::Mode mode = !isEnabled ? QIcon::Disabled : isChosen && !isTicked ? QIcon::Selected : QIcon::Normal;
+        option.icon.paint(painter, square, Qt::AlignCenter, mode, isTicked ? QIcon::On : QIcon::Off);
     } else if (isTicked) {
         const bool isRadio = option.checkType == QStyleOptionMenuItem::Exclusive;
         QRect square(0, 0, 16, 16);

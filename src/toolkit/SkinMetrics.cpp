@@ -95,9 +95,13 @@ QRect SkinStyle::subControlRect(ComplexControl control, const QStyleOptionComple
         return ScrollBarRect(*this, *bar, part);
     if (control == CC_ComboBox && part == SC_ComboBoxArrow)
         return visualRect(option->direction, rect, arrows);
-    if (control == CC_ComboBox && part == SC_ComboBoxEditField)
+    if (control == CC_ComboBox && part == SC_ComboBoxEditField) {
+        // Without an edit nothing is between text and arrow: a long name may come close.
+        const auto *combo = qstyleoption_cast<const QStyleOptionComboBox *>(option);
+        const int arrow = combo && combo->editable ? SkinArrowWidth : SkinArrowWidth - 5;
         return visualRect(option->direction, rect,
-                          rect.adjusted(SkinFieldRoom + 2, SkinFieldRoom, -SkinArrowWidth, -SkinFieldRoom));
+                          rect.adjusted(SkinFieldRoom + 2, SkinFieldRoom, -arrow, -SkinFieldRoom));
+    }
     const auto *spin = qstyleoption_cast<const QStyleOptionSpinBox *>(option);
     if (spin && control == CC_SpinBox) {
         const bool hasButtons = spin->buttonSymbols != QAbstractSpinBox::NoButtons;

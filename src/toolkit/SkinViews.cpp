@@ -17,9 +17,7 @@ namespace {
 bool IsRowUnderMouse(const QTableView &table, const QModelIndex &index)
 {
     const QWidget *viewport = table.viewport();
-    if (table.selectionBehavior() != QTableView::SelectRows || !viewport->underMouse())
-        return false;
-    return table.rowAt(viewport->mapFromGlobal(QCursor::pos()).y()) == index.row();
+    return viewport->underMouse() && table.rowAt(viewport->mapFromGlobal(QCursor::pos()).y()) == index.row();
 }
 
 } // namespace
@@ -28,8 +26,10 @@ void SkinStyle::DrawRow(const QStyleOptionViewItem &option, QPainter *painter, c
 {
     const bool isEnabled = option.state & State_Enabled;
     const auto *table = qobject_cast<const QTableView *>(widget);
+    // A table tells all its rows of the mouse that is over one of them.
+    const bool isRowTable = table && table->selectionBehavior() == QTableView::SelectRows;
     const bool isHot =
-        isEnabled && (option.state & State_MouseOver || (table && IsRowUnderMouse(*table, option.index)));
+        isEnabled && (isRowTable ? IsRowUnderMouse(*table, option.index) : bool(option.state & State_MouseOver));
     const bool isDropDown = widget && widget->inherits("QComboBoxListView");
     SkinPainter pixels(painter);
     if (option.state & State_Selected) {
@@ -229,8 +229,10 @@ void SkinStyle::DrawTab(const QStyleOptionTab &option, QPainter *painter) const
 void SkinStyle::DrawScrollBar(const QStyleOptionSlider &option, QPainter *painter, const QWidget *widget) const
 {
     SkinPainter pixels(painter);
-    pixels.Fill(option.rect, m_skin.Fill(SkinPart::ScrollTrack));
-    if (option.maximum <= option.minimum || !(option.state & State_Enabled))
+    // With nothing to scroll a bar is no more than the ground beside it.
+    const bool isIdle = option.maximum <= option.minimum || !(option.state & State_Enabled);
+    pixels.Fill(option.rect, m_skin.Fill(isIdle ? SkinPart::Base : SkinPart::ScrollTrack));
+    if (isIdle)
         return;
     const bool isHeld = option.state & State_Sunken && option.activeSubControls & SC_ScrollBarSlider;
     const bool isHot = isHeld || (option.state & State_MouseOver && option.activeSubControls & SC_ScrollBarSlider);

@@ -181,6 +181,7 @@ void Driver::Run(const Command &command)
         {QStringLiteral("resize"), &Driver::Resize}, {QStringLiteral("wait-page"), &Driver::WaitPage},
         {QStringLiteral("script"), &Driver::Script}, {QStringLiteral("clear"), &Driver::Clear},
         {QStringLiteral("popup"), &Driver::Popup},   {QStringLiteral("select-row"), &Driver::SelectRow},
+        {QStringLiteral("hover"), &Driver::Hover},
     };
     const QString name = command.arguments.value(0);
     if (const auto handler = commands.value(command.name)) {
@@ -241,6 +242,22 @@ void Driver::Click(const Command &command)
     });
 }
 
+/// hover NAME [X Y]: moves the mouse there, in two steps, as a hand would.
+void Driver::Hover(const Command &command)
+{
+    QWidget *widget = VisibleWidget(command.arguments.value(0));
+    if (!widget)
+        return Fail(QStringLiteral("no visible widget ") + command.arguments.value(0));
+    const bool hasPoint = command.arguments.size() == 3;
+    const QPoint point =
+        hasPoint ? QPoint(command.arguments[1].toInt(), command.arguments[2].toInt()) : widget->rect().center();
+    Act([widget = QPointer<QWidget>(widget), point] {
+        for (const QPoint &step : {point - QPoint(2, 2), point})
+            if (widget)
+                QTest::mouseMove(widget->window()->windowHandle(), widget->mapTo(widget->window(), step));
+    });
+}
+
 /// type NAME TEXT: letter by letter into the widget.
 void Driver::Type(const Command &command)
 {
@@ -295,6 +312,9 @@ void Driver::Press(const Command &command)
     const QKeySequence keys(command.arguments.value(0));
     if (keys.isEmpty())
         return Fail(QStringLiteral("no key ") + command.arguments.value(0));
+    // Between a window that has closed and the one behind it nothing has the focus for a moment.
+    for (int tries = 0; tries < 100 && !QApplication::activePopupWidget() && !QGuiApplication::focusWindow(); ++tries)
+        QTest::qWait(PollMilliseconds);
     QWindow *window = QApplication::activePopupWidget() ? QApplication::activePopupWidget()->windowHandle()
                                                         : QGuiApplication::focusWindow();
     if (!window)

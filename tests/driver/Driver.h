@@ -40,6 +40,7 @@ private:
     void Act(std::function<void()> action);
 
     void Click(const Command &command);
+    void Hover(const Command &command);
     void Type(const Command &command);
     void Press(const Command &command);
     void Trigger(const Command &command);

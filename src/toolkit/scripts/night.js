@@ -472,7 +472,10 @@
         }
 
         text() {
-            const scheme = isDark(this.ground) ? ':root { color-scheme: dark !important }\n' : '';
+            // The engine's own selection greys light letters out as soon as the window is not the active one.
+            const scheme = isDark(this.ground)
+                ? ':root { color-scheme: dark !important }\n'
+                    + '::selection { background-color: rgba(52, 94, 150, 0.996); color: white }\n' : '';
             return `@media screen { ${scheme}${controls} { color-scheme: light !important }\n`
                 + (this.isPlain ? this.plainRules() : this.rules()).join('\n') + '\n}';
         }
