@@ -9,6 +9,7 @@
 #include "toolkit/BrowserControl.h"
 #include "toolkit/Doors.h"
 #include "toolkit/Fonts.h"
+#include "toolkit/MenuKey.h"
 #include "toolkit/StartUp.h"
 
 #include <QApplication>
@@ -47,6 +48,7 @@ int main(int argc, char **argv)
     QApplication::setApplicationName(Title());
     QApplication::setQuitOnLastWindowClosed(false);
     InstallFontSubstitutes();
+    InstallMenuKey();
 
     // In this order, each finished before the next; they end in the reverse one, the pages of the window first.
     TInterfaceDM interfaceModule;

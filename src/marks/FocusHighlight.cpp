@@ -84,9 +84,13 @@ void TfrmFocusHighlight::SetUpControls()
         ui->edPriority->AddItem(priority, PriorityImage(priority));
         ui->gtvFocusPRIORITY_FOC->SetImage(priority, PriorityImage(priority));
     }
+    ui->gtvFocusPRIORITY_FOC->OnDescribe = [this](int priority) {
+        return ui->edPriority->itemText(ui->edPriority->findData(priority));
+    };
     TDataSource *dsFocus = &frmClientsDM->dsFocus;
     ui->gtvFocus->SetDataSource(dsFocus);
     ui->gtvFocusNavigator->SetDataSource(dsFocus);
+    ui->gtvFocusNavigator->FollowInTabOrder(*ui->gtvFocus);
     ui->edTitleFocus->SetDataSource(dsFocus);
     ui->edPriority->SetDataSource(dsFocus);
     ui->edSuttaName->SetDataSource(dsFocus);

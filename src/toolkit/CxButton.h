@@ -20,6 +20,7 @@ public:
     void SetAction(QAction *action);
     /// Gives the button an arrow that pops the menu up at the mouse; the body stays a button. Borrows the menu.
     void SetDropDownMenu(QMenu *menu);
+    QAction *Action() const { return m_action; }
 
 protected:
     bool event(QEvent *event) override;

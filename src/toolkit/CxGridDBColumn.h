@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 class TcxGridDBTableView;
 
 /// A column of a data-bound grid: a field of the dataset under a caption. Joins its view when it is made and is owned
@@ -38,6 +40,8 @@ public:
     /// shows no label of the field.
     void SetImage(int value, const QIcon &image) { m_images.insert(value, image); }
     const QMap<int, QIcon> &Images() const { return m_images; }
+    /// Words for the image of a value, for those who can't see it, and for what has no image; shown as a hint, too.
+    std::function<QString(int value)> OnDescribe;
 
 private:
     friend class TcxGridDBTableView;

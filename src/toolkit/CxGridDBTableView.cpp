@@ -34,7 +34,7 @@ const char emptyTextProperty[] = "OptionsView.NoDataToDisplayInfoText";
 
 } // namespace
 
-/// Cells with a line at their right, and with a hint where the text is cut off.
+/// Cells with a line at their right, and with a hint where the text is cut off or a picture stands for it.
 class TcxGridDBTableView::Delegate : public QStyledItemDelegate
 {
 public:
@@ -54,9 +54,11 @@ public:
     {
         if (event->type() != QEvent::ToolTip)
             return QStyledItemDelegate::helpEvent(event, view, option, index);
-        const bool isCut = index.isValid() && sizeHint(option, index).width() > view->visualRect(index).width();
+        const bool isCut = index.isValid() && (sizeHint(option, index).width() > view->visualRect(index).width() ||
+                                               !index.data(Qt::DisplayRole).isValid());
         // As mark-up, so that long texts break into lines, with the text's own signs escaped.
-        const QString hint = isCut ? u"<qt>"_s + index.data().toString().toHtmlEscaped() + u"</qt>"_s : QString();
+        const QString hint =
+            isCut ? u"<qt>"_s + index.data(Qt::AccessibleTextRole).toString().toHtmlEscaped() + u"</qt>"_s : QString();
         QToolTip::showText(event->globalPos(), hint, view->viewport(), view->visualRect(index));
         return true;
     }

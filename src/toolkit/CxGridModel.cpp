@@ -19,11 +19,15 @@ const TField &FieldAt(const TDataSet &dataSet, int field)
 QVariant TcxGridDBTableView::Model::data(const QModelIndex &index, int role) const
 {
     TDataSet *dataSet = OpenDataSet();
-    if ((role != Qt::DisplayRole && role != Qt::DecorationRole) || !index.isValid() || !dataSet)
+    const bool isKnown = role == Qt::DisplayRole || role == Qt::DecorationRole || role == Qt::AccessibleTextRole;
+    if (!isKnown || !index.isValid() || !dataSet)
         return {};
     // A text that cannot be read is an empty cell: the toolkit asks while it paints.
     try {
-        const QMap<int, QIcon> &images = m_view.m_columns[static_cast<size_t>(index.column())]->Images();
+        const TcxGridDBColumn &column = *m_view.m_columns[static_cast<size_t>(index.column())];
+        const QMap<int, QIcon> &images = column.Images();
+        if (role == Qt::AccessibleTextRole)
+            return column.OnDescribe ? column.OnDescribe(ValueOf(*dataSet, index).toInt()) : TextOf(*dataSet, index);
         if (images.isEmpty() == (role == Qt::DecorationRole))
             return {};
         if (role == Qt::DecorationRole)

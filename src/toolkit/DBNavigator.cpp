@@ -32,7 +32,7 @@ TDBNavigator::TDBNavigator(QWidget *parent) : QFrame(parent)
         tool->setIcon(QIcon(u":/navigator/%1.picture"_s.arg(names[static_cast<size_t>(button)])));
         tool->setIconSize({PictureSize, PictureSize});
         tool->setAutoRaise(true);
-        tool->setFocusPolicy(Qt::NoFocus);
+        tool->setFocusPolicy(Qt::TabFocus);
         ConnectGuarded(tool, &QToolButton::clicked, this, [this, button] { Press(static_cast<Button>(button)); });
         layout->addWidget(tool);
         m_buttons[static_cast<size_t>(button)] = tool;
@@ -54,6 +54,15 @@ void TDBNavigator::SetHints(const QStringList &hints)
     for (size_t button = 0; button < m_buttons.size(); ++button) {
         m_buttons[button]->setToolTip(hints.value(static_cast<qsizetype>(button)));
         m_buttons[button]->setAccessibleName(m_buttons[button]->toolTip());
+    }
+}
+
+void TDBNavigator::FollowInTabOrder(QWidget &control)
+{
+    QWidget *last = &control;
+    for (QToolButton *button : m_buttons) {
+        setTabOrder(last, button);
+        last = button;
     }
 }
 

@@ -15,6 +15,11 @@ DataSetActions::DataSetActions(QWidget &window, QAction &post, QAction &cancel, 
 {
     const auto wire = [this](QAction &action, void (*act)(TDataSet &)) {
         ConnectGuarded(&action, &QAction::triggered, this, [this, act] { Run(act); });
+        // Acting on what has the focus, their buttons must not take it: a letter with Alt presses them. A bar's button
+        // would drop that letter from a text that is not the short one.
+        const auto keepLetter = [&action] { action.setIconText(action.text()); };
+        keepLetter();
+        connect(&action, &QAction::changed, this, keepLetter);
     };
     wire(post, [](TDataSet &dataSet) { dataSet.Post(); });
     wire(cancel, [](TDataSet &dataSet) { dataSet.Cancel(); });

@@ -1,5 +1,6 @@
 #include "toolkit/BrowserControl.h"
 #include "toolkit/Fonts.h"
+#include "toolkit/MenuKey.h"
 #include "toolkit/StartUp.h"
 
 #include <QApplication>
@@ -14,6 +15,7 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     SettleLocale();
     InstallFontSubstitutes();
+    InstallMenuKey();
     QApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();
 }

@@ -1,0 +1,30 @@
+#include "toolkit/Splitter.h"
+
+#include <QResizeEvent>
+
+namespace {
+
+constexpr int Grip = 2; ///< pixels on either side
+
+class Handle : public QSplitterHandle
+{
+public:
+    using QSplitterHandle::QSplitterHandle;
+
+protected:
+    void resizeEvent(QResizeEvent *event) override
+    {
+        QSplitterHandle::resizeEvent(event);
+        const bool isUpright = orientation() == Qt::Horizontal;
+        setContentsMargins(isUpright ? Grip : 0, isUpright ? 0 : Grip, isUpright ? Grip : 0, isUpright ? 0 : Grip);
+        setAttribute(Qt::WA_MouseNoMask);
+        setMask(contentsRect());
+    }
+};
+
+} // namespace
+
+QSplitterHandle *TSplitter::createHandle()
+{
+    return new Handle(orientation(), this);
+}
