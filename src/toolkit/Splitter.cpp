@@ -14,11 +14,12 @@ public:
 protected:
     void resizeEvent(QResizeEvent *event) override
     {
-        QSplitterHandle::resizeEvent(event);
+        // Not the handle's own: it would take the margins away, which is one more resize.
         const bool isUpright = orientation() == Qt::Horizontal;
         setContentsMargins(isUpright ? Grip : 0, isUpright ? 0 : Grip, isUpright ? Grip : 0, isUpright ? 0 : Grip);
         setAttribute(Qt::WA_MouseNoMask);
         setMask(contentsRect());
+        QWidget::resizeEvent(event);
     }
 };
 

@@ -152,8 +152,15 @@ void CheckTabOrder(QWidget &window)
                 (void)WaitFor([&] { return Focused() != at; }, 120);
         }
     } while (Focused() != start);
+    // Of buttons of which one is down, the tab key comes to one and the arrows to the others.
+    const auto isNear = [&met](const QWidget *one) {
+        const auto *button = qobject_cast<const QAbstractButton *>(one);
+        return button && button->group() && std::any_of(met.cbegin(), met.cend(), [button](QWidget *other) {
+                   return button->group()->buttons().contains(qobject_cast<QAbstractButton *>(other));
+               });
+    };
     for (const QWidget *missed : expected)
-        ADD_FAILURE() << "no tab leads to " << Name(*missed);
+        EXPECT_TRUE(isNear(missed)) << "no tab leads to " << Name(*missed);
 }
 
 void CheckMnemonics(const QWidget &window)
@@ -284,8 +291,7 @@ void CheckKeyboard(const QWidget &window, const QStringList &menus, const QStrin
         const auto *button = qobject_cast<const QAbstractButton *>(widget);
         if (!button)
             continue;
-        const bool isReached = button->focusPolicy() & Qt::TabFocus || !button->shortcut().isEmpty() ||
-                               (button->group() && button->group()->checkedButton()->focusPolicy() & Qt::TabFocus);
+        const bool isReached = button->focusPolicy() & Qt::TabFocus || !button->shortcut().isEmpty() || button->group();
         EXPECT_TRUE(isReached) << Name(*button) << " wants a mouse";
         const auto *tool = qobject_cast<const QToolButton *>(button);
         const auto *boxed = qobject_cast<const TcxButton *>(button);
