@@ -14,10 +14,12 @@
 namespace {
 
 /// The toolkit lights up one cell of a table; a row is what can be chosen.
+/// Where the mouse is below all rows, its row is that of no index.
 bool IsRowUnderMouse(const QTableView &table, const QModelIndex &index)
 {
     const QWidget *viewport = table.viewport();
-    return viewport->underMouse() && table.rowAt(viewport->mapFromGlobal(QCursor::pos()).y()) == index.row();
+    return index.isValid() && viewport->underMouse() &&
+           table.rowAt(viewport->mapFromGlobal(QCursor::pos()).y()) == index.row();
 }
 
 } // namespace
@@ -26,7 +28,6 @@ void SkinStyle::DrawRow(const QStyleOptionViewItem &option, QPainter *painter, c
 {
     const bool isEnabled = option.state & State_Enabled;
     const auto *table = qobject_cast<const QTableView *>(widget);
-    // A table tells all its rows of the mouse that is over one of them.
     const bool isRowTable = table && table->selectionBehavior() == QTableView::SelectRows;
     const bool isHot =
         isEnabled && (isRowTable ? IsRowUnderMouse(*table, option.index) : bool(option.state & State_MouseOver));
