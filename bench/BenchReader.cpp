@@ -29,8 +29,8 @@ constexpr int WaitMilliseconds = 60000;
 /// A program folder whose canon is its own; the rest leads to the product folder.
 QString MakeProgramFolder(const QString &folder)
 {
-    for (const QString &name :
-         {QStringLiteral("firebird"), QFileInfo(ClientLibraryPath({})).fileName(), QStringLiteral("English.lng")})
+    for (const QString &name : {QStringLiteral("firebird"), QFileInfo(ClientLibraryPath({})).fileName(),
+                                QStringLiteral("English.lng"), QStringLiteral("AllSkins.skinres")})
         QFile::link(Sample().Folder() + name, folder + QLatin1Char('/') + name);
     return folder + QStringLiteral("/Lumivara");
 }

@@ -30,6 +30,7 @@ int main(int argc, char **argv)
     RegisterLanguageMeasures();
     RegisterDictionaryMeasures();
     RegisterMarksMeasures();
+    RegisterSkinMeasures();
     RegisterPostMeasures();
     // Inside the event loop, as in the program: the engine runs slowly without one.
     QTimer::singleShot(0, &application, [&] {

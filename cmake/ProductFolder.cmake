@@ -23,5 +23,29 @@ add_custom_command(
 )
 add_custom_target(language_files ALL DEPENDS ${LUMIVARA_LANGUAGES_STAMP})
 
+# The user guide is opened from there, too.
+find_program(WEASYPRINT weasyprint REQUIRED)
+file(GLOB LUMIVARA_GUIDE_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/data/guide/*.html ${CMAKE_SOURCE_DIR}/data/guide/*.css
+     ${CMAKE_SOURCE_DIR}/data/guide/pictures/*.png)
+set(LUMIVARA_GUIDE ${LUMIVARA_PRODUCT_DIR}/LumivaraUserGuide.pdf)
+add_custom_command(
+    OUTPUT ${LUMIVARA_GUIDE}
+    COMMAND ${CMAKE_SOURCE_DIR}/scripts/build-guide ${LUMIVARA_GUIDE}
+    DEPENDS ${LUMIVARA_GUIDE_SOURCES} ${CMAKE_SOURCE_DIR}/src/reader/images/lumivara.svg ${CMAKE_SOURCE_DIR}/scripts/build-guide
+    COMMENT "Making the user guide"
+    VERBATIM
+)
+add_custom_target(user_guide ALL DEPENDS ${LUMIVARA_GUIDE})
+
+# The skins, packed.
+file(GLOB_RECURSE LUMIVARA_SKINS CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/data/skins/*)
+add_custom_command(
+    OUTPUT ${LUMIVARA_PRODUCT_DIR}/AllSkins.skinres
+    COMMAND lumivara-skins pack ${CMAKE_SOURCE_DIR}/data/skins ${LUMIVARA_PRODUCT_DIR}/AllSkins.skinres
+    DEPENDS ${LUMIVARA_SKINS} lumivara-skins
+    VERBATIM
+)
+add_custom_target(skin_file ALL DEPENDS ${LUMIVARA_PRODUCT_DIR}/AllSkins.skinres)
+
 # What a reader gets, without tests and benchmarks.
-add_custom_target(product DEPENDS Lumivara lumivara-data sample_databases language_files)
+add_custom_target(product DEPENDS Lumivara lumivara-data sample_databases language_files skin_file user_guide)

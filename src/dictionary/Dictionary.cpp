@@ -3,6 +3,7 @@
 #include "dictionary/DictionaryDM.h"
 #include "dictionary/EntryFormatter.h"
 #include "dictionary/WordRules.h"
+#include "presentation/FontPolicy.h"
 #include "presentation/FormLanguage.h"
 #include "presentation/GlobalUnit.h"
 #include "stores/KeloraDM.h"
@@ -53,12 +54,13 @@ TfrmDictionary::TfrmDictionary(QWidget *parent)
     InitDictionaryTexts();
     SetWindowFont(*this);
     ui->setupUi(this);
+    GrowWithText(*this);
     TranslateForm(*this);
     QFont searchFont = font();
-    searchFont.setPixelSize(SearchFontHeight);
+    SetFontHeight(searchFont, SearchFontHeight);
     ui->edSearchWord->setFont(searchFont);
     ui->Splitter1->setStretchFactor(1, 1);
-    ui->Splitter1->setSizes({ListWidth, width() - ListWidth});
+    ui->Splitter1->setSizes({GrownPixels(ListWidth), width() - GrownPixels(ListWidth)});
     ui->gtvWords->horizontalHeader()->hide();
     move(screen()->availableGeometry().center() - rect().center());
 
@@ -191,8 +193,8 @@ void TfrmDictionary::showEvent(QShowEvent *event)
 
 void TfrmDictionary::FormShow()
 {
-    SmoothFont(*ui->edSearchWord);
-    SmoothFont(*ui->gWords);
+    SetFontQuality(*ui->edSearchWord);
+    SetFontQuality(*ui->gWords);
     vIsInit = false;
 }
 

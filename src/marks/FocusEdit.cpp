@@ -31,6 +31,7 @@ TfrmFocusEdit::TfrmFocusEdit(QWidget *parent)
 {
     SetWindowFont(*this);
     ui->setupUi(this);
+    GrowWithText(*this);
     TranslateForm(*this);
     for (int priority = 1; priority <= Priorities; ++priority)
         ui->edPriority->AddItem(priority);

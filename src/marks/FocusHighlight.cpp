@@ -4,6 +4,7 @@
 #include "marks/HtmlToPlainText.h"
 #include "marks/MarkCaptions.h"
 #include "marks/MarksFilter.h"
+#include "presentation/FontPolicy.h"
 #include "presentation/FormLanguage.h"
 #include "presentation/GlobalUnit.h"
 #include "reader/Main.h"
@@ -47,7 +48,7 @@ TpFIBDataSet &Marks()
 QIcon PriorityImage(int priority)
 {
     if (priority != OrdinaryPriority)
-        return QIcon(u":/marks/priority-%1.svg"_s.arg(priority));
+        return QIcon(u":/marks/priority-%1.picture"_s.arg(priority));
     // Nothing marks the ordinary, yet in a list its description stands under the others.
     QPixmap nothing(ImageSize, ImageSize);
     nothing.fill(Qt::transparent);
@@ -61,9 +62,10 @@ TfrmFocusHighlight::TfrmFocusHighlight(QWidget *parent) : QWidget(parent), ui(st
     InitMarkImages();
     SetWindowFont(*this);
     ui->setupUi(this);
+    GrowWithText(*this);
     TranslateForm(*this);
     ui->spltFocus->setStretchFactor(1, 1);
-    ui->spltFocus->setSizes({ListWidth, width() - ListWidth});
+    ui->spltFocus->setSizes({GrownPixels(ListWidth), width() - GrownPixels(ListWidth)});
     move(screen()->availableGeometry().center() - rect().center());
     SetUpControls();
     SetUpCommands();
@@ -131,6 +133,8 @@ void TfrmFocusHighlight::showEvent(QShowEvent *event)
 
 void TfrmFocusHighlight::FormShow()
 {
+    for (QObject *component : ComponentsOf(*this))
+        ApplyFontPolicy(*component);
     LoadFocusHighLight();
     if (!HasRow())
         ui->ebFocusText->LoadFromString({});

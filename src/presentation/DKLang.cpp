@@ -1,5 +1,6 @@
 #include "presentation/DKLang.h"
 
+#include "presentation/Components.h"
 #include "presentation/MaskList.h"
 #include "presentation/Published.h"
 
@@ -35,25 +36,6 @@ QByteArray FileBytes(const QString &path)
     return file.readAll();
 }
 
-/// The named objects below a window, nearest first; of one name the nearest alone. Language controllers and the
-/// toolkit's own objects are none of them.
-QList<QObject *> OwnedComponents(const QObject &owner)
-{
-    QList<QObject *> found, waiting = owner.children();
-    QSet<QString> names;
-    for (qsizetype i = 0; i < waiting.size(); ++i) {
-        QObject *object = waiting[i];
-        waiting += object->children();
-        const QString name = object->objectName();
-        const bool isOurs = !name.isEmpty() && !name.startsWith(QLatin1StringView("qt_"));
-        if (!isOurs || names.contains(name) || qobject_cast<TDKLanguageController *>(object))
-            continue;
-        names.insert(name);
-        found.append(object);
-    }
-    return found;
-}
-
 // Names are cleared when bound, so what is bound already stays, and what a window has lost is dropped only once.
 void Bind(TDKLang_CompEntry &entry, QObject *component)
 {
@@ -64,7 +46,7 @@ void Bind(TDKLang_CompEntry &entry, QObject *component)
     if (!owned || std::none_of(owned->begin(), owned->end(), isUnbound))
         return;
     QHash<QString, QObject *> components;
-    const QList<QObject *> present = OwnedComponents(*component);
+    const QList<QObject *> present = ComponentsOf(*component);
     for (QObject *object : present)
         components.insert(object->objectName(), object);
     for (const auto &child : *owned)
@@ -148,7 +130,7 @@ private:
             for (const auto &owned : *root.FOwnedCompEntries)
                 known.insert(owned->FComponent);
         }
-        const QList<QObject *> present = OwnedComponents(*root.FComponent);
+        const QList<QObject *> present = ComponentsOf(*root.FComponent);
         for (QObject *component : present)
             if (!known.contains(component))
                 Bind(root.AddOwned(component->objectName()), component);

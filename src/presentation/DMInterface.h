@@ -2,6 +2,13 @@
 
 #include <QObject>
 
+class TcxHintStyleController;
+class TcxLookAndFeelController;
+class TcxStyle;
+class TcxStyleRepository;
+class TdxLayoutLookAndFeelList;
+class TdxLayoutSkinLookAndFeel;
+
 /// The look that all windows share. Lives for the whole run, the first of the modules.
 class TInterfaceDM : public QObject
 {
@@ -9,8 +16,21 @@ class TInterfaceDM : public QObject
 public:
     explicit TInterfaceDM(QObject *owner = nullptr);
 
-    /// Sets style, colours and base font of the application and lets colour values resolve system colours.
+    /// Sets the base font of the application, lets colour values resolve system colours, and fills the grid styles.
     void DataModuleCreate();
+
+    TdxLayoutLookAndFeelList *const dxLayoutLookAndFeelListGobal;
+    TdxLayoutSkinLookAndFeel *const SkinLookAndFeel; ///< of every layout of the program
+    TcxHintStyleController *const cxHintStyleController1;
+    TcxLookAndFeelController *const cxLookAndFeelController1;
+    TcxStyleRepository *const GlobalStyleRepository;
+    /// The grid styles; no grid takes one.
+    TcxStyle *const Supplement;
+    TcxStyle *const SupplementOwner;
+    TcxStyle *const SelectedGridRow;
+    TcxStyle *const ContentEven;
+    TcxStyle *const ContentOdd;
+    TcxStyle *const BkgNoData;
 };
 
 /// The one module; null until the start has made it.

@@ -2,6 +2,8 @@
 
 #include <QList>
 
+#include <cmath>
+
 QString AppPath;
 int InterfaceLang = 0;
 QString FontName;
@@ -14,13 +16,39 @@ int CollectionMode = 0;
 
 std::function<Colour(int code)> SystemColour;
 
-QString ColorToHtml(Colour colour)
+Colour PlainColour(Colour colour)
 {
     constexpr Colour systemColourMark = 0xFF;
     constexpr Colour white = 0x00FFFFFF;
-    if (colour >> 24 == systemColourMark)
-        colour = SystemColour ? SystemColour(static_cast<int>(colour & 0xFF)) : white;
+    if (colour >> 24 != systemColourMark)
+        return colour;
+    return SystemColour ? SystemColour(static_cast<int>(colour & 0xFF)) : white;
+}
+
+namespace {
+
+double LinearShare(Colour part)
+{
+    const double share = (part & 0xFF) / 255.0;
+    return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
+}
+
+} // namespace
+
+QString ColorToHtml(Colour colour)
+{
+    colour = PlainColour(colour);
     return QString::asprintf("#%.2X%.2X%.2X", colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
+}
+
+bool IsDarkColour(Colour colour)
+{
+    constexpr double glare = 0.05; // what a dark screen gives off anyway
+    constexpr double leastContrast = 4.5;
+    colour = PlainColour(colour);
+    const double luminance =
+        0.2126 * LinearShare(colour) + 0.7152 * LinearShare(colour >> 8) + 0.0722 * LinearShare(colour >> 16);
+    return (luminance + glare) / glare < leastContrast;
 }
 
 QString LowerAscii(QString text)

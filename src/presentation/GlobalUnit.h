@@ -25,8 +25,13 @@ using Colour = quint32;
 /// The window layer sets it; without one every system colour is white.
 extern std::function<Colour(int code)> SystemColour;
 
+/// A system colour as the plain one that it is at the moment of the call; others as they are.
+Colour PlainColour(Colour colour);
+
 /// "#RRGGBB" in capitals; a system colour is resolved at the moment of the call.
 QString ColorToHtml(Colour colour);
+/// Whether black text on the colour has a contrast of less than 4.5 to 1, by the relative luminance of WCAG 2.
+bool IsDarkColour(Colour colour);
 
 /// A to Z in lower case, every other character as it is.
 QString LowerAscii(QString text);

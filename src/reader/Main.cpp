@@ -46,9 +46,10 @@ TfrmMain::TfrmMain(QWidget *parent)
     InitImages();
     SetWindowFont(*this);
     ui->setupUi(this);
+    GrowWithText(*this);
     QApplication::setWindowIcon(windowIcon()); // for the windows without a parent, too
     ui->spltMain->setStretchFactor(1, 1);
-    ui->spltMain->setSizes({TreeWidth, width() - TreeWidth});
+    ui->spltMain->setSizes({GrownPixels(TreeWidth), width() - GrownPixels(TreeWidth)});
 
     DeclareTreeData();
     DeclareContentData();
@@ -162,6 +163,8 @@ void TfrmMain::FindLanguages()
 
 void TfrmMain::FormCreate()
 {
+    FillSkins();
+    ApplyStoredSkin();
     FindLanguages();
     vIsInit = true;
     vDefTreeKeloraSQL = qryTreeSutas.SelectSQL().join(QLatin1Char('\n'));

@@ -20,6 +20,7 @@ class TfrmDictionary;
 class TBrowserControl;
 class TDBTreeListColumn;
 class TDKLanguageController;
+class TdxSkinController;
 
 namespace Ui {
 class frmMain;
@@ -84,6 +85,11 @@ private:
     void tiMainTrayClick();
     void bcbLanguageChange();
 
+    // MainSkins.cpp
+    void FillSkins();
+    void ApplyStoredSkin();
+    void bcbInterfaceChange();
+
     // MainTree.cpp
     void SetUpTree();
     void LocateOpeningPassage();
@@ -122,11 +128,16 @@ private:
     bool HasSelection() const;
     void UpdateCommands();
     void acExitExecute();
+    void acOptionExecute();
+    void acAboutExecute();
+    void acHelpExecute();
+    void acFernwhistleExecute();
 
     std::unique_ptr<Ui::frmMain> ui;
     std::vector<Command> m_commands;
     TBarCombo *bcbInterface = nullptr;
     TBarCombo *bcbLanguage = nullptr;
+    TdxSkinController *scMain = nullptr;
     QSystemTrayIcon *tiMainTray = nullptr;
     TDKLanguageController *dkLang = nullptr;
     QString vDefTreeKeloraSQL;

@@ -1,17 +1,25 @@
 #include "reader/Main.h"
 
 #include "dictionary/DictionaryDM.h"
+#include "presentation/About.h"
+#include "presentation/GlobalUnit.h"
+#include "presentation/Options.h"
+#include "presentation/ProductAddresses.h"
 #include "reader/PageComposer.h"
 #include "search/SearchSutas.h"
 #include "stores/ClientsDM.h"
 #include "stores/Modules.h"
 #include "toolkit/BarCombo.h"
+#include "toolkit/Doors.h"
+#include "toolkit/Fonts.h"
 #include "toolkit/Forms.h"
 #include "toolkit/Guard.h"
+#include "toolkit/SkinController.h"
 #include "ui_Main.h"
 
 #include <QAbstractEventDispatcher>
 #include <QHBoxLayout>
+#include <QPointer>
 #include <QWidgetAction>
 
 namespace {
@@ -25,6 +33,12 @@ constexpr int ComboWidth = 120;
 void TfrmMain::SetUpCommands()
 {
     Wire(ui->acExit, [this] { acExitExecute(); });
+    Wire(ui->acAbout, [this] { acAboutExecute(); });
+    Wire(ui->acHelp, [this] { acHelpExecute(); });
+    Wire(ui->acFernwhistle, [this] { acFernwhistleExecute(); });
+
+    Wire(ui->acOption, [this] { acOptionExecute(); });
+    Wire(ui->acOptionFormat, [this] { acOptionExecute(); });
 
     Wire(
         ui->acCopy, [this] { ui->ebContent->Copy(); }, MayCopy);
@@ -85,6 +99,16 @@ void TfrmMain::Wire(QAction *action, std::function<void()> execute, std::functio
     m_commands.push_back({action, std::move(rule)});
 }
 
+void TfrmMain::acOptionExecute()
+{
+    // The tray's menu works beside a modal window.
+    if (findChild<TfrmOptions *>())
+        return;
+    TfrmOptions options(this);
+    if (options.exec() == QDialog::Accepted)
+        ApplyOptions();
+}
+
 bool TfrmMain::HasSelection() const
 {
     // The engine's flag first: after "select all" the text itself can be megabytes.
@@ -138,7 +162,13 @@ void TfrmMain::SetUpButtons()
 void TfrmMain::SetUpSystemMenu()
 {
     bcbInterface = AddCombo(ui->bsiSkins, QStringLiteral("bcbInterface"));
+    constexpr int designDpi = 96;
+    bcbInterface->setFixedWidth(ComboWidth * logicalDpiX() / designDpi);
     bcbInterface->setMaxVisibleItems(InterfaceDropDownCount);
+    bcbInterface->OnChange = [this] { bcbInterfaceChange(); };
+    scMain = new TdxSkinController(this);
+    scMain->setObjectName(QStringLiteral("scMain"));
+    scMain->SkinName = QString::fromUtf16(UserSkin);
     bcbLanguage = AddCombo(ui->bsiLanguage, QStringLiteral("bcbLanguage"));
     bcbLanguage->OnChange = [this] { bcbLanguageChange(); };
 }
@@ -151,7 +181,7 @@ TBarCombo *TfrmMain::AddCombo(QMenu *menu, const QString &name)
     const auto followTitle = [combo, menu] { combo->setAccessibleName(menu->title()); };
     followTitle();
     ConnectGuarded(menu->menuAction(), &QAction::changed, combo, followTitle);
-    combo->setMinimumWidth(ComboWidth);
+    combo->setMinimumWidth(GrownPixels(ComboWidth));
     auto *frame = new QWidget(this);
     auto *layout = new QHBoxLayout(frame);
     layout->setContentsMargins(8, 6, 8, 6);
@@ -162,4 +192,27 @@ TBarCombo *TfrmMain::AddCombo(QMenu *menu, const QString &name)
     item->setDefaultWidget(frame);
     menu->addAction(item);
     return combo;
+}
+
+void TfrmMain::acAboutExecute()
+{
+    // The tray's menu works beside a modal window.
+    if (auto *open = findChild<TfrmGioithieu *>()) {
+        open->activateWindow();
+        return;
+    }
+    // The program may end under the box.
+    const QPointer<TfrmGioithieu> box = new TfrmGioithieu(this);
+    box->exec();
+    delete box;
+}
+
+void TfrmMain::acHelpExecute()
+{
+    Doors().openDocument(AppPath + QString::fromUtf16(UserGuideFile));
+}
+
+void TfrmMain::acFernwhistleExecute()
+{
+    Doors().openDocument(QString::fromUtf16(InformationPage));
 }

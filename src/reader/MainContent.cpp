@@ -36,6 +36,7 @@ void TfrmMain::dsKeloraContentDataChange()
 void TfrmMain::ViewSutta(int mode)
 {
     ui->ebContent->SetHostCSS(HostStyle(frmKeloraDM->vBgColor));
+    ui->ebContent->SetDarkGround(IsDarkColour(frmKeloraDM->vBgColor));
     const QByteArray page = ComposePage(mode);
     const QScopedValueRollback startPage(FIsStartPage, true);
     ui->ebContent->LoadFromString(page, PageTitle());

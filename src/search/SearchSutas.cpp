@@ -48,6 +48,7 @@ TfrmSearchSutas::TfrmSearchSutas(QWidget *parent)
     InitSearchImages();
     SetWindowFont(*this);
     ui->setupUi(this);
+    GrowWithText(*this);
     TranslateForm(*this);
     DeclareListData();
     DeclareResultData();

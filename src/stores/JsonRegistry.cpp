@@ -185,8 +185,11 @@ bool JsonRegistry::Change(const std::function<void(SettingsFile &)> &change, QSt
     auto file = LoadLocked(errorText);
     if (!file)
         return false;
+    const QByteArray before = file->ToBytes();
     change(*file);
-    return m_disk.WriteAtomically(SettingsPath(), file->ToBytes(), errorText);
+    const QByteArray after = file->ToBytes();
+    // A start stores much that is stored already, and the disk takes its time for each write.
+    return after == before || m_disk.WriteAtomically(SettingsPath(), after, errorText);
 }
 
 std::optional<SettingsValue> JsonRegistry::Value(const QString &name) const

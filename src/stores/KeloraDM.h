@@ -73,6 +73,10 @@ public:
                          const QString &name);
     /// Reads one value of any type: QString, int or QByteArray. Throws RegistryError.
     QVariant GetRegistryData(RegistryRoot root, const QString &path, const QString &name);
+    /// A fresh registry object of the settings, for who reads or writes several values.
+    std::unique_ptr<TRegistry> CreateRegistry() const { return m_doors.createRegistry(); }
+    /// Full path of the running executable.
+    const QString &ExeName() const { return m_doors.exeName; }
     /// Writes one value of the options key, making the key if need be; an unopenable key is no failure and stores
     /// nothing.
     void WriteOption(const QString &name, int value);

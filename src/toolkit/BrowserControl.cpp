@@ -66,6 +66,7 @@ public:
     QByteArray source;
     QString title;
     QString hostCss;
+    bool isDark = false;
     /// What our scripts selected: a selection made by script does not reach the engine's cache.
     QString foundText;
     int zoomPercent = 100;
@@ -121,7 +122,7 @@ void TBrowserControl::Private::ShowPage()
     foundText.clear();
     ++number;
     wait.Renew();
-    InstallPageScripts(page->scripts(), hostCss, source.size());
+    InstallPageScripts(page->scripts(), {hostCss, isDark, source.size()});
     page->LoadFromHost(profile->Pages().Publish(owner, source));
 }
 
@@ -226,6 +227,9 @@ TBrowserControl::TBrowserControl(QWidget *parent) : QWebEngineView(parent)
 {
     d = std::make_unique<Private>(this);
     setPage(d->page);
+    QFont own = font(); // pages have fonts of their own: what a panel around it is given is none of its business
+    own.setResolveMask(QFont::AllPropertiesResolved);
+    setFont(own);
     setAcceptDrops(false);
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, d.get(), [this](const QPoint &point) {
@@ -262,6 +266,11 @@ QString TBrowserControl::HostCSS() const
 void TBrowserControl::SetHostCSS(const QString &css)
 {
     d->hostCss = css;
+}
+
+void TBrowserControl::SetDarkGround(bool on)
+{
+    d->isDark = on;
 }
 
 void TBrowserControl::SetOpensLinksInside(bool on)

@@ -33,6 +33,10 @@ public:
     /// trace in it.
     QString HostCSS() const;
     void SetHostCSS(const QString &css);
+    /// Whether the host style gives the pages loaded from now on a dark ground. On the screen alone their text then
+    /// becomes light, and stored colours become lighter where they could not be read on what is behind them. Off at
+    /// first.
+    void SetDarkGround(bool on);
     /// Whether a web address that the reader clicks, and OnBeforeNavigate2 lets pass, opens in place of the page until
     /// the next one is handed over. Off at first: such an address then goes nowhere.
     void SetOpensLinksInside(bool on);

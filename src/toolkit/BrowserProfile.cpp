@@ -65,7 +65,7 @@ void CloseSettings(QWebEngineSettings &settings)
     settings.setDefaultTextEncoding(QStringLiteral("utf-8"));
     if (!IsPageFontInstalled()) {
         for (const auto family : {Settings::StandardFont, Settings::SansSerifFont})
-            settings.setFontFamily(family, QStringLiteral("Noto Sans"));
+            settings.setFontFamily(family, PageFontFamily());
     }
 }
 

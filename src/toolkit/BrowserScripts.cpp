@@ -53,14 +53,18 @@ QWebEngineScript OwnScript(const QString &source, bool isForFrames)
 
 } // namespace
 
-void InstallPageScripts(QWebEngineScriptCollection &scripts, const QString &hostCss, qsizetype byteCount)
+void InstallPageScripts(QWebEngineScriptCollection &scripts, const PageSetting &setting)
 {
     static const QString functions = ReadAllScripts({u"text", u"scroll", u"highlight", u"selection"});
     static const QString host = ReadAllScripts({u"host"});
+    static const QString night = ReadAllScripts({u"night"});
     static const QString longPage = ReadAllScripts({u"long"});
     scripts.clear();
-    scripts.insert(OwnScript(QStringLiteral("const HOST_CSS = %1;\n").arg(Literal(hostCss)) + host, true));
-    if (byteCount > longPageBytes)
+    // Before the measuring of a long page, so that the engine computes its styles once.
+    scripts.insert(OwnScript(QStringLiteral("const HOST_CSS = %1;\n").arg(Literal(setting.hostCss)) + host +
+                                 (setting.isDark ? night : QString()),
+                             true));
+    if (setting.byteCount > longPageBytes)
         scripts.insert(OwnScript(longPage, false));
     scripts.insert(OwnScript(functions, false));
 }

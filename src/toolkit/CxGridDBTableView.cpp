@@ -3,6 +3,7 @@
 #include "stores/DataSet.h"
 #include "stores/DataSource.h"
 #include "toolkit/CxGridModel.h"
+#include "toolkit/Fonts.h"
 #include "toolkit/Guard.h"
 
 #include <QClipboard>
@@ -123,7 +124,7 @@ int TcxGridDBTableView::DataRowHeight() const
 
 void TcxGridDBTableView::SetDataRowHeight(int height)
 {
-    verticalHeader()->setDefaultSectionSize(height);
+    verticalHeader()->setDefaultSectionSize(GrownPixels(height));
 }
 
 void TcxGridDBTableView::SetDataSource(TDataSource *dataSource)

@@ -30,7 +30,7 @@ public:
     void SetKeyField(const QString &name) { m_keyField = name; }
     /// Values of the key field in the selected rows, from the top.
     QVariantList SelectedKeys() const;
-    /// In pixels.
+    /// Set in pixels at 96 dpi, answered as it stands on this desktop.
     int DataRowHeight() const;
     void SetDataRowHeight(int height);
     /// Rows grow with their texts from the data row height up; each is measured when it comes to be seen.

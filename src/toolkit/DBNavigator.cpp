@@ -29,7 +29,7 @@ TDBNavigator::TDBNavigator(QWidget *parent) : QFrame(parent)
     const std::array<QString, ButtonCount> names{u"first"_s, u"prior"_s, u"next"_s, u"last"_s, u"refresh"_s};
     for (int button = 0; button < ButtonCount; ++button) {
         auto *tool = new QToolButton(this);
-        tool->setIcon(QIcon(u":/navigator/%1.svg"_s.arg(names[static_cast<size_t>(button)])));
+        tool->setIcon(QIcon(u":/navigator/%1.picture"_s.arg(names[static_cast<size_t>(button)])));
         tool->setIconSize({PictureSize, PictureSize});
         tool->setAutoRaise(true);
         tool->setFocusPolicy(Qt::NoFocus);

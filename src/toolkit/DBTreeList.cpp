@@ -2,6 +2,7 @@
 
 #include "stores/DataSet.h"
 #include "stores/DataSource.h"
+#include "toolkit/Fonts.h"
 #include "toolkit/Guard.h"
 #include "toolkit/TreeShape.h"
 
@@ -115,7 +116,10 @@ class TDBTreeList::Delegate : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    QSize sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const override { return {0, RowHeight}; }
+    QSize sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const override
+    {
+        return {0, GrownPixels(RowHeight)};
+    }
 
 protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override

@@ -1,16 +1,20 @@
 #include "toolkit/Doors.h"
 
+#include "toolkit/ColorChooser.h"
 #include "toolkit/Guard.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QFont>
+#include <QFontDatabase>
 #include <QMessageBox>
 #include <QPalette>
 #include <QRandomGenerator>
 #include <QTimer>
 
-#include <optional>
+#include <algorithm>
 
 namespace {
 
@@ -34,6 +38,9 @@ bool ShowMessageBox(const QString &title, const QString &text, BoxButtons button
     } else {
         box.setStandardButtons(QMessageBox::Ok);
     }
+    const QList<QAbstractButton *> answers = box.buttons();
+    for (QAbstractButton *button : answers)
+        button->setIcon({});
     const int answer = box.exec();
     return answer == QMessageBox::Yes || answer == QMessageBox::Ok;
 }
@@ -103,6 +110,25 @@ quint32 DrawNumber()
     return QRandomGenerator::global()->generate();
 }
 
+QStringList FontNames()
+{
+    QStringList names;
+    const QStringList families = QFontDatabase::families();
+    for (const QString &family : families) {
+        // Two makers' fonts of one name come with the maker behind it, by which no page would find them.
+        if (!QFontDatabase::isPrivateFamily(family))
+            names.append(family.section(QStringLiteral(" ["), 0, 0));
+    }
+    const QString pageFont = QStringLiteral("Segoe UI");
+    const QStringList substitutes = QFont::substitutes(pageFont);
+    if (std::any_of(substitutes.begin(), substitutes.end(),
+                    [](const auto &name) { return QFontDatabase::hasFamily(name); }))
+        names.append(pageFont);
+    names.removeDuplicates();
+    names.sort(Qt::CaseInsensitive);
+    return names;
+}
+
 std::optional<int> askedExitCode;
 bool isLoopRunning = false;
 
@@ -110,8 +136,13 @@ bool isLoopRunning = false;
 
 PlatformDoors &Doors()
 {
-    static PlatformDoors doors{ShowMessageBox, OpenDocument, SystemColourByCode, DrawNumber};
+    static PlatformDoors doors{ShowMessageBox, OpenDocument, SystemColourByCode, DrawNumber, FontNames, ChooseColour};
     return doors;
+}
+
+void KeepSystemColours()
+{
+    StartPalette();
 }
 
 void OpenDocumentLater(const QString &target)

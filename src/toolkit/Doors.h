@@ -3,9 +3,13 @@
 #include "presentation/GlobalUnit.h"
 
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 
 #include <functional>
+#include <optional>
+
+class QWidget;
 
 /// The windows' narrow doors to the platform. Each is a function that tests replace; the defaults are the real thing.
 enum class BoxButtons { Ok, YesNo };
@@ -22,9 +26,18 @@ struct PlatformDoors
     std::function<Colour(int code)> systemColour;
     /// One number drawn for the random opening.
     std::function<quint32()> drawNumber;
+    /// Names of the fonts that a page may ask for, each once and in order. "Segoe UI" is one of them also where another
+    /// font stands in for it.
+    std::function<QStringList()> fontNames;
+    /// Asks for any colour; nothing if the reader cancels.
+    std::function<std::optional<Colour>(QWidget *parent, Colour initial)> chooseColour;
 };
 
 PlatformDoors &Doors();
+
+/// Makes the system's colours those of now, for the whole run: what changes the application's palette asks for it
+/// before.
+void KeepSystemColours();
 
 /// Opens a document or address behind the call that asks for it, for callers whose answer the engine waits for. What
 /// fails is reported.

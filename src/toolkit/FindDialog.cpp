@@ -2,6 +2,7 @@
 
 #include "presentation/DKLang.h"
 #include "presentation/FormLanguage.h"
+#include "toolkit/Fonts.h"
 #include "toolkit/Guard.h"
 #include "ui_FindDialog.h"
 
@@ -10,6 +11,7 @@
 FindDialog::FindDialog(QWidget *parent) : QDialog(parent), m_ui(std::make_unique<Ui::FindDialog>())
 {
     m_ui->setupUi(this);
+    GrowWithText(*this);
     setObjectName(QStringLiteral("dlgFind"));
     TranslateForm(*this)->FOnLanguageChanged = [this] {
         if (!m_ui->lbNotFound->text().isEmpty())

@@ -17,6 +17,7 @@
 #include <QWebEngineView>
 #include <QWindow>
 
+#include <algorithm>
 #include <cstdio>
 #include <unistd.h>
 
@@ -50,6 +51,18 @@ QObject *FindObject(const QString &name)
         if (QObject *object = window->findChild<QObject *>(name))
             return object;
     return nullptr;
+}
+
+/// The window with its frame, as the desktop tells it: what the widget remembers of it may be old.
+QRect FrameOf(const QWindow &window)
+{
+    const auto isPlausible = [](const QMargins &frame) {
+        return std::min({frame.left(), frame.top(), frame.right(), frame.bottom()}) >= 0;
+    };
+    // While the desktop is at it, the toolkit reads odd margins.
+    for (int tries = 0; tries < 40 && !isPlausible(window.frameMargins()); ++tries)
+        QTest::qWait(PollMilliseconds);
+    return window.geometry().marginsAdded(window.frameMargins());
 }
 
 QWidget *VisibleWidget(const QString &name)
@@ -313,10 +326,18 @@ void Driver::Get(const Command &command)
     Done(Printable(object->property(command.arguments.value(1).toLatin1().constData())));
 }
 
-/// shot FILE: the whole screen.
+/// shot FILE [NAME]: the whole screen, or what it shows where the widget's window is, frame included.
 void Driver::Shot(const Command &command)
 {
-    const QPixmap picture = QGuiApplication::primaryScreen()->grabWindow(0);
+    QPixmap picture = QGuiApplication::primaryScreen()->grabWindow(0);
+    if (const QString name = command.arguments.value(1); !name.isEmpty()) {
+        const QWidget *widget = VisibleWidget(name);
+        if (!widget)
+            return Fail(QStringLiteral("no visible widget ") + name);
+        const QRect frame = FrameOf(*widget->window()->windowHandle());
+        const qreal ratio = picture.devicePixelRatio();
+        picture = picture.copy(QRect((QPointF(frame.topLeft()) * ratio).toPoint(), frame.size() * ratio));
+    }
     if (picture.save(command.arguments.value(0)))
         Done();
     else

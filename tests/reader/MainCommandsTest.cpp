@@ -22,11 +22,11 @@ struct Row
 
 const Row rows[] = {
     {"acExit", "System", "Thoát", "", nullptr, true},
-    {"acOption", "System", "Tùy chọn  ", "", nullptr, false},
-    {"acOptionFormat", "Content", "Tùy chọn ...", "", nullptr, false},
-    {"acAbout", "", "Giới thiệu ", "", nullptr, false},
-    {"acFernwhistle", "System", "Thông tin cập nhật...", "", nullptr, false},
-    {"acHelp", "System", "Hướng dẫn sử dụng", "", nullptr, false},
+    {"acOption", "System", "Tùy chọn  ", "", nullptr, true},
+    {"acOptionFormat", "Content", "Tùy chọn ...", "", nullptr, true},
+    {"acAbout", "", "Giới thiệu ", "", nullptr, true},
+    {"acFernwhistle", "System", "Thông tin cập nhật...", "", nullptr, true},
+    {"acHelp", "System", "Hướng dẫn sử dụng", "", nullptr, true},
     {"acCopy", "Content", "Sao chép", "Ctrl+C", "Sao chép (copy) đoạn văn bản đang chọn", false},
     {"acFindDialog", "Content", "Tìm...", "Ctrl+F", "Tìm từ, ngữ, đoạn văn trong bài kinh", true},
     {"acSelectAll", "Content", "Chọn tất cả", "Ctrl+A", "Chọn tất cả văn bản", true},

@@ -226,3 +226,19 @@ TEST_F(Content, InTheFilterBoxTheEditKeysBelongToTheBox)
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("own text"));
     EXPECT_EQ(Browser().GetSelectedText(), QString());
 }
+
+TEST_F(Content, TextIsLightOnADarkPageColourOnly)
+{
+    const struct
+    {
+        Colour ground;
+        const char *text;
+    } rows[] = {{0x00400000, "rgb(228, 228, 228)"}, {0x00E0F0FF, "rgb(0, 0, 0)"}, {0x00000000, "rgb(228, 228, 228)"}};
+    for (const auto &[ground, text] : rows) {
+        kelora->vBgColor = ground;
+        window->ApplyOptions();
+        ASSERT_TRUE(WaitPage());
+        EXPECT_EQ(Browser().Evaluate(QStringLiteral("getComputedStyle(document.body).color")).toString().toStdString(),
+                  text);
+    }
+}

@@ -82,6 +82,16 @@ ReaderWindow::ReaderWindow() : program(TheCanon().Program()), m_realDoors(Doors(
     InterfaceLang = 0;
     FontName.clear();
     CollectionMode = 0;
+    GlobalActiveStyle = 0;
+    GlobalActiveName.clear();
+    skinFile = TheCanon().folder.Path(QStringLiteral("AllSkins.skinres"));
+    SetSkins({});
+}
+
+void ReaderWindow::SetSkins(const QByteArray &content)
+{
+    QFile file(skinFile);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
 }
 
 ReaderWindow::~ReaderWindow()

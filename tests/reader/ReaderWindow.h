@@ -42,6 +42,8 @@ protected:
     void Store(const QString &name, const QVariant &value);
     /// Puts a language file beside the program until the test's end.
     void AddLanguage(const QString &fileName, const QByteArray &content);
+    /// Puts a skin file beside the program until the test's end; without one the file holds no skin.
+    void SetSkins(const QByteArray &content);
     /// The stored value; invalid if there is none.
     QVariant Stored(const QString &name);
 
@@ -70,6 +72,7 @@ protected:
 
     ScratchFolder settings;
     SettingsDisk *disk = &RealSettingsDisk(); ///< that the settings are on
+    QString skinFile;                         ///< beside it
     QString program;                          ///< path of the executable that stands beside the canon
     QList<bool> answers;
     QList<Box> boxes;

@@ -306,6 +306,18 @@ TEST_F(StoredSettings, FullDiskRefusesToMakeAKeyButFailsAWrite)
     EXPECT_EQ(writer.GetDataType(A), RegistryType::Unknown);
 }
 
+TEST_F(StoredSettings, WritesOnlyWhatIsNotStoredYet)
+{
+    JsonRegistry registry = MakeOpen();
+    registry.WriteInteger(A, 1);
+    const QByteArray marked = ReadFile(File()) + ' ';
+    WriteFile(File(), marked);
+    registry.WriteInteger(A, 1);
+    EXPECT_EQ(ReadFile(File()), marked);
+    registry.WriteString(A, QStringLiteral("1"));
+    EXPECT_NE(ReadFile(File()), marked) << "of another type";
+}
+
 /// Root may write everywhere; the rules of permission hold for others.
 class AsOrdinaryUser
 {

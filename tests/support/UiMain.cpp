@@ -1,4 +1,5 @@
 #include "toolkit/BrowserControl.h"
+#include "toolkit/Fonts.h"
 #include "toolkit/StartUp.h"
 
 #include <QApplication>
@@ -12,6 +13,7 @@ int main(int argc, char **argv)
     RegisterPageScheme();
     QApplication application(argc, argv);
     SettleLocale();
+    InstallFontSubstitutes();
     QApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();
 }

@@ -52,6 +52,11 @@ ToolRun RunLangTool(const QStringList &arguments, const QString &workingFolder)
     return RunProgram(ProductFolder() + u"lumivara-lang"_s, arguments, workingFolder, {});
 }
 
+ToolRun RunSkinsTool(const QStringList &arguments)
+{
+    return RunProgram(ProductFolder() + u"lumivara-skins"_s, arguments, {}, {});
+}
+
 QString WindowSources()
 {
     return QCoreApplication::applicationDirPath() + u"/windows"_s;

@@ -26,6 +26,9 @@ ToolRun RunDataTool(const QStringList &arguments, const QString &workingFolder =
 /// The same for lumivara-lang.
 ToolRun RunLangTool(const QStringList &arguments, const QString &workingFolder = {});
 
+/// The same for lumivara-skins.
+ToolRun RunSkinsTool(const QStringList &arguments);
+
 /// A copy of the windows' descriptions and tables and of the language files, as they stand in the project.
 QString WindowSources();
 

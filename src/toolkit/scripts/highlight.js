@@ -89,12 +89,17 @@
             const model = page.createElement('font');
             colour(model, options.foreground, options.background);
             // From the end, so that the offsets before it stay true.
+            const styles = new Set();
             for (const { node, begin, end } of coveredParts(text, spans).reverse()) {
-                if (painted.has(node.parentNode))
-                    repaint(node, begin, end, options.foreground, options.background);
-                else
-                    wrap(node, begin, end, model);
+                const element = painted.has(node.parentNode)
+                    ? repaint(node, begin, end, options.foreground, options.background)
+                    : wrap(node, begin, end, model);
+                styles.add(element.getAttribute('style'));
             }
+            // Text that was lightened for the ground of a dark page may not be readable on the hit's.
+            const { lumivaraNight } = page.defaultView;
+            if (lumivaraNight)
+                lumivaraNight.addHits([...styles]);
         }
         // Colouring has moved the nodes, but not the characters.
         if (target >= 0)

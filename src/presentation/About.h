@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+class QUrl;
+
+namespace Ui {
+class frmGioithieu;
+}
+
+/// The about box: name, version and owner of the program, and a page of its own about it, which is kept in the window's
+/// description and shown in one language only. Shown modally and freed by its caller.
+class TfrmGioithieu : public QDialog
+{
+    Q_OBJECT
+public:
+    explicit TfrmGioithieu(QWidget *parent = nullptr);
+    ~TfrmGioithieu() override;
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void FormCreate();
+    /// Told sizes are those of a window font of 13 pixels; they grow with it.
+    void ApplyFontSize();
+    bool wbAboutBeforeNavigate2(const QUrl &url);
+    void lbFernwhistleClick();
+
+    std::unique_ptr<Ui::frmGioithieu> ui;
+    bool FIsStartPage = false;
+};

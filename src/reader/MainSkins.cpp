@@ -1,0 +1,61 @@
+#include "presentation/DMInterface.h"
+#include "presentation/FontPolicy.h"
+#include "presentation/GlobalUnit.h"
+#include "reader/Main.h"
+#include "stores/KeloraDM.h"
+#include "stores/Modules.h"
+#include "toolkit/BarCombo.h"
+#include "toolkit/LookAndFeel.h"
+#include "toolkit/SkinController.h"
+
+#include <QAbstractItemView>
+#include <QStyle>
+
+namespace {
+
+QString SkinFilePath()
+{
+    return AppPath + QStringLiteral("AllSkins.skinres");
+}
+
+} // namespace
+
+void TfrmMain::FillSkins()
+{
+    QStringList names;
+    ListSkins(SkinFilePath(), names);
+    for (const QString &name : std::as_const(names))
+        bcbInterface->AddItem(name);
+    // The combo keeps its width; its list shows the names whole.
+    QAbstractItemView *list = bcbInterface->view();
+    list->setMinimumWidth(list->sizeHintForColumn(0) + 2 * list->frameWidth() +
+                          list->style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+}
+
+void TfrmMain::ApplyStoredSkin()
+{
+    frmKeloraDM->ReadActiveStyle();
+    if (InterfaceDM) {
+        constexpr int captionSize = 10;
+        const QFont font(QStringLiteral("Segoe UI"), captionSize);
+        InterfaceDM->SkinLookAndFeel->GroupOptions().SetFont(font);
+        InterfaceDM->SkinLookAndFeel->ItemOptions().SetFont(font);
+    }
+    bcbInterface->SetItemIndex(GlobalActiveStyle > 0 ? GlobalActiveStyle - 1 : -1);
+}
+
+void TfrmMain::bcbInterfaceChange()
+{
+    if (LoadUserSkin(SkinFilePath(), bcbInterface->currentText())) {
+        scMain->NativeStyle = false;
+        scMain->SkinName = QString::fromUtf16(UserSkin);
+        scMain->UseSkins = true;
+        scMain->Refresh();
+    }
+    const QList<QObject *> components = ComponentsOf(*this);
+    for (QObject *component : components)
+        ApplyFontPolicy(*component);
+    GlobalActiveStyle = bcbInterface->ItemIndex() + 1;
+    GlobalActiveName = bcbInterface->currentText();
+    frmKeloraDM->WirteActiveStyle();
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "presentation/GlobalUnit.h"
+
+#include <optional>
+
+class QWidget;
+
+/// Asks for any colour in the toolkit's own dialog, in the interface's language, beginning with `initial`. Nothing if
+/// the reader cancels.
+std::optional<Colour> ChooseColour(QWidget *parent, Colour initial);

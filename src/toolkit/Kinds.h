@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QComboBox>
+#include <QFrame>
+#include <QMenu>
+#include <QPlainTextEdit>
+
+/// Controls that are the toolkit's own and bring nothing but the name of their kind, by which they are dressed.
+
+/// An area that holds other controls.
+class TPanel : public QFrame
+{
+    Q_OBJECT
+public:
+    using QFrame::QFrame;
+};
+
+/// An area whose controls stand in layout items with captions.
+class TdxLayoutControl : public QFrame
+{
+    Q_OBJECT
+public:
+    using QFrame::QFrame;
+
+    /// Of the items inside it.
+    void SetCaptionFont(const QFont &font);
+};
+
+/// A box of several lines.
+class TMemo : public QPlainTextEdit
+{
+    Q_OBJECT
+public:
+    using QPlainTextEdit::QPlainTextEdit;
+};
+
+class TcxComboBox : public QComboBox
+{
+    Q_OBJECT
+public:
+    using QComboBox::QComboBox;
+};
+
+/// A bar of buttons along a window's edge.
+class TdxBar : public QFrame
+{
+    Q_OBJECT
+public:
+    using QFrame::QFrame;
+};
+
+/// A menu that a bar or another menu drops.
+class TdxBarSubItem : public QMenu
+{
+    Q_OBJECT
+public:
+    using QMenu::QMenu;
+};
+
+/// A menu that pops up at the mouse or below a button.
+class TdxBarPopupMenu : public QMenu
+{
+    Q_OBJECT
+public:
+    using QMenu::QMenu;
+};

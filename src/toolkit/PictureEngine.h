@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QByteArray>
+#include <QColor>
+#include <QIconEngine>
+#include <QList>
+#include <QSize>
+
+/// The three colours of a picture.
+struct PictureColours
+{
+    QRgb ink = 0;    ///< lines
+    QRgb accent = 0; ///< what the picture is about
+    QRgb fill = 0;   ///< light parts
+
+    bool operator==(const PictureColours &) const = default;
+};
+
+/// What pictures look like now: from the skin in force, else from the application's palette.
+PictureColours ColoursOfPictures(QIcon::Mode mode);
+
+/// Draws a command's picture in the colours of the present look, at the size of the device's pixels. QIcon finds it by
+/// the suffix "picture": such a file is an SVG drawn in the three colours #3f4f63 (ink), #b8621b (accent) and #fbf3e4
+/// (fill). A file that is missing or no SVG gives a null pixmap. Main thread only.
+class PictureEngine : public QIconEngine
+{
+public:
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override;
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override;
+    /// `size` is in device pixels; the pixmap's own ratio stays 1, QIcon sets it.
+    QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state, qreal scale) override;
+    void addFile(const QString &fileName, const QSize &size, QIcon::Mode mode, QIcon::State state) override;
+    bool isNull() override;
+    QString key() const override;
+    QIconEngine *clone() const override;
+
+private:
+    struct Drawn
+    {
+        QSize size;
+        PictureColours colours;
+        QPixmap pixmap;
+    };
+
+    QByteArray m_svg;
+    QList<Drawn> m_drawn; // the newest last
+};

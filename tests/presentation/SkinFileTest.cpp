@@ -1,0 +1,210 @@
+#include "presentation/SkinFile.h"
+#include "support/SkinSupport.h"
+#include "support/TestSupport.h"
+
+#include <QDir>
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QByteArray GoodPicture = R"~(<svg xmlns="http://www.w3.org/2000/svg"><path fill="url(#a)" d="M0 0"/></svg>)~";
+
+class SkinFile : public testing::Test
+{
+protected:
+    QString Write(const QByteArray &bytes)
+    {
+        EXPECT_TRUE(WriteBytes(path, bytes));
+        return path;
+    }
+    QString Write(const QJsonArray &skins) { return Write(SkinDocument(skins)); }
+
+    ScratchFolder folder;
+    const QString path = folder.Path(u"Skins.skinres"_s);
+};
+
+TEST_F(SkinFile, GivesItsSkinsInOrderAndEachWhole)
+{
+    QJsonObject full = WholeSkin(u"Đêm"_s, true, {{u"button"_s, QJsonArray{u"#0A0b0c"_s, u"#1d1e1f"_s}}});
+    full[u"displayName"_s] = u"Đêm khuya"_s;
+    full[u"highContrast"_s] = full[u"glossy"_s] = true;
+    full[u"cornerRadius"_s] = 99;
+    full[u"lineWidth"_s] = -1e300;
+    full[u"focusWidth"_s] = u"3"_s;
+    full[u"pictures"_s] = QJsonObject{{u"check"_s, QString::fromUtf8(GoodPicture)}, {u"radio"_s, u"<svg"_s}};
+    full[u"later"_s] = QJsonObject{};
+    Write("\xEF\xBB\xBF" + SkinDocument({WholeSkin(u"One"_s), full, WholeSkin(u"Three"_s)}));
+    EXPECT_EQ(SkinNames(path), (QStringList{u"One"_s, u"Đêm"_s, u"Three"_s}));
+    const auto skin = LoadSkin(path, u"Đêm"_s);
+    ASSERT_TRUE(skin);
+    EXPECT_EQ(skin->displayName, u"Đêm khuya"_s);
+    EXPECT_TRUE(skin->isDark && skin->isHighContrast && skin->isGlossy);
+    EXPECT_EQ(skin->cornerRadius, 12);
+    EXPECT_EQ(skin->lineWidth, 1);
+    EXPECT_EQ(skin->focusWidth, 1);
+    EXPECT_EQ(skin->Fill(SkinPart::Button), (SkinFill{0xFF0A0B0C, 0xFF1D1E1F}));
+    EXPECT_EQ(skin->Fill(SkinPart::IconFill), (SkinFill{0xFF101010, 0xFF101010})) << "the last part";
+    EXPECT_EQ(skin->pictures, (QHash<QString, QByteArray>{{u"check"_s, GoodPicture}}));
+    EXPECT_FALSE(LoadSkin(path, u"đêm"_s));
+}
+
+TEST_F(SkinFile, IsOpenedEachTimeAndTellsWhenItCannotBe)
+{
+    const QString missing = folder.Path(u"gone"_s), directory = folder.Path(u"folder"_s);
+    QDir().mkdir(directory);
+    for (const auto &[file, why] :
+         {std::pair(missing, u"No such file or directory"_s), std::pair(directory, u"Is a directory"_s)}) {
+        for (const bool isLoading : {false, true}) {
+            try {
+                isLoading ? void(LoadSkin(file, u"One"_s)) : void(SkinNames(file));
+                ADD_FAILURE() << file.toStdString();
+            } catch (const SkinFileError &error) {
+                EXPECT_EQ(error.Text(), file + u": "_s + why);
+            }
+        }
+    }
+    Write({WholeSkin(u"One"_s)});
+    EXPECT_TRUE(LoadSkin(path, u"One"_s));
+    Write({WholeSkin(u"Two"_s)});
+    EXPECT_FALSE(LoadSkin(path, u"One"_s));
+    QFile::remove(path);
+    EXPECT_THROW(LoadSkin(path, u"Two"_s), SkinFileError);
+}
+
+TEST_F(SkinFile, HoldsNoSkinWhereItsContentCannotBeRead)
+{
+    const QByteArray good = SkinDocument({WholeSkin(u"One"_s)});
+    const auto changed = [&good](const char *from, const QByteArray &to) { return QByteArray(good).replace(from, to); };
+    const QByteArray deep(100000, '['), huge = QByteArray(MaxSkinFileBytes, ' ') + good;
+    for (const QByteArray &bytes :
+         {QByteArray(), QByteArray("x"), QByteArray("[]"), QByteArray("{}"), good.left(good.size() / 2),
+          changed("lumivara-skins", "other"), changed("\"version\": 1", "\"version\": 2"),
+          changed("\"version\": 1", "\"version\": \"1\""), changed("\"skins\": [", "\"skins\": 1, \"x\": ["), deep,
+          changed("\"skins\": [", "\"x\": " + deep + ",\"skins\": ["), huge, QByteArray(1000, '\0')}) {
+        Write(bytes);
+        EXPECT_EQ(SkinNames(path), QStringList()) << bytes.left(200).toStdString();
+        EXPECT_FALSE(LoadSkin(path, u"One"_s)) << bytes.left(200).toStdString();
+    }
+}
+
+TEST_F(SkinFile, ListsValidNamesAndLoadsTheFirstOfTwo)
+{
+    QJsonArray skins{5, QJsonObject{}, QJsonArray{}};
+    for (const QString &name : {u""_s, u" a"_s, u"a "_s, u"a\nb"_s, u"a\u0000b"_s, QString(65, u'x')})
+        skins.append(WholeSkin(name));
+    skins.append(QJsonObject{{u"name"_s, 7}});
+    skins.append(WholeSkin(QString(64, u'x')));
+    skins.append(WholeSkin(u"Twice"_s, true));
+    skins.append(WholeSkin(u"Twice"_s, false));
+    Write(skins);
+    EXPECT_EQ(SkinNames(path), (QStringList{QString(64, u'x'), u"Twice"_s, u"Twice"_s}));
+    EXPECT_TRUE(LoadSkin(path, u"Twice"_s)->isDark);
+    for (const QString &name : {u""_s, u" a"_s, u"a\nb"_s})
+        EXPECT_FALSE(LoadSkin(path, name));
+    Write(SkinDocument({WholeSkin(u"lone"_s)}).replace("lone", "\\ud800"));
+    EXPECT_EQ(SkinNames(path), QStringList()) << "half a character";
+}
+
+TEST_F(SkinFile, DoesNotLoadASkinWithoutEachColour)
+{
+    QJsonArray skins;
+    const QJsonArray values{u"#12345"_s,        u"#1234567"_s,
+                            u"red"_s,           u"#12345g"_s,
+                            u"123456"_s,        5,
+                            QJsonArray{},       QJsonArray{u"#123456"_s},
+                            QJsonObject{},      QJsonArray{u"#123456"_s, u"x"_s},
+                            u"#１２３４５６"_s, QJsonArray{u"#123456"_s, u"#123456"_s, u"#123456"_s},
+                            QJsonValue(),       u"#+12345"_s};
+    for (const QJsonValue &value : values)
+        skins.append(WholeSkin(QString::number(skins.size()), false, {{u"iconFill"_s, value}}));
+    skins.append(QJsonObject{{u"name"_s, QString::number(skins.size())}});
+    Write(skins);
+    EXPECT_EQ(SkinNames(path).size(), skins.size());
+    for (int index = 0; index < skins.size(); ++index)
+        EXPECT_FALSE(LoadSkin(path, QString::number(index))) << index;
+}
+
+TEST(SkinPicture, IsASmallDrawingThatLeadsNowhere)
+{
+    EXPECT_EQ(PictureProblem(GoodPicture), QString());
+    const auto with = [](const QByteArray &inner) {
+        return "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\">" + inner +
+               "</svg>";
+    };
+    for (const QByteArray &svg : {QByteArray(),
+                                  QByteArray("x"),
+                                  QByteArray("<svg/>"),
+                                  QByteArray("<html/>"),
+                                  GoodPicture.chopped(1),
+                                  "<!DOCTYPE svg [<!ENTITY a \"b\">]>" + GoodPicture,
+                                  "<?xml-stylesheet href=\"a\"?>" + GoodPicture,
+                                  with("<image/>"),
+                                  with("<use xlink:href=\"#a\"/>"),
+                                  with("<style/>"),
+                                  with("<script/>"),
+                                  with("<linearGradient xlink:href=\"#a\"/>"),
+                                  with("<path fill=\"url( http://a )\"/>"),
+                                  with("<path style=\"fill:url(file:a)\"/>"),
+                                  with("<g onload=\"a\"/>"),
+                                  with("<path stroke-dasharray=\"0.001\"/>"),
+                                  with(QByteArray("<g>").repeated(40) + QByteArray("</g>").repeated(40)),
+                                  with(QByteArray(MaxPictureBytes, ' ')),
+                                  with("&a;"),
+                                  with("<g xmlns=\"x\"/>")})
+        EXPECT_NE(PictureProblem(svg), QString()) << svg.left(200).toStdString();
+}
+
+TEST_F(SkinFile, StandsTenThousandDamages)
+{
+    QJsonObject pictured = WholeSkin(u"One"_s);
+    pictured[u"pictures"_s] = QJsonObject{{u"check"_s, QString::fromUtf8(GoodPicture)}};
+    const QByteArray good = SkinDocument({pictured, WholeSkin(u"Two"_s)});
+    std::mt19937 random(20240229);
+    const auto below = [&random](qsizetype limit) {
+        return qsizetype(random() % size_t(std::max<qsizetype>(limit, 1)));
+    };
+    int loaded = 0;
+    QFile file(Write(good)); // written in place: a file made anew each time would wait for the disk
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    for (int round = 0; round < 10000; ++round) {
+        QByteArray bytes = good;
+        for (qsizetype change = below(4); change >= 0; --change) {
+            const qsizetype place = below(bytes.size()), length = below(40);
+            switch (below(5)) {
+            case 0:
+                bytes[place] = char(random());
+                break;
+            case 1:
+                bytes.remove(place, length);
+                break;
+            case 2:
+                bytes.insert(place, bytes.mid(below(bytes.size()), length));
+                break;
+            case 3:
+                bytes.insert(place, "[]{}\",:\\0e9-<>"[below(14)]);
+                break;
+            default:
+                if (below(20) == 0)
+                    bytes.truncate(place);
+            }
+        }
+        ASSERT_TRUE(file.seek(0) && file.write(bytes) == bytes.size() && file.flush() && file.resize(bytes.size()));
+        for (const QString &name : SkinNames(path)) {
+            EXPECT_TRUE(IsSkinName(name));
+            const auto skin = LoadSkin(path, name);
+            loaded += skin ? 1 : 0;
+            if (skin) {
+                EXPECT_TRUE(skin->name == name && skin->cornerRadius >= 0 && skin->cornerRadius <= 12 &&
+                            skin->Colour(SkinPart::Window) >> 24 == 0xFF && skin->pictures.size() <= 1);
+            }
+        }
+    }
+    EXPECT_GT(loaded, 1000) << "the damages leave something to read";
+}
+
+} // namespace

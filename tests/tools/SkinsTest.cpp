@@ -1,0 +1,166 @@
+#include "lumivara-skins/SkinCheck.h"
+#include "presentation/SkinFile.h"
+#include "support/SkinSupport.h"
+#include "support/TestSupport.h"
+#include "tools/ToolSupport.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QJsonObject With(QJsonObject skin, const QString &key, const QJsonValue &value)
+{
+    skin[key] = value;
+    return skin;
+}
+
+QJsonObject Coloured(const QString &part, const QJsonValue &colour, bool isHighContrast = false)
+{
+    return With(WholeSkin(u"A"_s, false, {{part, colour}}), u"highContrast"_s, isHighContrast);
+}
+
+TEST(SkinContrast, IsThatOfRelativeLuminance)
+{
+    EXPECT_NEAR(Contrast(0xFF000000, 0xFFFFFFFF), 21, 0.001);
+    EXPECT_NEAR(Contrast(0xFF777777, 0xFFFFFFFF), 4.478, 0.001);
+    EXPECT_NEAR(Contrast(0xFFFF0000, 0xFF0000FF), 2.149, 0.001);
+}
+
+TEST(SkinCheck, TellsWhatIsWrong)
+{
+    const QJsonObject good = WholeSkin(u"A"_s);
+    const struct
+    {
+        const char *rule;
+        QJsonArray skins;
+        QStringList findings;
+    } cases[] = {
+        {"clean", {good, WholeSkin(u"B"_s, true)}, {}},
+        {"none", {}, {u"there is no skin"_s}},
+        {"twice", {good, good}, {u"A: another skin has this name"_s}},
+        {"no name", {With(good, u"name"_s, u" A"_s)}, {u"skin 1: \" A\" is no name for a skin"_s}},
+        {"missing", {With(good, u"colours"_s, QJsonObject{})}, {u"A: the colour \"window\" is missing"_s, u"…"_s}},
+        {"bad", {Coloured(u"tab"_s, u"red"_s)}, {u"A: \"tab\" is no colour like \"#1a2b3c\" and no pair of them"_s}},
+        {"unknown", {Coloured(u"tabs"_s, u"#ffffff"_s)}, {u"A: no colour is called \"tabs\""_s}},
+        {"number", {With(good, u"lineWidth"_s, 1.5)}, {u"A: \"lineWidth\" is no whole number from 1 to 3"_s}},
+        {"dark", {With(good, u"dark"_s, true)}, {u"A: \"dark\" does not agree with the colour \"window\""_s}},
+        {"picture",
+         {With(good, u"pictures"_s, QJsonObject{{u"check"_s, u"<svg/>"_s}})},
+         {u"A: the picture \"check\" can't be shown: it is no SVG"_s}},
+        {"text",
+         {Coloured(u"placeholderText"_s, u"#757575"_s)},
+         {u"A: \"placeholderText\" on \"base\" has a contrast of 4.33, less than 4.5"_s}},
+        {"lower end",
+         {Coloured(u"rowHover"_s, QJsonArray{u"#ffffff"_s, u"#606060"_s})},
+         {u"A: \"text\" on \"rowHover\" has a contrast of 3.02, less than 4.5"_s}},
+        {"high contrast",
+         {Coloured(u"placeholderText"_s, u"#666666"_s, true)},
+         {u"A: \"placeholderText\" on \"base\" has a contrast of 5.40, less than 7"_s}},
+        {"disabled is enough", {Coloured(u"disabledText"_s, u"#808080"_s, true)}, {}},
+        {"frame",
+         {Coloured(u"menuFrame"_s, u"#a0a0a0"_s)},
+         {u"A: \"menuFrame\" on \"menu\" has a contrast of 2.46, less than 3"_s}},
+    };
+    for (const auto &item : cases) {
+        QStringList findings = CheckSkins(item.skins);
+        if (item.findings.contains(u"…"_s)) // the first of many
+            findings = findings.mid(0, 1) + QStringList{u"…"_s};
+        EXPECT_EQ(findings.join(u'\n').toStdString(), item.findings.join(u'\n').toStdString()) << item.rule;
+    }
+}
+
+class SkinsTool : public testing::Test
+{
+protected:
+    void AddSource(const QString &name, const QJsonObject &skin)
+    {
+        WriteFile(sources + u'/' + name, QJsonDocument(skin).toJson());
+    }
+    ScratchFolder folder;
+    const QString sources = folder.Path(u"nguồn skins"_s);
+    const QString file = folder.Path(u"All Skins.skinres"_s);
+};
+
+TEST_F(SkinsTool, PacksWhatIsBasedOnOthersInTheOrderOfTheFiles)
+{
+    QJsonObject base = WholeSkin(u"Base"_s);
+    base[u"pictures"_s] = QJsonObject{{u"check"_s, u"tick.svg"_s}, {u"radio"_s, u"tick.svg"_s}};
+    base[u"cornerRadius"_s] = 7;
+    AddSource(u"02-Base.skin"_s, base);
+    AddSource(u"01-Child.skin"_s, {{u"name"_s, u"Child"_s},
+                                   {u"based"_s, u"Base"_s},
+                                   {u"colours"_s, QJsonObject{{u"text"_s, QJsonArray{u"#0000AA"_s, u"#000000"_s}}}},
+                                   {u"pictures"_s, QJsonObject{{u"radio"_s, QJsonValue()}}}});
+    AddSource(u"10-Grandchild.skin"_s, {{u"name"_s, u"Grandchild"_s}, {u"based"_s, u"Child"_s}});
+    WriteFile(sources + u"/pictures/tick.svg"_s,
+              "<svg xmlns=\"http://www.w3.org/2000/svg\"><path stroke=\"{text}\" fill=\"{base}\"/></svg>\n");
+    WriteFile(sources + u"/notes.txt"_s, "x");
+    for (int round = 0; round < 2; ++round) {
+        const QByteArray before = round ? BytesOf(file) : QByteArray();
+        const ToolRun run = RunSkinsTool({u"pack"_s, sources, file});
+        EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
+        EXPECT_TRUE(round == 0 || before == BytesOf(file));
+    }
+    EXPECT_EQ(SkinNames(file), (QStringList{u"Child"_s, u"Base"_s, u"Grandchild"_s}));
+    const auto skin = LoadSkin(file, u"Grandchild"_s);
+    ASSERT_TRUE(skin);
+    EXPECT_EQ(skin->cornerRadius, 7);
+    EXPECT_EQ(skin->Colour(SkinPart::WindowText), 0xFF101010);
+    EXPECT_EQ(skin->pictures,
+              (QHash<QString, QByteArray>{{u"check"_s, "<svg xmlns=\"http://www.w3.org/2000/svg\"><path "
+                                                       "stroke=\"#0000aa\" fill=\"#f8f8f8\"/></svg>"}}));
+    EXPECT_EQ(RunSkinsTool({u"check"_s, file}).exitCode, 0);
+    EXPECT_EQ(RunSkinsTool({u"list"_s, file}).output,
+              u"1\tChild\tChild\tlight\n2\tBase\tBase\tlight\n3\tGrandchild\tGrandchild\tlight\n"_s);
+}
+
+TEST_F(SkinsTool, RefusesSourcesAndFilesThatCannotBeUnderstood)
+{
+    WriteFile(file, "old");
+    const QJsonObject good = WholeSkin(u"A"_s);
+    const struct
+    {
+        QString name;
+        QJsonObject skin;
+    } bad[] = {
+        {u"01-A.skin"_s, With(good, u"based"_s, u"A"_s)},
+        {u"01-A.skin"_s, With(good, u"based"_s, u"None"_s)},
+        {u"01-A.skin"_s, With(good, u"pictures"_s, QJsonObject{{u"check"_s, u"none.svg"_s}})},
+        {u"01-A.skin"_s, With(good, u"name"_s, u""_s)},
+        {u"1-A.skin"_s, good},
+        {u"01-B.skin"_s, good},
+    };
+    EXPECT_EQ(RunSkinsTool({u"pack"_s, sources, file}).exitCode, 2) << "no folder";
+    for (const auto &item : bad) {
+        AddSource(item.name, item.skin);
+        const ToolRun run = RunSkinsTool({u"pack"_s, sources, file});
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_TRUE(run.errors.contains(item.name)) << run.errors.toStdString();
+        QFile::remove(sources + u'/' + item.name);
+    }
+    EXPECT_EQ(BytesOf(file), "old");
+    for (const char *verb : {"check", "list"})
+        EXPECT_EQ(RunSkinsTool({QString::fromLatin1(verb), file}).exitCode, 2) << verb;
+    WriteFile(file, SkinDocument({With(good, u"colours"_s, 1)}));
+    EXPECT_EQ(RunSkinsTool({u"check"_s, file}).exitCode, 1);
+    for (const QStringList &arguments : {QStringList{},
+                                         {u"x"_s},
+                                         {u"pack"_s, sources},
+                                         {u"check"_s},
+                                         {u"list"_s, u"a"_s, u"b"_s},
+                                         {u"check"_s, u"--x"_s}})
+        EXPECT_EQ(RunSkinsTool(arguments).exitCode, 2) << arguments.join(u' ').toStdString();
+    EXPECT_EQ(RunSkinsTool({u"pack"_s, u"--help"_s}).exitCode, 0);
+}
+
+TEST(ProductSkins, AreCleanAndStandWhereTheStoredNumbersLookForThem)
+{
+    const QString file = ProductFolder() + u"AllSkins.skinres"_s;
+    const ToolRun run = RunSkinsTool({u"check"_s, file});
+    EXPECT_EQ(run.exitCode, 0) << run.output.toStdString();
+    EXPECT_TRUE(LoadSkin(file, u"Office2010Blue"_s));
+}
+
+} // namespace
