@@ -1,5 +1,7 @@
 #include "presentation/FontRules.h"
 
+#include "presentation/GlobalInterface.h"
+
 #include <algorithm>
 
 QString BaseFontName;
@@ -11,7 +13,7 @@ namespace {
 using enum FontPlace;
 using enum FontStart;
 
-constexpr Colour emphasised = 0x000000;
+const Colour emphasised = LabelColors[0];
 constexpr Colour grey = 0xA4A0A0;
 constexpr Colour navy = 0x800000;
 constexpr Colour maroon = 0x000080;
