@@ -95,7 +95,7 @@ QString NameOf(Thing thing)
     return {};
 }
 
-QStringList WithoutMarksWord(QStringList positional)
+QStringList WithoutMarksWord(const QStringList &positional)
 {
     QStringList rest = positional;
     return TakeThing(rest) == Thing::Marks ? rest : positional;

@@ -28,7 +28,7 @@ Thing TakeThing(QStringList &words);
 /// The thing's name.
 QString NameOf(Thing thing);
 /// What is left of a verb's words once the marks, its only thing, may have been named.
-QStringList WithoutMarksWord(QStringList positional);
+QStringList WithoutMarksWord(const QStringList &positional);
 
 /// KELORA.FDB, PALIDICT.FDB or TARUNECLIENT.FDB beside the tool.
 QString DefaultFile(Thing thing);
