@@ -69,7 +69,8 @@ QString DecodeLangText(const QByteArray &bytes, bool *hasMark)
     if (hasMark)
         *hasMark = mark != nullptr;
     if (mark) {
-        QStringDecoder decoder(mark->encoding);
+        // A second mark is a character of the text.
+        QStringDecoder decoder(mark->encoding, QStringConverter::Flag::ConvertInitialBom);
         return decoder(QByteArrayView(bytes).sliced(mark->bytes.size()));
     }
     return bytes.isValidUtf8() ? QString::fromUtf8(bytes) : FromWindows1252(bytes);

@@ -29,7 +29,7 @@ QStringList SkinNames(const QString &path)
 {
     QStringList names;
     const QJsonArray objects = ReadObjects(path);
-    for (const QJsonValue &object : objects) {
+    for (const auto &object : objects) {
         const QString name = object.toObject().value("name"_L1).toString();
         if (IsSkinName(name))
             names += name;
@@ -42,7 +42,7 @@ std::optional<Skin> LoadSkin(const QString &path, const QString &name)
     const QJsonArray objects = ReadObjects(path);
     if (!IsSkinName(name))
         return std::nullopt;
-    for (const QJsonValue &value : objects) {
+    for (const auto &value : objects) {
         const QJsonObject object = value.toObject();
         if (object.value("name"_L1).toString() == name)
             return ReadSkin(object);

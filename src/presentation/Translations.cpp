@@ -238,7 +238,8 @@ QByteArray TDKLang_CompTranslations::SaveToBytes() const
     if (!FParams.isEmpty())
         line({});
     for (const auto &section : m_sections) {
-        line(u'[' + section->FComponentName + u']');
+        // Two brackets alone open no section; with a blank between they open the one without a name.
+        line(u'[' + (section->FComponentName.isEmpty() ? QStringLiteral(" ") : section->FComponentName) + u']');
         for (const auto &value : *section)
             line(QStringLiteral("%1=").arg(value.iID, 8, 10, QLatin1Char('0')) + EncodeLangValue(value.wsValue));
         line({});

@@ -68,7 +68,7 @@ qint64 StoredNumber(const char *value)
     if (bytes == 0)
         return Head(value);
     // Little-endian, the last byte with the sign.
-    qint64 number = static_cast<signed char>(value[bytes]);
+    qint64 number = static_cast<signed char>(value[bytes]); // NOLINT(bugprone-signed-char-misuse): the sign counts
     for (size_t i = bytes - 1; i > 0; --i)
         number = number * 256 + static_cast<uchar>(value[i]);
     return number;

@@ -27,7 +27,7 @@ QString WorkerPath()
 void MakeMarks(const QString &folder, bool withTexts)
 {
     QFile::remove(folder + u"/TARUNECLIENT.FDB"_s);
-    Run(ProductFolder() + u"lumivara-data"_s, {u"build"_s, u"--only"_s, u"marks"_s, u"--out"_s, folder});
+    Run(ProductFolder() + u"lumivara-data"_s, {u"build"_s, u"marks"_s, u"--out"_s, folder});
     if (withTexts)
         Run(WorkerPath(), {folder, u"seed"_s});
 }

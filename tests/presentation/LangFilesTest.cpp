@@ -6,7 +6,6 @@
 #include "support/TestSupport.h"
 
 #include <QFile>
-#include <QRandomGenerator>
 
 #include <gmock/gmock.h>
 
@@ -339,58 +338,6 @@ TEST(HostileLanguages, TakeNoMoreThanTenTimesTheirSize)
         const qint64 growth = PeakGrowth([&table] { ErrorOf([&] { LoadLangData(table); }); });
         EXPECT_LT(growth, table.size() * 9 + 4'000'000);
     }
-}
-
-TEST(HostileLanguages, TenThousandMutationsEndInATreeOrAnError)
-{
-    const QByteArray file =
-        "LANGID=1033\r\nx=y\r\n[frmMain]\r\n00000001=a\\nb\r\n2=\xE1\xBA\xA1\r\n[$CONSTANTS]\r\nc=\\07\r\n"_ba;
-    QRandomGenerator random(20);
-    int read = 0, refused = 0;
-    const auto mutated = [&random](QByteArray bytes) {
-        for (int changes = random.bounded(1, 6); changes > 0 && !bytes.isEmpty(); --changes) {
-            const int at = random.bounded(int(bytes.size()));
-            switch (random.bounded(4)) {
-            case 0:
-                bytes[at] = char(random.bounded(256));
-                break;
-            case 1:
-                bytes.insert(at, bytes.mid(random.bounded(int(bytes.size())), random.bounded(40)));
-                break;
-            case 2:
-                bytes.remove(at, random.bounded(1, 20));
-                break;
-            default:
-                bytes[at] = char(bytes[at] ^ (1 << random.bounded(8)));
-                break;
-            }
-        }
-        return bytes;
-    };
-    const auto attempt = [&](auto action) {
-        try {
-            action();
-            ++read;
-        } catch (const EDKLangError &) {
-            ++refused;
-        }
-    };
-    for (int round = 0; round < 10'000; ++round) {
-        attempt([&] {
-            TDKLang_CompTranslations first, second;
-            first.LoadFromBytes(mutated(round % 2 ? file : EncodeLangText(QString::fromUtf8(file))));
-            // What was understood survives being written.
-            second.LoadFromBytes(first.SaveToBytes());
-            EXPECT_EQ(second.LangId(), first.LangId());
-        });
-        attempt([&] {
-            const QByteArray bytes = mutated(optionsTable);
-            const QByteArray saved = SaveLangData(*LoadLangData(bytes));
-            EXPECT_EQ(SaveLangData(*LoadLangData(saved)), saved);
-        });
-    }
-    EXPECT_GT(read, 1000);
-    EXPECT_GT(refused, 1000);
 }
 
 } // namespace

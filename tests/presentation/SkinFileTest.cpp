@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -157,54 +155,6 @@ TEST(SkinPicture, IsASmallDrawingThatLeadsNowhere)
                                   with("&a;"),
                                   with("<g xmlns=\"x\"/>")})
         EXPECT_NE(PictureProblem(svg), QString()) << svg.left(200).toStdString();
-}
-
-TEST_F(SkinFile, StandsTenThousandDamages)
-{
-    QJsonObject pictured = WholeSkin(u"One"_s);
-    pictured[u"pictures"_s] = QJsonObject{{u"check"_s, QString::fromUtf8(GoodPicture)}};
-    const QByteArray good = SkinDocument({pictured, WholeSkin(u"Two"_s)});
-    std::mt19937 random(20240229);
-    const auto below = [&random](qsizetype limit) {
-        return qsizetype(random() % size_t(std::max<qsizetype>(limit, 1)));
-    };
-    int loaded = 0;
-    QFile file(Write(good)); // written in place: a file made anew each time would wait for the disk
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    for (int round = 0; round < 10000; ++round) {
-        QByteArray bytes = good;
-        for (qsizetype change = below(4); change >= 0; --change) {
-            const qsizetype place = below(bytes.size()), length = below(40);
-            switch (below(5)) {
-            case 0:
-                bytes[place] = char(random());
-                break;
-            case 1:
-                bytes.remove(place, length);
-                break;
-            case 2:
-                bytes.insert(place, bytes.mid(below(bytes.size()), length));
-                break;
-            case 3:
-                bytes.insert(place, "[]{}\",:\\0e9-<>"[below(14)]);
-                break;
-            default:
-                if (below(20) == 0)
-                    bytes.truncate(place);
-            }
-        }
-        ASSERT_TRUE(file.seek(0) && file.write(bytes) == bytes.size() && file.flush() && file.resize(bytes.size()));
-        for (const QString &name : SkinNames(path)) {
-            EXPECT_TRUE(IsSkinName(name));
-            const auto skin = LoadSkin(path, name);
-            loaded += skin ? 1 : 0;
-            if (skin) {
-                EXPECT_TRUE(skin->name == name && skin->cornerRadius >= 0 && skin->cornerRadius <= 12 &&
-                            skin->Colour(SkinPart::Window) >> 24 == 0xFF && skin->pictures.size() <= 1);
-            }
-        }
-    }
-    EXPECT_GT(loaded, 1000) << "the damages leave something to read";
 }
 
 } // namespace

@@ -84,18 +84,11 @@ TEST(RandomOpening, CoversOneTo204AndNeverTheLastText)
         EXPECT_NEAR(seen[number], 65536 / 204, 2) << number;
 }
 
-TEST(BoxTexts, StandInTwoLanguagesAndAreEmptyElse)
+TEST(BoxTexts, OfTheMarksStandInTwoLanguagesAndAreEmptyElse)
 {
-    EXPECT_EQ(QuitPrompt(0).title, QStringLiteral("Thông báo"));
-    EXPECT_EQ(QuitPrompt(0).text, QStringLiteral("Đồng ý thoát khỏi Lumivara?"));
-    EXPECT_EQ(QuitPrompt(1).title, QStringLiteral("Information"));
-    EXPECT_EQ(QuitPrompt(1).text, QStringLiteral("Are you sure you wish to quit Lumivara?"));
     EXPECT_EQ(ClientDatabaseNotOpenText(0), QStringLiteral("Hệ thống dữ liệu chưa sẵn sàng!"));
     EXPECT_EQ(ClientDatabaseNotOpenText(1), QStringLiteral("Client database is not open!"));
-    for (const int other : {-1, 2}) {
-        EXPECT_EQ(QuitPrompt(other).title + QuitPrompt(other).text, QString()) << other;
-        EXPECT_EQ(ClientDatabaseNotOpenText(other), QString()) << other;
-    }
+    EXPECT_EQ(ClientDatabaseNotOpenText(2) + ClientDatabaseNotOpenText(-1), QString());
 }
 
 } // namespace

@@ -5,8 +5,9 @@
 #include <QElapsedTimer>
 #include <QStringList>
 
-#include <array>
 #include <random>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -93,60 +94,15 @@ private:
 
     QByteArray Piece()
     {
-        static const std::array pieces{
-            QByteArray("a"),
-            QByteArray("A"),
-            QByteArray("n"),
-            QByteArray("ng"),
-            QByteArray("l"),
-            QByteArray("t;"),
-            QByteArray(";"),
-            QByteArray("amp;"),
-            QByteArray("&"),
-            QByteArray("&l"),
-            QByteArray("&lt;"),
-            QByteArray("&gt;"),
-            QByteArray("&amp;"),
-            QByteArray("&quot;"),
-            QByteArray("&apos;"),
-            QByteArray("&nbsp;"),
-            QByteArray("&LT;"),
-            QByteArray("\""),
-            QByteArray("'"),
-            QByteArray("["),
-            QByteArray("\0", 1),
-            QByteArray(" "),
-            QByteArray("\t"),
-            QByteArray("\n"),
-            QByteArray("\r"),
-            QByteArray("\r\n"),
-            QByteArray("<b>"),
-            QByteArray("</b>"),
-            QByteArray("<p a='>' n=\"<\">"),
-            QByteArray("<"),
-            QByteArray(">"),
-            QByteArray("<a href=\"some/rather/long/address/of/n/A.html\">"),
-            QByteArray("đ"),
-            QByteArray("Đ"),
-            QByteArray("ạ"),
-            QByteArray("ṭ"),
-            QByteArray("\xCC\xA3"),
-            QByteArray("\xF0\x9F\x98\x80"),
-            QByteArray("\xEF\xBF\xBD"),
-            QByteArray("\xEF\xBB\xBF"),
-            QByteArray("\xC4"),
-            QByteArray("\x91"),
-            QByteArray("\xE1\xBA"),
-            QByteArray("\xA1"),
-            QByteArray("\xF0\x9F"),
-            QByteArray("\x98\x80"),
-            QByteArray("\xED\xA0\x80"),
-            QByteArray("\xC0\xBC"),
-            QByteArray("\xE0\x80\xBC"),
-            QByteArray("\xFF"),
-            QByteArray("\xF4\x90\x80\x80"),
-            QByteArray("running text of some length, wherein nothing happens to annoy anybody ")};
-        return pieces[static_cast<std::size_t>(Number(0, static_cast<int>(pieces.size()) - 1))];
+        static const QList<QByteArray> pieces =
+            ("a|A|n|ng|l|t;|;|amp;|&|&l|&lt;|&gt;|&amp;|&quot;|&apos;|&nbsp;|&LT;|\"|'|[|\0| |\t|"
+             "\n|\r|\r\n|<b>|</b>|<p a='>' n=\"<\">|<|>|"
+             "<a href=\"some/rather/long/address/of/n/A.html\">|đ|Đ|ạ|ṭ|\xCC\xA3|\xF0\x9F\x98\x80|"
+             "\xEF\xBF\xBD|\xEF\xBB\xBF|\xC4|\x91|\xE1\xBA|\xA1|\xF0\x9F|\x98\x80|\xED\xA0\x80|"
+             "\xC0\xBC|\xE0\x80\xBC|\xFF|\xF4\x90\x80\x80|"
+             "running text of some length, wherein nothing happens to annoy anybody "_ba)
+                .split('|');
+        return pieces[Number(0, int(pieces.size()) - 1)];
     }
 
     std::mt19937 m_random;

@@ -35,7 +35,7 @@ protected:
     static QString DeliveredFile()
     {
         static const ScratchFolder folder;
-        static const ToolRun run = RunDataTool({u"build"_s, u"--only"_s, u"marks"_s, u"--out"_s, folder.Path(u""_s)});
+        static const ToolRun run = RunDataTool({u"build"_s, u"marks"_s, u"--out"_s, folder.Path(u""_s)});
         EXPECT_EQ(run.exitCode, 0) << qPrintable(run.errors);
         return folder.Path(u"TARUNECLIENT.FDB"_s);
     }

@@ -14,6 +14,7 @@ class StoredOptions : public ModuleTest
 protected:
     void StoreAll()
     {
+        QFile::remove(Path(QStringLiteral("lumivara/registry.json")));
         const auto registry = OpenOptions();
         registry->WriteInteger(QStringLiteral("OpenSutta"), 2);
         registry->WriteInteger(QStringLiteral("LastKelora"), 1201);
@@ -40,112 +41,63 @@ protected:
         file.resize(0);
         file.write(bytes);
     }
-    static void ExpectDefaults(const TfrmKeloraDM &module, const std::string &rule)
+    /// All options after a start, one text: start, last text, popup and its time, languages of interface and text,
+    /// colours, margin, dictionary and whether there are several; font and last word.
+    std::string Read()
     {
-        EXPECT_EQ(module.vOpenSutta, 1) << rule;
-        EXPECT_TRUE(module.vPopupActive) << rule;
-        EXPECT_EQ(module.vPopupTime, 30) << rule;
-        EXPECT_EQ(module.vLastKelora, 1) << rule;
-        EXPECT_EQ(InterfaceLang, 0) << rule;
-        EXPECT_EQ(FontName, QStringLiteral("Segoe UI")) << rule;
-        EXPECT_EQ(module.vBgColor, 0xFF000005u) << rule;
-        EXPECT_EQ(module.vHighlightColor, 65535u) << rule;
-        EXPECT_EQ(LastWord, QString()) << rule;
-        EXPECT_EQ(DictionaryKind, 1) << rule;
-        EXPECT_TRUE(MultiDictionary) << rule;
-        EXPECT_EQ(module.vLanguageSutta, 1) << rule;
-        EXPECT_EQ(module.vMarginWidth, 0) << rule;
+        ResetGlobals();
+        TfrmKeloraDM module(doors);
+        module.ReadSystemOptions();
+        return QStringLiteral("%1 %2 %3 %4 %5 %6 %7 %8 ")
+                   .arg(module.vOpenSutta)
+                   .arg(module.vLastKelora)
+                   .arg(module.vPopupActive)
+                   .arg(module.vPopupTime)
+                   .arg(InterfaceLang)
+                   .arg(module.vLanguageSutta)
+                   .arg(module.vBgColor, 0, 16)
+                   .arg(module.vHighlightColor, 0, 16)
+                   .toStdString() +
+               QStringLiteral("%1 %2 %3 %4|%5")
+                   .arg(module.vMarginWidth)
+                   .arg(DictionaryKind)
+                   .arg(MultiDictionary)
+                   .arg(FontName, LastWord)
+                   .toStdString();
     }
 };
 
-TEST_F(StoredOptions, AreAllZeroWithoutTheKey)
+TEST_F(StoredOptions, AreReadTogetherOrNotAtAll)
 {
-    TfrmKeloraDM module(doors);
-    module.ReadSystemOptions();
-    EXPECT_EQ(module.vOpenSutta + module.vPopupTime + module.vLastKelora + module.vLanguageSutta, 0);
-    EXPECT_EQ(module.vBgColor, 0u);
-    EXPECT_EQ(module.vHighlightColor, 0u);
-    EXPECT_FALSE(module.vPopupActive || module.vStartWin);
-    EXPECT_EQ(FontName + LastWord, QString());
-    EXPECT_EQ(DictionaryKind, 0);
-    EXPECT_FALSE(MultiDictionary);
+    // Margin and dictionary are stored, and never read back.
+    const std::string zero = "0 0 0 0 0 0 0 0 0 0 0 |", defaults = "1 1 1 30 0 1 ff000005 ffff 0 1 1 Segoe UI|",
+                      stored = "2 1201 0 7 1 10 102030 ff000012 0 0 0 Noto Sans|vinaya";
+    EXPECT_EQ(Read(), zero) << "no key";
     EXPECT_FALSE(QDir(Path(QStringLiteral("lumivara"))).exists());
-}
-
-TEST_F(StoredOptions, AreWhatIsStoredWhenAllAreThere)
-{
     StoreAll();
-    TfrmKeloraDM module(doors);
-    module.ReadSystemOptions();
-    EXPECT_EQ(module.vOpenSutta, 2);
-    EXPECT_EQ(module.vLastKelora, 1201);
-    EXPECT_FALSE(module.vPopupActive);
-    EXPECT_EQ(module.vPopupTime, 7);
-    EXPECT_EQ(InterfaceLang, 1);
-    EXPECT_EQ(FontName, QStringLiteral("Noto Sans"));
-    EXPECT_EQ(module.vBgColor, 0x00102030u);
-    EXPECT_EQ(module.vHighlightColor, 0xFF000012u);
-    EXPECT_EQ(LastWord, QStringLiteral("vinaya"));
-    EXPECT_EQ(module.vLanguageSutta, 10);
-    // Stored, and never read back.
-    EXPECT_EQ(module.vMarginWidth, 0);
-    EXPECT_EQ(DictionaryKind, 0);
-    EXPECT_FALSE(MultiDictionary);
-}
-
-TEST_F(StoredOptions, AreAllDefaultsWhenOneNumberIsMissing)
-{
+    EXPECT_EQ(Read(), stored);
     for (const char *name : {"OpenSutta", "LastKelora", "PopupActive", "PopupTime", "InterfaceLang", "BgColor",
                              "SeachHighlightColor", "LanguageSutta"}) {
-        QFile::remove(Path(QStringLiteral("lumivara/registry.json")));
-        ResetGlobals();
         StoreAll();
         Drop(QString::fromLatin1(name));
-        TfrmKeloraDM module(doors);
-        module.ReadSystemOptions();
-        ExpectDefaults(module, name);
+        EXPECT_EQ(Read(), defaults) << name << " is missing";
     }
-}
-
-TEST_F(StoredOptions, AreAllDefaultsWhenOneIsOfAnotherType)
-{
     for (const char *name : {"BgColor", "LanguageSutta"}) {
         StoreAll();
         OpenOptions()->WriteString(QString::fromLatin1(name), QStringLiteral("1"));
-        TfrmKeloraDM module(doors);
-        module.ReadSystemOptions();
-        ExpectDefaults(module, name);
+        EXPECT_EQ(Read(), defaults) << name << " is a text";
     }
     for (const char *name : {"FontName", "LastWord"}) {
         StoreAll();
         OpenOptions()->WriteInteger(QString::fromLatin1(name), 1);
-        TfrmKeloraDM module(doors);
-        module.ReadSystemOptions();
-        ExpectDefaults(module, name);
+        EXPECT_EQ(Read(), defaults) << name << " is a number";
     }
-}
-
-TEST_F(StoredOptions, MayLackTheirTexts)
-{
     StoreAll();
     Drop(QStringLiteral("FontName"));
-    TfrmKeloraDM module(doors);
-    module.ReadSystemOptions();
-    EXPECT_EQ(FontName, QString());
-    EXPECT_EQ(module.vOpenSutta, 2);
-    EXPECT_EQ(DictionaryKind, 0);
-}
-
-TEST_F(StoredOptions, AreTakenBeyondTheirRange)
-{
-    StoreAll();
+    EXPECT_EQ(Read(), "2 1201 0 7 1 10 102030 ff000012 0 0 0 |vinaya") << "a text may be missing";
     OpenOptions()->WriteInteger(QStringLiteral("OpenSutta"), 5);
     OpenOptions()->WriteInteger(QStringLiteral("PopupTime"), 0);
-    TfrmKeloraDM module(doors);
-    module.ReadSystemOptions();
-    EXPECT_EQ(module.vOpenSutta, 5);
-    EXPECT_EQ(module.vPopupTime, 0);
-    EXPECT_EQ(module.vLastKelora, 1201);
+    EXPECT_EQ(Read(), "5 1201 0 0 1 10 102030 ff000012 0 0 0 |vinaya") << "beyond their range";
 }
 
 TEST_F(StoredOptions, CountInAStoreThatCannotBeWritten)
@@ -157,9 +109,7 @@ TEST_F(StoredOptions, CountInAStoreThatCannotBeWritten)
         bool MayWrite(const QString &, QString &) override { return false; }
     } readOnly;
     disk = &readOnly;
-    TfrmKeloraDM module(doors);
-    module.ReadSystemOptions();
-    EXPECT_EQ(module.vLastKelora, 1201);
+    EXPECT_THAT(Read(), testing::StartsWith("2 1201 "));
 }
 
 TEST_F(StoredOptions, StartWithTheDesktopOnlyByTheExactCommand)
@@ -209,28 +159,21 @@ TEST_F(StoredOptions, AreLostSilentlyWithoutAPlaceAndLoudlyOnAFullDisk)
 class StoredStyle : public ModuleTest
 {};
 
-TEST_F(StoredStyle, IsUntouchedWithoutTheKeyAndDefaultWithAnEmptyOne)
+TEST_F(StoredStyle, ComesBackAsWrittenOrAsTheDefaultOfAnEmptyKey)
 {
     TfrmKeloraDM module(doors);
-    module.ReadActiveStyle();
-    EXPECT_EQ(GlobalActiveStyle, 0);
-    EXPECT_EQ(GlobalActiveName, QString());
+    const auto read = [&] {
+        ResetGlobals();
+        module.ReadActiveStyle();
+        return QString::number(GlobalActiveStyle) + GlobalActiveName;
+    };
+    EXPECT_EQ(read(), QStringLiteral("0")) << "no key";
     OpenOptions();
-    module.ReadActiveStyle();
-    EXPECT_EQ(GlobalActiveStyle, 25);
-    EXPECT_EQ(GlobalActiveName, QStringLiteral("Office2010Blue"));
-}
-
-TEST_F(StoredStyle, ComesBackAsWritten)
-{
-    TfrmKeloraDM module(doors);
+    EXPECT_EQ(read(), QStringLiteral("25Office2010Blue"));
     GlobalActiveStyle = 3;
     GlobalActiveName = QStringLiteral("Black");
     module.WirteActiveStyle();
-    ResetGlobals();
-    module.ReadActiveStyle();
-    EXPECT_EQ(GlobalActiveStyle, 3);
-    EXPECT_EQ(GlobalActiveName, QStringLiteral("Black"));
+    EXPECT_EQ(read(), QStringLiteral("3Black"));
 }
 
 TEST_F(StoredStyle, FallsBackToAnotherOneWhenAWriteFails)

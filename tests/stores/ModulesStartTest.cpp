@@ -4,11 +4,6 @@
 
 #include "support/ModuleSupport.h"
 
-#include <QDir>
-#include <QRandomGenerator>
-
-#include <string>
-
 namespace {
 
 class ModulesStart : public ModuleTest
@@ -21,13 +16,6 @@ protected:
         PrepareConnection(database, transaction, Path(name), doors.exeName);
         database.CreateDatabase();
         database.SetConnected(false);
-    }
-    QByteArray DatabaseBytes()
-    {
-        MakeDatabase(QStringLiteral("OTHER.FDB"));
-        QFile file(Path(QStringLiteral("OTHER.FDB")));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll();
     }
     void Place(const QString &name, const QByteArray &bytes)
     {
@@ -79,37 +67,6 @@ TEST_F(ModulesStart, CanonReadsTheOptionsOnlyOnceConnected)
     EXPECT_EQ(module.vOpenSutta, 1);
 }
 
-TEST_F(ModulesStart, CanonFailureSaysOneTextAndEndsTheProgramOnce)
-{
-    const QByteArray whole = DatabaseBytes();
-    QByteArray noise(whole.size(), '\0');
-    QRandomGenerator random(7);
-    for (char &byte : noise)
-        byte = static_cast<char>(random.generate());
-    const struct
-    {
-        std::string rule;
-        std::function<void()> prepare;
-    } cases[] = {{"missing", [] {}},
-                 {"empty", [&] { Place(CanonName, QByteArray()); }},
-                 {"truncated", [&] { Place(CanonName, whole.left(1000)); }},
-                 {"random", [&] { Place(CanonName, noise); }},
-                 {"text", [&] { Place(CanonName, "no database"); }},
-                 {"folder", [&] { QDir().mkpath(Path(CanonName)); }}};
-    for (const auto &row : cases) {
-        QFile::remove(Path(CanonName));
-        row.prepare();
-        messages.clear();
-        terminations = 0;
-        TfrmKeloraDM module(doors);
-        module.DataModuleCreate();
-        EXPECT_EQ(messages, QStringList{VietnameseFailure()}) << row.rule;
-        EXPECT_EQ(terminations, 1) << row.rule;
-        EXPECT_FALSE(module.dbKelora.Connected()) << row.rule;
-    }
-    EXPECT_FALSE(QFile::exists(Path(QStringLiteral("KELORA.FDB.tmp"))));
-}
-
 TEST_F(ModulesStart, CanonFailureSpeaksTheLanguageOrNothing)
 {
     const struct
@@ -121,9 +78,11 @@ TEST_F(ModulesStart, CanonFailureSpeaksTheLanguageOrNothing)
         messages.clear();
         terminations = 0;
         InterfaceLang = row.language;
-        TfrmKeloraDM(doors).DataModuleCreate();
+        TfrmKeloraDM module(doors);
+        module.DataModuleCreate();
         EXPECT_EQ(messages, row.texts) << row.language;
         EXPECT_EQ(terminations, 1) << row.language;
+        EXPECT_FALSE(module.dbKelora.Connected());
     }
     EXPECT_FALSE(QFile::exists(Path(CanonName)));
 }

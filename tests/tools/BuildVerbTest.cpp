@@ -55,7 +55,7 @@ TEST_F(BuildVerb, MakesTheThreeFilesAndNothingElse)
 TEST_F(BuildVerb, TakesPathsOutsideAsciiInAnyLocale)
 {
     const ToolRun run =
-        RunDataTool({u"build"_s, u"--data"_s, Data(), u"--out"_s, Out(), u"--only"_s, u"marks"_s}, {}, {u"LANG=C"_s});
+        RunDataTool({u"build"_s, u"--data"_s, Data(), u"--out"_s, Out(), u"marks"_s}, {}, {u"LANG=C"_s});
     EXPECT_EQ(run.exitCode, 0) << qPrintable(run.errors);
     EXPECT_TRUE(QFileInfo::exists(File(u"TARUNECLIENT.FDB"_s)));
 }
@@ -121,9 +121,9 @@ TEST_F(BuildVerb, BuildsAgainOnlyWhenSourcesAreNewer)
 
 TEST_F(BuildVerb, OnlyBuildsTheKindsThatAreNamed)
 {
-    ASSERT_EQ(Build({u"--only"_s, u"dictionary"_s}).exitCode, 0);
+    ASSERT_EQ(Build({u"dictionary"_s}).exitCode, 0);
     EXPECT_EQ(QDir(Out()).entryList(QDir::Files), QStringList{u"PALIDICT.FDB"_s});
-    ASSERT_EQ(Build({u"--only"_s, u"canon"_s, u"--only"_s, u"marks"_s}).exitCode, 0);
+    ASSERT_EQ(Build({u"canon"_s, u"marks"_s}).exitCode, 0);
     EXPECT_EQ(QDir(Out()).entryList(QDir::Files).size(), 3);
 }
 
@@ -132,7 +132,7 @@ TEST_F(BuildVerb, AFaultInTheSourcesLeavesTheOldFile)
     ASSERT_EQ(Build().exitCode, 0);
     const QByteArray before = BytesOf(File(u"KELORA.FDB"_s));
     WriteFile(Data() + u"/canon/passages/own.txt"_s, "@text 1101\n@picture none.svg x | y\n");
-    const ToolRun run = Build({u"--force"_s, u"--only"_s, u"canon"_s});
+    const ToolRun run = Build({u"--force"_s, u"canon"_s});
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_TRUE(run.errors.contains(u"there is no picture \"none.svg\""_s)) << qPrintable(run.errors);
     EXPECT_EQ(BytesOf(File(u"KELORA.FDB"_s)), before);
@@ -140,7 +140,7 @@ TEST_F(BuildVerb, AFaultInTheSourcesLeavesTheOldFile)
 
 TEST_F(BuildVerb, KilledInTheMiddleItLeavesTheOldFileAndTheNextBuildRecovers)
 {
-    ASSERT_EQ(Build({u"--only"_s, u"canon"_s}).exitCode, 0);
+    ASSERT_EQ(Build({u"canon"_s}).exitCode, 0);
     const QByteArray before = BytesOf(File(u"KELORA.FDB"_s));
 
     QProcess process;
@@ -166,7 +166,7 @@ TEST_F(BuildVerb, TheDictionaryAnswersByItsThreeProcedures)
     WriteFile(Data() + u"/dictionary/english.txt"_s, "dictionary 8\n% gāma\n@gāma\n- village\n");
     WriteFile(Data() + u"/dictionary/anh.txt"_s, "dictionary 1\n% Ānanda\n@A\n% lamp\n@lamp\n");
     WriteFile(Data() + u"/dictionary/forms.txt"_s, "forms 5 8\ngāma: gāmassa\n");
-    ASSERT_EQ(Build({u"--only"_s, u"dictionary"_s}).exitCode, 0);
+    ASSERT_EQ(Build({u"dictionary"_s}).exitCode, 0);
     OpenedDatabase dictionary(File(u"PALIDICT.FDB"_s));
 
     const auto list = [&](int kind) {
@@ -238,8 +238,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(WrongUse{"NoVerb", {}, u"a verb is missing"},
                     WrongUse{"UnknownVerb", {u"mend"_s}, u"there is no verb \"mend\""},
                     WrongUse{"UnknownOption", {u"build"_s, u"--loud"_s}, u"Unknown option 'loud'."},
-                    WrongUse{"UnknownKind", {u"build"_s, u"--only"_s, u"all"_s}, u"there is no kind \"all\""},
-                    WrongUse{"StrayArgument", {u"build"_s, u"x"_s}, u"build does not know \"x\""},
+                    WrongUse{"UnknownThing", {u"build"_s, u"all"_s}, u"build does not know \"all\""},
                     WrongUse{"NoOutFolder",
                              {u"build"_s, u"--out"_s, u"/nowhere/at all"_s},
                              u"/nowhere/at all: there is no such folder"},

@@ -20,8 +20,7 @@ protected:
         const QString data = m_scratch.Path(u"data"_s);
         WriteSmallSources(data);
         change(data);
-        const ToolRun run =
-            RunDataTool({u"build"_s, u"--data"_s, data, u"--out"_s, m_scratch.Path(u""_s), u"--only"_s, u"canon"_s});
+        const ToolRun run = RunDataTool({u"build"_s, u"--data"_s, data, u"--out"_s, m_scratch.Path(u""_s), u"canon"_s});
         ASSERT_EQ(run.exitCode, 0) << qPrintable(run.errors);
     }
 
@@ -99,7 +98,7 @@ SET TERM ; ^
 
 TEST_F(CheckVerb, ADictionaryIsProvedThroughItsProceduresAlone)
 {
-    const QStringList build{u"build"_s, u"--out"_s, m_scratch.Path(u""_s), u"--only"_s, u"marks"_s};
+    const QStringList build{u"build"_s, u"--out"_s, m_scratch.Path(u""_s), u"marks"_s};
     ASSERT_EQ(RunDataTool(build).exitCode, 0);
     const QString file = m_scratch.Path(u"TARUNECLIENT.FDB"_s);
     OpenedDatabase(file).RunScript(QString::fromUtf16(ForeignDictionary));

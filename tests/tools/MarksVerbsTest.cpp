@@ -21,7 +21,7 @@ class MarksVerbs : public testing::Test
 protected:
     void SetUp() override
     {
-        const ToolRun run = RunDataTool({u"build"_s, u"--only"_s, u"marks"_s, u"--out"_s, m_scratch.Path(u""_s)});
+        const ToolRun run = RunDataTool({u"build"_s, u"marks"_s, u"--out"_s, m_scratch.Path(u""_s)});
         EXPECT_EQ(run.exitCode, 0) << qPrintable(run.errors);
         OpenedDatabase(File()).RunScript(
             u"insert into SUTTA_LIST values (6, 1101, 'Chương <1>', 'Kaṇḍaṃ', null, null);"

@@ -1,5 +1,7 @@
 #include "common/Console.h"
 
+#include "common/Interrupt.h"
+
 #include <QtGlobal>
 
 #include <cstdio>
@@ -28,6 +30,18 @@ bool ErrorsGoToATerminal()
 #endif
 }
 
+/// ", about 2 min left": told once the work has shown its pace, and as long as it matters.
+QString TimeLeft(qint64 elapsedMilliseconds, qsizetype done, qsizetype total)
+{
+    constexpr qint64 paceMilliseconds = 2000;
+    constexpr qint64 minute = 60;
+    if (elapsedMilliseconds < paceMilliseconds || done <= 0 || done >= total)
+        return {};
+    const qint64 seconds = elapsedMilliseconds * (total - done) / done / 1000 + 1;
+    return seconds < 2 * minute ? u", about %1 s left"_s.arg(seconds)
+                                : u", about %1 min left"_s.arg((seconds + minute - 1) / minute);
+}
+
 } // namespace
 
 void Console::Print(const QString &text)
@@ -49,14 +63,28 @@ void Console::Error(const QString &message)
 
 void Console::Progress(const QString &work, qsizetype done, qsizetype total)
 {
-    if (ErrorsGoToATerminal()) {
-        if (m_work != work)
-            EndProgress();
-        Write(stderr, u"\r%1: %2 of %3"_s.arg(work).arg(done).arg(total));
-    } else if (m_work != work) {
-        Write(stderr, u"%1: %2 rows\n"_s.arg(work).arg(total));
+    ThrowIfInterrupted();
+    if (!m_showsProgress)
+        return;
+    const bool isNew = m_work != work;
+    if (isNew) {
+        EndProgress();
+        m_work = work;
+        m_sinceStart.start();
+        m_sinceShown.start();
     }
-    m_work = work;
+    if (!ErrorsGoToATerminal()) {
+        if (isNew)
+            Write(stderr, u"%1: %2 rows\n"_s.arg(work).arg(total));
+        return;
+    }
+    constexpr qint64 restMilliseconds = 100;
+    if (!isNew && done < total && m_sinceShown.elapsed() < restMilliseconds)
+        return;
+    m_sinceShown.start();
+    constexpr auto clearRest = "\x1b[K";
+    Write(stderr, u"\r%1: %2 of %3%4%5"_s.arg(work).arg(done).arg(total).arg(
+                      TimeLeft(m_sinceStart.elapsed(), done, total), QLatin1StringView(clearRest)));
 }
 
 void Console::EndProgress()

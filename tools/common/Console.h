@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QString>
 
 /// A tool's standard output and error streams, in UTF-8 whatever the locale. Results go to the output, messages and
@@ -16,12 +17,18 @@ public:
     void PrintError(const QString &text);
     /// One message line, with the tool's name in front.
     void Error(const QString &message);
-    /// How far a long work is. On a terminal one line is rewritten; elsewhere the first call of a work prints a line.
+    /// How far a long work is. On a terminal one line is rewritten, with an estimate of the time that is left;
+    /// elsewhere the first call of a work prints a line. Throws ToolError when the user wants the tool to end.
     void Progress(const QString &work, qsizetype done, qsizetype total);
+    /// Off: long works are silent.
+    void SetShowsProgress(bool on) { m_showsProgress = on; }
     /// Ends the line that Progress rewrites.
     void EndProgress();
 
 private:
     QString m_tool;
     QString m_work;
+    bool m_showsProgress = true;
+    QElapsedTimer m_sinceStart; ///< of the work
+    QElapsedTimer m_sinceShown; ///< of the line on the terminal
 };

@@ -1,6 +1,6 @@
 #include "lumivara-data/Verbs.h"
 
-#include "common/Console.h"
+#include "common/Report.h"
 #include "lumivara-data/UnfinishedFile.h"
 #include "stores/BackupService.h"
 #include "stores/KeloraDM.h"
@@ -78,13 +78,14 @@ int RunBackup(const QStringList &arguments, Console &console)
     QCommandLineParser parser;
     parser.setApplicationDescription(
         u"Saves the reader's marks into one file, also while the program runs. An existing backup is never touched."_s);
-    parser.addOption(
-        {u"file"_s, u"The marks; TARUNECLIENT.FDB beside the tool by default."_s, u"FILE"_s, DefaultMarksFile()});
+    parser.addOption({u"file"_s, u"The marks; TARUNECLIENT.FDB beside the tool by default."_s, u"FILE"_s,
+                      DefaultFile(Thing::Marks)});
     parser.addOption({u"to"_s,
                       u"The backup; by default a file in the folder \"backup\" beside the marks, named by the date."_s,
                       u"FILE"_s});
     parser.addOption(
         {u"daily"_s, u"Does nothing if there is a backup of this day, and keeps the seven newest days."_s});
+    Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"backup [marks] [options]"_s, arguments, console))
         return ExitCode::Clean;
     if (const QStringList rest = WithoutMarksWord(parser.positionalArguments()); !rest.isEmpty())
@@ -92,6 +93,8 @@ int RunBackup(const QStringList &arguments, Console &console)
     if (parser.isSet(u"to"_s) && parser.isSet(u"daily"_s))
         throw ToolError(u"--daily names its file itself"_s);
 
+    Report report(console);
+    report.TakeOptions(parser);
     const QString file = QFileInfo(parser.value(u"file"_s)).absoluteFilePath();
     if (!QFileInfo(file).isFile())
         throw ToolError(u"%1: there is no such file"_s.arg(file));
@@ -102,14 +105,15 @@ int RunBackup(const QStringList &arguments, Console &console)
             throw ToolError(u"%1: the folder cannot be made"_s.arg(folder.path()));
         if (parser.isSet(u"daily"_s)) {
             if (!SaveOfTheDay(file, folder))
-                console.Print(u"nothing to do\n"_s);
-            return ExitCode::Clean;
+                report.Say(u"nothing to do"_s);
+            return report.Finish();
         }
         backup = FreeName(folder, file);
     } else if (QFileInfo::exists(backup)) {
         throw ToolError(u"%1: the file exists"_s.arg(backup));
     }
     Save(file, backup);
-    console.Print(u"%1: saved\n"_s.arg(backup));
-    return ExitCode::Clean;
+    report.Say(u"%1: saved"_s.arg(backup));
+    report.Tell(u"file"_s, backup);
+    return report.Finish();
 }

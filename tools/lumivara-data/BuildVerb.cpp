@@ -1,6 +1,6 @@
 #include "lumivara-data/Verbs.h"
 
-#include "common/Console.h"
+#include "common/Report.h"
 #include "lumivara-data/CanonFile.h"
 #include "lumivara-data/DataFile.h"
 #include "lumivara-data/DictionaryFile.h"
@@ -13,7 +13,6 @@
 #include <QDirIterator>
 #include <QLockFile>
 
-#include <algorithm>
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -22,10 +21,10 @@ namespace {
 
 constexpr int PatienceMilliseconds = 60000;
 
-/// A file to build: its kind on the command line, its name, and how it is made.
+/// A file to build: what it is called on the command line, its name, and how it is made.
 struct Target
 {
-    QString kind;
+    Thing thing;
     QString fileName;
     /// Folder of its sources below the data folder; empty for a file without sources, which is made once.
     QString sources;
@@ -35,15 +34,15 @@ struct Target
 QList<Target> Targets(Console &console)
 {
     return {
-        {u"canon"_s, u"KELORA.FDB"_s, u"canon"_s,
+        {Thing::Canon, u"KELORA.FDB"_s, u"canon"_s,
          [&console](const QString &sources, const QString &path) {
              WriteCanon(ReadCanonSource(sources), path, console);
          }},
-        {u"dictionary"_s, u"PALIDICT.FDB"_s, u"dictionary"_s,
+        {Thing::Dictionary, u"PALIDICT.FDB"_s, u"dictionary"_s,
          [&console](const QString &sources, const QString &path) {
              WriteDictionary(ReadDictionarySources(sources), path, console);
          }},
-        {u"marks"_s,
+        {Thing::Marks,
          u"TARUNECLIENT.FDB"_s,
          {},
          [](const QString &, const QString &path) {
@@ -77,17 +76,17 @@ bool IsUpToDate(const QString &path, const QString &sources)
            target.lastModified() >= QFileInfo(QCoreApplication::applicationFilePath()).lastModified();
 }
 
-void Build(const Target &target, const QDir &data, const QDir &out, bool force, Console &console)
+void Build(const Target &target, const QDir &data, const QDir &out, bool force, Report &report)
 {
     const QString path = out.filePath(target.fileName);
     const bool isMadeOnce = target.sources.isEmpty();
     if (isMadeOnce && QFileInfo::exists(path)) {
-        console.Print(u"%1: kept, it is the reader's own\n"_s.arg(target.fileName));
+        report.Say(u"%1: kept, it is the reader's own"_s.arg(target.fileName));
         return;
     }
     const QString sources = data.filePath(target.sources);
     if (!isMadeOnce && !force && IsUpToDate(path, sources)) {
-        console.Print(u"%1: up to date\n"_s.arg(target.fileName));
+        report.Say(u"%1: up to date"_s.arg(target.fileName));
         return;
     }
     const QString unfinished = path + u".part"_s;
@@ -99,7 +98,7 @@ void Build(const Target &target, const QDir &data, const QDir &out, bool force, 
     } else {
         PutInPlace(unfinished, path);
     }
-    console.Print(u"%1: built\n"_s.arg(target.fileName));
+    report.Say(u"%1: built"_s.arg(target.fileName));
 }
 
 } // namespace
@@ -114,20 +113,19 @@ int RunBuild(const QStringList &arguments, Console &console)
     parser.addOption({u"data"_s, u"Folder of the sources; \"data\" beside the tool by default."_s, u"DIR"_s,
                       QDir(toolFolder).filePath(u"data"_s)});
     parser.addOption({u"out"_s, u"Folder of the databases; that of the tool by default."_s, u"DIR"_s, toolFolder});
-    parser.addOption(
-        {u"only"_s, u"Builds one kind: canon, dictionary or marks. May be given more than once."_s, u"KIND"_s});
     parser.addOption({u"force"_s, u"Builds canon and dictionary even if they are up to date."_s});
-    if (ParseOrHelp(parser, u"build [options]"_s, arguments, console))
+    Report::AddOptions(parser);
+    if (ParseOrHelp(parser, u"build [canon] [dictionary] [marks] [options]"_s, arguments, console))
         return ExitCode::Clean;
-    if (!parser.positionalArguments().isEmpty())
-        throw ToolError(u"build does not know \"%1\""_s.arg(parser.positionalArguments().first()));
-
-    const QList<Target> targets = Targets(console);
-    const QStringList only = parser.values(u"only"_s);
-    for (const QString &kind : only) {
-        if (std::none_of(targets.cbegin(), targets.cend(), [&](const Target &target) { return target.kind == kind; }))
-            throw ToolError(u"there is no kind \"%1\": canon, dictionary or marks"_s.arg(kind));
+    QList<Thing> only;
+    for (QStringList words = parser.positionalArguments(); !words.isEmpty();) {
+        only.append(TakeThing(words));
+        if (only.last() == Thing::None)
+            throw ToolError(u"build does not know \"%1\""_s.arg(words.first()));
     }
+    Report report(console);
+    report.TakeOptions(parser);
+
     const QDir out(QDir(parser.value(u"out"_s)).absolutePath());
     if (!out.exists())
         throw ToolError(u"%1: there is no such folder"_s.arg(out.path()));
@@ -136,9 +134,9 @@ int RunBuild(const QStringList &arguments, Console &console)
         throw ToolError(lock.error() == QLockFile::LockFailedError ? u"another build is at work in %1"_s.arg(out.path())
                                                                    : u"%1: cannot be written"_s.arg(out.path()));
     }
-    for (const Target &target : targets) {
-        if (only.isEmpty() || only.contains(target.kind))
-            Build(target, QDir(QDir(parser.value(u"data"_s)).absolutePath()), out, parser.isSet(u"force"_s), console);
+    for (const Target &target : Targets(console)) {
+        if (only.isEmpty() || only.contains(target.thing))
+            Build(target, QDir(QDir(parser.value(u"data"_s)).absolutePath()), out, parser.isSet(u"force"_s), report);
     }
-    return ExitCode::Clean;
+    return report.Finish();
 }

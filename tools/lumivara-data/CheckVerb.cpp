@@ -1,6 +1,7 @@
 #include "lumivara-data/Verbs.h"
 
 #include "common/Console.h"
+#include "common/Report.h"
 #include "lumivara-data/CanonFile.h"
 #include "lumivara-data/DataFile.h"
 #include "lumivara-data/DictionaryFile.h"
@@ -44,43 +45,43 @@ QString CopyOf(const QString &path, const QTemporaryDir &folder)
     return copy.fileName();
 }
 
-void PrintFindings(const QList<Finding> &findings, Console &console)
+void Tell(const QList<Finding> &findings, Report &report)
 {
     for (const Finding &finding : findings)
-        console.Print(u"%1: %2\n"_s.arg(finding.row, finding.fault));
+        report.Find(finding.row, finding.fault);
 }
 
-/// The last words of a summary.
-QString Verdict(qsizetype faultCount)
-{
-    return faultCount == 0 ? u"nothing wrong"_s : u"%1 findings"_s.arg(faultCount);
-}
-
-qsizetype ProveCanon(DataFile &file, Console &console)
+void ProveCanon(DataFile &file, Console &console, Report &report)
 {
     const CheckedCanon canon = ReadCanon(file, console);
-    const QList<Finding> findings = CheckCanon(canon);
-    PrintFindings(findings, console);
-    console.Print(
-        u"%1 groups, %2 texts: %3\n"_s.arg(canon.groups.size()).arg(canon.texts.size()).arg(Verdict(findings.size())));
-    return findings.size();
+    Tell(CheckCanon(canon), report);
+    report.Count(u"groups"_s, canon.groups.size());
+    report.Count(u"texts"_s, canon.texts.size());
 }
 
-qsizetype ProveDictionary(DataFile &file, Console &console)
+void ProveDictionary(DataFile &file, Console &console, Report &report)
 {
-    const DictionaryReport report = CheckDictionary(file, console);
-    PrintFindings(report.findings, console);
-    console.Print(u"%1 words: %2\n"_s.arg(report.wordCount).arg(Verdict(report.faultCount)));
-    return report.faultCount;
+    const DictionaryReport found = CheckDictionary(file, console);
+    Tell(found.findings, report);
+    report.Count(u"words"_s, found.wordCount);
+    report.AddUntold(found.faultCount - found.findings.size());
 }
 
-qsizetype ProveMarks(DataFile &file, Console &console)
+void ProveMarks(DataFile &file, Report &report)
 {
-    const MarksReport report = CheckMarks(file);
-    PrintFindings(report.findings, console);
-    console.Print(
-        u"%1 texts, %2 marks: %3\n"_s.arg(report.textCount).arg(report.markCount).arg(Verdict(report.findings.size())));
-    return report.findings.size();
+    const MarksReport found = CheckMarks(file);
+    Tell(found.findings, report);
+    report.Count(u"texts"_s, found.textCount);
+    report.Count(u"marks"_s, found.markCount);
+}
+
+Thing ThingIn(DataFile &file)
+{
+    if (IsCanon(file))
+        return Thing::Canon;
+    if (IsDictionary(file))
+        return Thing::Dictionary;
+    return IsMarks(file) ? Thing::Marks : Thing::None;
 }
 
 } // namespace
@@ -94,24 +95,33 @@ int RunCheck(const QStringList &arguments, Console &console)
         u"The file is only read, a dictionary through its three procedures alone.\n"
         u"Exit codes: 0 clean, 1 findings, 2 wrong usage or a file that is none of these."_s);
     parser.addPositionalArgument(u"FILE"_s, u"Such as KELORA.FDB, PALIDICT.FDB or TARUNECLIENT.FDB."_s);
-    if (ParseOrHelp(parser, u"check FILE"_s, arguments, console))
+    Report::AddOptions(parser);
+    if (ParseOrHelp(parser, u"check [canon|dictionary|marks] FILE"_s, arguments, console))
         return ExitCode::Clean;
-    if (parser.positionalArguments().size() != 1)
+    QStringList words = parser.positionalArguments();
+    // A file may be called like one of the three things.
+    const Thing wanted = words.size() > 1 ? TakeThing(words) : Thing::None;
+    if (words.size() != 1)
         throw ToolError(u"check wants one FILE; see \"lumivara-data check --help\""_s);
+    Report report(console);
+    report.TakeOptions(parser);
 
     const QTemporaryDir folder;
     DataFile file;
-    file.Open(CopyOf(parser.positionalArguments().first(), folder));
-    qsizetype faultCount = 0;
-    if (IsCanon(file))
-        faultCount = ProveCanon(file, console);
-    else if (IsDictionary(file))
-        faultCount = ProveDictionary(file, console);
-    else if (IsMarks(file))
-        faultCount = ProveMarks(file, console);
-    else
+    file.Open(CopyOf(words.first(), folder));
+    const Thing found = ThingIn(file);
+    if (found == Thing::None)
         throw ToolError(u"no canon (tables KELORA_TREE, KELORA_CONTENT), no dictionary (procedure SP_GET_LIST_WORDS) "
                         "and no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s);
+    if (wanted != Thing::None && wanted != found)
+        throw ToolError(u"%1: holds a %2, not a %3"_s.arg(words.first(), NameOf(found), NameOf(wanted)));
+    report.Tell(u"kind"_s, NameOf(found));
+    if (found == Thing::Canon)
+        ProveCanon(file, console, report);
+    else if (found == Thing::Dictionary)
+        ProveDictionary(file, console, report);
+    else
+        ProveMarks(file, report);
     file.Close();
-    return faultCount == 0 ? ExitCode::Clean : ExitCode::Findings;
+    return report.Finish(report.FindingCount() == 0 ? u"nothing wrong"_s : u"%1 findings"_s.arg(report.FindingCount()));
 }

@@ -1,6 +1,6 @@
 #include "lumivara-data/Verbs.h"
 
-#include "common/Console.h"
+#include "common/Report.h"
 #include "lumivara-data/DataFile.h"
 #include "lumivara-data/MarksCheck.h"
 #include "lumivara-data/UnfinishedFile.h"
@@ -34,13 +34,16 @@ int RunRestore(const QStringList &arguments, Console &console)
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Makes a file of marks out of a backup. A file that exists is never touched."_s);
     parser.addPositionalArgument(u"BACKUP"_s, u"Such as backup/TARUNECLIENT-2024-02-29.fbk."_s);
-    parser.addOption(
-        {u"to"_s, u"The file to make; TARUNECLIENT.FDB beside the tool by default."_s, u"FILE"_s, DefaultMarksFile()});
+    parser.addOption({u"to"_s, u"The file to make; TARUNECLIENT.FDB beside the tool by default."_s, u"FILE"_s,
+                      DefaultFile(Thing::Marks)});
+    Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"restore [marks] BACKUP [options]"_s, arguments, console))
         return ExitCode::Clean;
     const QStringList rest = WithoutMarksWord(parser.positionalArguments());
     if (rest.size() != 1)
         throw ToolError(u"restore wants one BACKUP; see \"lumivara-data restore --help\""_s);
+    Report report(console);
+    report.TakeOptions(parser);
     const QString backup = QFileInfo(rest.first()).absoluteFilePath();
     const QString path = QFileInfo(parser.value(u"to"_s)).absoluteFilePath();
     if (!QFileInfo(backup).isFile())
@@ -60,6 +63,7 @@ int RunRestore(const QStringList &arguments, Console &console)
         throw;
     }
     PutInPlace(unfinished, path);
-    console.Print(u"%1: restored, %2\n"_s.arg(path, content));
-    return ExitCode::Clean;
+    report.Say(u"%1: restored, %2"_s.arg(path, content));
+    report.Tell(u"file"_s, path);
+    return report.Finish();
 }

@@ -1,5 +1,6 @@
 #include "lumivara-data/UnfinishedFile.h"
 
+#include "common/Interrupt.h"
 #include "common/Tool.h"
 
 #include <QFile>
@@ -79,4 +80,34 @@ void PutInPlace(const QString &from, const QString &to)
         throw ToolError(u"%1: cannot be put in place"_s.arg(to));
     }
     SettleFolderOf(to);
+}
+
+FileInTheMaking::FileInTheMaking(const QString &target)
+    : m_target(QFileInfo(target).absoluteFilePath()), m_path(UnfinishedName(m_target)), m_lock(m_path + u".lock"_s)
+{
+    NoteInterrupts();
+    const QFileInfo folder(QFileInfo(m_target).absolutePath());
+    if (!folder.isDir())
+        throw ToolError(u"%1: there is no such folder"_s.arg(folder.filePath()));
+    if (QFileInfo(m_target).isDir())
+        throw ToolError(u"%1: is a folder"_s.arg(m_target));
+    m_lock.setStaleLockTime(0);
+    if (!m_lock.tryLock(0)) {
+        throw ToolError(m_lock.error() == QLockFile::LockFailedError
+                            ? u"%1: another process is making this file"_s.arg(m_target)
+                            : u"%1: cannot be written"_s.arg(folder.filePath()));
+    }
+    RemoveStale(m_path);
+}
+
+FileInTheMaking::~FileInTheMaking()
+{
+    QFile::remove(m_path);
+}
+
+void FileInTheMaking::Finish()
+{
+    ThrowIfInterrupted();
+    Settle(m_path);
+    Replace(m_path, m_target);
 }

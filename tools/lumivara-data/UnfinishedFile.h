@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLockFile>
 #include <QString>
 
 /// How a finished file gets its name: made under another one, brought to the disk, renamed. So an interruption, be it a
@@ -15,3 +16,25 @@ void Settle(const QString &path);
 void Replace(const QString &from, const QString &to);
 /// Renames and refuses, `from` being gone, if the name is taken.
 void PutInPlace(const QString &from, const QString &to);
+
+/// A file that is made whole or not at all: written under the other name, which goes away again unless Finish() is
+/// reached. Interrupts wait for ThrowIfInterrupted() from the first of these on.
+class FileInTheMaking
+{
+public:
+    /// Throws ToolError where the folder of `target` can't be written or another process is making the same file.
+    explicit FileInTheMaking(const QString &target);
+    ~FileInTheMaking();
+    Q_DISABLE_COPY_MOVE(FileInTheMaking)
+
+    /// Where to write; no such file exists at first.
+    const QString &Path() const { return m_path; }
+    /// Brings the file to the disk and gives it its name, over one that exists. A program that has the old file open
+    /// goes on with that.
+    void Finish();
+
+private:
+    QString m_target;
+    QString m_path;
+    QLockFile m_lock;
+};

@@ -1,5 +1,7 @@
 #include "lumivara-data/Verbs.h"
 
+#include "common/Console.h"
+
 #include <QCoreApplication>
 #include <QDir>
 
@@ -10,8 +12,50 @@ constexpr Verb Table[] = {
     {u"check", u"tell what is wrong with a canon, a dictionary or a file of marks", RunCheck},
     {u"backup", u"save the marks, also while the program runs", RunBackup},
     {u"restore", u"make a file of marks out of a backup", RunRestore},
-    {u"export", u"write the marks as HTML, Markdown or CSV", RunExport},
+    {u"import", u"make a canon, a dictionary or marks out of open formats", RunImport},
+    {u"export", u"write a canon, a dictionary or marks in open formats", RunExport},
 };
+
+struct ThingName
+{
+    Thing thing;
+    QStringView name;
+    QStringView file;
+};
+
+constexpr ThingName Things[] = {
+    {Thing::Canon, u"canon", u"KELORA.FDB"},
+    {Thing::Dictionary, u"dictionary", u"PALIDICT.FDB"},
+    {Thing::Marks, u"marks", u"TARUNECLIENT.FDB"},
+};
+
+using RunThing = int (*)(const QStringList &, Console &);
+
+/// Runs what the first of the arguments means. Options before it, or none of the three words, leave nothing to run but
+/// `fallback`, if there is one.
+int RunByThing(const QString &verb, QStringList arguments, Console &console, RunThing canon, RunThing dictionary,
+               RunThing marks, RunThing fallback = nullptr)
+{
+    if (const QString first = arguments.value(0); first == u"--help" || first == u"-h") {
+        console.Print(QStringLiteral("Usage: %1 %2 canon|dictionary|marks …\n\n"
+                                     "\"%1 %2 canon --help\" tells the options of that one.\n")
+                          .arg(console.Tool(), verb));
+        return ExitCode::Clean;
+    }
+    switch (TakeThing(arguments)) {
+    case Thing::Canon:
+        return canon(arguments, console);
+    case Thing::Dictionary:
+        return dictionary(arguments, console);
+    case Thing::Marks:
+        return marks(arguments, console);
+    case Thing::None:
+        break;
+    }
+    if (!fallback)
+        throw ToolError(QStringLiteral("%1 wants to know what: canon, dictionary or marks").arg(verb));
+    return fallback(arguments, console);
+}
 
 } // namespace
 
@@ -20,14 +64,48 @@ std::span<const Verb> DataVerbs()
     return Table;
 }
 
-QStringList WithoutMarksWord(QStringList positional)
+int RunImport(const QStringList &arguments, Console &console)
 {
-    if (positional.value(0) == QLatin1StringView("marks"))
-        positional.removeFirst();
-    return positional;
+    return RunByThing(QStringLiteral("import"), arguments, console, ImportCanon, ImportDictionary, ImportMarks);
 }
 
-QString DefaultMarksFile()
+int RunExport(const QStringList &arguments, Console &console)
 {
-    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("TARUNECLIENT.FDB"));
+    return RunByThing(QStringLiteral("export"), arguments, console, ExportCanon, ExportDictionary, ExportMarks,
+                      ExportMarks);
+}
+
+Thing TakeThing(QStringList &words)
+{
+    for (const ThingName &known : Things) {
+        if (words.value(0) == known.name) {
+            words.removeFirst();
+            return known.thing;
+        }
+    }
+    return Thing::None;
+}
+
+QString NameOf(Thing thing)
+{
+    for (const ThingName &known : Things) {
+        if (known.thing == thing)
+            return known.name.toString();
+    }
+    return {};
+}
+
+QStringList WithoutMarksWord(const QStringList &positional)
+{
+    QStringList rest = positional;
+    return TakeThing(rest) == Thing::Marks ? rest : positional;
+}
+
+QString DefaultFile(Thing thing)
+{
+    for (const ThingName &known : Things) {
+        if (known.thing == thing)
+            return QDir(QCoreApplication::applicationDirPath()).filePath(known.file.toString());
+    }
+    return {};
 }

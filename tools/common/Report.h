@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <utility>
+
+class Console;
+class QCommandLineParser;
+
+/// What a verb has done and what it has not: counts, and one line for each thing that is wrong or was left out. Lines
+/// are printed as they come; the counts close the report. With --json the whole is one object on the standard output,
+/// with --quiet only what is wrong is told.
+class Report
+{
+public:
+    explicit Report(Console &console) : m_console(console) {}
+
+    /// Gives a verb the options of every report, --quiet and --json.
+    static void AddOptions(QCommandLineParser &parser);
+    /// Reads them; call once the parser has parsed.
+    void TakeOptions(const QCommandLineParser &parser);
+
+    /// One thing that is wrong or was not taken: where (file, line, row) and what. Makes the exit code 1.
+    void Find(const QString &place, const QString &fault);
+    /// More things that are wrong, of which no line tells.
+    void AddUntold(qsizetype number) { m_findingCount += number; }
+    /// One thing that was taken otherwise than it stands: it changes no exit code.
+    void Note(const QString &place, const QString &change);
+    /// A number of the summary, in the order of the first calls; `what` is a plural such as "texts". Adds up.
+    void Count(const QString &what, qsizetype number);
+    /// What a line of text on the way says, such as "KELORA.FDB: built". Not told in JSON.
+    void Say(const QString &line);
+    /// A value beside the counts in JSON alone, such as the file that was written.
+    void Tell(const QString &key, const QString &value) { m_values[key] = value; }
+
+    qsizetype FindingCount() const { return m_findingCount; }
+    int Code() const;
+    /// Prints the summary, closed by a verdict where one is given ("nothing wrong"), and gives the exit code.
+    int Finish(const QString &verdict = {});
+
+private:
+    void AddLine(QList<std::pair<QString, QString>> &lines, const QString &place, const QString &text);
+
+    Console &m_console;
+    bool m_isQuiet = false;
+    bool m_isJson = false;
+    QList<std::pair<QString, QString>> m_findings;
+    QList<std::pair<QString, QString>> m_notes;
+    QList<std::pair<QString, qsizetype>> m_counts;
+    QJsonObject m_values;
+    qsizetype m_findingCount = 0;
+    qsizetype m_noteCount = 0;
+};
