@@ -2,6 +2,9 @@
 
 #include "common/Interrupt.h"
 
+#include <algorithm>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -91,7 +94,7 @@ bool IsBlank(const QByteArray &line)
 
 } // namespace
 
-QString CsvRecords::Read(QByteArrayList &cells, QByteArrayList &taken)
+CsvRecords::Fault CsvRecords::Read(QByteArrayList &cells, QByteArrayList &taken)
 {
     RecordParser parser(cells);
     QByteArray line;
@@ -100,23 +103,40 @@ QString CsvRecords::Read(QByteArrayList &cells, QByteArrayList &taken)
         taken.append(line);
         bytes += line.size();
         if (m_lines.IsCut() || bytes >= TextLines::MostBytes || taken.size() > MostLines)
-            return u"a record without an end, or longer than %1 MiB"_s.arg(TextLines::MostBytes >> 20);
+            return Fault::TooLong;
         switch (parser.Feed(line)) {
         case RecordParser::Result::Faulty:
-            return u"a quote stands where none belongs, or is not doubled"_s;
+            return Fault::Quote;
         case RecordParser::Result::WantsMore:
             continue;
         case RecordParser::Result::Whole:
             if (m_width != 0 && cells.size() != m_width)
-                return u"%1 cells where %2 columns are"_s.arg(cells.size()).arg(m_width);
-            for (const QByteArray &cell : std::as_const(cells)) {
-                if (!cell.isValidUtf8())
-                    return u"the text is not UTF-8"_s;
-            }
-            return {};
+                return Fault::Width;
+            return std::all_of(cells.cbegin(), cells.cend(), [](const QByteArray &cell) { return cell.isValidUtf8(); })
+                       ? Fault::None
+                       : Fault::Encoding;
         }
     }
-    return u"a quote is not closed"_s;
+    return Fault::OpenQuote;
+}
+
+QString CsvRecords::TextOf(Fault fault, qsizetype cells) const
+{
+    switch (fault) {
+    case Fault::None:
+        break;
+    case Fault::TooLong:
+        return u"a record without an end, or longer than %1 MiB"_s.arg(TextLines::MostBytes >> 20);
+    case Fault::Quote:
+        return u"a quote stands where none belongs, or is not doubled"_s;
+    case Fault::OpenQuote:
+        return u"a quote is not closed"_s;
+    case Fault::Width:
+        return u"%1 cells where %2 columns are"_s.arg(cells).arg(m_width);
+    case Fault::Encoding:
+        return u"the text is not UTF-8"_s;
+    }
+    return {};
 }
 
 bool CsvRecords::Next(CsvRecord &record)
@@ -129,28 +149,24 @@ bool CsvRecords::Next(CsvRecord &record)
     }
     qsizetype lastLost = 0;
     for (QByteArray line; m_lines.Next(line);) {
-        if (IsBlank(line) && record.fault.isEmpty())
+        if (IsBlank(line))
             continue;
-        const qsizetype first = m_lines.Number();
         m_lines.GiveBack({line});
         CsvRecord found;
         QByteArrayList taken;
-        found.line = first;
-        found.fault = Read(found.cells, taken);
-        if (found.fault.isEmpty()) {
+        found.line = m_lines.Number() + 1;
+        const Fault fault = Read(found.cells, taken);
+        if (fault == Fault::None) {
             if (m_width == 0)
                 m_width = found.cells.size();
-            if (record.fault.isEmpty()) {
-                record = found;
-                return true;
-            }
-            m_waiting = found;
-            m_isWaiting = true;
+            m_isWaiting = !record.fault.isEmpty();
+            (m_isWaiting ? m_waiting : record) = found;
             break;
         }
-        found.cells.clear();
-        if (record.fault.isEmpty())
-            record = found;
+        if (record.fault.isEmpty()) {
+            record.line = found.line;
+            record.fault = TextOf(fault, found.cells.size());
+        }
         // The damage may be that this record swallowed those behind it.
         m_lines.GiveBack(taken.sliced(1));
         lastLost = m_lines.Number();

@@ -22,8 +22,11 @@ public:
     bool Next(CsvRecord &record);
 
 private:
+    enum class Fault { None, TooLong, Quote, OpenQuote, Width, Encoding };
+
     /// Reads one record; the lines that it took are in `taken`.
-    QString Read(QByteArrayList &cells, QByteArrayList &taken);
+    Fault Read(QByteArrayList &cells, QByteArrayList &taken);
+    QString TextOf(Fault fault, qsizetype cells) const;
 
     TextLines &m_lines;
     CsvRecord m_waiting; ///< found behind a fault
