@@ -24,7 +24,7 @@ struct Written
     int code = -1;
 };
 
-Written Run(const QStringList &options, const std::function<int(Report &, Console &)> &verb)
+Written Reported(const QStringList &options, const std::function<int(Report &, Console &)> &verb)
 {
     Console console(u"tool"_s);
     Report report(console);
@@ -58,17 +58,17 @@ int Work(Report &report, Console &console)
 
 TEST(Report, TellsAsMuchAsItIsAskedTo)
 {
-    const Written plain = Run({}, Work);
+    const Written plain = Reported({}, Work);
     EXPECT_EQ(plain.code, 1);
     EXPECT_EQ(plain.output, "begun\na.csv: converted\na.csv:3: is \"bad\"\n5 texts, 0 words: done\n");
     EXPECT_EQ(plain.errors, "reading: 2 rows\n") << "a work is named once, and not on the output";
 
-    const Written quiet = Run({u"--quiet"_s}, Work);
+    const Written quiet = Reported({u"--quiet"_s}, Work);
     EXPECT_EQ(quiet.code, 1);
     EXPECT_EQ(quiet.output, "a.csv:3: is \"bad\"\n");
     EXPECT_EQ(quiet.errors, "");
 
-    const Written json = Run({u"--json"_s}, Work);
+    const Written json = Reported({u"--json"_s}, Work);
     EXPECT_EQ(json.code, 1);
     EXPECT_EQ(json.errors, "");
     const QJsonObject object = QJsonDocument::fromJson(QByteArray::fromStdString(json.output)).object();
@@ -82,20 +82,20 @@ TEST(Report, TellsAsMuchAsItIsAskedTo)
 TEST(Report, OnlyWhatIsWrongChangesTheExitCode)
 {
     const auto finish = [](Report &report) { return report.Finish(); };
-    EXPECT_EQ(Run({}, [&](Report &report, Console &) { return finish(report); }).output, "");
-    EXPECT_EQ(Run({},
-                  [&](Report &report, Console &) {
-                      report.Note(u"a"_s, u"changed"_s);
-                      report.Count(u"left out"_s, 4);
-                      return finish(report);
-                  })
+    EXPECT_EQ(Reported({}, [&](Report &report, Console &) { return finish(report); }).output, "");
+    EXPECT_EQ(Reported({},
+                       [&](Report &report, Console &) {
+                           report.Note(u"a"_s, u"changed"_s);
+                           report.Count(u"left out"_s, 4);
+                           return finish(report);
+                       })
                   .code,
               0);
-    EXPECT_EQ(Run({},
-                  [&](Report &report, Console &) {
-                      report.AddUntold(1);
-                      return finish(report);
-                  })
+    EXPECT_EQ(Reported({},
+                       [&](Report &report, Console &) {
+                           report.AddUntold(1);
+                           return finish(report);
+                       })
                   .code,
               1);
 }
@@ -103,7 +103,7 @@ TEST(Report, OnlyWhatIsWrongChangesTheExitCode)
 TEST(Report, AMillionFaultsStayReadable)
 {
     for (const char16_t *option : {u"--quiet", u"--json"}) {
-        const Written written = Run({QString::fromUtf16(option)}, [](Report &report, Console &) {
+        const Written written = Reported({QString::fromUtf16(option)}, [](Report &report, Console &) {
             for (int i = 0; i < 1000000; ++i)
                 report.Find(u"f:%1"_s.arg(i), u"bad"_s);
             return report.Finish();
@@ -124,7 +124,7 @@ TEST(Tool, AFailureEndsAVerbWithItsMessage)
         {u"a-long-verb", u"ends", [](const QStringList &, Console &) { return 0; }},
     };
     const auto run = [](const QStringList &words) {
-        return Run({}, [&](Report &, Console &console) { return RunTool(verbs, words, console); });
+        return Reported({}, [&](Report &, Console &console) { return RunTool(verbs, words, console); });
     };
     EXPECT_EQ(run({u"fail"_s}).code, 2);
     EXPECT_EQ(run({u"fail"_s}).errors, "tool: Đích.FDB: is full\n");
