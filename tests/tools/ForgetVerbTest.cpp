@@ -12,6 +12,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+QByteArray StartFile(const QString &command)
+{
+    AutostartEntry entry;
+    entry.command = command;
+    return AutostartFileOf(u"Kelora"_s, entry);
+}
+
 /// A home in which the installed program has run.
 class ForgetMe : public testing::Test
 {
@@ -72,7 +79,7 @@ protected:
 
 TEST_F(ForgetMe, RemovesWhatIsTheProgramsAndNothingElse)
 {
-    WriteFile(StartEntry(), AutostartFileOf(u"Kelora"_s, {u'"' + Own(u"Lumivara"_s) + u'"', false}));
+    WriteFile(StartEntry(), StartFile(u'"' + Own(u"Lumivara"_s) + u'"'));
     const QStringList before = Left();
     for (const char *answer : {"", "y\n", "no\n"}) {
         const ToolRun asked = Forget({}, answer);
@@ -101,10 +108,10 @@ TEST_F(ForgetMe, StartEntriesOfOthersStay)
         bool goes;
     };
     const Case cases[] = {
-        {AutostartFileOf(u"Kelora"_s, {u'"' + Own(u"Lumivara"_s) + u'"', false}), true},
-        {AutostartFileOf(u"Kelora"_s, {u"\"/gone/Lumivara\""_s, false}), true},
-        {AutostartFileOf(u"Kelora"_s, {}), true},
-        {AutostartFileOf(u"Kelora"_s, {u"\"/bin/sh\""_s, false}), false},
+        {StartFile(u'"' + Own(u"Lumivara"_s) + u'"'), true},
+        {StartFile(u"\"/gone/Lumivara\""_s), true},
+        {StartFile({}), true},
+        {StartFile(u"\"/bin/sh\""_s), false},
         {"[Desktop Entry]\nType=Application\nName=Kelora\nExec=\"/gone/kelora\"\n", false},
     };
     for (const Case &test : cases) {

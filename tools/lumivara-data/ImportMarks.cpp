@@ -133,6 +133,8 @@ int ImportMarks(const QStringList &arguments, Console &console)
                             : u"%1: cannot be written"_s.arg(QFileInfo(path).path()));
     }
     DataFile file;
+    constexpr int pagesInMemory = 4096; // with the few of the default each new mark waits for the disk
+    file.Database().SetCachePages(pagesInMemory);
     file.Open(path);
     if (!IsMarks(file))
         throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
