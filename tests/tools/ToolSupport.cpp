@@ -1,6 +1,7 @@
 #include "tools/ToolSupport.h"
 
 #include "stores/Scripter.h"
+#include "stores/Statement.h"
 #include "support/TestSupport.h"
 
 #include <QCoreApplication>
@@ -131,6 +132,11 @@ QList<QList<QVariant>> OpenedDatabase::Rows(const QString &select)
 void OpenedDatabase::Execute(const QString &statement)
 {
     RunScript(statement + u';');
+}
+
+void OpenedDatabase::Hold(const QString &statement)
+{
+    Statement(m_database.Attachment(), m_transaction.Native(), statement).Execute(m_transaction.Native(), {});
 }
 
 void OpenedDatabase::RunScript(const QString &script)

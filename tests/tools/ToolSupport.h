@@ -52,6 +52,9 @@ public:
     void Execute(const QString &statement);
     /// Statements as the scripter takes them, committed.
     void RunScript(const QString &script);
+    /// A statement that nobody else sees before Commit().
+    void Hold(const QString &statement);
+    void Commit() { m_transaction.Commit(); }
 
 private:
     TpFIBDatabase m_database;

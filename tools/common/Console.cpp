@@ -61,7 +61,7 @@ void Console::Error(const QString &message)
     PrintError(m_tool + u": "_s + message + u'\n');
 }
 
-void Console::Progress(const QString &work, qsizetype done, qsizetype total)
+void Console::Progress(const QString &work, qsizetype done, qsizetype total, const QString &unit)
 {
     ThrowIfInterrupted();
     if (!m_showsProgress)
@@ -75,7 +75,7 @@ void Console::Progress(const QString &work, qsizetype done, qsizetype total)
     }
     if (!ErrorsGoToATerminal()) {
         if (isNew)
-            Write(stderr, u"%1: %2 rows\n"_s.arg(work).arg(total));
+            Write(stderr, u"%1: %2 %3\n"_s.arg(work).arg(total).arg(unit));
         return;
     }
     constexpr qint64 restMilliseconds = 100;

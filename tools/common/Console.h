@@ -19,7 +19,7 @@ public:
     void Error(const QString &message);
     /// How far a long work is. On a terminal one line is rewritten, with an estimate of the time that is left;
     /// elsewhere the first call of a work prints a line. Throws ToolError when the user wants the tool to end.
-    void Progress(const QString &work, qsizetype done, qsizetype total);
+    void Progress(const QString &work, qsizetype done, qsizetype total, const QString &unit = QStringLiteral("rows"));
     /// Off: long works are silent.
     void SetShowsProgress(bool on) { m_showsProgress = on; }
     /// Ends the line that Progress rewrites.

@@ -11,8 +11,13 @@ namespace {
 QString Usage(std::span<const Verb> verbs, const QString &tool)
 {
     QString text = u"Usage: %1 VERB [options]\n\nVerbs:\n"_s.arg(tool);
+    constexpr qsizetype leastWidth = 8;
+    qsizetype width = leastWidth;
     for (const Verb &verb : verbs)
-        text += u"  %1  %2\n"_s.arg(QString::fromUtf16(verb.name).leftJustified(8), QString::fromUtf16(verb.summary));
+        width = qMax(width, QStringView(verb.name).size());
+    for (const Verb &verb : verbs)
+        text +=
+            u"  %1  %2\n"_s.arg(QString::fromUtf16(verb.name).leftJustified(width), QString::fromUtf16(verb.summary));
     text += u"\n\"%1 VERB --help\" tells a verb's options.\n"_s.arg(tool);
     text += u"Exit codes: 0 clean, 1 findings, 2 wrong usage or a file that cannot be read or written.\n"_s;
     return text;

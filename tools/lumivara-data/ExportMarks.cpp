@@ -1,38 +1,56 @@
 #include "lumivara-data/Verbs.h"
 
 #include "common/Console.h"
+#include "common/Interrupt.h"
 #include "common/Report.h"
 #include "lumivara-data/DataFile.h"
 #include "lumivara-data/MarksCheck.h"
 #include "lumivara-data/MarksExport.h"
+#include "lumivara-data/UnfinishedFile.h"
 
 #include <QCommandLineParser>
+#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-using Form = QString (*)(const QList<ExportedMark> &);
-
-Form FormNamed(const QString &name)
+/// Gives the number of marks.
+qsizetype Write(DataFile &file, const MarksForm &form, const std::function<void(const QString &)> &write)
 {
-    if (name == "html"_L1)
-        return MarksAsHtml;
-    if (name == "markdown"_L1 || name == "md"_L1)
-        return MarksAsMarkdown;
-    if (name == "csv"_L1)
-        return MarksAsCsv;
-    throw ToolError(u"there is no format \"%1\": html, markdown or csv"_s.arg(name));
+    qsizetype count = 0;
+    std::optional<ExportedMark> previous;
+    write(form.head);
+    VisitMarks(file, [&](const ExportedMark &mark) {
+        ThrowIfInterrupted();
+        write(form.mark(mark, previous ? &*previous : nullptr));
+        previous = mark;
+        ++count;
+    });
+    write(form.tail);
+    return count;
 }
 
-void WriteWhole(const QString &path, const QString &text)
+qsizetype WriteWhole(DataFile &file, const MarksForm &form, const QString &path)
 {
-    QSaveFile file(path);
-    const QByteArray bytes = text.toUtf8();
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        throw ToolError(u"%1: %2"_s.arg(path, file.errorString()));
+    FileInTheMaking target(path);
+    QFile out(target.Path());
+    const auto fail = [&] { throw ToolError(u"%1: %2"_s.arg(path, out.errorString())); };
+    if (!out.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        fail();
+    const qsizetype count = Write(file, form, [&](const QString &text) {
+        const QByteArray bytes = text.toUtf8();
+        if (out.write(bytes) != bytes.size())
+            fail();
+    });
+    out.close();
+    if (out.error() != QFile::NoError)
+        fail();
+    target.Finish();
+    return count;
 }
 
 } // namespace
@@ -60,8 +78,8 @@ int ExportMarks(const QStringList &arguments, Console &console)
         throw ToolError(u"--json leaves no room for marks on the standard output; give --out"_s);
     if (out.isEmpty() && !parser.isSet(u"format"_s))
         throw ToolError(u"export wants --format or --out"_s);
-    const Form form =
-        FormNamed(parser.isSet(u"format"_s) ? parser.value(u"format"_s) : QFileInfo(out).suffix().toLower());
+    const MarksForm form =
+        MarksFormNamed(parser.isSet(u"format"_s) ? parser.value(u"format"_s) : QFileInfo(out).suffix().toLower());
 
     const QString path = QFileInfo(parser.value(u"file"_s)).absoluteFilePath();
     if (!QFileInfo(path).isFile())
@@ -70,14 +88,11 @@ int ExportMarks(const QStringList &arguments, Console &console)
     file.Open(path);
     if (!IsMarks(file))
         throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
-    const QList<ExportedMark> marks = ReadMarks(file);
-    file.Close();
     if (out.isEmpty()) {
-        console.Print(form(marks));
+        Write(file, form, [&console](const QString &text) { console.Print(text); });
         return ExitCode::Clean;
     }
-    WriteWhole(out, form(marks));
-    report.Count(u"marks"_s, marks.size());
+    report.Count(u"marks"_s, WriteWhole(file, form, out));
     report.Tell(u"file"_s, out);
     return report.Finish();
 }

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QDateTime>
-#include <QList>
 #include <QString>
+
+#include <functional>
 
 class DataFile;
 
@@ -19,14 +20,27 @@ struct ExportedMark
     QString excerptHtml; ///< the stored page, without a byte order mark
 };
 
-/// Every mark of an open file, also those that the program does not list, by text and key.
-QList<ExportedMark> ReadMarks(DataFile &file);
+/// Gives every mark of an open file, also those that the program does not list, by text and key.
+void VisitMarks(DataFile &file, const std::function<void(const ExportedMark &)> &visit);
 
 /// A stored excerpt as text: blocks on lines of their own, without tags.
 QString ExcerptText(const QString &html);
+/// The title that documents show: one line, "#" and the key where there is none.
+QString ShownTitle(const ExportedMark &mark);
+/// "Cao" for 2; the number where it is no priority.
+QString PriorityName(int priority);
+/// A text with LF alone for its line ends.
+QString WithUnixLineEnds(QString text);
 
-/// The three forms, as whole documents. HTML holds no mark-up of the excerpts. CSV has a header line, CR LF ends its
+/// A document made mark by mark. HTML holds no mark-up of the excerpts. CSV has a header line, CR LF ends its
 /// records, and times are local in ISO form.
-QString MarksAsHtml(const QList<ExportedMark> &marks);
-QString MarksAsMarkdown(const QList<ExportedMark> &marks);
-QString MarksAsCsv(const QList<ExportedMark> &marks);
+struct MarksForm
+{
+    const char16_t *name;
+    QString head;
+    /// `previous` is the mark before, null for the first.
+    QString (*mark)(const ExportedMark &mark, const ExportedMark *previous);
+    QString tail;
+};
+/// "html", "markdown", "md" or "csv". Throws ToolError for another name.
+MarksForm MarksFormNamed(const QString &name);

@@ -14,6 +14,7 @@ constexpr Verb Table[] = {
     {u"restore", u"make a file of marks out of a backup", RunRestore},
     {u"import", u"make a canon, a dictionary or marks out of open formats", RunImport},
     {u"export", u"write a canon, a dictionary or marks in open formats", RunExport},
+    {u"forget-me", u"remove what the program keeps for this user, but not the notes", RunForgetMe},
 };
 
 struct ThingName

@@ -12,6 +12,7 @@ int RunBackup(const QStringList &arguments, Console &console);
 int RunRestore(const QStringList &arguments, Console &console);
 int RunImport(const QStringList &arguments, Console &console);
 int RunExport(const QStringList &arguments, Console &console);
+int RunForgetMe(const QStringList &arguments, Console &console);
 
 /// Import and export by what is meant; `arguments` is what follows that word.
 int ImportCanon(const QStringList &arguments, Console &console);

@@ -1,0 +1,194 @@
+#include "lumivara-data/Verbs.h"
+
+#include "common/Console.h"
+#include "common/Report.h"
+#include "lumivara-data/DataFile.h"
+#include "stores/AutostartEntry.h"
+
+#include <QCommandLineParser>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <iostream>
+#include <string>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// One thing that goes, and why it is the program's.
+struct Trace
+{
+    QString path;
+    QString what;
+};
+
+QString Place(QStandardPaths::StandardLocation location)
+{
+    return QDir::cleanPath(QStandardPaths::writableLocation(location));
+}
+
+/// The folder where the installed program runs for this user.
+QString OwnFolder()
+{
+    return Place(QStandardPaths::GenericDataLocation) + u"/lumivara/Lumivara"_s;
+}
+
+QFileInfoList EntriesOf(const QString &folder, const QStringList &names)
+{
+    return QDir(folder).entryInfoList(names, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                                      QDir::Name);
+}
+
+/// What the launcher and the program put into the user's program folder. By name, so that nothing else goes with it.
+void AddProgram(const QString &folder, QList<Trace> &traces, QStringList &kept)
+{
+    static const QStringList ours{
+        u"Lumivara"_s,   u"lumivara-data"_s,   u"lumivara-lang"_s,        u"lumivara-skins"_s,
+        u"launcher"_s,   u"firebird"_s,        u"libfbclient.so.2"_s,     u"lock"_s,
+        u"KELORA.FDB"_s, u"PALIDICT.FDB"_s,    u"AllSkins.skinres"_s,     u"LumivaraUserGuide.pdf"_s,
+        u"*.lng"_s,      u"tmpfocus.html"_s,   u"tmpfocus.html.??????"_s, u".new-??????"_s,
+        u"*.FDB.part"_s, u"*.FDB.part.lock"_s, u"*.FDB.import.lock"_s};
+    static const QStringList notes{u"TARUNECLIENT.FDB"_s, u"backup"_s};
+    for (const QFileInfo &entry : EntriesOf(folder, {})) {
+        if (notes.contains(entry.fileName()))
+            continue;
+        if (QDir::match(ours, entry.fileName()))
+            traces.append({entry.filePath(), u"program"_s});
+        else
+            kept.append(entry.filePath());
+    }
+}
+
+void AddSettings(const QString &folder, QList<Trace> &traces)
+{
+    for (const QFileInfo &entry :
+         EntriesOf(folder, {u"registry.json"_s, u"registry.lock"_s, u"registry.damaged-*.json"_s}))
+        traces.append({entry.filePath(), u"settings"_s});
+}
+
+/// The start list's file, if it starts what goes or nothing at all.
+void AddStartEntry(const QString &folder, const QString &program, QList<Trace> &traces, QStringList &kept)
+{
+    for (const QFileInfo &entry : EntriesOf(folder, {u"Kelora.desktop"_s})) {
+        QFile file(entry.filePath());
+        if (!file.open(QIODevice::ReadOnly))
+            throw ToolError(u"%1: %2"_s.arg(entry.filePath(), file.errorString()));
+        const QByteArray bytes = file.readAll();
+        QString command = ReadAutostartFile(bytes).command;
+        command.remove(u'"');
+        const bool wasMadeByUs = bytes.contains("\nX-Lumivara-Command=") || command.isEmpty();
+        const bool startsAnother = QFileInfo::exists(command) && QFileInfo(command).absolutePath() != program;
+        if (wasMadeByUs && !startsAnother)
+            traces.append({entry.filePath(), u"start-list entry"_s});
+        else
+            kept.append(entry.filePath());
+    }
+}
+
+void AddCaches(QList<Trace> &traces)
+{
+    for (const QFileInfo &entry : EntriesOf(Place(QStandardPaths::GenericCacheLocation), {u"Lumivara*"_s}))
+        traces.append({entry.filePath(), u"cache"_s});
+    const QString runtime = Place(QStandardPaths::RuntimeLocation);
+    for (const QFileInfo &entry : EntriesOf(runtime, {u"lumivara-lock-*"_s})) {
+        if (!runtime.isEmpty() && entry.isDir())
+            traces.append({entry.filePath(), u"cache"_s});
+    }
+}
+
+/// Throws while the program has the marks open: it would go on with locks that a next one does not know of.
+void RefuseWhileOpen(const QString &marks)
+{
+    if (!QFileInfo(marks).isFile())
+        return;
+    qlonglong attachments = 0;
+    try {
+        DataFile file;
+        file.Open(marks);
+        attachments =
+            file.Rows(u"select count(*) from MON$ATTACHMENTS A where A.MON$SYSTEM_FLAG = 0"_s)[0][0].toLongLong();
+        file.Close();
+    } catch (const std::exception &) {
+        return; // the program can't have opened it either
+    }
+    if (attachments > 1)
+        throw ToolError(u"%1 is open: end the program first; nothing was removed"_s.arg(marks));
+}
+
+/// Links themselves go, never what they lead to.
+bool Remove(const QString &path)
+{
+    const QFileInfo entry(path);
+    return entry.isDir() && !entry.isSymLink() ? QDir(path).removeRecursively() : QFile::remove(path);
+}
+
+void Confirm(const QList<Trace> &traces, Console &console)
+{
+    QString text = u"This goes for good:\n"_s;
+    for (const Trace &trace : traces)
+        text += u"  %1 (%2)\n"_s.arg(trace.path, trace.what);
+    console.PrintError(text + u"The notes stay. Type \"yes\" to go on: "_s);
+    std::string answer;
+    std::getline(std::cin, answer);
+    if (QString::fromStdString(answer).trimmed() != u"yes"_s)
+        throw ToolError(u"nothing was removed"_s);
+}
+
+} // namespace
+
+int RunForgetMe(const QStringList &arguments, Console &console)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        u"Removes what the program keeps for this user: the settings, the start-list entry, caches and the user's\n"
+        u"program folder. The notes stay: TARUNECLIENT.FDB and the folder \"backup\" beside it, and every file that\n"
+        u"is not the program's. Asks before it does so."_s);
+    parser.addOption(
+        {u"folder"_s, u"The program folder; the one of the installed program by default."_s, u"FOLDER"_s, OwnFolder()});
+    parser.addOption({u"yes"_s, u"Does not ask."_s});
+    Report::AddOptions(parser);
+    if (ParseOrHelp(parser, u"forget-me [options]"_s, arguments, console))
+        return ExitCode::Clean;
+    if (const QStringList rest = parser.positionalArguments(); !rest.isEmpty())
+        throw ToolError(u"forget-me does not know \"%1\""_s.arg(rest.first()));
+    Report report(console);
+    report.TakeOptions(parser);
+    const QString folder = QFileInfo(parser.value(u"folder"_s)).absoluteFilePath();
+    const bool isFolder =
+        QFileInfo(folder + u"/TARUNECLIENT.FDB"_s).exists() || QFileInfo(folder + u"/Lumivara"_s).exists();
+    if (parser.isSet(u"folder"_s) && !isFolder)
+        throw ToolError(u"%1: is no folder of the program"_s.arg(folder));
+
+    const QString config = Place(QStandardPaths::GenericConfigLocation);
+    QList<Trace> traces;
+    QStringList kept;
+    AddSettings(config + u"/lumivara"_s, traces);
+    AddStartEntry(config + u"/autostart"_s, folder, traces, kept);
+    AddCaches(traces);
+    if (isFolder) {
+        RefuseWhileOpen(folder + u"/TARUNECLIENT.FDB"_s);
+        AddProgram(folder, traces, kept);
+    }
+    if (!traces.isEmpty() && !parser.isSet(u"yes"_s))
+        Confirm(traces, console);
+    for (const Trace &trace : std::as_const(traces)) {
+        if (Remove(trace.path)) {
+            report.Say(u"%1: removed"_s.arg(trace.path));
+            report.Count(u"removed"_s, 1);
+        } else {
+            report.Find(trace.path, u"could not be removed"_s);
+        }
+    }
+    // Only what is empty now.
+    QDir().rmdir(config + u"/lumivara"_s);
+    QDir().rmdir(folder);
+    QDir().rmdir(QFileInfo(folder).path());
+    for (const QString &path : std::as_const(kept))
+        report.Note(path, u"is not the program's: kept"_s);
+    if (QFileInfo::exists(folder + u"/TARUNECLIENT.FDB"_s))
+        report.Note(folder + u"/TARUNECLIENT.FDB"_s, u"the notes: kept"_s);
+    return report.Finish(traces.isEmpty() ? u"nothing to remove"_s : QString());
+}
