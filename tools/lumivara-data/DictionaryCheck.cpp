@@ -15,13 +15,12 @@ constexpr qsizetype LongestWord = 63;
 /// Of one sort of fault no more than this is told: a dictionary in another order would have one for every word.
 constexpr qsizetype MostOfASort = 20;
 
-/// A word is found by its own text if one of the two forms that the search makes of it is the word.
+} // namespace
+
 bool CanBeReached(const QString &word)
 {
     return word == LowerForm(word) || word == MixedForm(word);
 }
-
-} // namespace
 
 QString TagFault(const QByteArray &html)
 {

@@ -48,7 +48,9 @@ private:
     QHash<QByteArray, qsizetype> m_counts;
 };
 
+/// A word is found by its own text if one of the two forms that the search makes of it is the word.
+bool CanBeReached(const QString &word);
+
 /// What is wrong with the nesting of the tags in a text, in words; empty if nothing is. Elements that need no end tag
-/// and
-/// "<" before anything but a letter or "/" are no fault.
+/// and "<" before anything but a letter or "/" are no fault.
 QString TagFault(const QByteArray &html);
