@@ -8,4 +8,5 @@ void RegisterPostMeasures();
 void RegisterSearchMeasures();
 void RegisterLanguageMeasures();
 void RegisterDictionaryMeasures();
+void RegisterDictionaryIoMeasures();
 void RegisterMarksMeasures();

@@ -29,6 +29,7 @@ int main(int argc, char **argv)
     RegisterSearchMeasures();
     RegisterLanguageMeasures();
     RegisterDictionaryMeasures();
+    RegisterDictionaryIoMeasures();
     RegisterMarksMeasures();
     RegisterPostMeasures();
     // Inside the event loop, as in the program: the engine runs slowly without one.

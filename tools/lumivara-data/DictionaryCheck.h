@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QList>
+#include <QSet>
 #include <QString>
 
 /// What a check of a dictionary found.
@@ -43,7 +44,8 @@ private:
     qsizetype m_wordCount = 0;
     QString m_previous;
     QByteArray m_previousKey;
-    QHash<QString, int> m_seen;
+    QSet<quint64> m_seen; ///< digests, which take less room than the words of a large dictionary
+    QSet<quint64> m_seenTwice;
     QList<Finding> m_findings;
     QHash<QByteArray, qsizetype> m_counts;
 };

@@ -84,7 +84,7 @@ TextNumbers::Slot &TextNumbers::Find(quint64 high, quint64 low)
 
 DictionaryWriter::DictionaryWriter(const QString &path)
 {
-    m_file.Create(path, PageSize);
+    m_file.Create(path, PageSize, false);
     m_file.RunSchema(u"dictionary"_s);
     m_entries =
         std::make_unique<RowWriter>(m_file, u"DICTIONARY_ENTRY"_s, QStringList{u"ID_ENTRY"_s, u"WORD_CONTENT"_s});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "lumivara-data/DataFile.h"
+#include "lumivara-data/EntryIntake.h"
 #include "lumivara-data/RecordSorter.h"
 
 #include <QByteArray>
@@ -34,7 +35,7 @@ private:
 /// Makes a dictionary database row by row, of any size and within a fixed memory but for some bytes for each entry. The
 /// entries go into the file as they come, equal ones once; the words are sorted outside the memory and follow at the
 /// end. Failures are thrown as ToolError or DatabaseError.
-class DictionaryWriter
+class DictionaryWriter : public WordStore
 {
 public:
     /// Longest word, in UTF-16 units.
@@ -45,12 +46,10 @@ public:
 
     /// Makes the file, which must not exist.
     explicit DictionaryWriter(const QString &path);
-    ~DictionaryWriter();
+    ~DictionaryWriter() override;
 
-    /// Stores an entry, of any size, and gives its number.
-    int AddEntry(const QByteArray &content);
-    /// Gives a kind (1 to 8) a word of 1 to 63 units, which leads to an entry.
-    void AddWord(int kind, const QString &word, int entry);
+    int AddEntry(const QByteArray &content) override;
+    void AddWord(int kind, const QString &word, int entry) override;
     qsizetype WordCount() const { return m_words.Count(); }
 
     /// Stores the words in dictionary order and leaves the file in read-only mode. Entries of one word are joined by a

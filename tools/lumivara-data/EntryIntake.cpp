@@ -69,7 +69,7 @@ int EntryIntake::TakeEntry(QByteArray content, const SourcePlace &place)
             content.replace('<', "&lt;");
         }
     }
-    return m_writer.AddEntry(content);
+    return m_store.AddEntry(content);
 }
 
 bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace &place)
@@ -100,6 +100,6 @@ bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace
         m_report.Note(place.Text(), u"\"%1\" is taken in lower case, or no search would find it"_s.arg(word));
         word = LowerForm(word);
     }
-    m_writer.AddWord(m_kind, word, entry);
+    m_store.AddWord(m_kind, word, entry);
     return true;
 }

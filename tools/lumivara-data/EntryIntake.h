@@ -3,8 +3,18 @@
 #include <QByteArray>
 #include <QString>
 
-class DictionaryWriter;
 class Report;
+
+/// What keeps words and entries.
+class WordStore
+{
+public:
+    virtual ~WordStore() = default;
+    /// Stores an entry, of any size, and gives its number from 1; equal ones have the same.
+    virtual int AddEntry(const QByteArray &content) = 0;
+    /// Gives a kind (1 to 8) a word of 1 to 63 UTF-16 units, which leads to an entry.
+    virtual void AddWord(int kind, const QString &word, int entry) = 0;
+};
 
 /// Where a word stands in its source; made a text only when there is something to tell.
 struct SourcePlace
@@ -20,8 +30,7 @@ struct SourcePlace
 class EntryIntake
 {
 public:
-    EntryIntake(int kind, DictionaryWriter &writer, Report &report) : m_kind(kind), m_writer(writer), m_report(report)
-    {}
+    EntryIntake(int kind, WordStore &store, Report &report) : m_kind(kind), m_store(store), m_report(report) {}
 
     /// Takes a word and its entry, UTF-8 in the line mark-up. The entry's number, or 0 if it was left out.
     int Take(const QByteArray &word, QByteArray content, const SourcePlace &place);
@@ -37,6 +46,6 @@ private:
     void LeaveOut(const SourcePlace &place, const QString &why);
 
     int m_kind;
-    DictionaryWriter &m_writer;
+    WordStore &m_store;
     Report &m_report;
 };
