@@ -49,6 +49,31 @@ struct RawStatement::Private
         });
     }
 
+    void Execute(const QVariantList &parameters)
+    {
+        Checked(master, [&](auto *status) {
+            in.resize(input->getMessageLength(status));
+            for (unsigned i = 0; i < input->getCount(status); ++i) {
+                unsigned char *place = in.data() + input->getOffset(status, i);
+                const unsigned type = input->getType(status, i) & ~1U;
+                const QVariant &value = parameters[static_cast<int>(i)];
+                if (type == SQL_BLOB) {
+                    ISC_QUAD id;
+                    const QByteArray bytes = value.toByteArray();
+                    IBlob *blob = attachment->createBlob(status, transaction, &id, 0, nullptr);
+                    blob->putSegment(status, static_cast<unsigned>(bytes.size()), bytes.constData());
+                    blob->close(status);
+                    std::memcpy(place, &id, sizeof id);
+                } else {
+                    Bind(place, type, value);
+                }
+            }
+            statement->execute(status, transaction, input, in.data(), nullptr, nullptr);
+            return 0;
+        });
+    }
+
+    std::vector<unsigned char> in; ///< kept from run to run
     IMaster *master = nullptr;
     IAttachment *attachment = nullptr;
     ITransaction *transaction = nullptr;
@@ -56,7 +81,6 @@ struct RawStatement::Private
     IMessageMetadata *input = nullptr;
     IMessageMetadata *output = nullptr;
 
-private:
     static void Bind(unsigned char *place, unsigned type, const QVariant &value)
     {
         if (type == SQL_LONG) {
@@ -105,7 +129,8 @@ RawStatement::~RawStatement()
 {
     CheckStatusWrapper status(d->master->getStatus());
     d->statement->free(&status);
-    d->transaction->rollback(&status);
+    if (d->transaction)
+        d->transaction->rollback(&status);
     d->attachment->detach(&status);
 }
 
@@ -155,5 +180,19 @@ qint64 RawStatement::ReadBlobs(const QVariantList &parameters)
             return true;
         });
         return bytes;
+    });
+}
+
+void RawStatement::Execute(const QVariantList &parameters)
+{
+    d->Execute(parameters);
+}
+
+void RawStatement::Commit()
+{
+    Checked(d->master, [&](auto *status) {
+        d->transaction->commit(status);
+        d->transaction = nullptr;
+        return 0;
     });
 }

@@ -22,6 +22,9 @@ public:
     int FetchTo(const QVariantList &parameters, const QString &text);
     /// Runs the select, whose first column is a blob, and reads every blob into one buffer. The number of bytes.
     qint64 ReadBlobs(const QVariantList &parameters = {});
+    /// Runs a statement without rows with its parameters: integers, texts, and byte arrays as blobs.
+    void Execute(const QVariantList &parameters);
+    void Commit();
 
 private:
     struct Private;

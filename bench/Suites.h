@@ -8,5 +8,6 @@ void RegisterPostMeasures();
 void RegisterSearchMeasures();
 void RegisterLanguageMeasures();
 void RegisterDictionaryMeasures();
+void RegisterDictionaryIoMeasures();
 void RegisterMarksMeasures();
 void RegisterSkinMeasures();

@@ -29,6 +29,7 @@ int main(int argc, char **argv)
     RegisterSearchMeasures();
     RegisterLanguageMeasures();
     RegisterDictionaryMeasures();
+    RegisterDictionaryIoMeasures();
     RegisterMarksMeasures();
     RegisterSkinMeasures();
     RegisterPostMeasures();

@@ -109,7 +109,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadDictionary{"KindNine", u"dictionary 9\n"_s, "d.txt:1: the kind is a number from 1 to 8"},
         BadDictionary{"WordTwice", u"dictionary 5\n% a\nx\n% a\n"_s, "d.txt:4: \"a\" comes twice"},
         BadDictionary{"LongWord", u"dictionary 5\n% "_s + QString(64, u'ā'), "d.txt:2: a word has 1 to 63 characters"},
-        BadDictionary{"NoEntry", u"dictionary 5\n% a\n\n% b\nx\n"_s, "d.txt:4: \"a\" has no entry"},
+        BadDictionary{"NoEntry", u"dictionary 5\n% a\n\n% b\nx\n"_s, "d.txt:2: \"a\" has no entry"},
         BadDictionary{"FormOfNothing", u"forms 5\nc: d\n"_s, "d.txt:2: no dictionary has the word \"c\""},
         BadDictionary{"FormThatIsAWord", u"forms 5\na: b\n"_s, "d.txt:2: the form \"b\" is a word already"},
         BadDictionary{"FormsOfKindNine", u"forms 5 9\na: d\n"_s, "d.txt:1: the kind is a number from 1 to 8"},

@@ -6,44 +6,14 @@
 #include "lumivara-data/DataFile.h"
 #include "lumivara-data/DictionaryFile.h"
 #include "lumivara-data/MarksCheck.h"
+#include "lumivara-data/PrivateCopy.h"
 
 #include <QCommandLineParser>
-#include <QFileInfo>
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Copies the file to a folder of our own. The engine writes into whatever it opens (header page, lock files beside it)
-/// and refuses some files without write permission: a check must do neither.
-QString CopyOf(const QString &path, const QTemporaryDir &folder)
-{
-    const QFileInfo info(path);
-    if (!info.exists())
-        throw ToolError(u"%1: there is no such file"_s.arg(path));
-    if (!info.isFile())
-        throw ToolError(u"%1: not a file"_s.arg(path));
-    QFile original(path);
-    QFile copy(folder.filePath(u"checked.fdb"_s));
-    if (!folder.isValid() || !copy.open(QIODevice::WriteOnly))
-        throw ToolError(u"there is no place for a temporary copy: %1"_s.arg(folder.isValid() ? copy.errorString()
-                                                                                             : folder.errorString()));
-    if (!original.open(QIODevice::ReadOnly))
-        throw ToolError(u"%1: %2"_s.arg(path, original.errorString()));
-    constexpr qint64 chunk = 1 << 20;
-    while (!original.atEnd()) {
-        const QByteArray bytes = original.read(chunk);
-        if (bytes.isEmpty())
-            throw ToolError(u"%1: %2"_s.arg(path, original.errorString()));
-        if (copy.write(bytes) != bytes.size())
-            throw ToolError(u"there is no room for a temporary copy: %1"_s.arg(copy.errorString()));
-    }
-    copy.close();
-    if (copy.error() != QFileDevice::NoError)
-        throw ToolError(u"there is no room for a temporary copy: %1"_s.arg(copy.errorString()));
-    return copy.fileName();
-}
 
 void Tell(const QList<Finding> &findings, Report &report)
 {
@@ -108,7 +78,7 @@ int RunCheck(const QStringList &arguments, Console &console)
 
     const QTemporaryDir folder;
     DataFile file;
-    file.Open(CopyOf(words.first(), folder));
+    file.Open(PrivateCopy(words.first(), folder));
     const Thing found = ThingIn(file);
     if (found == Thing::None)
         throw ToolError(u"no canon (tables KELORA_TREE, KELORA_CONTENT), no dictionary (procedure SP_GET_LIST_WORDS) "

@@ -15,13 +15,12 @@ constexpr qsizetype LongestWord = 63;
 /// Of one sort of fault no more than this is told: a dictionary in another order would have one for every word.
 constexpr qsizetype MostOfASort = 20;
 
-/// A word is found by its own text if one of the two forms that the search makes of it is the word.
+} // namespace
+
 bool CanBeReached(const QString &word)
 {
     return word == LowerForm(word) || word == MixedForm(word);
 }
-
-} // namespace
 
 QString TagFault(const QByteArray &html)
 {
@@ -81,8 +80,12 @@ void DictionaryChecker::AddWord(const QString &word)
     }
     if (word.size() > LongestWord)
         Fault("long words", row, u"has %1 characters, more than %2"_s.arg(word.size()).arg(LongestWord));
-    if (m_seen[word]++ == 1)
+    if (const quint64 digest = qHash(word, size_t(0)); m_seen.contains(digest) && !m_seenTwice.contains(digest)) {
+        m_seenTwice.insert(digest);
         Fault("words twice", row, u"comes more than once"_s);
+    } else {
+        m_seen.insert(digest);
+    }
     if (!CanBeReached(word))
         Fault("words out of reach", row, u"is neither in lower case nor with one capital, so no search finds it"_s);
     const QByteArray key = DictionarySortKey(m_kind, word);

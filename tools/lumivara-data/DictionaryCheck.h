@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QList>
+#include <QSet>
 #include <QString>
 
 /// What a check of a dictionary found.
@@ -43,12 +44,15 @@ private:
     qsizetype m_wordCount = 0;
     QString m_previous;
     QByteArray m_previousKey;
-    QHash<QString, int> m_seen;
+    QSet<quint64> m_seen; ///< digests, which take less room than the words of a large dictionary
+    QSet<quint64> m_seenTwice;
     QList<Finding> m_findings;
     QHash<QByteArray, qsizetype> m_counts;
 };
 
+/// A word is found by its own text if one of the two forms that the search makes of it is the word.
+bool CanBeReached(const QString &word);
+
 /// What is wrong with the nesting of the tags in a text, in words; empty if nothing is. Elements that need no end tag
-/// and
-/// "<" before anything but a letter or "/" are no fault.
+/// and "<" before anything but a letter or "/" are no fault.
 QString TagFault(const QByteArray &html);

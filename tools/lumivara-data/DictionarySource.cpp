@@ -1,8 +1,12 @@
 #include "lumivara-data/DictionarySource.h"
 
 #include "lumivara-data/CanonSource.h"
+#include "lumivara-data/DictionaryWriter.h"
+#include "lumivara-data/TextLines.h"
 #include "lumivara-data/Verbs.h"
+#include "lumivara-data/WordLines.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QHash>
 #include <QSet>
@@ -11,14 +15,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype LongestWord = 63;
 const QString FormsHeading = u"forms "_s;
 
 /// Where in a source a fault stands.
 class Place
 {
 public:
-    explicit Place(const QString &fileName) : m_fileName(fileName) {}
+    explicit Place(const QString &fileName, qsizetype number = 0) : m_fileName(fileName), m_number(number) {}
     void NextLine() { ++m_number; }
     [[noreturn]] void Fail(const QString &message) const
     {
@@ -33,13 +36,13 @@ public:
     }
     void CheckWord(const QString &word) const
     {
-        if (word.isEmpty() || word.size() > LongestWord)
-            Fail(u"a word has 1 to %1 characters"_s.arg(LongestWord));
+        if (word.isEmpty() || word.size() > DictionaryWriter::LongestWord)
+            Fail(u"a word has 1 to %1 characters"_s.arg(DictionaryWriter::LongestWord));
     }
 
 private:
     QString m_fileName;
-    int m_number = 0;
+    qsizetype m_number;
 };
 
 bool IsComment(const QString &line)
@@ -51,38 +54,26 @@ bool IsComment(const QString &line)
 
 QList<DictionaryEntry> ParseDictionary(const QString &source, const QString &fileName)
 {
+    QByteArray bytes = source.toUtf8();
+    QBuffer device(&bytes);
+    device.open(QIODevice::ReadOnly);
+    TextLines lines(device, fileName);
+    MarkUpWords words(lines, [&](qsizetype line, const QString &fault) { Place(fileName, line).Fail(fault); });
     QList<DictionaryEntry> entries;
-    QSet<QString> words;
-    int kind = 0;
-    Place place(fileName);
-    const auto finishEntry = [&] {
-        if (entries.isEmpty())
-            return;
-        entries.last().content = entries.last().content.trimmed();
-        if (entries.last().content.isEmpty())
-            place.Fail(u"\"%1\" has no entry"_s.arg(entries.last().word));
-    };
-    for (const QString &line : source.split(u'\n')) {
-        place.NextLine();
-        if (line.startsWith(u"% "_s)) {
-            finishEntry();
-            const QString word = line.mid(2).trimmed();
-            if (kind == 0)
-                place.Fail(u"a word before \"dictionary KIND\""_s);
-            place.CheckWord(word);
-            if (words.contains(word))
-                place.Fail(u"\"%1\" comes twice"_s.arg(word));
-            words.insert(word);
-            entries.append({kind, word, {}, {}});
-        } else if (!entries.isEmpty()) {
-            entries.last().content += line.toUtf8() + '\n';
-        } else if (line.startsWith(u"dictionary "_s)) {
-            kind = place.KindOf(line.mid(11));
-        } else if (!IsComment(line)) {
-            place.Fail(u"text before the first word"_s);
-        }
+    QSet<QString> known;
+    for (MarkUpWords::Word word; words.Next(word);) {
+        const QString name = QString::fromUtf8(word.name);
+        const Place place(fileName, word.line);
+        if (words.Kind() == 0)
+            place.Fail(u"a word before \"dictionary KIND\""_s);
+        place.CheckWord(name);
+        if (known.contains(name))
+            place.Fail(u"\"%1\" comes twice"_s.arg(name));
+        if (word.content.isEmpty())
+            place.Fail(u"\"%1\" has no entry"_s.arg(name));
+        known.insert(name);
+        entries.append({words.Kind(), name, word.content, {}});
     }
-    finishEntry();
     return entries;
 }
 

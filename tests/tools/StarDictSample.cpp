@@ -1,0 +1,109 @@
+#include "tools/StarDictSample.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QtEndian>
+
+#include <zlib.h>
+
+namespace {
+
+void Put(const QString &path, const QByteArray &bytes)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("no room for a dictionary");
+}
+
+template <typename Number>
+QByteArray Big(Number number)
+{
+    QByteArray bytes(sizeof number, '\0');
+    qToBigEndian(number, bytes.data());
+    return bytes;
+}
+
+template <typename Number>
+QByteArray LittleEndian(Number number)
+{
+    QByteArray bytes(sizeof number, '\0');
+    qToLittleEndian(number, bytes.data());
+    return bytes;
+}
+
+QByteArray Little(quint16 number)
+{
+    return LittleEndian(number);
+}
+
+QByteArray Little32(quint32 number)
+{
+    return LittleEndian(number);
+}
+
+QByteArray Deflated(const QByteArray &bytes, int windowBits, int flush)
+{
+    z_stream stream = {};
+    deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, windowBits, 8, Z_DEFAULT_STRATEGY);
+    QByteArray packed(qsizetype(deflateBound(&stream, uLong(bytes.size()))) + 64, '\0');
+    stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(bytes.constData()));
+    stream.avail_in = uInt(bytes.size());
+    stream.next_out = reinterpret_cast<Bytef *>(packed.data());
+    stream.avail_out = uInt(packed.size());
+    deflate(&stream, flush);
+    packed.chop(stream.avail_out);
+    deflateEnd(&stream);
+    return packed;
+}
+
+QByteArray Gzip(const QByteArray &bytes)
+{
+    return Deflated(bytes, MAX_WBITS + 16, Z_FINISH);
+}
+
+QByteArray DictZip(const QByteArray &bytes, int chunkSize)
+{
+    QByteArray sizes, chunks;
+    const auto sum = quint32(crc32(0, reinterpret_cast<const Bytef *>(bytes.constData()), uInt(bytes.size())));
+    for (qsizetype at = 0; at < bytes.size(); at += chunkSize) {
+        const QByteArray chunk = Deflated(bytes.mid(at, chunkSize), -MAX_WBITS, Z_FULL_FLUSH);
+        sizes += Little(quint16(chunk.size()));
+        chunks += chunk;
+    }
+    const QByteArray account = Little(1) + Little(quint16(chunkSize)) + Little(quint16(sizes.size() / 2)) + sizes;
+    const QByteArray extra = "RA" + Little(quint16(account.size())) + account;
+    // Extra field and name; what stands behind the chunks is for whole readers.
+    return QByteArray("\x1F\x8B\x08\x0C\0\0\0\0\0\x03", 10) + Little(quint16(extra.size())) + extra +
+           QByteArray("name\0", 5) + chunks + QByteArray("\x03\0", 2) + Little32(sum) + Little32(quint32(bytes.size()));
+}
+
+} // namespace
+
+void StarDictSample::Write(const QString &base) const
+{
+    QByteArray texts, index, synonyms;
+    for (const Word &word : words) {
+        const quint64 offset = word.offset < 0 ? quint64(texts.size()) : quint64(word.offset);
+        const auto size = quint32(word.size < 0 ? word.text.size() : word.size);
+        index += word.name + '\0' + (offsetBits == 64 ? Big(offset) : Big(quint32(offset))) + Big(size);
+        texts += word.text;
+    }
+    for (const Form &form : forms)
+        synonyms += form.name + '\0' + Big(form.word);
+    Put(base + QStringLiteral(".ifo"),
+        "StarDict's dict ifo file\nversion=" + version + "\nbookname=Sample\nwordcount=" +
+            QByteArray::number(words.size()) + "\nidxfilesize=" + QByteArray::number(index.size()) + '\n' +
+            (forms.isEmpty() ? QByteArray() : "synwordcount=" + QByteArray::number(forms.size()) + '\n') +
+            (offsetBits == 64 ? "idxoffsetbits=64\n" : "") +
+            (types.isEmpty() ? QByteArray() : "sametypesequence=" + types + '\n') + moreDescription);
+    Put(base + (hasPackedIndex ? QStringLiteral(".idx.gz") : QStringLiteral(".idx")),
+        hasPackedIndex ? Gzip(index) : index);
+    if (!forms.isEmpty())
+        Put(base + QStringLiteral(".syn"), synonyms);
+    if (packing == Packing::Plain)
+        Put(base + QStringLiteral(".dict"), texts);
+    else
+        Put(base + QStringLiteral(".dict.dz"), packing == Packing::Gzip ? Gzip(texts) : DictZip(texts, chunkSize));
+}

@@ -1,0 +1,105 @@
+#include "lumivara-data/EntryIntake.h"
+
+#include "common/Report.h"
+#include "dictionary/WordRules.h"
+#include "lumivara-data/DictionaryCheck.h"
+#include "lumivara-data/DictionaryWriter.h"
+#include "lumivara-data/PageFacts.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool IsControl(char c)
+{
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte < ' ' && c != '\n' && c != '\t' && c != '\r') || byte == 0x7F;
+}
+
+bool IsControlUnit(QChar unit)
+{
+    return unit.category() == QChar::Other_Control || unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator;
+}
+
+/// Without the signs that steer devices; one that parts words becomes a blank.
+QString WithoutControls(QString word)
+{
+    for (QChar &unit : word) {
+        if (unit == u'\n' || unit == u'\t' || unit == u'\r')
+            unit = u' ';
+    }
+    word.removeIf(IsControlUnit);
+    return word.simplified();
+}
+
+} // namespace
+
+void EntryIntake::LeaveOut(const SourcePlace &place, const QString &why)
+{
+    m_report.Find(place.Text(), why + u"; left out"_s);
+}
+
+int EntryIntake::Take(const QByteArray &word, QByteArray content, const SourcePlace &place)
+{
+    const int entry = TakeEntry(std::move(content), place);
+    return entry && TakeWord(word, entry, place) ? entry : 0;
+}
+
+int EntryIntake::TakeEntry(QByteArray content, const SourcePlace &place)
+{
+    if (content.size() > DictionaryWriter::LongestEntry) {
+        LeaveOut(place, u"the entry has more than %1 bytes"_s.arg(DictionaryWriter::LongestEntry));
+        return 0;
+    }
+    if (const qsizetype bad = FirstBadUtf8Byte(content); bad >= 0) {
+        LeaveOut(place, u"the entry is not UTF-8 at byte %1"_s.arg(bad));
+        return 0;
+    }
+    if (const qsizetype size = content.size(); content.removeIf(IsControl).size() != size)
+        m_report.Note(place.Text(), u"%1 control characters are taken out of the entry"_s.arg(size - content.size()));
+    if (content.trimmed().isEmpty()) {
+        LeaveOut(place, u"the entry is empty"_s);
+        return 0;
+    }
+    if (content.contains('<')) {
+        if (const QString fault = TagFault(content); !fault.isEmpty()) {
+            m_report.Note(place.Text(), u"%1; its tags are shown as text"_s.arg(fault));
+            content.replace('<', "&lt;");
+        }
+    }
+    return m_store.AddEntry(content);
+}
+
+bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace &place)
+{
+    if (FirstBadUtf8Byte(bytes) >= 0) {
+        LeaveOut(place, u"the word is not UTF-8"_s);
+        return false;
+    }
+    const QString given = QString::fromUtf8(bytes);
+    QString word = given.trimmed();
+    if (std::any_of(word.cbegin(), word.cend(), IsControlUnit)) {
+        word = WithoutControls(word);
+        m_report.Note(place.Text(), u"control characters are taken out of \"%1\""_s.arg(word));
+    }
+    // Typed words are composed.
+    word = word.normalized(QString::NormalizationForm_C);
+    if (word.isEmpty()) {
+        LeaveOut(place, u"the word is empty"_s);
+        return false;
+    }
+    if (word.size() > DictionaryWriter::LongestWord) {
+        LeaveOut(place, u"\"%1…\" has %2 characters, more than %3"_s.arg(word.left(DictionaryWriter::LongestWord))
+                            .arg(word.size())
+                            .arg(DictionaryWriter::LongestWord));
+        return false;
+    }
+    if (!CanBeReached(word)) {
+        m_report.Note(place.Text(), u"\"%1\" is taken in lower case, or no search would find it"_s.arg(word));
+        word = LowerForm(word);
+    }
+    m_store.AddWord(m_kind, word, entry);
+    return true;
+}

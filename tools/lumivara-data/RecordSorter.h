@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QTemporaryFile>
+
+#include <memory>
+#include <vector>
+
+/// Puts byte strings in the order of their bytes, of any number and within a fixed memory: what does not fit is sorted
+/// in runs on the disk, which are merged while they are read. Failures of the disk are thrown as ToolError.
+class RecordSorter
+{
+public:
+    static constexpr qsizetype LongestRecord = 65535;
+
+    /// `memory` in bytes is what the records take until they go to the disk.
+    explicit RecordSorter(qsizetype memory = 48 << 20);
+    ~RecordSorter();
+    Q_DISABLE_COPY_MOVE(RecordSorter)
+
+    void Add(QByteArrayView record);
+    qsizetype Count() const { return m_count; }
+
+    /// Ends the adding. Then Next() gives one record after the other, once; a view holds until the next call.
+    void Sort();
+    bool Next(QByteArrayView &record);
+
+private:
+    struct Place
+    {
+        quint64 prefix; ///< the first bytes as a number, which decide most comparisons
+        quint32 offset;
+        quint32 size;
+    };
+    class Run;
+
+    QByteArrayView At(const Place &place) const;
+    void SortInMemory();
+    void WriteRun();
+
+    qsizetype m_memory;
+    qsizetype m_count = 0;
+    std::vector<char> m_bytes;
+    std::vector<Place> m_places;
+    size_t m_next = 0;
+    std::vector<std::unique_ptr<Run>> m_runs;
+    Run *m_given = nullptr; ///< whose record the last view shows
+};

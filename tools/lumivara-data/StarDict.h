@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+
+#include <vector>
+
+class Console;
+class DictTexts;
+class EntryIntake;
+class EntryMarkup;
+class RecordSorter;
+class Report;
+
+/// A dictionary in the StarDict form: NAME.ifo and beside it NAME.idx or NAME.idx.gz, NAME.dict or NAME.dict.dz, and
+/// NAME.syn where words have more forms. What of it cannot be used at all throws ToolError; what is wrong with a word
+/// is told and the word left out.
+class StarDict
+{
+public:
+    /// `ifoPath` is NAME.ifo, or a folder that holds one such file.
+    StarDict(const QString &ifoPath, Report &report);
+
+    /// Hands over every word, form and entry. The entries are read in the order in which their texts stand.
+    void TakeAll(EntryIntake &intake, Console &console);
+
+    /// What the description says of itself.
+    QString BookName() const { return m_bookName; }
+
+    /// Name of a line in the description of a dictionary whose entries are in the line mark-up already.
+    static constexpr char MarkUpKey[] = "lumivara-markup";
+
+private:
+    QString Beside(const QString &ending) const;
+    quint64 Number(const QHash<QByteArray, QByteArray> &values, const char *key, quint64 most) const;
+    void ReadDescription();
+    quint64 ReadIndex(RecordSorter &words, Console &console);
+    void TakeWords(RecordSorter &words, DictTexts &texts, EntryIntake &intake, Console &console);
+    void TakeForms(EntryIntake &intake, Console &console);
+    QByteArray EntryOf(const QByteArray &word, const QByteArray &text);
+    void AddField(char type, QByteArrayView field, EntryMarkup &entry);
+    void TellSkipped();
+
+    Report &m_report;
+    QString m_base;   ///< path without the ending
+    QString m_folder; ///< that all files must stand in, without links
+    QString m_bookName;
+    QByteArray m_sameTypes;
+    quint64 m_wordCount = 0;
+    quint64 m_formCount = 0;
+    quint64 m_indexSize = 0;
+    int m_offsetBytes = 4;
+    bool m_isMarkedUp = false;
+    std::vector<int> m_entries; ///< number of the entry by that of the word
+    QHash<char, qsizetype> m_skipped;
+};

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+class EntryIntake;
+class QIODevice;
+class TextLines;
+
+/// Words and entries in the source form of a dictionary: "dictionary KIND", then for each entry "% word" and its lines.
+/// A line that begins with a backslash is taken as it stands behind it, ends and blanks included.
+class MarkUpWords
+{
+public:
+    /// What is told of a line: its number and the fault.
+    using Fault = std::function<void(qsizetype line, const QString &fault)>;
+
+    struct Word
+    {
+        QByteArray name;
+        QByteArray content; ///< cut off behind the longest entry that there may be
+        qsizetype line = 0; ///< of the word
+    };
+
+    MarkUpWords(TextLines &lines, Fault fault) : m_lines(lines), m_fault(std::move(fault)) {}
+
+    /// False at the end.
+    bool Next(Word &word);
+    /// The kind that the last "dictionary KIND" before the first word told; 0 for none.
+    int Kind() const { return m_kind; }
+
+    /// An entry's lines as this form has them, each ended by "\n". Reading them gives the same bytes.
+    static QByteArray Written(const QByteArray &content);
+
+private:
+    void ReadHead(const QByteArray &line);
+
+    TextLines &m_lines;
+    Fault m_fault;
+    std::optional<QByteArray> m_nextWord;
+    qsizetype m_nextLine = 0;
+    int m_kind = 0;
+};
+
+/// An entry on one line, and back: a backslash, a tab and the signs that end lines stand as "\\", "\t", "\n" and "\r".
+QByteArray EscapedEntry(const QByteArray &content);
+QByteArray UnescapedEntry(QByteArrayView text);
+
+/// Takes all words of a text: "word TAB entry", one a line, or the source form. The device is open; `fileName` names it
+/// in what is told.
+void TakeTabbedWords(QIODevice &device, const QString &fileName, EntryIntake &intake,
+                     const std::function<void()> &progress);
+void TakeMarkUpWords(QIODevice &device, const QString &fileName, EntryIntake &intake,
+                     const std::function<void()> &progress);
