@@ -220,7 +220,7 @@ void TpFIBDatabase::SetConnected(bool connected)
     m_handle = Attach(*this, ConnectBlock(*this, m_dbParams));
 }
 
-void TpFIBDatabase::CreateDatabase(int pageSize)
+void TpFIBDatabase::CreateDatabase(int pageSize, bool forcedWrites)
 {
     if (Connected())
         throw DatabaseError(u"The database is already connected"_s);
@@ -231,7 +231,7 @@ void TpFIBDatabase::CreateDatabase(int pageSize)
     ParameterBlock block = ConnectBlock(*this, m_dbParams);
     EngineStatus *status = client.Status();
     block->insertInt(status, isc_dpb_page_size, pageSize);
-    block->insertInt(status, isc_dpb_force_write, 1);
+    block->insertInt(status, isc_dpb_force_write, forcedWrites ? 1 : 0);
     InsertText(block.get(), isc_dpb_set_db_charset, u"UNICODE_FSS"_s);
     Firebird::IAttachment *made = MakeAttachment([&] {
         return client.Provider()->createDatabase(status, m_dbName.toUtf8().constData(), block->getBufferLength(status),

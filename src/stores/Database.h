@@ -39,8 +39,10 @@ public:
 
     bool Connected() const;
     void SetConnected(bool connected);
-    /// Makes a new file at DBName (page size in bytes) and attaches to it. Throws if the file exists. Tools and tests.
-    void CreateDatabase(int pageSize = 16384);
+    /// Makes a new file at DBName (page size in bytes) and attaches to it. Throws if the file exists. Without forced
+    /// writes the engine does not wait for the disk at each of them: right for a file that nobody uses before it was
+    /// brought to the disk as a whole. Tools and tests.
+    void CreateDatabase(int pageSize = 16384, bool forcedWrites = true);
     /// Turns the attached file's read-only mode on or off; needs to be the only attachment. Its transactions
     /// end. Tools.
     void SetReadOnlyMode(bool on);

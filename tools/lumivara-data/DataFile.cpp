@@ -23,10 +23,10 @@ void DataFile::Configure(const QString &path)
     m_transaction.TRParams() = {u"write"_s, u"isc_tpb_nowait"_s, u"read_committed"_s, u"rec_version"_s};
 }
 
-void DataFile::Create(const QString &path, int pageSize)
+void DataFile::Create(const QString &path, int pageSize, bool forcedWrites)
 {
     Configure(path);
-    m_database.CreateDatabase(pageSize);
+    m_database.CreateDatabase(pageSize, forcedWrites);
 }
 
 void DataFile::Open(const QString &path)

@@ -15,8 +15,9 @@ class Statement;
 class DataFile
 {
 public:
-    /// Makes a new file with pages of that many bytes. Throws if it exists.
-    void Create(const QString &path, int pageSize = 16384);
+    /// Makes a new file with pages of that many bytes. Throws if it exists. Without forced writes the rows come many
+    /// times faster, and the file has to be brought to the disk at the end.
+    void Create(const QString &path, int pageSize = 16384, bool forcedWrites = true);
     void Open(const QString &path);
     void Close();
 
