@@ -9,3 +9,4 @@ void RegisterSearchMeasures();
 void RegisterLanguageMeasures();
 void RegisterDictionaryMeasures();
 void RegisterMarksMeasures();
+void RegisterCanonIoMeasures();
