@@ -6,6 +6,8 @@
 #include "lumivara-data/CanonTable.h"
 #include "lumivara-data/HtmlCleaner.h"
 
+#include <QCommandLineParser>
+
 #include <gmock/gmock.h>
 
 #include <random>
@@ -89,17 +91,18 @@ TEST(HtmlCleaner, TakesOutWhatLeadsOutAndLeavesTheRest)
          "<meta name=a content=b>"},
         {"<base href=x><link rel=stylesheet href=x>a<!-- b --><!-->c", "ac"},
         {"<style>@import 'x'; p{color:red;background:url( http://x )}</style>",
-         "<style><!-- p{color:red;background:none}--></style>"},
+         "<style><!--p{color:red;background:none}--></style>"},
         {"<style>p{background:u\\72l(x)}</style><style>a>b{c:d}</style>",
          "<style><!----></style><style>a>b{c:d}</style>"},
         {"<p style='background:url(http://x)'>a<p style='color:red'>b", "<p>a<p style='color:red'>b"},
         {"<title><img src=x onerror=y></title>", "<title>&lt;img src=x onerror=y></title>"},
         {"<svg><style><img src=x onerror=y></style></svg>", "<svg><style>img src=x onerror=y></style></svg>"},
+        {"<a b href/=javascript:x onx/>a</a><p a= onx>b", "<a b href>a</a><p a= onx>b"},
         {"<!DOCTYPE html><?xml x?></ x>1 < 2 <p a=\"unfinished", "<!DOCTYPE html>1 &lt; 2 "},
     };
     for (const auto &row : rows) {
         CleaningCounts counts;
-        EXPECT_EQ(CleanHtml(row.html, counts).html, row.cleaned) << row.html.constData();
+        EXPECT_EQ(CleanHtml(row.html, counts).html.toStdString(), row.cleaned.toStdString()) << row.html.constData();
     }
 }
 
@@ -169,10 +172,13 @@ TEST(Mutated, TablesAreReadOrRefused)
     Mutations mutations(
         {"\"", "\"\"", ",", "\n", "\r", "group,", "99999999999", "[[[[", "{\"key\":", "null", "1e300", "}"});
     Console console(u"test"_s);
-    console.SetShowsProgress(false);
+    QCommandLineParser quiet;
+    Report::AddOptions(quiet);
+    quiet.parse({u"test"_s, u"--quiet"_s});
     for (int i = 0; i < MutationCount; ++i) {
         Report report(console);
-        report.AddUntold(1000); // nothing is printed any more
+        report.TakeOptions(quiet);
+        report.AddUntold(1000); // so that no finding is printed
         const int form = i % 2;
         try {
             for (const CanonTableRow &row :

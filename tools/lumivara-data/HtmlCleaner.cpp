@@ -336,6 +336,9 @@ private:
 
     bool KeepsAttribute(const QByteArray &tag, const Attribute &attribute)
     {
+        // Behind another attribute it would be that one's value.
+        if (attribute.name.startsWith('='))
+            return false;
         if (attribute.name.startsWith("on")) {
             ++m_counts.handlers;
             return false;
@@ -369,7 +372,8 @@ private:
         m_out.html.append('<' + name);
         for (const Attribute *attribute : kept)
             m_out.html.append(' ').append(attribute->source);
-        m_out.html.append(source.endsWith("/>") ? "/>" : ">");
+        // Behind a bare value the slash would belong to that.
+        m_out.html.append(source.endsWith("/>") && m_out.html.endsWith('"') ? "/>" : ">");
     }
 
     /// What stands between a tag and its end tag, which stays to be read.
@@ -394,9 +398,9 @@ private:
 
     void WriteStyle(QByteArrayView source)
     {
-        QByteArray css = source.toByteArray().replace("<!--", "").replace("-->", "");
-        css.replace('<', "");
-        css = CleanCss(css, m_counts);
+        // Blanks in their place, so that nothing new is made of what stands on both sides.
+        QByteArray css = source.toByteArray().replace("<!--", " ").replace("-->", " ").replace('<', ' ');
+        css = CleanCss(css, m_counts).trimmed();
         // The plain text of a page is what stands outside of "<" and ">": so no word of a style is found as text.
         const bool canHide = !css.contains('>');
         m_out.html.append(canHide ? "<!--" + css + "-->" : css);
