@@ -36,7 +36,8 @@ void Put(const QString &path, const QByteArray &json)
 /// Words enough for any segment, another piece of them each time.
 QByteArray Words(const QByteArray &words, int seed)
 {
-    return words.mid(words.indexOf(' ', seed * 37 % (words.size() / 2)) + 1, 40 + seed * 13 % 120).simplified();
+    const qsizetype start = words.indexOf(' ', seed * 37 % (words.size() / 2)) + 1;
+    return words.mid(start, words.indexOf(' ', start + 40 + seed * 13 % 120) - start);
 }
 
 /// A segmented collection of 20 MB in three languages, and what becomes of it.
