@@ -11,3 +11,4 @@ void RegisterDictionaryMeasures();
 void RegisterDictionaryIoMeasures();
 void RegisterMarksMeasures();
 void RegisterSkinMeasures();
+void RegisterCanonIoMeasures();

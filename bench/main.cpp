@@ -33,6 +33,7 @@ int main(int argc, char **argv)
     RegisterMarksMeasures();
     RegisterSkinMeasures();
     RegisterPostMeasures();
+    RegisterCanonIoMeasures();
     // Inside the event loop, as in the program: the engine runs slowly without one.
     QTimer::singleShot(0, &application, [&] {
         if (names.size() == 2 && names.front() == QStringLiteral("--list-memory")) {

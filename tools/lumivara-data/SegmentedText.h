@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <stdexcept>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+/// A file of segments that can't be understood: the line, from 1, and what is wrong there.
+class SegmentFault : public std::runtime_error
+{
+public:
+    SegmentFault(int line, const QString &fault)
+        : std::runtime_error(fault.toUtf8().constData()), m_line(line), m_fault(fault)
+    {}
+    int Line() const { return m_line; }
+    const QString &Fault() const { return m_fault; }
+
+private:
+    int m_line;
+    QString m_fault;
+};
+
+/// One piece of a text: its id ("dn1:1.1") and its value, both UTF-8.
+struct TextSegment
+{
+    QByteArray id;
+    QByteArray value;
+};
+
+/// The segments of one JSON object whose values are all strings, in the order of the file, repeated ids included.
+/// `json` is UTF-8 without a byte order mark. Throws SegmentFault; nothing nested is ever entered, so no depth harms.
+std::vector<TextSegment> ParseSegments(const QByteArray &json);
+
+/// What a text has of each segment: its forms by column and its mark-up.
+struct AlignedSegment
+{
+    static constexpr int Columns = 3;
+
+    QByteArray id;
+    QByteArray text[Columns];
+    /// "{}" where the text goes; null if the mark-up lacks the segment.
+    QByteArray markup;
+};
+
+/// Brings the files of one text together by segment id. The first file gives the order; an id that it lacks stands
+/// behind the one that it follows in its own file.
+class Alignment
+{
+public:
+    /// Ids that a file has twice go into `repeated`; their first value stays.
+    void AddText(int column, const std::vector<TextSegment> &segments, std::vector<QByteArray> &repeated);
+    void AddMarkup(const std::vector<TextSegment> &segments, std::vector<QByteArray> &repeated);
+    /// In order. Leaves nothing behind.
+    std::vector<AlignedSegment> Take();
+
+private:
+    template <typename Place>
+    void Add(const std::vector<TextSegment> &segments, std::vector<QByteArray> &repeated, Place place);
+
+    std::vector<AlignedSegment> m_segments;
+    std::vector<int> m_next; ///< of each segment, -1 at the end
+    std::vector<int> m_lastFile;
+    std::unordered_map<std::string_view, int> m_places;
+    int m_first = -1;
+    int m_files = 0;
+};
