@@ -8,6 +8,8 @@
 namespace {
 
 const QString ExecKey = QStringLiteral("Exec");
+// Desktops start nothing while the file that this names is missing.
+const QString ConditionKey = QStringLiteral("TryExec");
 const QString CommandKey = QStringLiteral("X-Lumivara-Command");
 const QString ExpandableKey = QStringLiteral("X-Lumivara-Expandable");
 const QString HiddenKey = QStringLiteral("Hidden");
@@ -83,14 +85,25 @@ QString UnescapedValue(const QString &text)
     return plain;
 }
 
-/// The Exec line that starts a command of the list.
-QString ExecOf(const QString &command)
+/// The file name of a command in double quotes; empty for any other command.
+QString QuotedFile(const QString &command)
 {
     constexpr qsizetype bothQuotes = 2;
     const QLatin1Char quote('"');
+    if (command.size() <= bothQuotes || !command.startsWith(quote) || !command.endsWith(quote))
+        return {};
+    return command.mid(1, command.size() - bothQuotes);
+}
+
+/// The Exec line that starts a command of the list.
+QString ExecOf(const QString &command, const QString &launcher)
+{
+    // The launcher brings the user's copy of the program up to date first.
+    if (!launcher.isEmpty())
+        return QuotedArgument(launcher);
     // The quotes around a path are the list's own: within them stands one file name, whatever letters it has.
-    if (command.size() > bothQuotes && command.startsWith(quote) && command.endsWith(quote))
-        return QuotedArgument(command.mid(1, command.size() - bothQuotes));
+    if (const QString file = QuotedFile(command); !file.isEmpty())
+        return QuotedArgument(file);
     QStringList arguments;
     for (const QString &argument : QProcess::splitCommand(command))
         arguments += QuotedArgument(argument);
@@ -149,12 +162,27 @@ QByteArray AutostartFileOf(const QString &name, const AutostartEntry &entry)
     } else {
         // Per cent escapes, because no other form of a value keeps every letter, blanks at the ends included.
         const QByteArray exact = QUrl::toPercentEncoding(entry.command, QByteArrayLiteral("/\"'()+,:@\\"));
-        lines += ExecKey + QLatin1Char('=') + EscapedValue(ExecOf(entry.command));
+        if (!entry.launcher.isEmpty())
+            lines += ConditionKey + QLatin1Char('=') + EscapedValue(entry.launcher);
+        lines += ExecKey + QLatin1Char('=') + EscapedValue(ExecOf(entry.command, entry.launcher));
         lines += CommandKey + QLatin1Char('=') + EscapedValue(QString::fromLatin1(exact));
     }
     if (entry.isExpandable)
         lines += ExpandableKey + QLatin1Char('=') + True;
     return (lines.join(QLatin1Char('\n')) + QLatin1Char('\n')).toUtf8();
+}
+
+QString LauncherNoteOf(const QString &command)
+{
+    const QString file = QuotedFile(command);
+    const qsizetype end = file.lastIndexOf(QLatin1Char('/'));
+    return file.startsWith(QLatin1Char('/')) ? file.left(end + 1) + QStringLiteral("launcher") : QString();
+}
+
+QString ReadLauncherNote(const QByteArray &bytes)
+{
+    const QString path = QString::fromUtf8(bytes).trimmed();
+    return path.startsWith(QLatin1Char('/')) && !path.contains(QLatin1Char('\n')) ? path : QString();
 }
 
 AutostartEntry ReadAutostartFile(const QByteArray &bytes)
@@ -167,6 +195,7 @@ AutostartEntry ReadAutostartFile(const QByteArray &bytes)
     const QString exact = QUrl::fromPercentEncoding(UnescapedValue(values.value(CommandKey)).toLatin1());
     const QString exec = UnescapedValue(values.value(ExecKey));
     // An Exec line that was changed since is what the desktop runs.
-    entry.command = !exact.isEmpty() && ExecOf(exact) == exec ? exact : CommandOf(exec);
+    entry.launcher = UnescapedValue(values.value(ConditionKey));
+    entry.command = !exact.isEmpty() && ExecOf(exact, entry.launcher) == exec ? exact : CommandOf(exec);
     return entry;
 }

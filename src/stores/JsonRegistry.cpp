@@ -314,7 +314,12 @@ void JsonRegistry::WriteAutostart(const QString &name, const SettingsValue &valu
     if (!isCommand || !IsEntryName(name))
         throw RegistryError(qt_error_string(EINVAL));
     QString errorText;
-    const AutostartEntry entry{value.text, value.type == RegistryType::ExpandString};
+    AutostartEntry entry{value.text, value.type == RegistryType::ExpandString, {}};
+    // Installed for all users, a program is started through its launcher, and not at all once that is gone.
+    QByteArray note;
+    if (const QString place = LauncherNoteOf(value.text);
+        !place.isEmpty() && m_disk.Read(place, note, errorText) == SettingsDisk::ReadResult::Read)
+        entry.launcher = ReadLauncherNote(note);
     if (!m_disk.WriteAtomically(AutostartFile(name), AutostartFileOf(name, entry), errorText))
         throw RegistryError(errorText);
 }

@@ -31,11 +31,16 @@ TEST(AutostartFile, GivesTheCommandBackExactly)
                                QStringLiteral("\""),
                                QStringLiteral("\"\"")};
     for (const QString &command : commands) {
-        const AutostartEntry entry = ReadAutostartFile(AutostartFileOf(QStringLiteral("Kelora"), {command, false}));
-        EXPECT_EQ(entry.command, command) << command.toStdString();
-        EXPECT_FALSE(entry.isExpandable);
+        for (const QString &launcher :
+             {QString(), QStringLiteral("/usr/bin/lumivara"), QStringLiteral("/a\\b 50%\"/l")}) {
+            const AutostartEntry entry =
+                ReadAutostartFile(AutostartFileOf(QStringLiteral("Kelora"), {command, false, launcher}));
+            EXPECT_EQ(entry.command, command) << command.toStdString();
+            EXPECT_EQ(entry.launcher, launcher) << command.toStdString();
+            EXPECT_FALSE(entry.isExpandable);
+        }
     }
-    EXPECT_TRUE(ReadAutostartFile(AutostartFileOf(QStringLiteral("K"), {QStringLiteral("x"), true})).isExpandable);
+    EXPECT_TRUE(ReadAutostartFile(AutostartFileOf(QStringLiteral("K"), {QStringLiteral("x"), true, {}})).isExpandable);
 }
 
 TEST(AutostartFile, RunsTheFileBetweenTheQuotes)
@@ -51,12 +56,28 @@ TEST(AutostartFile, RunsTheFileBetweenTheQuotes)
                  {QStringLiteral("\"/a\\b\""), "\"/a\\\\\\\\b\""},
                  {QStringLiteral("/opt/L --quiet"), "\"/opt/L\" \"--quiet\""}};
     for (const auto &row : cases)
-        EXPECT_EQ(Line(AutostartFileOf(QStringLiteral("Kelora"), {row.command, false}), "Exec"), row.exec);
+        EXPECT_EQ(Line(AutostartFileOf(QStringLiteral("Kelora"), {row.command, false, {}}), "Exec"), row.exec);
+
+    const QByteArray packaged = AutostartFileOf(QStringLiteral("Kelora"),
+                                                {QStringLiteral("\"/home/u/L\""), false, QStringLiteral("/usr/bin/l")});
+    EXPECT_EQ(Line(packaged, "TryExec"), "/usr/bin/l");
+    EXPECT_EQ(Line(packaged, "Exec"), "\"/usr/bin/l\"");
+}
+
+TEST(AutostartFile, LauncherStandsInANoteBesideTheProgram)
+{
+    EXPECT_EQ(LauncherNoteOf(QStringLiteral("\"/home/a \"b/L\"")), QStringLiteral("/home/a \"b/launcher"));
+    for (const QString &command :
+         {QStringLiteral("/opt/L"), QStringLiteral("\"L\""), QStringLiteral("\"C:\\L.exe\""), QString()})
+        EXPECT_EQ(LauncherNoteOf(command), QString()) << command.toStdString();
+    EXPECT_EQ(ReadLauncherNote("/usr/bin/lumivara\n"), QStringLiteral("/usr/bin/lumivara"));
+    for (const char *note : {"", "\n", "lumivara", "/usr/bin/lumivara\nHidden=true\n"})
+        EXPECT_EQ(ReadLauncherNote(note), QString()) << note;
 }
 
 TEST(AutostartFile, OfAnEmptyCommandIsHiddenAndStartsNothing)
 {
-    const QByteArray file = AutostartFileOf(QStringLiteral("Kelora"), {QString(), false});
+    const QByteArray file = AutostartFileOf(QStringLiteral("Kelora"), {QString(), false, {}});
     EXPECT_EQ(Line(file, "Hidden"), "true");
     EXPECT_EQ(Line(file, "Exec"), "(none)");
     EXPECT_TRUE(ReadAutostartFile(file).command.isEmpty());
@@ -94,6 +115,9 @@ INSTANTIATE_TEST_SUITE_P(
         ForeignCase{"SwitchedOffByTheDesktop", "[Desktop Entry]\nExec=/opt/L\nX-GNOME-Autostart-enabled=false\n",
                     QString()},
         ForeignCase{"ChangedExecWins", "[Desktop Entry]\nExec=/new\nX-Lumivara-Command=/old\n", QStringLiteral("/new")},
+        ForeignCase{"ChangedExecWinsOverALauncher",
+                    "[Desktop Entry]\nTryExec=/usr/bin/l\nExec=/new\nX-Lumivara-Command=/old\n",
+                    QStringLiteral("/new")},
         ForeignCase{"NoGroup", "Exec=/opt/L\n", QString()}, ForeignCase{"Empty", "", QString()},
         ForeignCase{"Random", QByteArray("\0\xFF[\n=\n", 7), QString()},
         ForeignCase{"EndsInABackslash", "[Desktop Entry]\nExec=\"a\\", QStringLiteral("\"a\\")}),

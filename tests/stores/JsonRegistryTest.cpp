@@ -441,6 +441,22 @@ TEST_F(StoredSettings, MachineHasTheStartListAlone)
     EXPECT_EQ(registry.GetDataType(QStringLiteral("Kelora")), RegistryType::ExpandString);
 }
 
+TEST_F(StoredSettings, StartListRunsTheLauncherThatTheProgramsFolderNames)
+{
+    JsonRegistry registry = Make();
+    registry.RootKey = RegistryRoot::LocalMachine;
+    EXPECT_TRUE(registry.OpenKey(StartList, true));
+    const QString command = QStringLiteral("\"%1\"").arg(m_folder.Path(QStringLiteral("Lumivara")));
+    for (const QByteArray &note : {QByteArray("/usr/bin/lumivara\n"), QByteArray("nonsense")}) {
+        WriteFile(m_folder.Path(QStringLiteral("launcher")), note);
+        registry.WriteString(QStringLiteral("Kelora"), command);
+        EXPECT_EQ(registry.ReadString(QStringLiteral("Kelora")), command);
+        EXPECT_EQ(ReadFile(m_folder.Path(QStringLiteral("autostart/Kelora.desktop")))
+                      .contains("\nTryExec=/usr/bin/lumivara\nExec=\"/usr/bin/lumivara\"\n"),
+                  note.startsWith('/'));
+    }
+}
+
 TEST_F(StoredSettings, StartListHoldsCommandsUnderFileNamesOnly)
 {
     JsonRegistry registry = Make();

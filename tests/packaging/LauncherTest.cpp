@@ -1,0 +1,213 @@
+#include "support/TestSupport.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// An installed tree with scripts for programs, and a home beside it. The scripts tell which file runs.
+class Installed : public testing::Test
+{
+protected:
+    Installed()
+    {
+        QDir().mkpath(At(u"bin"_s));
+        QFile::copy(QCoreApplication::applicationDirPath() + u"/packaging/lumivara"_s, At(u"bin/lumivara"_s));
+        QFile::link(u"lumivara"_s, At(u"bin/lumivara-data"_s));
+        Put(At(u"lib/lumivara/Lumivara"_s), Script + "# 1\n");
+        Put(At(u"lib/lumivara/lumivara-data"_s), Script);
+        Put(At(u"lib/lumivara/first-settings"_s), "#!/bin/sh\n[ -e \"$1/KELORA.FDB\" ] && echo settings\n");
+        Put(At(u"lib/lumivara/firebird/firebird.conf"_s), "conf");
+        Put(At(u"lib/lumivara/libfbclient.so.2"_s), "client");
+        for (const QString &name : {u"KELORA.FDB"_s, u"TARUNECLIENT.FDB"_s, u"English.lng"_s})
+            Put(At(u"share/lumivara/"_s + name), name.toUtf8() + " 1");
+        environment.remove(u"XDG_DATA_HOME"_s);
+        environment.remove(u"DISPLAY"_s);
+        environment.remove(u"WAYLAND_DISPLAY"_s);
+        environment.insert(u"HOME"_s, Home());
+    }
+
+    struct Run
+    {
+        int code;
+        QString output, errors;
+    };
+    Run Launch(const QString &name = u"lumivara"_s, const QStringList &arguments = {}) const
+    {
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.start(At(u"bin/"_s + name), arguments);
+        EXPECT_TRUE(process.waitForFinished()) << qPrintable(name);
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    /// A path of the installed tree, of the home, of the user's program folder.
+    QString At(const QString &path) const { return m_scratch.Path(u"usr dir/"_s + path); }
+    QString Home() const { return m_scratch.Path(u"Người đọc 1"_s); }
+    QString Own(const QString &name = {}) const { return Home() + u"/.local/share/lumivara/Lumivara/"_s + name; }
+
+    static void Put(const QString &path, const QByteArray &bytes)
+    {
+        QDir().mkpath(QFileInfo(path).path());
+        QFile::remove(path);
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(path);
+        file.write(bytes);
+        file.setPermissions(file.permissions() | QFile::ExeOwner);
+    }
+    static QByteArray Read(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
+    }
+
+    static inline const QByteArray Script = "#!/bin/sh\necho \"$0\" \"$@\"\nexit 7\n";
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+
+private:
+    ScratchFolder m_scratch;
+};
+
+/// The program refuses root, as the browser engine does.
+class InstalledForReaders : public Installed
+{
+protected:
+    void SetUp() override
+    {
+        if (::getuid() == 0)
+            GTEST_SKIP() << "an ordinary user's test";
+    }
+};
+
+TEST_F(InstalledForReaders, FirstStartMakesTheFolderAndTheSettings)
+{
+    const Run run = Launch(u"lumivara"_s, {u"--argument"_s});
+    EXPECT_EQ(run.code, 7);
+    EXPECT_EQ(run.output, u"settings\n"_s + Own(u"Lumivara\n"_s));
+    EXPECT_EQ(run.errors, QString());
+    EXPECT_EQ(Read(Own(u"launcher"_s)), At(u"bin/lumivara\n"_s).toUtf8());
+    const QDir own(Own());
+    EXPECT_EQ(own.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name),
+              (QStringList{u"English.lng"_s, u"KELORA.FDB"_s, u"Lumivara"_s, u"TARUNECLIENT.FDB"_s, u"firebird"_s,
+                           u"launcher"_s, u"libfbclient.so.2"_s, u"lumivara-data"_s}));
+    for (const QString &name : {u"Lumivara"_s, u"lumivara-data"_s, u"TARUNECLIENT.FDB"_s})
+        EXPECT_FALSE(QFileInfo(Own(name)).isSymLink()) << qPrintable(name);
+    EXPECT_EQ(QFileInfo(Own(u"KELORA.FDB"_s)).symLinkTarget(), At(u"share/lumivara/KELORA.FDB"_s));
+    EXPECT_EQ(QFileInfo(Own(u"firebird"_s)).symLinkTarget(), At(u"lib/lumivara/firebird"_s));
+    EXPECT_EQ(
+        QDir(Home() + u"/.local/share/lumivara"_s).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+        QStringList{u"Lumivara"_s});
+}
+
+TEST_F(InstalledForReaders, ManyFirstStartsAtOnceMakeOneFolder)
+{
+    std::array<QProcess, 8> starts;
+    for (QProcess &start : starts) {
+        start.setProcessEnvironment(environment);
+        start.start(At(u"bin/lumivara"_s), QStringList());
+    }
+    for (QProcess &start : starts) {
+        EXPECT_TRUE(start.waitForFinished());
+        EXPECT_EQ(start.exitCode(), 7) << start.readAllStandardError().constData();
+    }
+    EXPECT_EQ(
+        QDir(Home() + u"/.local/share/lumivara"_s).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+        QStringList{u"Lumivara"_s});
+    EXPECT_EQ(QDir(Own()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 8);
+}
+
+TEST_F(Installed, UpdateRenewsWhatIsThePackagesAndKeepsWhatIsTheUsers)
+{
+    EXPECT_EQ(Launch(u"lumivara-data"_s).code, 7);
+    Put(Own(u"TARUNECLIENT.FDB"_s), "marks");
+    Put(Own(u"KELORA.FDB"_s), "own canon");
+    Put(Own(u"Mine.lng"_s), "own language");
+    QFile::link(Home() + u"/stick/Far.lng"_s, Own(u"Far.lng"_s));
+    QFile::remove(Own(u"libfbclient.so.2"_s));
+    QFile::link(u"/nowhere/lib/lumivara/libfbclient.so.2"_s, Own(u"libfbclient.so.2"_s));
+
+    Put(At(u"lib/lumivara/Lumivara"_s), Script + "# 2\n");
+    Put(At(u"share/lumivara/Pali.lng"_s), "new");
+    Put(At(u"share/lumivara/TARUNECLIENT.FDB"_s), "2");
+    Put(At(u"share/lumivara/KELORA.FDB"_s), "2");
+    QFile::remove(At(u"share/lumivara/English.lng"_s));
+    const Run run = Launch(u"lumivara-data"_s, {u"export"_s, u"a b"_s});
+    EXPECT_EQ(run.code, 7);
+    EXPECT_EQ(run.output, Own(u"lumivara-data export a b\n"_s));
+    EXPECT_TRUE(run.errors.endsWith(u"as your own: KELORA.FDB\n"_s)) << qPrintable(run.errors);
+
+    EXPECT_EQ(Read(Own(u"Lumivara"_s)), Script + "# 2\n");
+    EXPECT_EQ(Read(Own(u"TARUNECLIENT.FDB"_s)), "marks");
+    EXPECT_EQ(Read(Own(u"KELORA.FDB"_s)), "own canon");
+    EXPECT_EQ(Read(Own(u"Mine.lng"_s)), "own language");
+    EXPECT_TRUE(QFileInfo(Own(u"Far.lng"_s)).isSymLink());
+    EXPECT_EQ(Read(Own(u"Pali.lng"_s)), "new");
+    EXPECT_FALSE(QFileInfo(Own(u"English.lng"_s)).isSymLink());
+    EXPECT_EQ(QFileInfo(Own(u"libfbclient.so.2"_s)).symLinkTarget(), At(u"lib/lumivara/libfbclient.so.2"_s));
+
+    // Said once; and an own file that goes makes room for the package's.
+    QFile::remove(Own(u"KELORA.FDB"_s));
+    EXPECT_EQ(Launch(u"lumivara-data"_s).errors, QString());
+    EXPECT_EQ(Read(Own(u"KELORA.FDB"_s)), "2");
+}
+
+TEST_F(Installed, HelpOfAToolMakesNoFolder)
+{
+    EXPECT_EQ(Launch(u"lumivara-data"_s, {u"check"_s, u"--help"_s}).output,
+              At(u"lib/lumivara/lumivara-data check --help\n"_s));
+    EXPECT_FALSE(QFileInfo::exists(Home()));
+}
+
+TEST_F(Installed, PlaceThatCannotBeUsedIsNamed)
+{
+    Put(Home() + u"/file"_s, "");
+    QDir().mkpath(Home() + u"/taken/lumivara"_s);
+    Put(Home() + u"/taken/lumivara/Lumivara"_s, "");
+    const struct
+    {
+        QString dataHome, home, words;
+    } cases[] = {{Home() + u"/file/data"_s, Home(), u"Not a directory"_s},
+                 {Home() + u"/taken"_s, Home(), u"not a folder"_s},
+                 {QString(), QString(), u"no home folder"_s},
+                 // A folder that is no full path counts as none.
+                 {u"data"_s, QString(), u"no home folder"_s}};
+    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    for (const auto &row : cases) {
+        environment.insert(u"XDG_DATA_HOME"_s, row.dataHome);
+        environment.insert(u"HOME"_s, row.home);
+        const Run run = Launch(u"lumivara-data"_s);
+        EXPECT_EQ(run.code, 2) << qPrintable(row.words);
+        EXPECT_EQ(run.output, QString());
+        EXPECT_TRUE(run.errors.contains(row.words)) << qPrintable(run.errors);
+    }
+    EXPECT_EQ(QDir(Home() + u"/taken/lumivara"_s).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+              QStringList{u"Lumivara"_s});
+}
+
+TEST_F(InstalledForReaders, UpdateThatFailsLeavesTheOlderCopyRunning)
+{
+    EXPECT_EQ(Launch().code, 7);
+    Put(At(u"lib/lumivara/Lumivara"_s), Script + "# 2\n");
+    QFile::setPermissions(Own(), QFile::ReadOwner | QFile::ExeOwner);
+    environment.insert(u"LANG"_s, u"C.UTF-8"_s);
+    const Run run = Launch();
+    QFile::setPermissions(Own(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    EXPECT_EQ(run.code, 7);
+    EXPECT_TRUE(run.errors.contains(u"the older copy runs: "_s)) << qPrintable(run.errors);
+    EXPECT_EQ(Read(Own(u"Lumivara"_s)), Script + "# 1\n");
+}
+
+} // namespace
