@@ -67,10 +67,10 @@ QByteArray Mutated(QByteArray bytes, const QList<QByteArray> &others, QRandomGen
     return bytes;
 }
 
-class Mutations : public testing::TestWithParam<std::string>
+class FuzzedParsers : public testing::TestWithParam<std::string>
 {};
 
-TEST_P(Mutations, TenThousandEndAsPromised)
+TEST_P(FuzzedParsers, TenThousandEndAsPromised)
 {
     const FuzzTarget target = FuzzTargets().at(GetParam());
     const QList<QByteArray> corpus = Corpus(GetParam());
@@ -93,6 +93,6 @@ std::vector<std::string> Names()
 }
 
 // Evaluated when main() runs, after all targets have been entered.
-INSTANTIATE_TEST_SUITE_P(Parsers, Mutations, testing::ValuesIn(Names()), [](const auto &row) { return row.param; });
+INSTANTIATE_TEST_SUITE_P(Parsers, FuzzedParsers, testing::ValuesIn(Names()), [](const auto &row) { return row.param; });
 
 } // namespace
