@@ -36,10 +36,6 @@ bool ShowMessageBox(const QString &title, const QString &text, BoxButtons button
         box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
         box.setDefaultButton(QMessageBox::Yes);
         box.setEscapeButton(QMessageBox::No);
-        if (InterfaceLang == 0) {
-            box.button(QMessageBox::Yes)->setText(QStringLiteral("&Có"));
-            box.button(QMessageBox::No)->setText(QStringLiteral("&Không"));
-        }
     } else {
         box.setStandardButtons(QMessageBox::Ok);
     }
