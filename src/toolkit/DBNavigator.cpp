@@ -17,6 +17,7 @@ static void InitNavigatorImages()
 namespace {
 
 constexpr int PictureSize = 14;
+constexpr int LeastSide = 24; // that a hand hits
 
 } // namespace
 
@@ -31,6 +32,7 @@ TDBNavigator::TDBNavigator(QWidget *parent) : QFrame(parent)
         auto *tool = new QToolButton(this);
         tool->setIcon(QIcon(u":/navigator/%1.picture"_s.arg(names[static_cast<size_t>(button)])));
         tool->setIconSize({PictureSize, PictureSize});
+        tool->setMinimumSize(LeastSide, LeastSide);
         tool->setAutoRaise(true);
         tool->setFocusPolicy(Qt::TabFocus);
         ConnectGuarded(tool, &QToolButton::clicked, this, [this, button] { Press(static_cast<Button>(button)); });

@@ -1,5 +1,6 @@
 #include "toolkit/DBTreeList.h"
 
+#include "presentation/GlobalUnit.h"
 #include "stores/DataSet.h"
 #include "stores/DataSource.h"
 #include "toolkit/Fonts.h"
@@ -16,6 +17,14 @@ namespace {
 
 constexpr int RowHeight = 23;
 constexpr int Indentation = 18;
+
+/// The toolkit's own word for it looks at the first column alone, which shows no names.
+QString StateText(bool isExpanded)
+{
+    if (InterfaceLang == 1)
+        return isExpanded ? QStringLiteral("expanded") : QStringLiteral("collapsed");
+    return isExpanded ? QStringLiteral("đang mở") : QStringLiteral("đang đóng");
+}
 
 } // namespace
 
@@ -53,6 +62,8 @@ public:
     int columnCount(const QModelIndex &) const override { return static_cast<int>(m_tree.m_columns.size()); }
     QVariant data(const QModelIndex &index, int role) const override
     {
+        if (role == Qt::AccessibleDescriptionRole && m_shape.ChildCount(RowOf(index)) > 0)
+            return StateText(m_tree.isExpanded(IndexOf(RowOf(index), 0)));
         if (role != Qt::DisplayRole || !index.isValid())
             return {};
         const TDataSet *dataSet = DataSet();

@@ -50,6 +50,7 @@ void TdxLayoutItem::SetCaption(const QString &caption)
     const int line = std::min(control->sizeHint().height(), 2 * fontMetrics().height());
     m_caption->setContentsMargins(0, std::max(0, (line - m_caption->fontMetrics().height()) / 2), 0, 0);
     control->setAccessibleName(caption);
+    m_caption->setBuddy(control); // a screen reader takes the name of a combo from its label alone
 }
 
 void TdxLayoutItem::SetCaptionFont(const QFont &font)
