@@ -46,22 +46,13 @@ void Refuse(const QCommandLineParser &parser, Form form)
     }
 }
 
-CheckedCanon ImportFolder(const QString &source, const QString &target, const QString &table, Report &report,
-                          Console &console)
+/// `choice` is what one of the two forms lets the user choose: its table, or its authors.
+template <typename Source, typename Choice>
+CheckedCanon ImportFrom(const QString &source, const QString &target, const Choice &choice, Report &report,
+                        Console &console)
 {
     const SourceFolder folder(source);
-    CanonFolder canon(folder, table, report);
-    CanonWriter writer(target);
-    canon.WriteTo(writer, console);
-    writer.Finish(report);
-    return writer.Rows();
-}
-
-CheckedCanon ImportSegmented(const QString &source, const QString &target, const QStringList &authors, Report &report,
-                             Console &console)
-{
-    const SourceFolder folder(source);
-    SegmentedCanon canon(folder, authors, report);
+    Source canon(folder, choice, report);
     CanonWriter writer(target);
     canon.WriteTo(writer, console);
     writer.Finish(report);
@@ -120,9 +111,9 @@ int ImportCanon(const QStringList &arguments, Console &console)
     if (form == Form::Copy)
         canon = CopyCanon(source, target, parser.isSet(u"repair"_s), report, console);
     else if (form == Form::Folder)
-        canon = ImportFolder(source, target, parser.value(u"table"_s), report, console);
+        canon = ImportFrom<CanonFolder>(source, target, parser.value(u"table"_s), report, console);
     else
-        canon = ImportSegmented(source, target, parser.values(u"author"_s), report, console);
+        canon = ImportFrom<SegmentedCanon>(source, target, parser.values(u"author"_s), report, console);
     if (canon && !client.isEmpty())
         AddToList(client, *canon, target, report);
     if (canon)
