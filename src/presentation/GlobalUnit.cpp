@@ -1,8 +1,8 @@
 #include "presentation/GlobalUnit.h"
 
-#include <QList>
+#include "presentation/Contrast.h"
 
-#include <cmath>
+#include <QList>
 
 QString AppPath;
 int InterfaceLang = 0;
@@ -25,16 +25,6 @@ Colour PlainColour(Colour colour)
     return SystemColour ? SystemColour(static_cast<int>(colour & 0xFF)) : white;
 }
 
-namespace {
-
-double LinearShare(Colour part)
-{
-    const double share = (part & 0xFF) / 255.0;
-    return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
-}
-
-} // namespace
-
 QString ColorToHtml(Colour colour)
 {
     colour = PlainColour(colour);
@@ -43,12 +33,10 @@ QString ColorToHtml(Colour colour)
 
 bool IsDarkColour(Colour colour)
 {
-    constexpr double glare = 0.05; // what a dark screen gives off anyway
     constexpr double leastContrast = 4.5;
     colour = PlainColour(colour);
-    const double luminance =
-        0.2126 * LinearShare(colour) + 0.7152 * LinearShare(colour >> 8) + 0.0722 * LinearShare(colour >> 16);
-    return (luminance + glare) / glare < leastContrast;
+    const quint32 redFirst = (colour & 0xFF) << 16 | (colour & 0xFF00) | (colour >> 16 & 0xFF);
+    return ContrastRatio(redFirst, 0) < leastContrast;
 }
 
 QString LowerAscii(QString text)

@@ -1,30 +1,15 @@
 #include "toolkit/CxLabel.h"
 
+#include "toolkit/SkinPainter.h"
+
 #include <QEvent>
 #include <QPainter>
 #include <QStyle>
-
-#include <algorithm>
-#include <cmath>
 
 namespace {
 
 constexpr double enoughContrast = 4.5;
 constexpr int steps = 20; // from the colour to white or black
-
-double Luminance(const QColor &colour)
-{
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-
-double Contrast(const QColor &one, const QColor &other)
-{
-    const auto [darker, lighter] = std::minmax({Luminance(one), Luminance(other)});
-    return (lighter + 0.05) / (darker + 0.05);
-}
 
 QColor ReadableOn(const QColor &ground, const QColor &text)
 {

@@ -1,5 +1,7 @@
 #include "toolkit/SkinPainter.h"
 
+#include "presentation/Contrast.h"
+
 #include <QPainterPath>
 
 #include <algorithm>
@@ -38,21 +40,11 @@ QPainterPath Rounded(const QRectF &rect, double radius, int round)
     return path;
 }
 
-double Luminance(const QColor &colour)
-{
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-
 } // namespace
 
 double Contrast(const QColor &one, const QColor &other)
 {
-    const double first = Luminance(one) + 0.05;
-    const double second = Luminance(other) + 0.05;
-    return std::max(first, second) / std::min(first, second);
+    return ContrastRatio(one.rgb(), other.rgb());
 }
 
 QColor Mixed(const QColor &one, const QColor &other, double share)

@@ -1,4 +1,5 @@
 #include "lumivara-skins/SkinCheck.h"
+#include "presentation/Contrast.h"
 #include "presentation/SkinFile.h"
 #include "support/SkinSupport.h"
 #include "support/TestSupport.h"
@@ -23,9 +24,9 @@ QJsonObject Coloured(const QString &part, const QJsonValue &colour, bool isHighC
 
 TEST(SkinContrast, IsThatOfRelativeLuminance)
 {
-    EXPECT_NEAR(Contrast(0xFF000000, 0xFFFFFFFF), 21, 0.001);
-    EXPECT_NEAR(Contrast(0xFF777777, 0xFFFFFFFF), 4.478, 0.001);
-    EXPECT_NEAR(Contrast(0xFFFF0000, 0xFF0000FF), 2.149, 0.001);
+    EXPECT_NEAR(ContrastRatio(0xFF000000, 0xFFFFFFFF), 21, 0.001);
+    EXPECT_NEAR(ContrastRatio(0xFF777777, 0xFFFFFFFF), 4.478, 0.001);
+    EXPECT_NEAR(ContrastRatio(0xFFFF0000, 0xFF0000FF), 2.149, 0.001);
 }
 
 TEST(SkinCheck, TellsWhatIsWrong)

@@ -1,11 +1,11 @@
 #include "lumivara-skins/SkinCheck.h"
 
+#include "presentation/Contrast.h"
 #include "presentation/SkinObject.h"
 
 #include <QSet>
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -47,17 +47,6 @@ const std::vector<Pairing> &Pairings()
         {IconAccent, iconGrounds, Need::Shape},
     };
     return pairings;
-}
-
-double Luminance(quint32 colour)
-{
-    const auto linear = [colour](int bit) {
-        constexpr double full = 255;
-        constexpr double knee = 0.04045;
-        const double value = (colour >> bit & 0xFF) / full;
-        return value <= knee ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(16) + 0.7152 * linear(8) + 0.0722 * linear(0);
 }
 
 /// One skin's findings.
@@ -122,14 +111,15 @@ private:
             for (const SkinPart ground : pairing.grounds)
                 CheckContrast(skin, pairing.ink, ground, need);
         }
-        if (skin.isDark != (Contrast(black, skin.Colour(SkinPart::Window)) < textNeed))
+        if (skin.isDark != (ContrastRatio(black, skin.Colour(SkinPart::Window)) < textNeed))
             m_findings += u"\"dark\" does not agree with the colour \"window\""_s;
     }
 
     void CheckContrast(const Skin &skin, SkinPart ink, SkinPart ground, double need)
     {
         const SkinFill fill = skin.Fill(ground);
-        const double contrast = std::min(Contrast(skin.Colour(ink), fill.top), Contrast(skin.Colour(ink), fill.bottom));
+        const double contrast =
+            std::min(ContrastRatio(skin.Colour(ink), fill.top), ContrastRatio(skin.Colour(ink), fill.bottom));
         if (contrast < need)
             m_findings +=
                 u"\"%1\" on \"%2\" has a contrast of %3, less than %4"_s.arg(SkinPartName(ink), SkinPartName(ground))
@@ -142,13 +132,6 @@ private:
 };
 
 } // namespace
-
-double Contrast(quint32 one, quint32 other)
-{
-    constexpr double flare = 0.05;
-    const auto [dark, light] = std::minmax({Luminance(one), Luminance(other)});
-    return (light + flare) / (dark + flare);
-}
 
 QStringList CheckSkins(const QJsonArray &skins)
 {
