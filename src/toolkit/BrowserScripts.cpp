@@ -57,7 +57,7 @@ void InstallPageScripts(QWebEngineScriptCollection &scripts, const PageSetting &
 {
     static const QString functions = ReadAllScripts({u"text", u"scroll", u"highlight", u"selection"});
     static const QString host = ReadAllScripts({u"host"});
-    static const QString night = ReadAllScripts({u"night"});
+    static const QString night = ReadAllScripts({u"nightcolours", u"nighttraits", u"night"});
     static const QString longPage = ReadAllScripts({u"long"});
     scripts.clear();
     // Before the measuring of a long page, so that the engine computes its styles once.
