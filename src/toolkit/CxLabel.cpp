@@ -1,7 +1,9 @@
 #include "toolkit/CxLabel.h"
 
 #include "toolkit/SkinPainter.h"
+#include "toolkit/SkinStyle.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QPainter>
 #include <QStyle>
@@ -9,14 +11,17 @@
 namespace {
 
 constexpr double enoughContrast = 4.5;
+constexpr double highContrast = 7;
 constexpr int steps = 20; // from the colour to white or black
 
 QColor ReadableOn(const QColor &ground, const QColor &text)
 {
     const bool isGroundDark = Contrast(ground, Qt::white) > Contrast(ground, Qt::black);
     const double target = isGroundDark ? 1 : 0;
+    const auto *style = qobject_cast<const SkinStyle *>(QApplication::style());
+    const double enough = style && style->Current().isHighContrast ? highContrast : enoughContrast;
     QColor colour = text;
-    for (int step = 1; step <= steps && Contrast(colour, ground) < enoughContrast; ++step) {
+    for (int step = 1; step <= steps && Contrast(colour, ground) < enough; ++step) {
         const auto moved = [&](double part) { return float(part + (target - part) * step / steps); };
         colour = QColor::fromRgbF(moved(text.redF()), moved(text.greenF()), moved(text.blueF()));
     }
