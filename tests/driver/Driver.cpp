@@ -21,6 +21,8 @@
 #include <cstdio>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int PollMilliseconds = 20;
@@ -74,19 +76,16 @@ QWidget *VisibleWidget(const QString &name)
 Qt::KeyboardModifiers ModifiersOf(QStringList &words)
 {
     Qt::KeyboardModifiers modifiers = Qt::NoModifier;
-    if (words.removeAll(QStringLiteral("ctrl")) > 0)
+    if (words.removeAll(u"ctrl"_s) > 0)
         modifiers |= Qt::ControlModifier;
-    if (words.removeAll(QStringLiteral("shift")) > 0)
+    if (words.removeAll(u"shift"_s) > 0)
         modifiers |= Qt::ShiftModifier;
     return modifiers;
 }
 
 QString Printable(const QVariant &value)
 {
-    return value.toString()
-        .replace(u'\\', QStringLiteral("\\\\"))
-        .replace(u'\n', QStringLiteral("\\n"))
-        .replace(u'\r', QStringLiteral("\\r"));
+    return value.toString().replace(u'\\', u"\\\\"_s).replace(u'\n', u"\\n"_s).replace(u'\r', u"\\r"_s);
 }
 
 } // namespace
@@ -142,12 +141,12 @@ void Driver::Answer(const QString &line)
 
 void Driver::Done(const QString &value)
 {
-    Answer(value.isEmpty() ? QStringLiteral("ok") : QStringLiteral("ok ") + value);
+    Answer(value.isEmpty() ? u"ok"_s : u"ok "_s + value);
 }
 
 void Driver::Fail(const QString &reason)
 {
-    Answer(QStringLiteral("error ") + reason);
+    Answer(u"error "_s + reason);
 }
 
 void Driver::WaitFor(const QString &what, std::function<bool()> condition, int seconds)
@@ -161,7 +160,7 @@ void Driver::WaitFor(const QString &what, std::function<bool()> condition, int s
             return;
         timer->stop();
         timer->deleteLater();
-        holds ? Done() : Fail(QStringLiteral("timed out: ") + what);
+        holds ? Done() : Fail(u"timed out: "_s + what);
     });
     timer->start(PollMilliseconds);
 }
@@ -175,13 +174,13 @@ void Driver::Act(std::function<void()> action)
 void Driver::Run(const Command &command)
 {
     static const QHash<QString, void (Driver::*)(const Command &)> commands{
-        {QStringLiteral("click"), &Driver::Click},   {QStringLiteral("type"), &Driver::Type},
-        {QStringLiteral("press"), &Driver::Press},   {QStringLiteral("trigger"), &Driver::Trigger},
-        {QStringLiteral("get"), &Driver::Get},       {QStringLiteral("shot"), &Driver::Shot},
-        {QStringLiteral("resize"), &Driver::Resize}, {QStringLiteral("wait-page"), &Driver::WaitPage},
-        {QStringLiteral("script"), &Driver::Script}, {QStringLiteral("clear"), &Driver::Clear},
-        {QStringLiteral("popup"), &Driver::Popup},   {QStringLiteral("select-row"), &Driver::SelectRow},
-        {QStringLiteral("hover"), &Driver::Hover},
+        {u"click"_s, &Driver::Click},   {u"type"_s, &Driver::Type},
+        {u"press"_s, &Driver::Press},   {u"trigger"_s, &Driver::Trigger},
+        {u"get"_s, &Driver::Get},       {u"shot"_s, &Driver::Shot},
+        {u"resize"_s, &Driver::Resize}, {u"wait-page"_s, &Driver::WaitPage},
+        {u"script"_s, &Driver::Script}, {u"clear"_s, &Driver::Clear},
+        {u"popup"_s, &Driver::Popup},   {u"select-row"_s, &Driver::SelectRow},
+        {u"hover"_s, &Driver::Hover},
     };
     const QString name = command.arguments.value(0);
     if (const auto handler = commands.value(command.name)) {
@@ -195,31 +194,31 @@ void Driver::Run(const Command &command)
     } else if (command.name == u"focus") {
         QWidget *widget = VisibleWidget(name);
         if (!widget)
-            return Fail(QStringLiteral("no visible widget ") + name);
+            return Fail(u"no visible widget "_s + name);
         widget->activateWindow();
         widget->setFocus();
         Done();
     } else if (command.name == u"close") {
         QWidget *widget = VisibleWidget(name);
         if (!widget)
-            return Fail(QStringLiteral("no visible widget ") + name);
+            return Fail(u"no visible widget "_s + name);
         Act([widget = QPointer<QWidget>(widget)] {
             if (widget)
                 widget->window()->close();
         });
     } else if (command.name == u"answer") {
-        auto *box = qobject_cast<QMessageBox *>(VisibleWidget(QStringLiteral("msgBox")));
+        auto *box = qobject_cast<QMessageBox *>(VisibleWidget(u"msgBox"_s));
         if (!box)
-            return Fail(QStringLiteral("no message box"));
+            return Fail(u"no message box"_s);
         const auto wanted = name == u"yes" ? QMessageBox::Yes : name == u"no" ? QMessageBox::No : QMessageBox::Ok;
         if (!box->button(wanted))
-            return Fail(QStringLiteral("the box has no such button"));
+            return Fail(u"the box has no such button"_s);
         Act([button = QPointer<QAbstractButton>(box->button(wanted))] {
             if (button)
                 button->click();
         });
     } else {
-        Fail(QStringLiteral("unknown command ") + command.name);
+        Fail(u"unknown command "_s + command.name);
     }
 }
 
@@ -228,11 +227,11 @@ void Driver::Click(const Command &command)
 {
     QStringList words = command.arguments.mid(1);
     const Qt::KeyboardModifiers modifiers = ModifiersOf(words);
-    const Qt::MouseButton button = words.removeAll(QStringLiteral("right")) > 0 ? Qt::RightButton : Qt::LeftButton;
-    words.removeAll(QStringLiteral("left"));
+    const Qt::MouseButton button = words.removeAll(u"right"_s) > 0 ? Qt::RightButton : Qt::LeftButton;
+    words.removeAll(u"left"_s);
     QWidget *widget = VisibleWidget(command.arguments.value(0));
     if (!widget)
-        return Fail(QStringLiteral("no visible widget ") + command.arguments.value(0));
+        return Fail(u"no visible widget "_s + command.arguments.value(0));
     const QPoint point = words.size() == 2 ? QPoint(words[0].toInt(), words[1].toInt()) : widget->rect().center();
     Act([widget = QPointer<QWidget>(widget), button, modifiers, point] {
         if (!widget)
@@ -247,7 +246,7 @@ void Driver::Hover(const Command &command)
 {
     QWidget *widget = VisibleWidget(command.arguments.value(0));
     if (!widget)
-        return Fail(QStringLiteral("no visible widget ") + command.arguments.value(0));
+        return Fail(u"no visible widget "_s + command.arguments.value(0));
     const bool hasPoint = command.arguments.size() == 3;
     const QPoint point =
         hasPoint ? QPoint(command.arguments[1].toInt(), command.arguments[2].toInt()) : widget->rect().center();
@@ -263,7 +262,7 @@ void Driver::Type(const Command &command)
 {
     QWidget *widget = VisibleWidget(command.arguments.value(0));
     if (!widget)
-        return Fail(QStringLiteral("no visible widget ") + command.arguments.value(0));
+        return Fail(u"no visible widget "_s + command.arguments.value(0));
     widget->activateWindow();
     widget->setFocus();
     for (const QChar letter : command.rest)
@@ -276,7 +275,7 @@ void Driver::Clear(const Command &command)
 {
     QWidget *widget = VisibleWidget(command.arguments.value(0));
     if (!widget)
-        return Fail(QStringLiteral("no visible widget ") + command.arguments.value(0));
+        return Fail(u"no visible widget "_s + command.arguments.value(0));
     widget->setFocus();
     QTest::keyClick(widget, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClick(widget, Qt::Key_Delete);
@@ -289,7 +288,7 @@ void Driver::Popup(const Command &command)
     auto *menu = qobject_cast<QMenu *>(FindWidget(command.arguments.value(0)));
     const QWidget *window = QApplication::activeWindow();
     if (!menu || !window)
-        return Fail(QStringLiteral("no menu ") + command.arguments.value(0));
+        return Fail(u"no menu "_s + command.arguments.value(0));
     menu->popup(window->mapToGlobal(window->rect().center()));
     Done();
 }
@@ -297,13 +296,13 @@ void Driver::Popup(const Command &command)
 /// select-row NUMBER: moves the tree to a text, as the windows do.
 void Driver::SelectRow(const Command &command)
 {
-    QObject *dataSet = FindObject(QStringLiteral("qryTreeSutas"));
+    QObject *dataSet = FindObject(u"qryTreeSutas"_s);
     bool found = false;
-    if (!dataSet || !QMetaObject::invokeMethod(dataSet, "LocateExact", Q_RETURN_ARG(bool, found),
-                                               Q_ARG(QString, QStringLiteral("ID_VIC")),
-                                               Q_ARG(QVariant, command.arguments.value(0).toInt())))
-        return Fail(QStringLiteral("no tree"));
-    found ? Done() : Fail(QStringLiteral("no row ") + command.arguments.value(0));
+    if (!dataSet ||
+        !QMetaObject::invokeMethod(dataSet, "LocateExact", Q_RETURN_ARG(bool, found), Q_ARG(QString, u"ID_VIC"_s),
+                                   Q_ARG(QVariant, command.arguments.value(0).toInt())))
+        return Fail(u"no tree"_s);
+    found ? Done() : Fail(u"no row "_s + command.arguments.value(0));
 }
 
 /// press KEYS: a key or chord such as Ctrl+F to whatever has the focus.
@@ -311,14 +310,14 @@ void Driver::Press(const Command &command)
 {
     const QKeySequence keys(command.arguments.value(0));
     if (keys.isEmpty())
-        return Fail(QStringLiteral("no key ") + command.arguments.value(0));
+        return Fail(u"no key "_s + command.arguments.value(0));
     // Between a window that has closed and the one behind it nothing has the focus for a moment.
     for (int tries = 0; tries < 100 && !QApplication::activePopupWidget() && !QGuiApplication::focusWindow(); ++tries)
         QTest::qWait(PollMilliseconds);
     QWindow *window = QApplication::activePopupWidget() ? QApplication::activePopupWidget()->windowHandle()
                                                         : QGuiApplication::focusWindow();
     if (!window)
-        return Fail(QStringLiteral("no window has the focus"));
+        return Fail(u"no window has the focus"_s);
     Act([window = QPointer<QWindow>(window), keys] {
         if (window)
             QTest::keyClick(window, keys[0].key(), keys[0].keyboardModifiers());
@@ -330,7 +329,7 @@ void Driver::Trigger(const Command &command)
 {
     auto *action = qobject_cast<QAction *>(FindObject(command.arguments.value(0)));
     if (!action || !action->isEnabled())
-        return Fail(QStringLiteral("no enabled action ") + command.arguments.value(0));
+        return Fail(u"no enabled action "_s + command.arguments.value(0));
     Act([action = QPointer<QAction>(action)] {
         if (action)
             action->trigger();
@@ -342,7 +341,7 @@ void Driver::Get(const Command &command)
 {
     QObject *object = FindObject(command.arguments.value(0));
     if (!object)
-        return Fail(QStringLiteral("no object ") + command.arguments.value(0));
+        return Fail(u"no object "_s + command.arguments.value(0));
     Done(Printable(object->property(command.arguments.value(1).toLatin1().constData())));
 }
 
@@ -353,7 +352,7 @@ void Driver::Shot(const Command &command)
     if (const QString name = command.arguments.value(1); !name.isEmpty()) {
         const QWidget *widget = VisibleWidget(name);
         if (!widget)
-            return Fail(QStringLiteral("no visible widget ") + name);
+            return Fail(u"no visible widget "_s + name);
         const QRect frame = FrameOf(*widget->window()->windowHandle());
         const qreal ratio = picture.devicePixelRatio();
         picture = picture.copy(QRect((QPointF(frame.topLeft()) * ratio).toPoint(), frame.size() * ratio));
@@ -361,7 +360,7 @@ void Driver::Shot(const Command &command)
     if (picture.save(command.arguments.value(0)))
         Done();
     else
-        Fail(QStringLiteral("can't save ") + command.arguments.value(0));
+        Fail(u"can't save "_s + command.arguments.value(0));
 }
 
 /// resize NAME WIDTH HEIGHT: out of the maximised state too.
@@ -369,7 +368,7 @@ void Driver::Resize(const Command &command)
 {
     QWidget *widget = VisibleWidget(command.arguments.value(0));
     if (!widget)
-        return Fail(QStringLiteral("no visible widget ") + command.arguments.value(0));
+        return Fail(u"no visible widget "_s + command.arguments.value(0));
     widget->window()->showNormal();
     widget->window()->resize(command.arguments.value(1).toInt(), command.arguments.value(2).toInt());
     Done();
@@ -380,10 +379,10 @@ void Driver::WaitPage(const Command &command)
 {
     auto *view = qobject_cast<QWebEngineView *>(VisibleWidget(command.arguments.value(0)));
     if (!view)
-        return Fail(QStringLiteral("no visible page ") + command.arguments.value(0));
+        return Fail(u"no visible page "_s + command.arguments.value(0));
     // A load begins in a later turn of the event loop than the command that caused it.
     QTimer::singleShot(FrameMilliseconds, this, [this, view = QPointer<QWebEngineView>(view)] {
-        WaitFor(QStringLiteral("the page"), [view] { return view && !view->page()->isLoading(); });
+        WaitFor(u"the page"_s, [view] { return view && !view->page()->isLoading(); });
     });
 }
 
@@ -392,7 +391,7 @@ void Driver::Script(const Command &command)
 {
     auto *view = qobject_cast<QWebEngineView *>(FindWidget(command.arguments.value(0)));
     if (!view)
-        return Fail(QStringLiteral("no page ") + command.arguments.value(0));
+        return Fail(u"no page "_s + command.arguments.value(0));
     view->page()->runJavaScript(command.rest, QWebEngineScript::ApplicationWorld,
                                 [this](const QVariant &value) { Done(Printable(value)); });
 }

@@ -4,6 +4,8 @@
 
 #include <QMap>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// A rule in short: place, start, size at base 10, then "i" italic, "q" quality again, colour, "d" depth of the effect.
@@ -11,7 +13,7 @@ QString Told(const QByteArray &kind, int tag)
 {
     const auto rule = FindFontRule(kind, tag);
     if (!rule)
-        return QStringLiteral("nothing");
+        return u"nothing"_s;
     const char *const places[] = {"font", "style", "columns", "captions", "items", "bar", "menu"};
     const char *const starts[] = {"base", "name", "designed"};
     QStringList words{QString::fromLatin1(places[static_cast<int>(rule->place)]),
@@ -19,14 +21,14 @@ QString Told(const QByteArray &kind, int tag)
     if (const int size = rule->Size(10))
         words += QString::number(size);
     if (rule->addsItalic)
-        words += QStringLiteral("i");
+        words += u"i"_s;
     if (rule->smoothsAgain)
-        words += QStringLiteral("q");
+        words += u"q"_s;
     if (rule->textColour)
-        words += QStringLiteral("#%1").arg(*rule->textColour, 6, 16, QLatin1Char('0'));
+        words += u"#%1"_s.arg(*rule->textColour, 6, 16, QLatin1Char('0'));
     if (rule->effectDepth)
-        words += QStringLiteral("d%1").arg(rule->effectDepth);
-    return words.join(QLatin1Char(' '));
+        words += u"d%1"_s.arg(rule->effectDepth);
+    return words.join(u' ');
 }
 
 struct Row
@@ -38,7 +40,7 @@ struct Row
 
 QMap<int, QString> Edit()
 {
-    return {{0, QStringLiteral("style base")}, {1, QStringLiteral("style base q #a4a0a0")}};
+    return {{0, u"style base"_s}, {1, u"style base q #a4a0a0"_s}};
 }
 
 const QList<Row> rows{
@@ -49,23 +51,20 @@ const QList<Row> rows{
     {"TdxBar", {}, "bar base"},
     {"TdxBarPopupMenu", {}, "menu base"},
     {"TcxButtonEdit TcxTextEdit TcxMemo TcxDBMemo", Edit()},
-    {"TcxButton", {{0, QStringLiteral("font base")}, {-1, QStringLiteral("font base 9 q")}}},
-    {"TdxLayoutControl", {{1, QStringLiteral("captions base 10 q")}}},
-    {"TcxDBLabel",
-     {{0, QStringLiteral("style base")},
-      {10, QStringLiteral("style name 10 i q")},
-      {-1, QStringLiteral("style name 9 i q")}}},
+    {"TcxButton", {{0, u"font base"_s}, {-1, u"font base 9 q"_s}}},
+    {"TdxLayoutControl", {{1, u"captions base 10 q"_s}}},
+    {"TcxDBLabel", {{0, u"style base"_s}, {10, u"style name 10 i q"_s}, {-1, u"style name 9 i q"_s}}},
     {"TcxLabel",
-     {{0, QStringLiteral("style base")},
-      {10, QStringLiteral("style name 10 i q")},
-      {1, QStringLiteral("style name 10 q #000000")},
-      {11, QStringLiteral("style name 11 q #000000")},
-      {2, QStringLiteral("style designed 12 q")},
-      {3, QStringLiteral("style designed 14 q")},
-      {4, QStringLiteral("style designed 18 q")},
-      {5, QStringLiteral("style designed 24 q #800000 d1")},
-      {6, QStringLiteral("style designed 36 q")},
-      {7, QStringLiteral("style designed 48 q #000080 d2")}}},
+     {{0, u"style base"_s},
+      {10, u"style name 10 i q"_s},
+      {1, u"style name 10 q #000000"_s},
+      {11, u"style name 11 q #000000"_s},
+      {2, u"style designed 12 q"_s},
+      {3, u"style designed 14 q"_s},
+      {4, u"style designed 18 q"_s},
+      {5, u"style designed 24 q #800000 d1"_s},
+      {6, u"style designed 36 q"_s},
+      {7, u"style designed 48 q #000080 d2"_s}}},
     {"TBrowserControl TDBTreeList TdxLayoutItem TdxBarSubItem TcxGridDBTableView QLabel QObject tpanel", {}},
 };
 
@@ -76,7 +75,7 @@ TEST(FontRules, TellEachKindAndTag)
     for (const Row &row : rows) {
         for (const QByteArray &kind : QByteArray(row.kinds).split(' ')) {
             for (const int tag : {-2, -1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 2147483647}) {
-                const QString other = row.anyTag ? QString::fromLatin1(row.anyTag) : QStringLiteral("nothing");
+                const QString other = row.anyTag ? QString::fromLatin1(row.anyTag) : u"nothing"_s;
                 EXPECT_EQ(Told(kind, tag), row.rules.value(tag, other)) << kind.constData() << " with Tag " << tag;
             }
         }

@@ -2,13 +2,15 @@
 
 #include <gmock/gmock.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 TEST(ColorToHtml, HasRedLowestAndCapitals)
 {
-    EXPECT_EQ(ColorToHtml(0x0000FFFF), QStringLiteral("#FFFF00"));
-    EXPECT_EQ(ColorToHtml(0x000A0B0C), QStringLiteral("#0C0B0A"));
-    EXPECT_EQ(ColorToHtml(0), QStringLiteral("#000000"));
+    EXPECT_EQ(ColorToHtml(0x0000FFFF), u"#FFFF00"_s);
+    EXPECT_EQ(ColorToHtml(0x000A0B0C), u"#0C0B0A"_s);
+    EXPECT_EQ(ColorToHtml(0), u"#000000"_s);
 }
 
 TEST(ColorToHtml, AsksForASystemColourAtEachCall)
@@ -20,10 +22,10 @@ TEST(ColorToHtml, AsksForASystemColourAtEachCall)
         code = asked;
         return current;
     };
-    EXPECT_EQ(ColorToHtml(0xFF000005), QStringLiteral("#332211"));
+    EXPECT_EQ(ColorToHtml(0xFF000005), u"#332211"_s);
     EXPECT_EQ(code, 5);
     current = 0x00FFFFFF;
-    EXPECT_EQ(ColorToHtml(0xFF000005), QStringLiteral("#FFFFFF"));
+    EXPECT_EQ(ColorToHtml(0xFF000005), u"#FFFFFF"_s);
     SystemColour = before;
 }
 

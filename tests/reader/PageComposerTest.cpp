@@ -2,30 +2,9 @@
 
 #include <gmock/gmock.h>
 
-#include <string>
+using namespace Qt::StringLiterals;
 
 namespace {
-
-struct PassageCase
-{
-    const char *rule;
-    QByteArray content;
-    PageOptions options;
-    QByteArray page;
-};
-
-class PassageTable : public testing::TestWithParam<PassageCase>
-{};
-
-TEST_P(PassageTable, GivesThePage)
-{
-    EXPECT_EQ(ComposePassage(GetParam().content, GetParam().options), GetParam().page);
-}
-
-PageOptions With(int mode, int margin, const QString &font = QStringLiteral("Segoe UI"))
-{
-    return {mode, margin, font};
-}
 
 /// A literal that may hold NUL.
 template <std::size_t Size>
@@ -34,152 +13,119 @@ QByteArray Bytes(const char (&literal)[Size])
     return QByteArray(literal, Size - 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Margins, PassageTable,
-    testing::Values(PassageCase{"NoneIsTheBlobByteForByte", Bytes("<HTML>a"), With(1, 0), Bytes("<HTML>a")},
-                    PassageCase{"One", Bytes("a"), With(1, 1), Bytes("<blockquote>\ra\r</blockquote>")},
-                    PassageCase{"Two", Bytes("a"), With(2, 2),
-                                Bytes("<blockquote> <blockquote>\ra\r</blockquote> </blockquote>")},
-                    PassageCase{"ThreeStandsBeforeTheBlobsOwnStart", Bytes("<HTML>a</HTML>"), With(0, 3),
-                                Bytes("<blockquote> <blockquote> <blockquote>\r<HTML>a</HTML>\r"
-                                      "</blockquote> </blockquote> </blockquote>")},
-                    PassageCase{"NeverAroundTheParallelPage", Bytes("a"), With(10, 3), Bytes("a")},
-                    PassageCase{"FourIsNone", Bytes("a"), With(1, 4), Bytes("a")},
-                    PassageCase{"MinusOneIsNone", Bytes("a"), With(1, -1), Bytes("a")}),
-    [](const auto &row) { return std::string(row.param.rule); });
+const QString Segoe = u"Segoe UI"_s;
 
-INSTANTIATE_TEST_SUITE_P(
-    FontSwap, PassageTable,
-    testing::Values(
-        PassageCase{"EqualFontTouchesNothing", Bytes("SEGOE UI Segoe UI"), With(1, 0), Bytes("SEGOE UI Segoe UI")},
-        PassageCase{"OtherCaseOfTheSameFontIsAnotherFont", Bytes("SEGOE UI Segoe UI"),
-                    With(1, 0, QStringLiteral("segoe ui")), Bytes("segoe ui segoe ui")},
-        PassageCase{"AnyCaseIsReplaced", Bytes("SEGOE UI|segoe ui|SeGoE uI"), With(1, 0, QStringLiteral("Arial")),
-                    Bytes("Arial|Arial|Arial")},
-        PassageCase{"NeighboursAreReplacedBoth", Bytes("Segoe UISegoe UI"), With(1, 0, QStringLiteral("X")),
-                    Bytes("XX")},
-        PassageCase{"RestartsInsideABrokenName", Bytes("SSegoe UI Segoe U"), With(1, 0, QStringLiteral("X")),
-                    Bytes("SX Segoe U")},
-        PassageCase{"NulIsNoBlank", Bytes("Segoe\0UI"), With(1, 0, QStringLiteral("X")), Bytes("Segoe\0UI")},
-        PassageCase{"QuotesOfTheNameGoInAsTheyAre", Bytes("<p style='font:Segoe UI'>"),
-                    With(1, 0, QStringLiteral("O'Neil \"Sans\"")), Bytes("<p style='font:O'Neil \"Sans\"'>")},
-        PassageCase{"NameIsUtf8", Bytes("Segoe UI"), With(1, 0, QStringLiteral("Chữ Việt")),
-                    QStringLiteral("Chữ Việt").toUtf8()},
-        PassageCase{"EmptyFontRemovesTheName", Bytes("a Segoe UI b"), With(1, 0, QString()), Bytes("a  b")},
-        PassageCase{"AlsoInTheParallelPage", Bytes("segoe ui"), With(10, 2, QStringLiteral("Arial")), Bytes("Arial")},
-        PassageCase{"NothingLeftGivesNoMarginEither", Bytes("Segoe UI"), With(1, 3, QString()), Bytes("")}),
-    [](const auto &row) { return std::string(row.param.rule); });
+} // namespace
 
-INSTANTIATE_TEST_SUITE_P(
-    SizeSwap, PassageTable,
-    testing::Values(
-        PassageCase{"InRunningText", Bytes("grew by 150% at once"), With(1, 0), Bytes("grew by 200% at once")},
-        PassageCase{"InEveryMode", Bytes("150%"), With(10, 0), Bytes("200%")},
-        PassageCase{"InsideALongerNumber", Bytes("1150%150%"), With(0, 0), Bytes("1200%200%")},
-        PassageCase{"OtherPercentagesStay", Bytes("%50%15%105%"), With(0, 0), Bytes("%50%15%105%")},
-        PassageCase{"AfterTheFontSwap", Bytes("1Segoe UI0%"), With(0, 0, QStringLiteral("5")), Bytes("200%")},
-        PassageCase{"InTheFontsNameToo", Bytes("Segoe UI"), With(0, 0, QStringLiteral("Wide 150%")),
-                    Bytes("Wide 200%")}),
-    [](const auto &row) { return std::string(row.param.rule); });
+TEST(ComposePassage, GivesThePage)
+{
+    const struct
+    {
+        const char *rule;
+        QByteArray content;
+        PageOptions options;
+        QByteArray page;
+    } rows[]{
+        {"no margin: the blob byte for byte", "<HTML>a", {1, 0, Segoe}, "<HTML>a"},
+        {"margin 1", "a", {1, 1, Segoe}, "<blockquote>\ra\r</blockquote>"},
+        {"margin 2", "a", {2, 2, Segoe}, "<blockquote> <blockquote>\ra\r</blockquote> </blockquote>"},
+        {"margin 3 stands before the blob's own start",
+         "<HTML>a</HTML>",
+         {0, 3, Segoe},
+         "<blockquote> <blockquote> <blockquote>\r<HTML>a</HTML>\r</blockquote> </blockquote> </blockquote>"},
+        {"no margin around the parallel page", "a", {10, 3, Segoe}, "a"},
+        {"margin 4 is none", "a", {1, 4, Segoe}, "a"},
+        {"margin -1 is none", "a", {1, -1, Segoe}, "a"},
 
-INSTANTIATE_TEST_SUITE_P(ForeignBytes, PassageTable,
-                         testing::Values(PassageCase{"NulPasses", Bytes("a\0Segoe UI\0"),
-                                                     With(1, 0, QStringLiteral("X")), Bytes("a\0X\0")},
-                                         PassageCase{"InvalidUtf8Passes", Bytes("\xFF\xC3(150%\x80"), With(1, 0),
-                                                     Bytes("\xFF\xC3(200%\x80")},
-                                         PassageCase{"LineEndsStay", Bytes("a\rb\nc\r\n"), With(1, 1),
-                                                     Bytes("<blockquote>\ra\rb\nc\r\n\r</blockquote>")},
-                                         PassageCase{"Empty", Bytes(""), With(1, 3, QStringLiteral("X")), Bytes("")}),
-                         [](const auto &row) { return std::string(row.param.rule); });
+        {"an equal font touches nothing", "SEGOE UI Segoe UI", {1, 0, Segoe}, "SEGOE UI Segoe UI"},
+        {"other case is another font", "SEGOE UI Segoe UI", {1, 0, u"segoe ui"_s}, "segoe ui segoe ui"},
+        {"any case is replaced", "SEGOE UI|segoe ui|SeGoE uI", {1, 0, u"Arial"_s}, "Arial|Arial|Arial"},
+        {"neighbours", "Segoe UISegoe UI", {1, 0, u"X"_s}, "XX"},
+        {"restarts inside a broken name", "SSegoe UI Segoe U", {1, 0, u"X"_s}, "SX Segoe U"},
+        {"NUL is no blank", Bytes("Segoe\0UI"), {1, 0, u"X"_s}, Bytes("Segoe\0UI")},
+        {"quotes go in as they are", "<p style='font:Segoe UI'>", {1, 0, u"O'N \"S\""_s}, "<p style='font:O'N \"S\"'>"},
+        {"the name is UTF-8", "Segoe UI", {1, 0, u"Chữ Việt"_s}, "Chữ Việt"},
+        {"an empty font removes the name", "a Segoe UI b", {1, 0, QString()}, "a  b"},
+        {"also in the parallel page", "segoe ui", {10, 2, u"Arial"_s}, "Arial"},
+        {"nothing left gives no margin either", "Segoe UI", {1, 3, QString()}, ""},
+
+        {"size in running text", "grew by 150% at once", {1, 0, Segoe}, "grew by 200% at once"},
+        {"size in every mode", "150%", {10, 0, Segoe}, "200%"},
+        {"inside a longer number", "1150%150%", {0, 0, Segoe}, "1200%200%"},
+        {"other percentages stay", "%50%15%105%", {0, 0, Segoe}, "%50%15%105%"},
+        {"after the font swap", "1Segoe UI0%", {0, 0, u"5"_s}, "200%"},
+        {"in the font's name too", "Segoe UI", {0, 0, u"Wide 150%"_s}, "Wide 200%"},
+
+        {"NUL passes", Bytes("a\0Segoe UI\0"), {1, 0, u"X"_s}, Bytes("a\0X\0")},
+        {"invalid UTF-8 passes", "\xFF\xC3(150%\x80", {1, 0, Segoe}, "\xFF\xC3(200%\x80"},
+        {"line ends stay", "a\rb\nc\r\n", {1, 1, Segoe}, "<blockquote>\ra\rb\nc\r\n\r</blockquote>"},
+        {"empty", "", {1, 3, u"X"_s}, ""},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(ComposePassage(row.content, row.options), row.page) << row.rule;
+}
 
 TEST(ComposePassage, FindsTheFontWhereverItLiesInALongPage)
 {
     // The search goes by blocks of 2048 bytes: at their edges nothing may be missed or found twice.
     for (int before = 2030; before < 2060; ++before) {
         for (const int after : {0, 1, 2047, 2048}) {
-            const QByteArray head(before, 's');
-            const QByteArray tail(after, 'i');
-            EXPECT_EQ(ComposePassage(head + Bytes("SEGOE ui") + tail, With(1, 0, QStringLiteral("Arial"))),
-                      head + Bytes("Arial") + tail)
+            const QByteArray head(before, 's'), tail(after, 'i');
+            EXPECT_EQ(ComposePassage(head + "SEGOE ui" + tail, {1, 0, u"Arial"_s}), head + "Arial" + tail)
                 << before << " " << after;
         }
     }
 }
 
-TEST(ComposePassage, LeavesTheStoredBytesAlone)
-{
-    const QByteArray stored = Bytes("150% Segoe UI");
-    const QByteArray shared = stored;
-    ComposePassage(shared, With(1, 0));
-    EXPECT_EQ(stored, Bytes("150% Segoe UI"));
-}
-
 TEST(FallbackPage, IsTheGivenBytesAroundTheUnescapedText)
 {
-    const QByteArray page = Bytes("<HTML>\r<head>\r"
-                                  "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />\r"
-                                  "<font face = \"Segoe UI\">\r<h3> <p ALIGN=\"CENTER\"> <br> "
-                                  "<font face=\"Times New Roman\" color=\"#800000\">a<b>&c"
-                                  "</font> </p> </h3></font>\r</head>\r</HTML>");
-    EXPECT_EQ(ComposeFallbackPage(Bytes("a<b>&c")), page);
+    EXPECT_EQ(ComposeFallbackPage("a<b>&c"),
+              "<HTML>\r<head>\r<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />\r"
+              "<font face = \"Segoe UI\">\r<h3> <p ALIGN=\"CENTER\"> <br> "
+              "<font face=\"Times New Roman\" color=\"#800000\">a<b>&c"
+              "</font> </p> </h3></font>\r</head>\r</HTML>");
 }
 
-struct FallbackCase
+TEST(FallbackText, NamesTheRow)
 {
-    const char *rule;
-    int idVic;
-    int interfaceLang;
-    QByteArray text;
-};
-
-class FallbackTable : public testing::TestWithParam<FallbackCase>
-{};
-
-TEST_P(FallbackTable, NamesTheRow)
-{
-    EXPECT_EQ(FallbackText(GetParam().idVic, GetParam().interfaceLang, QStringLiteral("Phẩm"), QStringLiteral("Book")),
-              GetParam().text);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Rules, FallbackTable,
-    testing::Values(FallbackCase{"GroupInVietnamese", 1000, 0, Bytes("Ph\xE1\xBA\xA9m")},
-                    FallbackCase{"TextInEnglish", 9971, 1, Bytes("Book")},
-                    FallbackCase{"GroupElse", 1000, 2, Bytes("")},
-                    FallbackCase{"NoDataInVietnamese", 999, 0,
-                                 QByteArray::fromHex("43 68 C6 B0 61 20 63 C3 B3 20 64 E1 BB AF 20 6C 69 E1 BB 87 75 "
-                                                     "2E 2E 2E")},
-                    FallbackCase{"NoDataInEnglish", 0, 1, Bytes("No data to display...")},
-                    FallbackCase{"NoDataElse", 0, -1, Bytes("")}),
-    [](const auto &row) { return std::string(row.param.rule); });
-
-TEST(FallbackText, OfAGroupWithoutEnglishNameIsEmpty)
-{
-    EXPECT_EQ(FallbackText(1005, 1, QStringLiteral("Phẩm"), QString()), QByteArray());
+    const struct
+    {
+        int idVic, interfaceLang;
+        QByteArray text;
+    } rows[]{{1000, 0, "Phẩm"},
+             {9971, 1, "Book"},
+             {1000, 2, ""},
+             {999, 0, "Chưa có dữ liệu..."},
+             {0, 1, "No data to display..."},
+             {0, -1, ""}};
+    for (const auto &row : rows)
+        EXPECT_EQ(FallbackText(row.idVic, row.interfaceLang, u"Phẩm"_s, u"Book"_s), row.text) << row.idVic;
+    EXPECT_EQ(FallbackText(1005, 1, u"Phẩm"_s, QString()), QByteArray());
 }
 
 TEST(HostStyle, HoldsGroundAndLineHeight)
 {
-    EXPECT_EQ(HostStyle(0x0000FFFF),
-              QStringLiteral("body {background-color: #FFFF00}\r\np {\r\nline-height: 175%\r\n}\r\n"));
+    EXPECT_EQ(HostStyle(0x0000FFFF), u"body {background-color: #FFFF00}\r\np {\r\nline-height: 175%\r\n}\r\n"_s);
 }
 
 TEST(BarePage, EndsEachLineAndLeavesAnEmptyTextOut)
 {
-    const QByteArray head = Bytes("<HTML>\r\n<BODY>\r\n<head>\r\n<title></title>\r\n"
-                                  "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />\r\n");
-    EXPECT_EQ(UTF8StrToHTML(Bytes("")), head + Bytes("</BODY>\r\n</HTML>\r\n"));
-    EXPECT_EQ(UTF8StrToHTML(Bytes("x")), head + Bytes("x\r\n</BODY>\r\n</HTML>\r\n"));
+    const QByteArray head = "<HTML>\r\n<BODY>\r\n<head>\r\n<title></title>\r\n"
+                            "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />\r\n";
+    EXPECT_EQ(UTF8StrToHTML({}), head + "</BODY>\r\n</HTML>\r\n");
+    EXPECT_EQ(UTF8StrToHTML("x"), head + "x\r\n</BODY>\r\n</HTML>\r\n");
 }
 
 TEST(ContentColumn, IsOnePerModeAndNoneElse)
 {
-    EXPECT_EQ(ContentColumn(0), QStringLiteral("CONTENT_VIC_PAL"));
-    EXPECT_EQ(ContentColumn(1), QStringLiteral("CONTENT_VIC_VIE"));
-    EXPECT_EQ(ContentColumn(2), QStringLiteral("CONTENT_VIC_ENG"));
-    EXPECT_EQ(ContentColumn(10), QStringLiteral("CONTENT_VIC_PAL_VIE"));
-    for (const int unknown : {-1, 3, 9, 11})
-        EXPECT_TRUE(ContentColumn(unknown).isEmpty()) << unknown;
+    const std::pair<int, QString> rows[]{{0, u"CONTENT_VIC_PAL"_s},
+                                         {1, u"CONTENT_VIC_VIE"_s},
+                                         {2, u"CONTENT_VIC_ENG"_s},
+                                         {10, u"CONTENT_VIC_PAL_VIE"_s},
+                                         {-1, {}},
+                                         {3, {}},
+                                         {9, {}},
+                                         {11, {}}};
+    for (const auto &[mode, column] : rows)
+        EXPECT_EQ(ContentColumn(mode), column) << mode;
 }
-
-} // namespace

@@ -2,68 +2,73 @@
 
 #include <gmock/gmock.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 TEST(FilterKeys, EveryKeyReloadsButFour)
 {
-    EXPECT_EQ(MeaningOfFilterKey(Qt::Key_Return), FilterKey::Nothing);
-    EXPECT_EQ(MeaningOfFilterKey(Qt::Key_Enter), FilterKey::Nothing);
-    EXPECT_EQ(MeaningOfFilterKey(Qt::Key_Down), FilterKey::NextRow);
-    EXPECT_EQ(MeaningOfFilterKey(Qt::Key_Up), FilterKey::PriorRow);
-    for (const int key : {int(Qt::Key_A), int(Qt::Key_Shift), int(Qt::Key_Left), int(Qt::Key_Home), int(Qt::Key_End),
-                          int(Qt::Key_Escape), int(Qt::Key_Backspace), int(Qt::Key_unknown), 0})
-        EXPECT_EQ(MeaningOfFilterKey(key), FilterKey::Reload) << key;
+    const std::pair<int, FilterKey> rows[]{{Qt::Key_Return, FilterKey::Nothing},
+                                           {Qt::Key_Enter, FilterKey::Nothing},
+                                           {Qt::Key_Down, FilterKey::NextRow},
+                                           {Qt::Key_Up, FilterKey::PriorRow},
+                                           {Qt::Key_A, FilterKey::Reload},
+                                           {Qt::Key_Shift, FilterKey::Reload},
+                                           {Qt::Key_Left, FilterKey::Reload},
+                                           {Qt::Key_Backspace, FilterKey::Reload},
+                                           {Qt::Key_Escape, FilterKey::Reload},
+                                           {Qt::Key_unknown, FilterKey::Reload},
+                                           {0, FilterKey::Reload}};
+    for (const auto &[key, meaning] : rows)
+        EXPECT_EQ(MeaningOfFilterKey(key), meaning) << key;
 }
 
 TEST(TreeFilter, TrimsControlsAndBlanksOnly)
 {
-    EXPECT_EQ(TrimControls(QStringLiteral(" \t\r\n\u0001a  b\u001F ")), QStringLiteral("a  b"));
-    EXPECT_EQ(TrimControls(QStringLiteral("\u00A0a\u3000")), QStringLiteral("\u00A0a\u3000"));
-    EXPECT_EQ(TrimControls(QStringLiteral(" \n ")), QString());
+    EXPECT_EQ(TrimControls(u" \t\r\n\u0001a  b\u001F "_s), u"a  b"_s);
+    EXPECT_EQ(TrimControls(u"\u00A0a\u3000"_s), u"\u00A0a\u3000"_s);
+    EXPECT_EQ(TrimControls(u" \n "_s), QString());
 }
 
 TEST(TreeFilter, ClauseFollowsTheColumnOnShow)
 {
-    EXPECT_EQ(TreeFilterClause(NameColumn::Pali), QStringLiteral(" where (lower(n.name_vic_pal) like :SEARCH_TEXT)"));
-    EXPECT_EQ(TreeFilterClause(NameColumn::Vietnamese),
-              QStringLiteral(" where (lower(n.name_vic_vie) like :SEARCH_TEXT)"));
-    EXPECT_EQ(TreeFilterClause(NameColumn::English),
-              QStringLiteral(" where (lower(n.name_vic_eng) like :SEARCH_TEXT)"));
+    const QString clause = u" where (lower(n.name_vic_%1) like :SEARCH_TEXT)"_s;
+    EXPECT_EQ(TreeFilterClause(NameColumn::Pali), clause.arg(u"pal"_s));
+    EXPECT_EQ(TreeFilterClause(NameColumn::Vietnamese), clause.arg(u"vie"_s));
+    EXPECT_EQ(TreeFilterClause(NameColumn::English), clause.arg(u"eng"_s));
     EXPECT_EQ(TreeFilterClause(NameColumn::None), QString());
 }
 
 TEST(TreeFilter, ValueIsLowerCaseBeyondAsciiAndKeepsWildcards)
 {
-    EXPECT_EQ(TreeFilterValue(QStringLiteral("ĐẠI PHẨM")), QStringLiteral("%đại phẩm%"));
-    EXPECT_EQ(TreeFilterValue(QStringLiteral("ṬĀṄ")), QStringLiteral("%ṭāṅ%"));
-    EXPECT_EQ(TreeFilterValue(QStringLiteral("A_%'\"")), QStringLiteral("%a_%'\"%"));
+    EXPECT_EQ(TreeFilterValue(u"ĐẠI PHẨM"_s), u"%đại phẩm%"_s);
+    EXPECT_EQ(TreeFilterValue(u"ṬĀṄ"_s), u"%ṭāṅ%"_s);
+    EXPECT_EQ(TreeFilterValue(u"A_%'\""_s), u"%a_%'\"%"_s);
     // Combining marks are neither joined nor dropped.
-    EXPECT_EQ(TreeFilterValue(QStringLiteral("A\u0304")), QStringLiteral("%a\u0304%"));
+    EXPECT_EQ(TreeFilterValue(u"A\u0304"_s), u"%a\u0304%"_s);
 }
 
 TEST(TreeFilter, AValueBeyondEveryNameAsksForMoreLettersThanANameHas)
 {
     // 381 bytes hold a name of 127 letters; two of them are the wildcards.
-    EXPECT_EQ(TreeFilterValue(QString(379, QLatin1Char('%'))), QString(381, QLatin1Char('%')));
-    EXPECT_EQ(TreeFilterValue(QString(380, QLatin1Char('%'))), QString(128, QLatin1Char('_')));
-    EXPECT_EQ(TreeFilterValue(QString(127, QChar(0x1E6D))), QString(128, QLatin1Char('_')));
+    EXPECT_EQ(TreeFilterValue(QString(379, u'%')), QString(381, u'%'));
+    EXPECT_EQ(TreeFilterValue(QString(380, u'%')), QString(128, u'_'));
+    EXPECT_EQ(TreeFilterValue(QString(127, QChar(0x1E6D))), QString(128, u'_'));
 }
-
-struct NameViewCase
-{
-    int mode;
-    NameColumn column;
-    bool marginEnabled;
-};
 
 TEST(NameView, FollowsTheMode)
 {
-    const NameViewCase cases[] = {{0, NameColumn::Pali, true},
-                                  {1, NameColumn::Vietnamese, true},
-                                  {2, NameColumn::None, true},
-                                  {10, NameColumn::Vietnamese, false},
-                                  {7, NameColumn::None, true}};
-    for (const NameViewCase &row : cases) {
+    const struct
+    {
+        int mode;
+        NameColumn column;
+        bool marginEnabled;
+    } rows[]{{0, NameColumn::Pali, true},
+             {1, NameColumn::Vietnamese, true},
+             {2, NameColumn::None, true},
+             {10, NameColumn::Vietnamese, false},
+             {7, NameColumn::None, true}};
+    for (const auto &row : rows) {
         const NameView view = NameViewOfMode(row.mode);
         EXPECT_EQ(view.column, row.column) << row.mode;
         EXPECT_EQ(view.toggle, row.column) << row.mode;
@@ -86,8 +91,8 @@ TEST(RandomOpening, CoversOneTo204AndNeverTheLastText)
 
 TEST(BoxTexts, OfTheMarksStandInTwoLanguagesAndAreEmptyElse)
 {
-    EXPECT_EQ(ClientDatabaseNotOpenText(0), QStringLiteral("Hệ thống dữ liệu chưa sẵn sàng!"));
-    EXPECT_EQ(ClientDatabaseNotOpenText(1), QStringLiteral("Client database is not open!"));
+    EXPECT_EQ(ClientDatabaseNotOpenText(0), u"Hệ thống dữ liệu chưa sẵn sàng!"_s);
+    EXPECT_EQ(ClientDatabaseNotOpenText(1), u"Client database is not open!"_s);
     EXPECT_EQ(ClientDatabaseNotOpenText(2) + ClientDatabaseNotOpenText(-1), QString());
 }
 

@@ -12,6 +12,8 @@
 
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const char canonScript[] = R"(
@@ -41,21 +43,20 @@ struct Canon
 {
     Canon()
     {
-        QFile::link(ProductFolder() + QStringLiteral("libfbclient.so.2"),
-                    folder.Path(QStringLiteral("libfbclient.so.2")));
-        QFile::link(ProductFolder() + QStringLiteral("firebird"), folder.Path(QStringLiteral("firebird")));
+        QFile::link(ProductFolder() + u"libfbclient.so.2"_s, folder.Path(u"libfbclient.so.2"_s));
+        QFile::link(ProductFolder() + u"firebird"_s, folder.Path(u"firebird"_s));
         TpFIBDatabase database;
         TpFIBTransaction transaction;
         const QString program = Program();
-        PrepareConnection(database, transaction, folder.Path(QStringLiteral("KELORA.FDB")), program);
+        PrepareConnection(database, transaction, folder.Path(u"KELORA.FDB"_s), program);
         database.CreateDatabase();
         TpFIBScripter script;
         script.SetDatabase(&database);
-        script.Script() = QString::fromUtf8(canonScript).split(QLatin1Char('\n'));
+        script.Script() = QString::fromUtf8(canonScript).split(u'\n');
         script.ExecuteScript();
         database.SetConnected(false);
     }
-    QString Program() const { return folder.Path(QStringLiteral("Lumivara")); }
+    QString Program() const { return folder.Path(u"Lumivara"_s); }
 
     ScratchFolder folder;
 };
@@ -84,7 +85,7 @@ ReaderWindow::ReaderWindow() : program(TheCanon().Program()), m_realDoors(Doors(
     CollectionMode = 0;
     GlobalActiveStyle = 0;
     GlobalActiveName.clear();
-    skinFile = TheCanon().folder.Path(QStringLiteral("AllSkins.skinres"));
+    skinFile = TheCanon().folder.Path(u"AllSkins.skinres"_s);
     SetSkins({});
 }
 
@@ -110,6 +111,13 @@ void ReaderWindow::AddLanguage(const QString &fileName, const QByteArray &conten
     m_languageFiles.append(file.fileName());
 }
 
+void ReaderWindow::AddEnglish()
+{
+    QFile english(ProductFolder() + u"English.lng"_s);
+    EXPECT_TRUE(english.open(QIODevice::ReadOnly));
+    AddLanguage(u"English.lng"_s, english.readAll());
+}
+
 ModuleDoors ReaderWindow::Modules()
 {
     ModuleDoors doors;
@@ -118,8 +126,7 @@ ModuleDoors ReaderWindow::Modules()
     doors.terminate = [this] { exitCodes.append(1); };
     doors.confirmDelete = ConfirmDelete;
     doors.createRegistry = [this]() -> std::unique_ptr<TRegistry> {
-        return std::make_unique<JsonRegistry>(settings.Path(QStringLiteral("config")),
-                                              settings.Path(QStringLiteral("autostart")), *disk);
+        return std::make_unique<JsonRegistry>(settings.Path(u"config"_s), settings.Path(u"autostart"_s), *disk);
     };
     return doors;
 }
@@ -167,16 +174,18 @@ QVariant ReaderWindow::Stored(const QString &name)
 
 void ReaderWindow::StoreDefaults(int openSutta, int lastKelora, int languageSutta, int interfaceLang)
 {
-    Store(QStringLiteral("OpenSutta"), openSutta);
-    Store(QStringLiteral("LastKelora"), lastKelora);
-    Store(QStringLiteral("PopupActive"), 1);
-    Store(QStringLiteral("PopupTime"), 30);
-    Store(QStringLiteral("InterfaceLang"), interfaceLang);
-    Store(QStringLiteral("FontName"), QStringLiteral("Segoe UI"));
-    Store(QStringLiteral("BgColor"), 0x00FFFFFF);
-    Store(QStringLiteral("SeachHighlightColor"), 65535);
-    Store(QStringLiteral("LastWord"), QString());
-    Store(QStringLiteral("LanguageSutta"), languageSutta);
+    const std::pair<QString, QVariant> values[]{{u"OpenSutta"_s, openSutta},
+                                                {u"LastKelora"_s, lastKelora},
+                                                {u"PopupActive"_s, 1},
+                                                {u"PopupTime"_s, 30},
+                                                {u"InterfaceLang"_s, interfaceLang},
+                                                {u"FontName"_s, u"Segoe UI"_s},
+                                                {u"BgColor"_s, 0x00FFFFFF},
+                                                {u"SeachHighlightColor"_s, 65535},
+                                                {u"LastWord"_s, QString()},
+                                                {u"LanguageSutta"_s, languageSutta}};
+    for (const auto &[name, value] : values)
+        Store(name, value);
 }
 
 void ReaderWindow::Trigger(const char *name)
@@ -197,14 +206,14 @@ TBrowserControl &ReaderWindow::Browser()
 
 QString ReaderWindow::CurrentName()
 {
-    return window->qryTreeSutas.FieldByName(QStringLiteral("NAME_VIC_VIE")).AsString();
+    return window->qryTreeSutas.FieldByName(u"NAME_VIC_VIE"_s).AsString();
 }
 
 QStringList ReaderWindow::PassageNames()
 {
     TpFIBDataSet &tree = window->qryTreeSutas;
-    const int number = tree.FieldByName(QStringLiteral("NUMBER_VIC")).Index();
-    const int name = tree.FieldByName(QStringLiteral("NAME_VIC_VIE")).Index();
+    const int number = tree.FieldByName(u"NUMBER_VIC"_s).Index();
+    const int name = tree.FieldByName(u"NAME_VIC_VIE"_s).Index();
     QStringList names;
     for (int row = 0; row < tree.RecordCount(); ++row) {
         if (tree.ValueAt(row, number).toInt() > 0)

@@ -9,10 +9,13 @@
 #include "toolkit/Doors.h"
 
 #include <QAction>
+#include <QPointer>
 #include <QTest>
+#include <QTimer>
 
 #include <gmock/gmock.h>
 
+#include <functional>
 #include <memory>
 
 class TBrowserControl;
@@ -42,19 +45,27 @@ protected:
     void Store(const QString &name, const QVariant &value);
     /// Puts a language file beside the program until the test's end.
     void AddLanguage(const QString &fileName, const QByteArray &content);
+    /// The same with the product's own English.
+    void AddEnglish();
     /// Puts a skin file beside the program until the test's end; without one the file holds no skin.
     void SetSkins(const QByteArray &content);
     /// The stored value; invalid if there is none.
     QVariant Stored(const QString &name);
 
-    /// The named object of the window; the test fails with the name when it is missing.
+    /// The named object of a window; the test fails with the name when it is missing.
     template <typename T>
-    T &Find(const char *name)
+    static T &In(QWidget &window, const char *name)
     {
-        T *found = window->findChild<T *>(QLatin1StringView(name));
+        T *found = window.findChild<T *>(QLatin1StringView(name));
         if (!found)
             throw std::runtime_error(std::string("no ") + name);
         return *found;
+    }
+    /// The same in the main window.
+    template <typename T>
+    T &Find(const char *name)
+    {
+        return In<T>(*window, name);
     }
     QAction &Action(const char *name) { return Find<QAction>(name); }
     /// Runs a command; the test fails when it is disabled.
@@ -69,6 +80,30 @@ protected:
     void Type(QWidget &widget, const QString &text);
     bool WaitPage();
     void CheckBoxes(const QList<Box> &expected);
+    /// Runs a command that opens a modal window of a kind, and `inside` once that is active; what that leaves open is
+    /// closed. The window is gone then.
+    template <typename Dialog>
+    void RunModal(const char *command, const std::function<void(Dialog &)> &inside)
+    {
+        bool wasOpen = false;
+        QTimer poll;
+        QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
+            const QPointer<Dialog> dialog = window->findChild<Dialog *>();
+            if (!dialog || !dialog->isVisible())
+                return;
+            poll.stop();
+            wasOpen = true;
+            EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
+            EXPECT_TRUE(dialog->isModal());
+            inside(*dialog);
+            if (dialog && dialog->isVisible())
+                dialog->reject();
+        });
+        poll.start(10);
+        Trigger(command);
+        EXPECT_TRUE(wasOpen);
+        EXPECT_FALSE(window->findChild<Dialog *>()) << "it is freed";
+    }
 
     ScratchFolder settings;
     SettingsDisk *disk = &RealSettingsDisk(); ///< that the settings are on

@@ -48,7 +48,7 @@ private:
         const bool fails = m_failAt > 0 && (m_lasting == Lasting::Once ? m_calls == m_failAt : m_calls >= m_failAt);
         m_fired |= fails;
         if (fails)
-            errorText = QStringLiteral("No space left on device");
+            errorText = u"No space left on device"_qs;
         return fails;
     }
 

@@ -23,15 +23,15 @@ protected:
         TpFIBDatabase database;
         TpFIBTransaction transaction;
         const QString folder = ProductFolder();
-        PrepareConnection(database, transaction, folder + QStringLiteral("NONE.FDB"), folder + QStringLiteral("exe"));
+        PrepareConnection(database, transaction, folder + u"NONE.FDB"_qs, folder + u"exe"_qs);
         EXPECT_THROW(database.SetConnected(true), DatabaseError);
     }
     void SetUp() override
     {
         ResetGlobals();
-        QFile::link(ProductFolder() + QStringLiteral("libfbclient.so.2"), Path(QStringLiteral("libfbclient.so.2")));
-        QFile::link(ProductFolder() + QStringLiteral("firebird"), Path(QStringLiteral("firebird")));
-        doors.exeName = Path(QStringLiteral("Lumivara"));
+        QFile::link(ProductFolder() + u"libfbclient.so.2"_qs, Path(u"libfbclient.so.2"_qs));
+        QFile::link(ProductFolder() + u"firebird"_qs, Path(u"firebird"_qs));
+        doors.exeName = Path(u"Lumivara"_qs);
         doors.showMessage = [this](const QString &text) { messages += text; };
         doors.terminate = [this] { ++terminations; };
         doors.createRegistry = [this] { return MakeRegistry(); };
@@ -41,13 +41,13 @@ protected:
     QString Path(const QString &name) const { return m_folder.Path(name); }
     std::unique_ptr<TRegistry> MakeRegistry()
     {
-        return std::make_unique<JsonRegistry>(Path(QStringLiteral("lumivara")), Path(QStringLiteral("autostart")),
+        return std::make_unique<JsonRegistry>(Path(u"lumivara"_qs), Path(u"autostart"_qs),
                                               disk ? *disk : RealSettingsDisk());
     }
     /// The options key, open for writing.
     std::unique_ptr<TRegistry> OpenOptions()
     {
-        auto registry = std::make_unique<JsonRegistry>(Path(QStringLiteral("lumivara")), QString());
+        auto registry = std::make_unique<JsonRegistry>(Path(u"lumivara"_qs), QString());
         EXPECT_TRUE(registry->OpenKey(QString::fromUtf16(OptionsKey), true));
         return registry;
     }

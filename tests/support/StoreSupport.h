@@ -15,10 +15,9 @@
 inline void Prepare(TpFIBDatabase &database, TpFIBTransaction &transaction, const QString &path)
 {
     database.SetDBName(path);
-    database.DBParams() = {QStringLiteral("lc_ctype=UNICODE_FSS"), QStringLiteral("user_name=SYSDBA"),
-                           QStringLiteral("password=lotuspond")};
-    database.SetCharSet(QStringLiteral("UNICODE_FSS"));
-    database.SetLibraryName(ProductFolder() + QStringLiteral("libfbclient.so.2"));
+    database.DBParams() = {u"lc_ctype=UNICODE_FSS"_qs, u"user_name=SYSDBA"_qs, u"password=lotuspond"_qs};
+    database.SetCharSet(u"UNICODE_FSS"_qs);
+    database.SetLibraryName(ProductFolder() + u"libfbclient.so.2"_qs);
     database.SetDefaultTransaction(&transaction);
     transaction.SetDefaultDatabase(&database);
 }
@@ -28,7 +27,7 @@ inline void RunScript(TpFIBDatabase &database, const QString &script)
 {
     TpFIBScripter scripter;
     scripter.SetDatabase(&database);
-    scripter.Script() = QStringList{script, QStringLiteral("commit work;")};
+    scripter.Script() = QStringList{script, u"commit work;"_qs};
     scripter.ExecuteScript();
 }
 
@@ -51,7 +50,7 @@ inline QString EmptyDatabase()
     static const QString path = [] {
         TpFIBDatabase database;
         TpFIBTransaction transaction;
-        Prepare(database, transaction, folder.Path(QStringLiteral("EMPTY.FDB")));
+        Prepare(database, transaction, folder.Path(u"EMPTY.FDB"_qs));
         database.CreateDatabase();
         return database.DBName();
     }();
@@ -64,7 +63,7 @@ class StoreTest : public testing::Test
 protected:
     void SetUp() override
     {
-        const QString path = scratch.Path(QStringLiteral("TEST.FDB"));
+        const QString path = scratch.Path(u"TEST.FDB"_qs);
         EXPECT_TRUE(QFile::copy(EmptyDatabase(), path));
         Prepare(database, transaction, path);
         database.SetConnected(true);

@@ -3,9 +3,11 @@
 #include <QCoreApplication>
 #include <QDir>
 
+using namespace Qt::StringLiterals;
+
 QString ProductFolder()
 {
-    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../Lumivara")) + QLatin1Char('/');
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + u"/../Lumivara"_s) + u'/';
 }
 
 ScratchFolder::ScratchFolder() = default;

@@ -543,19 +543,3 @@ TEST_F(Access, RowsSayWhatTheyShow)
         }
     }
 }
-
-TEST_F(Access, SplittersAreEasyToTakeInEverySkin)
-{
-    Open();
-    TBarCombo &skins = Find<TBarCombo>("bcbInterface");
-    ASSERT_EQ(skins.count(), 28);
-    Trigger("acDictionary");
-    Trigger("acOrganization");
-    for (int skin = 0; skin < skins.count(); ++skin) {
-        skins.SetItemIndex(skin);
-        QApplication::sendPostedEvents();
-        for (const QWidget *splitWindow :
-             {static_cast<QWidget *>(window.get()), FindForm(u"frmDictionary"_s), FindForm(u"frmFocusHighlight"_s)})
-            CheckSplitters(*splitWindow);
-    }
-}

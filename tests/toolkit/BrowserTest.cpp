@@ -3,6 +3,8 @@
 
 #include <QRectF>
 
+using namespace Qt::StringLiterals;
+
 std::unique_ptr<TBrowserControl> BrowserTest::s_control;
 
 void BrowserTest::SetUpTestSuite()
@@ -66,10 +68,9 @@ QWidget *BrowserTest::Input()
 QPoint BrowserTest::PlaceOf(const QString &selector)
 {
     const QVariantMap rect =
-        Value(QStringLiteral("(() => { const r = document.querySelector('%1').getClientRects()[0];"
-                             " return { x: (r.left + r.right) / 2, y: (r.top + r.bottom) / 2 }; })()")
-                  .arg(selector))
+        Value(u"(() => { const r = document.querySelector('%1').getClientRects()[0];"
+              " return { x: (r.left + r.right) / 2, y: (r.top + r.bottom) / 2 }; })()"_s.arg(selector))
             .toMap();
     const qreal zoom = Control().page()->zoomFactor();
-    return (QPointF(rect[QStringLiteral("x")].toReal(), rect[QStringLiteral("y")].toReal()) * zoom).toPoint();
+    return (QPointF(rect[u"x"_s].toReal(), rect[u"y"_s].toReal()) * zoom).toPoint();
 }

@@ -65,11 +65,8 @@ TEST_F(ColorCombo, OffersEveryNamedColourOnceAndShowsNoName)
     EXPECT_EQ(combo.currentIndex(), -1);
     combo.SetColorValue(0x0000FFFF);
     const QImage swatch = combo.grab().toImage();
-    EXPECT_EQ(swatch.pixelColor(swatch.rect().center()), QColor(Qt::yellow));
-    QSet<QRgb> inks;
     for (int x = 10; x < swatch.width() / 2; ++x)
-        inks.insert(swatch.pixel(x, swatch.height() / 2));
-    EXPECT_EQ(inks.size(), 1) << "nothing is written on it";
+        EXPECT_EQ(swatch.pixelColor(x, swatch.height() / 2), QColor(Qt::yellow)) << "nothing is written on it";
 }
 
 TEST_F(ColorCombo, ColoursComeBackAsTheyWereSet)
@@ -120,14 +117,14 @@ TEST(ColorChooser, AsksInTheToolkitsDialogInBothLanguages)
     const QScopedValueRollback language(InterfaceLang);
     for (const bool isVietnamese : {true, false}) {
         InterfaceLang = isVietnamese ? 0 : 1;
-        QString title, texts;
+        QString texts;
         QTimer poll;
         QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
             auto *dialog = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
             if (!dialog || !dialog->isVisible())
                 return;
             poll.stop();
-            title = dialog->windowTitle();
+            texts = dialog->windowTitle();
             for (auto *widget : dialog->findChildren<QWidget *>()) {
                 if (widget->isVisible())
                     texts += widget->property("text").toString().remove(u'&') + u'|';
@@ -136,9 +133,8 @@ TEST(ColorChooser, AsksInTheToolkitsDialogInBothLanguages)
             QTest::keyClick(dialog, isVietnamese ? Qt::Key_Return : Qt::Key_Escape);
         });
         poll.start(10);
-        const auto chosen = ChooseColour(nullptr, 0x0000FFFF);
-        EXPECT_EQ(chosen, isVietnamese ? std::optional<Colour>(0x00030201) : std::nullopt);
-        EXPECT_EQ(title, isVietnamese ? u"Chọn màu"_s : u"Choose a color"_s);
+        EXPECT_EQ(ChooseColour(nullptr, 0x0000FFFF), isVietnamese ? std::optional<Colour>(0x00030201) : std::nullopt);
+        EXPECT_TRUE(texts.startsWith(isVietnamese ? u"Chọn màu"_s : u"Choose a color"_s));
         EXPECT_EQ(texts.contains(u"Basic colors"_s), !isVietnamese);
         EXPECT_EQ(texts.contains(u"Bỏ qua"_s), isVietnamese);
         EXPECT_FALSE(texts.contains(u"Pick Screen"_s));

@@ -1,11 +1,8 @@
 #include "toolkit/Doors.h"
 
-#include "toolkit/Fonts.h"
 #include "toolkit/Guard.h"
 
 #include <QApplication>
-#include <QFontInfo>
-#include <QLabel>
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
@@ -14,48 +11,30 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-struct Box
+TEST(MessageBoxDoor, ShowsPlainTextAndTellsTheAnswer)
 {
-    const char *name;
-    BoxButtons buttons;
-    Qt::Key key;
-    bool answer;
-};
-
-} // namespace
-
-class MessageBoxDoor : public testing::TestWithParam<Box>
-{};
-
-TEST_P(MessageBoxDoor, ShowsPlainTextAndTellsTheAnswer)
-{
-    QString name, title, text;
-    Qt::TextFormat format = Qt::AutoText;
-    QTimer::singleShot(0, qApp, [&] {
-        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        ASSERT_NE(box, nullptr);
-        name = box->objectName();
-        title = box->windowTitle();
-        text = box->text();
-        format = box->textFormat();
-        QTest::keyClick(box, GetParam().key);
-    });
-    const bool answer =
-        Doors().messageBox(u"Title"_s, u"<b>one</b>\rtwo\r\nthree"_s, GetParam().buttons, BoxIcon::Error);
-    EXPECT_EQ(answer, GetParam().answer);
-    EXPECT_EQ(name, u"msgBox"_s);
-    EXPECT_EQ(title, u"Title"_s);
-    EXPECT_EQ(text, u"<b>one</b>\ntwo\nthree"_s);
-    EXPECT_EQ(format, Qt::PlainText);
+    const struct
+    {
+        BoxButtons buttons;
+        Qt::Key key;
+        bool answer;
+    } rows[]{{BoxButtons::Ok, Qt::Key_Return, true},
+             {BoxButtons::YesNo, Qt::Key_Return, true},
+             {BoxButtons::YesNo, Qt::Key_Escape, false}};
+    for (const auto &row : rows) {
+        QStringList seen;
+        QTimer::singleShot(0, qApp, [&] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            ASSERT_NE(box, nullptr);
+            seen = {box->objectName(), box->windowTitle(), box->text(), QString::number(box->textFormat())};
+            QTest::keyClick(box, row.key);
+        });
+        EXPECT_EQ(Doors().messageBox(u"Title"_s, u"<b>one</b>\rtwo\r\nthree"_s, row.buttons, BoxIcon::Error),
+                  row.answer);
+        EXPECT_EQ(seen,
+                  (QStringList{u"msgBox"_s, u"Title"_s, u"<b>one</b>\ntwo\nthree"_s, QString::number(Qt::PlainText)}));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Answers, MessageBoxDoor,
-                         testing::Values(Box{"Ok", BoxButtons::Ok, Qt::Key_Return, true},
-                                         Box{"YesIsTheDefault", BoxButtons::YesNo, Qt::Key_Return, true},
-                                         Box{"EscapeIsNo", BoxButtons::YesNo, Qt::Key_Escape, false}),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST(WaitCursor, HasTwoStatesAndNoNesting)
 {
@@ -85,17 +64,4 @@ TEST(SystemColours, AreThoseOfTheDesktop)
     EXPECT_NE(Doors().systemColour(8), Doors().systemColour(5)) << "text on its own ground";
     for (const int code : {-1, 31, 255})
         EXPECT_EQ(Doors().systemColour(code), Colour(0x00FFFFFF)) << code;
-}
-
-TEST(RandomDoor, DrawsDifferentNumbers)
-{
-    EXPECT_NE(Doors().drawNumber(), Doors().drawNumber());
-}
-
-TEST(FontSubstitutes, GiveThePageFontItsLetters)
-{
-    InstallFontSubstitutes();
-    if (IsPageFontInstalled())
-        GTEST_SKIP() << "the font itself is here";
-    EXPECT_EQ(QFontInfo(QFont(u"Segoe UI"_s)).family(), u"Noto Sans"_s);
 }

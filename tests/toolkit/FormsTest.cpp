@@ -2,66 +2,39 @@
 
 #include <QCoreApplication>
 #include <QPointer>
-#include <QTest>
 #include <QWidget>
 
 #include <gmock/gmock.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-class Forms : public testing::Test
+QWidget *Open(const QString &name)
 {
-protected:
-    ~Forms() override { DeleteForms(); }
-
-    QWidget *Open(const QString &name)
-    {
-        return OpenForm(name, [this] {
-            ++made;
-            return new QWidget;
-        });
-    }
-
-    int made = 0;
-};
+    return OpenForm(name, [] { return new QWidget; });
+}
 
 } // namespace
 
-TEST_F(Forms, AtMostOneOfEachName)
+TEST(Forms, StandOnceOfEachNameUntilTheyAreClosed)
 {
-    QWidget *search = Open(QStringLiteral("frmSearchSutas"));
-    EXPECT_TRUE(search->isVisible());
-    EXPECT_EQ(search->objectName(), QStringLiteral("frmSearchSutas"));
-    EXPECT_EQ(search->parentWidget(), nullptr);
-    EXPECT_EQ(Open(QStringLiteral("frmSearchSutas")), search);
-    EXPECT_NE(Open(QStringLiteral("frmDictionary")), search);
-    EXPECT_EQ(made, 2);
-    EXPECT_EQ(FindForm(QStringLiteral("frmSearchSutas")), search);
-    EXPECT_EQ(FindForm(QStringLiteral("frmFocusHighlight")), nullptr);
-}
-
-TEST_F(Forms, AMinimisedOneIsRestored)
-{
-    QWidget *form = Open(QStringLiteral("frmDictionary"));
-    form->setWindowState(Qt::WindowMinimized);
-    EXPECT_EQ(Open(QStringLiteral("frmDictionary")), form);
-    EXPECT_FALSE(form->isMinimized());
-}
-
-TEST_F(Forms, AClosedOneIsFoundNoMoreAndGoes)
-{
-    const QPointer<QWidget> form = Open(QStringLiteral("frmDictionary"));
+    const QPointer<QWidget> form = Open(u"frmSearchSutas"_s);
+    EXPECT_TRUE(form->isVisible());
+    EXPECT_EQ(form->objectName(), u"frmSearchSutas"_s);
+    EXPECT_EQ(form->parentWidget(), nullptr);
+    EXPECT_EQ(Open(u"frmSearchSutas"_s), form);
+    EXPECT_NE(Open(u"frmDictionary"_s), form);
+    EXPECT_EQ(FindForm(u"frmSearchSutas"_s), form);
     form->close();
-    EXPECT_EQ(FindForm(QStringLiteral("frmDictionary")), nullptr);
-    EXPECT_NE(Open(QStringLiteral("frmDictionary")), form.data());
+    EXPECT_EQ(FindForm(u"frmSearchSutas"_s), nullptr);
+    EXPECT_NE(Open(u"frmSearchSutas"_s), form.data());
     // The program's own loop deletes it on its next turn; a loop that begins later leaves that to the outer one.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(form.isNull());
-}
-
-TEST_F(Forms, WhatFailsToBeMadeIsNotThere)
-{
-    EXPECT_THROW(OpenForm(QStringLiteral("frmDictionary"), []() -> QWidget * { throw std::runtime_error("no"); }),
+    DeleteForms();
+    EXPECT_EQ(FindForm(u"frmDictionary"_s), nullptr);
+    EXPECT_THROW(OpenForm(u"frmDictionary"_s, []() -> QWidget * { throw std::runtime_error("no"); }),
                  std::runtime_error);
-    EXPECT_EQ(FindForm(QStringLiteral("frmDictionary")), nullptr);
+    EXPECT_EQ(FindForm(u"frmDictionary"_s), nullptr);
 }

@@ -8,16 +8,6 @@ namespace {
 const QString yellowText = uR"([...document.querySelectorAll('font')]
     .filter((e) => getComputedStyle(e).backgroundColor === 'rgb(255, 255, 0)').map((e) => e.textContent).join('|'))"_s;
 
-struct Hits
-{
-    const char *rule;
-    QString page;
-    QString text;
-    FindFlags flags;
-    int count;
-    QString coloured; ///< parts parted by "|"
-};
-
 } // namespace
 
 class Highlight : public BrowserTest
@@ -30,56 +20,56 @@ protected:
     }
 };
 
-class HighlightTable : public Highlight, public testing::WithParamInterface<Hits>
-{};
-
-TEST_P(HighlightTable, ColoursEveryHit)
+TEST_F(Highlight, ColoursEveryHit)
 {
-    Load(GetParam().page);
-    const QString before = Text(u"document.body.textContent"_s);
-    EXPECT_EQ(Mark(GetParam().text, u"#FFFF00"_s, GetParam().flags), GetParam().count);
-    EXPECT_EQ(Text(yellowText), GetParam().coloured);
-    EXPECT_EQ(Text(u"document.body.textContent"_s), before);
+    const FindFlags none, matchCase = FindFlag::MatchCase, wholeWord = FindFlag::WholeWord;
+    const struct
+    {
+        const char *rule;
+        QString page, text;
+        FindFlags flags;
+        int count;
+        QString coloured; ///< parts parted by "|"
+    } rows[]{
+        {"none", u"<p>text"_s, u"other"_s, none, 0, u""_s},
+        {"empty text", u"<p>text"_s, u""_s, none, 0, u""_s},
+        {"case ignored", u"<p>Phẩm PHẨM phẩm"_s, u"pHẩM"_s, none, 3, u"Phẩm|PHẨM|phẩm"_s},
+        {"case matched", u"<p>Dhamma dhamma"_s, u"dhamma"_s, matchCase, 1, u"dhamma"_s},
+        {"diacritics count", u"<p>phâm phẩm pham"_s, u"pham"_s, none, 1, u"pham"_s},
+        {"the stroke counts", u"<p>di đi"_s, u"đi"_s, none, 1, u"đi"_s},
+        {"nothing is normalised", u"<p>\u1EA9 a\u0302\u0309"_s, u"a\u0302\u0309"_s, none, 1, u"a\u0302\u0309"_s},
+        {"an overlap is coloured whole", u"<p>xanananax"_s, u"ana"_s, none, 3, u"ananana"_s},
+        {"neighbours join", u"<p>aaaa"_s, u"aa"_s, none, 3, u"aaaa"_s},
+        {"over the border of elements", u"<p>Dh<b>am</b>ma"_s, u"dhamma"_s, none, 1, u"Dh|am|ma"_s},
+        {"not over paragraphs", u"<p>dham</p><p>ma</p>"_s, u"dhamma"_s, none, 0, u""_s},
+        {"not over cells", u"<table><tr><td>dham<td>ma</table>"_s, u"dhamma"_s, none, 0, u""_s},
+        {"not over a break", u"<p>dham<br>ma"_s, u"dhamma"_s, none, 0, u""_s},
+        {"a line end is a blank", u"<p>một\r\n   hai"_s, u"một hai"_s, none, 1, u"một\n   hai"_s},
+        {"a no-break blank differs", u"<p>một&nbsp;hai một hai"_s, u"một hai"_s, none, 1, u"một hai"_s},
+        {"sharp s", u"<p>Straße STRASSE STRAẞE"_s, u"straße"_s, none, 2, u"Straße|STRAẞE"_s},
+        {"a dotted capital grows", u"<p>xİy z"_s, u"y"_s, none, 1, u"y"_s},
+        {"a dotted capital is whole", u"<p>İi"_s, u"i"_s, none, 1, u"i"_s},
+        {"a dotted capital is found", u"<p>aİb"_s, u"İb"_s, none, 1, u"İb"_s},
+        {"sigma without context", u"<p>ΟΔΟΣ"_s, u"οδοσ"_s, none, 1, u"ΟΔΟΣ"_s},
+        {"beyond the first plane", u"<p>a😀b😀"_s, u"😀"_s, none, 2, u"😀|😀"_s},
+        {"entities are text", u"<p>a &lt;b&gt; c"_s, u"<B>"_s, none, 1, u"<b>"_s},
+        {"whole word", u"<p>kinh, kinhs (Kinh) mkinh"_s, u"kinh"_s, wholeWord, 2, u"kinh|Kinh"_s},
+        {"whole word with marks", u"<p>ta ta\u0323 ṭa"_s, u"ta"_s, wholeWord, 1, u"ta"_s},
+        {"both flags", u"<p>Kinh kinh Kinhs"_s, u"Kinh"_s, wholeWord | matchCase, 1, u"Kinh"_s},
+        {"not in a script", u"<script>ana</script><style>ana{}</style><p>ana"_s, u"ana"_s, none, 1, u"ana"_s},
+        {"quotes and slashes", u"<p>a'b\"c\\d</p>"_s, u"'b\"c\\"_s, none, 1, u"'b\"c\\"_s},
+        {"in the head of the fallback page", u"<HTML>\r<head>\r<h3><font color=red>Tựa</font></h3></head></HTML>"_s,
+         u"tựa"_s, none, 1, u"Tựa"_s},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.rule);
+        Load(row.page);
+        const QString before = Text(u"document.body.textContent"_s);
+        EXPECT_EQ(Mark(row.text, u"#FFFF00"_s, row.flags), row.count);
+        EXPECT_EQ(Text(yellowText), row.coloured);
+        EXPECT_EQ(Text(u"document.body.textContent"_s), before);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rules, HighlightTable,
-    testing::Values(
-        Hits{"None", u"<p>text"_s, u"other"_s, {}, 0, u""_s}, Hits{"EmptyText", u"<p>text"_s, u""_s, {}, 0, u""_s},
-        Hits{"CaseIgnored", u"<p>Phẩm PHẨM phẩm"_s, u"pHẩM"_s, {}, 3, u"Phẩm|PHẨM|phẩm"_s},
-        Hits{"CaseMatched", u"<p>Dhamma dhamma"_s, u"dhamma"_s, FindFlag::MatchCase, 1, u"dhamma"_s},
-        Hits{"DiacriticsCount", u"<p>phâm phẩm pham"_s, u"pham"_s, {}, 1, u"pham"_s},
-        Hits{"StrokeCounts", u"<p>di đi"_s, u"đi"_s, {}, 1, u"đi"_s},
-        Hits{"NothingIsNormalised", u"<p>\u1EA9 a\u0302\u0309"_s, u"a\u0302\u0309"_s, {}, 1, u"a\u0302\u0309"_s},
-        Hits{"OverlapIsColouredWhole", u"<p>xanananax"_s, u"ana"_s, {}, 3, u"ananana"_s},
-        Hits{"NeighboursJoin", u"<p>aaaa"_s, u"aa"_s, {}, 3, u"aaaa"_s},
-        Hits{"OverElementBorder", u"<p>Dh<b>am</b>ma"_s, u"dhamma"_s, {}, 1, u"Dh|am|ma"_s},
-        Hits{"NotOverParagraphs", u"<p>dham</p><p>ma</p>"_s, u"dhamma"_s, {}, 0, u""_s},
-        Hits{"NotOverCells", u"<table><tr><td>dham<td>ma</table>"_s, u"dhamma"_s, {}, 0, u""_s},
-        Hits{"NotOverBreak", u"<p>dham<br>ma"_s, u"dhamma"_s, {}, 0, u""_s},
-        Hits{"LineEndIsABlank", u"<p>một\r\n   hai"_s, u"một hai"_s, {}, 1, u"một\n   hai"_s},
-        Hits{"NoBreakBlankDiffers", u"<p>một&nbsp;hai một hai"_s, u"một hai"_s, {}, 1, u"một hai"_s},
-        Hits{"SharpS", u"<p>Straße STRASSE STRAẞE"_s, u"straße"_s, {}, 2, u"Straße|STRAẞE"_s},
-        Hits{"DottedCapitalGrows", u"<p>xİy z"_s, u"y"_s, {}, 1, u"y"_s},
-        Hits{"DottedCapitalIsWhole", u"<p>İi"_s, u"i"_s, {}, 1, u"i"_s},
-        Hits{"DottedCapitalFound", u"<p>aİb"_s, u"İb"_s, {}, 1, u"İb"_s},
-        Hits{"SigmaWithoutContext", u"<p>ΟΔΟΣ"_s, u"οδοσ"_s, {}, 1, u"ΟΔΟΣ"_s},
-        Hits{"BeyondTheFirstPlane", u"<p>a😀b😀"_s, u"😀"_s, {}, 2, u"😀|😀"_s},
-        Hits{"EntitiesAreText", u"<p>a &lt;b&gt; c"_s, u"<B>"_s, {}, 1, u"<b>"_s},
-        Hits{"WholeWord", u"<p>kinh, kinhs (Kinh) mkinh"_s, u"kinh"_s, FindFlag::WholeWord, 2, u"kinh|Kinh"_s},
-        Hits{"WholeWordWithMarks", u"<p>ta ta\u0323 ṭa"_s, u"ta"_s, FindFlag::WholeWord, 1, u"ta"_s},
-        Hits{"BothFlags", u"<p>Kinh kinh Kinhs"_s, u"Kinh"_s, FindFlags(FindFlag::WholeWord) | FindFlag::MatchCase, 1,
-             u"Kinh"_s},
-        Hits{
-            "NotInScriptOrStyle", u"<body><script>ana</script><style>ana{}</style><p>ana"_s, u"ana"_s, {}, 1, u"ana"_s},
-        Hits{"QuotesAndSlashes", u"<p>a'b\"c\\d</p>"_s, u"'b\"c\\"_s, {}, 1, u"'b\"c\\"_s},
-        Hits{"InHeadOfTheFallbackPage",
-             u"<HTML>\r<head>\r<h3><font color=red>Tựa</font></h3></head></HTML>"_s,
-             u"tựa"_s,
-             {},
-             1,
-             u"Tựa"_s}),
-    [](const auto &row) { return std::string(row.param.rule); });
 
 TEST_F(Highlight, LaterColourWinsAndNeverNests)
 {
@@ -103,12 +93,6 @@ TEST_F(Highlight, GivesTheForegroundColourToo)
     EXPECT_EQ(Text(u"document.querySelector('font').style.backgroundColor"_s), u""_s);
 }
 
-TEST_F(Highlight, ReachesDocumentsInFrames)
-{
-    Load(u"<iframe srcdoc='<p>inner ana'></iframe>"_s);
-    EXPECT_EQ(Mark(u"ana"_s), 1);
-}
-
 TEST_F(Highlight, WaitsForThePageAndColoursOverItsHandler)
 {
     Control().OnDocumentComplete = [this] { Mark(u"text"_s, u"#00FF00"_s); };
@@ -118,37 +102,18 @@ TEST_F(Highlight, WaitsForThePageAndColoursOverItsHandler)
     EXPECT_EQ(Text(yellowText), u"text"_s);
 }
 
-TEST_F(Highlight, ColoursManyHits)
-{
-    constexpr int hitCount = 20000;
-    Load(u"<p>kinh một hai ba bốn năm</p>"_s.repeated(hitCount));
-    EXPECT_EQ(Mark(u"kinh"_s), hitCount);
-}
-
-struct Scroll
-{
-    const char *name;
-    ScrollMode mode;
-    QString topmost; ///< id of the element at the top of the view
-};
-
-class HighlightScroll : public Highlight, public testing::WithParamInterface<Scroll>
-{};
-
-TEST_P(HighlightScroll, BringsAHitToTheTop)
+TEST_F(Highlight, BringsAHitToTheTop)
 {
     const QString gap = u"<div style='height:2000px'></div>"_s;
-    Load(u"<p id=start>x</p>"_s + gap + u"<p id=one>kinh</p>"_s + gap + u"<p id=two>kinh</p>"_s + gap);
-    EXPECT_EQ(Mark(u"kinh"_s, u"Yellow"_s, {}, GetParam().mode), 2);
-    EXPECT_TRUE(Becomes(u"document.getElementById('%1').getBoundingClientRect().top < 40 &&"
-                        " document.getElementById('%1').getBoundingClientRect().top > -10"_s.arg(GetParam().topmost)));
+    const QString isTop =
+        u"(top => top < 40 && top > -10)(document.getElementById('%1').getBoundingClientRect().top)"_s;
+    for (const auto &[mode, topmost] :
+         {std::pair(ScrollMode::None, u"start"_s), {ScrollMode::First, u"one"_s}, {ScrollMode::Last, u"two"_s}}) {
+        Load(u"<p id=start>x</p>"_s + gap + u"<p id=one>kinh</p>"_s + gap + u"<p id=two>kinh</p>"_s + gap);
+        EXPECT_EQ(Mark(u"kinh"_s, u"Yellow"_s, {}, mode), 2);
+        EXPECT_TRUE(Becomes(isTop.arg(topmost))) << qPrintable(topmost);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Modes, HighlightScroll,
-                         testing::Values(Scroll{"None", ScrollMode::None, u"start"_s},
-                                         Scroll{"First", ScrollMode::First, u"one"_s},
-                                         Scroll{"Last", ScrollMode::Last, u"two"_s}),
-                         [](const auto &row) { return std::string(row.param.name); });
 
 TEST_F(Highlight, ScrollsToTheFirstOccurrence)
 {

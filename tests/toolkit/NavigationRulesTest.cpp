@@ -2,76 +2,59 @@
 
 #include <gmock/gmock.h>
 
-#include <string>
+using namespace Qt::StringLiterals;
 
-namespace {
-
-struct NavigationCase
+TEST(Navigation, IsDecidedByAddressFrameAndStarter)
 {
-    const char *rule;
-    const char *address;
-    Navigation decision;
-    bool isMainFrame = true;
-    bool isStartPage = false;
-};
-
-class NavigationTable : public testing::TestWithParam<NavigationCase>
-{};
-
-TEST_P(NavigationTable, Decides)
-{
-    const QUrl page(QStringLiteral("lumivara://page/7"));
-    EXPECT_EQ(DecideNavigation(QUrl(QString::fromUtf8(GetParam().address)), GetParam().isStartPage,
-                               GetParam().isMainFrame, page),
-              GetParam().decision);
+    constexpr auto Load = Navigation::Load, Outside = Navigation::OpenOutside, Refuse = Navigation::Refuse;
+    const struct
+    {
+        QString address;
+        Navigation inPage, asStartPage, inFrame;
+    } rows[]{
+        {u"http://example.org/"_s, Outside, Outside, Refuse},
+        {u"https://example.org/"_s, Outside, Outside, Refuse},
+        {u"file:///home/a/httpd.html"_s, Outside, Outside, Refuse}, // the letters count anywhere
+        {u"lumivara://page/7#http"_s, Outside, Load, Refuse},
+        {u"file:///HTTPD.html"_s, Refuse, Refuse, Refuse},
+        {u"mailto:reader@example.org"_s, Outside, Outside, Refuse},
+        {u"lumivara://page/7#note1"_s, Load, Load, Refuse},
+        {u"lumivara://page/7#"_s, Load, Load, Refuse},
+        {u"lumivara://page/7"_s, Refuse, Load, Refuse},
+        {u"lumivara://page/8"_s, Refuse, Load, Refuse},
+        {u"lumivara://page/other.htm"_s, Refuse, Load, Refuse},
+        {u"lumivara://page/6#note1"_s, Refuse, Load, Refuse},
+        {u"file:///etc/passwd"_s, Refuse, Refuse, Refuse},
+        {u"ftp://example.org/"_s, Refuse, Refuse, Refuse},
+        {u"javascript:alert(1)"_s, Refuse, Refuse, Refuse},
+        {u"data:text/html,x"_s, Refuse, Refuse, Refuse},
+        {u"about:blank"_s, Refuse, Refuse, Refuse},
+        {u"zoommtg:join"_s, Refuse, Refuse, Refuse},
+        {QString(), Refuse, Refuse, Refuse},
+    };
+    const QUrl page(u"lumivara://page/7"_s);
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.address.toStdString());
+        EXPECT_EQ(DecideNavigation(QUrl(row.address), false, true, page), row.inPage);
+        EXPECT_EQ(DecideNavigation(QUrl(row.address), true, true, page), row.asStartPage);
+        EXPECT_EQ(DecideNavigation(QUrl(row.address), false, false, page), row.inFrame);
+    }
+    EXPECT_EQ(DecideNavigation(QUrl(u"lumivara://page/8"_s), true, false, page), Refuse);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rules, NavigationTable,
-    testing::Values(NavigationCase{"HttpLeaves", "http://example.org/", Navigation::OpenOutside},
-                    NavigationCase{"HttpsLeaves", "https://example.org/", Navigation::OpenOutside},
-                    NavigationCase{"LettersAnywhereLeave", "file:///home/a/httpd.html", Navigation::OpenOutside},
-                    NavigationCase{"LettersInAPlaceLeave", "lumivara://page/7#http", Navigation::OpenOutside},
-                    NavigationCase{"LettersInCapitalsAreOthers", "file:///HTTPD.html", Navigation::Refuse},
-                    NavigationCase{"MailLeaves", "mailto:reader@example.org", Navigation::OpenOutside},
-                    NavigationCase{"PlaceInThePageLoads", "lumivara://page/7#note1", Navigation::Load},
-                    NavigationCase{"TopOfThePageLoads", "lumivara://page/7#", Navigation::Load},
-                    NavigationCase{"ReloadIsRefused", "lumivara://page/7", Navigation::Refuse},
-                    NavigationCase{"RelativeLinkIsRefused", "lumivara://page/other.htm", Navigation::Refuse},
-                    NavigationCase{"PlaceInAnotherPageIsRefused", "lumivara://page/6#note1", Navigation::Refuse},
-                    NavigationCase{"FileIsRefused", "file:///etc/passwd", Navigation::Refuse},
-                    NavigationCase{"FtpIsRefused", "ftp://example.org/", Navigation::Refuse},
-                    NavigationCase{"ScriptIsRefused", "javascript:alert(1)", Navigation::Refuse},
-                    NavigationCase{"DataIsRefused", "data:text/html,x", Navigation::Refuse},
-                    NavigationCase{"BlankIsRefused", "about:blank", Navigation::Refuse},
-                    NavigationCase{"UnknownSchemeIsRefused", "zoommtg:join", Navigation::Refuse},
-                    NavigationCase{"EmptyIsRefused", "", Navigation::Refuse},
-                    NavigationCase{"HostsPageLoads", "lumivara://page/8", Navigation::Load, true, true},
-                    NavigationCase{"NothingElseLoadsUnderTheHost", "http://example.org/", Navigation::OpenOutside, true,
-                                   true},
-                    NavigationCase{"FileIsRefusedUnderTheHost", "file:///etc/passwd", Navigation::Refuse, true, true},
-                    NavigationCase{"FrameOpensNothing", "http://example.org/", Navigation::Refuse, false},
-                    NavigationCase{"FrameShowsNoPage", "lumivara://page/8", Navigation::Refuse, false, true},
-                    NavigationCase{"FrameSendsNoMail", "mailto:a@b.c", Navigation::Refuse, false},
-                    NavigationCase{"FrameShowsNoPlace", "lumivara://page/7#note1", Navigation::Refuse, false}),
-    [](const auto &row) { return std::string(row.param.rule); });
 
 TEST(Requests, OnlyThePageAndEmbeddedDataPass)
 {
-    const QUrl page(QStringLiteral("lumivara://page/7"));
-    const QUrl web(QStringLiteral("http://example.org/"));
-    for (const char *allowed : {"lumivara://page/7", "data:image/png;base64,AAAA"})
-        EXPECT_TRUE(MayRequest(QUrl(QString::fromUtf8(allowed)), page, false)) << allowed;
-    for (const char *onTheWeb : {"http://example.org/a.png", "https://example.org/"}) {
-        EXPECT_FALSE(MayRequest(QUrl(QString::fromUtf8(onTheWeb)), page, false)) << onTheWeb;
-        EXPECT_TRUE(MayRequest(QUrl(QString::fromUtf8(onTheWeb)), web, false)) << onTheWeb;
-        EXPECT_TRUE(MayRequest(QUrl(QString::fromUtf8(onTheWeb)), page, true)) << onTheWeb;
+    const QUrl page(u"lumivara://page/7"_s), web(u"http://example.org/"_s);
+    for (const QString &allowed : {u"lumivara://page/7"_s, u"data:image/png;base64,AAAA"_s})
+        EXPECT_TRUE(MayRequest(QUrl(allowed), page, false)) << qPrintable(allowed);
+    for (const QString &onTheWeb : {u"http://example.org/a.png"_s, u"https://example.org/"_s}) {
+        EXPECT_FALSE(MayRequest(QUrl(onTheWeb), page, false)) << qPrintable(onTheWeb);
+        EXPECT_TRUE(MayRequest(QUrl(onTheWeb), web, false)) << qPrintable(onTheWeb);
+        EXPECT_TRUE(MayRequest(QUrl(onTheWeb), page, true)) << qPrintable(onTheWeb);
     }
-    for (const char *blocked : {"file:///etc/passwd", "ftp://a/b", "ws://example.org/", "blob:lumivara://page/1",
-                                "about:blank", "qrc:/a", "//host/a", ""}) {
-        EXPECT_FALSE(MayRequest(QUrl(QString::fromUtf8(blocked)), page, false)) << blocked;
-        EXPECT_FALSE(MayRequest(QUrl(QString::fromUtf8(blocked)), web, false)) << blocked;
+    for (const QString &blocked : {u"file:///etc/passwd"_s, u"ftp://a/b"_s, u"ws://example.org/"_s,
+                                   u"blob:lumivara://page/1"_s, u"about:blank"_s, u"qrc:/a"_s, u"//host/a"_s, u""_s}) {
+        EXPECT_FALSE(MayRequest(QUrl(blocked), page, false)) << qPrintable(blocked);
+        EXPECT_FALSE(MayRequest(QUrl(blocked), web, false)) << qPrintable(blocked);
     }
 }
-
-} // namespace

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// The tree as text: row numbers, children in brackets.
@@ -12,51 +14,35 @@ QString Drawn(const TreeShape &shape, int row = TreeShape::Top)
         const int child = shape.ChildAt(row, position);
         EXPECT_EQ(shape.ParentOf(child), row);
         EXPECT_EQ(shape.PositionOf(child), position);
-        const QString below =
-            shape.ChildCount(child) > 0 ? QLatin1Char('(') + Drawn(shape, child) + QLatin1Char(')') : QString();
+        const QString below = shape.ChildCount(child) > 0 ? u'(' + Drawn(shape, child) + u')' : QString();
         children.append(QString::number(child) + below);
     }
-    return children.join(QLatin1Char(' '));
+    return children.join(u' ');
 }
-
-struct Case
-{
-    const char *rule;
-    QStringList keys;
-    QStringList parents;
-    QString drawn;
-};
-
-QStringList Words(const char *text)
-{
-    return QString::fromUtf8(text).split(QLatin1Char(' '));
-}
-
-class TreeShapeTable : public testing::TestWithParam<Case>
-{};
 
 } // namespace
 
-TEST_P(TreeShapeTable, HoldsEveryRowOnce)
+TEST(TreeShape, HoldsEveryRowOnce)
 {
-    const TreeShape shape(GetParam().keys, GetParam().parents, QStringLiteral("-1"));
-    EXPECT_EQ(Drawn(shape).toStdString(), GetParam().drawn.toStdString());
+    const struct
+    {
+        const char *rule;
+        QString keys, parents, drawn; ///< keys parted by blanks
+    } rows[]{
+        {"children keep the rows' order", u"a b c d"_s, u"-1 a -1 a"_s, u"0(1 3) 2"_s},
+        {"a parent may come later", u"c b a"_s, u"b a -1"_s, u"2(1(0))"_s},
+        {"orphans stand at the top", u"a b"_s, u"-1 nobody"_s, u"0 1"_s},
+        {"empty keys are nobody's parent", u" "_s, u" "_s, u"0 1"_s},
+        {"of equal keys the first takes the children", u"a a b"_s, u"-1 -1 a"_s, u"0(2) 1"_s},
+        {"its own parent", u"a b"_s, u"a a"_s, u"0(1)"_s},
+        {"a circle opens at its first row", u"x a b c"_s, u"-1 b c a"_s, u"0 1(3(2))"_s},
+        {"a tail of a circle hangs below it", u"t a b"_s, u"b b a"_s, u"1(2(0))"_s},
+        {"the root's key is no row", u"-1 a"_s, u"-1 -1"_s, u"0 1"_s},
+    };
+    for (const auto &row : rows)
+        EXPECT_EQ(Drawn(TreeShape(row.keys.split(u' '), row.parents.split(u' '), u"-1"_s)), row.drawn) << row.rule;
+    EXPECT_EQ(Drawn(TreeShape({}, {}, u"-1"_s)), QString());
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rules, TreeShapeTable,
-    testing::Values(
-        Case{"NoRows", {}, {}, {}},
-        Case{"ChildrenKeepTheRowsOrder", Words("a b c d"), Words("-1 a -1 a"), QStringLiteral("0(1 3) 2")},
-        Case{"AParentMayComeLater", Words("c b a"), Words("b a -1"), QStringLiteral("2(1(0))")},
-        Case{"OrphansStandAtTheTop", Words("a b"), Words("-1 nobody"), QStringLiteral("0 1")},
-        Case{"EmptyKeysAreNobodysParent", {QString(), QString()}, {QString(), QString()}, QStringLiteral("0 1")},
-        Case{"OfEqualKeysTheFirstTakesTheChildren", Words("a a b"), Words("-1 -1 a"), QStringLiteral("0(2) 1")},
-        Case{"ItsOwnParent", Words("a b"), Words("a a"), QStringLiteral("0(1)")},
-        Case{"ACircleOpensAtItsFirstRow", Words("x a b c"), Words("-1 b c a"), QStringLiteral("0 1(3(2))")},
-        Case{"ATailOfACircleHangsBelowIt", Words("t a b"), Words("b b a"), QStringLiteral("1(2(0))")},
-        Case{"TheRootsKeyIsNoRow", Words("-1 a"), Words("-1 -1"), QStringLiteral("0 1")}),
-    [](const auto &info) { return std::string(info.param.rule); });
 
 TEST(TreeShape, BoundsTheDepthOfAChain)
 {
@@ -66,7 +52,7 @@ TEST(TreeShape, BoundsTheDepthOfAChain)
         keys.append(QString::number(row));
         parents.append(QString::number(row - 1));
     }
-    const TreeShape shape(keys, parents, QStringLiteral("-1"));
+    const TreeShape shape(keys, parents, u"-1"_s);
     EXPECT_EQ(shape.ChildCount(TreeShape::Top), 20);
     int deepest = 0;
     for (int row = 0; row < count; ++row) {
