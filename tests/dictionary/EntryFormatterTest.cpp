@@ -1,5 +1,7 @@
 #include "dictionary/EntryFormatter.h"
 
+#include <QByteArrayList>
+
 #include <gmock/gmock.h>
 
 #include <string>

@@ -1,5 +1,7 @@
 #include "stores/AutostartEntry.h"
 
+#include <QByteArrayList>
+
 #include <gmock/gmock.h>
 
 using namespace Qt::StringLiterals;
