@@ -1,3 +1,5 @@
+#include "presentation/GlobalUnit.h"
+#include "stores/ClientsDM.h"
 #include "support/TestSupport.h"
 #include "tools/ToolSupport.h"
 
@@ -258,22 +260,39 @@ TEST_F(CanonTransfer, ACopyIsCheckedAndMendedOnlyWhenAsked)
               "<meta content='text/html; charset=utf-8'>ộ");
 }
 
-TEST_F(CanonTransfer, ImportedTextsEnterTheListThatMarksNeed)
+TEST_F(CanonTransfer, AMarkOnAnImportedTextIsShown)
 {
     PutSegmented();
     const QString client = Path(u"TARUNECLIENT.FDB"_s);
     ASSERT_EQ(RunDataTool({u"build"_s, u"marks"_s, u"--out"_s, Path(u""_s)}).exitCode, 0);
-    OpenedDatabase program(client); // has the file open, and what it has listed itself stays
-    program.RunScript(u"insert into SUTTA_LIST values (6, 1101, 'Chương', null, null, null);"_s);
+    AppPath = Path(u""_s) + u'/';
+    for (const char16_t *name : {u"libfbclient.so.2", u"firebird"})
+        QFile::link(ProductFolder() + QString::fromUtf16(name), Path(QString::fromUtf16(name)));
+    ModuleDoors doors;
+    doors.exeName = Path(u"Lumivara"_s);
+    doors.now = [] { return QDateTime(QDate(2024, 2, 29), QTime(12, 0)); };
+    TfrmClientsDM module(doors);
+    module.DataModuleCreate();
+    ASSERT_TRUE(module.vIsOKClients);
+    // The program has the file open; what it has listed itself stays.
+    OpenedDatabase(client).RunScript(u"insert into SUTTA_LIST values (6, 1101, 'Chương', null, null, null); commit;"_s);
     const ToolRun run = Import({u"--client"_s, client});
     EXPECT_EQ(run.exitCode, 0) << qPrintable(run.errors);
     EXPECT_TRUE(run.output.contains(u"3 texts added to the list"_s)) << qPrintable(run.output);
     EXPECT_TRUE(Import({u"--client"_s, client}).output.contains(u"0 texts added"_s));
-    const QString key = Ask(u"select ID_VIC from KELORA_CONTENT where NUMBER_VIC = 2"_s)[0][0].toString();
-    EXPECT_EQ(
-        program.Rows(u"select NAME_SUT_VIE, NAME_SUT_PAL from SUTTA_LIST where NIK_SUT = 6 and NIC_SUT = "_s + key),
-        (Rows{{u"Thứ mười"_s, u"Dasamaṃ"_s}}));
-    EXPECT_EQ(program.Rows(u"select NAME_SUT_VIE from SUTTA_LIST where NIC_SUT = 1101"_s), (Rows{{u"Chương"_s}}));
+
+    const int key = Ask(u"select ID_VIC from KELORA_CONTENT where NUMBER_VIC = 2"_s)[0][0].toInt();
+    module.qryFocus.Open();
+    module.qryFocus.Insert();
+    module.qryFocus.FieldByName(u"NAME_FOC"_s).SetAsString(u"một đoạn"_s);
+    module.qryFocus.FieldByName(u"NIK_SUT"_s).SetAsInteger(6);
+    module.qryFocus.FieldByName(u"NIC_SUT"_s).SetAsInteger(key);
+    module.qryFocus.Post();
+    module.qryFocus.Close();
+    module.qryFocus.Open();
+    EXPECT_TRUE(module.qryFocus.Locate(u"NIC_SUT"_s, key)) << "a mark whose text is not in the list is not shown";
+    EXPECT_EQ(module.qryFocus.FieldByName(u"NAME_SUT_VIE"_s).AsString(), u"Thứ mười"_s);
+    AppPath.clear();
 }
 
 } // namespace
