@@ -1,7 +1,21 @@
 #pragma once
 
 #include <QByteArray>
+#include <QCryptographicHash>
 #include <QString>
+
+#include <chrono>
+
+inline qint64 Microseconds()
+{
+    using namespace std::chrono;
+    return duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+inline QByteArray DigestOf(const QByteArray &bytes)
+{
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
+}
 
 /// A mark of the crash tests. Its title tells which row it is and how often it was edited, and the excerpt follows from
 /// both, so that a stored row can be proved without a record of it.

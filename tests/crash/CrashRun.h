@@ -2,15 +2,12 @@
 
 #include "crash/CrashRow.h"
 
-#include <QCryptographicHash>
 #include <QHash>
 #include <QProcess>
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <array>
-#include <chrono>
 #include <cstdio>
 #include <optional>
 
@@ -27,17 +24,6 @@ inline int Amount(const char *variable, int byDefault)
     bool isNumber = false;
     const int amount = qEnvironmentVariableIntValue(variable, &isNumber);
     return isNumber && amount > 0 ? amount : byDefault;
-}
-
-inline qint64 Microseconds()
-{
-    using namespace std::chrono;
-    return duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count();
-}
-
-inline QByteArray DigestOf(const QByteArray &bytes)
-{
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
 }
 
 /// What a worker said that it is doing or has done.
@@ -126,39 +112,29 @@ private:
     std::optional<Operation> m_pending;
 };
 
-/// Where the kills fell: between two operations, or how long after the begin of one.
-class Histogram
+/// Where the kills fell: between two operations, or inside one.
+class KillCount
 {
 public:
-    void Count(const std::optional<Operation> &pending, qint64 moment)
+    void Count(const std::optional<Operation> &pending)
     {
         ++m_kills;
-        if (!pending)
-            return;
-        ++m_inside;
-        const qint64 elapsed = moment - pending->begun;
-        const auto place = std::find_if(Limits.begin(), Limits.end(), [&](qint64 limit) { return elapsed < limit; });
-        ++m_counts[static_cast<size_t>(place - Limits.begin())];
-        ++m_kinds[pending->kind == 'a' ? 0 : pending->kind == 'e' ? 1 : 2];
+        if (pending)
+            ++m_inside[pending->kind];
     }
-    double InsideShare() const { return m_kills == 0 ? 0 : static_cast<double>(m_inside) / m_kills; }
+    double InsideShare() const
+    {
+        return m_kills == 0 ? 0 : static_cast<double>(m_inside['a'] + m_inside['e'] + m_inside['d']) / m_kills;
+    }
     void Print() const
     {
-        std::printf("%d kills, %d between operations, %d inside one (%d adds, %d edits, %d deletes)\n", m_kills,
-                    m_kills - m_inside, m_inside, m_kinds[0], m_kinds[1], m_kinds[2]);
-        for (size_t i = 0; i < m_counts.size(); ++i) {
-            if (i < Limits.size())
-                std::printf("  under %3d ms %4d\n", static_cast<int>(Limits[i] / 1000), m_counts[i]);
-            else
-                std::printf("  later       %4d\n", m_counts[i]);
-        }
+        std::printf("%d kills; inside an add %d, an edit %d, a delete %d\n", m_kills, m_inside['a'], m_inside['e'],
+                    m_inside['d']);
     }
 
 private:
-    static constexpr std::array<qint64, 7> Limits{1000, 2000, 4000, 8000, 16000, 32000, 64000};
-    std::array<int, Limits.size() + 1> m_counts{};
-    std::array<int, 3> m_kinds{};
-    int m_kills = 0, m_inside = 0;
+    QHash<char, int> m_inside;
+    int m_kills = 0;
 };
 
 /// Every stored row of the marks in `folder`, read by a process that has just opened the file; none if it hangs or

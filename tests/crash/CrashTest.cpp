@@ -53,7 +53,7 @@ TEST_F(Crash, AKillLosesNothingThatWasAcknowledged)
     constexpr quint32 longestLifeMicroseconds = 250000;
     QRandomGenerator random(static_cast<quint32>(kills));
     Ledger killed('k'), slow('s');
-    Histogram histogram;
+    KillCount killCount;
     int stalls = 0;
     const auto startSlow = [&](int round) { return Start(u"work"_s, 's', round * idsPerRound, 20); };
     auto slowCopy = startSlow(0);
@@ -63,10 +63,9 @@ TEST_F(Crash, AKillLosesNothingThatWasAcknowledged)
         bool stalled = !said.contains("end ");
         QThread::usleep(random.bounded(longestLifeMicroseconds));
         EXPECT_EQ(victim->state(), QProcess::Running) << victim->readAllStandardError().constData();
-        const qint64 moment = Microseconds();
         said += Kill(*victim);
         killed.Hear(said);
-        histogram.Count(killed.Pending(), moment);
+        killCount.Count(killed.Pending());
 
         auto stored = Stored();
         if (stalled || !stored) {
@@ -86,12 +85,12 @@ TEST_F(Crash, AKillLosesNothingThatWasAcknowledged)
     slow.Hear(Kill(*slowCopy));
     slow.Prove(Stored().value_or(StoredRows()));
 
-    histogram.Print();
+    killCount.Print();
     std::printf("%lld operations acknowledged by the killed copies; the slow copy: %lld, tried again %lld times, "
                 "worst stall %lld ms; %d times nobody got on until all were closed\n",
                 static_cast<long long>(killed.acknowledged), static_cast<long long>(slow.acknowledged),
                 static_cast<long long>(slow.tries), static_cast<long long>(slow.longest / 1000), stalls);
-    EXPECT_GE(histogram.InsideShare(), 0.3);
+    EXPECT_GE(killCount.InsideShare(), 0.3);
     EXPECT_GT(slow.acknowledged, kills);
     EXPECT_LE(stalls, 1 + kills / 100);
 }

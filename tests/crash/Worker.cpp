@@ -8,12 +8,9 @@
 #include "support/TestSupport.h"
 
 #include <QCoreApplication>
-#include <QCryptographicHash>
-#include <QHash>
 #include <QRandomGenerator>
 #include <QThread>
 
-#include <chrono>
 #include <clocale>
 #include <cstdio>
 #include <unistd.h>
@@ -38,12 +35,6 @@ void Say(const QString &line)
     const QByteArray bytes = line.toUtf8() + '\n';
     if (::write(STDOUT_FILENO, bytes.constData(), static_cast<size_t>(bytes.size())) != bytes.size())
         ::_exit(4);
-}
-
-qint64 Microseconds()
-{
-    using namespace std::chrono;
-    return duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
 class Worker
@@ -175,9 +166,7 @@ int Run(const QStringList &arguments)
         for (module.qryFocus.Open(); !module.qryFocus.Eof(); module.qryFocus.Next()) {
             QByteArray digest = "unreadable"; // a row that another copy has just changed
             try {
-                digest = QCryptographicHash::hash(module.qryFocus.FieldByName(u"TEXT_FOC"_s).AsBytes(),
-                                                  QCryptographicHash::Sha256)
-                             .toHex();
+                digest = DigestOf(module.qryFocus.FieldByName(u"TEXT_FOC"_s).AsBytes());
             } catch (const DatabaseError &error) {
                 std::fprintf(stderr, "%s\n", error.what());
             }

@@ -11,6 +11,8 @@
 #include <QLineEdit>
 #include <QToolButton>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const char dictionaryScript[] = R"(
@@ -86,7 +88,7 @@ commit work;
 QString TheDictionary(const QString &program)
 {
     static const ScratchFolder folder;
-    const QString path = folder.Path(QStringLiteral("PALIDICT.FDB"));
+    const QString path = folder.Path(u"PALIDICT.FDB"_s);
     if (QFile::exists(path))
         return path;
     TpFIBDatabase database;
@@ -95,7 +97,7 @@ QString TheDictionary(const QString &program)
     database.CreateDatabase();
     TpFIBScripter script;
     script.SetDatabase(&database);
-    script.Script() = QString::fromUtf8(dictionaryScript).split(QLatin1Char('\n'));
+    script.Script() = QString::fromUtf8(dictionaryScript).split(u'\n');
     script.ExecuteScript();
     database.SetConnected(false);
     return path;
@@ -103,7 +105,7 @@ QString TheDictionary(const QString &program)
 
 QString PlaceOfDictionary(const QString &program)
 {
-    return QFileInfo(program).path() + QStringLiteral("/PALIDICT.FDB");
+    return QFileInfo(program).path() + u"/PALIDICT.FDB"_s;
 }
 
 } // namespace
@@ -117,22 +119,11 @@ DictionaryWindow::~DictionaryWindow()
     LastWord.clear();
 }
 
-void DictionaryWindow::PutDictionary()
-{
-    QFile::remove(PlaceOfDictionary(program));
-    EXPECT_TRUE(QFile::copy(TheDictionary(program), PlaceOfDictionary(program)));
-}
-
-void DictionaryWindow::PutDictionary(const QByteArray &bytes)
-{
-    QFile file(PlaceOfDictionary(program));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-}
-
 void DictionaryWindow::StartReader(int languageSutta, int interfaceLang)
 {
-    if (!QFile::exists(PlaceOfDictionary(program)))
-        PutDictionary();
+    if (!QFile::exists(PlaceOfDictionary(program))) {
+        EXPECT_TRUE(QFile::copy(TheDictionary(program), PlaceOfDictionary(program)));
+    }
     StoreDefaults(1, 1101, languageSutta, interfaceLang);
     Start();
     InterfaceLang = interfaceLang;
@@ -149,7 +140,7 @@ void DictionaryWindow::OpenOn(int kind)
 
 void DictionaryWindow::FindDictionary()
 {
-    form = qobject_cast<TfrmDictionary *>(FindForm(QStringLiteral("frmDictionary")));
+    form = qobject_cast<TfrmDictionary *>(FindForm(u"frmDictionary"_s));
     ASSERT_TRUE(form);
 }
 

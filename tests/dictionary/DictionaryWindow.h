@@ -16,10 +16,7 @@ class DictionaryWindow : public ReaderWindow
 protected:
     ~DictionaryWindow() override;
 
-    /// Puts the dictionary beside the program; another file's bytes or none in its place if given.
-    void PutDictionary();
-    void PutDictionary(const QByteArray &bytes);
-    /// Starts the reader with the dictionary and settings of a language of passages and interface.
+    /// Starts the reader with the dictionary beside it and settings of a language of passages and interface.
     void StartReader(int languageSutta = 0, int interfaceLang = 0);
     /// Opens the window by its command on a kind.
     void OpenOn(int kind);

@@ -1,10 +1,12 @@
 #include "dictionary/EntryFormatter.h"
 
+#include <QByteArrayList>
+
 #include <gmock/gmock.h>
 
-#include <QList>
-
 #include <string>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,7 +27,7 @@ const Lines Tail{"</ul>", "</FONT>", "</BODY>", "</HTML>"};
 /// The lines between head and tail of an entry's page.
 Lines BodyOf(const QByteArray &entry)
 {
-    const QByteArray page = FormatEntry(entry, QStringLiteral("Noto Sans"));
+    const QByteArray page = FormatEntry(entry, u"Noto Sans"_s);
     EXPECT_TRUE(page.endsWith("\r\n"));
     Lines lines;
     for (const QByteArray &line : page.chopped(2).replace("\r\n", "\x01").split('\x01'))

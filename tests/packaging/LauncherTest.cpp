@@ -21,8 +21,10 @@ namespace {
 class Installed : public testing::Test
 {
 protected:
-    Installed()
+    void SetUp() override
     {
+        if (::getuid() == 0)
+            GTEST_SKIP() << "the launcher refuses root";
         QDir().mkpath(At(u"bin"_s));
         QFile::copy(QCoreApplication::applicationDirPath() + u"/packaging/lumivara"_s, At(u"bin/lumivara"_s));
         QFile::link(u"lumivara"_s, At(u"bin/lumivara-data"_s));
@@ -59,6 +61,10 @@ protected:
     QString Home() const { return m_scratch.Path(u"Người đọc 1"_s); }
     QString Own(const QString &name = {}) const { return Home() + u"/.local/share/lumivara/Lumivara/"_s + name; }
 
+    static QStringList NamesIn(const QString &folder)
+    {
+        return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    }
     static void Put(const QString &path, const QByteArray &bytes)
     {
         QDir().mkpath(QFileInfo(path).path());
@@ -81,38 +87,23 @@ private:
     ScratchFolder m_scratch;
 };
 
-/// The program refuses root, as the browser engine does.
-class InstalledForReaders : public Installed
-{
-protected:
-    void SetUp() override
-    {
-        if (::getuid() == 0)
-            GTEST_SKIP() << "an ordinary user's test";
-    }
-};
-
-TEST_F(InstalledForReaders, FirstStartMakesTheFolderAndTheSettings)
+TEST_F(Installed, FirstStartMakesTheFolderAndTheSettings)
 {
     const Run run = Launch(u"lumivara"_s, {u"--argument"_s});
     EXPECT_EQ(run.code, 7);
     EXPECT_EQ(run.output, u"settings\n"_s + Own(u"Lumivara\n"_s));
     EXPECT_EQ(run.errors, QString());
     EXPECT_EQ(Read(Own(u"launcher"_s)), At(u"bin/lumivara\n"_s).toUtf8());
-    const QDir own(Own());
-    EXPECT_EQ(own.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name),
-              (QStringList{u"English.lng"_s, u"KELORA.FDB"_s, u"Lumivara"_s, u"TARUNECLIENT.FDB"_s, u"firebird"_s,
-                           u"launcher"_s, u"libfbclient.so.2"_s, u"lumivara-data"_s}));
+    EXPECT_EQ(NamesIn(Own()), (QStringList{u"English.lng"_s, u"KELORA.FDB"_s, u"Lumivara"_s, u"TARUNECLIENT.FDB"_s,
+                                           u"firebird"_s, u"launcher"_s, u"libfbclient.so.2"_s, u"lumivara-data"_s}));
     for (const QString &name : {u"Lumivara"_s, u"lumivara-data"_s, u"TARUNECLIENT.FDB"_s})
         EXPECT_FALSE(QFileInfo(Own(name)).isSymLink()) << qPrintable(name);
     EXPECT_EQ(QFileInfo(Own(u"KELORA.FDB"_s)).symLinkTarget(), At(u"share/lumivara/KELORA.FDB"_s));
     EXPECT_EQ(QFileInfo(Own(u"firebird"_s)).symLinkTarget(), At(u"lib/lumivara/firebird"_s));
-    EXPECT_EQ(
-        QDir(Home() + u"/.local/share/lumivara"_s).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-        QStringList{u"Lumivara"_s});
+    EXPECT_EQ(NamesIn(Home() + u"/.local/share/lumivara"_s), QStringList{u"Lumivara"_s});
 }
 
-TEST_F(InstalledForReaders, ManyFirstStartsAtOnceMakeOneFolder)
+TEST_F(Installed, ManyFirstStartsAtOnceMakeOneFolder)
 {
     std::array<QProcess, 8> starts;
     for (QProcess &start : starts) {
@@ -123,10 +114,8 @@ TEST_F(InstalledForReaders, ManyFirstStartsAtOnceMakeOneFolder)
         EXPECT_TRUE(start.waitForFinished());
         EXPECT_EQ(start.exitCode(), 7) << start.readAllStandardError().constData();
     }
-    EXPECT_EQ(
-        QDir(Home() + u"/.local/share/lumivara"_s).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-        QStringList{u"Lumivara"_s});
-    EXPECT_EQ(QDir(Own()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 8);
+    EXPECT_EQ(NamesIn(Home() + u"/.local/share/lumivara"_s), QStringList{u"Lumivara"_s});
+    EXPECT_EQ(NamesIn(Own()).size(), 8);
 }
 
 TEST_F(Installed, UpdateRenewsWhatIsThePackagesAndKeepsWhatIsTheUsers)
@@ -176,28 +165,24 @@ TEST_F(Installed, PlaceThatCannotBeUsedIsNamed)
     Put(Home() + u"/file"_s, "");
     QDir().mkpath(Home() + u"/taken/lumivara"_s);
     Put(Home() + u"/taken/lumivara/Lumivara"_s, "");
-    const struct
-    {
-        QString dataHome, home, words;
-    } cases[] = {{Home() + u"/file/data"_s, Home(), u"Not a directory"_s},
-                 {Home() + u"/taken"_s, Home(), u"not a folder"_s},
-                 {QString(), QString(), u"no home folder"_s},
-                 // A folder that is no full path counts as none.
-                 {u"data"_s, QString(), u"no home folder"_s}};
+    const std::tuple<QString, QString, QString> cases[]{{Home() + u"/file/data"_s, Home(), u"Not a directory"_s},
+                                                        {Home() + u"/taken"_s, Home(), u"not a folder"_s},
+                                                        {QString(), QString(), u"no home folder"_s},
+                                                        // A folder that is no full path counts as none.
+                                                        {u"data"_s, QString(), u"no home folder"_s}};
     environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
-    for (const auto &row : cases) {
-        environment.insert(u"XDG_DATA_HOME"_s, row.dataHome);
-        environment.insert(u"HOME"_s, row.home);
+    for (const auto &[dataHome, home, words] : cases) {
+        environment.insert(u"XDG_DATA_HOME"_s, dataHome);
+        environment.insert(u"HOME"_s, home);
         const Run run = Launch(u"lumivara-data"_s);
-        EXPECT_EQ(run.code, 2) << qPrintable(row.words);
+        EXPECT_EQ(run.code, 2) << qPrintable(words);
         EXPECT_EQ(run.output, QString());
-        EXPECT_TRUE(run.errors.contains(row.words)) << qPrintable(run.errors);
+        EXPECT_TRUE(run.errors.contains(words)) << qPrintable(run.errors);
     }
-    EXPECT_EQ(QDir(Home() + u"/taken/lumivara"_s).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-              QStringList{u"Lumivara"_s});
+    EXPECT_EQ(NamesIn(Home() + u"/taken/lumivara"_s), QStringList{u"Lumivara"_s});
 }
 
-TEST_F(InstalledForReaders, UpdateThatFailsLeavesTheOlderCopyRunning)
+TEST_F(Installed, UpdateThatFailsLeavesTheOlderCopyRunning)
 {
     EXPECT_EQ(Launch().code, 7);
     Put(At(u"lib/lumivara/Lumivara"_s), Script + "# 2\n");

@@ -13,18 +13,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void ExpectStarted(ProgramRun &program)
-{
-    program.Start();
-    EXPECT_EQ(program.Send(u"wait frmMain"_s), QString());
-    EXPECT_EQ(program.Send(u"wait-page ebContent"_s), QString());
-}
-
 /// The row of the tree that the program opens with the settings as they stand.
 QString OpeningRow(const ProductCopy &product)
 {
     ProgramRun program(product);
-    ExpectStarted(program);
+    program.Open();
     return program.Send(u"get qryTreeSutas RecNo"_s);
 }
 
@@ -35,24 +28,18 @@ TEST(Leaving, ByTheWindowKeepsTheTextForTheNextStartAndByTheTrayDoesNot)
     QString row;
     {
         ProgramRun program(product);
-        ExpectStarted(program);
-        EXPECT_EQ(program.Send(u"select-row 9971"_s), QString());
+        program.Open();
+        program.Do({u"select-row 9971"_s});
         row = program.Send(u"get qryTreeSutas RecNo"_s);
-        EXPECT_EQ(program.Send(u"trigger acExit"_s), QString());
-        EXPECT_EQ(program.Send(u"wait msgBox"_s), QString());
-        EXPECT_EQ(program.Send(u"answer yes"_s), QString());
+        program.Do({u"trigger acExit"_s, u"wait msgBox"_s, u"answer yes"_s});
         EXPECT_EQ(program.ExitCode(), 0);
         EXPECT_EQ(product.StoredOption(u"LastKelora"_s), 1101);
     }
     EXPECT_NE(OpeningRow(product), row);
     {
         ProgramRun program(product);
-        ExpectStarted(program);
-        EXPECT_EQ(program.Send(u"select-row 9971"_s), QString());
-        EXPECT_EQ(program.Send(u"close frmMain"_s), QString());
-        EXPECT_EQ(program.Send(u"wait msgBox"_s), QString());
-        EXPECT_EQ(program.Send(u"answer no"_s), QString());
-        EXPECT_EQ(program.Send(u"wait-gone msgBox"_s), QString());
+        program.Open();
+        program.Do({u"select-row 9971"_s, u"close frmMain"_s, u"wait msgBox"_s, u"answer no"_s, u"wait-gone msgBox"_s});
         EXPECT_EQ(product.StoredOption(u"LastKelora"_s), 1101);
         EXPECT_EQ(program.Quit(), 0);
     }
@@ -60,36 +47,26 @@ TEST(Leaving, ByTheWindowKeepsTheTextForTheNextStartAndByTheTrayDoesNot)
     EXPECT_EQ(OpeningRow(product), row);
 }
 
-struct OpenDialog
+TEST(Leaving, WithAnOpenDialogEndsCleanly)
 {
-    const char *action, *window;
-};
-
-class LeavingWith : public testing::TestWithParam<OpenDialog>
-{};
-
-TEST_P(LeavingWith, AnOpenDialogEndsCleanly)
-{
-    ProductCopy product;
-    ProgramRun program(product);
-    ExpectStarted(program);
-    EXPECT_EQ(program.Send(u"trigger "_s + QString::fromLatin1(GetParam().action)), QString());
-    EXPECT_EQ(program.Send(u"wait "_s + QString::fromLatin1(GetParam().window)), QString());
-    EXPECT_EQ(program.Quit(), 0) << program.ErrorOutput().constData();
+    for (const auto &[action, window] : {std::pair(u"acFindDialog"_s, u"dlgFind"_s),
+                                         {u"acPrintPreview"_s, u"frmPrintPreview"_s},
+                                         {u"acPrint"_s, u"dlgPrint"_s},
+                                         {u"acSave"_s, u"dlgSave"_s}}) {
+        ProductCopy product;
+        ProgramRun program(product);
+        program.Open();
+        program.Do({u"trigger "_s + action, u"wait "_s + window});
+        EXPECT_EQ(program.Quit(), 0) << program.ErrorOutput().constData();
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Dialogs, LeavingWith,
-                         testing::Values(OpenDialog{"acFindDialog", "dlgFind"},
-                                         OpenDialog{"acPrintPreview", "frmPrintPreview"},
-                                         OpenDialog{"acPrint", "dlgPrint"}, OpenDialog{"acSave", "dlgSave"}),
-                         [](const auto &info) { return std::string(info.param.action); });
 
 TEST(Leaving, ASignalEndsTheProgram)
 {
     ProductCopy product;
     for (const int signal : {SIGTERM, SIGINT}) {
         ProgramRun program(product);
-        ExpectStarted(program);
+        program.Open();
         ::kill(static_cast<pid_t>(program.ProcessId()), signal);
         EXPECT_NE(program.ExitCode(10000), -2) << "still running after signal " << signal;
     }
@@ -102,7 +79,7 @@ TEST(Leaving, AFailedStartShutsNobodyOutOfTheLockFolder)
         QFile::remove(product.File(name));
     ProgramRun program(product);
     program.Start();
-    EXPECT_EQ(program.Send(u"wait msgBox"_s), QString());
+    program.Do({u"wait msgBox"_s});
     const QFileInfoList files = QDir(product.File(u"lock"_s)).entryInfoList(QDir::Files | QDir::System);
     EXPECT_FALSE(files.isEmpty());
     for (const QFileInfo &file : files) {

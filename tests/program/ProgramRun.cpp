@@ -24,7 +24,7 @@ void CopyFolder(const QString &from, const QString &to)
     const QFileInfoList entries =
         QDir(from).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
     for (const QFileInfo &entry : entries) {
-        const QString target = to + QLatin1Char('/') + entry.fileName();
+        const QString target = to + u'/' + entry.fileName();
         if (entry.isSymLink())
             QFile::link(entry.symLinkTarget(), target);
         else if (entry.isDir() && entry.fileName() != u"lock")
@@ -64,15 +64,14 @@ int ProductCopy::StoredOption(const QString &name) const
     return QJsonDocument::fromJson(file.readAll())[u"keys"_s][optionsKey][name][u"value"_s].toInt();
 }
 
-ProgramRun::ProgramRun(const ProductCopy &product) : m_executable(product.File(QStringLiteral("Lumivara")))
+ProgramRun::ProgramRun(const ProductCopy &product) : m_executable(product.File(u"Lumivara"_s))
 {
-    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), product.ConfigFolder());
-    environment.insert(QStringLiteral("HOME"), product.Scratch(QStringLiteral("home")));
-    environment.insert(QStringLiteral("QT_PLUGIN_PATH"),
-                       QCoreApplication::applicationDirPath() + QStringLiteral("/plugins"));
-    environment.insert(QStringLiteral("QT_QPA_GENERIC_PLUGINS"), QStringLiteral("lumivara-driver"));
+    environment.insert(u"XDG_CONFIG_HOME"_s, product.ConfigFolder());
+    environment.insert(u"HOME"_s, product.Scratch(u"home"_s));
+    environment.insert(u"QT_PLUGIN_PATH"_s, QCoreApplication::applicationDirPath() + u"/plugins"_s);
+    environment.insert(u"QT_QPA_GENERIC_PLUGINS"_s, u"lumivara-driver"_s);
     if (::getuid() == 0)
-        environment.insert(QStringLiteral("QTWEBENGINE_DISABLE_SANDBOX"), QStringLiteral("1"));
+        environment.insert(u"QTWEBENGINE_DISABLE_SANDBOX"_s, u"1"_s);
 }
 
 ProgramRun::~ProgramRun()
@@ -99,13 +98,25 @@ QString ProgramRun::Send(const QString &command, int milliseconds)
     clock.start();
     while (!m_process.canReadLine()) {
         if (m_process.state() == QProcess::NotRunning || clock.elapsed() > milliseconds)
-            return QStringLiteral("error: no answer to \"%1\"").arg(command);
+            return u"error: no answer to \"%1\""_s.arg(command);
         m_process.waitForReadyRead(100);
     }
     const QString answer = QString::fromUtf8(m_process.readLine()).trimmed();
     if (answer == u"ok")
         return {};
     return answer.startsWith(u"ok ") ? answer.mid(3) : answer;
+}
+
+void ProgramRun::Do(const QStringList &commands)
+{
+    for (const QString &command : commands)
+        EXPECT_EQ(Send(command).toStdString(), "") << qPrintable(command);
+}
+
+void ProgramRun::Open()
+{
+    Start();
+    Do({u"wait frmMain"_s, u"wait-page ebContent"_s});
 }
 
 bool ProgramRun::KillAfter(quint32 microseconds, const QString &command)
@@ -127,8 +138,7 @@ int ProgramRun::ExitCode(int milliseconds)
 
 int ProgramRun::Quit()
 {
-    Send(QStringLiteral("close frmMain"));
-    Send(QStringLiteral("wait msgBox"));
-    Send(QStringLiteral("answer yes"));
+    for (const QString &command : {u"close frmMain"_s, u"wait msgBox"_s, u"answer yes"_s})
+        Send(command);
     return ExitCode();
 }

@@ -43,6 +43,10 @@ public:
     void Start();
     /// One command of the driver; its answer without "ok ", or a text that begins with "error".
     QString Send(const QString &command, int milliseconds = 40000);
+    /// Commands that are each answered by a bare "ok", as the test expects.
+    void Do(const QStringList &commands);
+    /// Starts, and waits for the window and its page.
+    void Open();
     /// Sends a command and kills the program so many microseconds later. True if it was answered before.
     bool KillAfter(quint32 microseconds, const QString &command);
     /// Waits for the end; the exit code, -1 after a crash, -2 if it is still running.

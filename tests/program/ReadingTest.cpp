@@ -44,9 +44,7 @@ void ClickLink(ProgramRun &program, const QString &address)
     const QString place = program.Send(u"script ebContent (() => { const box = document.querySelector('a')"
                                        ".getBoundingClientRect(); return Math.round(box.x + 20) + ' ' + "
                                        "Math.round(box.y + 30); })()"_s);
-    EXPECT_EQ(program.Send(u"click ebContent "_s + place), QString());
-    EXPECT_EQ(program.Send(u"pause 300"_s), QString());
-    EXPECT_EQ(program.Send(u"wait-page ebContent"_s), QString());
+    program.Do({u"click ebContent "_s + place, u"pause 300"_s, u"wait-page ebContent"_s});
 }
 
 TEST(Reading, LinksLeaveForTheSystemOnceOrNotAtAllAndThePageStays)
@@ -54,9 +52,7 @@ TEST(Reading, LinksLeaveForTheSystemOnceOrNotAtAllAndThePageStays)
     ProductCopy product;
     ProgramRun program(product);
     const SystemBrowser browser(product, program.environment);
-    program.Start();
-    EXPECT_EQ(program.Send(u"wait frmMain"_s), QString());
-    EXPECT_EQ(program.Send(u"wait-page ebContent"_s), QString());
+    program.Open();
     const QString outside[] = {u"http://example.org/a?b=%C3%A9"_s, u"https://example.org/x"_s,
                                u"mailto:reader@example.org?subject=x%20y"_s};
     QStringList expected;

@@ -30,18 +30,14 @@ TEST(TextSize, GrowsWhatWasToldInPixelsWithIt)
         // As on a desktop with larger text and no larger pixels.
         program.environment.insert(u"QT_ENABLE_HIGHDPI_SCALING"_s, u"0"_s);
         program.environment.insert(u"QT_FONT_DPI"_s, isLarger ? u"144"_s : u"96"_s);
-        program.Start();
-        EXPECT_EQ(program.Send(u"wait frmMain"_s), QString());
-        EXPECT_EQ(program.Send(u"wait-page ebContent"_s), QString());
+        program.Open();
         const auto check = [&](const Row &row) {
             EXPECT_EQ(program.Send(u"get "_s + row.what), isLarger ? row.atHalfAsMuchMore : row.atDesign)
                 << qPrintable(row.what);
         };
         for (const Row &row : main)
             check(row);
-        EXPECT_EQ(program.Send(u"trigger acOrganization"_s), QString());
-        EXPECT_EQ(program.Send(u"wait frmFocusHighlight"_s), QString());
-        EXPECT_EQ(program.Send(u"pause 300"_s), QString());
+        program.Do({u"trigger acOrganization"_s, u"wait frmFocusHighlight"_s, u"pause 300"_s});
         for (const Row &row : marks)
             check(row);
         EXPECT_EQ(program.Quit(), 0);

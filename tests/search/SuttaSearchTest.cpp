@@ -6,6 +6,8 @@
 
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class SuttaSearchTest : public StoreTest
@@ -14,21 +16,18 @@ protected:
     void SetUp() override
     {
         StoreTest::SetUp();
-        RunScript(database, QStringLiteral("create table KELORA_CONTENT (ID_VIC integer, CONTENT_VIC_PAL blob, "
-                                           "CONTENT_VIC_VIE blob, CONTENT_VIC_PAL_VIE blob);"
-                                           "commit work;"
-                                           "insert into KELORA_CONTENT values (1, 'dhamma', 'pháp', 'dhamma pháp');"
-                                           "insert into KELORA_CONTENT values (2, null, '', null);"
-                                           "insert into KELORA_CONTENT values (3, 'DHAMMO', 'luật', 'Dhammo luật');"));
-        Use(passages, QStringLiteral("select * from KELORA_CONTENT order by ID_VIC"));
+        RunScript(database, u"create table KELORA_CONTENT (ID_VIC integer, CONTENT_VIC_PAL blob, "
+                            "CONTENT_VIC_VIE blob, CONTENT_VIC_PAL_VIE blob);"
+                            "commit work;"
+                            "insert into KELORA_CONTENT values (1, 'dhamma', 'pháp', 'dhamma pháp');"
+                            "insert into KELORA_CONTENT values (2, null, '', null);"
+                            "insert into KELORA_CONTENT values (3, 'DHAMMO', 'luật', 'Dhammo luật');"_s);
+        Use(passages, u"select * from KELORA_CONTENT order by ID_VIC"_s);
         events.onHit = [this](const QString &sample) { Note(sample); };
-        events.onFailure = [this] { Note(QStringLiteral("failure")); };
-        events.onRow = [this] { Note(QStringLiteral("row")); };
+        events.onFailure = [this] { Note(u"failure"_s); };
+        events.onRow = [this] { Note(u"row"_s); };
     }
-    void Note(const QString &what)
-    {
-        told += what + QString::number(passages.FieldByName(QStringLiteral("ID_VIC")).AsInteger());
-    }
+    void Note(const QString &what) { told += what + QString::number(passages.FieldByName(u"ID_VIC"_s).AsInteger()); }
     int Scan(const QString &word, int language)
     {
         told.clear();
@@ -73,7 +72,7 @@ TEST_F(SuttaSearchTest, APageThatCannotBeReadIsAFailureOfItsRow)
     passages.Open();
     passages.FetchAll();
     events.onRow = [this] {
-        Note(QStringLiteral("row"));
+        Note(u"row"_s);
         transaction.SetActive(false); // the names are here, the pages can't be had any more
     };
     EXPECT_EQ(Scan(u"dhamm"_qs, 0), 1);

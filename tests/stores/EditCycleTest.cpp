@@ -48,57 +48,6 @@ protected:
     TpFIBDataSet rows;
 };
 
-TEST_F(EditCycle, AnInsertedRowIsCommittedAndReadBack)
-{
-    rows.OnNewRecord = [&] { Field(u"K"_s).SetAsInteger(2); };
-    rows.Insert();
-    EXPECT_FALSE(rows.Modified());
-    EXPECT_TRUE(Field(u"ID"_s).IsNull());
-    Field(u"ID"_s).SetAsInteger(7);
-    Field(u"NAME"_s).SetAsString(u""_s);
-    rows.Post();
-    EXPECT_EQ(rows.State(), DataSetState::Browse);
-    EXPECT_EQ(Field(u"ID"_s).AsInteger(), 7);
-    EXPECT_EQ(Field(u"LABEL"_s).AsString(), u"two"_s) << "columns of other tables come by the refresh statement";
-    EXPECT_EQ(rows.RecordCount(), 2);
-    EXPECT_TRUE(Field(u"NAME"_s).IsNull());
-    EXPECT_EQ(Committed(u"select count(*) from T where NAME is null"_s).toInt(), 1);
-}
-
-TEST_F(EditCycle, AnUpdateOfTheKeyReachesTheRow)
-{
-    rows.BeforePost = [&] { Field(u"ID"_s).SetAsInteger(Ask(u"select max(ID) + 1 from T"_s).toInt()); };
-    rows.Edit();
-    Field(u"NAME"_s).SetAsString(u"sáu"_s);
-    EXPECT_EQ(Field(u"NAME"_s).OldValue(), QVariant(u"năm"_s));
-    rows.Post();
-    EXPECT_EQ(Field(u"ID"_s).AsInteger(), 6);
-    EXPECT_EQ(Field(u"BODY"_s).AsString(), u"body"_s) << "an untouched blob is kept";
-    EXPECT_EQ(Committed(u"select list(ID || NAME) from T"_s).toString(), u"6sáu"_s);
-    rows.Edit();
-    Field(u"NAME"_s).SetAsString(u"bảy"_s);
-    rows.Post();
-    EXPECT_EQ(Committed(u"select list(ID || NAME) from T"_s).toString(), u"7bảy"_s);
-}
-
-TEST_F(EditCycle, AFailedPostKeepsTheEditAndLaterPostsWork)
-{
-    rows.Insert();
-    Field(u"ID"_s).SetAsInteger(5);
-    Field(u"K"_s).SetAsInteger(1);
-    Field(u"BODY"_s).SetAsBytes("new");
-    const QString text = FailureOf([&] { rows.Post(); });
-    EXPECT_TRUE(text.contains(u"violation of PRIMARY or UNIQUE KEY constraint"_s)) << text.toStdString();
-    EXPECT_EQ(rows.State(), DataSetState::Insert);
-    EXPECT_EQ(rows.RecordCount(), 1);
-    EXPECT_EQ(Field(u"BODY"_s).AsBytes(), "new");
-    Field(u"ID"_s).SetAsInteger(6);
-    rows.Post();
-    EXPECT_EQ(Field(u"BODY"_s).AsBytes(), "new");
-    rows.First();
-    EXPECT_EQ(Field(u"BODY"_s).AsBytes(), "body");
-}
-
 TEST_F(EditCycle, ARefusedCommitIsRolledBackAtOnce)
 {
     RunScript(database, u"recreate table GUARD_T (X integer); commit;"
@@ -113,17 +62,6 @@ TEST_F(EditCycle, ARefusedCommitIsRolledBackAtOnce)
     Field(u"NAME"_s).SetAsString(u"yes"_s);
     rows.Post();
     EXPECT_EQ(Committed(u"select NAME from T"_s).toString(), u"yes"_s);
-}
-
-TEST_F(EditCycle, AVanishedRowIsAFailure)
-{
-    RunScript(database, u"delete from T;"_s);
-    rows.Edit();
-    Field(u"NAME"_s).SetAsString(u"x"_s);
-    EXPECT_THROW(rows.Post(), DatabaseError);
-    rows.Cancel();
-    EXPECT_THROW(rows.Delete(), DatabaseError);
-    EXPECT_EQ(rows.RecordCount(), 1);
 }
 
 TEST_F(EditCycle, DeleteAsksFirstAndMovesToTheNeighbour)
@@ -258,16 +196,12 @@ TEST(MemData, EventsComeInOrderAndClosingEmpties)
     table.BeforeClose = note("before close");
     table.AfterClose = note("after close");
     table.Open();
-    EXPECT_THAT(log, ElementsAre("before open", "change", "after open", "scroll"));
-    log.clear();
-    table.Append();
-    table.FieldByName(u"NAME"_s).SetAsString(u"a"_s);
-    table.Post();
-    EXPECT_THAT(log, ElementsAre("new", "change", "before post", "change", "after post"));
-    table.Append();
-    table.FieldByName(u"NAME"_s).SetAsString(u"b"_s);
-    table.Post();
-    EXPECT_EQ(table.RecordCount(), 2);
+    log.emplace_back("|");
+    for (const QString &name : {u"a"_s, u"b"_s}) {
+        table.Append();
+        table.FieldByName(u"NAME"_s).SetAsString(name);
+        table.Post();
+    }
     EXPECT_TRUE(table.Locate(u"NAME"_s, u"a"_s));
     table.Edit();
     table.FieldByName(u"ID"_s).SetAsInteger(4);
@@ -275,6 +209,9 @@ TEST(MemData, EventsComeInOrderAndClosingEmpties)
     EXPECT_EQ(table.ValueAt(0, 0), QVariant(4));
     table.Delete();
     EXPECT_EQ(table.FieldByName(u"NAME"_s).AsString(), u"b"_s);
+    const std::vector<std::string> first(log.begin(), log.begin() + 10);
+    EXPECT_THAT(first, ElementsAre("before open", "change", "after open", "scroll", "|", "new", "change", "before post",
+                                   "change", "after post"));
     log.clear();
     table.Close();
     EXPECT_THAT(log, ElementsAre("before close", "after close"));

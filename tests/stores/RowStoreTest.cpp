@@ -5,6 +5,8 @@
 #include <cstring>
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qint64 Lowest = std::numeric_limits<qint64>::min();
@@ -50,8 +52,8 @@ TEST_F(RowStoreTest, NumbersOfEveryLengthComeBack)
     for (const qint64 number : {qint64(0), qint64(1), qint64(223), qint64(224), qint64(225), qint64(255), qint64(256),
                                 qint64(-1), qint64(-128), qint64(-129), qint64(32767), qint64(32768), qint64(-32768),
                                 qint64(8388608), qint64(-2147483648LL), qint64(1) << 40, Lowest, Highest}) {
-        store.Append(Row(number, QStringLiteral("behind"), "blob"));
-        ExpectRow(store.Count() - 1, number, QStringLiteral("behind"), "blob");
+        store.Append(Row(number, u"behind"_s, "blob"));
+        ExpectRow(store.Count() - 1, number, u"behind"_s, "blob");
         unsigned char message[64] = {};
         std::memcpy(message, &number, sizeof number);
         message[24] = message[40] = 0xFF; // text and blob are null
@@ -71,18 +73,18 @@ TEST_F(RowStoreTest, RowsOfEveryLengthStayWhereTheyAre)
     for (int row = 0; row < rows; ++row)
         store.Append(Row(row, text(row), blob(row)));
     const std::string_view first = store.Text(1, 1);
-    store.Append(Row(rows, QString(65535, QLatin1Char('t')), QByteArray(262144, 'b')));
+    store.Append(Row(rows, QString(65535, u't'), QByteArray(262144, 'b')));
     store.Append(Row(rows + 1, {}, {}));
-    ASSERT_EQ(store.Count(), rows + 2);
+    EXPECT_EQ(store.Count(), rows + 2);
     for (int row = 0; row < rows; ++row)
         ExpectRow(row, row, text(row), blob(row));
     EXPECT_EQ(store.Text(1, 1).data(), first.data());
-    ExpectRow(rows, rows, QString(65535, QLatin1Char('t')), QByteArray(262144, 'b'));
+    ExpectRow(rows, rows, QString(65535, u't'), QByteArray(262144, 'b'));
 
-    store.Replace(7, Row(-7, QStringLiteral("new"), QByteArray(300'000, 'n')));
+    store.Replace(7, Row(-7, u"new"_s, QByteArray(300'000, 'n')));
     store.Remove(6);
     ExpectRow(5, 5, text(5), blob(5));
-    ExpectRow(6, -7, QStringLiteral("new"), QByteArray(300'000, 'n'));
+    ExpectRow(6, -7, u"new"_s, QByteArray(300'000, 'n'));
     ExpectRow(7, 8, text(8), blob(8));
     store.Clear(columns);
     EXPECT_EQ(store.Count(), 0);

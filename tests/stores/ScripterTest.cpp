@@ -4,34 +4,22 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Row
+TEST(ScriptTable, SplitsIntoStatements)
 {
-    const char *rule;
-    QString script;
-    QStringList statements;
-};
-
-class ScriptTable : public testing::TestWithParam<Row>
-{};
-
-TEST_P(ScriptTable, SplitsIntoStatements)
-{
-    EXPECT_EQ(TpFIBScripter::SplitStatements(GetParam().script), GetParam().statements);
+    const std::tuple<const char *, QString, QStringList> rows[]{
+        {"LinesBelongTogether", u"\n a\n b ;\n\n c;"_s, {u"a\n b"_s, u"c"_s}},
+        {"LastNeedsNoTerminator", u"a; b"_s, {u"a"_s, u"b"_s}},
+        {"EmptyOnesDoNotCount", u";; ;a;;"_s, {u"a"_s}},
+        {"TerminatorInLiteral", u"a ';' b; c ';'';' d;"_s, {u"a ';' b"_s, u"c ';'';' d"_s}},
+        {"TerminatorInIdentifier", u"a \"x;y\"; b"_s, {u"a \"x;y\""_s, u"b"_s}},
+        {"TerminatorInComment", u"a -- x; y\nb; c /* ; */ d;"_s, {u"a -- x; y\nb"_s, u"c /* ; */ d"_s}},
+        {"CommentsBetweenGo", u"-- it's\n/* ; */ a; /* b; */ -- c"_s, {u"a"_s}},
+        {"SetTermChangesTheTerminator", u"set term ^ ; a; b ^ SET TERM ; ^ c; d"_s, {u"a; b"_s, u"c"_s, u"d"_s}},
+        {"LongTerminator", u"set term !! ;a;!b!!c!!"_s, {u"a;!b"_s, u"c"_s}},
+        {"NothingAtAll", u" \r\n-- c"_s, {}}};
+    for (const auto &[rule, script, statements] : rows)
+        EXPECT_EQ(TpFIBScripter::SplitStatements(script), statements) << rule;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rules, ScriptTable,
-    testing::Values(
-        Row{"LinesBelongTogether", u"\n a\n b ;\n\n c;"_s, {u"a\n b"_s, u"c"_s}},
-        Row{"LastNeedsNoTerminator", u"a; b"_s, {u"a"_s, u"b"_s}}, Row{"EmptyOnesDoNotCount", u";; ;a;;"_s, {u"a"_s}},
-        Row{"TerminatorInLiteral", u"a ';' b; c ';'';' d;"_s, {u"a ';' b"_s, u"c ';'';' d"_s}},
-        Row{"TerminatorInIdentifier", u"a \"x;y\"; b"_s, {u"a \"x;y\""_s, u"b"_s}},
-        Row{"TerminatorInComment", u"a -- x; y\nb; c /* ; */ d;"_s, {u"a -- x; y\nb"_s, u"c /* ; */ d"_s}},
-        Row{"CommentsBetweenGo", u"-- it's\n/* ; */ a; /* b; */ -- c"_s, {u"a"_s}},
-        Row{"SetTermChangesTheTerminator", u"set term ^ ; a; b ^ SET TERM ; ^ c; d"_s, {u"a; b"_s, u"c"_s, u"d"_s}},
-        Row{"LongTerminator", u"set term !! ;a;!b!!c!!"_s, {u"a;!b"_s, u"c"_s}},
-        Row{"NothingAtAll", u" \r\n-- c"_s, {}}),
-    [](const auto &row) { return std::string(row.param.rule); });
 
 class ScripterTest : public StoreTest
 {
@@ -70,21 +58,6 @@ TEST_F(ScripterTest, AFailureStopsTheRunAndReachesTheCaller)
     const QString text = FailureOf([&] { scripter.ExecuteScript(); });
     EXPECT_TRUE(text.contains(u"violation of PRIMARY or UNIQUE KEY constraint"_s)) << text.toStdString();
     EXPECT_EQ(Count(), 0);
-}
-
-TEST_F(ScripterTest, HasATransactionOfItsOwn)
-{
-    RunScript(database, u"insert into T values (1);"_s);
-    transaction.Rollback();
-    transaction.SetActive(true);
-    EXPECT_EQ(Count(), 1);
-}
-
-TEST_F(ScripterTest, NeedsAnOpenConnection)
-{
-    scripter.Script() = {u"commit;"_s};
-    database.SetConnected(false);
-    EXPECT_THROW(scripter.ExecuteScript(), DatabaseError);
 }
 
 } // namespace

@@ -4,11 +4,11 @@
 
 #include <QStringList>
 
-#include <string>
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString Key = QStringLiteral("Software\\Melko");
+const QString Key = u"Software\\Melko"_s;
 
 SettingsValue Integer(int number)
 {
@@ -21,66 +21,42 @@ SettingsValue Integer(int number)
 /// A file of one key with one value, given as JSON.
 QByteArray FileWith(const QByteArray &entry)
 {
-    return QByteArrayLiteral("{\"format\":1,\"keys\":{\"Software\\\\Melko\":{\"A\":") + entry +
-           QByteArrayLiteral("}}}");
+    return "{\"format\":1,\"keys\":{\"Software\\\\Melko\":{\"A\":"_ba + entry + "}}}"_ba;
 }
 
-struct DamagedCase
+TEST(SettingsFile, OfAnotherShapeIsDamaged)
 {
-    const char *rule;
-    QByteArray bytes;
-};
-
-class DamagedTable : public testing::TestWithParam<DamagedCase>
-{};
-
-TEST_P(DamagedTable, IsNoSettingsFile)
-{
-    EXPECT_FALSE(SettingsFile::Parse(GetParam().bytes).has_value());
+    const QByteArray whole = FileWith("{\"type\":\"integer\",\"value\":1}");
+    EXPECT_TRUE(SettingsFile::Parse(whole).has_value());
+    for (const QByteArray &bytes :
+         {QByteArray(), QByteArray(" \n"), QByteArray("BgColor=1"), QByteArray(64, '\0'), whole.chopped(1), whole + "}",
+          QByteArray("[]"), QByteArray("{}"), QByteArray("{\"keys\":[]}"), QByteArray("{\"keys\":{\"A\":1}}")})
+        EXPECT_FALSE(SettingsFile::Parse(bytes).has_value()) << bytes.constData();
+    for (const char *value :
+         {"1", "{\"value\":1}", "{\"type\":1,\"value\":1}", "{\"type\":\"\xFF\"}", "{\"type\":\"string\"}",
+          "{\"type\":\"integer\",\"value\":\"1\"}", "{\"type\":\"integer\",\"value\":1.5}",
+          "{\"type\":\"integer\",\"value\":4294967296}", "{\"type\":\"integer\",\"value\":-2147483649}",
+          "{\"type\":\"string\",\"value\":1}", "{\"type\":\"binary\",\"value\":\"*\"}"})
+        EXPECT_FALSE(SettingsFile::Parse(FileWith(value)).has_value()) << value;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rules, DamagedTable,
-    testing::Values(DamagedCase{"Empty", ""}, DamagedCase{"Blank", " \n"}, DamagedCase{"NoJson", "BgColor=1"},
-                    DamagedCase{"Nul", QByteArray(64, '\0')},
-                    DamagedCase{"InvalidUtf8", FileWith("{\"type\":\"\xFF\"}")},
-                    DamagedCase{"CutShort", FileWith("{\"type\":\"integer\",\"value\":1}").chopped(1)},
-                    DamagedCase{"TrailingText", FileWith("{\"type\":\"integer\",\"value\":1}") + "}"},
-                    DamagedCase{"Array", "[]"}, DamagedCase{"NoKeys", "{}"},
-                    DamagedCase{"KeysNoObject", "{\"keys\":[]}"}, DamagedCase{"KeyNoObject", "{\"keys\":{\"A\":1}}"},
-                    DamagedCase{"ValueNoObject", FileWith("1")}, DamagedCase{"NoType", FileWith("{\"value\":1}")},
-                    DamagedCase{"TypeNoString", FileWith("{\"type\":1,\"value\":1}")},
-                    DamagedCase{"IntegerAsText", FileWith("{\"type\":\"integer\",\"value\":\"1\"}")},
-                    DamagedCase{"IntegerWithFraction", FileWith("{\"type\":\"integer\",\"value\":1.5}")},
-                    DamagedCase{"IntegerTooLarge", FileWith("{\"type\":\"integer\",\"value\":4294967296}")},
-                    DamagedCase{"IntegerTooSmall", FileWith("{\"type\":\"integer\",\"value\":-2147483649}")},
-                    DamagedCase{"StringAsNumber", FileWith("{\"type\":\"string\",\"value\":1}")},
-                    DamagedCase{"StringMissing", FileWith("{\"type\":\"string\"}")},
-                    DamagedCase{"BinaryNoBase64", FileWith("{\"type\":\"binary\",\"value\":\"*\"}")}),
-    [](const auto &row) { return std::string(row.param.rule); });
 
 TEST(SettingsFile, ReadsIntegersOf32Bits)
 {
-    const struct
-    {
-        const char *json;
-        int number;
-    } cases[] = {{"2147483647", 2147483647},
-                 {"-2147483648", -2147483647 - 1},
-                 {"4278190085", static_cast<int>(0xFF000005)},
-                 {"4294967295", -1},
-                 {"1e2", 100}};
-    for (const auto &row : cases) {
-        const auto file =
-            SettingsFile::Parse(FileWith(QByteArray("{\"type\":\"integer\",\"value\":") + row.json + '}'));
-        EXPECT_TRUE(file && file->Value(Key, QStringLiteral("A"))->number == row.number) << row.json;
+    const std::pair<const char *, int> cases[]{{"2147483647", 2147483647},
+                                               {"-2147483648", -2147483647 - 1},
+                                               {"4278190085", static_cast<int>(0xFF000005)},
+                                               {"4294967295", -1},
+                                               {"1e2", 100}};
+    for (const auto &[json, number] : cases) {
+        const auto file = SettingsFile::Parse(FileWith(QByteArray("{\"type\":\"integer\",\"value\":") + json + '}'));
+        EXPECT_TRUE(file && file->Value(Key, u"A"_s)->number == number) << json;
     }
 }
 
 TEST(SettingsFile, BringsEveryTypeBackExactly)
 {
-    const QStringList texts{QString(), QStringLiteral("\"C:\\x\" \r\n\t"), QStringLiteral("Phẩm ṭ \U0001F600"),
-                            QString(QChar(u'\0')) + QStringLiteral("a"), QString(100000, QLatin1Char('x'))};
+    const QStringList texts{QString(), u"\"C:\\x\" \r\n\t"_s, u"Phẩm ṭ \U0001F600"_s, QString(QChar(u'\0')) + u"a"_s,
+                            QString(100000, u'x')};
     for (const QString &text : texts) {
         for (const RegistryType type : {RegistryType::String, RegistryType::ExpandString, RegistryType::Binary}) {
             SettingsValue value;
@@ -90,10 +66,10 @@ TEST(SettingsFile, BringsEveryTypeBackExactly)
             else
                 value.text = text;
             SettingsFile file;
-            file.SetValue(Key, QStringLiteral("A"), value);
+            file.SetValue(Key, u"A"_s, value);
             const auto read = SettingsFile::Parse(file.ToBytes());
             EXPECT_TRUE(read.has_value());
-            const auto back = read ? read->Value(Key, QStringLiteral("A")) : std::nullopt;
+            const auto back = read ? read->Value(Key, u"A"_s) : std::nullopt;
             EXPECT_TRUE(back && back->type == type && back->text == value.text && back->bytes == value.bytes)
                 << text.left(20).toStdString();
         }
@@ -103,9 +79,9 @@ TEST(SettingsFile, BringsEveryTypeBackExactly)
 TEST(SettingsFile, IgnoresCaseAndKeepsTheFirstSpelling)
 {
     SettingsFile file;
-    file.SetValue(QStringLiteral("\\Software\\Melko\\"), QStringLiteral("FontName"), Integer(1));
-    file.SetValue(QStringLiteral("SOFTWARE\\melko"), QStringLiteral("FONTNAME"), Integer(2));
-    EXPECT_EQ(file.Value(QStringLiteral("software\\MELKO\\"), QStringLiteral("fontname"))->number, 2);
+    file.SetValue(u"\\Software\\Melko\\"_s, u"FontName"_s, Integer(1));
+    file.SetValue(u"SOFTWARE\\melko"_s, u"FONTNAME"_s, Integer(2));
+    EXPECT_EQ(file.Value(u"software\\MELKO\\"_s, u"fontname"_s)->number, 2);
     const QByteArray bytes = file.ToBytes();
     EXPECT_EQ(bytes.count("Software\\\\Melko"), 1);
     EXPECT_EQ(bytes.toLower().count("melko"), 1);
@@ -117,10 +93,10 @@ TEST(SettingsFile, HasTheKeysAboveAKeyAndNoOthers)
 {
     SettingsFile file;
     EXPECT_FALSE(file.HasKey(Key));
-    file.AddKey(QStringLiteral("Software\\Melko\\Kelora"));
-    for (const QString &key : {QStringLiteral("software\\melko\\kelora\\"), Key, QStringLiteral("Software")})
+    file.AddKey(u"Software\\Melko\\Kelora"_s);
+    for (const QString &key : {u"software\\melko\\kelora\\"_s, Key, u"Software"_s})
         EXPECT_TRUE(file.HasKey(key)) << key.toStdString();
-    for (const QString &key : {QStringLiteral("Soft"), QStringLiteral("Software\\Melk"), QStringLiteral("Melko")})
+    for (const QString &key : {u"Soft"_s, u"Software\\Melk"_s, u"Melko"_s})
         EXPECT_FALSE(file.HasKey(key)) << key.toStdString();
 }
 
@@ -129,14 +105,14 @@ TEST(SettingsFile, LeavesWhatItDoesNotKnow)
     auto file = SettingsFile::Parse(
         "{\"format\":2,\"later\":[1],\"keys\":{\"Software\\\\Melko\":{\"Q\":{\"type\":\"quad\",\"value\":[7]}}}}");
     EXPECT_TRUE(file.has_value());
-    EXPECT_EQ(file->Value(Key, QStringLiteral("Q"))->type, RegistryType::Unknown);
-    file->SetValue(Key, QStringLiteral("A"), Integer(1));
+    EXPECT_EQ(file->Value(Key, u"Q"_s)->type, RegistryType::Unknown);
+    file->SetValue(Key, u"A"_s, Integer(1));
     const QByteArray bytes = file->ToBytes().simplified().replace(' ', "");
     EXPECT_TRUE(bytes.contains("\"later\":[1]"));
     EXPECT_TRUE(bytes.contains("\"format\":2"));
     EXPECT_TRUE(bytes.contains("\"Q\":{\"type\":\"quad\",\"value\":[7]}"));
-    file->SetValue(Key, QStringLiteral("q"), Integer(3));
-    EXPECT_EQ(file->Value(Key, QStringLiteral("Q"))->number, 3);
+    file->SetValue(Key, u"q"_s, Integer(3));
+    EXPECT_EQ(file->Value(Key, u"Q"_s)->number, 3);
 }
 
 } // namespace

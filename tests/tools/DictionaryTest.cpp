@@ -16,45 +16,39 @@ constexpr int FrenchVietnamese = 3;
 constexpr int PaliVietnamese = 5;
 constexpr int EnglishPali = 7;
 
-struct Order
+TEST(DictionaryOrder, SortsAsItsLanguageDoes)
 {
-    const char *rule;
-    int kind;
-    const char16_t *inOrder;
-};
-
-class DictionaryOrderTable : public testing::TestWithParam<Order>
-{};
-
-TEST_P(DictionaryOrderTable, SortsAsItsLanguageDoes)
-{
-    const QStringList expected = QString::fromUtf16(GetParam().inOrder).split(u',');
-    QStringList words(expected.crbegin(), expected.crend());
-    std::stable_sort(words.begin(), words.end(), [](const QString &a, const QString &b) {
-        return DictionarySortKey(GetParam().kind, a) < DictionarySortKey(GetParam().kind, b);
-    });
-    EXPECT_EQ(words.join(u',').toStdString(), expected.join(u',').toStdString());
+    const struct
+    {
+        const char *rule;
+        int kind;
+        const char16_t *inOrder;
+    } rows[]{{"PaliVowelsByLength", PaliVietnamese, u"aka,āka,ika,īka,uka,ūka,eka,oka"},
+             {"PaliAspiratesAreLetters", PaliVietnamese, u"kūpa,koṭi,khaṇa,gaṇa"},
+             {"PaliRetroflexBeforeDental", PaliVietnamese, u"ñāṇa,ṭhāna,ḍasa,tama,thera,dhamma,nāma"},
+             {"PaliLastLetters", PaliVietnamese, u"saṅgha,hāra,ḷa,ṃ"},
+             {"PaliNiggahitaAfterEveryLetter", PaliVietnamese, u"saka,sati,sahāya,saṃvara"},
+             {"PaliCapitalsCountAsSmall", PaliVietnamese, u"ānanda,Āpa,āpatti"},
+             {"ShorterFirst", PaliVietnamese, u"bhikkhu,bhikkhunī"},
+             {"VietnameseLettersBeforeTones", VietnameseEnglish, u"ma,mà,mả,mã,má,mạ,man,mă,mâ,mo"},
+             {"VietnameseToneBeforeTheNextSyllable", VietnameseEnglish, u"ba,ba mươi,bà,bà con,bả"},
+             {"VietnameseHyphenIsABlank", VietnameseEnglish, u"bố con,bố-tát,bố trí"},
+             {"VietnameseD", VietnameseEnglish, u"dạy,do,đa,e"},
+             {"BlankBeforeLetters", VietnameseEnglish, u"an lạc,anh"},
+             {"EnglishBlankDigitLetter", EnglishVietnamese, u"go forth,go2,goat,gods,god’s"},
+             {"LatinIgnoresMarks", EnglishPali, u"cafe,café,cafés,cage"},
+             {"FrenchAccentsFromTheEnd", FrenchVietnamese, u"cote,côte,coté,côté,côtes"},
+             {"FrenchLigature", FrenchVietnamese, u"odeur,œil,officier"}};
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.rule);
+        const QStringList expected = QString::fromUtf16(row.inOrder).split(u',');
+        QStringList words(expected.crbegin(), expected.crend());
+        std::stable_sort(words.begin(), words.end(), [&row](const QString &a, const QString &b) {
+            return DictionarySortKey(row.kind, a) < DictionarySortKey(row.kind, b);
+        });
+        EXPECT_EQ(words.join(u',').toStdString(), expected.join(u',').toStdString());
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rules, DictionaryOrderTable,
-    testing::Values(Order{"PaliVowelsByLength", PaliVietnamese, u"aka,āka,ika,īka,uka,ūka,eka,oka"},
-                    Order{"PaliAspiratesAreLetters", PaliVietnamese, u"kūpa,koṭi,khaṇa,gaṇa"},
-                    Order{"PaliRetroflexBeforeDental", PaliVietnamese, u"ñāṇa,ṭhāna,ḍasa,tama,thera,dhamma,nāma"},
-                    Order{"PaliLastLetters", PaliVietnamese, u"saṅgha,hāra,ḷa,ṃ"},
-                    Order{"PaliNiggahitaAfterEveryLetter", PaliVietnamese, u"saka,sati,sahāya,saṃvara"},
-                    Order{"PaliCapitalsCountAsSmall", PaliVietnamese, u"ānanda,Āpa,āpatti"},
-                    Order{"ShorterFirst", PaliVietnamese, u"bhikkhu,bhikkhunī"},
-                    Order{"VietnameseLettersBeforeTones", VietnameseEnglish, u"ma,mà,mả,mã,má,mạ,man,mă,mâ,mo"},
-                    Order{"VietnameseToneBeforeTheNextSyllable", VietnameseEnglish, u"ba,ba mươi,bà,bà con,bả"},
-                    Order{"VietnameseHyphenIsABlank", VietnameseEnglish, u"bố con,bố-tát,bố trí"},
-                    Order{"VietnameseD", VietnameseEnglish, u"dạy,do,đa,e"},
-                    Order{"BlankBeforeLetters", VietnameseEnglish, u"an lạc,anh"},
-                    Order{"EnglishBlankDigitLetter", EnglishVietnamese, u"go forth,go2,goat,gods,god’s"},
-                    Order{"LatinIgnoresMarks", EnglishPali, u"cafe,café,cafés,cage"},
-                    Order{"FrenchAccentsFromTheEnd", FrenchVietnamese, u"cote,côte,coté,côté,côtes"},
-                    Order{"FrenchLigature", FrenchVietnamese, u"odeur,œil,officier"}),
-    [](const auto &row) { return std::string(row.param.rule); });
 
 TEST(DictionarySourceTest, EntriesKeepTheirMarkUp)
 {
@@ -77,43 +71,32 @@ TEST(DictionarySourceTest, FormsLeadToTheirWordInEachKindThatHasIt)
     EXPECT_EQ(entries[2].forms, QStringList{u"dīpo"_s});
 }
 
-struct BadDictionary
+TEST(BadDictionaries, AreRefusedWithTheirLine)
 {
-    const char *rule;
-    QString source;
-    const char *message;
-};
-
-class BadDictionaries : public testing::TestWithParam<BadDictionary>
-{};
-
-TEST_P(BadDictionaries, AreRefusedWithTheirLine)
-{
-    try {
-        if (GetParam().source.startsWith(u"forms"_s)) {
-            auto entries = ParseDictionary(u"dictionary 5\n% a\nx\n% b\nx\n"_s, u"d.txt"_s);
-            AddForms(entries, GetParam().source, u"d.txt"_s);
-        } else {
-            ParseDictionary(GetParam().source, u"d.txt"_s);
+    const std::tuple<const char *, QString, const char *> rows[]{
+        {"NoKind", u"% a\n"_s, "d.txt:1: a word before \"dictionary KIND\""},
+        {"KindNine", u"dictionary 9\n"_s, "d.txt:1: the kind is a number from 1 to 8"},
+        {"WordTwice", u"dictionary 5\n% a\nx\n% a\n"_s, "d.txt:4: \"a\" comes twice"},
+        {"LongWord", u"dictionary 5\n% "_s + QString(64, u'ā'), "d.txt:2: a word has 1 to 63 characters"},
+        {"NoEntry", u"dictionary 5\n% a\n\n% b\nx\n"_s, "d.txt:2: \"a\" has no entry"},
+        {"FormOfNothing", u"forms 5\nc: d\n"_s, "d.txt:2: no dictionary has the word \"c\""},
+        {"FormThatIsAWord", u"forms 5\na: b\n"_s, "d.txt:2: the form \"b\" is a word already"},
+        {"FormsOfKindNine", u"forms 5 9\na: d\n"_s, "d.txt:1: the kind is a number from 1 to 8"},
+        {"StrayText", u"dictionary 5\nx\n"_s, "d.txt:2: text before the first word"}};
+    for (const auto &[rule, source, message] : rows) {
+        SCOPED_TRACE(rule);
+        try {
+            if (source.startsWith(u"forms"_s)) {
+                auto entries = ParseDictionary(u"dictionary 5\n% a\nx\n% b\nx\n"_s, u"d.txt"_s);
+                AddForms(entries, source, u"d.txt"_s);
+            } else {
+                ParseDictionary(source, u"d.txt"_s);
+            }
+            ADD_FAILURE() << "accepted";
+        } catch (const ToolError &error) {
+            EXPECT_STREQ(error.what(), message);
         }
-        ADD_FAILURE() << "accepted";
-    } catch (const ToolError &error) {
-        EXPECT_STREQ(error.what(), GetParam().message);
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Rules, BadDictionaries,
-    testing::Values(
-        BadDictionary{"NoKind", u"% a\n"_s, "d.txt:1: a word before \"dictionary KIND\""},
-        BadDictionary{"KindNine", u"dictionary 9\n"_s, "d.txt:1: the kind is a number from 1 to 8"},
-        BadDictionary{"WordTwice", u"dictionary 5\n% a\nx\n% a\n"_s, "d.txt:4: \"a\" comes twice"},
-        BadDictionary{"LongWord", u"dictionary 5\n% "_s + QString(64, u'ā'), "d.txt:2: a word has 1 to 63 characters"},
-        BadDictionary{"NoEntry", u"dictionary 5\n% a\n\n% b\nx\n"_s, "d.txt:2: \"a\" has no entry"},
-        BadDictionary{"FormOfNothing", u"forms 5\nc: d\n"_s, "d.txt:2: no dictionary has the word \"c\""},
-        BadDictionary{"FormThatIsAWord", u"forms 5\na: b\n"_s, "d.txt:2: the form \"b\" is a word already"},
-        BadDictionary{"FormsOfKindNine", u"forms 5 9\na: d\n"_s, "d.txt:1: the kind is a number from 1 to 8"},
-        BadDictionary{"StrayText", u"dictionary 5\nx\n"_s, "d.txt:2: text before the first word"}),
-    [](const auto &row) { return std::string(row.param.rule); });
 
 } // namespace

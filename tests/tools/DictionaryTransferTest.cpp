@@ -59,18 +59,16 @@ protected:
     ScratchFolder m_scratch;
 };
 
-class ExportForms : public DictionaryTransfer, public testing::WithParamInterface<const char *>
-{};
-
-TEST_P(ExportForms, ComeBackAsTheSameRows)
+TEST_F(DictionaryTransfer, EachFormOfExportComesBackAsTheSameRows)
 {
     QFile::copy(ProductFolder() + u"PALIDICT.FDB"_s, File());
     // What each of the forms has signs of its own for, forms of a word, and names out of the order of the letters.
     WriteFile(Path(u"s.tsv"_s), "\xEF\xBB\xBF%\t% a\\n\\\\n\\\\\nZoo\t <b>x</b> "
                                 "\\n\nzoo\t\\n\\na\\r\\nb\\tc\r\ncôté\tx\ncote\tx\n\xF0\x9F\x98\x80\tx\n");
     ASSERT_EQ(Import(u"s.tsv"_s, 3, {u"--replace"_s}).exitCode, 0);
-    for (const int kind : {3, 5}) {
-        const QString out = Path(u"out"_s + QString::number(kind) + QString::fromLatin1(GetParam()));
+    for (const auto &[kind, ending] : {std::pair(3, u".tsv"_s), {3, u".txt"_s}, {3, u".ifo"_s}, {5, u".ifo"_s}}) {
+        SCOPED_TRACE(qPrintable(ending));
+        const QString out = Path(u"out"_s + ending);
         const ToolRun run = RunDataTool({u"export"_s, u"dictionary"_s, u"--file"_s, File(), u"--kind"_s,
                                          QString::number(kind), u"--out"_s, out, u"--quiet"_s});
         ASSERT_EQ(run.exitCode, 0) << qPrintable(run.output + run.errors);
@@ -79,15 +77,12 @@ TEST_P(ExportForms, ComeBackAsTheSameRows)
         const QString entries =
             u"select count(distinct W.ID_ENTRY) from DICTIONARY_WORD W where W.DICT_TYPE = %1"_s.arg(kind);
         const Rows entriesBefore = OpenedDatabase(File()).Rows(entries);
-        ASSERT_EQ(Import(QDir(Path(u""_s)).relativeFilePath(out), kind, {u"--replace"_s}).exitCode, 0);
+        ASSERT_EQ(Import(u"out"_s + ending, kind, {u"--replace"_s}).exitCode, 0);
         EXPECT_EQ(WordsOf(File(), kind), before);
         EXPECT_EQ(OpenedDatabase(File()).Rows(entries), entriesBefore) << "forms share their entry";
     }
     ExpectSound(File());
 }
-
-INSTANTIATE_TEST_SUITE_P(All, ExportForms, testing::Values(".tsv", ".txt", ".ifo"),
-                         [](const auto &row) { return std::string(row.param + 1); });
 
 TEST_F(DictionaryTransfer, KeepsTheOtherKindsAndServesWhoHasTheOldFileOpen)
 {
@@ -107,135 +102,67 @@ TEST_F(DictionaryTransfer, KeepsTheOtherKindsAndServesWhoHasTheOldFileOpen)
     ExpectSound(File());
 }
 
-struct Sample
-{
-    const char *rule;
-    StarDictSample source;
-    const char *told; ///< a line of the report; null for none
-    QStringList words;
-    QString entry; ///< of the first word
-};
-
-class StarDictSamples : public DictionaryTransfer, public testing::WithParamInterface<Sample>
-{};
-
-TEST_P(StarDictSamples, AreTakenAsFarAsTheyAreSound)
-{
-    GetParam().source.Write(Path(u"s/d"_s));
-    const ToolRun run =
-        RunDataTool({u"import"_s, u"dictionary"_s, Path(u"s/d.ifo"_s), u"--kind"_s, u"5"_s, u"--into"_s, File()});
-    EXPECT_EQ(run.exitCode, GetParam().told && !QByteArray(GetParam().told).startsWith('~') ? 1 : 0)
-        << qPrintable(run.output + run.errors);
-    EXPECT_THAT(run.output.toStdString(),
-                testing::HasSubstr(QByteArray(GetParam().told).replace("~", "").toStdString()));
-    QStringList words;
-    for (const QList<QVariant> &row : WordsOf(File(), 5))
-        words.append(row[0].toString());
-    EXPECT_EQ(words, GetParam().words);
-    EXPECT_EQ(EntryOf(File(), 5, words.value(0)).toStdString(), GetParam().entry.toStdString());
-    ExpectSound(File());
-}
-
 using Packing = StarDictSample::Packing;
 const StarDictSample::Word A{"a", "A+", -1, -1}, B{"b", "B", -1, -1};
 const QString EntryA = u"@a\nA+<br />"_s;
 
-INSTANTIATE_TEST_SUITE_P(
-    Rules, StarDictSamples,
-    testing::Values(
-        Sample{"ChunksAndForms",
-               {.words = {{"b", QByteArray("làng ").repeated(40), -1, -1}, A},
-                .forms = {{"ā", 1}, {"bo", 0}},
-                .packing = Packing::Chunks,
-                .chunkSize = 16},
-               nullptr,
-               {u"a"_s, u"ā"_s, u"b"_s, u"bo"_s},
-               u"@a\nA+<br />"_s},
-        Sample{"WholeGzipAndLongOffsets",
-               {.words = {B, A}, .packing = Packing::Gzip, .offsetBits = 64, .hasPackedIndex = true},
-               nullptr,
-               {u"a"_s, u"b"_s},
-               EntryA},
-        Sample{"FieldsInARow",
-               {.words = {{"a", QByteArray("ə\0\0\0\0\3wav<i>x</i>", 18), -1, -1}}, .types = "tWh"},
-               "d.dict: 1 texts of type \"W\" were left out",
-               {u"a"_s},
-               u"@a /ə/\n<i>x</i><br />"_s},
-        Sample{"FieldsThatTellTheirTypes",
-               {.words = {{"a", QByteArray("mx\0yka\0", 7), -1, -1}, {"b", "l\xE9", -1, -1}}, .types = ""},
-               "whose encoding is not known, were left out",
-               {u"a"_s},
-               u"@a [ka]\nx<br />"_s},
-        Sample{"SharedTexts", {.words = {A, {"b", "", 0, 2}}}, nullptr, {u"a"_s, u"b"_s}, EntryA},
-        Sample{"WordsTwice",
-               {.words = {A, {"a", "B", -1, -1}}},
-               "~has 2 entries, joined",
-               {u"a"_s},
-               EntryA + u"\n\n@a\nB<br />"_s},
-        Sample{"OverlappingTexts",
-               {.words = {A, {"b", "", 1, 1}}},
-               "~d.idx:2: the entry overlaps another",
-               {u"a"_s, u"b"_s},
-               EntryA},
-        Sample{"OffsetsThatLie",
-               {.words = {A, {"b", "B", 3, 4}}},
-               "d.idx:2: the entry lies beyond the end",
-               {u"a"_s},
-               EntryA},
-        Sample{"SizesThatLie",
-               {.words = {A, {"b", "B", 0, 0xFFFFFFFFLL}}, .packing = Packing::Chunks},
-               "d.idx:2: the entry has 4294967295 bytes, more than 1048576",
-               {u"a"_s},
-               EntryA},
-        Sample{"LongWords",
-               {.words = {A, {QByteArray(64, 'x'), "B", -1, -1}}},
-               "has 64 characters, more than 63",
-               {u"a"_s},
-               EntryA},
-        Sample{"EmptyWords",
-               {.words = {A, {"", "B", -1, -1}, {" ", "C", -1, -1}}},
-               "d.idx:2: the word is empty",
-               {u"a"_s},
-               EntryA},
-        Sample{"OtherEncodings",
-               {.words = {A, {"\xE9", "B", -1, -1}, {"c", "\xE9", -1, -1}}},
-               "d.idx:3: the entry is not UTF-8 at byte 3",
-               {u"a"_s},
-               EntryA},
-        Sample{"ControlCharacters",
-               {.words = {{"a\x01", "A+\x02", -1, -1}}},
-               "~control characters",
-               {u"a"_s},
-               u"@a\nA+<br />"_s},
-        Sample{"FormsOfNothing", {.words = {A}, .forms = {{"c", 7}}}, "d.syn:1: there is no word 8", {u"a"_s}, EntryA},
-        Sample{"CountsThatLie",
-               {.words = {A}, .moreDescription = "wordcount=3\n"},
-               "has 1 words where the description tells 3",
-               {u"a"_s},
-               EntryA}),
-    [](const auto &row) { return std::string(row.param.rule); });
-
-struct Refusal
+TEST_F(DictionaryTransfer, StarDictIsTakenAsFarAsItIsSound)
 {
-    const char *rule;
-    const char *message;
-    std::function<QString(const ScratchFolder &)> source; ///< makes it and gives its name
-};
-
-class Refusals : public DictionaryTransfer, public testing::WithParamInterface<Refusal>
-{};
-
-TEST_P(Refusals, LeaveTheOldFile)
-{
-    MakeFile();
-    const QByteArray before = BytesOf(File());
-    const QString source = GetParam().source(m_scratch);
-    const ToolRun run = Import(source, QByteArray(GetParam().message).contains("--replace") ? 8 : 5);
-    EXPECT_EQ(run.exitCode, 2);
-    EXPECT_THAT(run.errors.toStdString(), testing::HasSubstr(GetParam().message));
-    EXPECT_EQ(BytesOf(File()), before);
-    EXPECT_THAT(QDir(Path(u""_s)).entryList({u"*.part*"_s, u".lumivara*"_s}, QDir::AllEntries | QDir::Hidden),
-                testing::IsEmpty());
+    const struct
+    {
+        StarDictSample source;
+        std::string told; ///< what the report says; behind "~" it is no fault
+        QString words;
+        QString entry = EntryA; ///< of the first word
+    } rows[]{
+        {{.words = {{"b", QByteArray("làng ").repeated(40), -1, -1}, A},
+          .forms = {{"ā", 1}, {"bo", 0}},
+          .packing = Packing::Chunks,
+          .chunkSize = 16},
+         "~",
+         u"a ā b bo"_s},
+        {{.words = {B, A}, .packing = Packing::Gzip, .offsetBits = 64, .hasPackedIndex = true}, "~", u"a b"_s},
+        {{.words = {{"a", QByteArray("ə\0\0\0\0\3wav<i>x</i>", 18), -1, -1}}, .types = "tWh"},
+         "d.dict: 1 texts of type \"W\" were left out",
+         u"a"_s,
+         u"@a /ə/\n<i>x</i><br />"_s},
+        {{.words = {{"a", QByteArray("mx\0yka\0", 7), -1, -1}, {"b", "l\xE9", -1, -1}}, .types = ""},
+         "whose encoding is not known, were left out",
+         u"a"_s,
+         u"@a [ka]\nx<br />"_s},
+        {{.words = {A, {"b", "", 0, 2}}}, "~", u"a b"_s},
+        {{.words = {A, {"a", "B", -1, -1}}}, "~has 2 entries, joined", u"a"_s, EntryA + u"\n\n@a\nB<br />"_s},
+        {{.words = {A, {"b", "", 1, 1}}}, "~d.idx:2: the entry overlaps another", u"a b"_s},
+        {{.words = {A, {"b", "B", 3, 4}}}, "d.idx:2: the entry lies beyond the end", u"a"_s},
+        {{.words = {A, {"b", "B", 0, 0xFFFFFFFFLL}}, .packing = Packing::Chunks},
+         "d.idx:2: the entry has 4294967295 bytes, more than 1048576",
+         u"a"_s},
+        {{.words = {A, {QByteArray(64, 'x'), "B", -1, -1}}}, "has 64 characters, more than 63", u"a"_s},
+        {{.words = {A, {"", "B", -1, -1}, {" ", "C", -1, -1}}}, "d.idx:2: the word is empty", u"a"_s},
+        {{.words = {A, {"\xE9", "B", -1, -1}, {"c", "\xE9", -1, -1}}},
+         "d.idx:3: the entry is not UTF-8 at byte 3",
+         u"a"_s},
+        {{.words = {{"a\x01", "A+\x02", -1, -1}}}, "~control characters", u"a"_s},
+        {{.words = {A}, .forms = {{"c", 7}}}, "d.syn:1: there is no word 8", u"a"_s},
+        {{.words = {A}, .moreDescription = "wordcount=3\n"}, "has 1 words where the description tells 3", u"a"_s},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.told);
+        QDir(Path(u"s"_s)).removeRecursively();
+        QFile::remove(File());
+        row.source.Write(Path(u"s/d"_s));
+        const bool isSound = row.told.starts_with('~');
+        const ToolRun run =
+            RunDataTool({u"import"_s, u"dictionary"_s, Path(u"s/d.ifo"_s), u"--kind"_s, u"5"_s, u"--into"_s, File()});
+        EXPECT_EQ(run.exitCode, isSound ? 0 : 1) << qPrintable(run.output + run.errors);
+        EXPECT_THAT(run.output.toStdString(), testing::HasSubstr(row.told.substr(isSound ? 1 : 0)));
+        QStringList words;
+        for (const QList<QVariant> &stored : WordsOf(File(), 5))
+            words.append(stored[0].toString());
+        EXPECT_EQ(words.join(u' '), row.words);
+        EXPECT_EQ(EntryOf(File(), 5, words.value(0)).toStdString(), row.entry.toStdString());
+        ExpectSound(File());
+    }
 }
 
 QString Put(const ScratchFolder &folder, const QString &name, const QByteArray &bytes)
@@ -254,38 +181,50 @@ QString Without(const ScratchFolder &folder, StarDictSample sample, const QStrin
     return u"s"_s;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rules, Refusals,
-    testing::Values(Refusal{"WordsThatAreThere", "dictionary 8 has words already; --replace",
-                            [](const auto &folder) { return Put(folder, u"w.tsv"_s, "a\tb\n"); }},
-                    Refusal{"NoSource", "there is no such file", [](const auto &) { return u"none.tsv"_s; }},
-                    Refusal{"NoForm", "which form is this?",
-                            [](const auto &folder) { return Put(folder, u"w.bin"_s, "a\tb\n"); }},
-                    Refusal{"Pipes", "is no regular file",
-                            [](const auto &folder) {
-                                ::mkfifo(QFile::encodeName(folder.Path(u"w.txt"_s)).constData(), 0600);
-                                return u"w.txt"_s;
-                            }},
-                    Refusal{"NoIndex", "d.idx: there is no such file",
-                            [](const auto &folder) { return Without(folder, {}, {u".idx"_s}); }},
-                    Refusal{"NoTexts", "d.dict: there is no such file",
-                            [](const auto &folder) { return Without(folder, {}, {u".dict"_s}); }},
-                    Refusal{"UnknownVersion", "version \"9\" is not known",
-                            [](const auto &folder) { return Without(folder, {.version = "9"}, {}); }},
-                    Refusal{"Bombs", "more than 4 times the bytes",
-                            [](const auto &folder) {
-                                StarDictSample sample{.words = {{"a", QByteArray(1 << 20, 'x'), -1, -1}}};
-                                for (int i = 1; i < 9; ++i)
-                                    sample.words.append({"b" + QByteArray::number(i), "", i, (1 << 20) - i});
-                                return Without(folder, sample, {});
-                            }},
-                    Refusal{"LinksThatLeadOut", "is a link that leads out of the folder",
-                            [](const auto &folder) {
-                                const QString source = Without(folder, {}, {u".dict"_s});
-                                QFile::link(folder.Path(Put(folder, u"secret"_s, "A+")), folder.Path(u"s/d.dict"_s));
-                                return source;
-                            }}),
-    [](const auto &row) { return std::string(row.param.rule); });
+TEST_F(DictionaryTransfer, ARefusalLeavesTheOldFile)
+{
+    const struct
+    {
+        const char *message;
+        std::function<QString(const ScratchFolder &)> source; ///< makes it and gives its name
+    } rows[]{
+        {"dictionary 8 has words already; --replace", [](auto &folder) { return Put(folder, u"w.tsv"_s, "a\tb\n"); }},
+        {"there is no such file", [](auto &) { return u"none.tsv"_s; }},
+        {"which form is this?", [](auto &folder) { return Put(folder, u"w.bin"_s, "a\tb\n"); }},
+        {"is no regular file",
+         [](auto &folder) {
+             ::mkfifo(QFile::encodeName(folder.Path(u"w.txt"_s)).constData(), 0600);
+             return u"w.txt"_s;
+         }},
+        {"d.idx: there is no such file", [](auto &folder) { return Without(folder, {}, {u".idx"_s}); }},
+        {"d.dict: there is no such file", [](auto &folder) { return Without(folder, {}, {u".dict"_s}); }},
+        {"version \"9\" is not known", [](auto &folder) { return Without(folder, {.version = "9"}, {}); }},
+        {"more than 4 times the bytes",
+         [](auto &folder) {
+             StarDictSample sample{.words = {{"a", QByteArray(1 << 20, 'x'), -1, -1}}};
+             for (int i = 1; i < 9; ++i)
+                 sample.words.append({"b" + QByteArray::number(i), "", i, (1 << 20) - i});
+             return Without(folder, sample, {});
+         }},
+        {"is a link that leads out of the folder", [](auto &folder) {
+             const QString source = Without(folder, {}, {u".dict"_s});
+             QFile::link(folder.Path(Put(folder, u"secret"_s, "A+")), folder.Path(u"s/d.dict"_s));
+             return source;
+         }}};
+    MakeFile();
+    const QByteArray before = BytesOf(File());
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.message);
+        QDir(Path(u"s"_s)).removeRecursively();
+        const QString source = row.source(m_scratch);
+        const ToolRun run = Import(source, QByteArray(row.message).contains("--replace") ? 8 : 5);
+        EXPECT_EQ(run.exitCode, 2);
+        EXPECT_THAT(run.errors.toStdString(), testing::HasSubstr(row.message));
+        EXPECT_EQ(BytesOf(File()), before);
+        EXPECT_THAT(QDir(Path(u""_s)).entryList({u"*.part*"_s, u".lumivara*"_s}, QDir::AllEntries | QDir::Hidden),
+                    testing::IsEmpty());
+    }
+}
 
 TEST_F(DictionaryTransfer, AFullDiskLeavesTheOldFile)
 {

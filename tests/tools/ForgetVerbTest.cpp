@@ -102,22 +102,17 @@ TEST_F(ForgetMe, RemovesWhatIsTheProgramsAndNothingElse)
 
 TEST_F(ForgetMe, StartEntriesOfOthersStay)
 {
-    struct Case
-    {
-        QByteArray bytes;
-        bool goes;
-    };
-    const Case cases[] = {
+    const std::pair<QByteArray, bool> cases[] = {
         {StartFile(u'"' + Own(u"Lumivara"_s) + u'"'), true},
         {StartFile(u"\"/gone/Lumivara\""_s), true},
         {StartFile({}), true},
         {StartFile(u"\"/bin/sh\""_s), false},
         {"[Desktop Entry]\nType=Application\nName=Kelora\nExec=\"/gone/kelora\"\n", false},
     };
-    for (const Case &test : cases) {
-        WriteFile(StartEntry(), test.bytes);
+    for (const auto &[bytes, goes] : cases) {
+        WriteFile(StartEntry(), bytes);
         Forget();
-        EXPECT_EQ(QFileInfo::exists(StartEntry()), !test.goes) << test.bytes.constData();
+        EXPECT_EQ(QFileInfo::exists(StartEntry()), !goes) << bytes.constData();
     }
 }
 

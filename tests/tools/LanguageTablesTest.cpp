@@ -111,19 +111,13 @@ TEST_F(LanguageTables, ANumberStaysWithItsTextAndIsNeverGivenAgain)
 
 TEST_F(LanguageTables, VerifyFindsEveryDisagreement)
 {
-    struct Case
-    {
-        const char *what;
-        std::function<void()> spoil;
-        QString finding;
-    };
     const auto ledgerWith = [this](const QByteArray &line, const QByteArray &instead) {
         const QByteArray ledger = Ledger();
         EXPECT_TRUE(ledger.contains(line));
         WriteFile(m_scratch.Path(u"data/languages/numbers.tsv"_s), QByteArray(ledger).replace(line, instead));
     };
     const QString table = m_scratch.Path(u"src/a/Small.langdata"_s);
-    const Case cases[] = {
+    const std::tuple<const char *, std::function<void()>, QString> cases[]{
         {"text added", [&] { Describe("12 + 3", "Đi"); }, u"frmSmall acGo.Caption has no number"_s},
         {"text gone", [&] { Describe("&amp;Đi", ""); }, u"frmSmall 2 btnGo.Caption has vanished from "_s},
         {"component renamed", [&] { Describe("cbLevel", "cbGrade"); },
@@ -143,13 +137,13 @@ TEST_F(LanguageTables, VerifyFindsEveryDisagreement)
          u"Small.langdata is not the table of "_s},
         {"table missing", [&] { QFile::remove(table); }, u"Small.langdata is missing"_s},
     };
-    for (const Case &spoilt : cases) {
+    for (const auto &[what, spoil, finding] : cases) {
         Describe(Window);
         Number();
-        spoilt.spoil();
+        spoil();
         const ToolRun run = Run({u"verify"_s});
-        EXPECT_EQ(run.exitCode, 1) << spoilt.what;
-        EXPECT_TRUE(run.output.contains(spoilt.finding)) << spoilt.what << '\n' << qPrintable(run.output);
+        EXPECT_EQ(run.exitCode, 1) << what;
+        EXPECT_TRUE(run.output.contains(finding)) << what << '\n' << qPrintable(run.output);
     }
 }
 
@@ -159,12 +153,7 @@ TEST_F(LanguageTables, ATextThatCouldNotBeTranslatedIsRefused)
         R"(<widget class="QListWidget" name="lw"><item><property name="text"><string>Một</string></property></item></widget>)";
     const QByteArray tab =
         R"(<widget class="QWidget" name="tab"><attribute name="title"><string>Thẻ</string></attribute></widget>)";
-    struct Case
-    {
-        QByteArray before, after;
-        QString error;
-    };
-    const Case cases[] = {
+    const std::tuple<QByteArray, QByteArray, QString> cases[]{
         {"<action name=\"acGo\">", list + "<action name=\"acGo\">", u"the text of an item of QListWidget can't be"_s},
         {"<action name=\"acGo\">", tab + "<action name=\"acGo\">", u"the attribute \"title\" can't be translated"_s},
         {"acDraft", "acGo", u"two components are called \"acGo\""_s},
@@ -172,11 +161,11 @@ TEST_F(LanguageTables, ATextThatCouldNotBeTranslatedIsRefused)
         {"</buttongroups>", "</buttongroup>", u"Small.ui:"_s},
         {"<ui version", "<gui version", u"not a window's description"_s},
     };
-    for (const Case &refused : cases) {
-        Describe(refused.before, refused.after);
+    for (const auto &[before, after, error] : cases) {
+        Describe(before, after);
         const ToolRun run = Run({u"number"_s});
-        EXPECT_EQ(run.exitCode, 2) << refused.after.toStdString();
-        EXPECT_TRUE(run.errors.contains(refused.error)) << qPrintable(run.errors);
+        EXPECT_EQ(run.exitCode, 2) << after.toStdString();
+        EXPECT_TRUE(run.errors.contains(error)) << qPrintable(run.errors);
     }
 }
 
@@ -208,21 +197,10 @@ TEST_F(LanguageTables, AFreshFileNeedsNothingButTranslating)
 TEST_F(LanguageTables, WrongUsageEndsWithTwo)
 {
     WriteFile(m_scratch.Path(u"data/languages/numbers.tsv"_s), "frmSmall seven\n");
-    const QStringList commands[] = {
-        {},
-        {u"translate"_s},
-        {u"check"_s},
-        {u"check"_s, u"missing.lng"_s},
-        {u"fresh"_s},
-        {u"fresh"_s, u"English"_s},
-        {u"list"_s, u"x"_s},
-        {u"verify"_s, u"--root"_s, u"nowhere"_s},
-        {u"number"_s, u"src/None.ui"_s},
-        {u"verify"_s},
-    };
-    for (const QStringList &arguments : commands) {
-        const ToolRun run = Run(arguments);
-        EXPECT_EQ(run.exitCode, 2) << qPrintable(arguments.join(u' '));
+    for (const char *words : {"", "translate", "check", "check missing.lng", "fresh", "fresh English", "list x",
+                              "verify --root nowhere", "number src/None.ui", "verify"}) {
+        const ToolRun run = Run(QString::fromLatin1(words).split(u' ', Qt::SkipEmptyParts));
+        EXPECT_EQ(run.exitCode, 2) << words;
         EXPECT_TRUE(run.errors.startsWith(u"lumivara-lang: "_s)) << qPrintable(run.errors);
     }
     for (const QString &verb : {u"number"_s, u"list"_s, u"check"_s, u"fresh"_s, u"verify"_s})

@@ -32,12 +32,7 @@ TEST(SkinContrast, IsThatOfRelativeLuminance)
 TEST(SkinCheck, TellsWhatIsWrong)
 {
     const QJsonObject good = WholeSkin(u"A"_s);
-    const struct
-    {
-        const char *rule;
-        QJsonArray skins;
-        QStringList findings;
-    } cases[] = {
+    const std::tuple<const char *, QJsonArray, QStringList> cases[]{
         {"clean", {good, WholeSkin(u"B"_s, true)}, {}},
         {"none", {}, {u"there is no skin"_s}},
         {"twice", {good, good}, {u"A: another skin has this name"_s}},
@@ -64,11 +59,11 @@ TEST(SkinCheck, TellsWhatIsWrong)
          {Coloured(u"menuFrame"_s, u"#a0a0a0"_s)},
          {u"A: \"menuFrame\" on \"menu\" has a contrast of 2.46, less than 3"_s}},
     };
-    for (const auto &item : cases) {
-        QStringList findings = CheckSkins(item.skins);
-        if (item.findings.contains(u"…"_s)) // the first of many
+    for (const auto &[rule, skins, expected] : cases) {
+        QStringList findings = CheckSkins(skins);
+        if (expected.contains(u"…"_s)) // the first of many
             findings = findings.mid(0, 1) + QStringList{u"…"_s};
-        EXPECT_EQ(findings.join(u'\n').toStdString(), item.findings.join(u'\n').toStdString()) << item.rule;
+        EXPECT_EQ(findings.join(u'\n').toStdString(), expected.join(u'\n').toStdString()) << rule;
     }
 }
 
@@ -121,11 +116,7 @@ TEST_F(SkinsTool, RefusesSourcesAndFilesThatCannotBeUnderstood)
 {
     WriteFile(file, "old");
     const QJsonObject good = WholeSkin(u"A"_s);
-    const struct
-    {
-        QString name;
-        QJsonObject skin;
-    } bad[] = {
+    const std::pair<QString, QJsonObject> bad[]{
         {u"01-A.skin"_s, With(good, u"based"_s, u"A"_s)},
         {u"01-A.skin"_s, With(good, u"based"_s, u"None"_s)},
         {u"01-A.skin"_s, With(good, u"pictures"_s, QJsonObject{{u"check"_s, u"none.svg"_s}})},
@@ -134,25 +125,20 @@ TEST_F(SkinsTool, RefusesSourcesAndFilesThatCannotBeUnderstood)
         {u"01-B.skin"_s, good},
     };
     EXPECT_EQ(RunSkinsTool({u"pack"_s, sources, file}).exitCode, 2) << "no folder";
-    for (const auto &item : bad) {
-        AddSource(item.name, item.skin);
+    for (const auto &[name, skin] : bad) {
+        AddSource(name, skin);
         const ToolRun run = RunSkinsTool({u"pack"_s, sources, file});
         EXPECT_EQ(run.exitCode, 2);
-        EXPECT_TRUE(run.errors.contains(item.name)) << run.errors.toStdString();
-        QFile::remove(sources + u'/' + item.name);
+        EXPECT_TRUE(run.errors.contains(name)) << run.errors.toStdString();
+        QFile::remove(sources + u'/' + name);
     }
     EXPECT_EQ(BytesOf(file), "old");
     for (const char *verb : {"check", "list"})
         EXPECT_EQ(RunSkinsTool({QString::fromLatin1(verb), file}).exitCode, 2) << verb;
     WriteFile(file, SkinDocument({With(good, u"colours"_s, 1)}));
     EXPECT_EQ(RunSkinsTool({u"check"_s, file}).exitCode, 1);
-    for (const QStringList &arguments : {QStringList{},
-                                         {u"x"_s},
-                                         {u"pack"_s, sources},
-                                         {u"check"_s},
-                                         {u"list"_s, u"a"_s, u"b"_s},
-                                         {u"check"_s, u"--x"_s}})
-        EXPECT_EQ(RunSkinsTool(arguments).exitCode, 2) << arguments.join(u' ').toStdString();
+    for (const char *words : {"", "x", "pack folder", "check", "list a b", "check --x"})
+        EXPECT_EQ(RunSkinsTool(QString::fromLatin1(words).split(u' ', Qt::SkipEmptyParts)).exitCode, 2) << words;
     EXPECT_EQ(RunSkinsTool({u"pack"_s, u"--help"_s}).exitCode, 0);
 }
 

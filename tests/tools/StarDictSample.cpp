@@ -7,6 +7,8 @@
 
 #include <zlib.h>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 void Put(const QString &path, const QByteArray &bytes)
@@ -26,21 +28,11 @@ QByteArray Big(Number number)
 }
 
 template <typename Number>
-QByteArray LittleEndian(Number number)
+QByteArray Little(Number number)
 {
     QByteArray bytes(sizeof number, '\0');
     qToLittleEndian(number, bytes.data());
     return bytes;
-}
-
-QByteArray Little(quint16 number)
-{
-    return LittleEndian(number);
-}
-
-QByteArray Little32(quint32 number)
-{
-    return LittleEndian(number);
 }
 
 QByteArray Deflated(const QByteArray &bytes, int windowBits, int flush)
@@ -72,11 +64,12 @@ QByteArray DictZip(const QByteArray &bytes, int chunkSize)
         sizes += Little(quint16(chunk.size()));
         chunks += chunk;
     }
-    const QByteArray account = Little(1) + Little(quint16(chunkSize)) + Little(quint16(sizes.size() / 2)) + sizes;
+    const QByteArray account =
+        Little(quint16(1)) + Little(quint16(chunkSize)) + Little(quint16(sizes.size() / 2)) + sizes;
     const QByteArray extra = "RA" + Little(quint16(account.size())) + account;
     // Extra field and name; what stands behind the chunks is for whole readers.
     return QByteArray("\x1F\x8B\x08\x0C\0\0\0\0\0\x03", 10) + Little(quint16(extra.size())) + extra +
-           QByteArray("name\0", 5) + chunks + QByteArray("\x03\0", 2) + Little32(sum) + Little32(quint32(bytes.size()));
+           QByteArray("name\0", 5) + chunks + QByteArray("\x03\0", 2) + Little(sum) + Little(quint32(bytes.size()));
 }
 
 } // namespace
@@ -92,18 +85,17 @@ void StarDictSample::Write(const QString &base) const
     }
     for (const Form &form : forms)
         synonyms += form.name + '\0' + Big(form.word);
-    Put(base + QStringLiteral(".ifo"),
+    Put(base + u".ifo"_s,
         "StarDict's dict ifo file\nversion=" + version + "\nbookname=Sample\nwordcount=" +
             QByteArray::number(words.size()) + "\nidxfilesize=" + QByteArray::number(index.size()) + '\n' +
             (forms.isEmpty() ? QByteArray() : "synwordcount=" + QByteArray::number(forms.size()) + '\n') +
             (offsetBits == 64 ? "idxoffsetbits=64\n" : "") +
             (types.isEmpty() ? QByteArray() : "sametypesequence=" + types + '\n') + moreDescription);
-    Put(base + (hasPackedIndex ? QStringLiteral(".idx.gz") : QStringLiteral(".idx")),
-        hasPackedIndex ? Gzip(index) : index);
+    Put(base + (hasPackedIndex ? u".idx.gz"_s : u".idx"_s), hasPackedIndex ? Gzip(index) : index);
     if (!forms.isEmpty())
-        Put(base + QStringLiteral(".syn"), synonyms);
+        Put(base + u".syn"_s, synonyms);
     if (packing == Packing::Plain)
-        Put(base + QStringLiteral(".dict"), texts);
+        Put(base + u".dict"_s, texts);
     else
-        Put(base + QStringLiteral(".dict.dz"), packing == Packing::Gzip ? Gzip(texts) : DictZip(texts, chunkSize));
+        Put(base + u".dict.dz"_s, packing == Packing::Gzip ? Gzip(texts) : DictZip(texts, chunkSize));
 }

@@ -1,16 +1,12 @@
 #include "tools/ToolSupport.h"
 
-#include "stores/Scripter.h"
 #include "stores/Statement.h"
-#include "support/TestSupport.h"
+#include "support/StoreSupport.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
-
-#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 
@@ -103,12 +99,7 @@ void WriteSmallSources(const QString &folder)
 
 OpenedDatabase::OpenedDatabase(const QString &path)
 {
-    m_database.SetDBName(path);
-    m_database.DBParams() = {u"lc_ctype=UNICODE_FSS"_s, u"user_name=SYSDBA"_s, u"password=lotuspond"_s};
-    m_database.SetCharSet(u"UNICODE_FSS"_s);
-    m_database.SetLibraryName(ProductFolder() + u"libfbclient.so.2"_s);
-    m_database.SetDefaultTransaction(&m_transaction);
-    m_transaction.SetDefaultDatabase(&m_database);
+    Prepare(m_database, m_transaction, path);
     m_database.SetConnected(true);
     m_transaction.SetActive(true);
 }
@@ -141,8 +132,5 @@ void OpenedDatabase::Hold(const QString &statement)
 
 void OpenedDatabase::RunScript(const QString &script)
 {
-    TpFIBScripter scripter;
-    scripter.SetDatabase(&m_database);
-    scripter.Script() = {script, u"COMMIT WORK;"_s};
-    scripter.ExecuteScript();
+    ::RunScript(m_database, script);
 }
