@@ -24,9 +24,12 @@ public:
         if (event->type() != QEvent::KeyPress)
             return false;
         const auto *key = static_cast<QKeyEvent *>(event);
+        // Before a look at the object: a page that goes away sends itself a key while it is half taken down.
+        if (key->key() != Qt::Key_F10 || key->modifiers() != Qt::ShiftModifier)
+            return false;
         auto *control = qobject_cast<QWidget *>(watched);
         // A page has its own way.
-        if (key->key() != Qt::Key_F10 || key->modifiers() != Qt::ShiftModifier || !control || IsInPage(control))
+        if (!control || IsInPage(control))
             return false;
         const QPoint point = control->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
         QContextMenuEvent request(QContextMenuEvent::Keyboard, point, control->mapToGlobal(point));
