@@ -40,8 +40,13 @@ _lumivara() {
         mapfile -t COMPREPLY < <(compgen -W "1 2 3 4 5 6 7 8" -- "$current")
         return
     fi
-    if [ "$COMP_CWORD" -eq 2 ] && [ "${tool##*/}" = lumivara-data ] && [ "$verb" != forget-me ]; then
-        mapfile -t COMPREPLY < <(compgen -W "canon dictionary marks" -- "$current")
+    if [ "$COMP_CWORD" -eq 2 ] && [ "${tool##*/}" = lumivara-data ]; then
+        case $verb in
+        backup | restore) thing=marks ;;
+        forget-me) ;;
+        *) thing='canon dictionary marks' ;;
+        esac
+        mapfile -t COMPREPLY < <(compgen -W "$thing" -- "$current")
     fi
     compopt -o filenames
     while IFS= read -r file; do

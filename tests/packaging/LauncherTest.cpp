@@ -153,11 +153,38 @@ TEST_F(Installed, UpdateRenewsWhatIsThePackagesAndKeepsWhatIsTheUsers)
     EXPECT_EQ(Read(Own(u"KELORA.FDB"_s)), "2");
 }
 
-TEST_F(Installed, HelpOfAToolMakesNoFolder)
+TEST_F(Installed, HelpOfAToolAndWhatClearsTheFolderMakeNone)
 {
-    EXPECT_EQ(Launch(u"lumivara-data"_s, {u"check"_s, u"--help"_s}).output,
-              At(u"lib/lumivara/lumivara-data check --help\n"_s));
+    for (const QStringList &arguments : {QStringList{u"check"_s, u"--help"_s}, QStringList{u"forget-me"_s, u"--yes"_s}})
+        EXPECT_EQ(Launch(u"lumivara-data"_s, arguments).output,
+                  At(u"lib/lumivara/lumivara-data "_s) + arguments.join(u' ') + u'\n');
     EXPECT_FALSE(QFileInfo::exists(Home()));
+}
+
+/// Killed at any moment a first start leaves no folder or a whole one, and the next start finds its way.
+TEST_F(Installed, FirstStartsThatAreKilledLeaveNothingHalf)
+{
+    Put(At(u"lib/lumivara/lumivara-data"_s), Script + QByteArray(4 << 20, '#'));
+    const QString shelf = Home() + u"/.local/share/lumivara"_s;
+    int cutOff = 0;
+    for (int milliseconds = 2; milliseconds < 80; milliseconds += 6) {
+        QProcess start;
+        start.setProcessEnvironment(environment);
+        // It makes a group of its own, so that what the script was doing ends with it.
+        start.start(u"timeout"_s,
+                    {u"-s"_s, u"KILL"_s, QString::number(milliseconds / 1000.0), At(u"bin/lumivara-data"_s)});
+        EXPECT_TRUE(start.waitForFinished());
+        if (!QFileInfo::exists(Own())) {
+            ++cutOff;
+            continue;
+        }
+        EXPECT_TRUE(QFileInfo::exists(Own(u"launcher"_s))) << milliseconds;
+        EXPECT_TRUE(QFileInfo::exists(Own(u"TARUNECLIENT.FDB"_s))) << milliseconds;
+        QDir(Own()).removeRecursively();
+    }
+    EXPECT_GT(cutOff, 0);
+    EXPECT_EQ(Launch(u"lumivara-data"_s).code, 7);
+    EXPECT_EQ(QDir(shelf).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList{u"Lumivara"_s});
 }
 
 TEST_F(Installed, PlaceThatCannotBeUsedIsNamed)

@@ -62,6 +62,15 @@ void AddProgram(const QString &folder, QList<Trace> &traces, QStringList &kept)
     }
 }
 
+/// Folders that first starts were making when they were cut off.
+void AddHalfMade(const QString &shelf, QList<Trace> &traces)
+{
+    for (const QFileInfo &entry : EntriesOf(shelf, {u".new-??????"_s})) {
+        if (entry.isDir())
+            traces.append({entry.filePath(), u"program"_s});
+    }
+}
+
 void AddSettings(const QString &folder, QList<Trace> &traces)
 {
     for (const QFileInfo &entry :
@@ -168,6 +177,8 @@ int RunForgetMe(const QStringList &arguments, Console &console)
     AddSettings(config + u"/lumivara"_s, traces);
     AddStartEntry(config + u"/autostart"_s, folder, traces, kept);
     AddCaches(traces);
+    if (!parser.isSet(u"folder"_s))
+        AddHalfMade(QFileInfo(folder).path(), traces);
     if (isFolder) {
         RefuseWhileOpen(folder + u"/TARUNECLIENT.FDB"_s);
         AddProgram(folder, traces, kept);

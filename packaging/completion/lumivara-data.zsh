@@ -1,0 +1,35 @@
+#compdef lumivara-data lumivara-lang lumivara-skins
+# Completion for zsh; like that for bash it tells what the tools themselves tell.
+
+local tool=$words[1] verb=${words[2]-} thing= line
+local -a found
+
+_lumivara_read() {
+    found=(${(f)"$("$@" 2>/dev/null | sed -n $script)"})
+}
+
+if (( CURRENT == 2 )); then
+    local script='/^Verbs:/,/^$/s/^  \([a-z][a-z-]*\)  *\(.*\)/\1:\2/p'
+    _lumivara_read $tool --help
+    _describe verb found
+    return
+fi
+[[ ${words[3]-} == (canon|dictionary|marks) ]] && thing=$words[3]
+if [[ $PREFIX == -* ]]; then
+    local script='s/^  \(-[a-z], \)\{0,1\}\(--[a-z][a-z-]*\)\( <[A-Z]*>\)\{0,1\}  *\(.*\)/\2:\4/p'
+    _lumivara_read $tool $verb $thing --help
+    _describe -o option found
+    return
+fi
+case $words[CURRENT-1]:$verb-$thing in
+--kind:*) compadd 1 2 3 4 5 6 7 8 ;;
+--format:import-marks) compadd csv markdown ;;
+--format:export-marks) compadd html markdown csv ;;
+--format:import-canon) compadd segmented folder copy ;;
+--format:export-canon) compadd folder segmented ;;
+--format:*-dictionary) compadd stardict tsv markup ;;
+*)
+    (( CURRENT == 3 )) && [[ $tool == *lumivara-data ]] && compadd canon dictionary marks
+    _files
+    ;;
+esac
