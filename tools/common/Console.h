@@ -1,10 +1,11 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QRecursiveMutex>
 #include <QString>
 
 /// A tool's standard output and error streams, in UTF-8 whatever the locale. Results go to the output, messages and
-/// progress to the error stream.
+/// progress to the error stream. Threads may share one.
 class Console
 {
 public:
@@ -27,6 +28,7 @@ public:
 
 private:
     QString m_tool;
+    QRecursiveMutex m_lock; ///< over what follows, and the streams
     QString m_work;
     bool m_showsProgress = true;
     QElapsedTimer m_sinceStart; ///< of the work

@@ -2,32 +2,35 @@
 
 #include "common/Report.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstring>
+#include <string_view>
 #include <vector>
 
 using namespace Qt::StringLiterals;
+using namespace std::string_view_literals;
 
 namespace {
 
 template <size_t Size>
-bool IsOneOf(const QByteArray &name, const std::array<const char *, Size> &names)
+bool IsOneOf(const QByteArray &name, const std::array<std::string_view, Size> &names)
 {
-    for (const char *known : names) {
-        if (name == known)
-            return true;
-    }
-    return false;
+    const std::string_view wanted(name.constData(), static_cast<size_t>(name.size()));
+    return std::find(names.begin(), names.end(), wanted) != names.end();
 }
 
-constexpr std::array FrameTags{"iframe", "frame", "frameset", "object", "embed", "applet", "portal", "param"};
-constexpr std::array FormTags{"form",   "input",    "button",   "select",   "option", "optgroup",
-                              "output", "textarea", "fieldset", "datalist", "keygen", "isindex"};
-constexpr std::array RawTags{"title", "textarea", "xmp", "noembed", "noframes"};
-constexpr std::array FetchingAttributes{
-    "src",      "srcset",  "srcdoc", "poster", "background", "lowsrc",   "dynsrc",   "data",    "code", "archive",
-    "codebase", "classid", "action", "ping",   "formaction", "manifest", "longdesc", "profile", "cite", "imagesrcset"};
+constexpr std::array DroppedTags{"script"sv, "base"sv, "link"sv, "plaintext"sv};
+constexpr std::array FrameTags{"iframe"sv, "frame"sv,  "frameset"sv, "object"sv,
+                               "embed"sv,  "applet"sv, "portal"sv,   "param"sv};
+constexpr std::array FormTags{"form"sv,   "input"sv,    "button"sv,   "select"sv,   "option"sv, "optgroup"sv,
+                              "output"sv, "textarea"sv, "fieldset"sv, "datalist"sv, "keygen"sv, "isindex"sv};
+constexpr std::array RawTags{"title"sv, "textarea"sv, "xmp"sv, "noembed"sv, "noframes"sv};
+constexpr std::array FetchingAttributes{"src"sv,      "srcset"sv,   "srcdoc"sv,  "poster"sv, "background"sv,
+                                        "lowsrc"sv,   "dynsrc"sv,   "data"sv,    "code"sv,   "archive"sv,
+                                        "codebase"sv, "classid"sv,  "action"sv,  "ping"sv,   "formaction"sv,
+                                        "manifest"sv, "longdesc"sv, "profile"sv, "cite"sv,   "imagesrcset"sv};
 
 bool IsBlank(char c)
 {
@@ -280,8 +283,8 @@ private:
 
     static bool IsDropped(const QByteArray &name)
     {
-        return name == "script" || name == "base" || name == "link" || name == "plaintext" ||
-               IsOneOf(name, FrameTags) || IsOneOf(name, FormTags) || (IsOneOf(name, RawTags) && name != "title");
+        return IsOneOf(name, DroppedTags) || IsOneOf(name, FrameTags) || IsOneOf(name, FormTags) ||
+               (IsOneOf(name, RawTags) && name != "title");
     }
 
     void ReadStartTag()

@@ -4,6 +4,7 @@
 
 #include <cmark.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 
@@ -42,23 +43,27 @@ QByteArray Head(const QByteArray &title)
 
 QByteArray ImportedPage::Escaped(const QByteArray &text)
 {
-    QByteArray escaped;
-    escaped.reserve(text.size() + text.size() / 32);
+    const auto entityOf = [](char c) {
+        return c == '&'    ? "&amp;"
+               : c == '<'  ? "&lt;"
+               : c == '>'  ? "&gt;"
+               : c == '"'  ? "&quot;"
+               : c == '\0' ? "\xEF\xBF\xBD"
+                           : nullptr;
+    };
+    const auto isMark = [&](char c) { return uchar(c) <= '>' && c != ' ' && entityOf(c); };
     const char *copied = text.constData();
     const char *end = copied + text.size();
-    for (const char *at = copied; at < end; ++at) {
-        const char *entity = *at == '&'    ? "&amp;"
-                             : *at == '<'  ? "&lt;"
-                             : *at == '>'  ? "&gt;"
-                             : *at == '"'  ? "&quot;"
-                             : *at == '\0' ? "\xEF\xBF\xBD"
-                                           : nullptr;
-        if (!entity)
-            continue;
-        escaped.append(copied, at - copied).append(entity);
+    const char *at = std::find_if(copied, end, isMark);
+    if (at == end)
+        return text;
+    QByteArray escaped;
+    escaped.reserve(text.size() + text.size() / 32);
+    for (; at != end; at = std::find_if(copied, end, isMark)) {
+        escaped.append(copied, at - copied).append(entityOf(*at));
         copied = at + 1;
     }
-    return copied == text.constData() ? text : escaped.append(copied, end - copied);
+    return escaped.append(copied, end - copied);
 }
 
 QByteArray ImportedPage::Frame(const QByteArray &title, Language language, const QByteArray &body)

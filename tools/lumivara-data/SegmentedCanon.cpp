@@ -6,6 +6,7 @@
 #include "lumivara-data/ImportedPage.h"
 
 #include <algorithm>
+#include <future>
 #include <set>
 
 using namespace Qt::StringLiterals;
@@ -221,10 +222,22 @@ void SegmentedCanon::WriteTo(CanonWriter &writer, Console &console)
         const int left = groups[a->second.group], right = groups[b->second.group];
         return left != right ? left < right : NaturalLess(a->first, b->first);
     });
-    qsizetype done = 0;
-    for (const auto &text : ordered) {
-        WriteText(writer, text->first, text->second, groups[text->second.group], int(writer.Rows().texts.size()) + 1);
-        console.Progress(u"texts"_s, ++done, qsizetype(ordered.size()));
+    // The next text is read and composed while the engine stores this one; no two are composed at once.
+    int number = 0;
+    const auto compose = [&](size_t at) {
+        const auto &[id, files] = *ordered[at];
+        std::optional<CanonText> text = Compose(id, files, groups[files.group], number + 1);
+        number += text ? 1 : 0;
+        return text;
+    };
+    std::future<std::optional<CanonText>> next;
+    for (size_t at = 0; at < ordered.size(); ++at) {
+        const std::optional<CanonText> text = at == 0 ? compose(at) : next.get();
+        if (at + 1 < ordered.size())
+            next = std::async(std::launch::async, compose, at + 1);
+        if (text)
+            writer.Add(*text, false);
+        console.Progress(u"texts"_s, qsizetype(at) + 1, qsizetype(ordered.size()));
     }
     console.EndProgress();
     m_counts.Tell(m_report);
@@ -268,16 +281,20 @@ std::vector<AlignedSegment> SegmentedCanon::Align(const Files &files, bool &hasM
     return alignment.Take();
 }
 
-void SegmentedCanon::WriteText(CanonWriter &writer, const QString &id, const Files &files, int group, int number)
+std::optional<CanonText> SegmentedCanon::Compose(const QString &id, const Files &files, int group, int number)
 {
     bool hasMarkup = false;
-    const std::vector<AlignedSegment> segments = Align(files, hasMarkup);
+    std::vector<AlignedSegment> segments = Align(files, hasMarkup);
 
     std::array<QByteArray, LanguageCount> titles;
     std::array<QString, LanguageCount> names;
     for (int i = 0; i < LanguageCount; ++i) {
         titles[size_t(i)] = SegmentedPage::Title(segments, Language(i));
         names[size_t(i)] = FittingName(QString::fromUtf8(titles[size_t(i)]), files.text[size_t(i)], m_report);
+    }
+    for (AlignedSegment &segment : segments) {
+        for (QByteArray &words : segment.text)
+            words = ImportedPage::Escaped(words);
     }
     const auto named = [&](Language language) {
         for (const Language other : {language, Language::Pali, Language::Vietnamese, Language::English}) {
@@ -303,7 +320,7 @@ void SegmentedCanon::WriteText(CanonWriter &writer, const QString &id, const Fil
     }
     if (text.pages[0].isNull() && text.pages[1].isNull() && text.pages[2].isNull()) {
         m_report.Find(id, u"nothing is left of this text; not taken"_s);
-        return;
+        return std::nullopt;
     }
-    writer.Add(text, false);
+    return text;
 }

@@ -42,7 +42,8 @@ private:
     QHash<QString, int> WriteGroups(CanonWriter &writer);
     std::optional<std::vector<TextSegment>> Read(const QString &file);
     std::vector<AlignedSegment> Align(const Files &files, bool &hasMarkup);
-    void WriteText(CanonWriter &writer, const QString &id, const Files &files, int group, int number);
+    /// None if no page is left.
+    std::optional<CanonText> Compose(const QString &id, const Files &files, int group, int number);
 
     const SourceFolder &m_folder;
     QStringList m_authors;
@@ -58,11 +59,11 @@ namespace SegmentedPage {
 
 /// The first heading of the text in a language, else nothing.
 QByteArray Title(const std::vector<AlignedSegment> &segments, Language language);
-/// The page of one language; null if it has none of the text. Without mark-up segments of one part of the text make a
-/// paragraph.
+/// The page of one language, of texts that are escaped already; null if it has none of the text. Without mark-up
+/// segments of one part of the text make a paragraph.
 QByteArray Single(const std::vector<AlignedSegment> &segments, Language language, bool hasMarkup,
                   const QByteArray &title, CleaningCounts &counts);
-/// Pāli and another language side by side, a row a segment; null unless both have some of the text.
+/// Pāli and another language side by side, a row a segment, likewise; null unless both have some of the text.
 QByteArray Parallel(const std::vector<AlignedSegment> &segments, Language other, const QByteArray &title);
 
 } // namespace SegmentedPage

@@ -32,18 +32,27 @@ bool IsHead(const QByteArray &id)
            (QByteArrayView(id).sliced(colon + 1) == "0" || QByteArrayView(id).sliced(colon + 1).startsWith("0."));
 }
 
+bool IsBlank(QByteArrayView text)
+{
+    return text.trimmed().isEmpty();
+}
+
 bool HasText(const std::vector<AlignedSegment> &segments, Language language)
 {
     return std::any_of(segments.cbegin(), segments.cend(),
-                       [&](const AlignedSegment &segment) { return !segment.text[int(language)].trimmed().isEmpty(); });
+                       [&](const AlignedSegment &segment) { return !IsBlank(segment.text[int(language)]); });
 }
 
 /// The segments in their mark-up; what has none stands where it stands.
 QByteArray MarkedUp(const std::vector<AlignedSegment> &segments, Language language)
 {
+    qsizetype size = 0;
+    for (const AlignedSegment &segment : segments)
+        size += segment.markup.size() + segment.text[int(language)].size();
     QByteArray body;
+    body.reserve(size);
     for (const AlignedSegment &segment : segments) {
-        const QByteArray text = ImportedPage::Escaped(segment.text[int(language)]);
+        const QByteArray &text = segment.text[int(language)];
         const qsizetype place = segment.markup.indexOf("{}");
         if (place < 0)
             body.append(segment.markup).append(text);
@@ -72,7 +81,7 @@ QByteArray Unmarked(const std::vector<AlignedSegment> &segments, Language langua
             close();
             const char *tag = hadTitle ? "h2" : "h1";
             hadTitle = true;
-            body.append('<').append(tag).append('>').append(ImportedPage::Escaped(text));
+            body.append('<').append(tag).append('>').append(text);
             body.append("</").append(tag).append(">\r\n");
             continue;
         }
@@ -84,7 +93,7 @@ QByteArray Unmarked(const std::vector<AlignedSegment> &segments, Language langua
         } else if (!body.endsWith(' ')) {
             body += ' ';
         }
-        body += ImportedPage::Escaped(text);
+        body += text;
     }
     close();
     return body;
@@ -96,7 +105,7 @@ QByteArray SegmentedPage::Title(const std::vector<AlignedSegment> &segments, Lan
 {
     const AlignedSegment *head = nullptr;
     for (const AlignedSegment &segment : segments) {
-        if (segment.text[int(language)].trimmed().isEmpty())
+        if (IsBlank(segment.text[int(language)]))
             continue;
         if (HeadingLevel(segment.markup) != NoHeading)
             return segment.text[int(language)].trimmed();
@@ -126,11 +135,12 @@ QByteArray SegmentedPage::Parallel(const std::vector<AlignedSegment> &segments, 
     // Several tables, because an engine lays out a table as a whole, and long texts have thousands of rows.
     constexpr int rowsOfTable = 200;
     const QByteArray open = "<table class=\"parallel\">\r\n", close = "</table>\r\n";
+    const char *code = other == Language::English ? "en" : "vi";
     QByteArray body = open;
     int rows = 0;
     for (const AlignedSegment &segment : segments) {
         const QByteArray &left = segment.text[int(Language::Pali)], &right = segment.text[int(other)];
-        if (left.trimmed().isEmpty() && right.trimmed().isEmpty())
+        if (IsBlank(left) && IsBlank(right))
             continue;
         const bool isHeading = isMarkedUp ? HeadingLevel(segment.markup) != NoHeading : IsHead(segment.id);
         if (rows > 0 && (isHeading || rows == rowsOfTable)) {
@@ -138,10 +148,15 @@ QByteArray SegmentedPage::Parallel(const std::vector<AlignedSegment> &segments, 
             rows = 0;
         }
         ++rows;
-        const QByteArray start = isHeading ? "<h3>" : "<p>", end = isHeading ? "</h3></td>" : "</p></td>";
-        body += "<tr><td lang=\"pi\">" + start + ImportedPage::Escaped(left) + end;
-        body += "<td lang=\"" + QByteArray(other == Language::English ? "en" : "vi") + "\">" + start +
-                ImportedPage::Escaped(right) + end + "</tr>\r\n";
+        const char *start = isHeading ? "<h3>" : "<p>", *end = isHeading ? "</h3></td>" : "</p></td>";
+        body.append("<tr><td lang=\"pi\">").append(start).append(left).append(end);
+        body.append("<td lang=\"")
+            .append(code)
+            .append("\">")
+            .append(start)
+            .append(right)
+            .append(end)
+            .append("</tr>\r\n");
     }
     return ImportedPage::Frame(title, Language::Pali, body + close);
 }
