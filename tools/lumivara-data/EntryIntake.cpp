@@ -53,13 +53,15 @@ int EntryIntake::TakeEntry(QByteArray content, const SourcePlace &place)
         LeaveOut(place, u"the entry has more than %1 bytes"_s.arg(DictionaryWriter::LongestEntry));
         return 0;
     }
-    if (const qsizetype bad = FirstBadUtf8Byte(content); bad >= 0) {
-        LeaveOut(place, u"the entry is not UTF-8 at byte %1"_s.arg(bad));
+    if (!content.isValidUtf8()) {
+        LeaveOut(place, u"the entry is not UTF-8 at byte %1"_s.arg(FirstBadUtf8Byte(content)));
         return 0;
     }
-    if (const qsizetype size = content.size(); content.removeIf(IsControl).size() != size)
-        m_report.Note(place.Text(), u"%1 control characters are taken out of the entry"_s.arg(size - content.size()));
-    if (content.trimmed().isEmpty()) {
+    if (const auto controls = std::count_if(content.cbegin(), content.cend(), IsControl); controls > 0) {
+        content.removeIf(IsControl);
+        m_report.Note(place.Text(), u"%1 control characters are taken out of the entry"_s.arg(controls));
+    }
+    if (QByteArrayView(content).trimmed().isEmpty()) {
         LeaveOut(place, u"the entry is empty"_s);
         return 0;
     }
@@ -74,7 +76,7 @@ int EntryIntake::TakeEntry(QByteArray content, const SourcePlace &place)
 
 bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace &place)
 {
-    if (FirstBadUtf8Byte(bytes) >= 0) {
+    if (!bytes.isValidUtf8()) {
         LeaveOut(place, u"the word is not UTF-8"_s);
         return false;
     }
