@@ -8,14 +8,17 @@
 #include "dictionary/WordRules.h"
 #include "lumivara-data/DataFile.h"
 #include "lumivara-data/DictionaryOrder.h"
+#include "lumivara-data/DictionaryReader.h"
 #include "lumivara-data/UnfinishedFile.h"
 #include "lumivara-data/Verbs.h"
 #include "tools/StarDictSample.h"
 
+#include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QFile>
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <zlib.h>
 
@@ -25,21 +28,37 @@ namespace {
 
 constexpr int WordCount = 100'000;
 
-/// A StarDict dictionary of 100,000 words with entries of some 300 bytes, compressed in chunks.
+/// An entry of the line mark-up as dictionaries have them: most of 200 to 600 bytes, one in fifty of 3 KB, one in a
+/// thousand of 14 KB, in words that come again and again, so that it packs as texts do.
+QByteArray EntryText(const QByteArray &word, quint32 seed)
+{
+    const auto roll = [&seed](quint32 sides) { return (seed = seed * 1'664'525 + 1'013'904'223) / 256 % sides; };
+    const quint32 size = roll(1000) == 0 ? 14'000 : roll(50) == 0 ? 3'000 : 200 + roll(400);
+    QByteArray text = '@' + word;
+    while (text.size() < qsizetype(size)) {
+        text += std::array{"\n* ", "\n- ", "\n- ", "\n="}[roll(4)];
+        for (quint32 left = 4 + roll(8); left > 0; --left)
+            text += BenchWord(int(roll(60) * roll(60))).toUtf8() + (left == 5 ? '+' : ' ');
+        text.chop(1);
+    }
+    return text;
+}
+
+/// A StarDict dictionary of 100,000 words with entries of some 450 bytes, compressed in chunks.
 class BenchStarDict
 {
 public:
     BenchStarDict()
     {
-        const QByteArray example =
-            "* danh từ nam tính\n- hội chúng của các vị tỳ khưu+a community of those gone forth\n"
-            "=saṅghaṃ saraṇaṃ gacchāmi+con xin nương tựa nơi chúng tăng\n- nghĩa khác của từ này";
         StarDictSample sample;
         sample.packing = StarDictSample::Packing::Chunks;
         for (int number = 0; number < WordCount; ++number) {
             const QByteArray word = BenchWord(number).toUtf8();
-            sample.words.append({word, '@' + word + '\n' + example + QByteArray::number(number), -1, -1});
+            sample.words.append({word, EntryText(word, quint32(number)), -1, -1});
         }
+        // An index is in the order of its words' bytes.
+        std::sort(sample.words.begin(), sample.words.end(),
+                  [](const auto &a, const auto &b) { return a.name < b.name; });
         sample.Write(Base());
         for (const StarDictSample::Word &word : sample.words) {
             const QString name = QString::fromUtf8(word.name);
@@ -49,6 +68,9 @@ public:
         std::sort(m_rows.begin(), m_rows.end(),
                   [](const QVariantList &a, const QVariantList &b) { return a[3].toString() < b[3].toString(); });
         ImportTime();
+        ExpandAndInsertTime();
+        if (RowsOf(Dictionary()) != RowsOf(Floor()))
+            qFatal("the floor has other rows than the import");
     }
 
     double ImportTime() const
@@ -64,7 +86,7 @@ public:
     /// indices after them.
     double ExpandAndInsertTime() const
     {
-        const QString path = Sample().ScratchFile(u"floor-dictionary.fdb"_s);
+        const QString path = Floor();
         QFile::remove(path);
         QElapsedTimer clock;
         clock.start();
@@ -122,7 +144,22 @@ public:
 private:
     static QString Base() { return Sample().ScratchFile(u"stardict/words"_s); }
     static QString Dictionary() { return Sample().ScratchFile(u"imported-dictionary.fdb"_s); }
+    static QString Floor() { return Sample().ScratchFile(u"floor-dictionary.fdb"_s); }
     static QString ClientLibrary() { return Sample().Folder() + u"libfbclient.so.2"_s; }
+    /// A digest of everything that a dictionary has of the kind.
+    static QByteArray RowsOf(const QString &path)
+    {
+        DataFile file;
+        file.Open(path);
+        QCryptographicHash digest(QCryptographicHash::Sha1);
+        DictionaryReader(file).EachEntry(BenchKind, [&](const QString &word, const QByteArray &content) {
+            digest.addData(word.toUtf8() + '\0' + content + '\0');
+        });
+        for (const auto &row :
+             file.Rows(u"select hash(SORT_KEY || WORD_FORM) from DICTIONARY_WORD order by DICT_TYPE, WORD_NAME"_s))
+            digest.addData(row[0].toString().toUtf8());
+        return digest.result();
+    }
     static void Run(int (*verb)(const QStringList &, Console &), const QStringList &arguments)
     {
         Console console(u"bench"_s);

@@ -72,14 +72,14 @@ void ReadBlob(const Statement::DatabaseHandle &database, const Statement::Transa
 }
 
 BlobId WriteBlob(const Statement::DatabaseHandle &database, const Statement::TransactionHandle &transaction,
-                 const QByteArray &bytes)
+                 QByteArrayView bytes)
 {
     EngineStatus *status = FirebirdClient::Instance().Status();
     BlobId id{};
     OpenBlob blob(database->attachment->createBlob(status, transaction->transaction, &id.quad, 0, nullptr));
     for (qsizetype at = 0; at < bytes.size(); at += SegmentSize) {
         const auto size = static_cast<unsigned>(std::min(SegmentSize, bytes.size() - at));
-        blob->putSegment(status, size, bytes.constData() + at);
+        blob->putSegment(status, size, bytes.data() + at);
     }
     blob.Close();
     return id;

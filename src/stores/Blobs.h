@@ -7,4 +7,4 @@ void ReadBlob(const Statement::DatabaseHandle &database, const Statement::Transa
               const BlobId &id, QByteArray &bytes);
 /// Stores bytes as a new blob, which belongs to nothing until a statement takes its id. Throws DatabaseError.
 BlobId WriteBlob(const Statement::DatabaseHandle &database, const Statement::TransactionHandle &transaction,
-                 const QByteArray &bytes);
+                 QByteArrayView bytes);

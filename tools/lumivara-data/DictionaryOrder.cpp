@@ -38,23 +38,40 @@ Language LanguageOf(int kind)
     }
 }
 
-using Alphabet = QHash<QString, char>;
-
-Alphabet MakeAlphabet(const QString &letters)
+/// The marks of the letters, those of two characters with both in one number.
+class Alphabet
 {
-    Alphabet alphabet;
-    for (const QString &letter : letters.split(u' '))
-        alphabet.insert(letter, char(FirstLetterMark + alphabet.size()));
-    return alphabet;
-}
+public:
+    explicit Alphabet(const QString &letters)
+    {
+        for (const QString &letter : letters.split(u' ')) {
+            m_marks.insert(NumberOf(letter), char(FirstLetterMark + m_marks.size()));
+            m_hasPairs = m_hasPairs || letter.size() > 1;
+        }
+    }
+    /// 0 for what is no letter, such as an empty text.
+    char Mark(QStringView letter) const { return m_marks.value(NumberOf(letter)); }
+    bool HasPairs() const { return m_hasPairs; }
+
+private:
+    static quint32 NumberOf(QStringView letter)
+    {
+        quint32 number = 0;
+        for (const QChar unit : letter)
+            number = number << 16 | unit.unicode();
+        return number;
+    }
+
+    QHash<quint32, char> m_marks;
+    bool m_hasPairs = false;
+};
 
 const Alphabet &AlphabetOf(Language language)
 {
-    static const Alphabet pali = MakeAlphabet(u"a ā i ī u ū e o k kh g gh ṅ c ch j jh ñ ṭ ṭh ḍ ḍh ṇ t th d dh n "
-                                              "p ph b bh m y r l v s h ḷ ṃ"_s);
-    static const Alphabet vietnamese =
-        MakeAlphabet(u"a ă â b c d đ e ê f g h i j k l m n o ô ơ p q r s t u ư v w x y z"_s);
-    static const Alphabet latin = MakeAlphabet(u"a b c d e f g h i j k l m n o p q r s t u v w x y z"_s);
+    static const Alphabet pali(u"a ā i ī u ū e o k kh g gh ṅ c ch j jh ñ ṭ ṭh ḍ ḍh ṇ t th d dh n "
+                               "p ph b bh m y r l v s h ḷ ṃ"_s);
+    static const Alphabet vietnamese(u"a ă â b c d đ e ê f g h i j k l m n o ô ơ p q r s t u ư v w x y z"_s);
+    static const Alphabet latin(u"a b c d e f g h i j k l m n o p q r s t u v w x y z"_s);
     return language == Language::Pali ? pali : language == Language::Vietnamese ? vietnamese : latin;
 }
 
@@ -67,18 +84,21 @@ const QString LatinAccents = u"\u0301\u0300\u0302\u0308\u0327\u0303\u0304"_s;
 /// letter; 0 for what has no place in the order, such as an apostrophe.
 char MarkAt(const Alphabet &alphabet, const QString &word, qsizetype at, qsizetype &length)
 {
-    for (length = 2; length > 0; --length) {
-        if (const char mark = alphabet.value(word.mid(at, length)))
+    if (alphabet.HasPairs() && at + 1 < word.size()) {
+        length = 2;
+        if (const char mark = alphabet.Mark(QStringView(word).mid(at, 2)))
             return mark;
     }
     length = 1;
+    if (const char mark = alphabet.Mark(QStringView(word).mid(at, 1)))
+        return mark;
     const QChar c = word[at];
     if (c.isSpace() || c == u'-')
         return BlankMark;
     if (c >= u'0' && c <= u'9')
         return char(FirstDigitMark + (c.unicode() - u'0'));
     const QString base = c == u'đ' ? u"d"_s : QString(c).normalized(QString::NormalizationForm_D).left(1);
-    if (const char mark = alphabet.value(base))
+    if (const char mark = alphabet.Mark(base))
         return mark;
     return c.isLetterOrNumber() || c.isSurrogate() ? StrangerMark : '\0';
 }

@@ -4,10 +4,11 @@
 #include "common/Report.h"
 #include "dictionary/WordRules.h"
 #include "lumivara-data/DictionaryOrder.h"
-#include "lumivara-data/DictionaryReader.h"
 #include "lumivara-data/Verbs.h"
 #include "stores/Blobs.h"
 #include "stores/DatabaseError.h"
+#include "stores/RepeatedStatement.h"
+#include "stores/Statement.h"
 
 #include <QCryptographicHash>
 #include <QtEndian>
@@ -24,30 +25,49 @@ constexpr int PageSize = 4096;
 /// Rows of one transaction: the engine keeps an account of what an open one has changed.
 constexpr qsizetype RowsOfTransaction = 100'000;
 
-/// Kind, key, NUL, the word's units, the entry's number, the higher byte always first: in the order of their bytes the
-/// records are in the order of the dictionary.
-QByteArray RecordOf(int kind, const QByteArray &sortKey, const QString &word, int entry)
+const QString InsertEntry = u"insert into DICTIONARY_ENTRY (ID_ENTRY, WORD_CONTENT) values (?, ?)"_s;
+/// Both rows of a word of kind %1 in one call of the engine.
+const QString InsertWord =
+    u"execute block (NAME varchar(63) = ?, KEY varchar(190) character set ASCII = ?, FORM varchar(63) = ?, "
+    "ID integer = ?) as begin "
+    "insert into DICTIONARY_LIST_%1 (WORD_NAME) values (:NAME); "
+    "insert into DICTIONARY_WORD (DICT_TYPE, SORT_KEY, WORD_NAME, WORD_FORM, ID_ENTRY) "
+    "values (%1, :KEY, :NAME, :FORM, :ID); end"_s;
+
+/// Ends a key, which holds none, and a word.
+constexpr char End = '\0';
+constexpr qsizetype TailSize = sizeof(qint32) + sizeof(quint16);
+
+/// Kind, key, word, form, the entry's number and the word's length, of numbers the higher byte first: in the order of
+/// their bytes the records are in the order of the dictionary.
+void MakeRecord(QByteArray &record, int kind, const QString &word, int entry)
 {
-    QByteArray record;
-    record.reserve(2 + sortKey.size() + 2 * word.size() + 4);
+    const QByteArray name = word.toUtf8();
+    record.resize(0);
     record += char(kind);
-    record += sortKey;
-    record += '\0';
-    for (const QChar unit : word) {
-        record += char(unit.row());
-        record += char(unit.cell());
-    }
-    char number[sizeof(qint32)];
-    qToBigEndian<qint32>(entry, number);
-    return record.append(number, sizeof number);
+    record += DictionarySortKey(kind, word);
+    record += End;
+    record += name;
+    record += End;
+    record += TestedForm(kind, word).toUtf8();
+    char tail[TailSize];
+    qToBigEndian<qint32>(entry, tail);
+    qToBigEndian<quint16>(static_cast<quint16>(name.size()), tail + sizeof(qint32));
+    record.append(tail, TailSize);
 }
 
-quint64 AddToDigest(quint64 digest, const QString &word)
+void Assign(QByteArray &to, QByteArrayView bytes)
+{
+    to.resize(0);
+    to.append(bytes);
+}
+
+quint64 AddToDigest(quint64 digest, QByteArrayView word)
 {
     constexpr quint64 factor = 1'099'511'628'211ULL;
-    for (const QChar unit : word)
-        digest = (digest ^ unit.unicode()) * factor;
-    return (digest ^ 0xFFFF'FFFFU) * factor;
+    for (const char c : word)
+        digest = (digest ^ static_cast<unsigned char>(c)) * factor;
+    return (digest ^ 0xFFU) * factor;
 }
 
 } // namespace
@@ -86,17 +106,24 @@ DictionaryWriter::DictionaryWriter(const QString &path)
 {
     m_file.Create(path, PageSize, false);
     m_file.RunSchema(u"dictionary"_s);
-    m_entries =
-        std::make_unique<RowWriter>(m_file, u"DICTIONARY_ENTRY"_s, QStringList{u"ID_ENTRY"_s, u"WORD_CONTENT"_s});
+    m_file.Transaction().SetActive(true);
+    m_entries = Prepared(InsertEntry);
 }
 
 DictionaryWriter::~DictionaryWriter() = default;
+
+std::unique_ptr<RepeatedStatement> DictionaryWriter::Prepared(const QString &sql)
+{
+    return std::make_unique<RepeatedStatement>(m_file.Database().Attachment(), m_file.Transaction().Native(), sql);
+}
 
 int DictionaryWriter::AddEntry(const QByteArray &content)
 {
     const int number = m_numbers.Number(content, m_lastEntry + 1);
     if (number > m_lastEntry) {
-        m_entries->Append({number, content});
+        m_entries->SetNumber(0, number);
+        m_entries->SetBlob(1, content);
+        m_entries->Run();
         m_lastEntry = number;
         if (number % RowsOfTransaction == 0)
             m_file.Transaction().CommitRetaining();
@@ -106,7 +133,8 @@ int DictionaryWriter::AddEntry(const QByteArray &content)
 
 void DictionaryWriter::AddWord(int kind, const QString &word, int entry)
 {
-    m_words.Add(RecordOf(kind, DictionarySortKey(kind, word), word, entry));
+    MakeRecord(m_record, kind, word, entry);
+    m_words.Add(m_record);
 }
 
 bool DictionaryWriter::NextWord(Word &word)
@@ -114,16 +142,15 @@ bool DictionaryWriter::NextWord(Word &word)
     QByteArrayView record;
     if (!m_words.Next(record))
         return false;
-    word.kind = record[0];
-    const char *name = record.data() + 1 + std::strlen(record.data() + 1) + 1;
-    const char *entry = record.end() - sizeof(qint32);
-    word.sortKey = QByteArray(record.data() + 1, name - record.data() - 2);
-    word.name.resize((entry - name) / 2);
-    for (QChar &unit : word.name) {
-        unit = QChar(qFromBigEndian<quint16>(name));
-        name += sizeof(quint16);
-    }
-    word.entry = qFromBigEndian<qint32>(entry);
+    word.kind = record.front();
+    const QByteArrayView tail = record.last(TailSize);
+    const QByteArrayView texts = record.sliced(1).chopped(TailSize);
+    const qsizetype name = texts.indexOf(End) + 1;
+    const qsizetype form = name + qFromBigEndian<quint16>(tail.data() + sizeof(qint32)) + 1;
+    Assign(word.sortKey, texts.first(name - 1));
+    Assign(word.name, texts.sliced(name, form - 1 - name));
+    Assign(word.form, texts.sliced(form));
+    word.entry = qFromBigEndian<qint32>(tail.data());
     return true;
 }
 
@@ -147,7 +174,7 @@ QByteArray DictionaryWriter::Content(int entry)
 
 int DictionaryWriter::Join(const Word &word, const std::vector<int> &entries, Report &report)
 {
-    const QString place = u"dictionary %1, \"%2\""_s.arg(word.kind).arg(word.name);
+    const QString place = u"dictionary %1, \"%2\""_s.arg(word.kind).arg(QString::fromUtf8(word.name));
     QByteArray joined;
     for (const int entry : entries) {
         const QByteArray content = Content(entry);
@@ -164,9 +191,7 @@ int DictionaryWriter::Join(const Word &word, const std::vector<int> &entries, Re
 
 void DictionaryWriter::StoreWords(Console &console, Report *report)
 {
-    RowWriter words(m_file, u"DICTIONARY_WORD"_s,
-                    {u"DICT_TYPE"_s, u"SORT_KEY"_s, u"WORD_NAME"_s, u"WORD_FORM"_s, u"ID_ENTRY"_s});
-    std::unique_ptr<RowWriter> list;
+    std::unique_ptr<RepeatedStatement> insert;
     int listedKind = 0;
     Word word;
     Word next;
@@ -177,7 +202,8 @@ void DictionaryWriter::StoreWords(Console &console, Report *report)
         entries.assign(1, word.entry);
         for (++done; (isThere = NextWord(next)) && next.kind == word.kind && next.name == word.name; ++done) {
             if (!report)
-                throw ToolError(u"\"%1\" has two entries in dictionary %2"_s.arg(word.name).arg(word.kind));
+                throw ToolError(
+                    u"\"%1\" has two entries in dictionary %2"_s.arg(QString::fromUtf8(word.name)).arg(word.kind));
             if (next.entry != entries.back())
                 entries.push_back(next.entry);
         }
@@ -185,12 +211,13 @@ void DictionaryWriter::StoreWords(Console &console, Report *report)
             word.entry = Join(word, entries, *report);
         if (word.kind != listedKind) {
             listedKind = word.kind;
-            list = std::make_unique<RowWriter>(m_file, u"DICTIONARY_LIST_%1"_s.arg(listedKind),
-                                               QStringList{u"WORD_NAME"_s});
+            insert = Prepared(InsertWord.arg(listedKind));
         }
-        list->Append({word.name});
-        words.Append(
-            {word.kind, QString::fromLatin1(word.sortKey), word.name, TestedForm(word.kind, word.name), word.entry});
+        insert->SetText(0, word.name);
+        insert->SetText(1, word.sortKey);
+        insert->SetText(2, word.form);
+        insert->SetNumber(3, word.entry);
+        insert->Run();
         m_isUsed.resize(static_cast<size_t>(m_lastEntry) + 1);
         m_isUsed[static_cast<size_t>(word.entry)] = true;
         m_digests[word.kind] = AddToDigest(m_digests[word.kind], word.name);
@@ -216,10 +243,17 @@ void DictionaryWriter::DropUnusedEntries()
 /// made.
 void DictionaryWriter::ProveOrder()
 {
-    DictionaryReader reader(m_file);
     for (int kind = 1; kind <= LastKind; ++kind) {
         quint64 digest = 0;
-        reader.EachWord(kind, [&](const QString &word) { digest = AddToDigest(digest, word); });
+        Statement words(m_file.Database().Attachment(), m_file.Transaction().Native(),
+                        u"select L.WORD_NAME from DICTIONARY_LIST_%1 L"_s.arg(kind));
+        words.OpenCursor(m_file.Transaction().Native(), {});
+        while (words.Fetch()) {
+            const unsigned char *text = words.Message() + words.Columns()[0].offset;
+            quint16 size = 0;
+            std::memcpy(&size, text, sizeof size);
+            digest = AddToDigest(digest, QByteArrayView(text + sizeof size, size));
+        }
         if (digest != m_digests[kind])
             throw ToolError(u"the engine has not kept the order of dictionary %1"_s.arg(kind));
     }
@@ -232,8 +266,7 @@ void DictionaryWriter::Finish(Console &console, Report *report)
     m_file.RunSchema(u"dictionary-entries"_s);
     m_file.Transaction().SetActive(true);
     // Joined entries are written on the way.
-    m_entries =
-        std::make_unique<RowWriter>(m_file, u"DICTIONARY_ENTRY"_s, QStringList{u"ID_ENTRY"_s, u"WORD_CONTENT"_s});
+    m_entries = Prepared(InsertEntry);
     console.Progress(u"sorting words"_s, 0, m_words.Count());
     m_words.Sort();
     StoreWords(console, report);

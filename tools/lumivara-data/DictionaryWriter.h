@@ -11,7 +11,9 @@
 #include <vector>
 
 class Console;
+class RepeatedStatement;
 class Report;
+class Statement;
 
 /// Numbers of texts that were met before, by the texts' digests.
 class TextNumbers
@@ -64,7 +66,8 @@ private:
     {
         int kind = 0;
         QByteArray sortKey;
-        QString name;
+        QByteArray name; ///< UTF-8
+        QByteArray form; ///< the one that the existence test looks for, UTF-8
         int entry = 0;
     };
     bool NextWord(Word &word);
@@ -72,15 +75,17 @@ private:
     QByteArray Content(int entry);
     void StoreWords(Console &console, Report *report);
     void DropUnusedEntries();
+    std::unique_ptr<RepeatedStatement> Prepared(const QString &sql);
     void ProveOrder();
 
     DataFile m_file;
-    std::unique_ptr<RowWriter> m_entries;
+    std::unique_ptr<RepeatedStatement> m_entries;
     std::unique_ptr<Statement> m_content;
     TextNumbers m_numbers;
     int m_lastEntry = 0;
     std::vector<bool> m_isUsed; ///< by the entry's number
     RecordSorter m_words;
+    QByteArray m_record; ///< the memory of the one that is made
     qsizetype m_storedWords[LastKind + 1] = {};
     quint64 m_digests[LastKind + 1] = {}; ///< of the words of a kind in their order
 };

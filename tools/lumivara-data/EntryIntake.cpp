@@ -7,6 +7,7 @@
 #include "lumivara-data/PageFacts.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -41,40 +42,50 @@ void EntryIntake::LeaveOut(const SourcePlace &place, const QString &why)
     m_report.Find(place.Text(), why + u"; left out"_s);
 }
 
-int EntryIntake::Take(const QByteArray &word, QByteArray content, const SourcePlace &place)
+CheckedEntry EntryIntake::Check(QByteArray content)
 {
-    const int entry = TakeEntry(std::move(content), place);
-    return entry && TakeWord(word, entry, place) ? entry : 0;
-}
-
-int EntryIntake::TakeEntry(QByteArray content, const SourcePlace &place)
-{
-    if (content.size() > DictionaryWriter::LongestEntry) {
-        LeaveOut(place, u"the entry has more than %1 bytes"_s.arg(DictionaryWriter::LongestEntry));
-        return 0;
+    if (content.size() > DictionaryWriter::LongestEntry)
+        return {{}, u"the entry has more than %1 bytes"_s.arg(DictionaryWriter::LongestEntry), {}};
+    if (!content.isValidUtf8())
+        return {{}, u"the entry is not UTF-8 at byte %1"_s.arg(FirstBadUtf8Byte(content)), {}};
+    CheckedEntry entry;
+    if (const auto controls = std::count_if(content.cbegin(), content.cend(), IsControl); controls > 0) {
+        content.removeIf(IsControl);
+        entry.changes.append(u"%1 control characters are taken out of the entry"_s.arg(controls));
     }
-    if (const qsizetype bad = FirstBadUtf8Byte(content); bad >= 0) {
-        LeaveOut(place, u"the entry is not UTF-8 at byte %1"_s.arg(bad));
-        return 0;
-    }
-    if (const qsizetype size = content.size(); content.removeIf(IsControl).size() != size)
-        m_report.Note(place.Text(), u"%1 control characters are taken out of the entry"_s.arg(size - content.size()));
-    if (content.trimmed().isEmpty()) {
-        LeaveOut(place, u"the entry is empty"_s);
-        return 0;
+    if (QByteArrayView(content).trimmed().isEmpty()) {
+        entry.fault = u"the entry is empty"_s;
+        return entry;
     }
     if (content.contains('<')) {
         if (const QString fault = TagFault(content); !fault.isEmpty()) {
-            m_report.Note(place.Text(), u"%1; its tags are shown as text"_s.arg(fault));
+            entry.changes.append(u"%1; its tags are shown as text"_s.arg(fault));
             content.replace('<', "&lt;");
         }
     }
-    return m_store.AddEntry(content);
+    entry.content = std::move(content);
+    return entry;
+}
+
+int EntryIntake::Take(const QByteArray &word, QByteArray content, const SourcePlace &place)
+{
+    const int entry = TakeEntry(Check(std::move(content)), place);
+    return entry && TakeWord(word, entry, place) ? entry : 0;
+}
+
+int EntryIntake::TakeEntry(const CheckedEntry &entry, const SourcePlace &place)
+{
+    for (const QString &change : entry.changes)
+        m_report.Note(place.Text(), change);
+    if (entry.fault.isNull())
+        return m_store.AddEntry(entry.content);
+    LeaveOut(place, entry.fault);
+    return 0;
 }
 
 bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace &place)
 {
-    if (FirstBadUtf8Byte(bytes) >= 0) {
+    if (!bytes.isValidUtf8()) {
         LeaveOut(place, u"the word is not UTF-8"_s);
         return false;
     }

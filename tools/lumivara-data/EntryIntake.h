@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 class Report;
 
@@ -25,6 +26,14 @@ struct SourcePlace
     QString Text() const { return file + u':' + QString::number(number); }
 };
 
+/// An entry as it can be taken, and what there is to tell of it.
+struct CheckedEntry
+{
+    QByteArray content;
+    QString fault;       ///< why it is left out; null if it is not
+    QStringList changes; ///< what of it is taken otherwise
+};
+
 /// Takes words and entries from elsewhere into one kind of a dictionary, in the form that its procedures and the search
 /// ask for. What cannot be taken, and what is taken otherwise, is told.
 class EntryIntake
@@ -34,8 +43,10 @@ public:
 
     /// Takes a word and its entry, UTF-8 in the line mark-up. The entry's number, or 0 if it was left out.
     int Take(const QByteArray &word, QByteArray content, const SourcePlace &place);
+    /// Looks at an entry without taking it; of any thread.
+    static CheckedEntry Check(QByteArray content);
     /// An entry for words to come; 0 if it was left out.
-    int TakeEntry(QByteArray content, const SourcePlace &place);
+    int TakeEntry(const CheckedEntry &entry, const SourcePlace &place);
     /// One more word for an entry that was taken.
     bool TakeWord(const QByteArray &word, int entry, const SourcePlace &place);
 

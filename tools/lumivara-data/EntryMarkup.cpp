@@ -16,20 +16,33 @@ constexpr qsizetype LongestText = 4000;
 constexpr qsizetype LongestHeadRest = 60;
 constexpr QByteArrayView Marks("@*-!=#");
 
+QByteArrayView EntityOf(char c, bool escapesPlus)
+{
+    switch (c) {
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '+':
+        return escapesPlus ? QByteArrayView("&#43;") : QByteArrayView();
+    default:
+        return {};
+    }
+}
+
 void AppendEscaped(QByteArray &to, QByteArrayView text, bool escapesPlus)
 {
-    for (const char c : text) {
-        if (c == '&')
-            to += "&amp;";
-        else if (c == '<')
-            to += "&lt;";
-        else if (c == '>')
-            to += "&gt;";
-        else if (c == '+' && escapesPlus)
-            to += "&#43;";
-        else
-            to += c;
+    qsizetype plain = 0;
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const QByteArrayView entity = EntityOf(text[at], escapesPlus);
+        if (entity.isEmpty())
+            continue;
+        to.append(text.sliced(plain, at - plain)).append(entity);
+        plain = at + 1;
     }
+    to.append(text.sliced(plain));
 }
 
 QByteArray Escaped(QByteArrayView text, bool escapesPlus = false)
@@ -40,7 +53,7 @@ QByteArray Escaped(QByteArrayView text, bool escapesPlus = false)
 }
 
 /// Where to break a long line: at a blank, else before a character that stands in no tag or entity.
-qsizetype BreakOf(const QByteArray &text)
+qsizetype BreakOf(QByteArrayView text)
 {
     const qsizetype blank = text.lastIndexOf(' ', LongestText);
     if (blank > LongestText / 2)
@@ -67,6 +80,21 @@ bool IsNumbered(QByteArrayView line)
     return at > 0 && at + 1 < line.size() && (line[at] == '.' || line[at] == ')') && line[at + 1] == ' ';
 }
 
+/// Calls `take` for each line that is not blank, without the blanks at its ends, until that returns false.
+template <typename Take>
+void EachLine(QByteArrayView text, Take take)
+{
+    qsizetype begin = 0;
+    for (qsizetype at = 0; at <= text.size(); ++at) {
+        if (at < text.size() && text[at] != '\n' && text[at] != '\r')
+            continue;
+        const QByteArrayView line = text.sliced(begin, at - begin).trimmed();
+        begin = at + 1;
+        if (!line.isEmpty() && !take(line))
+            return;
+    }
+}
+
 } // namespace
 
 EntryMarkup::EntryMarkup(const QByteArray &word) : m_word(word) {}
@@ -86,49 +114,62 @@ void EntryMarkup::AddSound(QByteArrayView text, char open, char close)
         m_sounds += QByteArray(" ") + open + Escaped(sound) + close;
 }
 
-void EntryMarkup::AddLine(char mark, QByteArray text)
+void EntryMarkup::AddLine(char mark, QByteArrayView text)
 {
     if (mark == '@' && m_head.isEmpty() && m_lines.isEmpty() && text.size() <= LongestText) {
-        m_head = text;
+        m_head = text.toByteArray();
         return;
     }
     if (mark)
         m_lines += mark;
-    else if (Marks.contains(text.front()))
-        text.replace(0, 1, "&#" + QByteArray::number(text.front()) + ';');
-    while (text.size() > LongestText) {
+    QByteArray changed;
+    for (bool isPlain = mark == '\0';; isPlain = true) {
+        if (isPlain && !text.isEmpty() && Marks.contains(text.front())) {
+            changed = "&#" + QByteArray::number(text.front()) + ';' + text.sliced(1).toByteArray();
+            text = changed;
+        }
+        if (text.size() <= LongestText)
+            break;
         const qsizetype end = BreakOf(text);
-        m_lines += text.first(end) + '\n';
-        text.remove(0, end);
+        m_lines += text.first(end);
+        m_lines += '\n';
         // What goes on is a plain line.
+        text = text.sliced(end);
         while (text.startsWith(' '))
-            text.remove(0, 1);
-        if (!text.isEmpty() && Marks.contains(text.front()))
-            text.replace(0, 1, "&#" + QByteArray::number(text.front()) + ';');
+            text = text.sliced(1);
     }
-    m_lines += text + (mark ? "\n" : "<br />\n");
+    m_lines += text;
+    m_lines += mark ? "\n" : "<br />\n";
 }
 
 void EntryMarkup::AddPlain(QByteArrayView text)
 {
-    QByteArrayList lines = text.toByteArray().replace('\r', '\n').split('\n');
-    for (QByteArray &line : lines)
-        line = line.trimmed();
-    lines.removeIf([](const QByteArray &line) { return line.isEmpty(); });
-    const bool isMarkedUp = std::any_of(lines.cbegin(), lines.cend(), [](const QByteArray &line) {
-        return line.front() == '@' || line.front() == '*';
+    bool isMarkedUp = false;
+    EachLine(text, [&](QByteArrayView line) {
+        isMarkedUp = line.front() == '@' || line.front() == '*';
+        return !isMarkedUp;
     });
-    for (const QByteArray &line : lines) {
+    m_lines.reserve(m_lines.size() + text.size() + text.size() / 8);
+    QByteArray escaped;
+    EachLine(text, [&](QByteArrayView line) {
         const bool isMarked = isMarkedUp ? Marks.contains(line.front()) : line.startsWith("- ");
-        if (isMarked)
-            AddLine(line.front(), Escaped(QByteArrayView(line).sliced(1), !isMarkedUp));
-        else if (m_head.isEmpty() && m_lines.isEmpty() && IsHead(line))
-            AddLine('@', Escaped(line));
-        else if (IsNumbered(line))
-            AddLine('-', ' ' + Escaped(line, true));
-        else
-            AddLine('\0', Escaped(line));
-    }
+        const bool isHead = !isMarked && m_head.isEmpty() && m_lines.isEmpty() && IsHead(line);
+        const bool isSense = !isMarked && !isHead && IsNumbered(line);
+        char mark = '\0';
+        escaped.resize(0);
+        if (isMarked) {
+            mark = line.front();
+            line = line.sliced(1);
+        } else if (isHead) {
+            mark = '@';
+        } else if (isSense) {
+            mark = '-';
+            escaped += ' ';
+        }
+        AppendEscaped(escaped, line, isMarked ? !isMarkedUp : isSense);
+        AddLine(mark, escaped);
+        return true;
+    });
 }
 
 QByteArray EntryMarkup::Take()

@@ -27,7 +27,7 @@ public:
 private:
     friend class TaggedLines;
     /// Adds a line without its mark; '\0' for a plain one. `text` is escaped.
-    void AddLine(char mark, QByteArray text);
+    void AddLine(char mark, QByteArrayView text);
     bool IsHead(QByteArrayView text) const;
 
     QByteArray m_word;

@@ -32,12 +32,18 @@ public:
     explicit TabbedSink(const QString &path) : m_file(path) {}
     void Add(const QString &word, const QByteArray &content) override
     {
-        m_file.Write(EscapedEntry(word.toUtf8()) + '\t' + EscapedEntry(content) + '\n');
+        m_line.resize(0);
+        AppendEscapedEntry(m_line, word.toUtf8());
+        m_line += '\t';
+        AppendEscapedEntry(m_line, content);
+        m_line += '\n';
+        m_file.Write(m_line);
     }
     void Finish() override { m_file.Finish(); }
 
 private:
     WrittenFile m_file;
+    QByteArray m_line;
 };
 
 class MarkUpSink : public WordSink

@@ -17,6 +17,8 @@
 #include <zlib.h>
 
 #include <algorithm>
+#include <functional>
+#include <future>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -141,6 +143,78 @@ QString FileName(const QString &path)
 {
     return QFileInfo(path).fileName();
 }
+
+/// A word of the index with its entry, unless it shares that of the word before it.
+struct ReadWord
+{
+    QByteArray name;
+    quint32 number = 0;
+    bool beginsEntry = false;
+    bool overlaps = false;
+    QString fault; ///< of the entry's place; empty for none
+    CheckedEntry entry;
+};
+
+/// Reads the entries of words, which come in the order of their texts, and makes them ready to be taken.
+class TextReader
+{
+public:
+    using Form = std::function<QByteArray(const QByteArray &word, const QByteArray &text)>;
+
+    TextReader(RecordSorter &words, DictTexts &texts, const QString &fileName, Form form)
+        : m_words(words), m_texts(texts), m_fileName(fileName), m_form(std::move(form))
+    {}
+
+    /// The next words, some megabyte of texts at most; none at the end.
+    std::vector<ReadWord> Next()
+    {
+        constexpr size_t mostWords = 1024;
+        constexpr qsizetype mostBytes = 1 << 20;
+        std::vector<ReadWord> batch;
+        QByteArrayView bytes;
+        for (qsizetype held = 0; batch.size() < mostWords && held < mostBytes && m_words.Next(bytes);) {
+            batch.push_back(Read(IndexRecord(bytes)));
+            held += batch.back().entry.content.size();
+        }
+        return batch;
+    }
+
+private:
+    ReadWord Read(const IndexRecord &record)
+    {
+        ReadWord word;
+        word.name = record.name;
+        word.number = record.number;
+        // Words that have the same text share its entry.
+        word.beginsEntry = m_isFirst || record.offset != m_begin || record.offset + record.size != m_end;
+        if (!word.beginsEntry)
+            return word;
+        m_isFirst = false;
+        m_total += record.size;
+        if (m_total > MostTimesTheTexts * m_texts.Size() + DictionaryWriter::LongestEntry)
+            throw ToolError(u"%1: the entries have more than %2 times the bytes of all texts"_s.arg(
+                SourcePlace{m_fileName, static_cast<qsizetype>(record.number) + 1}.Text(),
+                QString::number(MostTimesTheTexts)));
+        word.overlaps = record.offset < m_reached;
+        if (m_texts.Read(record.offset, record.size, m_text, word.fault))
+            word.entry = EntryIntake::Check(m_form(record.name, m_text));
+        m_begin = record.offset;
+        m_end = record.offset + record.size;
+        m_reached = std::max(m_reached, m_end);
+        return word;
+    }
+
+    RecordSorter &m_words;
+    DictTexts &m_texts;
+    QString m_fileName;
+    Form m_form;
+    QByteArray m_text;
+    bool m_isFirst = true;
+    quint64 m_begin = 0; ///< of the entry before
+    quint64 m_end = 0;
+    quint64 m_reached = 0;
+    quint64 m_total = 0;
+};
 
 } // namespace
 
@@ -272,39 +346,29 @@ quint64 StarDict::ReadIndex(RecordSorter &words, Console &console)
 void StarDict::TakeWords(RecordSorter &words, DictTexts &texts, EntryIntake &intake, Console &console)
 {
     const QString fileName = FileName(m_base + u".idx"_s);
-    QByteArrayView bytes;
-    QByteArray text;
-    quint64 total = 0;
-    quint64 begin = 0;
-    quint64 end = 0;
-    quint64 reached = 0;
+    words.Sort();
+    TextReader reader(words, texts, fileName, [this](const QByteArray &word, const QByteArray &text) {
+        return m_isMarkedUp ? text : EntryOf(word, text);
+    });
+    const auto next = [&reader] { return std::async(std::launch::async, [&reader] { return reader.Next(); }); };
     int entry = 0;
     qsizetype done = 0;
-    words.Sort();
-    while (words.Next(bytes)) {
-        const IndexRecord record(bytes);
-        const SourcePlace place{fileName, static_cast<qsizetype>(record.number) + 1};
-        console.Progress(u"reading words"_s, ++done, words.Count());
-        // Words that have the same text share its entry.
-        if (done == 1 || record.offset != begin || record.offset + record.size != end) {
-            QString fault;
-            entry = 0;
-            total += record.size;
-            if (total > MostTimesTheTexts * texts.Size() + DictionaryWriter::LongestEntry)
-                throw ToolError(u"%1: the entries have more than %2 times the bytes of all texts"_s.arg(place.Text())
-                                    .arg(MostTimesTheTexts));
-            if (record.offset < reached)
+    // While the engine stores some words the next ones are read.
+    std::future<std::vector<ReadWord>> coming = next();
+    for (std::vector<ReadWord> batch = coming.get(); !batch.empty(); batch = coming.get()) {
+        coming = next();
+        for (const ReadWord &word : batch) {
+            const SourcePlace place{fileName, static_cast<qsizetype>(word.number) + 1};
+            console.Progress(u"reading words"_s, ++done, words.Count());
+            if (word.overlaps)
                 m_report.Note(place.Text(), u"the entry overlaps another one; taken as it stands"_s);
-            if (texts.Read(record.offset, record.size, text, fault))
-                entry = intake.TakeEntry(m_isMarkedUp ? text : EntryOf(record.name, text), place);
-            else
-                m_report.Find(place.Text(), u"the entry %1; left out"_s.arg(fault));
-            begin = record.offset;
-            end = record.offset + record.size;
-            reached = std::max(reached, end);
+            if (!word.fault.isEmpty())
+                m_report.Find(place.Text(), u"the entry %1; left out"_s.arg(word.fault));
+            if (word.beginsEntry)
+                entry = word.fault.isEmpty() ? intake.TakeEntry(word.entry, place) : 0;
+            if (entry && intake.TakeWord(word.name, entry, place))
+                m_entries[word.number] = entry;
         }
-        if (entry && intake.TakeWord(record.name, entry, place))
-            m_entries[record.number] = entry;
     }
     console.EndProgress();
 }

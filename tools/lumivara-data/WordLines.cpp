@@ -124,42 +124,43 @@ QByteArray MarkUpWords::Written(const QByteArray &content)
     return written;
 }
 
-QByteArray EscapedEntry(const QByteArray &content)
+void AppendEscapedEntry(QByteArray &line, QByteArrayView content)
 {
-    QByteArray text;
-    text.reserve(content.size() + content.size() / 8);
-    for (const char c : content) {
-        switch (c) {
-        case '\\':
-            text += "\\\\";
-            break;
-        case '\n':
-            text += "\\n";
-            break;
-        case '\r':
-            text += "\\r";
-            break;
-        case '\t':
-            text += "\\t";
-            break;
-        default:
-            text += c;
-        }
+    constexpr QByteArrayView signs("\\\n\r\t");
+    constexpr QByteArrayView names("\\nrt");
+    qsizetype plain = 0;
+    for (qsizetype at = 0; at < content.size(); ++at) {
+        const char c = content[at];
+        if (static_cast<unsigned char>(c) > '\r' && c != '\\')
+            continue;
+        const qsizetype sign = signs.indexOf(c);
+        if (sign < 0)
+            continue;
+        line.append(content.sliced(plain, at - plain));
+        line += '\\';
+        line += names[sign];
+        plain = at + 1;
     }
-    return text;
+    line.append(content.sliced(plain));
 }
 
 QByteArray UnescapedEntry(QByteArrayView text)
 {
     QByteArray content;
     content.reserve(text.size());
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const char next = text[i] == '\\' && i + 1 < text.size() ? text[i + 1] : '\0';
+    qsizetype plain = 0;
+    for (qsizetype at = text.indexOf('\\'); at >= 0; at = text.indexOf('\\', at)) {
+        const char next = at + 1 < text.size() ? text[at + 1] : '\0';
         const char meant = next == 'n' ? '\n' : next == 't' ? '\t' : next == 'r' ? '\r' : next == '\\' ? '\\' : '\0';
-        content += meant ? meant : text[i];
-        i += meant ? 1 : 0;
+        if (!meant) {
+            ++at;
+            continue;
+        }
+        content += text.sliced(plain, at - plain);
+        content += meant;
+        plain = at += 2;
     }
-    return content;
+    return content += text.sliced(plain);
 }
 
 void TakeTabbedWords(QIODevice &device, const QString &fileName, EntryIntake &intake,

@@ -45,8 +45,8 @@ private:
     int m_kind = 0;
 };
 
-/// An entry on one line, and back: a backslash, a tab and the signs that end lines stand as "\\", "\t", "\n" and "\r".
-QByteArray EscapedEntry(const QByteArray &content);
+/// Puts an entry on a line, and back: a backslash, a tab and the signs that end lines stand as "\\", "\t", "\n" and "\r".
+void AppendEscapedEntry(QByteArray &line, QByteArrayView content);
 QByteArray UnescapedEntry(QByteArrayView text);
 
 /// Takes all words of a text: "word TAB entry", one a line, or the source form. The device is open; `fileName` names it

@@ -1,0 +1,72 @@
+#include "stores/RepeatedStatement.h"
+
+#include "stores/Blobs.h"
+
+#include <cstring>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+EngineStatus *Status()
+{
+    return FirebirdClient::Instance().Status();
+}
+
+} // namespace
+
+RepeatedStatement::RepeatedStatement(const std::shared_ptr<TpFIBDatabase::Handle> &database,
+                                     const std::shared_ptr<TpFIBTransaction::Handle> &transaction, const QString &sql)
+    : m_database(database), m_transaction(transaction)
+{
+    const QByteArray text = sql.toUtf8();
+    m_statement = database->attachment->prepare(Status(), transaction->transaction, static_cast<unsigned>(text.size()),
+                                                text.constData(), static_cast<unsigned>(database->dialect),
+                                                Firebird::IStatement::PREPARE_PREFETCH_METADATA);
+    m_layout.reset(m_statement->getInputMetadata(Status()));
+    for (unsigned place = 0; place < m_layout->getCount(Status()); ++place)
+        m_places.push_back({m_layout->getOffset(Status(), place), m_layout->getLength(Status(), place)});
+    // Zeroed: no place is null.
+    m_message.resize(m_layout->getMessageLength(Status()));
+}
+
+RepeatedStatement::~RepeatedStatement()
+{
+    if (!m_statement)
+        return;
+    try {
+        if (m_database->attachment) {
+            m_statement->free(Status());
+            return;
+        }
+    } catch (const std::exception &) {
+        // The attachment's end frees it, too.
+    }
+    m_statement->release();
+}
+
+void RepeatedStatement::SetNumber(unsigned place, qint32 number)
+{
+    std::memcpy(m_message.data() + m_places[place].offset, &number, sizeof number);
+}
+
+void RepeatedStatement::SetText(unsigned place, QByteArrayView utf8)
+{
+    if (utf8.size() > static_cast<qsizetype>(m_places[place].size))
+        throw DatabaseError(u"A text is longer than its column"_s);
+    const auto size = static_cast<unsigned short>(utf8.size());
+    unsigned char *at = m_message.data() + m_places[place].offset;
+    std::memcpy(at, &size, sizeof size);
+    std::memcpy(at + sizeof size, utf8.data(), size);
+}
+
+void RepeatedStatement::SetBlob(unsigned place, QByteArrayView bytes)
+{
+    const BlobId id = WriteBlob(m_database, m_transaction, bytes);
+    std::memcpy(m_message.data() + m_places[place].offset, &id.quad, sizeof id.quad);
+}
+
+void RepeatedStatement::Run()
+{
+    m_statement->execute(Status(), m_transaction->transaction, m_layout.get(), m_message.data(), nullptr, nullptr);
+}
