@@ -82,12 +82,17 @@ std::shared_ptr<TpFIBDatabase::Handle> Adopt(Firebird::IAttachment *attachment, 
 }
 
 /// Gives back the signals that the engine takes for itself: on one of them it shuts down inside a program that goes on
-/// without it, where the reader or the end of the session asked the program to end.
+/// without it, where the reader or the end of the session asked the program to end. One that comes meanwhile waits.
 class SignalKeeper
 {
 public:
     SignalKeeper()
     {
+        sigset_t held;
+        ::sigemptyset(&held);
+        for (const int signal : taken)
+            ::sigaddset(&held, signal);
+        ::pthread_sigmask(SIG_BLOCK, &held, &m_mask);
         for (size_t i = 0; i < taken.size(); ++i)
             ::sigaction(taken[i], nullptr, &m_actions[i]);
     }
@@ -95,6 +100,7 @@ public:
     {
         for (size_t i = 0; i < taken.size(); ++i)
             ::sigaction(taken[i], &m_actions[i], nullptr);
+        ::pthread_sigmask(SIG_SETMASK, &m_mask, nullptr);
     }
     SignalKeeper(const SignalKeeper &) = delete;
     SignalKeeper &operator=(const SignalKeeper &) = delete;
@@ -102,6 +108,7 @@ public:
 private:
     static constexpr std::array taken{SIGINT, SIGTERM};
     std::array<struct sigaction, taken.size()> m_actions{};
+    sigset_t m_mask{};
 };
 
 /// Runs what makes an attachment. The engine makes its lock files before it knows whether it can open the database, so

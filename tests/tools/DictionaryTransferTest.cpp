@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 
 #include <gmock/gmock.h>
 
@@ -226,20 +227,46 @@ TEST_F(DictionaryTransfer, ARefusalLeavesTheOldFile)
     }
 }
 
-TEST_F(DictionaryTransfer, AFullDiskLeavesTheOldFile)
+TEST_F(DictionaryTransfer, WhatDoesNotGetToItsEndLeavesTheOldFile)
 {
     MakeFile();
     const QByteArray before = BytesOf(File());
     QByteArray words;
-    for (int number = 0; number < 5000; ++number)
+    for (int number = 0; number < 30000; ++number)
         words += 'w' + QByteArray::number(number) + "\tan entry of some length, " + QByteArray::number(number) + '\n';
     WriteFile(Path(u"w.tsv"_s), words);
+    const auto left = [&] {
+        return QDir(Path(u""_s)).entryList({u"*.part"_s, u".lumivara*"_s}, QDir::AllEntries | QDir::Hidden);
+    };
     {
         // Enough for the engine's lock files and not for the words.
         const FullDisk disk(1'400'000);
         EXPECT_EQ(Import(u"w.tsv"_s).exitCode, 2);
     }
     EXPECT_EQ(BytesOf(File()), before);
+    EXPECT_EQ(left(), QStringList());
+    for (const auto &[stage, isKilled] : {std::pair("keeping dictionary 8", false),
+                                          {"reading the source", false},
+                                          {"storing words", false},
+                                          {"storing words", true}}) {
+        QProcess stopped;
+        stopped.setReadChannel(QProcess::StandardError);
+        stopped.start(ToolPath(),
+                      {u"import"_s, u"dictionary"_s, Path(u"w.tsv"_s), u"--kind"_s, u"5"_s, u"--into"_s, File()});
+        QByteArray told;
+        while (!told.contains(stage) && stopped.waitForReadyRead())
+            told += stopped.readAllStandardError();
+        isKilled ? stopped.kill() : stopped.terminate();
+        EXPECT_TRUE(stopped.waitForFinished());
+        EXPECT_EQ(stopped.exitStatus(), isKilled ? QProcess::CrashExit : QProcess::NormalExit);
+        told += stopped.readAllStandardError();
+        EXPECT_EQ(told.contains("interrupted"), !isKilled) << stage;
+        EXPECT_EQ(BytesOf(File()), before) << stage;
+        EXPECT_EQ(left().size(), isKilled ? 1 : 0) << stage;
+    }
+    EXPECT_EQ(Import(u"w.tsv"_s).exitCode, 0) << "what a killed one has left is in nobody's way";
+    EXPECT_EQ(left(), QStringList());
+    EXPECT_EQ(WordsOf(File(), 5).size(), 30000);
 }
 
 } // namespace

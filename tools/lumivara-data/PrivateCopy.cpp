@@ -32,8 +32,7 @@ QString PrivateCopy(const QString &path, const QTemporaryDir &folder)
         if (copy.write(bytes) != bytes.size())
             throw ToolError(u"there is no room for a temporary copy: %1"_s.arg(copy.errorString()));
     }
-    copy.close();
-    if (copy.error() != QFileDevice::NoError)
+    if (!copy.flush())
         throw ToolError(u"there is no room for a temporary copy: %1"_s.arg(copy.errorString()));
     return copy.fileName();
 }
