@@ -16,9 +16,11 @@ template <typename Sender, typename Signal, typename Handler>
 QMetaObject::Connection ConnectGuarded(const Sender *sender, Signal signal, QObject *context, Handler handler)
 {
     return QObject::connect(sender, signal, context, [handler = std::move(handler)](auto &&...args) {
-        if constexpr (std::is_invocable_v<const Handler &, decltype(args)...>)
-            RunGuarded([&] { handler(std::forward<decltype(args)>(args)...); });
-        else
-            RunGuarded(handler);
+        RunGuarded([&] {
+            if constexpr (std::is_invocable_v<const Handler &, decltype(args)...>)
+                handler(std::forward<decltype(args)>(args)...);
+            else
+                handler();
+        });
     });
 }

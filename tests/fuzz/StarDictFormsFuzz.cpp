@@ -1,6 +1,0 @@
-#include "fuzz/ToolInput.h"
-
-FUZZ_TARGET(StarDictForms)
-{
-    ImportStarDict(".syn", input);
-}

@@ -1,6 +1,0 @@
-#include "fuzz/ToolInput.h"
-
-FUZZ_TARGET(StarDictTexts)
-{
-    ImportStarDict(".dict.dz", input);
-}
