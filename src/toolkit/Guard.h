@@ -15,12 +15,14 @@ bool RunGuarded(const std::function<void()> &handler);
 template <typename Sender, typename Signal, typename Handler>
 QMetaObject::Connection ConnectGuarded(const Sender *sender, Signal signal, QObject *context, Handler handler)
 {
-    return QObject::connect(sender, signal, context, [handler = std::move(handler)](auto &&...args) {
-        RunGuarded([&] {
-            if constexpr (std::is_invocable_v<const Handler &, decltype(args)...>)
-                handler(std::forward<decltype(args)>(args)...);
-            else
-                handler();
-        });
-    });
+    // The toolkit tries the call with ever fewer arguments to learn how many the handler takes.
+    auto guarded = [handler = std::move(handler)](auto &&...args) requires(
+        std::is_invocable_v<const Handler &, decltype(args)...> || std::is_invocable_v<const Handler &>)
+    {
+        if constexpr (std::is_invocable_v<const Handler &, decltype(args)...>)
+            RunGuarded([&] { handler(std::forward<decltype(args)>(args)...); });
+        else
+            RunGuarded(handler);
+    };
+    return QObject::connect(sender, signal, context, std::move(guarded));
 }

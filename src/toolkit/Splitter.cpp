@@ -19,7 +19,7 @@ protected:
         setContentsMargins(isUpright ? Grip : 0, isUpright ? 0 : Grip, isUpright ? Grip : 0, isUpright ? 0 : Grip);
         setAttribute(Qt::WA_MouseNoMask);
         setMask(contentsRect());
-        QWidget::resizeEvent(event);
+        QWidget::resizeEvent(event); // NOLINT(bugprone-parent-virtual-call): see above
     }
 };
 

@@ -99,7 +99,7 @@ void CanonFolder::WriteGroups(CanonWriter &writer)
     constexpr int root = -1;
     QSet<int> keys;
     int last = 0;
-    const auto write = [&](SourceGroup group) {
+    const auto write = [&](const SourceGroup &group) {
         keys.insert(group.idVit);
         last = qMax(last, group.idVit);
         writer.Add(group);

@@ -142,7 +142,7 @@ bool DictionaryWriter::NextWord(Word &word)
     QByteArrayView record;
     if (!m_words.Next(record))
         return false;
-    word.kind = record.front();
+    word.kind = static_cast<uchar>(record.front());
     const QByteArrayView tail = record.last(TailSize);
     const QByteArrayView texts = record.sliced(1).chopped(TailSize);
     const qsizetype name = texts.indexOf(End) + 1;

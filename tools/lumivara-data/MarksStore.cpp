@@ -34,6 +34,11 @@ bool IsClash(const DatabaseError &error)
     return std::find(codes.begin(), codes.end(), error.EngineCode()) != codes.end();
 }
 
+bool HasNone(const std::array<QString, 3> &names)
+{
+    return std::all_of(names.begin(), names.end(), [](const QString &name) { return name.isEmpty(); });
+}
+
 QVariant NullIfEmpty(const QString &text)
 {
     return text.isEmpty() ? QVariant() : QVariant(text);
@@ -78,7 +83,7 @@ bool MarksStore::IsStorable(const ExportedMark &mark) const
 void MarksStore::Want(const ExportedMark &mark)
 {
     Names &names = m_wanted[{mark.collection, mark.text}];
-    if (names == Names())
+    if (HasNone(names))
         names = {mark.nameVietnamese, mark.namePali, mark.nameEnglish};
 }
 
@@ -149,12 +154,13 @@ qsizetype MarksStore::WriteTexts(QList<std::pair<QString, QString>> &notes)
     const bool enters = wantsKelora && ListLacksKelora();
     QList<KeloraText> entered = enters ? KeloraTexts() : QList<KeloraText>();
     qsizetype count = 0;
-    for (const auto &[text, names] : m_wanted) {
-        const auto known = std::find_if(entered.begin(), entered.end(), [&text](const KeloraText &kelora) {
-            return std::pair(Kelora, kelora.number) == text;
+    for (const auto &wanted : m_wanted) {
+        const auto &[text, names] = wanted;
+        const auto known = std::find_if(entered.begin(), entered.end(), [&wanted](const KeloraText &kelora) {
+            return std::pair(Kelora, kelora.number) == wanted.first;
         });
         const bool isKnown = known != entered.end();
-        if (isKnown ? names == Names() : isThere(text))
+        if (isKnown ? HasNone(names) : isThere(text))
             continue;
         if (isKnown)
             entered.erase(known); // the names that come with the mark hold

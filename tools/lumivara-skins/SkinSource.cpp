@@ -171,7 +171,7 @@ QJsonArray ReadSkinSources(const QString &folder)
 QByteArray SkinFileBytes(const QJsonArray &skins)
 {
     QByteArrayList lines;
-    for (const QJsonValue &skin : skins)
+    for (const QJsonValue skin : skins)
         lines += QJsonDocument(skin.toObject()).toJson(QJsonDocument::Compact);
     return "{\"format\":\"" + QString::fromUtf16(SkinFileFormat).toUtf8() +
            "\",\"version\":" + QByteArray::number(SkinFileVersion) + ",\"skins\":[\n" + lines.join(",\n") + "\n]}\n";

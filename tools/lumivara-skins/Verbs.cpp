@@ -93,7 +93,7 @@ int RunListSkins(const QStringList &arguments, Console &console)
         return ExitCode::Clean;
     int position = 0;
     const QJsonArray skins = ReadSkins(OnlyFile(parser, u"list"_s));
-    for (const QJsonValue &value : skins) {
+    for (const QJsonValue value : skins) {
         const QJsonObject skin = value.toObject();
         const QString name = skin.value("name"_L1).toString();
         if (!IsSkinName(name))
