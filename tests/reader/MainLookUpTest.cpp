@@ -134,7 +134,7 @@ TEST_F(LookUp, RestoresAMinimisedWindowAndLeavesAnotherWhereItIs)
     LookUpAt();
     Trigger("acDictionary");
     Pause(100);
-    EXPECT_TRUE(window->isActiveWindow());
+    EXPECT_TRUE(WaitFor([&] { return window->isActiveWindow(); }));
     EXPECT_EQ(FindForm(u"frmDictionary"_s), first);
     EXPECT_EQ(Edit().text(), u"pali"_s);
 }
