@@ -45,7 +45,8 @@ private:
     int m_kind = 0;
 };
 
-/// Puts an entry on a line, and back: a backslash, a tab and the signs that end lines stand as "\\", "\t", "\n" and "\r".
+/// Puts an entry on a line, and back: a backslash, a tab and the signs that end lines stand as "\\", "\t", "\n" and
+/// "\r".
 void AppendEscapedEntry(QByteArray &line, QByteArrayView content);
 QByteArray UnescapedEntry(QByteArrayView text);
 
