@@ -17,32 +17,13 @@ EngineStatus *Status()
 
 RepeatedStatement::RepeatedStatement(const std::shared_ptr<TpFIBDatabase::Handle> &database,
                                      const std::shared_ptr<TpFIBTransaction::Handle> &transaction, const QString &sql)
-    : m_database(database), m_transaction(transaction)
+    : m_database(database), m_transaction(transaction), m_statement(Prepare(database, transaction, sql)),
+      m_layout(m_statement->getInputMetadata(Status()))
 {
-    const QByteArray text = sql.toUtf8();
-    m_statement = database->attachment->prepare(Status(), transaction->transaction, static_cast<unsigned>(text.size()),
-                                                text.constData(), static_cast<unsigned>(database->dialect),
-                                                Firebird::IStatement::PREPARE_PREFETCH_METADATA);
-    m_layout.reset(m_statement->getInputMetadata(Status()));
     for (unsigned place = 0; place < m_layout->getCount(Status()); ++place)
         m_places.push_back({m_layout->getOffset(Status(), place), m_layout->getLength(Status(), place)});
     // Zeroed: no place is null.
     m_message.resize(m_layout->getMessageLength(Status()));
-}
-
-RepeatedStatement::~RepeatedStatement()
-{
-    if (!m_statement)
-        return;
-    try {
-        if (m_database->attachment) {
-            m_statement->free(Status());
-            return;
-        }
-    } catch (const std::exception &) {
-        // The attachment's end frees it, too.
-    }
-    m_statement->release();
 }
 
 void RepeatedStatement::SetNumber(unsigned place, qint32 number)

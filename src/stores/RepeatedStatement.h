@@ -1,6 +1,6 @@
 #pragma once
 
-#include "stores/DatabaseHandles.h"
+#include "stores/PreparedStatement.h"
 
 #include <QByteArrayView>
 
@@ -15,14 +15,15 @@ class RepeatedStatement
 public:
     RepeatedStatement(const std::shared_ptr<TpFIBDatabase::Handle> &database,
                       const std::shared_ptr<TpFIBTransaction::Handle> &transaction, const QString &sql);
-    ~RepeatedStatement();
     Q_DISABLE_COPY_MOVE(RepeatedStatement)
 
+    /// An integer of 32 bits.
     void SetNumber(unsigned place, qint32 number);
     /// UTF-8. Throws where the text is longer than its place.
     void SetText(unsigned place, QByteArrayView utf8);
     /// Stores the bytes as a new blob.
     void SetBlob(unsigned place, QByteArrayView bytes);
+    /// With the values that the places have by now.
     void Run();
 
 private:
@@ -34,7 +35,7 @@ private:
 
     std::shared_ptr<TpFIBDatabase::Handle> m_database;
     std::shared_ptr<TpFIBTransaction::Handle> m_transaction;
-    Firebird::IStatement *m_statement = nullptr;
+    PreparedStatement m_statement;
     std::unique_ptr<Firebird::IMessageMetadata, EngineReleaser<Firebird::IMessageMetadata>> m_layout;
     std::vector<Place> m_places;
     std::vector<unsigned char> m_message;

@@ -235,17 +235,13 @@ ISC_TIMESTAMP ToEngineMoment(const QDateTime &moment)
 }
 
 Statement::Statement(const DatabaseHandle &database, const TransactionHandle &transaction, const QString &sql)
-    // Built before the body: whatever fails from here on, the destructor gives back what was prepared.
-    : Statement(database, sql)
+    : m_database(database), m_sql(sql)
 {
     if (sql.trimmed().isEmpty())
         throw DatabaseError(u"The statement is empty"_s);
     const PositionalSql positional = ToPositional(sql);
     m_names = positional.names;
-    const QByteArray text = positional.sql.toUtf8();
-    m_statement = database->attachment->prepare(Status(), transaction->transaction, static_cast<unsigned>(text.size()),
-                                                text.constData(), static_cast<unsigned>(database->dialect),
-                                                Firebird::IStatement::PREPARE_PREFETCH_METADATA);
+    m_statement = Prepare(database, transaction, positional.sql);
     m_input.reset(m_statement->getInputMetadata(Status()));
     DescribeColumns();
 }
@@ -253,16 +249,6 @@ Statement::Statement(const DatabaseHandle &database, const TransactionHandle &tr
 Statement::~Statement()
 {
     CloseCursor();
-    if (!m_statement)
-        return;
-    try {
-        if (m_database->attachment) {
-            m_statement->free(Status());
-            return;
-        }
-    } catch (const std::exception &) {
-    }
-    m_statement->release();
 }
 
 void Statement::DescribeColumns()

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "stores/DatabaseHandles.h"
 #include "stores/Field.h"
+#include "stores/PreparedStatement.h"
 #include "stores/SqlParameters.h"
 
 #include <QByteArray>
@@ -67,15 +67,13 @@ public:
     quint64 Execute(const TransactionHandle &transaction, const QList<QVariant> &values);
 
 private:
-    Statement(const DatabaseHandle &database, const QString &sql) : m_database(database), m_sql(sql) {}
-
     void DescribeColumns();
 
     DatabaseHandle m_database;
     TransactionHandle m_cursorTransaction;
     QString m_sql;
     QStringList m_names;
-    Firebird::IStatement *m_statement = nullptr;
+    PreparedStatement m_statement;
     Firebird::IResultSet *m_cursor = nullptr;
     std::unique_ptr<Firebird::IMessageMetadata, EngineReleaser<Firebird::IMessageMetadata>> m_input, m_output;
     std::vector<Column> m_columns;
