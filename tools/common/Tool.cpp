@@ -4,10 +4,6 @@
 
 #include <QCommandLineParser>
 
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -65,13 +61,4 @@ bool ParseOrHelp(QCommandLineParser &parser, const QString &synopsis, const QStr
     // The parser's own first line knows nothing of verbs.
     console.Print(u"Usage: %1 %2\n"_s.arg(console.Tool(), synopsis) + parser.helpText().section(u'\n', 1));
     return true;
-}
-
-void KeepFreedMemory()
-{
-#ifdef __GLIBC__
-    constexpr int largestPage = 32 << 20, kept = 64 << 20;
-    mallopt(M_MMAP_THRESHOLD, largestPage);
-    mallopt(M_TRIM_THRESHOLD, kept);
-#endif
 }

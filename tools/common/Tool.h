@@ -41,7 +41,3 @@ int RunTool(std::span<const Verb> verbs, const QStringList &arguments, Console &
 /// Reads a verb's options; throws ToolError for what it does not know. True if only help was asked for, which is then
 /// printed under `synopsis` ("check FILE").
 bool ParseOrHelp(QCommandLineParser &parser, const QString &synopsis, const QStringList &arguments, Console &console);
-
-/// Lets the process keep what it frees, some tens of megabytes: work that makes one large page after another would else
-/// give each back to the system and have the next one cleared.
-void KeepFreedMemory();

@@ -107,7 +107,6 @@ int ImportCanon(const QStringList &arguments, Console &console)
     if (!client.isEmpty())
         ClientList::Prepare(client);
 
-    KeepFreedMemory();
     std::optional<CheckedCanon> canon;
     if (form == Form::Copy)
         canon = CopyCanon(source, target, parser.isSet(u"repair"_s), report, console);
