@@ -36,7 +36,7 @@ void Report::TakeOptions(const QCommandLineParser &parser)
 {
     m_isQuiet = parser.isSet(u"quiet"_s);
     m_isJson = parser.isSet(u"json"_s);
-    m_console.SetShowsProgress(!m_isQuiet && !m_isJson);
+    m_console->SetShowsProgress(!m_isQuiet && !m_isJson);
 }
 
 void Report::AddLine(QList<std::pair<QString, QString>> &lines, const QString &place, const QString &text)
@@ -49,16 +49,26 @@ void Report::Find(const QString &place, const QString &fault)
 {
     ++m_findingCount;
     AddLine(m_findings, place, fault);
-    if (!m_isJson && m_findingCount <= LinesKept)
-        m_console.Print(place + u": "_s + fault + u'\n');
+    if (m_findingCount <= LinesKept)
+        Print(place + u": "_s + fault);
 }
 
 void Report::Note(const QString &place, const QString &change)
 {
     ++m_noteCount;
     AddLine(m_notes, place, change);
-    if (!m_isJson && !m_isQuiet && m_noteCount <= LinesKept)
-        m_console.Print(place + u": "_s + change + u'\n');
+    if (!m_isQuiet && m_noteCount <= LinesKept)
+        Print(place + u": "_s + change);
+}
+
+void Report::TakeOver(const Report &kept)
+{
+    for (const auto &[place, fault] : kept.m_findings)
+        Find(place, fault);
+    for (const auto &[place, change] : kept.m_notes)
+        Note(place, change);
+    m_findingCount += kept.m_findingCount - kept.m_findings.size();
+    m_noteCount += kept.m_noteCount - kept.m_notes.size();
 }
 
 void Report::Count(const QString &what, qsizetype number)
@@ -73,8 +83,14 @@ void Report::Count(const QString &what, qsizetype number)
 
 void Report::Say(const QString &line)
 {
-    if (!m_isJson && !m_isQuiet)
-        m_console.Print(line + u'\n');
+    if (!m_isQuiet)
+        Print(line);
+}
+
+void Report::Print(const QString &line)
+{
+    if (m_console && !m_isJson)
+        m_console->Print(line + u'\n');
 }
 
 int Report::Code() const
@@ -84,7 +100,7 @@ int Report::Code() const
 
 int Report::Finish(const QString &verdict)
 {
-    m_console.EndProgress();
+    m_console->EndProgress();
     if (m_isJson) {
         QJsonObject counts;
         for (const auto &[what, number] : m_counts)
@@ -95,12 +111,12 @@ int Report::Finish(const QString &verdict)
         object[u"findingCount"_s] = m_findingCount;
         object[u"notes"_s] = ArrayOf(m_notes, u"change"_s);
         object[u"noteCount"_s] = m_noteCount;
-        m_console.Print(QString::fromUtf8(QJsonDocument(object).toJson()));
+        m_console->Print(QString::fromUtf8(QJsonDocument(object).toJson()));
         return Code();
     }
     for (const qsizetype untold : {m_findingCount - LinesKept, m_isQuiet ? 0 : m_noteCount - LinesKept}) {
         if (untold > 0)
-            m_console.Print(u"… and %1 more\n"_s.arg(untold));
+            m_console->Print(u"… and %1 more\n"_s.arg(untold));
     }
     if (m_isQuiet)
         return Code();
@@ -109,6 +125,6 @@ int Report::Finish(const QString &verdict)
         words.append(u"%1 %2"_s.arg(number).arg(what));
     const QString counts = words.join(u", "_s);
     if (!counts.isEmpty() || !verdict.isEmpty())
-        m_console.Print(counts + (counts.isEmpty() || verdict.isEmpty() ? u""_s : u": "_s) + verdict + u'\n');
+        m_console->Print(counts + (counts.isEmpty() || verdict.isEmpty() ? u""_s : u": "_s) + verdict + u'\n');
     return Code();
 }

@@ -16,7 +16,9 @@ class QCommandLineParser;
 class Report
 {
 public:
-    explicit Report(Console &console) : m_console(console) {}
+    explicit Report(Console &console) : m_console(&console) {}
+    /// Keeps what it is told, for another one to take over.
+    Report() = default;
 
     /// Gives a verb the options of every report, --quiet and --json.
     static void AddOptions(QCommandLineParser &parser);
@@ -29,6 +31,8 @@ public:
     void AddUntold(qsizetype number) { m_findingCount += number; }
     /// One thing that was taken otherwise than it stands: it changes no exit code.
     void Note(const QString &place, const QString &change);
+    /// Finds and notes what one without a console has kept.
+    void TakeOver(const Report &kept);
     /// A number of the summary, in the order of the first calls; `what` is a plural such as "texts". Adds up.
     void Count(const QString &what, qsizetype number);
     /// What a line of text on the way says, such as "KELORA.FDB: built". Not told in JSON.
@@ -42,9 +46,10 @@ public:
     int Finish(const QString &verdict = {});
 
 private:
-    void AddLine(QList<std::pair<QString, QString>> &lines, const QString &place, const QString &text);
+    static void AddLine(QList<std::pair<QString, QString>> &lines, const QString &place, const QString &text);
+    void Print(const QString &line);
 
-    Console &m_console;
+    Console *m_console = nullptr;
     bool m_isQuiet = false;
     bool m_isJson = false;
     QList<std::pair<QString, QString>> m_findings;

@@ -1,61 +1,15 @@
 #include "lumivara-data/CanonExport.h"
 
 #include "common/Console.h"
-#include "common/Interrupt.h"
 #include "common/Report.h"
-#include "common/Tool.h"
 #include "lumivara-data/CanonRows.h"
+#include "lumivara-data/CanonTable.h"
+#include "lumivara-data/ExportFolder.h"
 #include "lumivara-data/MarksExport.h"
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-
-#include <filesystem>
-
-#ifdef Q_OS_LINUX
-#include <cstdio>
-#include <fcntl.h>
-#endif
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Tells an export from a folder of the user's own, which no export may replace.
-const QString Marker = u"made-by-lumivara-data.txt"_s;
-
-void RefuseForeign(const QString &path)
-{
-    const QFileInfo info(path);
-    if (!info.exists() && !info.isSymLink())
-        return;
-    if (info.isSymLink() || !info.isDir())
-        throw ToolError(u"%1: is no folder"_s.arg(path));
-    const QStringList entries =
-        QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-    if (!entries.isEmpty() && !entries.contains(Marker))
-        throw ToolError(u"%1: holds files and is no export"_s.arg(path));
-    const QStringList ours{Marker,          QString::fromUtf16(CanonTable::FileName), u"pages"_s, u"root"_s, u"html"_s,
-                           u"translation"_s};
-    for (const QString &entry : entries) {
-        if (!ours.contains(entry))
-            throw ToolError(u"%1: \"%2\" is not of an export; it would be lost"_s.arg(path, entry));
-    }
-}
-
-/// Lets two folders change names in one step where the system can.
-bool Exchange(const QString &a, const QString &b)
-{
-#if defined(Q_OS_LINUX) && defined(RENAME_EXCHANGE)
-    return ::renameat2(AT_FDCWD, QFile::encodeName(a).constData(), AT_FDCWD, QFile::encodeName(b).constData(),
-                       RENAME_EXCHANGE) == 0;
-#else
-    Q_UNUSED(a);
-    Q_UNUSED(b);
-    return false;
-#endif
-}
 
 constexpr const char16_t *PageNames[CanonText::Pages] = {u"pali", u"english", u"vietnamese", u"parallel"};
 
@@ -145,55 +99,6 @@ QHash<int, QString> GroupFolders(const QList<SourceGroup> &groups)
 }
 
 } // namespace
-
-ExportFolder::ExportFolder(const QString &target)
-    : m_target(QDir::cleanPath(QFileInfo(target).absoluteFilePath())), m_path(m_target + u".part"_s),
-      m_lock(m_path + u".lock"_s)
-{
-    NoteInterrupts();
-    const QString above = QFileInfo(m_target).absolutePath();
-    if (!QFileInfo(above).isDir())
-        throw ToolError(u"%1: there is no such folder"_s.arg(above));
-    m_lock.setStaleLockTime(0);
-    if (!m_lock.tryLock(0))
-        throw ToolError(m_lock.error() == QLockFile::LockFailedError
-                            ? u"%1: another process is writing this export"_s.arg(m_target)
-                            : u"%1: cannot be written"_s.arg(above));
-    RefuseForeign(m_target);
-    RefuseForeign(m_path);
-    QDir(m_path).removeRecursively();
-    Write(Marker, "An export of lumivara-data; the next one to this place replaces the whole folder.\n");
-}
-
-ExportFolder::~ExportFolder()
-{
-    QDir(m_path).removeRecursively();
-}
-
-void ExportFolder::Write(const QString &name, const QByteArray &bytes)
-{
-    const QString path = m_path + u'/' + name;
-    const QString folder = QFileInfo(path).path();
-    if (folder != m_lastFolder && !QDir().mkpath(folder))
-        throw ToolError(u"%1: cannot be made"_s.arg(folder));
-    m_lastFolder = folder;
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(bytes) != bytes.size())
-        throw ToolError(u"%1: %2"_s.arg(path, file.errorString()));
-}
-
-void ExportFolder::Finish()
-{
-    ThrowIfInterrupted();
-    if (QFileInfo::exists(m_target) && Exchange(m_path, m_target))
-        return;
-    // An older export goes away with what the destructor removes.
-    QDir(m_target).removeRecursively();
-    std::error_code error;
-    std::filesystem::rename(QFileInfo(m_path).filesystemFilePath(), QFileInfo(m_target).filesystemFilePath(), error);
-    if (error)
-        throw ToolError(u"%1: %2"_s.arg(m_target, QString::fromStdString(error.message())));
-}
 
 void WriteCanonFolder(CanonRows &rows, ExportFolder &folder, bool withSegments, Report &report, Console &console)
 {

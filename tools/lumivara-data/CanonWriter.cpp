@@ -27,8 +27,10 @@ const QStringList &CanonText::PageColumns()
     return columns;
 }
 
-CanonWriter::CanonWriter(const QString &target) : m_file(target)
+void CanonWriter::Open()
 {
+    if (m_texts)
+        return;
     constexpr int pageSize = 16384;
     m_data.Create(m_file.Path(), pageSize, false);
     m_data.RunSchema(u"canon"_s);
@@ -42,6 +44,7 @@ CanonWriter::CanonWriter(const QString &target) : m_file(target)
 
 void CanonWriter::Add(const SourceGroup &group)
 {
+    Open();
     m_groups->Append(
         {group.idVit, group.parent, OrNull(group.nameVietnamese), OrNull(group.namePali), OrNull(group.nameEnglish)});
     m_rows.groups.append({group.idVit, group.parent, group.nameVietnamese, group.namePali, group.nameEnglish});
@@ -49,6 +52,7 @@ void CanonWriter::Add(const SourceGroup &group)
 
 void CanonWriter::Add(const CanonText &text, bool isFinished)
 {
+    Open();
     QList<QVariant> values{text.idVit,
                            text.idVic,
                            text.number ? QVariant(*text.number) : QVariant(),
@@ -69,6 +73,7 @@ void CanonWriter::Add(const CanonText &text, bool isFinished)
 
 void CanonWriter::Finish(Report &report)
 {
+    Open();
     m_groups.reset();
     m_texts.reset();
     m_data.Finish(true);

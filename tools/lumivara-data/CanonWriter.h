@@ -30,7 +30,7 @@ struct CanonText
 class CanonWriter
 {
 public:
-    explicit CanonWriter(const QString &target);
+    explicit CanonWriter(const QString &target) : m_file(target) {}
 
     void Add(const SourceGroup &group);
     /// With `isFinished` the pages come from elsewhere as they are, and are looked at as a check does.
@@ -41,6 +41,9 @@ public:
     void Finish(Report &report);
 
 private:
+    /// Makes the engine's file, at the first row: a source may begin to read meanwhile.
+    void Open();
+
     FileInTheMaking m_file;
     DataFile m_data;
     std::optional<RowWriter> m_groups;

@@ -5,6 +5,7 @@
 #include "lumivara-data/CanonExport.h"
 #include "lumivara-data/CanonFile.h"
 #include "lumivara-data/CanonRows.h"
+#include "lumivara-data/ExportFolder.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>

@@ -417,6 +417,17 @@ private:
 
 } // namespace
 
+CleaningCounts &CleaningCounts::operator+=(const CleaningCounts &other)
+{
+    scripts += other.scripts;
+    handlers += other.handlers;
+    references += other.references;
+    frames += other.frames;
+    forms += other.forms;
+    refreshes += other.refreshes;
+    return *this;
+}
+
 void CleaningCounts::Tell(Report &report) const
 {
     const std::pair<QString, qsizetype> counts[] = {

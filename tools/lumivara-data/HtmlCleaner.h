@@ -14,6 +14,7 @@ struct CleaningCounts
     qsizetype forms = 0; ///< forms and what they are made of
     qsizetype refreshes = 0;
 
+    CleaningCounts &operator+=(const CleaningCounts &other);
     /// Adds what is not zero to a report's counts.
     void Tell(Report &report) const;
 };

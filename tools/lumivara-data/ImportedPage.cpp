@@ -68,8 +68,11 @@ QByteArray ImportedPage::Escaped(const QByteArray &text)
 
 QByteArray ImportedPage::Frame(const QByteArray &title, Language language, const QByteArray &body)
 {
-    return "<HTML>\r\n" + Head(title) + "<body lang=\"" + Code(language) + "\">\r\n" + body +
-           "\r\n</body>\r\n</HTML>\r\n";
+    const QByteArray start = "<HTML>\r\n" + Head(title) + "<body lang=\"" + Code(language) + "\">\r\n";
+    constexpr QByteArrayView end = "\r\n</body>\r\n</HTML>\r\n";
+    QByteArray page;
+    page.reserve(start.size() + body.size() + end.size());
+    return page.append(start).append(body).append(end);
 }
 
 QByteArray ImportedPage::FromHtml(const QByteArray &html, const QByteArray &title, Language language,

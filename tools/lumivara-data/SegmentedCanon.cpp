@@ -1,12 +1,11 @@
 #include "lumivara-data/SegmentedCanon.h"
 
 #include "common/Console.h"
+#include "common/InOrder.h"
 #include "common/Report.h"
 #include "common/Tool.h"
-#include "lumivara-data/ImportedPage.h"
 
 #include <algorithm>
-#include <future>
 #include <set>
 
 using namespace Qt::StringLiterals;
@@ -193,134 +192,53 @@ void SegmentedCanon::ShortenGroups()
     }
 }
 
-QHash<QString, int> SegmentedCanon::WriteGroups(CanonWriter &writer)
+QStringList SegmentedCanon::GroupPaths() const
 {
     std::set<QString, decltype(&GroupLess)> paths(&GroupLess);
     for (const auto &[id, files] : m_texts) {
         for (QString path = files.group; !path.isEmpty() && paths.insert(path).second;)
             path = path.section(u'/', 0, -2);
     }
-    QHash<QString, int> keys;
-    for (const QString &path : paths) {
-        const int key = int(keys.size()) + 1;
-        QString name = FittingName(path.section(u'/', -1), path, m_report);
-        if (name.isEmpty())
-            name = QString::number(key);
-        writer.Add(SourceGroup{key, keys.value(path.section(u'/', 0, -2), -1), name, name, name});
-        keys.insert(path, key);
-    }
-    return keys;
+    return {paths.cbegin(), paths.cend()};
 }
 
 void SegmentedCanon::WriteTo(CanonWriter &writer, Console &console)
 {
-    const QHash<QString, int> groups = WriteGroups(writer);
-    std::vector<std::map<QString, Files>::const_iterator> ordered;
+    const QStringList paths = GroupPaths();
+    QHash<QString, int> groups;
+    for (const QString &path : paths)
+        groups.insert(path, int(groups.size()) + 1);
+    std::vector<std::map<QString, SegmentedFiles>::const_iterator> ordered;
     for (auto text = m_texts.cbegin(); text != m_texts.cend(); ++text)
         ordered.push_back(text);
     std::sort(ordered.begin(), ordered.end(), [&](const auto &a, const auto &b) {
         const int left = groups[a->second.group], right = groups[b->second.group];
         return left != right ? left < right : NaturalLess(a->first, b->first);
     });
-    // The next text is read and composed while the engine stores this one; no two are composed at once.
+    InOrder<ComposedText> texts(
+        ordered.size(), [&](size_t at) { return ComposeSegmented(m_folder, ordered[at]->first, ordered[at]->second); },
+        [](const ComposedText &composed) { return size_t(composed.Bytes()); });
+    for (const QString &path : paths) {
+        const int key = groups[path];
+        QString name = FittingName(path.section(u'/', -1), path, m_report);
+        if (name.isEmpty())
+            name = QString::number(key);
+        writer.Add(SourceGroup{key, groups.value(path.section(u'/', 0, -2), -1), name, name, name});
+    }
+    CleaningCounts counts;
     int number = 0;
-    const auto compose = [&](size_t at) {
-        const auto &[id, files] = *ordered[at];
-        std::optional<CanonText> text = Compose(id, files, groups[files.group], number + 1);
-        number += text ? 1 : 0;
-        return text;
-    };
-    std::future<std::optional<CanonText>> next;
     for (size_t at = 0; at < ordered.size(); ++at) {
-        const std::optional<CanonText> text = at == 0 ? compose(at) : next.get();
-        if (at + 1 < ordered.size())
-            next = std::async(std::launch::async, compose, at + 1);
-        if (text)
-            writer.Add(*text, false);
+        ComposedText composed = texts.Take();
+        m_report.TakeOver(composed.told);
+        counts += composed.counts;
+        if (composed.text) {
+            composed.text->idVit = groups[ordered[at]->second.group];
+            composed.text->idVic = m_keys.For(ordered[at]->first);
+            composed.text->number = ++number;
+            writer.Add(*composed.text, false);
+        }
         console.Progress(u"texts"_s, qsizetype(at) + 1, qsizetype(ordered.size()));
     }
     console.EndProgress();
-    m_counts.Tell(m_report);
-}
-
-std::optional<std::vector<TextSegment>> SegmentedCanon::Read(const QString &file)
-{
-    if (file.isEmpty())
-        return std::nullopt;
-    const std::optional<QByteArray> json = m_folder.ReadText(file, m_report);
-    if (!json)
-        return std::nullopt;
-    try {
-        return ParseSegments(*json);
-    } catch (const SegmentFault &fault) {
-        m_report.Find(u"%1:%2"_s.arg(file).arg(fault.Line()), fault.Fault() + u"; not taken"_s);
-    }
-    return std::nullopt;
-}
-
-std::vector<AlignedSegment> SegmentedCanon::Align(const Files &files, bool &hasMarkup)
-{
-    Alignment alignment;
-    const auto tell = [this](const QString &file, const std::vector<QByteArray> &repeated) {
-        for (const QByteArray &id : repeated)
-            m_report.Find(file, u"the segment \"%1\" comes again; not taken"_s.arg(QString::fromUtf8(id)));
-    };
-    for (int column = 0; column < LanguageCount; ++column) {
-        const QString &file = files.text[size_t(column)];
-        std::vector<QByteArray> repeated;
-        if (const auto segments = Read(file))
-            alignment.AddText(column, *segments, repeated);
-        tell(file, repeated);
-    }
-    std::vector<QByteArray> repeated;
-    const auto markup = Read(files.markup);
-    hasMarkup = markup && !markup->empty();
-    if (markup)
-        alignment.AddMarkup(*markup, repeated);
-    tell(files.markup, repeated);
-    return alignment.Take();
-}
-
-std::optional<CanonText> SegmentedCanon::Compose(const QString &id, const Files &files, int group, int number)
-{
-    bool hasMarkup = false;
-    std::vector<AlignedSegment> segments = Align(files, hasMarkup);
-
-    std::array<QByteArray, LanguageCount> titles;
-    std::array<QString, LanguageCount> names;
-    for (int i = 0; i < LanguageCount; ++i) {
-        titles[size_t(i)] = SegmentedPage::Title(segments, Language(i));
-        names[size_t(i)] = FittingName(QString::fromUtf8(titles[size_t(i)]), files.text[size_t(i)], m_report);
-    }
-    for (AlignedSegment &segment : segments) {
-        for (QByteArray &words : segment.text)
-            words = ImportedPage::Escaped(words);
-    }
-    const auto named = [&](Language language) {
-        for (const Language other : {language, Language::Pali, Language::Vietnamese, Language::English}) {
-            if (const QString &name = names[size_t(other)]; !name.isEmpty())
-                return name;
-        }
-        return FittingName(id, id, m_report);
-    };
-    const auto single = [&](Language language) {
-        const QByteArray title =
-            titles[size_t(language)].isEmpty() ? named(language).toUtf8() : titles[size_t(language)];
-        return SegmentedPage::Single(segments, language, hasMarkup, title, m_counts);
-    };
-    CanonText text{group, m_keys.For(id), number, named(Language::Pali), named(Language::Vietnamese), {}, {}};
-    if (const QString &english = names[size_t(Language::English)]; !english.isEmpty())
-        text.nameEnglish = english;
-    text.pages[0] = single(Language::Pali);
-    text.pages[1] = single(Language::English);
-    text.pages[2] = single(Language::Vietnamese);
-    if (!text.pages[0].isNull()) {
-        const Language other = text.pages[2].isNull() ? Language::English : Language::Vietnamese;
-        text.pages[3] = SegmentedPage::Parallel(segments, other, (text.namePali + u" – "_s + named(other)).toUtf8());
-    }
-    if (text.pages[0].isNull() && text.pages[1].isNull() && text.pages[2].isNull()) {
-        m_report.Find(id, u"nothing is left of this text; not taken"_s);
-        return std::nullopt;
-    }
-    return text;
+    counts.Tell(m_report);
 }

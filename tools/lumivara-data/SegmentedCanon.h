@@ -1,11 +1,7 @@
 #pragma once
 
-#include "lumivara-data/CanonWriter.h"
-#include "lumivara-data/HtmlCleaner.h"
-#include "lumivara-data/SegmentedText.h"
-#include "lumivara-data/SourceFolder.h"
+#include "lumivara-data/SegmentedComposer.h"
 
-#include <array>
 #include <map>
 
 class Console;
@@ -23,15 +19,6 @@ public:
     void WriteTo(CanonWriter &writer, Console &console);
 
 private:
-    /// The files of one text, by their names in the folder. Empty where there is none.
-    struct Files
-    {
-        QString group; ///< folders below the language, parted by "/"
-        std::array<QString, LanguageCount> text;
-        std::array<QString, LanguageCount> author;
-        QString markup;
-    };
-
     void ListRoot();
     void ListTranslations();
     void ListMarkup();
@@ -39,31 +26,13 @@ private:
     void ShortenGroups();
     bool IsJson(const QString &file);
     int Rank(const QString &author) const;
-    QHash<QString, int> WriteGroups(CanonWriter &writer);
-    std::optional<std::vector<TextSegment>> Read(const QString &file);
-    std::vector<AlignedSegment> Align(const Files &files, bool &hasMarkup);
-    /// None if no page is left.
-    std::optional<CanonText> Compose(const QString &id, const Files &files, int group, int number);
+    /// Parents before their own.
+    QStringList GroupPaths() const;
 
     const SourceFolder &m_folder;
     QStringList m_authors;
     Report &m_report;
-    std::map<QString, Files> m_texts; ///< by id
+    std::map<QString, SegmentedFiles> m_texts; ///< by id
     std::map<QString, qsizetype> m_otherAuthors;
     TextKeys m_keys;
-    CleaningCounts m_counts;
 };
-
-/// Pages of aligned segments.
-namespace SegmentedPage {
-
-/// The first heading of the text in a language, else nothing.
-QByteArray Title(const std::vector<AlignedSegment> &segments, Language language);
-/// The page of one language, of texts that are escaped already; null if it has none of the text. Without mark-up
-/// segments of one part of the text make a paragraph.
-QByteArray Single(const std::vector<AlignedSegment> &segments, Language language, bool hasMarkup,
-                  const QByteArray &title, CleaningCounts &counts);
-/// Pāli and another language side by side, a row a segment, likewise; null unless both have some of the text.
-QByteArray Parallel(const std::vector<AlignedSegment> &segments, Language other, const QByteArray &title);
-
-} // namespace SegmentedPage

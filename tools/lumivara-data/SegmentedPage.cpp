@@ -1,5 +1,6 @@
+#include "lumivara-data/SegmentedPage.h"
+
 #include "lumivara-data/ImportedPage.h"
-#include "lumivara-data/SegmentedCanon.h"
 
 #include <algorithm>
 

@@ -22,7 +22,9 @@ public:
                 TextSegment segment;
                 segment.id = String(u"a segment id in quotes is expected"_s);
                 Expect(':', u"a colon is missing behind a segment id"_s);
-                segment.value = String(u"the value of \"%1\" is no text"_s.arg(QString::fromUtf8(segment.id.left(80))));
+                if (SkipBlanks() != '"' && m_at != m_end)
+                    Fail(u"the value of \"%1\" is no text"_s.arg(QString::fromUtf8(segment.id.left(80))));
+                segment.value = String({});
                 segments.push_back(std::move(segment));
             } while (Accept(','));
         }
