@@ -29,44 +29,6 @@ QList<QByteArray> Corpus(const std::string &name)
     return inputs;
 }
 
-/// What damage and malice do to a file: bits and bytes change, pieces go, come twice or come from another file, it is
-/// cut short, and counts are the largest and smallest there are.
-QByteArray Mutated(QByteArray bytes, const QList<QByteArray> &others, QRandomGenerator &random)
-{
-    const auto below = [&random](qsizetype limit) { return qsizetype(random.bounded(int(limit))); };
-    for (int changes = random.bounded(1, 6); changes > 0 && !bytes.isEmpty(); --changes) {
-        const qsizetype at = below(bytes.size());
-        const QByteArray &other = others[below(others.size())];
-        switch (random.bounded(8)) {
-        case 0:
-            bytes[at] = char(random.bounded(256));
-            break;
-        case 1:
-            bytes[at] = char(bytes[at] ^ (1 << random.bounded(8)));
-            break;
-        case 2:
-            bytes.insert(at, bytes.mid(below(bytes.size()), random.bounded(40)));
-            break;
-        case 3:
-            bytes.remove(at, random.bounded(1, 20));
-            break;
-        case 4:
-            bytes.truncate(at);
-            break;
-        case 5:
-            bytes.insert(at, other.isEmpty() ? QByteArray() : other.mid(below(other.size())));
-            break;
-        case 6:
-            bytes.replace(at, 4, QByteArray(4, random.bounded(2) ? '\xFF' : '\0'));
-            break;
-        default:
-            bytes.insert(at, bytes.mid(at, 8).repeated(random.bounded(200)));
-            break;
-        }
-    }
-    return bytes;
-}
-
 class FuzzedParsers : public testing::TestWithParam<std::string>
 {};
 

@@ -1,0 +1,17 @@
+#include "fuzz/ToolInput.h"
+
+#include "lumivara-data/WordLines.h"
+
+#include <QBuffer>
+
+FUZZ_TARGET(TabbedWords)
+{
+    REQUIRE(UnescapedEntry(EscapedEntry(input)) == input);
+    QBuffer device;
+    device.setData(input);
+    device.open(QIODevice::ReadOnly);
+    SilentReport silent;
+    StrictWords words;
+    EntryIntake intake(StrictWords::Kind, words, silent.report);
+    TakeTabbedWords(device, QStringLiteral("words.tsv"), intake, [] {});
+}
