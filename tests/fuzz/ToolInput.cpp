@@ -28,7 +28,7 @@ StarDictSample Sample()
 
 SilentReport::SilentReport()
 {
-    static const QCommandLineParser &json = [] -> QCommandLineParser & {
+    static const QCommandLineParser &json = []() -> QCommandLineParser & {
         static QCommandLineParser parser;
         Report::AddOptions(parser);
         parser.parse({QStringLiteral("fuzz"), QStringLiteral("--json")});
