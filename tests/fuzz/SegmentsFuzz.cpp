@@ -1,6 +1,7 @@
 #include "fuzz/ToolInput.h"
 
-#include "lumivara-data/SegmentedCanon.h"
+#include "lumivara-data/ImportedPage.h"
+#include "lumivara-data/SegmentedPage.h"
 #include "lumivara-data/SegmentedText.h"
 #include "lumivara-data/SourceFolder.h"
 
@@ -41,8 +42,12 @@ FUZZ_TARGET(Segments)
             REQUIRE(fault.Line() > 0 && !fault.Fault().isEmpty());
         }
     }
-    const std::vector<AlignedSegment> segments = alignment.Take();
+    std::vector<AlignedSegment> segments = alignment.Take();
     REQUIRE(segments.size() + repeated.size() >= given);
+    for (AlignedSegment &segment : segments) {
+        for (QByteArray &words : segment.text)
+            words = ImportedPage::Escaped(words);
+    }
     for (const bool hasMarkup : {true, false}) {
         CleaningCounts counts;
         const QByteArray title = SegmentedPage::Title(segments, Language::Pali);

@@ -77,7 +77,7 @@ void StrictWords::AddWord(int kind, const QString &word, int entry)
         const QByteArray key = DictionarySortKey(order, word);
         REQUIRE(key.size() <= 190);
         for (const char c : key)
-            REQUIRE(c > ' ' && c < '\x7F');
+            REQUIRE(c >= ' ' && c < '\x7F');
     }
 }
 

@@ -94,6 +94,9 @@ QList<CanonTableRow> ReadCsv(const QByteArray &bytes, const QString &fileName, R
     while (records.Next(record)) {
         CanonTableRow row;
         row.place = placeOf(record);
+        // Behind an open quote no row is sure.
+        if (record.isOpen)
+            throw ToolError(row.place + u": "_s + record.fault);
         if (!record.fault.isEmpty()) {
             report.Find(row.place, record.fault + u"; not taken"_s);
             continue;
