@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QProcess>
+#include <QStringDecoder>
 #include <QStringList>
 #include <QUrl>
 
@@ -192,7 +193,10 @@ AutostartEntry ReadAutostartFile(const QByteArray &bytes)
     entry.isExpandable = values.value(ExpandableKey) == True;
     if (values.value(HiddenKey) == True || values.value(EnabledKey) == False)
         return entry;
-    const QString exact = QUrl::fromPercentEncoding(UnescapedValue(values.value(CommandKey)).toLatin1());
+    // Every letter counts, a byte order mark in front included.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    const QString exact =
+        decoder.decode(QByteArray::fromPercentEncoding(UnescapedValue(values.value(CommandKey)).toLatin1()));
     const QString exec = UnescapedValue(values.value(ExecKey));
     // An Exec line that was changed since is what the desktop runs.
     entry.launcher = UnescapedValue(values.value(ConditionKey));

@@ -6,7 +6,6 @@
 
 #include <QBuffer>
 #include <QCommandLineParser>
-#include <QRandomGenerator>
 #include <QStringEncoder>
 
 #include <gmock/gmock.h>
@@ -123,34 +122,6 @@ TEST(MarksSource, Utf16IsConvertedAndHalfPairsAreTold)
                   (QStringList{u"f:3: the title is longer than 127 characters"_s, u"f:4: the text is not UTF-8"_s}))
             << qPrintable(reading.told.join(u'\n'));
     }
-}
-
-TEST(MarksSource, NoDamageCrashesOrHangs)
-{
-    const QByteArray csv = Header + Good + "6,1101,\"a \"\"b\"\"\",k,3,\"n\r\nm\",\"<p>\xC3\xA1</p>\r\n,\",\r\n" + Good;
-    const QByteArray markdown =
-        "# Một · Eka <!-- 6-1101 -->\n\n## \\#4\n\nCao · 2024\\-02\\-29 23:59 · k\n\n> \xC3\xA1  \n> b\n\n"
-        "note\n\n## t\n> c\n";
-    const QByteArray pieces[] = {"\"", "\"\"", "\r\n",     "\n",           "\xFF\xFE",          "\xEF\xBB\xBF",
-                                 "# ", "## ",  "\xF0\x9F", "<!-- 6-0 -->", QByteArray(1, '\0'), QByteArray(5000, '"')};
-    QRandomGenerator random(20);
-    const auto below = [&random](qsizetype end) { return qsizetype(random.bounded(quint32(end))); };
-    qsizetype taken = 0;
-    for (int round = 0; round < 10000; ++round) {
-        const bool isMarkdown = round % 2 == 0;
-        QByteArray bytes = isMarkdown ? markdown : csv;
-        for (auto changes = 1 + below(4); changes > 0; --changes) {
-            const QByteArray inserted[] = {pieces[below(std::ssize(pieces))], bytes.mid(below(bytes.size()), below(60)),
-                                           QByteArray(1, char(below(256)))};
-            bytes.replace(below(bytes.size()), below(2) * below(20), inserted[below(3)]);
-        }
-        bytes += ' ';
-        const Reading reading = Read(bytes, isMarkdown);
-        EXPECT_LE(reading.marks.size(), 10);
-        EXPECT_TRUE(!reading.marks.isEmpty() || !reading.told.isEmpty()) << "nothing is lost without a word";
-        taken += reading.marks.size();
-    }
-    EXPECT_GT(taken, 5000) << "most damages leave something to read";
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 #include "lumivara-data/Passage.h"
-#include "lumivara-data/Csv.h"
+#include "lumivara-data/CsvTable.h"
 #include "lumivara-data/PageWriter.h"
 #include "lumivara-data/Verbs.h"
 
@@ -120,7 +120,7 @@ TEST(PageWriterTest, PicturesAreStoredInsideThePageAndWhatIsMissingIsNamed)
 
 TEST(Csv, ReadsQuotesEmptyCellsAndLineEnds)
 {
-    const CsvTable table(u"A,B\r\n1,\"x, \"\"y\"\"\"\r\n2,\n"_s, u"t.csv"_s);
+    const CsvTable table("A,B\r\n1,\"x, \"\"y\"\"\"\r\n2,\n", u"t.csv"_s);
     ASSERT_EQ(table.RowCount(), 2);
     EXPECT_EQ(table.Text(0, u"B"_s), u"x, \"y\""_s);
     EXPECT_TRUE(table.Text(1, u"B"_s).isNull());
@@ -129,10 +129,10 @@ TEST(Csv, ReadsQuotesEmptyCellsAndLineEnds)
 
 TEST(Csv, FaultsNameFileAndLine)
 {
-    EXPECT_EQ(FailureOf([] { CsvTable(u"A,B\n1,2\n3\n"_s, u"t.csv"_s); }), "t.csv:3: 1 cells where 2 columns are");
-    EXPECT_EQ(FailureOf([] { CsvTable(u"A\n\"x\n"_s, u"t.csv"_s); }), "t.csv:2: a quote is not closed");
-    EXPECT_EQ(FailureOf([] { CsvTable(u"A\nx\n"_s, u"t.csv"_s).Number(0, u"A"_s); }), "t.csv:2: A is no number");
-    EXPECT_EQ(FailureOf([] { CsvTable(u"A\nx\n"_s, u"t.csv"_s).Text(0, u"C"_s); }), "t.csv: there is no column C");
+    EXPECT_EQ(FailureOf([] { CsvTable("A,B\n1,2\n3\n", u"t.csv"_s); }), "t.csv:3: 1 cells where 2 columns are");
+    EXPECT_EQ(FailureOf([] { CsvTable("A\n\"x\n", u"t.csv"_s); }), "t.csv:2: a quote is not closed");
+    EXPECT_EQ(FailureOf([] { CsvTable("A\nx\n", u"t.csv"_s).Number(0, u"A"_s); }), "t.csv:2: A is no number");
+    EXPECT_EQ(FailureOf([] { CsvTable("A\nx\n", u"t.csv"_s).Text(0, u"C"_s); }), "t.csv: there is no column C");
 }
 
 } // namespace

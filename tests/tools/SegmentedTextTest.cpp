@@ -1,16 +1,8 @@
 #include "lumivara-data/SegmentedText.h"
 
-#include "common/Console.h"
-#include "common/Report.h"
-#include "common/Tool.h"
-#include "lumivara-data/CanonTable.h"
 #include "lumivara-data/HtmlCleaner.h"
 
-#include <QCommandLineParser>
-
 #include <gmock/gmock.h>
-
-#include <random>
 
 using namespace Qt::StringLiterals;
 
@@ -103,116 +95,6 @@ TEST(HtmlCleaner, TakesOutWhatLeadsOutAndLeavesTheRest)
     for (const auto &row : rows) {
         CleaningCounts counts;
         EXPECT_EQ(CleanHtml(row.html, counts).html.toStdString(), row.cleaned.toStdString()) << row.html.constData();
-    }
-}
-
-/// Bytes changed, cut, doubled and mixed with pieces that parsers stumble over.
-class Mutations
-{
-public:
-    explicit Mutations(QList<QByteArray> pieces) : m_pieces(std::move(pieces)) {}
-    QByteArray Of(QByteArray bytes)
-    {
-        for (int changes = Number(6); changes >= 0; --changes) {
-            const int at = Number(int(bytes.size()) + 1), length = Number(20);
-            switch (Number(5)) {
-            case 0:
-                bytes.insert(at, m_pieces[Number(int(m_pieces.size()))]);
-                break;
-            case 1:
-                bytes.remove(at, length);
-                break;
-            case 2:
-                bytes.insert(at, bytes.mid(Number(int(bytes.size()) + 1), length));
-                break;
-            case 3:
-                bytes.insert(at, char(Number(256)));
-                break;
-            default:
-                bytes.truncate(bytes.size() - Number(4));
-            }
-        }
-        return bytes;
-    }
-
-private:
-    int Number(int below) { return int(m_random() % unsigned(below)); }
-    std::mt19937 m_random{20240229};
-    QList<QByteArray> m_pieces;
-};
-
-constexpr int MutationCount = 10000;
-
-TEST(Mutated, SegmentsAreReadOrRefused)
-{
-    Mutations mutations({"\"", "{", "}", "[[[[", "\\u", "\\ud800", ":", ",", "\\", "null", "1e999", "\n", "{}"});
-    const QByteArray text = "{\"k1:0.1\": \"Suttaṃ \\u1e6d\",\n\"k1:1.1\": \"a \\\"b\\\"\", \"k1:1.2\": \"<p>{}</p>\"}";
-    int readable = 0;
-    for (int i = 0; i < MutationCount; ++i) {
-        try {
-            const auto segments = ParseSegments(mutations.Of(text));
-            Alignment alignment;
-            std::vector<QByteArray> repeated;
-            alignment.AddText(0, segments, repeated);
-            EXPECT_EQ(alignment.Take().size() + repeated.size(), segments.size());
-            ++readable;
-        } catch (const SegmentFault &fault) {
-            EXPECT_GT(fault.Line(), 0);
-        }
-    }
-    EXPECT_GT(readable, MutationCount / 100);
-    EXPECT_LT(readable, MutationCount);
-}
-
-TEST(Mutated, TablesAreReadOrRefused)
-{
-    const QByteArray tables[] = {"kind,key,group,number,pali,page_pali\ngroup,1,-1,,\"Vaggo, \"\"a\"\"\",\n"
-                                 "text,20,1,1,Suttaṃ,a/b.html\n",
-                                 R"({"groups":[{"key":1,"pali":"Vaggo"}],"texts":[{"group":1,"page_pali":"a.md"}]})"};
-    Mutations mutations(
-        {"\"", "\"\"", ",", "\n", "\r", "group,", "99999999999", "[[[[", "{\"key\":", "null", "1e300", "}"});
-    Console console(u"test"_s);
-    QCommandLineParser quiet;
-    Report::AddOptions(quiet);
-    quiet.parse({u"test"_s, u"--quiet"_s});
-    for (int i = 0; i < MutationCount; ++i) {
-        Report report(console);
-        report.TakeOptions(quiet);
-        report.AddUntold(1000); // so that no finding is printed
-        const int form = i % 2;
-        try {
-            for (const CanonTableRow &row :
-                 CanonTable::Read(mutations.Of(tables[form]), form == 0 ? u"t.csv"_s : u"t.json"_s, report)) {
-                // What is written is read again as it was.
-                if (row.isFinished || row.pali.contains(QChar::ReplacementCharacter))
-                    continue;
-                const auto again = CanonTable::Read(CanonTable::Header() + CanonTable::Line(row), u"t.csv"_s, report);
-                EXPECT_EQ(again.size(), 1);
-                EXPECT_EQ(again.value(0).pali, row.pali);
-                EXPECT_EQ(again.value(0).key, row.key);
-            }
-        } catch (const ToolError &error) {
-            EXPECT_TRUE(error.Text().startsWith(u"t."_s)) << qPrintable(error.Text());
-        }
-    }
-}
-
-TEST(Mutated, CleanedPagesHaveNothingLeftToTakeOut)
-{
-    Mutations mutations({"<script>", "</script", "<!--",      "-->",     "<style>",  "</style>",   "\"",
-                         "'",        "=",        " onload=x", "<",       ">",        "/",          "url(",
-                         "@import",  "\\75",     "<svg>",     "<title>", "</title>", "<textarea>", "&#58;"});
-    const QByteArray page = "<html><head><style>p{background:url(a)}</style></head><body onload=\"a\"><p style='x:y'>"
-                            "<a href=\"javascript:x\">a</a><img src='http://x'><form><input></form></p></body></html>";
-    for (int i = 0; i < MutationCount; ++i) {
-        const QByteArray mutated = mutations.Of(page);
-        CleaningCounts first, second;
-        const QByteArray once = CleanHtml(mutated, first).html;
-        const QByteArray twice = CleanHtml(once, second).html;
-        EXPECT_EQ(second.scripts + second.handlers + second.references + second.frames + second.forms, 0)
-            << mutated.constData() << "\n"
-            << once.constData();
-        EXPECT_EQ(twice.size(), once.size()) << mutated.constData();
     }
 }
 

@@ -1,6 +1,6 @@
 #include "lumivara-data/CanonSource.h"
 
-#include "lumivara-data/Csv.h"
+#include "lumivara-data/CsvTable.h"
 #include "lumivara-data/PageFacts.h"
 #include "lumivara-data/PageWriter.h"
 #include "lumivara-data/Verbs.h"
@@ -25,7 +25,7 @@ QByteArray ReadFile(const QString &path)
 
 QList<SourceGroup> ReadGroups(const QString &path)
 {
-    const CsvTable table(ReadTextFile(path), path);
+    const CsvTable table(ReadFile(path), path);
     QList<SourceGroup> groups;
     for (qsizetype row = 0; row < table.RowCount(); ++row) {
         groups.append({table.Number(row, u"ID_VIT"_s), table.Number(row, u"P_ID_VIT"_s),
@@ -37,7 +37,7 @@ QList<SourceGroup> ReadGroups(const QString &path)
 
 QList<SourceText> ReadTexts(const QString &path)
 {
-    const CsvTable table(ReadTextFile(path), path);
+    const CsvTable table(ReadFile(path), path);
     QList<SourceText> texts;
     for (qsizetype row = 0; row < table.RowCount(); ++row) {
         texts.append({table.Number(row, u"NUMBER_VIC"_s), table.Number(row, u"ID_VIC"_s),

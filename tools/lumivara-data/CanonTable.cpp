@@ -2,7 +2,9 @@
 
 #include "common/Report.h"
 #include "common/Tool.h"
+#include "lumivara-data/CsvRecords.h"
 
+#include <QBuffer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -63,102 +65,46 @@ bool MakeRow(const Cells &cells, CanonTableRow &row, Report &report)
     return true;
 }
 
-/// Reads comma separated text, record by record.
-class CsvReader
-{
-public:
-    explicit CsvReader(const QByteArray &bytes) : m_at(bytes.constData()), m_end(m_at + bytes.size()) {}
-
-    bool AtEnd() const { return m_at == m_end; }
-    int Line() const { return m_line; }
-    /// False if a quote is not closed.
-    bool ReadRecord(QStringList &cells)
-    {
-        cells.clear();
-        m_recordHasEnded = false;
-        while (!m_recordHasEnded) {
-            if (!ReadCell(cells))
-                return false;
-        }
-        return true;
-    }
-
-private:
-    bool ReadCell(QStringList &cells)
-    {
-        QByteArray bytes;
-        bool wasQuoted = false;
-        while (m_at < m_end && *m_at != ',' && *m_at != '\n') {
-            if (*m_at == '"' && bytes.isEmpty() && !wasQuoted) {
-                wasQuoted = true;
-                if (!ReadQuoted(bytes))
-                    return false;
-            } else {
-                if (*m_at != '\r' || (m_at + 1 < m_end && m_at[1] != '\n'))
-                    bytes.append(*m_at);
-                ++m_at;
-            }
-        }
-        m_recordHasEnded = m_at == m_end || *m_at == '\n';
-        m_line += m_at < m_end && *m_at == '\n' ? 1 : 0;
-        m_at += m_at < m_end ? 1 : 0;
-        cells.append(bytes.isEmpty() ? (wasQuoted ? u""_s : QString()) : QString::fromUtf8(bytes));
-        return true;
-    }
-
-    bool ReadQuoted(QByteArray &bytes)
-    {
-        for (++m_at; m_at < m_end; ++m_at) {
-            if (*m_at == '"' && (m_at + 1 == m_end || m_at[1] != '"')) {
-                ++m_at;
-                return true;
-            }
-            m_at += *m_at == '"' ? 1 : 0;
-            m_line += *m_at == '\n' ? 1 : 0;
-            bytes.append(*m_at);
-        }
-        return false;
-    }
-
-    const char *m_at;
-    const char *m_end;
-    int m_line = 1;
-    bool m_recordHasEnded = false;
-};
-
 QList<CanonTableRow> ReadCsv(const QByteArray &bytes, const QString &fileName, Report &report)
 {
-    CsvReader reader(bytes);
-    QStringList cells;
+    QBuffer device;
+    device.setData(bytes);
+    device.open(QIODevice::ReadOnly);
+    TextLines lines(device, fileName);
+    CsvRecords records(lines);
+    const auto placeOf = [&](const CsvRecord &record) { return u"%1:%2"_s.arg(fileName).arg(record.line); };
+    CsvRecord record;
+    if (!records.Next(record))
+        throw ToolError(fileName + u": the file is empty"_s);
+    if (!record.fault.isEmpty())
+        throw ToolError(placeOf(record) + u": "_s + record.fault);
     QList<int> columns;
-    if (!reader.ReadRecord(cells))
-        throw ToolError(u"%1:1: a quote is not closed"_s.arg(fileName));
-    for (const QString &name : std::as_const(cells)) {
+    for (qsizetype i = 0; i < record.cells.size(); ++i) {
+        const QString name = record.Text(i);
         const int column = ColumnNamed(name.trimmed());
         if (column < 0)
-            report.Note(fileName + u":1"_s, u"the column \"%1\" means nothing here"_s.arg(name.left(40)));
+            report.Note(placeOf(record), u"the column \"%1\" means nothing here"_s.arg(name.left(40)));
         else if (columns.contains(column))
-            throw ToolError(u"%1:1: the column \"%2\" comes twice"_s.arg(fileName, name));
+            throw ToolError(u"%1: the column \"%2\" comes twice"_s.arg(placeOf(record), name));
         columns.append(column);
     }
     if (!columns.contains(Kind))
-        throw ToolError(u"%1:1: there is no column \"kind\""_s.arg(fileName));
+        throw ToolError(placeOf(record) + u": there is no column \"kind\""_s);
     QList<CanonTableRow> rows;
-    while (!reader.AtEnd()) {
+    while (records.Next(record)) {
         CanonTableRow row;
-        row.place = u"%1:%2"_s.arg(fileName).arg(reader.Line());
-        if (!reader.ReadRecord(cells))
-            throw ToolError(row.place + u": a quote is not closed"_s);
-        if (cells.size() == 1 && cells[0].isEmpty())
-            continue;
-        if (cells.size() != columns.size()) {
-            report.Find(row.place, u"%1 cells where %2 columns are; not taken"_s.arg(cells.size()).arg(columns.size()));
+        row.place = placeOf(record);
+        // Behind an open quote no row is sure.
+        if (record.isOpen)
+            throw ToolError(row.place + u": "_s + record.fault);
+        if (!record.fault.isEmpty()) {
+            report.Find(row.place, record.fault + u"; not taken"_s);
             continue;
         }
         Cells known;
-        for (qsizetype i = 0; i < cells.size(); ++i) {
+        for (qsizetype i = 0; i < record.cells.size(); ++i) {
             if (columns[i] >= 0)
-                known[columns[i]] = cells[i];
+                known[columns[i]] = record.Text(i);
         }
         if (MakeRow(known, row, report))
             rows.append(row);

@@ -2,6 +2,8 @@
 
 #include "common/Interrupt.h"
 
+#include <QStringDecoder>
+
 #include <algorithm>
 #include <utility>
 
@@ -76,7 +78,7 @@ private:
     }
     void EndCell()
     {
-        m_cells.append(m_cell);
+        m_cells.append(m_cell.isEmpty() && m_wasQuoted ? QByteArray("") : m_cell);
         m_cell.clear();
         m_wasQuoted = false;
     }
@@ -93,6 +95,15 @@ bool IsBlank(const QByteArray &line)
 }
 
 } // namespace
+
+QString CsvRecord::Text(qsizetype cell) const
+{
+    if (cells[cell].isEmpty())
+        return cells[cell].isNull() ? QString() : u""_s;
+    // A cell may begin with the character that files have for a byte order mark.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return decoder.decode(cells[cell]);
+}
 
 CsvRecords::Fault CsvRecords::Read(QByteArrayList &cells, QByteArrayList &taken)
 {
@@ -166,6 +177,7 @@ bool CsvRecords::Next(CsvRecord &record)
         if (record.fault.isEmpty()) {
             record.line = found.line;
             record.fault = TextOf(fault, found.cells.size());
+            record.isOpen = fault == Fault::OpenQuote;
         }
         // The damage may be that this record swallowed those behind it.
         m_lines.GiveBack(taken.sliced(1));

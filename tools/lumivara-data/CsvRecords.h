@@ -6,8 +6,12 @@
 struct CsvRecord
 {
     qsizetype line = 0;   ///< where it begins
-    QByteArrayList cells; ///< as bytes, without quotes
+    QByteArrayList cells; ///< as bytes, without quotes; null for an empty one that has none
     QString fault;        ///< why there are no cells; empty for a record
+    bool isOpen = false;  ///< the fault is a quote that is not closed
+
+    /// A cell with each of its characters, null for a null one.
+    QString Text(qsizetype cell) const;
 };
 
 /// The records one by one, each with the same number of cells. Cells may stand in double quotes, with a quote inside

@@ -117,7 +117,7 @@ CsvMarks::CsvMarks(QIODevice &device, const QString &fileName, Report &report)
 QString CsvMarks::Cell(const CsvRecord &record, const QString &column) const
 {
     const qsizetype index = m_columns.value(column, -1);
-    return index < 0 ? QString() : QString::fromUtf8(record.cells[index]);
+    return index < 0 ? QString() : record.Text(index);
 }
 
 QString CsvMarks::Take(const CsvRecord &record, ExportedMark &mark) const
@@ -148,6 +148,8 @@ QString CsvMarks::Take(const CsvRecord &record, ExportedMark &mark) const
     mark.keywords = Cell(record, u"KEYWORD_FOC"_s);
     mark.note = Cell(record, u"DESC_FOC"_s);
     mark.excerptHtml = Cell(record, u"TEXT_FOC"_s);
+    if (mark.excerptHtml.startsWith(ByteOrderMark))
+        mark.excerptHtml.remove(0, 1);
     if (mark.excerptHtml.isEmpty())
         mark.excerptHtml = FreshExcerpt(Cell(record, u"TEXT"_s));
     return {};

@@ -10,6 +10,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// No window has as many texts; a slip of the pen is told, not taken for as many that are missing.
+constexpr int HighestNumber = 99'999;
+
 QString LineOf(const QString &section, int number, const QString &text)
 {
     return u"%1\t%2\t%3\n"_s.arg(section).arg(number).arg(text);
@@ -33,7 +36,7 @@ NumberLedger NumberLedger::Read(const QString &path)
         const QString place = u"%1:%2"_s.arg(path).arg(index + 1);
         const QStringList cells = line.split(u'\t');
         const int number = cells.value(1).toInt();
-        if (cells.size() != 3 || number <= 0 || cells[0].isEmpty() || cells[2].isEmpty())
+        if (cells.size() != 3 || number <= 0 || number > HighestNumber || cells[0].isEmpty() || cells[2].isEmpty())
             throw ToolError(u"%1: not a section, a number and a text, parted by tabs"_s.arg(place));
         ledger.Take(cells[0], number, cells[2], place);
     }

@@ -1,6 +1,6 @@
 #include "common/Console.h"
 #include "common/Tool.h"
-#include "lumivara-data/Csv.h"
+#include "lumivara-data/CsvTable.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -32,7 +32,7 @@ int main(int argc, char **argv)
         QFile source(arguments[1]);
         if (!source.open(QIODevice::ReadOnly))
             throw ToolError(u"%1: %2"_s.arg(arguments[1], source.errorString()));
-        const CsvTable texts(QString::fromUtf8(source.readAll()), arguments[1]);
+        const CsvTable texts(source.readAll(), arguments[1]);
         QString rows;
         for (qsizetype row = 0; row < texts.RowCount(); ++row) {
             rows += u"{%1, %2, %3},\n"_s.arg(QString::number(texts.Number(row, u"ID_VIC"_s)),

@@ -1,0 +1,57 @@
+#include "fuzz/ToolInput.h"
+
+#include "lumivara-data/ImportedPage.h"
+#include "lumivara-data/SegmentedPage.h"
+#include "lumivara-data/SegmentedText.h"
+#include "lumivara-data/SourceFolder.h"
+
+namespace {
+
+/// A page is closed by itself.
+void CheckPage(const QByteArray &page)
+{
+    if (page.isNull())
+        return;
+    REQUIRE(page.isValidUtf8() && page.contains("charset=utf-8"));
+    CleaningCounts counts;
+    CleanHtml(page, counts);
+    REQUIRE(counts.scripts + counts.handlers + counts.references + counts.frames + counts.forms == 0);
+}
+
+} // namespace
+
+FUZZ_TARGET(Segments)
+{
+    const QList<QByteArray> files = FuzzedFiles(input, 3);
+    SilentReport silent;
+    Alignment alignment;
+    std::vector<QByteArray> repeated;
+    size_t given = 0;
+    for (int i = 0; i < 3; ++i) {
+        const auto text = TextAsUtf8(files[i], QStringLiteral("text.json"), silent.report);
+        if (!text)
+            continue;
+        try {
+            const std::vector<TextSegment> segments = ParseSegments(*text);
+            given = std::max(given, segments.size());
+            if (i == 2)
+                alignment.AddMarkup(segments, repeated);
+            else
+                alignment.AddText(i, segments, repeated);
+        } catch (const SegmentFault &fault) {
+            REQUIRE(fault.Line() > 0 && !fault.Fault().isEmpty());
+        }
+    }
+    std::vector<AlignedSegment> segments = alignment.Take();
+    REQUIRE(segments.size() + repeated.size() >= given);
+    for (AlignedSegment &segment : segments) {
+        for (QByteArray &words : segment.text)
+            words = ImportedPage::Escaped(words);
+    }
+    for (const bool hasMarkup : {true, false}) {
+        CleaningCounts counts;
+        const QByteArray title = SegmentedPage::Title(segments, Language::Pali);
+        CheckPage(SegmentedPage::Single(segments, Language::Pali, hasMarkup, title, counts));
+        CheckPage(SegmentedPage::Parallel(segments, Language::Vietnamese, title));
+    }
+}

@@ -1,0 +1,6 @@
+#include "fuzz/ToolInput.h"
+
+FUZZ_TARGET(StarDictIndex)
+{
+    ImportStarDict(".idx", input);
+}

@@ -1,0 +1,6 @@
+#include "fuzz/ToolInput.h"
+
+FUZZ_TARGET(StarDictTexts)
+{
+    ImportStarDict(".dict.dz", input);
+}

@@ -1,0 +1,19 @@
+#include "fuzz/ToolInput.h"
+
+#include "lumivara-data/WordLines.h"
+
+#include <QBuffer>
+
+FUZZ_TARGET(TabbedWords)
+{
+    QByteArray line;
+    AppendEscapedEntry(line, input);
+    REQUIRE(UnescapedEntry(line) == input);
+    QBuffer device;
+    device.setData(input);
+    device.open(QIODevice::ReadOnly);
+    SilentReport silent;
+    StrictWords words;
+    EntryIntake intake(StrictWords::Kind, words, silent.report);
+    TakeTabbedWords(device, QStringLiteral("words.tsv"), intake, [] {});
+}

@@ -1,0 +1,96 @@
+#include "fuzz/ToolInput.h"
+
+#include "lumivara-data/DictionaryOrder.h"
+#include "lumivara-data/StarDict.h"
+#include "tools/StarDictSample.h"
+
+#include <QCommandLineParser>
+#include <QFile>
+#include <QSet>
+#include <QTemporaryDir>
+
+namespace {
+
+StarDictSample Sample()
+{
+    return {.words = {{"abandon", "m@abandon /x/\n* verb\n- leave+go", -1, -1},
+                      {"dhamma", QByteArray("tə\0h<p>a <b>law</b><ul><li>x &amp; y</ul>", 42), -1, -1},
+                      {"gāma", "x<k>gāma</k>\n<ex>a</ex>", -1, -1},
+                      {"Gotama", QByteArray("W\0\0\0\2abg<i>name</i>", 19), -1, -1}},
+            .forms = {{"abandons", 0}, {"dhammo", 1}, {"gāmo", 2}},
+            .types = "",
+            .packing = StarDictSample::Packing::Chunks,
+            .chunkSize = 32,
+            .offsetBits = 64};
+}
+
+} // namespace
+
+SilentReport::SilentReport()
+{
+    static const QCommandLineParser &json = []() -> QCommandLineParser & {
+        static QCommandLineParser parser;
+        Report::AddOptions(parser);
+        parser.parse({QStringLiteral("fuzz"), QStringLiteral("--json")});
+        return parser;
+    }();
+    report.TakeOptions(json);
+}
+
+QString ScratchPath(const QString &name)
+{
+    static const QTemporaryDir folder;
+    return folder.filePath(name);
+}
+
+QString ScratchFileWith(const QString &name, const QByteArray &bytes)
+{
+    QFile file(ScratchPath(name));
+    REQUIRE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    return file.fileName();
+}
+
+QList<QByteArray> FuzzedFiles(const QByteArray &input, qsizetype count)
+{
+    static const QByteArray parting = "\n====\n";
+    QList<QByteArray> files;
+    qsizetype from = 0;
+    while (files.size() < count) {
+        const qsizetype end = files.size() + 1 < count ? input.indexOf(parting, from) : -1;
+        files.append(input.mid(from, end < 0 ? -1 : end - from));
+        from = end < 0 ? input.size() : end + parting.size();
+    }
+    return files;
+}
+
+int StrictWords::AddEntry(const QByteArray &content)
+{
+    REQUIRE(!content.trimmed().isEmpty() && content.size() <= 1 << 20 && content.isValidUtf8());
+    return ++m_entries;
+}
+
+void StrictWords::AddWord(int kind, const QString &word, int entry)
+{
+    REQUIRE(kind == Kind && entry >= 1 && entry <= m_entries);
+    REQUIRE(!word.isEmpty() && word.size() <= 63 && word == word.trimmed());
+    for (int order = 1; order <= 8; ++order) {
+        const QByteArray key = DictionarySortKey(order, word);
+        REQUIRE(key.size() <= 190);
+        for (const char c : key)
+            REQUIRE(c >= ' ' && c < '\x7F');
+    }
+}
+
+void ImportStarDict(const char *ending, const QByteArray &input)
+{
+    const QString name = QStringLiteral("words") + QLatin1StringView(ending), path = ScratchPath(name);
+    if (static QSet<QString> made; !made.contains(name)) {
+        Sample().Write(path);
+        made.insert(name);
+    }
+    ScratchFileWith(name + QLatin1StringView(ending), input);
+    SilentReport silent;
+    StrictWords words;
+    EntryIntake intake(StrictWords::Kind, words, silent.report);
+    ReadOrRefuse(path, [&] { StarDict(path + QStringLiteral(".ifo"), silent.report).TakeAll(intake, silent.console); });
+}

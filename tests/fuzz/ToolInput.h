@@ -1,0 +1,56 @@
+#pragma once
+
+#include "fuzz/Fuzz.h"
+
+#include "common/Console.h"
+#include "common/Report.h"
+#include "common/Tool.h"
+#include "lumivara-data/EntryIntake.h"
+
+#include <QList>
+
+/// What the parsers of the tools want beside their bytes.
+
+/// A report that prints nothing.
+struct SilentReport
+{
+    SilentReport();
+
+    Console console{QStringLiteral("fuzz")};
+    Report report{console};
+};
+
+/// A folder of this process alone; it goes when the process ends.
+QString ScratchPath(const QString &name);
+/// The same, with the bytes in it.
+QString ScratchFileWith(const QString &name, const QByteArray &bytes);
+
+/// An input as several files, parted by lines "===="; those that are missing are empty.
+QList<QByteArray> FuzzedFiles(const QByteArray &input, qsizetype count);
+
+/// A fault in a source ends as an error that begins with the source's name, and in no other way.
+template <typename Parse>
+void ReadOrRefuse(const QString &source, const Parse &parse)
+{
+    try {
+        parse();
+    } catch (const ToolError &error) {
+        REQUIRE(error.Text().startsWith(source));
+    }
+}
+
+/// Holds a reader of words to what a dictionary may get.
+class StrictWords : public WordStore
+{
+public:
+    static constexpr int Kind = 5;
+
+    int AddEntry(const QByteArray &content) override;
+    void AddWord(int kind, const QString &word, int entry) override;
+
+private:
+    int m_entries = 0;
+};
+
+/// Imports a small dictionary in the StarDict form, of whose sound files the one of that ending is the input.
+void ImportStarDict(const char *ending, const QByteArray &input);
