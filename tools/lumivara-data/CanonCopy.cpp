@@ -5,6 +5,7 @@
 #include "common/Tool.h"
 #include "lumivara-data/CanonFile.h"
 #include "lumivara-data/DataFile.h"
+#include "lumivara-data/PageFacts.h"
 #include "lumivara-data/UnfinishedFile.h"
 #include "stores/FIBDataSet.h"
 #include "stores/Statement.h"
@@ -254,16 +255,13 @@ std::optional<CheckedCanon> CopyCanon(const QString &source, const QString &targ
 
 QByteArray WithCharset(const QByteArray &page)
 {
-    static const QRegularExpression declared(u"(<meta\\b[^>]*\\bcharset\\s*=\\s*[\"']?\\s*)[\\w:.-]+"_s,
-                                             QRegularExpression::CaseInsensitiveOption);
     static const QRegularExpression start(u"<head\\b[^>]*>|<html\\b[^>]*>|<!doctype[^>]*>"_s,
                                           QRegularExpression::CaseInsensitiveOption);
     constexpr qsizetype searchedBytes = 65536;
     // One byte a character keeps the places.
     const QString begin = QString::fromLatin1(page.left(searchedBytes));
-    if (const auto match = declared.match(begin); match.hasMatch()) {
-        return page.left(match.capturedEnd(1)) + "utf-8" + page.mid(match.capturedEnd());
-    }
+    if (const auto match = DeclaredCharset().match(begin); match.hasMatch())
+        return page.left(match.capturedStart(1)) + "utf-8" + page.mid(match.capturedEnd(1));
     qsizetype place = 0;
     for (auto matches = start.globalMatch(begin); matches.hasNext();) {
         const auto match = matches.next();

@@ -331,7 +331,8 @@ private:
         for (const Attribute &attribute : attributes) {
             if (attribute.name == "http-equiv" && attribute.value.trimmed().toLower() == "refresh")
                 ++m_counts.refreshes;
-            if (attribute.name == "charset" || attribute.name == "http-equiv")
+            // Readers of few words look for a charset anywhere in the tag.
+            if (attribute.name == "http-equiv" || attribute.source.toByteArray().toLower().contains("charset"))
                 return false;
         }
         return true;

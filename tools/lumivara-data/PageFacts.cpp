@@ -1,7 +1,4 @@
 #include "lumivara-data/PageFacts.h"
-
-#include <QRegularExpression>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -44,18 +41,24 @@ qsizetype FirstBadUtf8Byte(const QByteArray &bytes)
     return -1;
 }
 
+const QRegularExpression &DeclaredCharset()
+{
+    static const QRegularExpression charset(u"<meta[\\s/][^>]*\\bcharset\\s*=\\s*[\"']?\\s*([\\w:.-]+)"_s,
+                                            QRegularExpression::CaseInsensitiveOption);
+    return charset;
+}
+
 PageFacts InspectPage(const QByteArray &page)
 {
     // Engines look for the declaration in the first kilobyte; word processors put long headers before it.
     constexpr qsizetype searchedBytes = 65536;
-    static const QRegularExpression charset(u"<meta\\b[^>]*\\bcharset\\s*=\\s*[\"']?\\s*([\\w:.-]+)"_s,
-                                            QRegularExpression::CaseInsensitiveOption);
     PageFacts facts;
     facts.byteCount = page.size();
     facts.firstBadByte = FirstBadUtf8Byte(page);
     if (page.startsWith("\xEF\xBB\xBF"))
         facts.charset = QByteArrayLiteral("utf-8");
     else
-        facts.charset = charset.match(QString::fromLatin1(page.left(searchedBytes))).captured(1).toLower().toLatin1();
+        facts.charset =
+            DeclaredCharset().match(QString::fromLatin1(page.left(searchedBytes))).captured(1).toLower().toLatin1();
     return facts;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QRegularExpression>
 
 /// What a check needs to know of a stored page, so that the pages themselves need not be kept.
 struct PageFacts
@@ -12,6 +13,8 @@ struct PageFacts
     QByteArray charset;
 };
 
+/// The declaration of a charset in a meta element; the charset itself is the first capture.
+const QRegularExpression &DeclaredCharset();
 PageFacts InspectPage(const QByteArray &page);
 
 /// Offset of the first byte that does not belong to well-formed UTF-8 (no overlong forms, no surrogates, nothing above
