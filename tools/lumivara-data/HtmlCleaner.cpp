@@ -94,11 +94,12 @@ bool CssStaysInside(const QByteArray &css)
     return true;
 }
 
-/// The same of an attribute's value. Other references to characters than those to quotes could hide an address.
+/// The same of an attribute's value. Other references to characters than those to quotes could hide an address, and
+/// "<" is written as one.
 bool StyleStaysInside(QByteArray style)
 {
     style.replace("&quot;", "\"");
-    return !style.contains('&') && CssStaysInside(style);
+    return !style.contains('&') && !style.contains('<') && CssStaysInside(style);
 }
 
 /// A style sheet with its plain references taken out; empty where that is not enough.
@@ -137,8 +138,8 @@ bool IsLink(const QByteArray &value)
             continue;
         if (c == '/' || c == '?' || c == '#')
             return true;
-        // A reference to a character could hide the colon.
-        if (c == '&')
+        // A reference to a character could hide the colon, and "<" is written as one.
+        if (c == '&' || c == '<')
             return false;
         if (c == ':')
             return scheme == "http" || scheme == "https" || scheme == "mailto" || scheme == "ftp";
@@ -188,7 +189,7 @@ private:
         } else if (Peek(1) == '!' || Peek(1) == '?' || (Peek(1) == '/' && !IsLetter(Peek(2)) && m_end - m_at > 2)) {
             const QByteArrayView declaration = UpTo('>');
             if (declaration.first(qMin<qsizetype>(declaration.size(), 9)).toByteArray().toLower() == "<!doctype")
-                m_out.html.append(declaration);
+                AppendTag(declaration);
         } else if (Peek(1) == '/' && IsLetter(Peek(2))) {
             ReadEndTag();
         } else if (IsLetter(Peek(1))) {
@@ -276,9 +277,9 @@ private:
         if (!isWhole || IsDropped(name))
             return;
         if (attributes.empty())
-            m_out.html.append(start, m_at - start);
+            AppendTag({start, m_at - start});
         else
-            m_out.html.append("</" + name + '>');
+            AppendTag("</" + name + '>');
     }
 
     static bool IsDropped(const QByteArray &name)
@@ -370,14 +371,24 @@ private:
                 kept.push_back(&attribute);
         }
         if (kept.size() == attributes.size()) {
-            m_out.html.append(source);
+            AppendTag(source);
             return;
         }
-        m_out.html.append('<' + name);
+        QByteArray tag = '<' + name;
         for (const Attribute *attribute : kept)
-            m_out.html.append(' ').append(attribute->source);
+            tag.append(' ').append(attribute->source);
         // Behind a bare value the slash would belong to that.
-        m_out.html.append(source.endsWith("/>") && m_out.html.endsWith('"') ? "/>" : ">");
+        AppendTag(tag.append(source.endsWith("/>") && tag.endsWith('"') ? "/>" : ">"));
+    }
+
+    /// A reader of few words, such as one that looks for the charset, takes each "<" for a tag's begin: inside of one
+    /// it is written as a reference.
+    void AppendTag(QByteArrayView tag)
+    {
+        if (tag.lastIndexOf('<') > 0)
+            m_out.html.append('<').append(tag.sliced(1).toByteArray().replace('<', "&lt;"));
+        else
+            m_out.html.append(tag);
     }
 
     /// What stands between a tag and its end tag, which stays to be read.

@@ -13,9 +13,10 @@ class RecordSorter
 {
 public:
     static constexpr qsizetype LongestRecord = 65535;
+    static constexpr qsizetype UsualMemory = 48 << 20;
 
     /// `memory` in bytes is what the records take until they go to the disk.
-    explicit RecordSorter(qsizetype memory = 48 << 20);
+    explicit RecordSorter(qsizetype memory = UsualMemory);
     ~RecordSorter();
     Q_DISABLE_COPY_MOVE(RecordSorter)
 

@@ -161,8 +161,8 @@ class TextReader
 public:
     using Form = std::function<QByteArray(const QByteArray &word, const QByteArray &text)>;
 
-    TextReader(RecordSorter &words, DictTexts &texts, const QString &fileName, Form form)
-        : m_words(words), m_texts(texts), m_fileName(fileName), m_form(std::move(form))
+    TextReader(RecordSorter &words, DictTexts &texts, const QString &indexPath, Form form)
+        : m_words(words), m_texts(texts), m_indexPath(indexPath), m_form(std::move(form))
     {}
 
     /// The next words, some megabyte of texts at most; none at the end.
@@ -193,7 +193,7 @@ private:
         m_total += record.size;
         if (m_total > MostTimesTheTexts * m_texts.Size() + DictionaryWriter::LongestEntry)
             throw ToolError(u"%1: the entries have more than %2 times the bytes of all texts"_s.arg(
-                SourcePlace{m_fileName, static_cast<qsizetype>(record.number) + 1}.Text(),
+                SourcePlace{m_indexPath, static_cast<qsizetype>(record.number) + 1}.Text(),
                 QString::number(MostTimesTheTexts)));
         word.overlaps = record.offset < m_reached;
         if (m_texts.Read(record.offset, record.size, m_text, word.fault))
@@ -206,7 +206,7 @@ private:
 
     RecordSorter &m_words;
     DictTexts &m_texts;
-    QString m_fileName;
+    QString m_indexPath;
     Form m_form;
     QByteArray m_text;
     bool m_isFirst = true;
@@ -347,7 +347,7 @@ void StarDict::TakeWords(RecordSorter &words, DictTexts &texts, EntryIntake &int
 {
     const QString fileName = FileName(m_base + u".idx"_s);
     words.Sort();
-    TextReader reader(words, texts, fileName, [this](const QByteArray &word, const QByteArray &text) {
+    TextReader reader(words, texts, m_base + u".idx"_s, [this](const QByteArray &word, const QByteArray &text) {
         return m_isMarkedUp ? text : EntryOf(word, text);
     });
     const auto next = [&reader] { return std::async(std::launch::async, [&reader] { return reader.Next(); }); };
@@ -488,7 +488,9 @@ void StarDict::TellSkipped()
 
 void StarDict::TakeAll(EntryIntake &intake, Console &console)
 {
-    RecordSorter words;
+    // A record takes less than four times its bytes in the index, so that what fits is sorted without the disk.
+    constexpr quint64 least = 1 << 16;
+    RecordSorter words(static_cast<qsizetype>(std::clamp<quint64>(4 * m_indexSize, least, RecordSorter::UsualMemory)));
     const quint64 end = ReadIndex(words, console);
     QString path = Beside(u".dict"_s);
     if (path.isEmpty())
