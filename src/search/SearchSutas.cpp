@@ -264,8 +264,9 @@ void TfrmSearchSutas::dsSearchResultDataChange()
 {
     if (vIsLoadData)
         return;
-    const QString idVic = u"ID_VIC"_s;
-    frmMain->qryTreeSutas.Locate(idVic, mdSearchResult.FieldByName(idVic).Value());
+    // A list without a row has no key, and a tree may have rows without one.
+    if (const QString idVic = u"ID_VIC"_s; mdSearchResult.RecordCount() > 0)
+        frmMain->qryTreeSutas.Locate(idVic, mdSearchResult.FieldByName(idVic).Value());
     ColourPage();
 }
 
