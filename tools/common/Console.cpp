@@ -2,7 +2,6 @@
 
 #include "common/Interrupt.h"
 
-#include <QMutexLocker>
 #include <QtGlobal>
 
 #include <cstdio>
@@ -47,14 +46,12 @@ QString TimeLeft(qint64 elapsedMilliseconds, qsizetype done, qsizetype total)
 
 void Console::Print(const QString &text)
 {
-    const QMutexLocker locked(&m_lock);
     EndProgress();
     Write(stdout, text);
 }
 
 void Console::PrintError(const QString &text)
 {
-    const QMutexLocker locked(&m_lock);
     EndProgress();
     Write(stderr, text);
 }
@@ -69,7 +66,6 @@ void Console::Progress(const QString &work, qsizetype done, qsizetype total, con
     ThrowIfInterrupted();
     if (!m_showsProgress)
         return;
-    const QMutexLocker locked(&m_lock);
     const bool isNew = m_work != work;
     if (isNew) {
         EndProgress();
@@ -93,7 +89,6 @@ void Console::Progress(const QString &work, qsizetype done, qsizetype total, con
 
 void Console::EndProgress()
 {
-    const QMutexLocker locked(&m_lock);
     if (!m_work.isEmpty() && ErrorsGoToATerminal())
         Write(stderr, u"\n"_s);
     m_work.clear();

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <QElapsedTimer>
-#include <QRecursiveMutex>
 #include <QString>
 
 /// A tool's standard output and error streams, in UTF-8 whatever the locale. Results go to the output, messages and
-/// progress to the error stream. Threads may share one.
+/// progress to the error stream.
 class Console
 {
 public:
@@ -28,7 +27,6 @@ public:
 
 private:
     QString m_tool;
-    QRecursiveMutex m_lock; ///< over what follows, and the streams
     QString m_work;
     bool m_showsProgress = true;
     QElapsedTimer m_sinceStart; ///< of the work
