@@ -4,19 +4,17 @@
 
 #include <QBuffer>
 
-#include <algorithm>
-
 namespace {
 
-/// True if lines that are not empty follow the one of the column names.
-bool HasRecords(const QByteArray &table)
+/// True if anything follows the column names.
+bool HasRecords(QByteArray table)
 {
-    if (table.startsWith("\xFF\xFE") || table.startsWith("\xFE\xFF"))
-        return false; // here line ends are not the bytes of line ends
-    const QByteArrayList lines = table.split('\n');
-    return !lines.first().contains('"') && std::any_of(lines.cbegin() + 1, lines.cend(), [](const QByteArray &line) {
-        return !line.trimmed().isEmpty();
-    }) && !lines.first().trimmed().isEmpty();
+    QBuffer device(&table);
+    device.open(QIODevice::ReadOnly);
+    TextLines lines(device, QStringLiteral("marks.csv"));
+    CsvRecords records(lines);
+    CsvRecord record;
+    return records.Next(record) && records.Next(record);
 }
 
 QList<ExportedMark> MarksOf(QByteArray table)

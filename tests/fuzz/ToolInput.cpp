@@ -4,7 +4,6 @@
 #include "lumivara-data/StarDict.h"
 #include "tools/StarDictSample.h"
 
-#include <QCommandLineParser>
 #include <QFile>
 #include <QSet>
 #include <QTemporaryDir>
@@ -25,17 +24,6 @@ StarDictSample Sample()
 }
 
 } // namespace
-
-SilentReport::SilentReport()
-{
-    static const QCommandLineParser &json = []() -> QCommandLineParser & {
-        static QCommandLineParser parser;
-        Report::AddOptions(parser);
-        parser.parse({QStringLiteral("fuzz"), QStringLiteral("--json")});
-        return parser;
-    }();
-    report.TakeOptions(json);
-}
 
 QString ScratchPath(const QString &name)
 {

@@ -11,13 +11,13 @@
 
 /// What the parsers of the tools want beside their bytes.
 
-/// A report that prints nothing.
+/// A report that prints nothing, and the console of a work that shows no progress.
 struct SilentReport
 {
-    SilentReport();
+    SilentReport() { console.SetShowsProgress(false); }
 
     Console console{QStringLiteral("fuzz")};
-    Report report{console};
+    Report report;
 };
 
 /// A folder of this process alone; it goes when the process ends.

@@ -177,8 +177,8 @@ bool CsvRecords::Next(CsvRecord &record)
         if (record.fault.isEmpty()) {
             record.line = found.line;
             record.fault = TextOf(fault, found.cells.size());
-            record.isOpen = fault == Fault::OpenQuote;
         }
+        record.isOpen |= fault == Fault::OpenQuote;
         // The damage may be that this record swallowed those behind it.
         m_lines.GiveBack(taken.sliced(1));
         lastLost = m_lines.Number();

@@ -8,7 +8,7 @@ struct CsvRecord
     qsizetype line = 0;   ///< where it begins
     QByteArrayList cells; ///< as bytes, without quotes; null for an empty one that has none
     QString fault;        ///< why there are no cells; empty for a record
-    bool isOpen = false;  ///< the fault is a quote that is not closed
+    bool isOpen = false;  ///< a quote that is never closed is among the faults
 
     /// A cell with each of its characters, null for a null one.
     QString Text(qsizetype cell) const;
