@@ -15,7 +15,7 @@ template <typename Thing>
 class InOrder
 {
 public:
-    /// `make` is called with 0 to `count` - 1, by several threads at once.
+    /// `make` is called with 0 to `count` - 1, by several threads at once; `bytesOf` is asked about each thing once.
     InOrder(size_t count, std::function<Thing(size_t)> make, std::function<size_t(const Thing &)> bytesOf)
         : m_count(count), m_make(std::move(make)), m_bytesOf(std::move(bytesOf))
     {
@@ -53,6 +53,7 @@ public:
     }
 
 private:
+    /// The one who takes has work of its own, and common machines have few cores.
     static constexpr int Threads = 2;
     static constexpr size_t MostBytes = 16 * 1024 * 1024;
 

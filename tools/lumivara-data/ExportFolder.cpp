@@ -70,6 +70,7 @@ ExportFolder::ExportFolder(const QString &target)
         throw ToolError(m_lock.error() == QLockFile::LockFailedError
                             ? u"%1: another process is writing this export"_s.arg(m_target)
                             : u"%1: cannot be written"_s.arg(above));
+    // File systems make the files of one folder one after the other: more threads would wait.
     m_writers.setMaxThreadCount(2);
     RefuseForeign(m_target);
     RefuseForeign(m_path);

@@ -19,8 +19,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QChar ByteOrderMark(0xFEFF);
-
 /// What two marks must share to be one. A Markdown document shows texts without their mark-up and spacing, so by
 /// these it can only be compared.
 QByteArray Identity(const ExportedMark &mark, bool asShown)
@@ -31,7 +29,7 @@ QByteArray Identity(const ExportedMark &mark, bool asShown)
             line = line.trimmed();
         return asShown ? shown.join(u'\n').trimmed() : text;
     };
-    const QString title = QString(mark.title).remove(ByteOrderMark);
+    const QString title = QString(mark.title).remove(QChar::ByteOrderMark);
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     // Null and empty are one text.

@@ -13,7 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QChar ByteOrderMark(0xFEFF);
 /// Stand for a line end and a blank while the tags are taken out; no text holds them.
 const QString LineMark(QChar(0xFFFF));
 const QString BlankMark(QChar(0xFFFE));
@@ -95,7 +94,7 @@ QString CsvMark(const ExportedMark &mark, const ExportedMark *)
                             CsvCell(mark.nameVietnamese),
                             CsvCell(mark.namePali),
                             CsvCell(mark.nameEnglish),
-                            CsvCell(QString(mark.title).remove(ByteOrderMark)),
+                            CsvCell(QString(mark.title).remove(QChar::ByteOrderMark)),
                             CsvCell(mark.keywords),
                             QString::number(mark.priority),
                             mark.time.toString(Qt::ISODate),
@@ -121,7 +120,7 @@ void VisitMarks(DataFile &file, const std::function<void(const ExportedMark &)> 
         const auto text = [&rows](const QString &name) { return rows.FieldByName(name).AsString(); };
         const auto number = [&rows](const QString &name) { return rows.FieldByName(name).AsInteger(); };
         QString html = QString::fromUtf8(rows.FieldByName(u"TEXT_FOC"_s).AsBytes());
-        if (html.startsWith(ByteOrderMark))
+        if (html.startsWith(QChar::ByteOrderMark))
             html.remove(0, 1);
         visit({number(u"ID_FOC"_s), number(u"NIK_SUT"_s), number(u"NIC_SUT"_s), text(u"NAME_SUT_VIE"_s),
                text(u"NAME_SUT_PAL"_s), text(u"NAME_SUT_ENG"_s), text(u"NAME_FOC"_s), text(u"KEYWORD_FOC"_s),
@@ -131,7 +130,7 @@ void VisitMarks(DataFile &file, const std::function<void(const ExportedMark &)> 
 
 QString ShownTitle(const ExportedMark &mark)
 {
-    const QString title = QString(mark.title).remove(ByteOrderMark).simplified();
+    const QString title = QString(mark.title).remove(QChar::ByteOrderMark).simplified();
     return title.isEmpty() ? u"#%1"_s.arg(mark.key) : title;
 }
 

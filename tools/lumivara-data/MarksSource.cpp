@@ -11,7 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QChar ByteOrderMark(0xFEFF);
 constexpr int LowestPriority = 4;
 constexpr qsizetype TextSize = 127; ///< UTF-16 units, as the program counts
 constexpr qsizetype NoteSize = 2047;
@@ -144,11 +143,12 @@ QString CsvMarks::Take(const CsvRecord &record, ExportedMark &mark) const
     mark.nameVietnamese = Cell(record, u"NAME_SUT_VIE"_s);
     mark.namePali = Cell(record, u"NAME_SUT_PAL"_s);
     mark.nameEnglish = Cell(record, u"NAME_SUT_ENG"_s);
-    mark.title = Cell(record, u"NAME_FOC"_s).remove(ByteOrderMark);
+    mark.title = Cell(record, u"NAME_FOC"_s).remove(QChar::ByteOrderMark);
     mark.keywords = Cell(record, u"KEYWORD_FOC"_s);
     mark.note = Cell(record, u"DESC_FOC"_s);
     mark.excerptHtml = Cell(record, u"TEXT_FOC"_s);
-    if (mark.excerptHtml.startsWith(ByteOrderMark))
+    // Stored excerpts begin with the mark of their encoding; it is put there again.
+    if (mark.excerptHtml.startsWith(QChar::ByteOrderMark))
         mark.excerptHtml.remove(0, 1);
     if (mark.excerptHtml.isEmpty())
         mark.excerptHtml = FreshExcerpt(Cell(record, u"TEXT"_s));

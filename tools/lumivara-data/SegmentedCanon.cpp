@@ -202,6 +202,17 @@ QStringList SegmentedCanon::GroupPaths() const
     return {paths.cbegin(), paths.cend()};
 }
 
+void SegmentedCanon::WriteGroups(const QStringList &paths, const QHash<QString, int> &keys, CanonWriter &writer)
+{
+    for (const QString &path : paths) {
+        const int key = keys[path];
+        QString name = FittingName(path.section(u'/', -1), path, m_report);
+        if (name.isEmpty())
+            name = QString::number(key);
+        writer.Add(SourceGroup{key, keys.value(path.section(u'/', 0, -2), -1), name, name, name});
+    }
+}
+
 void SegmentedCanon::WriteTo(CanonWriter &writer, Console &console)
 {
     const QStringList paths = GroupPaths();
@@ -218,13 +229,7 @@ void SegmentedCanon::WriteTo(CanonWriter &writer, Console &console)
     InOrder<ComposedText> texts(
         ordered.size(), [&](size_t at) { return ComposeSegmented(m_folder, ordered[at]->first, ordered[at]->second); },
         [](const ComposedText &composed) { return size_t(composed.Bytes()); });
-    for (const QString &path : paths) {
-        const int key = groups[path];
-        QString name = FittingName(path.section(u'/', -1), path, m_report);
-        if (name.isEmpty())
-            name = QString::number(key);
-        writer.Add(SourceGroup{key, groups.value(path.section(u'/', 0, -2), -1), name, name, name});
-    }
+    WriteGroups(paths, groups, writer);
     CleaningCounts counts;
     int number = 0;
     for (size_t at = 0; at < ordered.size(); ++at) {

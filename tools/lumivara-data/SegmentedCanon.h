@@ -28,6 +28,7 @@ private:
     int Rank(const QString &author) const;
     /// Parents before their own.
     QStringList GroupPaths() const;
+    void WriteGroups(const QStringList &paths, const QHash<QString, int> &keys, CanonWriter &writer);
 
     const SourceFolder &m_folder;
     QStringList m_authors;
