@@ -65,8 +65,6 @@ TEST_F(BrowserControl, SelectsAll)
               u"<p>Phẩm <b>một</b></p><p>paṭhamo</p>"_s);
     Control().LoadFromString("<p>next");
     EXPECT_EQ(Control().GetSelectedText(), u""_s) << "a page that is not complete has no selection";
-    EXPECT_TRUE(Control().WaitComplete());
-    EXPECT_EQ(Control().GetSelectedText(), u""_s);
 }
 
 TEST_F(BrowserControl, SelectedHtmlKeepsWhatItsPartsNeed)
@@ -129,7 +127,6 @@ TEST_F(BrowserControl, GivesTheZoomWheelAwayAndScrollsWithThePlainOne)
     EXPECT_TRUE(WaitFor([&] { return steps.size() == 3; }));
     EXPECT_EQ(steps, (QList<int>{1, -2, 1}));
     EXPECT_DOUBLE_EQ(Control().page()->zoomFactor(), 1.0);
-    EXPECT_EQ(Value(u"scrollY"_s).toInt(), 0);
     EXPECT_TRUE(WaitFor([&] {
         Wheel(-120, Qt::NoModifier); // a page that was not painted yet drops what it gets
         return Value(u"scrollY > 0"_s).toBool();

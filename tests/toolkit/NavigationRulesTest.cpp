@@ -18,7 +18,6 @@ TEST(Navigation, IsDecidedByAddressFrameAndStarter)
         {u"lumivara://page/7"_s, Refuse, Load},
         {u"lumivara://page/other.htm"_s, Refuse, Load},
         {u"lumivara://page/6#note1"_s, Refuse, Load},
-        {u"ftp://example.org/"_s, Refuse, Refuse},
         {u"javascript:alert(1)"_s, Refuse, Refuse},
         {u"data:text/html,x"_s, Refuse, Refuse},
         {QString(), Refuse, Refuse},

@@ -156,7 +156,6 @@ TEST_F(Saving, KeepsTheBytesOrThePlainTextOrTellsAFailure)
     EXPECT_EQ(ReadFile(folder.filePath(u"page.html"_s)), page);
     SaveAs(folder.filePath(u"text.txt"_s));
     EXPECT_EQ(QString::fromUtf8(ReadFile(folder.filePath(u"text.txt"_s))), u"Kinh một\nṭhāna\uFFFD"_s);
-    EXPECT_TRUE(boxes.isEmpty());
     SaveAs(u"/proc/nowhere.html"_s);
     EXPECT_EQ(boxes.size(), 1);
     EXPECT_TRUE(boxes.value(0).contains(u"/proc/nowhere.html"_s));

@@ -103,7 +103,6 @@ TEST_F(PictureEngineTest, EdgesAreSharpAtTheDevicesPixels)
     const QIcon icon = Icon(Columns);
     QApplication::setStyle(new SkinStyle(SkinOf(0xff000000, 0xffffffff, 0xff000000)));
     const QImage image = icon.pixmap(Size, 2).toImage();
-    EXPECT_EQ(image.size(), Size * 2);
     EXPECT_EQ(image.pixel(4, 20), 0xff000000); // the edge is at half a pixel of the picture
     EXPECT_EQ(image.pixel(5, 20), 0xffffffff);
 }
