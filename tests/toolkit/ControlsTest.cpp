@@ -35,7 +35,9 @@ TEST(CxButton, FollowsItsActionButKeepsTextAndHint)
     EXPECT_FALSE(button.isEnabled());
     action.setEnabled(true);
     action.setText(u"Copy"_s);
-    EXPECT_TRUE(button.isEnabled());
+    action.setCheckable(true);
+    QTest::mouseClick(&button, Qt::LeftButton);
+    EXPECT_TRUE(action.isChecked());
     EXPECT_EQ(button.text() + button.toolTip() + button.accessibleName(), u"ownown hintown hint"_s);
 }
 
