@@ -1,5 +1,4 @@
 #include "toolkit/BrowserTest.h"
-#include "support/WaitFor.h"
 
 #include <QRectF>
 
@@ -44,33 +43,16 @@ BrowserTest::~BrowserTest()
     Doors() = m_realDoors;
 }
 
-void BrowserTest::Load(const QString &page)
-{
-    LoadBytes(page.toUtf8());
-}
-
 void BrowserTest::LoadBytes(const QByteArray &page)
 {
     Control().LoadFromString(page);
     EXPECT_TRUE(Control().WaitComplete());
 }
 
-bool BrowserTest::Becomes(const QString &expression)
-{
-    return WaitFor([&] { return Value(expression).toBool(); });
-}
-
-QWidget *BrowserTest::Input()
-{
-    return Control().focusProxy();
-}
-
 QPoint BrowserTest::PlaceOf(const QString &selector)
 {
-    const QVariantMap rect =
-        Value(u"(() => { const r = document.querySelector('%1').getClientRects()[0];"
-              " return { x: (r.left + r.right) / 2, y: (r.top + r.bottom) / 2 }; })()"_s.arg(selector))
-            .toMap();
-    const qreal zoom = Control().page()->zoomFactor();
-    return (QPointF(rect[u"x"_s].toReal(), rect[u"y"_s].toReal()) * zoom).toPoint();
+    const QVariantList place = Value(u"((r) => [(r.left + r.right) / 2, (r.top + r.bottom) / 2])"
+                                     "(document.querySelector('%1').getClientRects()[0])"_s.arg(selector))
+                                   .toList();
+    return (QPointF(place.value(0).toReal(), place.value(1).toReal()) * Control().page()->zoomFactor()).toPoint();
 }

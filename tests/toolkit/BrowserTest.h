@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/WaitFor.h"
 #include "toolkit/BrowserControl.h"
 #include "toolkit/Doors.h"
 
@@ -23,15 +24,18 @@ protected:
 
     TBrowserControl &Control() { return *s_control; }
     /// Shows the page and waits until it is complete.
-    void Load(const QString &page);
+    void Load(const QString &page) { LoadBytes(page.toUtf8()); }
     void LoadBytes(const QByteArray &page);
     /// Value of an expression in the page's document, seen from our scripts.
     QVariant Value(const QString &expression) { return Control().Evaluate(expression); }
     QString Text(const QString &expression) { return Value(expression).toString(); }
     /// Waits until the expression is true in the page.
-    bool Becomes(const QString &expression);
+    bool Becomes(const QString &expression)
+    {
+        return WaitFor([&] { return Value(expression).toBool(); });
+    }
     /// The widget in which the engine takes its input.
-    QWidget *Input();
+    QWidget *Input() { return Control().focusProxy(); }
     /// Middle of the first element that a selector finds, in the control's coordinates.
     QPoint PlaceOf(const QString &selector);
 
