@@ -98,17 +98,10 @@ TEST_F(SkinFile, ListsValidNamesAndLoadsTheFirstOfTwo)
 TEST_F(SkinFile, DoesNotLoadASkinWithoutEachColour)
 {
     QJsonArray skins;
-    const QJsonArray values{u"#1234567"_s,
-                            u"#12345g"_s,
-                            u"123456"_s,
-                            5,
-                            QJsonArray{u"#123456"_s},
-                            QJsonObject{},
-                            QJsonArray{u"#123456"_s, u"x"_s},
-                            u"#１２３４５６"_s,
-                            QJsonArray{u"#123456"_s, u"#123456"_s, u"#123456"_s},
-                            QJsonValue(),
-                            u"#+12345"_s};
+    const QJsonArray values = QJsonDocument::fromJson(R"(["#1234567", "#12345g", "123456", 5, {}, null, "#+12345",
+        "#１２３４５６", ["#123456"], ["#123456", "x"], ["#123456", "#123456", "#123456"]])")
+                                  .array();
+    EXPECT_EQ(values.size(), 11);
     for (const QJsonValue &value : values)
         skins.append(WholeSkin(QString::number(skins.size()), false, {{u"iconFill"_s, value}}));
     skins.append(QJsonObject{{u"name"_s, QString::number(skins.size())}});
@@ -121,30 +114,20 @@ TEST_F(SkinFile, DoesNotLoadASkinWithoutEachColour)
 TEST(SkinPicture, IsASmallDrawingThatLeadsNowhere)
 {
     EXPECT_EQ(PictureProblem(GoodPicture), QString());
-    const auto with = [](const QByteArray &inner) {
-        return "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\">" + inner +
-               "</svg>";
-    };
-    const QByteArray refused[]{"",
-                               "<svg/>",
-                               GoodPicture.chopped(1),
-                               "<!DOCTYPE svg [<!ENTITY a \"b\">]>" + GoodPicture,
-                               "<?xml-stylesheet href=\"a\"?>" + GoodPicture,
-                               with("<image/>"),
-                               with("<use xlink:href=\"#a\"/>"),
-                               with("<style/>"),
-                               with("<script/>"),
-                               with("<linearGradient xlink:href=\"#a\"/>"),
-                               with("<path fill=\"url( http://a )\"/>"),
-                               with("<path style=\"fill:url(file:a)\"/>"),
-                               with("<g onload=\"a\"/>"),
-                               with("<path stroke-dasharray=\"0.001\"/>"),
-                               with(QByteArray("<g>").repeated(40) + QByteArray("</g>").repeated(40)),
-                               with(QByteArray(MaxPictureBytes, ' ')),
-                               with("&a;"),
-                               with("<g xmlns=\"x\"/>")};
+    const QByteArray opening = R"(<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink">)";
+    QByteArrayList refused{"", "<svg/>", GoodPicture.chopped(1), "<!DOCTYPE svg [<!ENTITY a \"b\">]>" + GoodPicture,
+                           "<?xml-stylesheet href=\"a\"?>" + GoodPicture};
+    QByteArrayList parts =
+        QByteArray(R"~(<image/>|<use xlink:href="#a"/>|<style/>|<script/>|<path fill="url( http://a )"/>|&a;|
+            <linearGradient xlink:href="#a"/>|<path style="fill:url(file:a)"/>|<g onload="a"/>|<g xmlns="x"/>|
+            <path stroke-dasharray="0.001"/>)~")
+            .split('|');
+    parts += {QByteArray("<g>").repeated(40) + QByteArray("</g>").repeated(40), QByteArray(MaxPictureBytes, ' ')};
+    for (const QByteArray &part : parts)
+        refused.append(opening + part + "</svg>");
     for (const QByteArray &svg : refused)
         EXPECT_NE(PictureProblem(svg), QString()) << svg.left(200).toStdString();
+    EXPECT_EQ(PictureProblem(opening + "<path d=\"M0 0\"/></svg>"), QString());
 }
 
 } // namespace
