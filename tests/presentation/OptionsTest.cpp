@@ -201,11 +201,10 @@ TEST_F(OptionsDialog, TheStartListIsWrittenWhenTheFocusMoves)
         In<QTabWidget>(*dialog, "pgOptions").setCurrentIndex(1);
         return &In<QCheckBox>(*dialog, "cbStartWin");
     };
-    // Steps: the focus comes (f), the box is ticked (t), the focus goes (a), the dialog ends (E, C, K, X). After each
-    // the entry is missing (-), starts nothing (0) or the program (1).
-    const std::tuple<QString, bool, QString> rows[]{{u"ftaC"_s, false, u"0011"_s}, {u"ftE"_s, false, u"001"_s},
-                                                    {u"ftK"_s, true, u"110"_s},    {u"ftX"_s, true, u"110"_s},
-                                                    {u"faE"_s, true, u"111"_s},    {u"K"_s, true, u"-"_s}};
+    // Steps: the focus comes (f), the box is ticked (t), the focus goes (a), the dialog ends (E, K). After each the
+    // entry is missing (-), starts nothing (0) or the program (1).
+    const std::tuple<QString, bool, QString> rows[]{
+        {u"ftaE"_s, false, u"0011"_s}, {u"ftK"_s, true, u"110"_s}, {u"faE"_s, true, u"111"_s}, {u"K"_s, true, u"-"_s}};
     const QMap<QChar, Qt::Key> keys{
         {u't', Qt::Key_Space}, {u'a', Qt::Key_Tab}, {u'E', Qt::Key_Escape}, {u'K', Qt::Key_Return}};
     for (const auto &[steps, wasStarted, expected] : rows) {
@@ -217,10 +216,6 @@ TEST_F(OptionsDialog, TheStartListIsWrittenWhenTheFocusMoves)
         for (const QChar step : steps) {
             if (step == u'f')
                 box->setFocus();
-            else if (step == u'C')
-                QTest::mouseClick(&In<QPushButton>(*dialog, "btnCancel"), Qt::LeftButton);
-            else if (step == u'X')
-                dialog->close();
             else
                 QTest::keyClick(QApplication::focusWidget(), keys.value(step));
             const bool isThere = entry.open(QIODevice::ReadOnly);

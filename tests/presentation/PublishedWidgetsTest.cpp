@@ -16,24 +16,22 @@ namespace {
 TEST(PublishedWidgets, CaptionsHintsAndLinesReachTheToolkit)
 {
     QWidget window;
-    QAction action;
-    QPushButton button;
-    QLabel label;
-    QGroupBox group;
-    QMenu menu;
-    QLineEdit edit;
-    QPlainTextEdit memo;
+    auto *label = new QLabel(&window);
     const std::tuple<QObject *, QString, const char *> rows[]{
-        {&window, u"Caption"_qs, "windowTitle"},    {&action, u"Caption"_qs, "text"}, {&action, u"Hint"_qs, "toolTip"},
-        {&button, u"Caption"_qs, "text"},           {&group, u"Caption"_qs, "title"}, {&menu, u"Caption"_qs, "title"},
-        {&edit, u"TextHint"_qs, "placeholderText"}, {&memo, u"Lines"_qs, "plainText"}};
+        {&window, u"Caption"_qs, "windowTitle"},
+        {new QAction(&window), u"Hint"_qs, "toolTip"},
+        {new QPushButton(&window), u"Caption"_qs, "text"},
+        {new QGroupBox(&window), u"Caption"_qs, "title"},
+        {new QMenu(&window), u"Caption"_qs, "title"},
+        {new QLineEdit(&window), u"TextHint"_qs, "placeholderText"},
+        {new QPlainTextEdit(&window), u"Lines"_qs, "plainText"}};
     for (const auto &[object, name, property] : rows) {
         FindPublished(object, name).Write(u"of "_qs + name);
         EXPECT_EQ(object->property(property).toString(), u"of "_qs + name) << property;
         EXPECT_EQ(FindPublished(object, name).Read(), u"of "_qs + name) << property;
     }
-    FindPublished(&label, u"Caption"_qs).Write(u"two\r\nlines"_qs);
-    EXPECT_EQ(label.text(), u"two\nlines"_qs);
+    FindPublished(label, u"Caption"_qs).Write(u"two\r\nlines"_qs);
+    EXPECT_EQ(label->text(), u"two\nlines"_qs);
 }
 
 TEST(PublishedWidgets, AComboKeepsItsChoiceAndIsSilent)
