@@ -4,6 +4,7 @@
 #include "presentation/FontRules.h"
 #include "support/WaitFor.h"
 #include "toolkit/CxButton.h"
+#include "toolkit/CxDBLabel.h"
 #include "toolkit/CxLabel.h"
 #include "toolkit/CxTextEdit.h"
 #include "toolkit/Fonts.h"
@@ -36,15 +37,20 @@ QFont Designed()
     return {u"DejaVu Serif"_s, 7, QFont::Bold};
 }
 
-/// A control as designed, after the policy.
+/// Font and text colour, where it has changed, of a control as designed after the policy.
 template <typename Control>
-std::unique_ptr<Control> Dressed(int tag)
+QString Dressed(int tag)
 {
-    auto control = std::make_unique<Control>();
-    control->setFont(Designed());
-    control->setProperty("Tag", tag);
-    ApplyFontPolicy(*control);
-    return control;
+    Control control;
+    control.setFont(Designed());
+    control.setProperty("Tag", tag);
+    const auto role = std::is_base_of_v<QLabel, Control> ? QPalette::WindowText : QPalette::Text;
+    QPalette green = control.palette();
+    green.setColor(role, Qt::green);
+    control.setPalette(green);
+    ApplyFontPolicy(control);
+    const QColor ink = control.palette().color(role);
+    return Told(control.font()) + (ink == Qt::green ? QString() : u' ' + ink.name());
 }
 
 } // namespace
@@ -52,38 +58,45 @@ std::unique_ptr<Control> Dressed(int tag)
 TEST(FontPolicy, DressesControlsByKindAndTag)
 {
     BaseFontName.clear();
-    BaseFontSize = 0;
-    const QString base = u"Segoe UI 10 q"_s;
-    const QString designed = u"DejaVu Serif 7 b"_s;
-    EXPECT_EQ(Told(Dressed<TcxLabel>(0)->font()), base);
+    // By Tag; all others have the one of *, or stay as they were designed.
+    const std::pair<QString (*)(int), QString> rows[]{
+        {Dressed<TcxLabel>, u"0=Segoe UI 10 q,10=Segoe UI 10 i b q,1=Segoe UI 10 b q #000000,"
+                            "11=Segoe UI 11 b q #000000,2=DejaVu Serif 12 b q,3=DejaVu Serif 14 b q,"
+                            "4=DejaVu Serif 18 b q,5=DejaVu Serif 24 b q #000080,6=DejaVu Serif 36 b q,"
+                            "7=DejaVu Serif 48 b q #800000"_s},
+        {Dressed<TcxDBLabel>, u"0=Segoe UI 10 q,10=Segoe UI 10 i b q,-1=Segoe UI 9 i b q"_s},
+        {Dressed<TcxButton>, u"0=Segoe UI 10 q,-1=Segoe UI 9 q"_s},
+        {Dressed<TcxTextEdit>, u"0=Segoe UI 10 q,1=Segoe UI 10 q #a0a0a4"_s},
+        {Dressed<TPanel>, u"*=Segoe UI 10 q"_s},
+        {Dressed<QLineEdit>, {}}};
+    for (const auto &[dressed, told] : rows) {
+        QMap<QString, QString> fonts;
+        for (const QString &font : told.split(u','))
+            fonts[font.section(u'=', 0, 0)] = font.section(u'=', 1);
+        for (int tag = -2; tag <= 12; ++tag)
+            EXPECT_EQ(dressed(tag), fonts.value(QString::number(tag), fonts.value(u"*"_s, Told(Designed())))) << tag;
+    }
     EXPECT_EQ(BaseFontName, u"Segoe UI"_s);
-    EXPECT_EQ(Told(Dressed<TcxLabel>(10)->font()), u"Segoe UI 10 i b q"_s);
-    EXPECT_EQ(Told(Dressed<TcxLabel>(6)->font()), u"DejaVu Serif 36 b q"_s);
-    EXPECT_EQ(Told(Dressed<TcxLabel>(8)->font()), designed);
-    EXPECT_EQ(Told(Dressed<TcxButton>(-1)->font()), u"Segoe UI 9 q"_s);
-    EXPECT_EQ(Told(Dressed<QLineEdit>(0)->font()), designed);
-    EXPECT_EQ(Dressed<TcxTextEdit>(1)->palette().color(QPalette::Text), QColor(0xA0, 0xA0, 0xA4));
-    EXPECT_EQ(Dressed<TcxLabel>(5)->palette().color(QPalette::WindowText), QColor(0, 0, 0x80));
-    const auto grid = Dressed<TDBAdvGrid>(0);
-    EXPECT_EQ(Told(grid->font()), base);
-    EXPECT_EQ(Told(grid->horizontalHeader()->font()), base);
+    TDBAdvGrid grid;
+    ApplyFontPolicy(grid);
+    EXPECT_EQ(Told(grid.font()) + Told(grid.horizontalHeader()->font()), u"Segoe UI 10 qSegoe UI 10 q"_s);
 }
 
 TEST(FontPolicy, ThrowsTheWhiteShadowOfACoolLabel)
 {
-    const auto label = Dressed<TcxLabel>(7);
-    QPalette ground = label->palette();
-    ground.setColor(QPalette::Window, Qt::green);
-    label->setPalette(ground);
-    label->setAutoFillBackground(true);
-    label->setText(u"I"_s);
+    TcxLabel label;
+    label.setProperty("Tag", 7);
+    label.setPalette(Qt::green);
+    label.setAutoFillBackground(true);
+    label.setText(u"I"_s);
+    ApplyFontPolicy(label);
     const auto holds = [&](QColor colour) {
-        const QImage image = label->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        const QImage image = label.grab().toImage().convertToFormat(QImage::Format_RGB32);
         const auto *pixels = reinterpret_cast<const QRgb *>(image.constBits());
         return std::count(pixels, pixels + image.width() * image.height(), colour.rgb()) > 0;
     };
     EXPECT_TRUE(holds(QColor(0x80, 0, 0)) && holds(Qt::white));
-    label->SetShadow(0, Qt::white);
+    label.SetShadow(0, Qt::white);
     EXPECT_FALSE(holds(Qt::white));
 }
 

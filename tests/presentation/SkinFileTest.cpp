@@ -47,21 +47,6 @@ TEST_F(SkinFile, GivesItsSkinsInOrderAndEachWhole)
     EXPECT_FALSE(LoadSkin(path, u"đêm"_s));
 }
 
-TEST_F(SkinFile, IsOpenedEachTimeAndTellsWhenItCannotBe)
-{
-    try {
-        SkinNames(path);
-        ADD_FAILURE() << "a missing file was read";
-    } catch (const SkinFileError &error) {
-        EXPECT_EQ(error.Text(), path + u": No such file or directory"_s);
-    }
-    EXPECT_THROW(LoadSkin(folder.Path({}), u"One"_s), SkinFileError) << "a folder";
-    Write({WholeSkin(u"One"_s)});
-    EXPECT_TRUE(LoadSkin(path, u"One"_s));
-    Write({WholeSkin(u"Two"_s)});
-    EXPECT_FALSE(LoadSkin(path, u"One"_s));
-}
-
 TEST_F(SkinFile, HoldsNoSkinWhereItsContentCannotBeRead)
 {
     const QByteArray good = SkinDocument({WholeSkin(u"One"_s)});

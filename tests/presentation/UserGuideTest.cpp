@@ -29,8 +29,8 @@ TEST(UserGuide, OpensWithTitleOutlineAndBothLanguages)
     for (int part : {0, 1}) {
         const QModelIndex language = outline.index(part, 0, {});
         EXPECT_EQ(title(language), part == 0 ? u"Hướng dẫn sử dụng"_s : u"User guide"_s);
-        ASSERT_EQ(outline.rowCount(language), 11);
-        for (int row = 0; row < 11; ++row) {
+        EXPECT_EQ(outline.rowCount(language), 11);
+        for (int row = 0; row < outline.rowCount(language); ++row) {
             const QModelIndex heading = outline.index(row, 0, language);
             const int page = heading.data(int(QPdfBookmarkModel::Role::Page)).toInt();
             EXPECT_TRUE(pages.value(page).contains(title(heading))) << qPrintable(title(heading)) << page;
