@@ -95,18 +95,18 @@ protected:
 
 TEST_F(Languages, ScanRegistersByIdInTheOrderOfNames)
 {
-    const std::pair<QString, QByteArray> files[]{{u".Hidden.lng"_qs, "LANGID=1034\n"},
-                                                 {u"english2.lng"_qs, "LANGID=1033\n[frmMain]\n1=Second\n"},
-                                                 {u"vietnam.lng"_qs, "LANGID=1066\n"},
-                                                 {u"zero.lng"_qs, "LANGID=0\n[x]\nLANGID=5"},
-                                                 {u"none.lng"_qs, "\xFF\xFE[\n"},
-                                                 {u"text.txt"_qs, "LANGID=1035\n"},
-                                                 {u"artificial.lng"_qs, "LANGID=65000\n"},
-                                                 {u"folder.lng/.deep.lng/x.lng"_qs, "LANGID=1035\n"},
-                                                 {u"folder.lng/Finnish.lng"_qs, "LANGID=1035\n"}};
+    const QByteArrayList files[]{{".Hidden.lng", "LANGID=1034"},
+                                 {"english2.lng", "LANGID=1033\n[frmMain]\n1=Second"},
+                                 {"vietnam.lng", "LANGID=1066"},
+                                 {"zero.lng", "LANGID=0\n[x]\nLANGID=5"},
+                                 {"none.lng", "\xFF\xFE[\n"},
+                                 {"text.txt", "LANGID=1035"},
+                                 {"a.lng", "LANGID=65000"},
+                                 {"folder.lng/.deep.lng/x.lng", "LANGID=1036"},
+                                 {"folder.lng/Finnish.lng", "LANGID=1035"}};
     EXPECT_TRUE(QDir(folder.Path(u""_qs)).mkpath(u"folder.lng/.deep.lng"_qs));
-    for (const auto &[path, text] : files)
-        Write(path, text);
+    for (const QByteArrayList &file : files)
+        Write(QString::fromLatin1(file[0]), file[1]);
     EXPECT_EQ(::mkfifo(qPrintable(folder.Path(u"pipe.lng"_qs)), 0600), 0);
     EXPECT_EQ(Scan(), 6);
     QList<int> ids;

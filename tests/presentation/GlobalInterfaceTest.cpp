@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 TEST(ColourSteps, MoveByOneMoreThanAskedFor)
 {
     SystemColour = [](int code) { return code == 5 ? Colour(0x0080FE01) : Colour(0); };
@@ -15,5 +13,3 @@ TEST(ColourSteps, MoveByOneMoreThanAskedFor)
         EXPECT_EQ(change(colour, n), expected) << std::hex << colour << " by " << int(n);
     SystemColour = nullptr;
 }
-
-} // namespace

@@ -7,8 +7,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
 TEST(Locales, RowsAreFoundByTheirNumberAlone)
 {
     const LocaleRow cases[]{
@@ -46,5 +44,3 @@ TEST(Locales, EveryRowIsWhole)
     }
     EXPECT_EQ(tags.size(), 273);
 }
-
-} // namespace

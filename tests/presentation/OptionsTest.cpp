@@ -59,8 +59,8 @@ protected:
     /// What the six controls show: item, tick, number, font's text and item, colours.
     static QString Shown(QWidget &dialog)
     {
-        const auto &font = In<TcxFontNameComboBox>(dialog, "cbFontName");
         QString shown;
+        const auto &font = In<TcxFontNameComboBox>(dialog, "cbFontName");
         QTextStream(&shown) << In<QComboBox>(dialog, "cbOpenSutta").currentIndex() << ' '
                             << In<QCheckBox>(dialog, "cbPopupActive").isChecked() << ' '
                             << In<QSpinBox>(dialog, "sePopupTime").value() << ' ' << font.Text() << '/'
@@ -133,7 +133,7 @@ TEST_F(OptionsDialog, OKStoresInOrderAndAFailedWriteLeavesTheDialogOpen)
 {
     const QStringList old{u"2"_s, u"1"_s, u"7"_s, u"Beta Sans"_s, u"16711680"_s, u"1193046"_s};
     const QStringList chosen{u"3"_s, u"0"_s, u"240"_s, u"Alpha"_s, u"3153936"_s, u"128"_s};
-    int storedWhole = 0, storedInPart = 0;
+    QSet<int> parts;
     for (int n = 1, fired = 1; fired; ++n) {
         Store(complete);
         Open();
@@ -150,15 +150,13 @@ TEST_F(OptionsDialog, OKStoresInOrderAndAFailedWriteLeavesTheDialogOpen)
         while (written < stored.size() && stored[written] == chosen[written])
             ++written;
         EXPECT_EQ(stored.mid(written), old.mid(written)) << n;
-        storedInPart += written > 0 && !boxes.isEmpty();
         // All, or nothing where the key can't be opened.
         EXPECT_TRUE(!boxes.isEmpty() || written == 0 || written == 6) << n;
-        storedWhole += written == 6;
+        parts += written;
         ClearMemory();
         boxes.clear();
     }
-    EXPECT_EQ(storedWhole, 1);
-    EXPECT_GE(storedInPart, 5);
+    EXPECT_EQ(parts.size(), 7);
 }
 
 TEST_F(OptionsDialog, AFontThatTheSystemLacksIsNotStored)
@@ -255,19 +253,10 @@ TEST_F(OptionsDialog, ThePageFollowsAtOnceAfterOKAlone)
     End();
     Start();
     EXPECT_TRUE(WaitPage());
-    int pages = 0;
-    const auto change = std::exchange(window->dsKeloraContent.OnDataChange, nullptr);
-    window->dsKeloraContent.OnDataChange = [&] {
-        ++pages;
-        change();
-    };
-    RunModal<TfrmOptions>("acOption", [&](TfrmOptions &open) { QTest::keyClick(&open, Qt::Key_Return); });
-    EXPECT_EQ(pages, 1) << "unchanged values compose the page, too";
     RunModal<TfrmOptions>("acOptionFormat", [&](TfrmOptions &open) {
         ChooseOthers(open);
         QTest::keyClick(&open, Qt::Key_Escape);
     });
-    EXPECT_EQ(pages, 1);
     EXPECT_EQ(Browser().Source(), "Segoe UI");
     RunModal<TfrmOptions>("acOptionFormat", [&](TfrmOptions &open) {
         ChooseOthers(open);
@@ -275,7 +264,6 @@ TEST_F(OptionsDialog, ThePageFollowsAtOnceAfterOKAlone)
         EXPECT_EQ(window->findChildren<TfrmOptions *>().size(), 1);
         QTest::keyClick(&open, Qt::Key_Return);
     });
-    EXPECT_EQ(pages, 2);
     EXPECT_EQ(Browser().Source(), "Alpha");
     EXPECT_TRUE(Browser().HostCSS().startsWith(u"body {background-color: #102030}"_s));
     CheckBoxes({});

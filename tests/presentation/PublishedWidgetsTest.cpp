@@ -11,8 +11,6 @@
 
 #include <gmock/gmock.h>
 
-namespace {
-
 TEST(PublishedWidgets, CaptionsHintsAndLinesReachTheToolkit)
 {
     QWidget window;
@@ -57,5 +55,3 @@ TEST(PublishedWidgets, AComboKeepsItsChoiceAndIsSilent)
     }
     EXPECT_EQ(told, 0);
 }
-
-} // namespace

@@ -13,12 +13,8 @@ const QByteArray GoodPicture = R"~(<svg xmlns="http://www.w3.org/2000/svg"><path
 class SkinFile : public testing::Test
 {
 protected:
-    QString Write(const QByteArray &bytes)
-    {
-        EXPECT_TRUE(WriteBytes(path, bytes));
-        return path;
-    }
-    QString Write(const QJsonArray &skins) { return Write(SkinDocument(skins)); }
+    void Write(const QByteArray &bytes) { EXPECT_TRUE(WriteBytes(path, bytes)); }
+    void Write(const QJsonArray &skins) { Write(SkinDocument(skins)); }
 
     ScratchFolder folder;
     const QString path = folder.Path(u"Skins.skinres"_s);

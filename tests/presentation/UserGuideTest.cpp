@@ -22,7 +22,6 @@ TEST(UserGuide, OpensWithTitleOutlineAndBothLanguages)
     // Each entry of the outline leads to the page that has its heading.
     QPdfBookmarkModel outline;
     outline.setDocument(&guide);
-    ASSERT_EQ(outline.rowCount({}), 2);
     const auto title = [](const QModelIndex &entry) {
         return entry.data(int(QPdfBookmarkModel::Role::Title)).toString();
     };
