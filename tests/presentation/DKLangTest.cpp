@@ -95,18 +95,12 @@ protected:
 
 TEST_F(Languages, ScanRegistersByIdInTheOrderOfNames)
 {
-    const QByteArrayList files[]{{".Hidden.lng", "LANGID=1034"},
-                                 {"english2.lng", "LANGID=1033\n[frmMain]\n1=Second"},
-                                 {"vietnam.lng", "LANGID=1066"},
-                                 {"zero.lng", "LANGID=0\n[x]\nLANGID=5"},
-                                 {"none.lng", "\xFF\xFE[\n"},
-                                 {"text.txt", "LANGID=1035"},
-                                 {"a.lng", "LANGID=65000"},
-                                 {"folder.lng/.deep.lng/x.lng", "LANGID=1036"},
-                                 {"folder.lng/Finnish.lng", "LANGID=1035"}};
     EXPECT_TRUE(QDir(folder.Path(u""_qs)).mkpath(u"folder.lng/.deep.lng"_qs));
-    for (const QByteArrayList &file : files)
-        Write(QString::fromLatin1(file[0]), file[1]);
+    for (const QString &file : u".Hidden.lng 1034|vietnam.lng 1066|zero.lng 0\n[x]\nLANGID=5|text.txt 1035|a.lng 65000|"
+                               "english2.lng 1033\n[frmMain]\n1=Second|folder.lng/.deep.lng/x.lng 1036|"
+                               "folder.lng/Finnish.lng 1035"_qs.split(u'|'))
+        Write(file.section(u' ', 0, 0), "LANGID=" + file.section(u' ', 1).toUtf8());
+    Write(u"none.lng"_qs, "\xFF\xFE[\n");
     EXPECT_EQ(::mkfifo(qPrintable(folder.Path(u"pipe.lng"_qs)), 0600), 0);
     EXPECT_EQ(Scan(), 6);
     QList<int> ids;
@@ -203,14 +197,6 @@ TEST(LangManager, IsForTheRunningProgram)
 {
     EXPECT_TRUE(isRefused);
     EXPECT_EQ(LangManager().DefaultLanguage(), 1033);
-}
-
-TEST_F(Languages, ADamagedTableLeavesNoWindowBehind)
-{
-    QObject window;
-    EXPECT_THROW(TDKLanguageController(&window, QByteArray("\x05\0frm", 5), &manager), EDKLangError);
-    EXPECT_THROW(TDKLanguageController(&window, u":/langdata/absent"_qs, &manager), EDKLangError);
-    EXPECT_NO_THROW(manager.TranslateAll(nullptr));
 }
 
 } // namespace

@@ -4,18 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-class Colours : public testing::Test
-{
-protected:
-    ~Colours() override { SystemColour = m_before; }
-
-private:
-    const std::function<Colour(int)> m_before = SystemColour;
-};
-
-TEST_F(Colours, OfHtmlHaveRedLowestAndAskForASystemColourAtEachCall)
+TEST(Colours, OfHtmlHaveRedLowestAndAskForASystemColourAtEachCall)
 {
     EXPECT_EQ(ColorToHtml(0x000A0B0C), u"#0C0B0A"_s);
     Colour current = 0x00112233;
@@ -23,9 +12,10 @@ TEST_F(Colours, OfHtmlHaveRedLowestAndAskForASystemColourAtEachCall)
     EXPECT_EQ(ColorToHtml(0xFF000005), u"#332211"_s);
     current = 0x00FFFFFF;
     EXPECT_EQ(ColorToHtml(0xFF000005), u"#FFFFFF"_s);
+    SystemColour = nullptr;
 }
 
-TEST_F(Colours, AreDarkWhereBlackCannotBeReadWell)
+TEST(Colours, AreDarkWhereBlackCannotBeReadWell)
 {
     SystemColour = [](int code) { return code == 5 ? Colour(0x00302010) : Colour(0x00FFFFFF); };
     // Black has 4.48 to 1 on the grey 0x747474 and 4.54 on the next; red and blue are of unlike lightness.
@@ -33,6 +23,5 @@ TEST_F(Colours, AreDarkWhereBlackCannotBeReadWell)
         EXPECT_TRUE(IsDarkColour(dark)) << std::hex << dark;
     for (const Colour light : {0x00757575U, 0x000000FFU, 0xFF000008U, 0x0000FFFFU})
         EXPECT_FALSE(IsDarkColour(light)) << std::hex << light;
+    SystemColour = nullptr;
 }
-
-} // namespace
