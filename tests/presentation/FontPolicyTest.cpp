@@ -137,9 +137,7 @@ TEST_F(WalkedWindows, AreDressedButForTreesPagesAndCaptions)
     const QList<QObject *> components = ComponentsOf(*window);
     for (QObject *component : components)
         ApplyFontPolicy(*component);
-    check(*window,
-          "pnContent edFilterSutta btnFocusHighlight bmMainBar1 lbDictionary btnSystem bsiSystem bcbInterface "
-          "ppContent ppMainTray",
+    check(*window, "pnContent edFilterSutta btnFocusHighlight bmMainBar1 lbDictionary bsiSystem bcbInterface ppContent",
           base);
     check(*window, "dbtSutas ebContent lcTree lcContent spltMain", plain);
 

@@ -2,16 +2,11 @@
 
 #include <gmock/gmock.h>
 
-TEST(FontRules, TheFirstKindOfTheTableDecides)
+TEST(FontRules, TakeTheFirstKindOfTheTableAndCutOffFractions)
 {
     EXPECT_EQ(FontKind({"TdxBar", "TcxButton", "QFrame", "TPanel", "TcxGrid"}), "TPanel");
     // A kind whose Tag has no rule still decides: what comes later in the table does not act in its place.
     EXPECT_EQ(FontKind({"TcxComboBox", "TcxDBLabel"}), "TcxDBLabel");
-    EXPECT_EQ(FontKind({"QWebEngineView", "QWidget", "QObject"}), "");
-}
-
-TEST(FontRules, CutOffTheFractionOfAScaledSize)
-{
     FontRule rule;
     rule.sizePercent = 90;
     EXPECT_EQ(rule.Size(11), 9);
