@@ -47,11 +47,15 @@ protected:
         int code;
         QString output, errors;
     };
+    void Begin(QProcess &process, const QString &program, const QStringList &arguments = {}) const
+    {
+        process.setProcessEnvironment(environment);
+        process.start(program, arguments);
+    }
     Run Launch(const QString &name = u"lumivara"_s, const QStringList &arguments = {}) const
     {
         QProcess process;
-        process.setProcessEnvironment(environment);
-        process.start(At(u"bin/"_s + name), arguments);
+        Begin(process, At(u"bin/"_s + name), arguments);
         EXPECT_TRUE(process.waitForFinished());
         return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
                 QString::fromUtf8(process.readAllStandardError())};
@@ -75,10 +79,10 @@ protected:
         EXPECT_TRUE(WriteBytes(path, bytes)) << qPrintable(path);
         QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner);
     }
-    static QByteArray Read(const QString &path)
+    QByteArray Read(const QString &name) const
     {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
+        QFile file(Own(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : "(missing)";
     }
 
     static inline const QByteArray Script = "#!/bin/sh\necho \"$0\" \"$@\"\nexit 7\n";
@@ -93,7 +97,7 @@ TEST_F(Installed, FirstStartMakesTheFolderAndTheSettings)
     const Run run = Launch(u"lumivara"_s, {u"--argument"_s});
     EXPECT_EQ(run.code, 7);
     EXPECT_EQ(run.output + run.errors, u"settings\n"_s + Own(u"Lumivara\n"_s));
-    EXPECT_EQ(Read(Own(u"launcher"_s)), At(u"bin/lumivara\n"_s).toUtf8());
+    EXPECT_EQ(Read(u"launcher"_s), At(u"bin/lumivara\n"_s).toUtf8());
     QString names; // links are marked
     for (const QString &name : NamesIn(Own()))
         names += name + (QFileInfo(Own(name)).isSymLink() ? u"* "_s : u" "_s);
@@ -105,10 +109,8 @@ TEST_F(Installed, FirstStartMakesTheFolderAndTheSettings)
 TEST_F(Installed, ManyFirstStartsAtOnceMakeOneFolder)
 {
     std::array<QProcess, 8> starts;
-    for (QProcess &start : starts) {
-        start.setProcessEnvironment(environment);
-        start.start(At(u"bin/lumivara"_s), QStringList());
-    }
+    for (QProcess &start : starts)
+        Begin(start, At(u"bin/lumivara"_s));
     for (QProcess &start : starts)
         EXPECT_TRUE(start.waitForFinished() && start.exitCode() == 7) << start.readAllStandardError().constData();
     EXPECT_EQ(NamesIn(Own(u".."_s)), QStringList{u"Lumivara"_s});
@@ -135,7 +137,7 @@ TEST_F(Installed, UpdateRenewsWhatIsThePackagesAndKeepsWhatIsTheUsers)
 
     QByteArrayList contents;
     for (const QString &name : {u"Lumivara"_s, u"TARUNECLIENT.FDB"_s, u"KELORA.FDB"_s, u"Mine.lng"_s, u"Pali.lng"_s})
-        contents.append(Read(Own(name)));
+        contents.append(Read(name));
     EXPECT_EQ(contents, (QByteArrayList{Script + "# 2\n", "marks", "own canon", "own language", "new"}));
     EXPECT_FALSE(QFileInfo(Own(u"English.lng"_s)).isSymLink());
     EXPECT_EQ(QFileInfo(Own(u"libfbclient.so.2"_s)).symLinkTarget(), Program(u"libfbclient.so.2"_s));
@@ -143,7 +145,7 @@ TEST_F(Installed, UpdateRenewsWhatIsThePackagesAndKeepsWhatIsTheUsers)
     // Said once; and an own file that goes makes room for the package's.
     QFile::remove(Own(u"KELORA.FDB"_s));
     EXPECT_EQ(Launch(u"lumivara-data"_s).errors, QString());
-    EXPECT_EQ(Read(Own(u"KELORA.FDB"_s)), "2");
+    EXPECT_EQ(Read(u"KELORA.FDB"_s), "2");
 }
 
 TEST_F(Installed, HelpOfAToolAndWhatClearsTheFolderMakeNone)
@@ -161,9 +163,8 @@ TEST_F(Installed, FirstStartsThatAreKilledLeaveNothingHalf)
     int cutOff = 0;
     for (int milliseconds = 2; milliseconds < 80; milliseconds += 6) {
         QProcess start;
-        start.setProcessEnvironment(environment);
         // It makes a group of its own, so that what the script was doing ends with it.
-        start.start(u"timeout"_s, {u"-sKILL"_s, QString::number(milliseconds / 1000.0), At(u"bin/lumivara-data"_s)});
+        Begin(start, u"timeout"_s, {u"-sKILL"_s, QString::number(milliseconds / 1000.0), At(u"bin/lumivara-data"_s)});
         EXPECT_TRUE(start.waitForFinished());
         cutOff += !QFileInfo::exists(Own());
         EXPECT_EQ(QFileInfo::exists(Own()), NamesIn(Own()).size() == 8) << milliseconds;
@@ -198,7 +199,7 @@ TEST_F(Installed, UpdateThatFailsLeavesTheOlderCopyRunning)
     const Run run = Launch();
     QFile::setPermissions(Own(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     EXPECT_TRUE(run.code == 7 && run.errors.contains(u"the older copy runs: "_s)) << qPrintable(run.errors);
-    EXPECT_EQ(Read(Own(u"Lumivara"_s)), Script + "# 1\n");
+    EXPECT_EQ(Read(u"Lumivara"_s), Script + "# 1\n");
 }
 
 } // namespace

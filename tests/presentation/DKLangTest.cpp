@@ -58,9 +58,9 @@ struct Window
                                         button->property("Hint").toString(), grid->property(noData).toString(),
                                         grid->property("Text").toString());
     }
-    QStringList NumbersAfter(UpdateMode mode, int highest = 0)
+    QStringList NumbersAtDesignTime(int highest = 0)
     {
-        controller->UpdateEntries(mode, highest);
+        controller->UpdateEntries(UpdateMode::DesignTime, highest);
         return Numbers(controller->RootEntry());
     }
 
@@ -79,7 +79,7 @@ protected:
     {
         TDKLanguageManager designTime;
         Window designed(designTime);
-        designed.controller->UpdateEntries(UpdateMode::DesignTime);
+        designed.NumbersAtDesignTime();
         table = SaveLangData(designed.controller->RootEntry());
         Write(u"English.lng"_qs, "LANGID=1033\n[FRMMAIN]\n1=Reader\n2=\n3=Open\\npage\n4=No data\n99=nobody\n");
         Write(u"French.LNG"_qs, "LANGID=1036\n[frmMain]\n1=Lecteur\n");
@@ -154,19 +154,18 @@ TEST_F(Languages, SwitchThereAndBackRestoresEveryText)
 
 TEST_F(Languages, DesignTimeKeepsNumbersAndGivesTheNextOnes)
 {
-    constexpr auto mode = UpdateMode::DesignTime;
     Window window(manager), bound(manager, u"frmMain"_qs, table);
     const QStringList first{u"1 .Caption"_qs, u"3 btnOpen.Caption"_qs, u"2 btnOpen.Hint"_qs,
                             u"4 gSutas.OptionsView.NoDataToDisplayInfoText"_qs};
-    EXPECT_EQ(window.NumbersAfter(mode), first);
+    EXPECT_EQ(window.NumbersAtDesignTime(), first);
     window.grid->setProperty("OptionsView.NoDataToDisplayInfoText", QVariant());
     window.grid->setProperty("Text", u"now words"_qs);
-    EXPECT_EQ(window.NumbersAfter(mode), first.first(3) + QStringList{u"5 gSutas.Text"_qs});
+    EXPECT_EQ(window.NumbersAtDesignTime(), first.first(3) + QStringList{u"5 gSutas.Text"_qs});
     for (Window *changed : {&window, &bound}) {
         delete changed->button;
         Window::Add(&changed->object, u"lbNew"_qs)->setProperty("Caption", u"new"_qs);
     }
-    EXPECT_EQ(window.NumbersAfter(mode, 40),
+    EXPECT_EQ(window.NumbersAtDesignTime(40),
               QStringList({u"1 .Caption"_qs, u"5 gSutas.Text"_qs, u"41 lbNew.Caption"_qs}));
     // At run time nothing is added, and what the window has lost is dropped.
     bound.controller->Loaded();

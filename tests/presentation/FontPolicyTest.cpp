@@ -9,9 +9,7 @@
 #include "toolkit/CxTextEdit.h"
 #include "toolkit/Fonts.h"
 #include "toolkit/Kinds.h"
-#include "toolkit/LayoutItem.h"
 
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QTableView>
 
@@ -98,23 +96,6 @@ TEST(FontPolicy, ThrowsTheWhiteShadowOfACoolLabel)
     EXPECT_TRUE(holds(QColor(0x80, 0, 0)) && holds(Qt::white));
     label.SetShadow(0, Qt::white);
     EXPECT_FALSE(holds(Qt::white));
-}
-
-TEST(FontPolicy, ReachesTheCaptionsOfALayoutByItsTag)
-{
-    TdxLayoutControl layout;
-    SetWindowFont(layout);
-    const QString windowFont = Told(layout.font());
-    auto *item = new TdxLayoutItem(&layout);
-    auto *edit = new QLineEdit(item);
-    (new QHBoxLayout(item))->addWidget(edit);
-    item->SetCaption(u"Caption"_s);
-    for (const QString &expected : {windowFont, u"Segoe UI 10 q"_s}) {
-        ApplyFontPolicy(layout);
-        EXPECT_EQ(Told(item->findChild<QLabel *>()->font()), expected);
-        EXPECT_EQ(Told(edit->font()), windowFont);
-        layout.setProperty("Tag", 1);
-    }
 }
 
 class WalkedWindows : public MarksWindow
