@@ -28,13 +28,12 @@ TEST(Locales, RowsAreFoundByTheirNumberAlone)
 
 TEST(Locales, EveryRowIsWhole)
 {
-    static const QRegularExpression tagForm(
+    const QRegularExpression tagForm(
         u"^[a-z]{2,3}(-[A-Z][a-z]{3})?(-([A-Z]{2}|[0-9]{3}|ploc))?(-valencia|_tradnl)?$"_s);
     QSet<QString> tags;
     for (const LocaleRow &row : LocaleRows()) {
-        const QString tag = QString::fromUtf8(row.tag);
-        EXPECT_TRUE(tagForm.match(tag).hasMatch()) << row.tag;
-        tags.insert(tag);
+        tags.insert(QString::fromUtf8(row.tag));
+        EXPECT_TRUE(tagForm.match(QString::fromUtf8(row.tag)).hasMatch()) << row.tag;
         EXPECT_EQ(FindLocale(row.id), &row);
         for (const char *name : {row.englishName, row.shortName, row.nativeName}) {
             const QString text = QString::fromUtf8(name);

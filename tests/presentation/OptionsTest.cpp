@@ -38,9 +38,8 @@ protected:
     void ClearMemory()
     {
         FontName = u"before"_s;
-        kelora->vOpenSutta = kelora->vPopupTime = 0;
+        kelora->vOpenSutta = kelora->vPopupTime = kelora->vPopupActive = 0;
         kelora->vBgColor = kelora->vHighlightColor = 0;
-        kelora->vPopupActive = false;
     }
     void Forget() { QDir(settings.Path(u"config"_s)).removeRecursively(); }
     void Store(const QVariantList &values)

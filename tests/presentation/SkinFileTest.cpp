@@ -61,14 +61,10 @@ TEST_F(SkinFile, HoldsNoSkinWhereItsContentCannotBeRead)
 
 TEST_F(SkinFile, ListsValidNamesAndLoadsTheFirstOfTwo)
 {
-    QJsonArray skins{5, QJsonObject{}, QJsonArray{}};
+    QJsonArray skins{5, QJsonObject{{u"name"_s, 7}}, QJsonArray{}};
     for (const QString &name : {u""_s, u" a"_s, u"a "_s, u"a\nb"_s, u"a\u0000b"_s, QString(65, u'x')})
         skins.append(WholeSkin(name));
-    skins.append(QJsonObject{{u"name"_s, 7}});
-    skins.append(WholeSkin(QString(64, u'x')));
-    skins.append(WholeSkin(u"Twice"_s, true));
-    skins.append(WholeSkin(u"Twice"_s, false));
-    Write(skins);
+    Write(skins + WholeSkin(QString(64, u'x')) + WholeSkin(u"Twice"_s, true) + WholeSkin(u"Twice"_s, false));
     EXPECT_EQ(SkinNames(path), (QStringList{QString(64, u'x'), u"Twice"_s, u"Twice"_s}));
     EXPECT_TRUE(LoadSkin(path, u"Twice"_s)->isDark);
     EXPECT_FALSE(LoadSkin(path, u" a"_s));
@@ -82,12 +78,10 @@ TEST_F(SkinFile, DoesNotLoadASkinWithoutEachColour)
     const QJsonArray values = QJsonDocument::fromJson(R"(["#1234567", "#12345g", "123456", 5, {}, null, "#+12345",
         "#１２３４５６", ["#123456"], ["#123456", "x"], ["#123456", "#123456", "#123456"]])")
                                   .array();
-    EXPECT_EQ(values.size(), 11);
     for (const QJsonValue &value : values)
         skins.append(WholeSkin(QString::number(skins.size()), false, {{u"iconFill"_s, value}}));
-    skins.append(QJsonObject{{u"name"_s, QString::number(skins.size())}});
     Write(skins);
-    EXPECT_EQ(SkinNames(path).size(), skins.size());
+    EXPECT_EQ(SkinNames(path).size(), 11);
     for (int index = 0; index < skins.size(); ++index)
         EXPECT_FALSE(LoadSkin(path, QString::number(index))) << index;
 }
