@@ -116,10 +116,6 @@ TEST(LangFile, IsWrittenAsItIsRead)
     EXPECT_EQ(translations.SaveToBytes(),
               EncodeLangText(u"LANGID=1033\r\n\r\n[frmMain]\r\n00000002=x\r\n00000015=a\\nb\\\\n\\09\u1EA1\\01\r\n\r\n"
                              u"[$CONSTANTS]\r\nc=\\n\r\n"_qs));
-}
-
-TEST(LangValue, EscapesDecode)
-{
     EXPECT_EQ(DecodeLangValue(u"a\\nb\\t\\\\n\\07\\31x"_qs), u"a\r\nb\t\\n\a\x1Fx"_qs);
     EXPECT_EQ(DecodeLangValue(u"\\x\\1\\1x\\N\\ \\"_qs), u"\\x\\1\\1x\\N\\ \\"_qs) << "no escapes";
     EXPECT_EQ(EncodeLangValue(u"\r\n\n\r\r\r\n\n\x1F\t"_qs), u"\\n\\n\\n\\n\\n\\31\\09"_qs);

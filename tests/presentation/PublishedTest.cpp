@@ -69,7 +69,6 @@ TEST(PublishedName, FollowsTheTableFromTheMostDerivedClassUp)
         {"QTextBrowser QTextEdit QWidget QObject", "plainText", u"Lines"_qs},
         {"QComboBox QWidget QObject", "items", u"Properties.Items"_qs},
         {"QAction QObject", "text", u"Caption"_qs},
-        {"QAction QObject", "iconText", u"IconText"_qs},
         {"QActionGroup QObject", "text", u"Text"_qs},
         {"QWidget QObject", "OptionsView.NoDataToDisplayInfoText", u"OptionsView.NoDataToDisplayInfoText"_qs},
         {"QWidget QObject", "objectName", {}},
