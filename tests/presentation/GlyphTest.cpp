@@ -4,9 +4,7 @@
 #include "toolkit/BrowserTest.h"
 #include "toolkit/Fonts.h"
 
-#include <QFont>
 #include <QGlyphRun>
-#include <QLabel>
 #include <QRawFont>
 #include <QSet>
 #include <QTextLayout>
@@ -47,7 +45,7 @@ QSet<QByteArray> Faces(const QFont &font, const QStringList &letters)
 
 TEST(Glyphs, OfWindowsAreOfOneFamilyAndNoneIsMissing)
 {
-    QLabel window;
+    QWidget window;
     SetWindowFont(window);
     const QSet<QByteArray> face{QRawFont::fromFont(QFont(PageFontFamily())).fontTable("head")};
     for (const QFont &font : {window.font(), QFont(u"Segoe UI Semibold"_s, 18), QFont(u"No such \"font\" <b>"_s, 10),

@@ -11,7 +11,6 @@ TEST(Locales, RowsAreFoundByTheirNumberAlone)
 {
     const LocaleRow cases[]{
         {1066, "vi-VN", "Vietnamese (Vietnam)", "Vietnamese", "Tiếng Việt (Việt Nam)"},
-        {1054, "th-TH", "Thai (Thailand)", "Thai", "ไทย (ไทย)"},
         {1103, "sa-IN", "Sanskrit (India)", "Sanskrit", "संस्कृत भाषा (भारतः)"},
         {9242, "sr-Latn-RS", "Serbian (Latin, Serbia)", "Serbian (Latin)", "srpski (latinica, Srbija)"},
         {0x0004, "zh-Hans", "Chinese (Simplified)", "Chinese (Simplified)", "中文（简体）"}};

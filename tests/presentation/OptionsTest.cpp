@@ -18,8 +18,6 @@
 #include <QSpinBox>
 #include <QTextStream>
 
-#include <climits>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -113,7 +111,7 @@ TEST_F(OptionsDialog, ShowsWhatIsStoredUpToTheFirstBadValue)
                                                     {5, {}, u"1 1 7 Beta Sans/1 ff0000 ffff"_s},
                                                     {0, 5, u"-1 1 7 Beta Sans/1 ff0000 123456"_s},
                                                     {2, 0, u"1 1 1 Beta Sans/1 ff0000 123456"_s},
-                                                    {2, INT_MAX, u"1 1 240 Beta Sans/1 ff0000 123456"_s},
+                                                    {2, 1 << 30, u"1 1 240 Beta Sans/1 ff0000 123456"_s},
                                                     {3, u"\"><b>Ghost"_s, u"1 1 7 \"><b>Ghost/-1 ff0000 123456"_s},
                                                     {3, u"BETA sans"_s, u"1 1 7 BETA sans/1 ff0000 123456"_s},
                                                     {5, -1, u"1 1 7 Beta Sans/1 ff0000 ffffffff"_s}};
