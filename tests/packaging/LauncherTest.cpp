@@ -1,3 +1,4 @@
+#include "support/SkinSupport.h"
 #include "support/TestSupport.h"
 
 #include <QCoreApplication>
@@ -28,16 +29,16 @@ protected:
         QDir().mkpath(At(u"bin"_s));
         QFile::copy(QCoreApplication::applicationDirPath() + u"/packaging/lumivara"_s, At(u"bin/lumivara"_s));
         QFile::link(u"lumivara"_s, At(u"bin/lumivara-data"_s));
-        Put(At(u"lib/lumivara/Lumivara"_s), Script + "# 1\n");
-        Put(At(u"lib/lumivara/lumivara-data"_s), Script);
-        Put(At(u"lib/lumivara/first-settings"_s), "#!/bin/sh\n[ -e \"$1/KELORA.FDB\" ] && echo settings\n");
-        Put(At(u"lib/lumivara/firebird/firebird.conf"_s), "conf");
-        Put(At(u"lib/lumivara/libfbclient.so.2"_s), "client");
+        Put(Program(u"Lumivara"_s), Script + "# 1\n");
+        Put(Program(u"lumivara-data"_s), Script);
+        Put(Program(u"first-settings"_s), "#!/bin/sh\n[ -e \"$1/KELORA.FDB\" ] && echo settings\n");
+        for (const QString &name : {u"firebird/firebird.conf"_s, u"libfbclient.so.2"_s})
+            Put(Program(name), "1");
         for (const QString &name : {u"KELORA.FDB"_s, u"TARUNECLIENT.FDB"_s, u"English.lng"_s})
-            Put(At(u"share/lumivara/"_s + name), name.toUtf8() + " 1");
-        environment.remove(u"XDG_DATA_HOME"_s);
-        environment.remove(u"DISPLAY"_s);
-        environment.remove(u"WAYLAND_DISPLAY"_s);
+            Put(Data(name), "1");
+        for (const QString &variable : {u"XDG_DATA_HOME"_s, u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s})
+            environment.remove(variable);
+        environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
         environment.insert(u"HOME"_s, Home());
     }
 
@@ -46,18 +47,24 @@ protected:
         int code;
         QString output, errors;
     };
+    void Begin(QProcess &process, const QString &program, const QStringList &arguments = {}) const
+    {
+        process.setProcessEnvironment(environment);
+        process.start(program, arguments);
+    }
     Run Launch(const QString &name = u"lumivara"_s, const QStringList &arguments = {}) const
     {
         QProcess process;
-        process.setProcessEnvironment(environment);
-        process.start(At(u"bin/"_s + name), arguments);
-        EXPECT_TRUE(process.waitForFinished()) << qPrintable(name);
+        Begin(process, At(u"bin/"_s + name), arguments);
+        EXPECT_TRUE(process.waitForFinished());
         return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
                 QString::fromUtf8(process.readAllStandardError())};
     }
 
     /// A path of the installed tree, of the home, of the user's program folder.
     QString At(const QString &path) const { return m_scratch.Path(u"usr dir/"_s + path); }
+    QString Program(const QString &name) const { return At(u"lib/lumivara/"_s + name); }
+    QString Data(const QString &name) const { return At(u"share/lumivara/"_s + name); }
     QString Home() const { return m_scratch.Path(u"Người đọc 1"_s); }
     QString Own(const QString &name = {}) const { return Home() + u"/.local/share/lumivara/Lumivara/"_s + name; }
 
@@ -69,15 +76,13 @@ protected:
     {
         QDir().mkpath(QFileInfo(path).path());
         QFile::remove(path);
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(path);
-        file.write(bytes);
-        file.setPermissions(file.permissions() | QFile::ExeOwner);
+        EXPECT_TRUE(WriteBytes(path, bytes)) << qPrintable(path);
+        QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner);
     }
-    static QByteArray Read(const QString &path)
+    QByteArray Read(const QString &name) const
     {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(missing)");
+        QFile file(Own(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : "(missing)";
     }
 
     static inline const QByteArray Script = "#!/bin/sh\necho \"$0\" \"$@\"\nexit 7\n";
@@ -91,30 +96,24 @@ TEST_F(Installed, FirstStartMakesTheFolderAndTheSettings)
 {
     const Run run = Launch(u"lumivara"_s, {u"--argument"_s});
     EXPECT_EQ(run.code, 7);
-    EXPECT_EQ(run.output, u"settings\n"_s + Own(u"Lumivara\n"_s));
-    EXPECT_EQ(run.errors, QString());
-    EXPECT_EQ(Read(Own(u"launcher"_s)), At(u"bin/lumivara\n"_s).toUtf8());
-    EXPECT_EQ(NamesIn(Own()), (QStringList{u"English.lng"_s, u"KELORA.FDB"_s, u"Lumivara"_s, u"TARUNECLIENT.FDB"_s,
-                                           u"firebird"_s, u"launcher"_s, u"libfbclient.so.2"_s, u"lumivara-data"_s}));
-    for (const QString &name : {u"Lumivara"_s, u"lumivara-data"_s, u"TARUNECLIENT.FDB"_s})
-        EXPECT_FALSE(QFileInfo(Own(name)).isSymLink()) << qPrintable(name);
-    EXPECT_EQ(QFileInfo(Own(u"KELORA.FDB"_s)).symLinkTarget(), At(u"share/lumivara/KELORA.FDB"_s));
-    EXPECT_EQ(QFileInfo(Own(u"firebird"_s)).symLinkTarget(), At(u"lib/lumivara/firebird"_s));
-    EXPECT_EQ(NamesIn(Home() + u"/.local/share/lumivara"_s), QStringList{u"Lumivara"_s});
+    EXPECT_EQ(run.output + run.errors, u"settings\n"_s + Own(u"Lumivara\n"_s));
+    EXPECT_EQ(Read(u"launcher"_s), At(u"bin/lumivara\n"_s).toUtf8());
+    QString names; // links are marked
+    for (const QString &name : NamesIn(Own()))
+        names += name + (QFileInfo(Own(name)).isSymLink() ? u"* "_s : u" "_s);
+    EXPECT_EQ(names, u"English.lng* KELORA.FDB* Lumivara TARUNECLIENT.FDB firebird* launcher libfbclient.so.2* "
+                     "lumivara-data "_s);
+    EXPECT_EQ(QFileInfo(Own(u"KELORA.FDB"_s)).symLinkTarget(), Data(u"KELORA.FDB"_s));
 }
 
 TEST_F(Installed, ManyFirstStartsAtOnceMakeOneFolder)
 {
     std::array<QProcess, 8> starts;
-    for (QProcess &start : starts) {
-        start.setProcessEnvironment(environment);
-        start.start(At(u"bin/lumivara"_s), QStringList());
-    }
-    for (QProcess &start : starts) {
-        EXPECT_TRUE(start.waitForFinished());
-        EXPECT_EQ(start.exitCode(), 7) << start.readAllStandardError().constData();
-    }
-    EXPECT_EQ(NamesIn(Home() + u"/.local/share/lumivara"_s), QStringList{u"Lumivara"_s});
+    for (QProcess &start : starts)
+        Begin(start, At(u"bin/lumivara"_s));
+    for (QProcess &start : starts)
+        EXPECT_TRUE(start.waitForFinished() && start.exitCode() == 7) << start.readAllStandardError().constData();
+    EXPECT_EQ(NamesIn(Own(u".."_s)), QStringList{u"Lumivara"_s});
     EXPECT_EQ(NamesIn(Own()).size(), 8);
 }
 
@@ -124,102 +123,83 @@ TEST_F(Installed, UpdateRenewsWhatIsThePackagesAndKeepsWhatIsTheUsers)
     Put(Own(u"TARUNECLIENT.FDB"_s), "marks");
     Put(Own(u"KELORA.FDB"_s), "own canon");
     Put(Own(u"Mine.lng"_s), "own language");
-    QFile::link(Home() + u"/stick/Far.lng"_s, Own(u"Far.lng"_s));
     QFile::remove(Own(u"libfbclient.so.2"_s));
     QFile::link(u"/nowhere/lib/lumivara/libfbclient.so.2"_s, Own(u"libfbclient.so.2"_s));
 
-    Put(At(u"lib/lumivara/Lumivara"_s), Script + "# 2\n");
-    Put(At(u"share/lumivara/Pali.lng"_s), "new");
-    Put(At(u"share/lumivara/TARUNECLIENT.FDB"_s), "2");
-    Put(At(u"share/lumivara/KELORA.FDB"_s), "2");
-    QFile::remove(At(u"share/lumivara/English.lng"_s));
+    Put(Program(u"Lumivara"_s), Script + "# 2\n");
+    Put(Data(u"Pali.lng"_s), "new");
+    Put(Data(u"TARUNECLIENT.FDB"_s), "2");
+    Put(Data(u"KELORA.FDB"_s), "2");
+    QFile::remove(Data(u"English.lng"_s));
     const Run run = Launch(u"lumivara-data"_s, {u"export"_s, u"a b"_s});
-    EXPECT_EQ(run.code, 7);
     EXPECT_EQ(run.output, Own(u"lumivara-data export a b\n"_s));
     EXPECT_TRUE(run.errors.endsWith(u"as your own: KELORA.FDB\n"_s)) << qPrintable(run.errors);
 
-    EXPECT_EQ(Read(Own(u"Lumivara"_s)), Script + "# 2\n");
-    EXPECT_EQ(Read(Own(u"TARUNECLIENT.FDB"_s)), "marks");
-    EXPECT_EQ(Read(Own(u"KELORA.FDB"_s)), "own canon");
-    EXPECT_EQ(Read(Own(u"Mine.lng"_s)), "own language");
-    EXPECT_TRUE(QFileInfo(Own(u"Far.lng"_s)).isSymLink());
-    EXPECT_EQ(Read(Own(u"Pali.lng"_s)), "new");
+    QByteArrayList contents;
+    for (const QString &name : {u"Lumivara"_s, u"TARUNECLIENT.FDB"_s, u"KELORA.FDB"_s, u"Mine.lng"_s, u"Pali.lng"_s})
+        contents.append(Read(name));
+    EXPECT_EQ(contents, (QByteArrayList{Script + "# 2\n", "marks", "own canon", "own language", "new"}));
     EXPECT_FALSE(QFileInfo(Own(u"English.lng"_s)).isSymLink());
-    EXPECT_EQ(QFileInfo(Own(u"libfbclient.so.2"_s)).symLinkTarget(), At(u"lib/lumivara/libfbclient.so.2"_s));
+    EXPECT_EQ(QFileInfo(Own(u"libfbclient.so.2"_s)).symLinkTarget(), Program(u"libfbclient.so.2"_s));
 
     // Said once; and an own file that goes makes room for the package's.
     QFile::remove(Own(u"KELORA.FDB"_s));
     EXPECT_EQ(Launch(u"lumivara-data"_s).errors, QString());
-    EXPECT_EQ(Read(Own(u"KELORA.FDB"_s)), "2");
+    EXPECT_EQ(Read(u"KELORA.FDB"_s), "2");
 }
 
 TEST_F(Installed, HelpOfAToolAndWhatClearsTheFolderMakeNone)
 {
     for (const QStringList &arguments : {QStringList{u"check"_s, u"--help"_s}, QStringList{u"forget-me"_s, u"--yes"_s}})
         EXPECT_EQ(Launch(u"lumivara-data"_s, arguments).output,
-                  At(u"lib/lumivara/lumivara-data "_s) + arguments.join(u' ') + u'\n');
+                  Program(u"lumivara-data "_s) + arguments.join(u' ') + u'\n');
     EXPECT_FALSE(QFileInfo::exists(Home()));
 }
 
 /// Killed at any moment a first start leaves no folder or a whole one, and the next start finds its way.
 TEST_F(Installed, FirstStartsThatAreKilledLeaveNothingHalf)
 {
-    Put(At(u"lib/lumivara/lumivara-data"_s), Script + QByteArray(4 << 20, '#'));
-    const QString shelf = Home() + u"/.local/share/lumivara"_s;
+    Put(Program(u"lumivara-data"_s), Script + QByteArray(4 << 20, '#'));
     int cutOff = 0;
     for (int milliseconds = 2; milliseconds < 80; milliseconds += 6) {
         QProcess start;
-        start.setProcessEnvironment(environment);
         // It makes a group of its own, so that what the script was doing ends with it.
-        start.start(u"timeout"_s,
-                    {u"-s"_s, u"KILL"_s, QString::number(milliseconds / 1000.0), At(u"bin/lumivara-data"_s)});
+        Begin(start, u"timeout"_s, {u"-sKILL"_s, QString::number(milliseconds / 1000.0), At(u"bin/lumivara-data"_s)});
         EXPECT_TRUE(start.waitForFinished());
-        if (!QFileInfo::exists(Own())) {
-            ++cutOff;
-            continue;
-        }
-        EXPECT_TRUE(QFileInfo::exists(Own(u"launcher"_s))) << milliseconds;
-        EXPECT_TRUE(QFileInfo::exists(Own(u"TARUNECLIENT.FDB"_s))) << milliseconds;
+        cutOff += !QFileInfo::exists(Own());
+        EXPECT_EQ(QFileInfo::exists(Own()), NamesIn(Own()).size() == 8) << milliseconds;
         QDir(Own()).removeRecursively();
     }
     EXPECT_GT(cutOff, 0);
     EXPECT_EQ(Launch(u"lumivara-data"_s).code, 7);
-    EXPECT_EQ(QDir(shelf).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList{u"Lumivara"_s});
+    EXPECT_EQ(QDir(Own(u".."_s)).entryList(QDir::Dirs | QDir::NoDotAndDotDot), QStringList{u"Lumivara"_s});
 }
 
 TEST_F(Installed, PlaceThatCannotBeUsedIsNamed)
 {
     Put(Home() + u"/file"_s, "");
-    QDir().mkpath(Home() + u"/taken/lumivara"_s);
     Put(Home() + u"/taken/lumivara/Lumivara"_s, "");
+    // A folder that is no full path counts as none.
     const std::tuple<QString, QString, QString> cases[]{{Home() + u"/file/data"_s, Home(), u"Not a directory"_s},
                                                         {Home() + u"/taken"_s, Home(), u"not a folder"_s},
-                                                        {QString(), QString(), u"no home folder"_s},
-                                                        // A folder that is no full path counts as none.
                                                         {u"data"_s, QString(), u"no home folder"_s}};
-    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
     for (const auto &[dataHome, home, words] : cases) {
         environment.insert(u"XDG_DATA_HOME"_s, dataHome);
         environment.insert(u"HOME"_s, home);
         const Run run = Launch(u"lumivara-data"_s);
-        EXPECT_EQ(run.code, 2) << qPrintable(words);
-        EXPECT_EQ(run.output, QString());
-        EXPECT_TRUE(run.errors.contains(words)) << qPrintable(run.errors);
+        EXPECT_TRUE(run.code == 2 && run.output.isEmpty() && run.errors.contains(words)) << qPrintable(run.errors);
     }
-    EXPECT_EQ(NamesIn(Home() + u"/taken/lumivara"_s), QStringList{u"Lumivara"_s});
 }
 
 TEST_F(Installed, UpdateThatFailsLeavesTheOlderCopyRunning)
 {
     EXPECT_EQ(Launch().code, 7);
-    Put(At(u"lib/lumivara/Lumivara"_s), Script + "# 2\n");
+    Put(Program(u"Lumivara"_s), Script + "# 2\n");
     QFile::setPermissions(Own(), QFile::ReadOwner | QFile::ExeOwner);
-    environment.insert(u"LANG"_s, u"C.UTF-8"_s);
     const Run run = Launch();
     QFile::setPermissions(Own(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    EXPECT_EQ(run.code, 7);
-    EXPECT_TRUE(run.errors.contains(u"the older copy runs: "_s)) << qPrintable(run.errors);
-    EXPECT_EQ(Read(Own(u"Lumivara"_s)), Script + "# 1\n");
+    EXPECT_TRUE(run.code == 7 && run.errors.contains(u"the older copy runs: "_s)) << qPrintable(run.errors);
+    EXPECT_EQ(Read(u"Lumivara"_s), Script + "# 1\n");
 }
 
 } // namespace

@@ -14,13 +14,9 @@ public:
     QString Description, ItemName;
 };
 
-class TFont : public QObject
+class TFont : public Item
 {
     Q_OBJECT
-    Q_PROPERTY(QString Face MEMBER Face)
-
-public:
-    QString Face = u"Segoe UI"_qs;
 };
 
 class Grid : public QObject
@@ -32,28 +28,21 @@ class Grid : public QObject
     Q_PROPERTY(QString ReadOnly READ ReadOnly)
     Q_PROPERTY(QStringList Lines MEMBER Lines)
     Q_PROPERTY(int Number MEMBER Number)
-    Q_PROPERTY(QByteArray Bytes MEMBER Bytes)
     Q_PROPERTY(Item *Options READ Options)
     Q_PROPERTY(QObject *Neighbour MEMBER Neighbour)
-    Q_PROPERTY(QObject *Self READ Self)
     Q_PROPERTY(TFont *Font READ Font)
     Q_PROPERTY(QList<QObject *> Items READ Items)
 
 public:
     QString ReadOnly() const { return {}; }
     Item *Options() { return &m_options; }
-    QObject *Self() { return m_cyclic ? this : nullptr; }
     TFont *Font() { return &m_font; }
     QList<QObject *> Items() { return {&m_items[0], &m_items[1]}; }
 
     QString Caption, Hint, NameText;
     QStringList Lines;
-    QByteArray Bytes;
     int Number = 0;
     QObject *Neighbour = nullptr;
-    bool m_cyclic = false;
-
-private:
     Item m_options, m_items[2];
     TFont m_font;
 };
@@ -70,36 +59,20 @@ QStringList WalkedNames(QObject &object, const PublishedFilter &filter = {})
 
 TEST(PublishedName, FollowsTheTableFromTheMostDerivedClassUp)
 {
-    struct Row
-    {
-        QList<QByteArray> chain;
-        QByteArray property;
-        QString name;
-    };
-    const QList<QByteArray> widget{"QWidget", "QObject"};
-    const auto below = [&widget](const QList<QByteArray> &chain) { return chain + widget; };
-    const Row rows[] = {
-        {below({"TfrmMain", "QMainWindow"}), "windowTitle", u"Caption"_qs},
-        {below({"QToolButton", "QAbstractButton"}), "text", u"Caption"_qs},
-        {below({"QToolButton", "QAbstractButton"}), "toolTip", u"Hint"_qs},
-        {below({"QToolButton", "QAbstractButton"}), "windowTitle", {}},
-        {below({"QMenu"}), "windowTitle", {}},
-        {below({"QMenu"}), "title", u"Caption"_qs},
-        {below({"QLineEdit"}), "text", u"Text"_qs},
-        {below({"QLineEdit"}), "windowTitle", u"Caption"_qs},
-        {below({"QLineEdit"}), "placeholderText", u"TextHint"_qs},
-        {below({"QTextBrowser", "QTextEdit"}), "plainText", u"Lines"_qs},
-        {below({"QComboBox"}), "items", u"Properties.Items"_qs},
-        {{"QAction", "QObject"}, "text", u"Caption"_qs},
-        {{"QAction", "QObject"}, "iconText", u"IconText"_qs},
-        {{"QActionGroup", "QObject"}, "text", u"Text"_qs},
-        {widget, "OptionsView.NoDataToDisplayInfoText", u"OptionsView.NoDataToDisplayInfoText"_qs},
-        {widget, "objectName", {}},
-        {widget, "styleSheet", {}},
-        {widget, "_q_titleBar", {}},
-    };
-    for (const Row &row : rows)
-        EXPECT_EQ(PublishedName(row.chain, row.property), row.name) << row.property.constData();
+    // The classes, the toolkit's property and the name it is published by.
+    const std::tuple<QByteArray, QByteArray, QString> rows[]{
+        {"QToolButton QAbstractButton QWidget QObject", "text", u"Caption"_qs},
+        {"QToolButton QAbstractButton QWidget QObject", "toolTip", u"Hint"_qs},
+        {"QToolButton QAbstractButton QWidget QObject", "windowTitle", {}},
+        {"QMenu QWidget QObject", "windowTitle", {}},
+        {"QLineEdit QWidget QObject", "text", u"Text"_qs},
+        {"QTextBrowser QTextEdit QWidget QObject", "plainText", u"Lines"_qs},
+        {"QComboBox QWidget QObject", "items", u"Properties.Items"_qs},
+        {"QAction QObject", "text", u"Caption"_qs},
+        {"QActionGroup QObject", "text", u"Text"_qs},
+        {"QWidget QObject", "objectName", {}}};
+    for (const auto &[chain, property, name] : rows)
+        EXPECT_EQ(PublishedName(chain.split(' '), property), name) << chain.data() << property.data();
 }
 
 TEST(Published, WalkVisitsTextsNestedObjectsAndCollections)
@@ -113,32 +86,31 @@ TEST(Published, WalkVisitsTextsNestedObjectsAndCollections)
     grid.setProperty("Tag", 3);
     Item dynamicItem;
     grid.setProperty("Properties.Items", QVariant::fromValue(QList<QObject *>{&dynamicItem}));
-    EXPECT_EQ(WalkedNames(grid),
-              QStringList({u"Caption"_qs, u"Hint"_qs, u"Lines"_qs, u"Options.Description"_qs, u"Options.Name"_qs,
-                           u"Font.Face"_qs, u"Items[0].Description"_qs, u"Items[0].Name"_qs, u"Items[1].Description"_qs,
-                           u"Items[1].Name"_qs, u"OptionsView.NoData"_qs, u"Properties.Items[0].Description"_qs,
-                           u"Properties.Items[0].Name"_qs}));
+    const QStringList all = WalkedNames(grid);
+    EXPECT_EQ(all.join(u' '),
+              u"Caption Hint Lines Options.Description Options.Name Font.Description Font.Name Items[0].Description "
+              "Items[0].Name Items[1].Description Items[1].Name OptionsView.NoData "
+              "Properties.Items[0].Description Properties.Items[0].Name"_qs);
     const PublishedFilter filter = [](const QString &name, const QObject *object) {
         return !(object && object->inherits("TFont")) && name != u"Items" && name != u"Caption";
     };
-    EXPECT_EQ(WalkedNames(grid, filter).size(), 13 - 1 - 4 - 1);
+    const QStringList allowed = WalkedNames(grid, filter);
+    EXPECT_EQ(allowed.size(), 14 - 2 - 4 - 1);
 
     // What the walk visits is found by its name, under the same filter, and nothing else is.
-    const QStringList all = WalkedNames(grid), allowed = WalkedNames(grid, filter);
     for (const QString &name : all) {
         FindPublished(&grid, name).Write(u"text of "_qs + name);
         EXPECT_EQ(FindPublished(&grid, name).Read(), u"text of "_qs + name);
         EXPECT_EQ(FindPublished(&grid, name, filter).IsValid(), allowed.contains(name)) << name.toStdString();
     }
     EXPECT_EQ(dynamicItem.Description, u"text of Properties.Items[0].Description"_qs);
-    for (const QString &name :
-         {u"Name"_qs, u"caption"_qs, u"Neighbour.Caption"_qs, u"Items[2].Description"_qs, u"Items[-1].Description"_qs,
-          u"Items[0]"_qs, u"Items[0]Description"_qs, u"Items[x].Description"_qs, u"Number"_qs, u"Options"_qs, u""_qs,
-          u"ReadOnly"_qs, u"Self.Caption"_qs, u"Options."_qs, u"_q_internal"_qs, u"Tag"_qs})
+    for (const QString &name : u"Name,caption,Neighbour.Caption,Items[2].Description,Items[-1].Description,Items[0],"
+                               "Items[0]Description,Items[x].Description,Number,Options,,ReadOnly,Options.,"
+                               "_q_internal,Tag"_qs.split(u','))
         EXPECT_FALSE(FindPublished(&grid, name).IsValid()) << name.toStdString();
-    grid.m_cyclic = true;
-    EXPECT_GT(WalkedNames(grid).size(), 13);
-    EXPECT_FALSE(FindPublished(&grid, u"Self."_qs.repeated(10'000) + u"Caption"_qs).IsValid());
+    grid.Neighbour = &grid; // without a name it is a part
+    EXPECT_GT(WalkedNames(grid).size(), all.size());
+    EXPECT_FALSE(FindPublished(&grid, u"Neighbour."_qs.repeated(10'000) + u"Caption"_qs).IsValid());
 }
 
 TEST(Published, TextsKeepTheirKindAndShowTheirLines)
@@ -147,19 +119,14 @@ TEST(Published, TextsKeepTheirKindAndShowTheirLines)
     grid.setProperty("Page", QStringList{});
     FindPublished(&grid, u"Caption"_qs).Write(u"a\r\nb\rc\nd"_qs);
     EXPECT_EQ(grid.Caption, u"a\nb\nc\nd"_qs);
-    EXPECT_TRUE(FindPublished(&grid, u"Caption"_qs).IsStored());
-    EXPECT_FALSE(FindPublished(&grid, u"Hint"_qs).IsStored());
-    const struct
-    {
-        QStringList lines;
-        QString text;
-    } rows[] = {
+    EXPECT_TRUE(FindPublished(&grid, u"Caption"_qs).IsStored() && !FindPublished(&grid, u"Hint"_qs).IsStored());
+    const std::pair<QStringList, QString> rows[]{
         {{}, {}}, {{u""_qs}, u"\r\n"_qs}, {{u"a"_qs, u"b"_qs}, u"a\r\nb"_qs}, {{u"a"_qs, u""_qs}, u"a\r\n\r\n"_qs}};
-    for (const auto &row : rows) {
-        grid.Lines = row.lines;
-        EXPECT_EQ(FindPublished(&grid, u"Lines"_qs).Read(), row.text);
-        FindPublished(&grid, u"Page"_qs).Write(row.text);
-        EXPECT_EQ(grid.property("Page"), QVariant(row.lines));
+    for (const auto &[lines, text] : rows) {
+        grid.Lines = lines;
+        EXPECT_EQ(FindPublished(&grid, u"Lines"_qs).Read(), text);
+        FindPublished(&grid, u"Page"_qs).Write(text);
+        EXPECT_EQ(grid.property("Page"), QVariant(lines));
     }
 }
 

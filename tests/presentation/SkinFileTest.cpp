@@ -2,8 +2,6 @@
 #include "support/SkinSupport.h"
 #include "support/TestSupport.h"
 
-#include <QDir>
-
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -15,12 +13,8 @@ const QByteArray GoodPicture = R"~(<svg xmlns="http://www.w3.org/2000/svg"><path
 class SkinFile : public testing::Test
 {
 protected:
-    QString Write(const QByteArray &bytes)
-    {
-        EXPECT_TRUE(WriteBytes(path, bytes));
-        return path;
-    }
-    QString Write(const QJsonArray &skins) { return Write(SkinDocument(skins)); }
+    void Write(const QByteArray &bytes) { EXPECT_TRUE(WriteBytes(path, bytes)); }
+    void Write(const QJsonArray &skins) { Write(SkinDocument(skins)); }
 
     ScratchFolder folder;
     const QString path = folder.Path(u"Skins.skinres"_s);
@@ -42,48 +36,22 @@ TEST_F(SkinFile, GivesItsSkinsInOrderAndEachWhole)
     ASSERT_TRUE(skin);
     EXPECT_EQ(skin->displayName, u"Đêm khuya"_s);
     EXPECT_TRUE(skin->isDark && skin->isHighContrast && skin->isGlossy);
-    EXPECT_EQ(skin->cornerRadius, 12);
-    EXPECT_EQ(skin->lineWidth, 1);
-    EXPECT_EQ(skin->focusWidth, 1);
+    EXPECT_EQ(skin->cornerRadius * 100 + skin->lineWidth * 10 + skin->focusWidth, 1211);
     EXPECT_EQ(skin->Fill(SkinPart::Button), (SkinFill{0xFF0A0B0C, 0xFF1D1E1F}));
     EXPECT_EQ(skin->Fill(SkinPart::IconFill), (SkinFill{0xFF101010, 0xFF101010})) << "the last part";
     EXPECT_EQ(skin->pictures, (QHash<QString, QByteArray>{{u"check"_s, GoodPicture}}));
     EXPECT_FALSE(LoadSkin(path, u"đêm"_s));
 }
 
-TEST_F(SkinFile, IsOpenedEachTimeAndTellsWhenItCannotBe)
-{
-    const QString missing = folder.Path(u"gone"_s), directory = folder.Path(u"folder"_s);
-    QDir().mkdir(directory);
-    for (const auto &[file, why] :
-         {std::pair(missing, u"No such file or directory"_s), std::pair(directory, u"Is a directory"_s)}) {
-        for (const bool isLoading : {false, true}) {
-            try {
-                isLoading ? void(LoadSkin(file, u"One"_s)) : void(SkinNames(file));
-                ADD_FAILURE() << file.toStdString();
-            } catch (const SkinFileError &error) {
-                EXPECT_EQ(error.Text(), file + u": "_s + why);
-            }
-        }
-    }
-    Write({WholeSkin(u"One"_s)});
-    EXPECT_TRUE(LoadSkin(path, u"One"_s));
-    Write({WholeSkin(u"Two"_s)});
-    EXPECT_FALSE(LoadSkin(path, u"One"_s));
-    QFile::remove(path);
-    EXPECT_THROW(LoadSkin(path, u"Two"_s), SkinFileError);
-}
-
 TEST_F(SkinFile, HoldsNoSkinWhereItsContentCannotBeRead)
 {
     const QByteArray good = SkinDocument({WholeSkin(u"One"_s)});
     const auto changed = [&good](const char *from, const QByteArray &to) { return QByteArray(good).replace(from, to); };
-    const QByteArray deep(100000, '['), huge = QByteArray(MaxSkinFileBytes, ' ') + good;
     for (const QByteArray &bytes :
-         {QByteArray(), QByteArray("x"), QByteArray("[]"), QByteArray("{}"), good.left(good.size() / 2),
-          changed("lumivara-skins", "other"), changed("\"version\": 1", "\"version\": 2"),
-          changed("\"version\": 1", "\"version\": \"1\""), changed("\"skins\": [", "\"skins\": 1, \"x\": ["), deep,
-          changed("\"skins\": [", "\"x\": " + deep + ",\"skins\": ["), huge, QByteArray(1000, '\0')}) {
+         {QByteArray(), QByteArray("[]"), good.left(good.size() / 2), changed("lumivara-skins", "other"),
+          changed("\"version\": 1", "\"version\": 2"), changed("\"skins\": [", "\"skins\": 1, \"x\": ["),
+          changed("\"skins\": [", "\"x\": " + QByteArray(100000, '[') + ",\"skins\": ["),
+          QByteArray(MaxSkinFileBytes, ' ') + good, QByteArray(1000, '\0')}) {
         Write(bytes);
         EXPECT_EQ(SkinNames(path), QStringList()) << bytes.left(200).toStdString();
         EXPECT_FALSE(LoadSkin(path, u"One"_s)) << bytes.left(200).toStdString();
@@ -92,18 +60,13 @@ TEST_F(SkinFile, HoldsNoSkinWhereItsContentCannotBeRead)
 
 TEST_F(SkinFile, ListsValidNamesAndLoadsTheFirstOfTwo)
 {
-    QJsonArray skins{5, QJsonObject{}, QJsonArray{}};
+    QJsonArray skins{5, QJsonObject{{u"name"_s, 7}}, QJsonArray{}};
     for (const QString &name : {u""_s, u" a"_s, u"a "_s, u"a\nb"_s, u"a\u0000b"_s, QString(65, u'x')})
         skins.append(WholeSkin(name));
-    skins.append(QJsonObject{{u"name"_s, 7}});
-    skins.append(WholeSkin(QString(64, u'x')));
-    skins.append(WholeSkin(u"Twice"_s, true));
-    skins.append(WholeSkin(u"Twice"_s, false));
-    Write(skins);
+    Write(skins + WholeSkin(QString(64, u'x')) + WholeSkin(u"Twice"_s, true) + WholeSkin(u"Twice"_s, false));
     EXPECT_EQ(SkinNames(path), (QStringList{QString(64, u'x'), u"Twice"_s, u"Twice"_s}));
     EXPECT_TRUE(LoadSkin(path, u"Twice"_s)->isDark);
-    for (const QString &name : {u""_s, u" a"_s, u"a\nb"_s})
-        EXPECT_FALSE(LoadSkin(path, name));
+    EXPECT_FALSE(LoadSkin(path, u" a"_s));
     Write(SkinDocument({WholeSkin(u"lone"_s)}).replace("lone", "\\ud800"));
     EXPECT_EQ(SkinNames(path), QStringList()) << "half a character";
 }
@@ -111,18 +74,13 @@ TEST_F(SkinFile, ListsValidNamesAndLoadsTheFirstOfTwo)
 TEST_F(SkinFile, DoesNotLoadASkinWithoutEachColour)
 {
     QJsonArray skins;
-    const QJsonArray values{u"#12345"_s,        u"#1234567"_s,
-                            u"red"_s,           u"#12345g"_s,
-                            u"123456"_s,        5,
-                            QJsonArray{},       QJsonArray{u"#123456"_s},
-                            QJsonObject{},      QJsonArray{u"#123456"_s, u"x"_s},
-                            u"#１２３４５６"_s, QJsonArray{u"#123456"_s, u"#123456"_s, u"#123456"_s},
-                            QJsonValue(),       u"#+12345"_s};
+    const QJsonArray values = QJsonDocument::fromJson(R"(["#1234567", "#12345g", "123456", 5, {}, null, "#+12345",
+        "#１２３４５６", ["#123456"], ["#123456", "x"], ["#123456", "#123456", "#123456"]])")
+                                  .array();
     for (const QJsonValue &value : values)
         skins.append(WholeSkin(QString::number(skins.size()), false, {{u"iconFill"_s, value}}));
-    skins.append(QJsonObject{{u"name"_s, QString::number(skins.size())}});
     Write(skins);
-    EXPECT_EQ(SkinNames(path).size(), skins.size());
+    EXPECT_EQ(SkinNames(path).size(), 11);
     for (int index = 0; index < skins.size(); ++index)
         EXPECT_FALSE(LoadSkin(path, QString::number(index))) << index;
 }
@@ -130,31 +88,20 @@ TEST_F(SkinFile, DoesNotLoadASkinWithoutEachColour)
 TEST(SkinPicture, IsASmallDrawingThatLeadsNowhere)
 {
     EXPECT_EQ(PictureProblem(GoodPicture), QString());
-    const auto with = [](const QByteArray &inner) {
-        return "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\">" + inner +
-               "</svg>";
-    };
-    for (const QByteArray &svg : {QByteArray(),
-                                  QByteArray("x"),
-                                  QByteArray("<svg/>"),
-                                  QByteArray("<html/>"),
-                                  GoodPicture.chopped(1),
-                                  "<!DOCTYPE svg [<!ENTITY a \"b\">]>" + GoodPicture,
-                                  "<?xml-stylesheet href=\"a\"?>" + GoodPicture,
-                                  with("<image/>"),
-                                  with("<use xlink:href=\"#a\"/>"),
-                                  with("<style/>"),
-                                  with("<script/>"),
-                                  with("<linearGradient xlink:href=\"#a\"/>"),
-                                  with("<path fill=\"url( http://a )\"/>"),
-                                  with("<path style=\"fill:url(file:a)\"/>"),
-                                  with("<g onload=\"a\"/>"),
-                                  with("<path stroke-dasharray=\"0.001\"/>"),
-                                  with(QByteArray("<g>").repeated(40) + QByteArray("</g>").repeated(40)),
-                                  with(QByteArray(MaxPictureBytes, ' ')),
-                                  with("&a;"),
-                                  with("<g xmlns=\"x\"/>")})
+    const QByteArray opening = R"(<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink">)";
+    QByteArrayList refused{"", "<svg/>", GoodPicture.chopped(1), "<!DOCTYPE svg [<!ENTITY a \"b\">]>" + GoodPicture,
+                           "<?xml-stylesheet href=\"a\"?>" + GoodPicture};
+    QByteArrayList parts =
+        QByteArray(R"~(<image/>|<use xlink:href="#a"/>|<style/>|<script/>|<path fill="url( http://a )"/>|&a;|
+            <linearGradient xlink:href="#a"/>|<path style="fill:url(file:a)"/>|<g onload="a"/>|<g xmlns="x"/>|
+            <path stroke-dasharray="0.001"/>)~")
+            .split('|');
+    parts += {QByteArray("<g>").repeated(40) + QByteArray("</g>").repeated(40), QByteArray(MaxPictureBytes, ' ')};
+    for (const QByteArray &part : parts)
+        refused.append(opening + part + "</svg>");
+    for (const QByteArray &svg : refused)
         EXPECT_NE(PictureProblem(svg), QString()) << svg.left(200).toStdString();
+    EXPECT_EQ(PictureProblem(opening + "<path d=\"M0 0\"/></svg>"), QString());
 }
 
 } // namespace
