@@ -1,7 +1,6 @@
 #include "dictionary/DictionaryWindow.h"
 
 #include "presentation/GlobalUnit.h"
-#include "stores/Scripter.h"
 #include "support/WaitFor.h"
 #include "toolkit/BrowserControl.h"
 #include "toolkit/Forms.h"
@@ -89,17 +88,8 @@ QString TheDictionary(const QString &program)
 {
     static const ScratchFolder folder;
     const QString path = folder.Path(u"PALIDICT.FDB"_s);
-    if (QFile::exists(path))
-        return path;
-    TpFIBDatabase database;
-    TpFIBTransaction transaction;
-    PrepareConnection(database, transaction, path, program);
-    database.CreateDatabase();
-    TpFIBScripter script;
-    script.SetDatabase(&database);
-    script.Script() = QString::fromUtf8(dictionaryScript).split(u'\n');
-    script.ExecuteScript();
-    database.SetConnected(false);
+    if (!QFile::exists(path))
+        MakeDatabase(path, program, dictionaryScript);
     return path;
 }
 
@@ -124,8 +114,7 @@ void DictionaryWindow::StartReader(int languageSutta, int interfaceLang)
     if (!QFile::exists(PlaceOfDictionary(program))) {
         EXPECT_TRUE(QFile::copy(TheDictionary(program), PlaceOfDictionary(program)));
     }
-    StoreDefaults(1, 1101, languageSutta, interfaceLang);
-    Start();
+    StartOn(1101, languageSutta, interfaceLang);
     InterfaceLang = interfaceLang;
     MultiDictionary = false;
     ASSERT_TRUE(WaitPage());

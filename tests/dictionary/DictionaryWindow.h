@@ -26,10 +26,8 @@ protected:
     template <typename T>
     T &In(const char *name)
     {
-        T *found = form ? form->findChild<T *>(QLatin1StringView(name)) : nullptr;
-        if (!found)
-            throw std::runtime_error(std::string("no ") + name);
-        return *found;
+        QWidget *place = form;
+        return ReaderWindow::In<T>(place ? *place : *window, name);
     }
     QLineEdit &Edit() { return In<QLineEdit>("edSearchWord"); }
     TBrowserControl &Entry() { return In<TBrowserControl>("ebContentWord"); }

@@ -31,11 +31,9 @@ QString MarksWindow::WorkFile() const
 
 void MarksWindow::Open(int idVic, int interfaceLang)
 {
-    StoreDefaults(1, idVic, 1);
-    Store(u"LastKelora"_s, idVic);
     EXPECT_TRUE(QFile::copy(ProductFolder() + u"TARUNECLIENT.FDB"_s, ClientFile()));
     EXPECT_TRUE(QFile::setPermissions(ClientFile(), QFile::ReadOwner | QFile::WriteOwner));
-    Start();
+    StartOn(idVic);
     InterfaceLang = interfaceLang;
     clients->DataModuleCreate();
     EXPECT_TRUE(clients->vIsOKClients);
@@ -99,11 +97,7 @@ void MarksWindow::MarkAll(const std::function<void(TfrmFocusEdit &)> &inside)
         wasOpen = true;
         const QPointer<TfrmFocusEdit> guard = editor;
         EXPECT_TRUE(QTest::qWaitForWindowActive(editor));
-        try {
-            inside(*editor);
-        } catch (const std::exception &failure) {
-            ADD_FAILURE() << failure.what();
-        }
+        EXPECT_NO_THROW(inside(*editor));
         if (guard && guard->isVisible())
             guard->close();
     });

@@ -33,14 +33,6 @@ protected:
     {
         return In<T>(*form, name);
     }
-    template <typename T>
-    static T &In(QWidget &window, const char *name)
-    {
-        T *found = window.findChild<T *>(QLatin1StringView(name));
-        if (!found)
-            throw std::runtime_error(std::string("no ") + name);
-        return *found;
-    }
     QString WorkFile() const;
     TpFIBDataSet &Marks() { return clients->qryFocus; }
     QString Value(const char *field) { return Marks().FieldByName(QLatin1StringView(field)).AsString(); }

@@ -1,4 +1,5 @@
 #include "reader/ReaderWindow.h"
+#include "support/SkinSupport.h"
 #include "support/WaitFor.h"
 
 #include "marks/ConfirmDelete.h"
@@ -45,19 +46,8 @@ struct Canon
     {
         QFile::link(ProductFolder() + u"libfbclient.so.2"_s, folder.Path(u"libfbclient.so.2"_s));
         QFile::link(ProductFolder() + u"firebird"_s, folder.Path(u"firebird"_s));
-        TpFIBDatabase database;
-        TpFIBTransaction transaction;
-        const QString program = Program();
-        PrepareConnection(database, transaction, folder.Path(u"KELORA.FDB"_s), program);
-        database.CreateDatabase();
-        TpFIBScripter script;
-        script.SetDatabase(&database);
-        script.Script() = QString::fromUtf8(canonScript).split(u'\n');
-        script.ExecuteScript();
-        database.SetConnected(false);
+        MakeDatabase(folder.Path(u"KELORA.FDB"_s), folder.Path(u"Lumivara"_s), canonScript);
     }
-    QString Program() const { return folder.Path(u"Lumivara"_s); }
-
     ScratchFolder folder;
 };
 
@@ -69,7 +59,20 @@ const Canon &TheCanon()
 
 } // namespace
 
-ReaderWindow::ReaderWindow() : program(TheCanon().Program()), m_realDoors(Doors())
+void MakeDatabase(const QString &path, const QString &program, const char *script)
+{
+    TpFIBDatabase database;
+    TpFIBTransaction transaction;
+    PrepareConnection(database, transaction, path, program);
+    database.CreateDatabase();
+    TpFIBScripter scripter;
+    scripter.SetDatabase(&database);
+    scripter.Script() = QString::fromUtf8(script).split(u'\n');
+    scripter.ExecuteScript();
+    database.SetConnected(false);
+}
+
+ReaderWindow::ReaderWindow() : program(TheCanon().folder.Path(u"Lumivara"_s)), m_realDoors(Doors())
 {
     Doors().messageBox = [this](const QString &title, const QString &text, BoxButtons, BoxIcon) {
         boxes.append({title, text});
@@ -91,8 +94,7 @@ ReaderWindow::ReaderWindow() : program(TheCanon().Program()), m_realDoors(Doors(
 
 void ReaderWindow::SetSkins(const QByteArray &content)
 {
-    QFile file(skinFile);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    EXPECT_TRUE(WriteBytes(skinFile, content));
 }
 
 ReaderWindow::~ReaderWindow()
@@ -106,9 +108,8 @@ ReaderWindow::~ReaderWindow()
 
 void ReaderWindow::AddLanguage(const QString &fileName, const QByteArray &content)
 {
-    QFile file(TheCanon().folder.Path(fileName));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-    m_languageFiles.append(file.fileName());
+    m_languageFiles.append(TheCanon().folder.Path(fileName));
+    EXPECT_TRUE(WriteBytes(m_languageFiles.last(), content));
 }
 
 void ReaderWindow::AddEnglish()
@@ -172,6 +173,12 @@ QVariant ReaderWindow::Stored(const QString &name)
     }
 }
 
+void ReaderWindow::StartOn(int idVic, int languageSutta, int interfaceLang)
+{
+    StoreDefaults(1, idVic, languageSutta, interfaceLang);
+    Start();
+}
+
 void ReaderWindow::StoreDefaults(int openSutta, int lastKelora, int languageSutta, int interfaceLang)
 {
     const std::pair<QString, QVariant> values[]{{u"OpenSutta"_s, openSutta},
@@ -233,12 +240,40 @@ bool ReaderWindow::WaitPage()
     return WaitFor([this] { return Browser().IsComplete(); }, 15000);
 }
 
+std::string ReaderWindow::Page()
+{
+    return Browser().Source().toStdString();
+}
+
+QString ReaderWindow::Coloured(const char *ground)
+{
+    return Browser()
+        .Evaluate(u"[...document.querySelectorAll('font')].filter((e) => "
+                  "getComputedStyle(e).backgroundColor == '%1').map((e) => e.textContent).join('|')"_s.arg(
+                      QLatin1StringView(ground)))
+        .toString();
+}
+
+void ReaderWindow::Activate()
+{
+    window->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+}
+
 void ReaderWindow::CheckBoxes(const QList<Box> &expected)
 {
-    EXPECT_EQ(boxes.size(), expected.size());
-    for (int index = 0; index < std::min(boxes.size(), expected.size()); ++index) {
-        EXPECT_EQ(boxes[index].title, expected[index].title);
-        EXPECT_EQ(boxes[index].text, expected[index].text);
-    }
+    const auto told = [](const QList<Box> &all) {
+        std::string text;
+        for (const Box &box : all)
+            text += (box.title + u": "_s + box.text + u'\n').toStdString();
+        return text;
+    };
+    EXPECT_EQ(told(std::exchange(boxes, {})), told(expected));
     EXPECT_TRUE(answers.isEmpty());
+}
+
+std::string ReaderWindow::TakeBox()
+{
+    EXPECT_EQ(boxes.size(), 1);
+    return std::exchange(boxes, {}).value(0).text.toStdString();
 }

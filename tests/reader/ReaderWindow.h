@@ -21,18 +21,21 @@
 class TBrowserControl;
 class TDBTreeList;
 
+/// Makes a database by a script for a program of that path.
+void MakeDatabase(const QString &path, const QString &program, const char *script);
+
 /// The real window on a small canon of the real engine, with settings of its own and stand-ins for the doors. The boxes
-/// asked for are answered from a queue and recorded; the test compares both at its end with CheckBoxes().
+/// asked for are answered from a queue and recorded: none may be left at a test's end that CheckBoxes() has not seen.
 class ReaderWindow : public testing::Test
 {
 protected:
     ReaderWindow();
     ~ReaderWindow() override;
+    void TearDown() override { CheckBoxes({}); }
 
     struct Box
     {
-        QString title;
-        QString text;
+        QString title, text;
         bool operator==(const Box &) const = default;
     };
 
@@ -42,6 +45,8 @@ protected:
     void End();
     /// A complete set of stored options.
     void StoreDefaults(int openSutta = 0, int lastKelora = 0, int languageSutta = 1, int interfaceLang = 0);
+    /// Starts with them on a text.
+    void StartOn(int idVic = 1101, int languageSutta = 1, int interfaceLang = 0);
     void Store(const QString &name, const QVariant &value);
     /// Puts a language file beside the program until the test's end.
     void AddLanguage(const QString &fileName, const QByteArray &content);
@@ -72,14 +77,25 @@ protected:
     void Trigger(const char *name);
     TDBTreeList &Tree();
     TBrowserControl &Browser();
-    /// Name of the row under the cursor, in Vietnamese.
+    /// Gives the window the focus.
+    void Activate();
+    /// Moves the tree to a text.
+    void GoTo(int idVic) { EXPECT_TRUE(window->qryTreeSutas.Locate(QStringLiteral("ID_VIC"), idVic)); }
+    /// The row under the cursor: its number, its name in Vietnamese.
+    int CurrentId() { return window->qryTreeSutas.FieldByName(QStringLiteral("ID_VIC")).AsInteger(); }
     QString CurrentName();
     /// Names of the tree's passages, in the dataset's order.
     QStringList PassageNames();
     /// Types into the focused widget, key by key, releases included.
     void Type(QWidget &widget, const QString &text);
     bool WaitPage();
+    std::string Page();
+    /// The page's texts on a ground of search hits, parted by "|".
+    QString Coloured(const char *ground = "rgb(255, 255, 0)");
+    /// Compares the boxes so far with what is expected, and forgets them.
     void CheckBoxes(const QList<Box> &expected);
+    /// The text of the one box so far, which is forgotten.
+    std::string TakeBox();
     /// Runs a command that opens a modal window of a kind, and `inside` once that is active; what that leaves open is
     /// closed. The window is gone then.
     template <typename Dialog>
@@ -107,8 +123,7 @@ protected:
 
     ScratchFolder settings;
     SettingsDisk *disk = &RealSettingsDisk(); ///< that the settings are on
-    QString skinFile;                         ///< beside it
-    QString program;                          ///< path of the executable that stands beside the canon
+    QString program, skinFile; ///< paths of the executable that stands beside the canon, and of its skins
     QList<bool> answers;
     QList<Box> boxes;
     QStringList opened; ///< addresses handed to the system
@@ -124,6 +139,5 @@ private:
     ModuleDoors Modules();
 
     QStringList m_languageFiles;
-
     PlatformDoors m_realDoors;
 };

@@ -43,47 +43,39 @@ protected:
 
 TEST_F(SuttaSearchTest, VisitsEveryRowInTheLanguageOfTheReader)
 {
-    const QStringList rows{u"row1"_qs, u"row2"_qs, u"row3"_qs};
-    EXPECT_EQ(Scan(u"dhamm"_qs, 0), 2);
-    EXPECT_EQ(told, (QStringList{u"dhamma1"_qs, u"row1"_qs, u"row2"_qs, u"DHAMMO3"_qs, u"row3"_qs}));
-    EXPECT_EQ(Scan(u"LU"_qs, 1), 1);
-    EXPECT_EQ(told, (QStringList{u"row1"_qs, u"row2"_qs, u"luật3"_qs, u"row3"_qs}));
-    EXPECT_EQ(Scan(u"o lu"_qs, 10), 1);
-    EXPECT_EQ(told, (QStringList{u"row1"_qs, u"row2"_qs, u"o luật3"_qs, u"row3"_qs}));
-    for (int language : {2, -1, 11}) {
-        EXPECT_EQ(Scan(u"a"_qs, language), 0);
-        EXPECT_EQ(told, rows) << language;
+    for (const auto &[word, language, expected] : {std::tuple(u"dhamm"_s, 0, u"dhamma1 row1 row2 DHAMMO3 row3"_s),
+                                                   {u"LU"_s, 1, u"row1 row2 luật3 row3"_s},
+                                                   {u"o lu"_s, 10, u"row1 row2 o luật3 row3"_s},
+                                                   {u"a"_s, 2, u"row1 row2 row3"_s}}) {
+        EXPECT_EQ(Scan(word, language), expected.count(u' ') - 2);
+        EXPECT_EQ(told.join(u' '), expected);
     }
 }
 
 TEST_F(SuttaSearchTest, ARowThatFailsIsToldAndTheOthersAreFound)
 {
     events.onHit = [this](const QString &sample) {
-        if (sample == u"dhamma"_qs)
+        if (sample == u"dhamma"_s)
             throw std::runtime_error("not stored");
         Note(sample);
     };
-    EXPECT_EQ(Scan(u"dhamm"_qs, 0), 1);
-    EXPECT_EQ(told, (QStringList{u"failure1"_qs, u"row1"_qs, u"row2"_qs, u"DHAMMO3"_qs, u"row3"_qs}));
-}
-
-TEST_F(SuttaSearchTest, APageThatCannotBeReadIsAFailureOfItsRow)
-{
-    passages.Open();
+    EXPECT_EQ(Scan(u"dhamm"_s, 0), 1);
+    EXPECT_EQ(told.join(u' '), u"failure1 row1 row2 DHAMMO3 row3"_s);
     passages.FetchAll();
+    events.onHit = [this](const QString &sample) { Note(sample); };
     events.onRow = [this] {
         Note(u"row"_s);
         transaction.SetActive(false); // the names are here, the pages can't be had any more
     };
-    EXPECT_EQ(Scan(u"dhamm"_qs, 0), 1);
-    EXPECT_EQ(told, (QStringList{u"dhamma1"_qs, u"row1"_qs, u"row2"_qs, u"failure3"_qs, u"row3"_qs}));
+    EXPECT_EQ(Scan(u"dhamm"_s, 0), 1);
+    EXPECT_EQ(told.join(u' '), u"dhamma1 row1 row2 failure3 row3"_s);
 }
 
 TEST_F(SuttaSearchTest, WhatTheBarThrowsEndsTheScan)
 {
     events.onRow = [] { throw std::runtime_error("no bar"); };
-    EXPECT_THROW(Scan(u"dhamm"_qs, 0), std::runtime_error);
-    EXPECT_EQ(told, QStringList{u"dhamma1"_qs});
+    EXPECT_THROW(Scan(u"dhamm"_s, 0), std::runtime_error);
+    EXPECT_EQ(told, QStringList{u"dhamma1"_s});
 }
 
 } // namespace
