@@ -176,7 +176,7 @@ TEST_F(FocusHighlight, AChangeIsPostedWithANewKey)
     EXPECT_TRUE(Stored().endsWith(u"7 three"_s));
     Press("bDelete");
     EXPECT_EQ(Stored(), u"2 100% kinh|3 foreign|4 straße"_s);
-    CheckBoxes(QList(2, Box{u"Thông báo"_s, u"Đồng ý xóa dữ liệu đang chọn?"_s}));
+    CheckBoxes(QList<Box>(2, Box{u"Thông báo"_s, u"Đồng ý xóa dữ liệu đang chọn?"_s}));
 }
 
 TEST_F(FocusHighlight, TheToggleMovesTheReader)

@@ -29,10 +29,11 @@ protected:
         AddLanguage(u"German.lng"_s, German);
         AddLanguage(u"none.lng"_s, "[frmMain]\n1=x\n");
     }
-    void Open(int interfaceLang)
+    void Open(int interfaceLang) { StartOn(1101, 1, interfaceLang); }
+    QString Names()
     {
-        StoreDefaults(1, 1101, 1, interfaceLang);
-        Start();
+        return u"%1|%2|%3|%4"_s.arg(window->windowTitle(), Hint("btnFindDialog"), TreeName(),
+                                    FindForm(u"frmSearchSutas"_s)->windowTitle());
     }
     TBarCombo &Language() { return Find<TBarCombo>("bcbLanguage"); }
     QString Hint(const char *button) { return Find<QToolButton>(button).toolTip(); }
@@ -50,28 +51,20 @@ TEST_F(MainLanguage, FollowsTheChoiceInEveryOpenWindow)
 {
     Open(0);
     ASSERT_EQ(Language().count(), 3);
-    EXPECT_EQ(Language().itemText(0), u"Vietnamese"_s);
-    EXPECT_EQ(Language().itemText(1), u"English"_s);
-    EXPECT_EQ(Language().itemText(2), u"German"_s);
+    EXPECT_EQ(Language().itemText(0) + Language().itemText(1) + Language().itemText(2), u"VietnameseEnglishGerman"_s);
     EXPECT_EQ(OpenSearch(), designedSearch);
     Trigger("acFindDialog");
     Find<FindDialog>("dlgFind").ShowResult(false);
     for (int round = 0; round < 2; ++round) {
         Language().SetItemIndex(1);
-        EXPECT_EQ(window->windowTitle(), u"Reader"_s);
-        EXPECT_EQ(Hint("btnFindDialog"), u"Find a word"_s);
+        EXPECT_EQ(Names(), u"Reader|Find a word|Paṭhama|Search for passages"_s);
         EXPECT_EQ(Hint("btnVietPali"), u"Side by side"_s);
         EXPECT_EQ(Find<QToolButton>("btnFocusHighlight").text().replace(u"\r\n"_s, u"\n"_s), u"Mark\n it"_s);
         EXPECT_EQ(Find<QMenu>("bsiSystem").title(), u"Hệ thống"_s) << "no word for it in this file";
-        EXPECT_EQ(FindForm(u"frmSearchSutas"_s)->windowTitle(), u"Search for passages"_s);
         EXPECT_EQ(Find<QLabel>("lbNotFound").text(), u"Not here"_s) << "a message on show";
-        EXPECT_EQ(TreeName(), u"Paṭhama"_s);
         EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(1));
         Language().SetItemIndex(0);
-        EXPECT_EQ(window->windowTitle(), u"Lumivara 1.1"_s);
-        EXPECT_EQ(Hint("btnFindDialog"), designedHint);
-        EXPECT_EQ(FindForm(u"frmSearchSutas"_s)->windowTitle(), designedSearch);
-        EXPECT_EQ(TreeName(), u"Giới thứ nhất"_s);
+        EXPECT_EQ(Names(), u"Lumivara 1.1|"_s + designedHint + u"|Giới thứ nhất|"_s + designedSearch);
     }
 }
 
@@ -95,7 +88,6 @@ TEST_F(MainLanguage, AFurtherLanguageHasCaptionsAndNoMessages)
     Open(0);
     Language().SetItemIndex(1);
     Language().SetItemIndex(2);
-    EXPECT_EQ(InterfaceLang, 2);
     EXPECT_EQ(Hint("btnFindDialog"), u"Wort suchen"_s);
     EXPECT_EQ(window->windowTitle(), u"Lumivara 1.1"_s) << "what the file lacks is as it was designed";
     EXPECT_EQ(TreeName(), u"Paṭhama"_s) << "the tree keeps the names that it showed";
@@ -103,7 +95,6 @@ TEST_F(MainLanguage, AFurtherLanguageHasCaptionsAndNoMessages)
     CheckBoxes({{QString(), QString()}});
     End();
     LangManager().ForgetLanguages();
-    boxes.clear();
     Start();
     EXPECT_EQ(Language().ItemIndex(), -1) << "a start knows two languages alone";
     EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(0));

@@ -47,7 +47,8 @@ TEST_F(SuttaSearchTest, VisitsEveryRowInTheLanguageOfTheReader)
                                                    {u"LU"_s, 1, u"row1 row2 luật3 row3"_s},
                                                    {u"o lu"_s, 10, u"row1 row2 o luật3 row3"_s},
                                                    {u"a"_s, 2, u"row1 row2 row3"_s}}) {
-        EXPECT_EQ(Scan(word, language), expected.count(u' ') - 2);
+        const int hits = Scan(word, language);
+        EXPECT_EQ(hits, told.size() - 3);
         EXPECT_EQ(told.join(u' '), expected);
     }
 }
