@@ -2,17 +2,12 @@
 
 #include "marks/FocusEdit.h"
 #include "marks/MarksWindow.h"
-#include "support/WaitFor.h"
-#include "toolkit/BrowserControl.h"
 #include "toolkit/CxGridDBTableView.h"
-#include "toolkit/Forms.h"
 #include "toolkit/LayoutItem.h"
 
 #include <QComboBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QToolButton>
 
 using namespace Qt::StringLiterals;
 
@@ -48,14 +43,14 @@ protected:
         return titles.join(u'|');
     }
     QByteArray Excerpt() { return InMarks<TBrowserControl>("ebFocusText").Source(); }
-    bool ExcerptIs(const char *page)
-    {
-        return WaitFor([&] { return Excerpt() == page; });
-    }
     TcxGridDBTableView &List() { return InMarks<TcxGridDBTableView>("gtvFocus"); }
     QLineEdit &Title() { return InMarks<QLineEdit>("edTitleFocus"); }
     QLineEdit &SearchBox() { return InMarks<QLineEdit>("edSearch"); }
-    void Key(Qt::Key key) { QTest::keyClick(&SearchBox(), key); }
+    int Key(Qt::Key key)
+    {
+        QTest::keyClick(&SearchBox(), key);
+        return Marks().RecNo();
+    }
     void Post(const QString &title)
     {
         Title().setText(title);
@@ -120,17 +115,12 @@ TEST_F(FocusHighlight, FiltersOnEachReleasedKey)
     SearchBox().setText(u"đại"_s);
     Key(Qt::Key_Return);
     EXPECT_EQ(Marks().RecordCount(), 3);
-    for (const auto &[key, row] : {std::pair(Qt::Key_Down, 1),
-                                   {Qt::Key_Down, 2},
-                                   {Qt::Key_Down, 2},
-                                   {Qt::Key_Up, 1},
-                                   {Qt::Key_Up, 0},
-                                   {Qt::Key_Up, 0}}) {
-        Key(key);
-        EXPECT_EQ(Marks().RecNo(), row);
-    }
+    std::string rows;
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Up, Qt::Key_Up})
+        rows += std::to_string(Key(key));
+    EXPECT_EQ(rows, "122100");
     // An empty result keeps the excerpt and empties the rest.
-    EXPECT_TRUE(ExcerptIs("<p>viet</p>"));
+    EXPECT_TRUE(WaitFor([&] { return Excerpt() == "<p>viet</p>"; }));
     Search(u"nothing"_s);
     EXPECT_EQ(Excerpt(), "<p>viet</p>");
     EXPECT_EQ(Title().text() + InMarks<QLabel>("edSuttaName").text(), u""_s);
@@ -146,7 +136,7 @@ TEST_F(FocusHighlight, AChangeIsPostedWithANewKey)
     EXPECT_EQ(Actions(), u"delete"_s);
     Title().setText(u"one"_s);
     EXPECT_EQ(Actions(), u"post cancel delete"_s);
-    EXPECT_EQ(List().RowTexts(0), (QStringList{QString(), u"one"_s}));
+    EXPECT_EQ(List().RowTexts(0).last(), u"one"_s);
     Press("bCancel");
     EXPECT_EQ(Title().text(), u"Đại phẩm"_s);
     InMarks<TBrowserControl>("ebFocusText").setFocus();
@@ -185,7 +175,7 @@ TEST_F(FocusHighlight, TheToggleMovesTheReader)
     QToolButton &toggle = InMarks<QToolButton>("bIsViewSutta");
     Key(Qt::Key_Down);
     Key(Qt::Key_Up);
-    EXPECT_TRUE(ExcerptIs("<p>viet</p>"));
+    EXPECT_TRUE(WaitFor([&] { return Excerpt() == "<p>viet</p>"; }));
     EXPECT_EQ(CurrentId(), 9971) << "the toggle is up";
     toggle.click();
     EXPECT_TRUE(WaitFor([&] { return CurrentId() == 1101 && Coloured() == u"viet"_s; }));

@@ -2,7 +2,7 @@
 
 #include "reader/ReaderWindow.h"
 
-#include <QPointer>
+#include <QFileInfo>
 
 class TfrmFocusEdit;
 
@@ -33,12 +33,11 @@ protected:
     {
         return In<T>(*form, name);
     }
-    QString WorkFile() const;
+    /// A file beside the program.
+    QString Beside(const QString &name) const { return QFileInfo(program).path() + u'/' + name; }
+    QString WorkFile() const { return Beside(QStringLiteral("tmpfocus.html")); }
     TpFIBDataSet &Marks() { return clients->qryFocus; }
     QString Value(const char *field) { return Marks().FieldByName(QLatin1StringView(field)).AsString(); }
 
     QPointer<QWidget> form; ///< the browser of marks
-
-private:
-    QString ClientFile() const;
 };

@@ -1,10 +1,7 @@
 #include "reader/ReaderWindow.h"
 
 #include "toolkit/BarCombo.h"
-#include "toolkit/CxButton.h"
 
-#include <QMenu>
-#include <QToolButton>
 #include <QWidgetAction>
 
 using namespace Qt::StringLiterals;

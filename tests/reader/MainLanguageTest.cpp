@@ -1,15 +1,10 @@
 #include "reader/ReaderWindow.h"
 
 #include "presentation/DKLang.h"
-#include "presentation/GlobalUnit.h"
 #include "toolkit/BarCombo.h"
-#include "toolkit/DBTreeList.h"
 #include "toolkit/FindDialog.h"
-#include "toolkit/Forms.h"
 
 #include <QLabel>
-#include <QMenu>
-#include <QToolButton>
 
 using namespace Qt::StringLiterals;
 

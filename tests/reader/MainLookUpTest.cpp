@@ -1,13 +1,6 @@
 #include "dictionary/DictionaryWindow.h"
-#include "support/WaitFor.h"
-
-#include "presentation/GlobalUnit.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/Forms.h"
 
 #include <QGuiApplication>
-#include <QLineEdit>
-#include <QMenu>
 
 using namespace Qt::StringLiterals;
 

@@ -1,10 +1,7 @@
 #include "reader/ReaderWindow.h"
-#include "support/SkinSupport.h"
 
 #include "presentation/DMInterface.h"
-#include "presentation/GlobalUnit.h"
 #include "toolkit/BarCombo.h"
-#include "toolkit/Forms.h"
 #include "toolkit/LayoutItem.h"
 #include "toolkit/LookAndFeel.h"
 #include "toolkit/SkinController.h"
@@ -12,7 +9,6 @@
 
 #include <QApplication>
 #include <QLabel>
-#include <QMenu>
 #include <QStyle>
 #include <QToolTip>
 
@@ -103,12 +99,11 @@ TEST_F(MainSkins, ReachOpenWindowsAndThoseOpenedLaterWithoutTouchingFontsAndSyst
     auto &controller = Find<TdxSkinController>("scMain");
     for (const char *off : {"NativeStyle", "UseSkins"}) {
         const bool was = controller.property(off).toBool();
-        controller.setProperty(off, !was);
-        controller.Refresh();
-        EXPECT_EQ(SkinOnShow(), QString()) << off;
-        controller.setProperty(off, was);
-        controller.Refresh();
-        EXPECT_EQ(SkinOnShow(), u"Light"_s) << off;
+        for (const bool shows : {false, true}) {
+            controller.setProperty(off, shows == was);
+            controller.Refresh();
+            EXPECT_EQ(SkinOnShow(), shows ? u"Light"_s : QString()) << off;
+        }
     }
 }
 
@@ -125,9 +120,15 @@ TEST_F(MainSkins, ThatCannotBeLoadedAreStoredAllTheSame)
     EXPECT_EQ(SkinOnShow(), u"Night"_s);
     ExpectStored(1, u"Light"_s);
     QFile::remove(skinFile);
+    const Box told{u"Lumivara 1.0"_s, skinFile + u": No such file or directory"_s};
     Interface().setCurrentIndex(1); // as the user does
-    CheckBoxes({{u"Lumivara 1.0"_s, skinFile + u": No such file or directory"_s}});
+    CheckBoxes({told});
     ExpectStored(1, u"Light"_s);
+    End();
+    Open(1);
+    CheckBoxes({told});
+    EXPECT_TRUE(window->isVisible() && !window->qryTreeSutas.Active()) << "the start ends early";
+    EXPECT_EQ(Interface().count() + Find<TBarCombo>("bcbLanguage").count(), 0);
 }
 
 TEST_F(MainSkins, FollowTheStoredNumberAlone)
@@ -141,17 +142,6 @@ TEST_F(MainSkins, FollowTheStoredNumberAlone)
         EXPECT_EQ(Stored(u"GlobalActiveStyle"_s), QVariant(stored));
         End();
     }
-}
-
-TEST_F(MainSkins, MissingFromTheDiskEndTheStartEarlyAndTheWindowStands)
-{
-    QFile::remove(skinFile);
-    Open(1);
-    CheckBoxes({{u"Lumivara 1.0"_s, skinFile + u": No such file or directory"_s}});
-    EXPECT_TRUE(window->isVisible() && !window->qryTreeSutas.Active());
-    EXPECT_EQ(Interface().count() + Find<TBarCombo>("bcbLanguage").count(), 0);
-    answers = {true};
-    EXPECT_TRUE(window->close());
 }
 
 TEST_F(MainSkins, SetTheCaptionsOfLayouts)

@@ -1,9 +1,6 @@
 #include "reader/ReaderWindow.h"
 
-#include "toolkit/BrowserControl.h"
-#include "toolkit/CxButton.h"
 #include "toolkit/CxTextEdit.h"
-#include "toolkit/DBTreeList.h"
 
 #include <QAbstractItemModelTester>
 #include <QInputMethodEvent>
@@ -131,9 +128,9 @@ TEST_F(TreeFilter, GroupsExpandCollapseAndShowTheirNames)
 {
     const auto isExpanded = [this] { return Tree().isExpanded(Tree().model()->index(0, 0)); };
     EXPECT_TRUE(isExpanded());
-    Find<TcxButton>("btnCollapseTree").click();
+    Click("btnCollapseTree");
     EXPECT_FALSE(isExpanded());
-    Find<TcxButton>("btnExpandTree").click();
+    Click("btnExpandTree");
     EXPECT_TRUE(isExpanded());
     Trigger("acCollapseTree");
     window->LoadContentData(); // a reload discards what was collapsed
@@ -141,7 +138,7 @@ TEST_F(TreeFilter, GroupsExpandCollapseAndShowTheirNames)
     GoTo(1003);
     const std::string page = Page();
     EXPECT_THAT(page, testing::HasSubstr("Đại phẩm"));
-    Find<TcxButton>("btnVietPali").click();
+    Click("btnVietPali");
     EXPECT_EQ(Page(), page);
 }
 

@@ -6,37 +6,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-TEST(FilterKeys, EveryKeyReloadsButFour)
-{
-    const std::pair<int, FilterKey> rows[]{{Qt::Key_Return, FilterKey::Nothing},
-                                           {Qt::Key_Enter, FilterKey::Nothing},
-                                           {Qt::Key_Down, FilterKey::NextRow},
-                                           {Qt::Key_Up, FilterKey::PriorRow},
-                                           {Qt::Key_A, FilterKey::Reload},
-                                           {Qt::Key_Shift, FilterKey::Reload},
-                                           {Qt::Key_Left, FilterKey::Reload},
-                                           {Qt::Key_Backspace, FilterKey::Reload},
-                                           {Qt::Key_Escape, FilterKey::Reload},
-                                           {Qt::Key_unknown, FilterKey::Reload},
-                                           {0, FilterKey::Reload}};
-    for (const auto &[key, meaning] : rows)
-        EXPECT_EQ(MeaningOfFilterKey(key), meaning) << key;
-}
-
 TEST(TreeFilter, TrimsControlsAndBlanksOnly)
 {
     EXPECT_EQ(TrimControls(u" \t\r\n\u0001a  b\u001F "_s), u"a  b"_s);
     EXPECT_EQ(TrimControls(u"\u00A0a\u3000"_s), u"\u00A0a\u3000"_s);
-    EXPECT_EQ(TrimControls(u" \n "_s), QString());
-}
-
-TEST(TreeFilter, ClauseFollowsTheColumnOnShow)
-{
-    const QString clause = u" where (lower(n.name_vic_%1) like :SEARCH_TEXT)"_s;
-    EXPECT_EQ(TreeFilterClause(NameColumn::Pali), clause.arg(u"pal"_s));
-    EXPECT_EQ(TreeFilterClause(NameColumn::Vietnamese), clause.arg(u"vie"_s));
-    EXPECT_EQ(TreeFilterClause(NameColumn::English), clause.arg(u"eng"_s));
-    EXPECT_EQ(TreeFilterClause(NameColumn::None), QString());
 }
 
 TEST(TreeFilter, ValueIsLowerCaseBeyondAsciiAndKeepsWildcards)
@@ -54,26 +27,6 @@ TEST(TreeFilter, AValueBeyondEveryNameAsksForMoreLettersThanANameHas)
     EXPECT_EQ(TreeFilterValue(QString(379, u'%')), QString(381, u'%'));
     EXPECT_EQ(TreeFilterValue(QString(380, u'%')), QString(128, u'_'));
     EXPECT_EQ(TreeFilterValue(QString(127, QChar(0x1E6D))), QString(128, u'_'));
-}
-
-TEST(NameView, FollowsTheMode)
-{
-    const struct
-    {
-        int mode;
-        NameColumn column;
-        bool marginEnabled;
-    } rows[]{{0, NameColumn::Pali, true},
-             {1, NameColumn::Vietnamese, true},
-             {2, NameColumn::None, true},
-             {10, NameColumn::Vietnamese, false},
-             {7, NameColumn::None, true}};
-    for (const auto &row : rows) {
-        const NameView view = NameViewOfMode(row.mode);
-        EXPECT_EQ(view.column, row.column) << row.mode;
-        EXPECT_EQ(view.toggle, row.column) << row.mode;
-        EXPECT_EQ(view.marginEnabled, row.marginEnabled) << row.mode;
-    }
 }
 
 TEST(RandomOpening, CoversOneTo204AndNeverTheLastText)

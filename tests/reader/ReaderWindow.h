@@ -1,25 +1,32 @@
 #pragma once
 
 #include "dictionary/DictionaryDM.h"
+#include "presentation/GlobalUnit.h"
 #include "reader/Main.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraDM.h"
 #include "stores/SettingsDisk.h"
+#include "support/SkinSupport.h"
 #include "support/TestSupport.h"
+#include "support/WaitFor.h"
+#include "toolkit/BrowserControl.h"
+#include "toolkit/CxButton.h"
+#include "toolkit/DBTreeList.h"
 #include "toolkit/Doors.h"
+#include "toolkit/Forms.h"
 
 #include <QAction>
+#include <QLineEdit>
+#include <QMenu>
 #include <QPointer>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 
 #include <gmock/gmock.h>
 
 #include <functional>
 #include <memory>
-
-class TBrowserControl;
-class TDBTreeList;
 
 /// Makes a database by a script for a program of that path.
 void MakeDatabase(const QString &path, const QString &program, const char *script);
@@ -43,17 +50,15 @@ protected:
     void Start();
     /// Ends window and modules, so that another run can start on the same settings.
     void End();
-    /// A complete set of stored options.
+    /// A complete set of stored options; a start with them on a text.
     void StoreDefaults(int openSutta = 0, int lastKelora = 0, int languageSutta = 1, int interfaceLang = 0);
-    /// Starts with them on a text.
     void StartOn(int idVic = 1101, int languageSutta = 1, int interfaceLang = 0);
     void Store(const QString &name, const QVariant &value);
-    /// Puts a language file beside the program until the test's end.
+    /// Puts a language file beside the program until the test's end; the same with the product's own English.
     void AddLanguage(const QString &fileName, const QByteArray &content);
-    /// The same with the product's own English.
     void AddEnglish();
     /// Puts a skin file beside the program until the test's end; without one the file holds no skin.
-    void SetSkins(const QByteArray &content);
+    void SetSkins(const QByteArray &content) { EXPECT_TRUE(WriteBytes(skinFile, content)); }
     /// The stored value; invalid if there is none.
     QVariant Stored(const QString &name);
 
@@ -73,23 +78,31 @@ protected:
         return In<T>(*window, name);
     }
     QAction &Action(const char *name) { return Find<QAction>(name); }
-    /// Runs a command; the test fails when it is disabled.
-    void Trigger(const char *name);
-    TDBTreeList &Tree();
-    TBrowserControl &Browser();
+    /// Runs a command, which has to be enabled; presses a button.
+    void Trigger(const char *name)
+    {
+        EXPECT_TRUE(Action(name).isEnabled()) << name;
+        Action(name).trigger();
+    }
+    void Click(const char *button) { Find<TcxButton>(button).click(); }
+    TDBTreeList &Tree() { return Find<TDBTreeList>("dbtSutas"); }
+    TBrowserControl &Browser() { return Find<TBrowserControl>("ebContent"); }
     /// Gives the window the focus.
     void Activate();
     /// Moves the tree to a text.
     void GoTo(int idVic) { EXPECT_TRUE(window->qryTreeSutas.Locate(QStringLiteral("ID_VIC"), idVic)); }
     /// The row under the cursor: its number, its name in Vietnamese.
     int CurrentId() { return window->qryTreeSutas.FieldByName(QStringLiteral("ID_VIC")).AsInteger(); }
-    QString CurrentName();
+    QString CurrentName() { return window->qryTreeSutas.FieldByName(QStringLiteral("NAME_VIC_VIE")).AsString(); }
     /// Names of the tree's passages, in the dataset's order.
     QStringList PassageNames();
     /// Types into the focused widget, key by key, releases included.
     void Type(QWidget &widget, const QString &text);
-    bool WaitPage();
-    std::string Page();
+    bool WaitPage()
+    {
+        return WaitFor([this] { return Browser().IsComplete(); }, 15000);
+    }
+    std::string Page() { return Browser().Source().toStdString(); }
     /// The page's texts on a ground of search hits, parted by "|".
     QString Coloured(const char *ground = "rgb(255, 255, 0)");
     /// Compares the boxes so far with what is expected, and forgets them.
@@ -113,7 +126,7 @@ protected:
             EXPECT_TRUE(dialog->isModal());
             inside(*dialog);
             if (dialog && dialog->isVisible())
-                dialog->reject();
+                dialog->close();
         });
         poll.start(10);
         Trigger(command);
@@ -137,7 +150,6 @@ protected:
 
 private:
     ModuleDoors Modules();
-
     QStringList m_languageFiles;
     PlatformDoors m_realDoors;
 };
