@@ -17,9 +17,9 @@ class FocusHighlight : public MarksWindow
 {
 protected:
     /// Three marks of this collection and one of another, in a browser of marks.
-    void OpenWithMarks(int interfaceLang = 0)
+    void OpenWithMarks()
     {
-        Open(9971, interfaceLang);
+        Open(9971);
         const auto other = AnotherCopy();
         AddMark(*other, u"Đại phẩm"_s, "<p>viet</p>", 1101);
         AddMark(*other, u"100% kinh"_s, "\xEF\xBB\xBF<p>kinh</p>", 1201);
@@ -36,10 +36,8 @@ protected:
     QString Titles()
     {
         QStringList titles;
-        const int field = Marks().FieldByName(u"NAME_FOC"_s).Index();
-        Marks().FetchAll();
-        for (int row = 0; row < Marks().RecordCount(); ++row)
-            titles.append(Marks().ValueAt(row, field).toString());
+        for (int row = 0; row < List().model()->rowCount(); ++row)
+            titles.append(List().RowTexts(row).last());
         return titles.join(u'|');
     }
     QByteArray Excerpt() { return InMarks<TBrowserControl>("ebFocusText").Source(); }
@@ -58,16 +56,14 @@ protected:
         Pause(30);
         Press("bPost");
     }
-    /// After the rest of the event loop: "post cancel delete" as far as they are enabled.
-    QString Actions()
+    /// After the rest of the event loop: which of post, cancel and delete are enabled.
+    std::string Actions()
     {
         Pause(30);
-        QStringList enabled;
-        for (const char *name : {"DataSetPost1", "DataSetCancel1", "DataSetDelete1"}) {
-            if (InMarks<QAction>(name).isEnabled())
-                enabled.append(QString::fromLatin1(name).mid(7).toLower().chopped(1));
-        }
-        return enabled.join(u' ');
+        std::string enabled;
+        for (const char *name : {"DataSetPost1", "DataSetCancel1", "DataSetDelete1"})
+            enabled += InMarks<QAction>(name).isEnabled() ? name[7] : '-';
+        return enabled;
     }
 };
 
@@ -78,11 +74,10 @@ TEST_F(FocusHighlight, OpensOnceOnAnEmptyListAndStartsAnew)
     Open(1101, 1);
     OpenMarks();
     EXPECT_EQ(form->size(), QSize(944, 602));
-    EXPECT_EQ(List().width(), 281);
     EXPECT_FALSE(InMarks<QWidget>("lcLeftItemSuttaType").isVisible());
     EXPECT_EQ(InMarks<TdxLayoutItem>("lcFocusItemTitle").Caption(), u"Title"_s);
     EXPECT_EQ(List().property("OptionsView.NoDataToDisplayInfoText"), u"Không có ghi chép nào!"_s);
-    EXPECT_TRUE(InMarks<QLineEdit>("edTitleFocus").isReadOnly()) << "an edit makes no row";
+    EXPECT_TRUE(Title().isReadOnly()) << "an edit makes no row";
     form->showMinimized();
     Trigger("acOrganization");
     EXPECT_FALSE(form->isMinimized());
@@ -92,7 +87,6 @@ TEST_F(FocusHighlight, OpensOnceOnAnEmptyListAndStartsAnew)
     EXPECT_FALSE(Marks().Active());
     OpenMarks();
     EXPECT_FALSE(InMarks<QToolButton>("bIsViewSutta").isChecked());
-
     clients->vIsOKClients = false;
     EXPECT_TRUE(WaitFor([&] { return !Action("acOrganization").isEnabled(); }));
 }
@@ -102,12 +96,10 @@ TEST_F(FocusHighlight, FiltersOnEachReleasedKey)
     OpenWithMarks();
     const QString all = u"Đại phẩm|100% kinh|straße"_s;
     EXPECT_EQ(Titles(), all);
-    for (const auto &[text, titles] : {std::pair(u" đẠI \t"_s, u"Đại phẩm"_s),
-                                       {u"0%"_s, u"100% kinh"_s},
-                                       {u"_Ạ"_s, u"Đại phẩm"_s},
-                                       {u"' or 1=1"_s, u""_s},
-                                       {QString(10'000, u'x'), u""_s},
-                                       {u""_s, all}}) {
+    const std::pair<QString, QString> rows[]{{u" đẠI \t"_s, u"Đại phẩm"_s}, {u"0%"_s, u"100% kinh"_s},
+                                             {u"_Ạ"_s, u"Đại phẩm"_s},      {u"' or 1=1"_s, {}},
+                                             {QString(10'000, u'x'), {}},   {u""_s, all}};
+    for (const auto &[text, titles] : rows) {
         Search(text);
         EXPECT_EQ(Titles(), titles) << qPrintable(text.left(20));
     }
@@ -115,10 +107,10 @@ TEST_F(FocusHighlight, FiltersOnEachReleasedKey)
     SearchBox().setText(u"đại"_s);
     Key(Qt::Key_Return);
     EXPECT_EQ(Marks().RecordCount(), 3);
-    std::string rows;
+    std::string walked;
     for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Up, Qt::Key_Up})
-        rows += std::to_string(Key(key));
-    EXPECT_EQ(rows, "122100");
+        walked += std::to_string(Key(key));
+    EXPECT_EQ(walked, "122100");
     // An empty result keeps the excerpt and empties the rest.
     EXPECT_TRUE(WaitFor([&] { return Excerpt() == "<p>viet</p>"; }));
     Search(u"nothing"_s);
@@ -131,16 +123,16 @@ TEST_F(FocusHighlight, AChangeIsPostedWithANewKey)
     OpenWithMarks();
     EXPECT_EQ(Title().text(), u"Đại phẩm"_s);
     EXPECT_EQ(InMarks<QLabel>("edSuttaName").text(), u"(Tạng Luật - Chương Verañja)"_s);
-    EXPECT_EQ(Actions(), u""_s) << "the search box is bound to nothing";
+    EXPECT_EQ(Actions(), "---") << "the search box is bound to nothing";
     Title().setFocus();
-    EXPECT_EQ(Actions(), u"delete"_s);
+    EXPECT_EQ(Actions(), "--D");
     Title().setText(u"one"_s);
-    EXPECT_EQ(Actions(), u"post cancel delete"_s);
+    EXPECT_EQ(Actions(), "PCD");
     EXPECT_EQ(List().RowTexts(0).last(), u"one"_s);
     Press("bCancel");
     EXPECT_EQ(Title().text(), u"Đại phẩm"_s);
     InMarks<TBrowserControl>("ebFocusText").setFocus();
-    EXPECT_EQ(Actions(), u""_s);
+    EXPECT_EQ(Actions(), "---");
     Post(u"two"_s);
     EXPECT_EQ(Stored(), u"2 100% kinh|3 foreign|4 straße|5 two"_s);
 
@@ -149,7 +141,7 @@ TEST_F(FocusHighlight, AChangeIsPostedWithANewKey)
     priority.setFocus();
     priority.showPopup();
     QTest::keyClick(priority.view(), Qt::Key_Down);
-    EXPECT_EQ(Actions(), u"delete"_s);
+    EXPECT_EQ(Actions(), "--D");
     QTest::keyClick(priority.view(), Qt::Key_Return);
     EXPECT_EQ(Value("PRIORITY_FOC"), u"3"_s);
     // A note that nobody touches keeps its line ends, and a move posts what was changed.
@@ -161,6 +153,7 @@ TEST_F(FocusHighlight, AChangeIsPostedWithANewKey)
     Post(u"three"_s);
     EXPECT_EQ(Value("DESC_FOC"), u"a\rb\nc\r\n"_s);
 
+    InterfaceLang = 1; // the question is in Vietnamese all the same
     answers = {false, true};
     Press("bDelete");
     EXPECT_TRUE(Stored().endsWith(u"7 three"_s));

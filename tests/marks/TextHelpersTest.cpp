@@ -1,12 +1,7 @@
-#include "marks/ConfirmDelete.h"
 #include "marks/HtmlToPlainText.h"
-#include "presentation/GlobalUnit.h"
-#include "stores/DatabaseError.h"
 #include "support/WaitFor.h"
-#include "toolkit/Doors.h"
 
 #include <QCoreApplication>
-#include <QScopeGuard>
 
 #include <gmock/gmock.h>
 
@@ -37,22 +32,4 @@ TEST(HtmlToPlainText, GivesNothingWhenTheProgramEndsMeanwhile)
     EXPECT_EQ(QCoreApplication::exec(), 3);
     EXPECT_EQ(plain, QString());
     EXPECT_EQ(HtmlToPlainText(u"<p>a</p>"_s), u"a"_s);
-}
-
-TEST(ConfirmDelete, AsksInVietnameseAndAbortsUnlessTheReaderAgrees)
-{
-    const auto restore = qScopeGuard([doors = Doors(), language = InterfaceLang] {
-        Doors() = doors;
-        InterfaceLang = language;
-    });
-    InterfaceLang = 1;
-    bool answer = true;
-    Doors().messageBox = [&](const QString &title, const QString &text, BoxButtons buttons, BoxIcon icon) {
-        EXPECT_EQ(title + text, u"Thông báoĐồng ý xóa dữ liệu đang chọn?"_s);
-        EXPECT_TRUE(buttons == BoxButtons::YesNo && icon == BoxIcon::Question);
-        return answer;
-    };
-    EXPECT_NO_THROW(ConfirmDelete());
-    answer = false;
-    EXPECT_THROW(ConfirmDelete(), SilentAbort);
 }

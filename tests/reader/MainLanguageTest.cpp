@@ -63,38 +63,6 @@ TEST_F(MainLanguage, FollowsTheChoiceInEveryOpenWindow)
     }
 }
 
-TEST_F(MainLanguage, AStartInEnglishKeepsTheMainWindowInItUntilTheNextStart)
-{
-    Open(1);
-    EXPECT_EQ(Hint("btnFindDialog"), u"Find a word"_s);
-    EXPECT_EQ(OpenSearch(), u"Search for passages"_s) << "a window opened later";
-    Language().SetItemIndex(0);
-    EXPECT_EQ(Hint("btnFindDialog"), u"Find a word"_s);
-    EXPECT_EQ(FindForm(u"frmSearchSutas"_s)->windowTitle(), designedSearch);
-    EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(0));
-    End();
-    LangManager().ForgetLanguages();
-    Start();
-    EXPECT_EQ(Hint("btnFindDialog"), designedHint);
-}
-
-TEST_F(MainLanguage, AFurtherLanguageHasCaptionsAndNoMessages)
-{
-    Open(0);
-    Language().SetItemIndex(1);
-    Language().SetItemIndex(2);
-    EXPECT_EQ(Hint("btnFindDialog"), u"Wort suchen"_s);
-    EXPECT_EQ(window->windowTitle(), u"Lumivara 1.1"_s) << "what the file lacks is as it was designed";
-    EXPECT_EQ(TreeName(), u"Paṭhama"_s) << "the tree keeps the names that it showed";
-    EXPECT_FALSE(window->close());
-    CheckBoxes({{QString(), QString()}});
-    End();
-    LangManager().ForgetLanguages();
-    Start();
-    EXPECT_EQ(Language().ItemIndex(), -1) << "a start knows two languages alone";
-    EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(0));
-}
-
 TEST_F(MainLanguage, ALanguageThatCannotBeReadIsToldAndChangesNothing)
 {
     AddLanguage(u"English.lng"_s, "LANGID=1033\n[frmMain]\n7=a\n7=b\n"); // after the other: its text counts

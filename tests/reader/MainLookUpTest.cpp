@@ -109,12 +109,11 @@ TEST_F(LookUp, RestoresAMinimisedWindowAndLeavesAnotherWhereItIs)
     }
     Pause(300); // the desktop may still be about to give the restored window the focus
     Activate();
-    const TfrmDictionary *first = form;
     LookUpAt();
     Trigger("acDictionary");
     Pause(100);
     EXPECT_TRUE(WaitFor([&] { return window->isActiveWindow(); }));
-    EXPECT_EQ(FindForm(u"frmDictionary"_s), first);
+    EXPECT_EQ(FindForm(u"frmDictionary"_s), form);
     EXPECT_EQ(Edit().text(), u"pali"_s);
 }
 

@@ -6,21 +6,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-TEST(TreeFilter, TrimsControlsAndBlanksOnly)
-{
-    EXPECT_EQ(TrimControls(u" \t\r\n\u0001a  b\u001F "_s), u"a  b"_s);
-    EXPECT_EQ(TrimControls(u"\u00A0a\u3000"_s), u"\u00A0a\u3000"_s);
-}
-
-TEST(TreeFilter, ValueIsLowerCaseBeyondAsciiAndKeepsWildcards)
-{
-    EXPECT_EQ(TreeFilterValue(u"ĐẠI PHẨM"_s), u"%đại phẩm%"_s);
-    EXPECT_EQ(TreeFilterValue(u"ṬĀṄ"_s), u"%ṭāṅ%"_s);
-    EXPECT_EQ(TreeFilterValue(u"A_%'\""_s), u"%a_%'\"%"_s);
-    // Combining marks are neither joined nor dropped.
-    EXPECT_EQ(TreeFilterValue(u"A\u0304"_s), u"%a\u0304%"_s);
-}
-
 TEST(TreeFilter, AValueBeyondEveryNameAsksForMoreLettersThanANameHas)
 {
     // 381 bytes hold a name of 127 letters; two of them are the wildcards.
@@ -36,8 +21,7 @@ TEST(RandomOpening, CoversOneTo204AndNeverTheLastText)
     int seen[206] = {};
     for (quint64 drawn = 0; drawn <= 0xFFFFFFFF; drawn += 65536)
         ++seen[RandomSuttaNumber(static_cast<quint32>(drawn))];
-    EXPECT_EQ(seen[0], 0);
-    EXPECT_EQ(seen[205], 0);
+    EXPECT_EQ(seen[0] + seen[205], 0);
     for (int number = 1; number <= 204; ++number)
         EXPECT_NEAR(seen[number], 65536 / 204, 2) << number;
 }

@@ -34,22 +34,18 @@ insert into KELORA_CONTENT values (3, 9971, 'Uposatha', null, 'Chương lễ 100
 commit work;
 )";
 
-/// One canon for all tests: nothing writes to it.
-struct Canon
+/// Where the one canon of all tests is: nothing writes to it.
+const ScratchFolder &CanonFolder()
 {
-    Canon()
-    {
+    static const ScratchFolder folder;
+    static const bool isMade = [] {
         QFile::link(ProductFolder() + u"libfbclient.so.2"_s, folder.Path(u"libfbclient.so.2"_s));
         QFile::link(ProductFolder() + u"firebird"_s, folder.Path(u"firebird"_s));
         MakeDatabase(folder.Path(u"KELORA.FDB"_s), folder.Path(u"Lumivara"_s), canonScript);
-    }
-    ScratchFolder folder;
-};
-
-const Canon &TheCanon()
-{
-    static const Canon canon;
-    return canon;
+        return true;
+    }();
+    EXPECT_TRUE(isMade);
+    return folder;
 }
 
 } // namespace
@@ -67,7 +63,7 @@ void MakeDatabase(const QString &path, const QString &program, const char *scrip
     database.SetConnected(false);
 }
 
-ReaderWindow::ReaderWindow() : program(TheCanon().folder.Path(u"Lumivara"_s)), m_realDoors(Doors())
+ReaderWindow::ReaderWindow() : program(CanonFolder().Path(u"Lumivara"_s)), m_realDoors(Doors())
 {
     Doors().messageBox = [this](const QString &title, const QString &text, BoxButtons, BoxIcon) {
         boxes.append({title, text});
@@ -83,7 +79,7 @@ ReaderWindow::ReaderWindow() : program(TheCanon().folder.Path(u"Lumivara"_s)), m
     CollectionMode = 0;
     GlobalActiveStyle = 0;
     GlobalActiveName.clear();
-    skinFile = TheCanon().folder.Path(u"AllSkins.skinres"_s);
+    skinFile = CanonFolder().Path(u"AllSkins.skinres"_s);
     SetSkins({});
 }
 
@@ -98,13 +94,13 @@ ReaderWindow::~ReaderWindow()
 
 void ReaderWindow::AddLanguage(const QString &fileName, const QByteArray &content)
 {
-    m_languageFiles.append(TheCanon().folder.Path(fileName));
+    m_languageFiles.append(CanonFolder().Path(fileName));
     EXPECT_TRUE(WriteBytes(m_languageFiles.last(), content));
 }
 
 void ReaderWindow::AddEnglish()
 {
-    m_languageFiles.append(TheCanon().folder.Path(u"English.lng"_s));
+    m_languageFiles.append(CanonFolder().Path(u"English.lng"_s));
     EXPECT_TRUE(QFile::copy(ProductFolder() + u"English.lng"_s, m_languageFiles.last()));
 }
 
