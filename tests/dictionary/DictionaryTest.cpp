@@ -59,18 +59,13 @@ TEST_F(Dictionary, SpeaksTheLanguageOfTheInterfaceUntilAKindNamesItself)
     EXPECT_EQ(Caption() + Multi().text(), u"Pāli-VietnameseMulti Dictionary"_s);
 }
 
-TEST_F(Dictionary, LooksAsDesignedAndCutsNoCaptionOff)
+TEST_F(Dictionary, LooksAsDesigned)
 {
     Open(5);
     ASSERT_TRUE(QTest::qWaitForWindowActive(form));
     EXPECT_TRUE(Edit().hasFocus());
     EXPECT_EQ(form->size(), QSize(734, 462));
     EXPECT_FALSE(In<TcxGridDBTableView>("gtvWords").horizontalHeader()->isVisible());
-    Pick("acVietPali");
-    form->resize(1, 1);
-    QCoreApplication::processEvents();
-    for (const char *button : {"btnDicts", "bMultiDictionary", "bGotoWord"})
-        EXPECT_GE(In<QToolButton>(button).width(), In<QToolButton>(button).sizeHint().width()) << button;
 }
 
 TEST_F(Dictionary, KeepsTheSearchTextOfTwoKindsAndLendsOneOfThem)

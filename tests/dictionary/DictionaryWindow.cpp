@@ -1,7 +1,6 @@
 #include "dictionary/DictionaryWindow.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -71,17 +70,12 @@ QString TheDictionary(const QString &program)
     return path;
 }
 
-QString PlaceOfDictionary(const QString &program)
-{
-    return QFileInfo(program).path() + u"/PALIDICT.FDB"_s;
-}
-
 } // namespace
 
 DictionaryWindow::~DictionaryWindow()
 {
     End();
-    QFile::remove(PlaceOfDictionary(program));
+    QFile::remove(Beside(u"PALIDICT.FDB"_s));
     DictionaryKind = 0;
     MultiDictionary = false;
     LastWord.clear();
@@ -89,7 +83,7 @@ DictionaryWindow::~DictionaryWindow()
 
 void DictionaryWindow::StartReader(int languageSutta, int interfaceLang)
 {
-    QFile::copy(TheDictionary(program), PlaceOfDictionary(program));
+    QFile::copy(TheDictionary(program), Beside(u"PALIDICT.FDB"_s));
     StartOn(1101, languageSutta, interfaceLang);
     InterfaceLang = interfaceLang;
     MultiDictionary = false;

@@ -115,13 +115,14 @@ TEST_F(WorkFile, NoLinkIsFollowed)
 
 TEST_F(WorkFile, AFailureNamesItsCauseAndLeavesNothingBeside)
 {
-    EXPECT_TRUE(QDir(Folder()).mkdir(u"tmpfocus.html"_s));
+    const QDir place(Folder());
+    EXPECT_TRUE(place.mkdir(u"tmpfocus.html"_s));
     EXPECT_THAT(SaveFails("x"), testing::EndsWith("cannot be written: Is a directory"));
     EXPECT_THROW(file.Load(), std::exception);
-    EXPECT_TRUE(QDir(Folder()).rmdir(u"tmpfocus.html"_s));
+    EXPECT_TRUE(place.rmdir(u"tmpfocus.html"_s));
     EXPECT_EQ(::mkfifo(QFile::encodeName(Path()).constData(), 0600), 0);
     EXPECT_EQ(SaveFails("x"), "") << "a pipe is replaced, not written to";
-    EXPECT_EQ(QDir(Folder()).entryList(QDir::Files | QDir::System), QStringList{u"tmpfocus.html"_s});
+    EXPECT_EQ(place.entryList(QDir::Files | QDir::System), QStringList{u"tmpfocus.html"_s});
     if (::geteuid() == 0)
         GTEST_SKIP() << "root may write everywhere";
     EXPECT_TRUE(QFile::setPermissions(Folder(), QFile::ReadOwner | QFile::ExeOwner));

@@ -2,8 +2,6 @@
 
 #include "reader/ReaderWindow.h"
 
-#include <QFileInfo>
-
 class TfrmFocusEdit;
 
 /// The reader's window with a client database of its own, as delivered, beside the program.
@@ -33,8 +31,6 @@ protected:
     {
         return In<T>(*form, name);
     }
-    /// A file beside the program.
-    QString Beside(const QString &name) const { return QFileInfo(program).path() + u'/' + name; }
     QString WorkFile() const { return Beside(QStringLiteral("tmpfocus.html")); }
     TpFIBDataSet &Marks() { return clients->qryFocus; }
     QString Value(const char *field) { return Marks().FieldByName(QLatin1StringView(field)).AsString(); }

@@ -1,14 +1,10 @@
 #include "reader/ReaderWindow.h"
 
-#include "presentation/DMInterface.h"
 #include "toolkit/BarCombo.h"
-#include "toolkit/LayoutItem.h"
-#include "toolkit/LookAndFeel.h"
 #include "toolkit/SkinController.h"
 #include "toolkit/SkinStyle.h"
 
 #include <QApplication>
-#include <QLabel>
 #include <QStyle>
 #include <QToolTip>
 
@@ -130,28 +126,6 @@ TEST_F(MainSkins, FollowTheStoredNumberAlone)
         EXPECT_EQ(State(), stored == 1 ? u"1 Light Light"_s : u"%1 stored -"_s.arg(stored));
         End();
     }
-}
-
-TEST_F(MainSkins, SetTheCaptionsOfLayouts)
-{
-    TInterfaceDM module;
-    InterfaceDM = &module;
-    const auto colours = SystemColour;
-    const QFont font = QApplication::font();
-    module.DataModuleCreate();
-    EXPECT_EQ(module.Supplement->textColor, 0x420000u);
-    EXPECT_EQ(module.SelectedGridRow->textColor, 0x5B0000u);
-    EXPECT_EQ(module.ContentOdd->color, 0xA82B0Bu);
-    TdxLayoutItem item;
-    item.SetCaption(u"x"_s);
-    const QLabel &label = *item.findChild<QLabel *>();
-    EXPECT_EQ(label.font().family() + QString::number(label.font().pixelSize()), u"Tahoma11"_s);
-    Open(0);
-    EXPECT_EQ(label.font().family() + QString::number(label.font().pointSize()), u"Segoe UI10"_s);
-    End();
-    SystemColour = colours;
-    QApplication::setFont(font);
-    InterfaceDM = nullptr;
 }
 
 } // namespace

@@ -109,7 +109,7 @@ ModuleDoors ReaderWindow::Modules()
     ModuleDoors doors;
     doors.exeName = program;
     doors.showMessage = [this](const QString &text) { boxes.append({QString(), text}); };
-    doors.terminate = [this] { exitCodes.append(1); };
+    doors.terminate = [] { ADD_FAILURE() << "ended"; };
     doors.confirmDelete = ConfirmDelete;
     doors.createRegistry = [this]() -> std::unique_ptr<TRegistry> {
         return std::make_unique<JsonRegistry>(settings.Path(u"config"_s), settings.Path(u"autostart"_s), *disk);
@@ -166,18 +166,18 @@ void ReaderWindow::StartOn(int idVic, int languageSutta, int interfaceLang)
 
 void ReaderWindow::StoreDefaults(int openSutta, int lastKelora, int languageSutta, int interfaceLang)
 {
-    const std::pair<QString, QVariant> values[]{{u"OpenSutta"_s, openSutta},
-                                                {u"LastKelora"_s, lastKelora},
-                                                {u"PopupActive"_s, 1},
-                                                {u"PopupTime"_s, 30},
-                                                {u"InterfaceLang"_s, interfaceLang},
-                                                {u"FontName"_s, u"Segoe UI"_s},
-                                                {u"BgColor"_s, 0x00FFFFFF},
-                                                {u"SeachHighlightColor"_s, 65535},
-                                                {u"LastWord"_s, QString()},
-                                                {u"LanguageSutta"_s, languageSutta}};
-    for (const auto &[name, value] : values)
-        Store(name, value);
+    const std::pair<const char *, int> numbers[]{{"OpenSutta", openSutta},
+                                                 {"LastKelora", lastKelora},
+                                                 {"PopupActive", 1},
+                                                 {"PopupTime", 30},
+                                                 {"InterfaceLang", interfaceLang},
+                                                 {"BgColor", 0x00FFFFFF},
+                                                 {"SeachHighlightColor", 65535},
+                                                 {"LanguageSutta", languageSutta}};
+    for (const auto &[name, value] : numbers)
+        Store(QLatin1StringView(name), value);
+    Store(u"FontName"_s, u"Segoe UI"_s);
+    Store(u"LastWord"_s, QString());
 }
 
 QStringList ReaderWindow::PassageNames()

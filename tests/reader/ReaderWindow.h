@@ -16,6 +16,7 @@
 #include "toolkit/Forms.h"
 
 #include <QAction>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
@@ -94,6 +95,8 @@ protected:
     /// The row under the cursor: its number, its name in Vietnamese.
     int CurrentId() { return window->qryTreeSutas.FieldByName(QStringLiteral("ID_VIC")).AsInteger(); }
     QString CurrentName() { return window->qryTreeSutas.FieldByName(QStringLiteral("NAME_VIC_VIE")).AsString(); }
+    /// A file beside the program.
+    QString Beside(const QString &name) const { return QFileInfo(program).path() + u'/' + name; }
     /// Names of the tree's passages, in the dataset's order.
     QStringList PassageNames();
     /// Types into the focused widget, key by key, releases included.
@@ -140,7 +143,6 @@ protected:
     QList<bool> answers;
     QList<Box> boxes;
     QStringList opened; ///< addresses handed to the system
-    QList<int> exitCodes;
     quint32 drawn = 0;
 
     std::unique_ptr<TfrmKeloraDM> kelora;
