@@ -44,6 +44,8 @@ TEST_F(Dictionary, OpensOnItsKindUnderACaption)
         EXPECT_EQ(Multi().isChecked(), multi);
         EXPECT_EQ(Word(), word);
         EXPECT_EQ(Entry().Source().isEmpty(), word.isEmpty());
+        EXPECT_EQ(form->size(), QSize(734, 462));
+        EXPECT_FALSE(In<TcxGridDBTableView>("gtvWords").horizontalHeader()->isVisible());
         End();
     }
 }
@@ -57,15 +59,6 @@ TEST_F(Dictionary, SpeaksTheLanguageOfTheInterfaceUntilAKindNamesItself)
     form->close();
     OpenOn(5);
     EXPECT_EQ(Caption() + Multi().text(), u"Pāli-VietnameseMulti Dictionary"_s);
-}
-
-TEST_F(Dictionary, LooksAsDesigned)
-{
-    Open(5);
-    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
-    EXPECT_TRUE(Edit().hasFocus());
-    EXPECT_EQ(form->size(), QSize(734, 462));
-    EXPECT_FALSE(In<TcxGridDBTableView>("gtvWords").horizontalHeader()->isVisible());
 }
 
 TEST_F(Dictionary, KeepsTheSearchTextOfTwoKindsAndLendsOneOfThem)
@@ -265,6 +258,7 @@ TEST_F(Dictionary, AWordSelectedInTheEntryIsLookedUpByItsMenu)
     ASSERT_TRUE(EntryShows(u"tiếng pali"_s));
     form->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+    EXPECT_TRUE(Edit().hasFocus());
     const auto areEnabled = [this](bool enabled) {
         return WaitFor([=, this] {
             return In<QAction>("acGotoWord").isEnabled() == enabled && In<QAction>("acCopy").isEnabled() == enabled;

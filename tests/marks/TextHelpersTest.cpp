@@ -18,8 +18,7 @@ TEST(HtmlToPlainText, IsTheBodyAsTheEngineReadsIt)
     };
     for (const auto &[rule, html, plain] : rows)
         EXPECT_EQ(HtmlToPlainText(html), plain) << rule;
-    // Longer than the engine takes as a text.
-    EXPECT_EQ(HtmlToPlainText(u"<p>"_s + QString(1'000'000, u'ṭ')).size(), 1'000'000);
+    EXPECT_EQ(HtmlToPlainText(QString(1'000'000, u'ṭ')).size(), 1'000'000) << "longer than the engine takes as a text";
 }
 
 TEST(HtmlToPlainText, GivesNothingWhenTheProgramEndsMeanwhile)

@@ -16,7 +16,6 @@ protected:
         Pause(150);
     }
     void LookUpAt() { Press(Qt::ControlModifier); }
-    bool IsOpen() { return FindForm(u"frmDictionary"_s); }
     void Show(const QByteArray &page)
     {
         Browser().LoadFromString(page);
@@ -36,7 +35,7 @@ TEST_F(LookUp, TakesTheWordUnderTheMouseByCtrlAndTheRightButtonAlone)
     menu.close();
     Press(Qt::ControlModifier, Qt::LeftButton);
     Press({}, Qt::LeftButton);
-    EXPECT_FALSE(IsOpen());
+    EXPECT_FALSE(FindForm(u"frmDictionary"_s));
     LookUpAt();
     EXPECT_FALSE(menu.isVisible());
     FindDictionary();
@@ -157,5 +156,5 @@ TEST_F(LookUp, FailsWithoutAWordAndGivesTheCursorBack)
     FindDictionary();
     form->close();
     LookUpAt();
-    EXPECT_FALSE(IsOpen());
+    EXPECT_FALSE(FindForm(u"frmDictionary"_s));
 }

@@ -122,9 +122,9 @@ TEST_F(ReaderWindow, ATrayClickBringsBackOnlyWhatIsAway)
     window->hide();
     emit tray.activated(QSystemTrayIcon::Trigger);
     EXPECT_TRUE(window->isVisible());
-    for (const auto reason : {QSystemTrayIcon::MiddleClick, QSystemTrayIcon::Context}) {
-        emit tray.activated(reason);
-        EXPECT_EQ(menu.isVisible(), reason == QSystemTrayIcon::Context);
-    }
+    emit tray.activated(QSystemTrayIcon::MiddleClick);
+    EXPECT_FALSE(menu.isVisible());
+    emit tray.activated(QSystemTrayIcon::Context);
+    EXPECT_TRUE(menu.isVisible());
     menu.close();
 }

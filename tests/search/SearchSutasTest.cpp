@@ -76,8 +76,7 @@ TEST_F(SearchSutas, OpensAtTheRightAndOnlyOnce)
     Trigger("acSearchSutas");
     EXPECT_FALSE(form->isMinimized());
     EXPECT_EQ(FindForm(u"frmSearchSutas"_s), form);
-    // The memo behind everything keeps its place and size.
-    EXPECT_EQ(In<QPlainTextEdit>("mmTmp").geometry(), QRect(0, 0, 750, 36));
+    EXPECT_EQ(In<QPlainTextEdit>("mmTmp").geometry(), QRect(0, 0, 750, 36)) << "behind everything";
 }
 
 TEST_F(SearchSutas, SearchesInTheLanguageOfTheReaderAndOpensTheFirstResult)
