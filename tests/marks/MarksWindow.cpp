@@ -33,7 +33,8 @@ std::unique_ptr<TfrmClientsDM> MarksWindow::AnotherCopy()
     copy->DataModuleCreate();
     EXPECT_TRUE(copy->vIsOKClients);
     window->scInsKelora.SetDatabase(&copy->dbClientTarune);
-    window->scInsKelora.ExecuteScript();
+    if (Stored().isEmpty()) // else the texts have been listed
+        window->scInsKelora.ExecuteScript();
     window->scInsKelora.SetDatabase(&clients->dbClientTarune);
     copy->qryFocus.Open();
     return copy;

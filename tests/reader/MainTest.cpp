@@ -47,7 +47,6 @@ TEST_F(ReaderWindow, StartsInTheStoredLanguageOfPassages)
 
 TEST_F(ReaderWindow, AFirstStartReadsPaliAndStoresTheInterfaceLanguage)
 {
-    Store(u"InterfaceLang"_s, 1); // which has no file here
     Start();
     EXPECT_TRUE(Find<TcxButton>("btnPali").isChecked());
     EXPECT_EQ(CurrentName(), u"Phân tích giới"_s);
@@ -57,6 +56,12 @@ TEST_F(ReaderWindow, AFirstStartReadsPaliAndStoresTheInterfaceLanguage)
     EXPECT_TRUE(window->isVisible() && window->isMaximized());
     EXPECT_EQ(window->windowTitle(), u"Lumivara 1.1"_s);
     EXPECT_EQ(window->minimumSize(), QSize(800, 600));
+}
+
+TEST_F(ReaderWindow, AnInterfaceLanguageWithoutAFileFallsBackToTheDefault)
+{
+    StartOn(1101, 1, 1);
+    EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(0));
 }
 
 TEST_F(ReaderWindow, AFullDiskAtTheStartIsToldAndTheReaderWorks)
