@@ -2,7 +2,6 @@
 
 #include "marks/FocusEdit.h"
 
-#include <QApplication>
 #include <QFile>
 
 using namespace Qt::StringLiterals;

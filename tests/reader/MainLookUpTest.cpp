@@ -106,7 +106,8 @@ TEST_F(LookUp, RestoresAMinimisedWindowAndLeavesAnotherWhereItIs)
         byGesture ? LookUpAt() : Trigger("acDictionary");
         EXPECT_TRUE(WaitFor([&] { return !form->isMinimized(); }));
     }
-    Pause(300); // the desktop may still be about to give the restored window the focus
+    (void)WaitFor([&] { return form->isActiveWindow(); }, 1000); // the desktop may be about to give it the focus
+    Pause(100);
     Activate();
     LookUpAt();
     Trigger("acDictionary");

@@ -4,7 +4,6 @@
 
 #include <gmock/gmock.h>
 
-#include <QStringList>
 
 #include <random>
 
@@ -61,11 +60,7 @@ TEST(SuttaScan, GivesTheSample)
     const QString x125(125, u'x'), dot(QChar(0x323)), half(QChar(0xDE00));
     const std::tuple<const char *, QByteArray, QString, std::optional<QString>> rows[]{
         {"bare byte order mark", "\xEF\xBB\xBF", u""_qs, {}},
-        {"sample keeps its case", "Ngài BUDDHA dạy", u"buddha"_qs, u"BUDDHA dạy"_qs},
-        {"other letters keep their case", "Đức Á", u"đức"_qs, {}},
-        {"across tags and lines", "đi<b>ề\n</b>u", u"điều"_qs, u"điều"_qs},
         {"not inside an entity", "1&lt;2", u"lt"_qs, {}},
-        {"mark-up in the word", "&lt;b&gt;", u"<B>"_qs, u"<b>"_qs},
         {"one combining mark", "a<i>\xCC\xA3</i>b", dot, dot + u'b'},
         {"half a pair", "a\xF0\x9F\x98\x80", half, half},
         {"character torn by a tag", "\xC4<b>\x91</b>", u"đ"_qs, {}},
