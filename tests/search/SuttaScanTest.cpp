@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QList>
 
 #include <random>
 
