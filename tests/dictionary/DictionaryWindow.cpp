@@ -1,15 +1,6 @@
 #include "dictionary/DictionaryWindow.h"
 
-#include "presentation/GlobalUnit.h"
-#include "stores/Scripter.h"
-#include "support/WaitFor.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/Forms.h"
-
 #include <QFile>
-#include <QFileInfo>
-#include <QLineEdit>
-#include <QToolButton>
 
 using namespace Qt::StringLiterals;
 
@@ -21,14 +12,12 @@ create exception BAD_WORD 'the entry is broken';
 commit work;
 set term ^ ;
 create procedure SP_GET_LIST_WORDS (A_DICT integer)
-returns (WORD_NAME varchar(63) character set unicode_fss, DICT_TYPE integer) as
-begin
+returns (WORD_NAME varchar(63) character set unicode_fss, DICT_TYPE integer) as begin
     for select NAME, KIND from WORDS where KIND = :A_DICT order by NUM into :WORD_NAME, :DICT_TYPE do suspend;
 end^
 create procedure SP_GET_WORD_CONTENT (DICT_TYPE integer, WORD_NAME varchar(63) character set unicode_fss,
     MULTI_DICT integer)
-returns (WORD_CONTENT blob sub_type 0, WORD_CONTENT_2 blob sub_type 0) as
-begin
+returns (WORD_CONTENT blob sub_type 0, WORD_CONTENT_2 blob sub_type 0) as begin
     if (WORD_NAME = 'bad') then exception BAD_WORD;
     if (WORD_NAME = 'gone') then exit;
     select CONTENT from WORDS where KIND = :DICT_TYPE and NAME = :WORD_NAME into :WORD_CONTENT;
@@ -39,8 +28,7 @@ begin
     suspend;
 end^
 create procedure SP_CHECK_WORD (TYPE_DICT integer, A_WORD varchar(63) character set unicode_fss)
-returns (RESULT smallint) as
-begin
+returns (RESULT smallint) as begin
     if (upper(A_WORD) = 'NONE') then exit;
     if (upper(A_WORD) = 'BAD') then exception BAD_WORD;
     RESULT = 0;
@@ -49,11 +37,8 @@ begin
                and iif(KIND = 1, lower(NAME), upper(NAME)) = :A_WORD)) then RESULT = 1;
     suspend;
 end^
-execute block as
-declare variable N integer = 0;
-begin
-    while (N < 60) do
-    begin
+execute block as declare variable N integer = 0; begin
+    while (N < 60) do begin
         insert into WORDS values (5, 100 + :N, 'v' || :N, '- sense of v' || :N);
         N = N + 1;
     end
@@ -61,25 +46,16 @@ end^
 set term ; ^
 insert into WORDS values (0, 1, 'zero', '- of none');
 insert into WORDS values (1, 1, 'dog', '@dog <a id=a href="https://example.org/dog">link</a>');
-insert into WORDS values (1, 2, 'dogma', '- belief');
-insert into WORDS values (1, 3, 'english', '- Anh');
-insert into WORDS values (2, 1, 'bus', '- xe');
-insert into WORDS values (2, 2, 'chó', '- dog');
-insert into WORDS values (2, 3, 'đạo', '- path');
-insert into WORDS values (2, 4, 'Đạo Phật', '- teaching');
-insert into WORDS values (3, 1, 'chien', '- con chó');
-insert into WORDS values (5, 1, 'dhamma', '- pháp');
+insert into WORDS values (1, 2, 'dogma', '- belief'); insert into WORDS values (1, 3, 'english', '- Anh');
+insert into WORDS values (2, 1, 'bus', '- xe'); insert into WORDS values (2, 2, 'chó', '- dog');
+insert into WORDS values (2, 3, 'đạo', '- path'); insert into WORDS values (2, 4, 'Đạo Phật', '- teaching');
+insert into WORDS values (3, 1, 'chien', '- con chó'); insert into WORDS values (5, 1, 'dhamma', '- pháp');
 insert into WORDS values (5, 2, 'nibbāna', '- tịch tịnh');
-insert into WORDS values (5, 3, 'Nibbānapura', '- thành phố');
-insert into WORDS values (5, 4, 'nil', null);
-insert into WORDS values (5, 5, 'gone', '- unread');
-insert into WORDS values (5, 6, 'bad', '- unread');
-insert into WORDS values (5, 7, 'huge', '- unread');
-insert into WORDS values (5, 8, 'pali', '- tiếng pali');
-insert into WORDS values (6, 1, 'giới', '- sīla');
-insert into WORDS values (6, 2, 'viet', '- bhāsā');
-insert into WORDS values (7, 1, 'law', '- dhamma');
-insert into WORDS values (8, 1, 'dhamma', '- law');
+insert into WORDS values (5, 3, 'Nibbānapura', '- thành phố'); insert into WORDS values (5, 4, 'nil', null);
+insert into WORDS values (5, 5, 'gone', '- unread'); insert into WORDS values (5, 6, 'bad', '- unread');
+insert into WORDS values (5, 7, 'huge', '- unread'); insert into WORDS values (5, 8, 'pali', '- tiếng pali');
+insert into WORDS values (6, 1, 'giới', '- sīla'); insert into WORDS values (6, 2, 'viet', '- bhāsā');
+insert into WORDS values (7, 1, 'law', '- dhamma'); insert into WORDS values (8, 1, 'dhamma', '- law');
 insert into WORDS values (8, 2, 'sīla', '- virtue');
 commit work;
 )";
@@ -89,23 +65,9 @@ QString TheDictionary(const QString &program)
 {
     static const ScratchFolder folder;
     const QString path = folder.Path(u"PALIDICT.FDB"_s);
-    if (QFile::exists(path))
-        return path;
-    TpFIBDatabase database;
-    TpFIBTransaction transaction;
-    PrepareConnection(database, transaction, path, program);
-    database.CreateDatabase();
-    TpFIBScripter script;
-    script.SetDatabase(&database);
-    script.Script() = QString::fromUtf8(dictionaryScript).split(u'\n');
-    script.ExecuteScript();
-    database.SetConnected(false);
+    if (!QFile::exists(path))
+        MakeDatabase(path, program, dictionaryScript);
     return path;
-}
-
-QString PlaceOfDictionary(const QString &program)
-{
-    return QFileInfo(program).path() + u"/PALIDICT.FDB"_s;
 }
 
 } // namespace
@@ -113,7 +75,7 @@ QString PlaceOfDictionary(const QString &program)
 DictionaryWindow::~DictionaryWindow()
 {
     End();
-    QFile::remove(PlaceOfDictionary(program));
+    QFile::remove(Beside(u"PALIDICT.FDB"_s));
     DictionaryKind = 0;
     MultiDictionary = false;
     LastWord.clear();
@@ -121,11 +83,8 @@ DictionaryWindow::~DictionaryWindow()
 
 void DictionaryWindow::StartReader(int languageSutta, int interfaceLang)
 {
-    if (!QFile::exists(PlaceOfDictionary(program))) {
-        EXPECT_TRUE(QFile::copy(TheDictionary(program), PlaceOfDictionary(program)));
-    }
-    StoreDefaults(1, 1101, languageSutta, interfaceLang);
-    Start();
+    QFile::copy(TheDictionary(program), Beside(u"PALIDICT.FDB"_s));
+    StartOn(1101, languageSutta, interfaceLang);
     InterfaceLang = interfaceLang;
     MultiDictionary = false;
     ASSERT_TRUE(WaitPage());
@@ -144,24 +103,12 @@ void DictionaryWindow::FindDictionary()
     ASSERT_TRUE(form);
 }
 
-QString DictionaryWindow::Caption()
-{
-    return In<QToolButton>("btnDicts").text();
-}
-
-void DictionaryWindow::Search(const QString &text)
-{
-    Edit().setText(text);
-    form->RefreshWordList();
-}
-
 QStringList DictionaryWindow::Words()
 {
     QStringList words;
-    if (!form->qryWords.Active())
-        return words;
-    form->qryWords.FetchAll();
-    for (int row = 0; row < form->qryWords.RecordCount(); ++row)
+    if (form->qryWords.Active())
+        form->qryWords.FetchAll();
+    for (int row = 0; form->qryWords.Active() && row < form->qryWords.RecordCount(); ++row)
         words.append(form->qryWords.TextAt(row, 0));
     return words;
 }

@@ -3,11 +3,6 @@
 #include "dictionary/Dictionary.h"
 #include "reader/ReaderWindow.h"
 
-#include <QPointer>
-
-class QLineEdit;
-class QToolButton;
-
 /// The reader with a small dictionary beside its canon, and the dictionary's window over it. Words of the dictionary
 /// that stand for faults: "nil" has a null entry, "gone" none at all, "bad" makes its procedure fail; a test for a word
 /// "null", "none" or "bad" gives null, no row, or fails.
@@ -26,16 +21,18 @@ protected:
     template <typename T>
     T &In(const char *name)
     {
-        T *found = form ? form->findChild<T *>(QLatin1StringView(name)) : nullptr;
-        if (!found)
-            throw std::runtime_error(std::string("no ") + name);
-        return *found;
+        QWidget *place = form;
+        return ReaderWindow::In<T>(place ? *place : *window, name);
     }
     QLineEdit &Edit() { return In<QLineEdit>("edSearchWord"); }
     TBrowserControl &Entry() { return In<TBrowserControl>("ebContentWord"); }
-    QString Caption();
+    QString Caption() { return In<QToolButton>("btnDicts").text(); }
     /// Sets the search text and reads the list by it.
-    void Search(const QString &text);
+    void Search(const QString &text)
+    {
+        Edit().setText(text);
+        form->RefreshWordList();
+    }
     QStringList Words();
     /// The word under the list's cursor.
     QString Word() { return form->qryWords.FieldByName(QStringLiteral("WORD_NAME")).AsString(); }

@@ -1,41 +1,23 @@
 #include "marks/MarksWindow.h"
 
 #include "marks/FocusEdit.h"
-#include "support/WaitFor.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/Forms.h"
 
-#include <QApplication>
 #include <QFile>
-#include <QFileInfo>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
 MarksWindow::~MarksWindow()
 {
     End();
-    QFile::remove(ClientFile());
-    QFile::remove(WorkFile());
-}
-
-QString MarksWindow::ClientFile() const
-{
-    return QFileInfo(program).path() + u"/TARUNECLIENT.FDB"_s;
-}
-
-QString MarksWindow::WorkFile() const
-{
-    return QFileInfo(program).path() + u"/tmpfocus.html"_s;
+    QFile::remove(Beside(u"TARUNECLIENT.FDB"_s));
+    QFile::remove(Beside(u"tmpfocus.html"_s));
 }
 
 void MarksWindow::Open(int idVic, int interfaceLang)
 {
-    StoreDefaults(1, idVic, 1);
-    Store(u"LastKelora"_s, idVic);
-    EXPECT_TRUE(QFile::copy(ProductFolder() + u"TARUNECLIENT.FDB"_s, ClientFile()));
-    EXPECT_TRUE(QFile::setPermissions(ClientFile(), QFile::ReadOwner | QFile::WriteOwner));
-    Start();
+    EXPECT_TRUE(QFile::copy(ProductFolder() + u"TARUNECLIENT.FDB"_s, Beside(u"TARUNECLIENT.FDB"_s)));
+    EXPECT_TRUE(QFile::setPermissions(Beside(u"TARUNECLIENT.FDB"_s), QFile::ReadOwner | QFile::WriteOwner));
+    StartOn(idVic);
     InterfaceLang = interfaceLang;
     clients->DataModuleCreate();
     EXPECT_TRUE(clients->vIsOKClients);
@@ -50,12 +32,9 @@ std::unique_ptr<TfrmClientsDM> MarksWindow::AnotherCopy()
     copy->DataModuleCreate();
     EXPECT_TRUE(copy->vIsOKClients);
     window->scInsKelora.SetDatabase(&copy->dbClientTarune);
-    copy->qryTemp.SelectSQL() = QStringList{u"select count(*) CNT from SUTTA_LIST"_s};
-    copy->qryTemp.Open();
-    if (copy->qryTemp.FieldByName(u"CNT"_s).AsInteger() == 0)
+    if (Stored().isEmpty()) // else the texts have been listed
         window->scInsKelora.ExecuteScript();
     window->scInsKelora.SetDatabase(&clients->dbClientTarune);
-    copy->qryTemp.Close();
     copy->qryFocus.Open();
     return copy;
 }
@@ -89,27 +68,10 @@ void MarksWindow::MarkAll(const std::function<void(TfrmFocusEdit &)> &inside)
 {
     Browser().SelectAll();
     EXPECT_TRUE(WaitFor([this] { return Action("acFocusHighlight").isEnabled(); }));
-    bool wasOpen = false;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
-        auto *editor = window->findChild<TfrmFocusEdit *>();
-        if (!editor || !editor->isVisible())
-            return;
-        poll.stop();
-        wasOpen = true;
-        const QPointer<TfrmFocusEdit> guard = editor;
-        EXPECT_TRUE(QTest::qWaitForWindowActive(editor));
-        try {
-            inside(*editor);
-        } catch (const std::exception &failure) {
-            ADD_FAILURE() << failure.what();
-        }
-        if (guard && guard->isVisible())
-            guard->close();
-    });
-    poll.start(10);
-    Trigger("acFocusHighlight");
-    EXPECT_EQ(wasOpen, inside != nullptr);
+    if (inside)
+        RunModal("acFocusHighlight", inside);
+    else
+        Trigger("acFocusHighlight");
 }
 
 void MarksWindow::OpenMarks()

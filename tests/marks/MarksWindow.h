@@ -2,8 +2,6 @@
 
 #include "reader/ReaderWindow.h"
 
-#include <QPointer>
-
 class TfrmFocusEdit;
 
 /// The reader's window with a client database of its own, as delivered, beside the program.
@@ -33,20 +31,9 @@ protected:
     {
         return In<T>(*form, name);
     }
-    template <typename T>
-    static T &In(QWidget &window, const char *name)
-    {
-        T *found = window.findChild<T *>(QLatin1StringView(name));
-        if (!found)
-            throw std::runtime_error(std::string("no ") + name);
-        return *found;
-    }
-    QString WorkFile() const;
+    QString WorkFile() const { return Beside(QStringLiteral("tmpfocus.html")); }
     TpFIBDataSet &Marks() { return clients->qryFocus; }
     QString Value(const char *field) { return Marks().FieldByName(QLatin1StringView(field)).AsString(); }
 
     QPointer<QWidget> form; ///< the browser of marks
-
-private:
-    QString ClientFile() const;
 };

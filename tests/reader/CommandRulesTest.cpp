@@ -4,22 +4,11 @@
 
 TEST(CommandRules, EnableByTheFacts)
 {
-    const struct
-    {
-        ReaderFacts facts; ///< selection, clients, dictionary
-        bool copy, mark, browseMarks, lookUp, dictionary;
-    } rows[]{{{false, false, false}, false, false, false, false, false},
-             {{true, false, false}, true, false, false, false, false},
-             {{false, true, false}, false, false, true, false, false},
-             {{false, false, true}, false, false, false, true, true},
-             {{true, true, false}, true, true, true, false, false},
-             {{true, false, true}, true, false, false, true, true}};
-    for (const auto &row : rows) {
-        SCOPED_TRACE(&row - rows);
-        EXPECT_EQ(MayCopy(row.facts), row.copy);
-        EXPECT_EQ(MayMarkSelection(row.facts), row.mark);
-        EXPECT_EQ(MayBrowseMarks(row.facts), row.browseMarks);
-        EXPECT_EQ(MayLookUp(row.facts), row.lookUp);
-        EXPECT_EQ(MayOpenDictionary(row.facts), row.dictionary);
+    for (int bits = 0; bits < 8; ++bits) {
+        const bool selection = bits & 1, clients = bits & 2, dictionary = bits & 4;
+        const ReaderFacts facts{selection, clients, dictionary};
+        EXPECT_TRUE(MayCopy(facts) == selection && MayBrowseMarks(facts) == clients && MayLookUp(facts) == dictionary);
+        EXPECT_EQ(MayMarkSelection(facts), selection && clients) << bits;
+        EXPECT_EQ(MayOpenDictionary(facts), dictionary) << bits;
     }
 }

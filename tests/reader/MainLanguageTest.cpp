@@ -1,15 +1,10 @@
 #include "reader/ReaderWindow.h"
 
 #include "presentation/DKLang.h"
-#include "presentation/GlobalUnit.h"
 #include "toolkit/BarCombo.h"
-#include "toolkit/DBTreeList.h"
 #include "toolkit/FindDialog.h"
-#include "toolkit/Forms.h"
 
 #include <QLabel>
-#include <QMenu>
-#include <QToolButton>
 
 using namespace Qt::StringLiterals;
 
@@ -29,94 +24,45 @@ protected:
         AddLanguage(u"German.lng"_s, German);
         AddLanguage(u"none.lng"_s, "[frmMain]\n1=x\n");
     }
-    void Open(int interfaceLang)
+    QString Names()
     {
-        StoreDefaults(1, 1101, 1, interfaceLang);
-        Start();
+        return u"%1|%2|%3|%4"_s.arg(window->windowTitle(), Hint("btnFindDialog"), TreeName(),
+                                    FindForm(u"frmSearchSutas"_s)->windowTitle());
     }
     TBarCombo &Language() { return Find<TBarCombo>("bcbLanguage"); }
     QString Hint(const char *button) { return Find<QToolButton>(button).toolTip(); }
     QString TreeName() { return Tree().currentIndex().data().toString(); }
-    QString OpenSearch()
-    {
-        Trigger("acSearchSutas");
-        return FindForm(u"frmSearchSutas"_s)->windowTitle();
-    }
-    const QString designedHint = u"Tìm từ, ngữ, đoạn văn trong bài kinh"_s;
-    const QString designedSearch = u"Tìm kiếm bài kinh có từ ngữ..."_s;
 };
 
 TEST_F(MainLanguage, FollowsTheChoiceInEveryOpenWindow)
 {
-    Open(0);
+    StartOn();
     ASSERT_EQ(Language().count(), 3);
-    EXPECT_EQ(Language().itemText(0), u"Vietnamese"_s);
-    EXPECT_EQ(Language().itemText(1), u"English"_s);
-    EXPECT_EQ(Language().itemText(2), u"German"_s);
-    EXPECT_EQ(OpenSearch(), designedSearch);
+    EXPECT_EQ(Language().itemText(0) + Language().itemText(1) + Language().itemText(2), u"VietnameseEnglishGerman"_s);
+    Trigger("acSearchSutas");
     Trigger("acFindDialog");
     Find<FindDialog>("dlgFind").ShowResult(false);
     for (int round = 0; round < 2; ++round) {
         Language().SetItemIndex(1);
-        EXPECT_EQ(window->windowTitle(), u"Reader"_s);
-        EXPECT_EQ(Hint("btnFindDialog"), u"Find a word"_s);
+        EXPECT_EQ(Names(), u"Reader|Find a word|Paṭhama|Search for passages"_s);
         EXPECT_EQ(Hint("btnVietPali"), u"Side by side"_s);
         EXPECT_EQ(Find<QToolButton>("btnFocusHighlight").text().replace(u"\r\n"_s, u"\n"_s), u"Mark\n it"_s);
         EXPECT_EQ(Find<QMenu>("bsiSystem").title(), u"Hệ thống"_s) << "no word for it in this file";
-        EXPECT_EQ(FindForm(u"frmSearchSutas"_s)->windowTitle(), u"Search for passages"_s);
         EXPECT_EQ(Find<QLabel>("lbNotFound").text(), u"Not here"_s) << "a message on show";
-        EXPECT_EQ(TreeName(), u"Paṭhama"_s);
         EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(1));
         Language().SetItemIndex(0);
-        EXPECT_EQ(window->windowTitle(), u"Lumivara 1.1"_s);
-        EXPECT_EQ(Hint("btnFindDialog"), designedHint);
-        EXPECT_EQ(FindForm(u"frmSearchSutas"_s)->windowTitle(), designedSearch);
-        EXPECT_EQ(TreeName(), u"Giới thứ nhất"_s);
+        EXPECT_EQ(Names(), u"Lumivara 1.1|Tìm từ, ngữ, đoạn văn trong bài kinh|Giới thứ nhất|"
+                           "Tìm kiếm bài kinh có từ ngữ..."_s);
     }
-}
-
-TEST_F(MainLanguage, AStartInEnglishKeepsTheMainWindowInItUntilTheNextStart)
-{
-    Open(1);
-    EXPECT_EQ(Hint("btnFindDialog"), u"Find a word"_s);
-    EXPECT_EQ(OpenSearch(), u"Search for passages"_s) << "a window opened later";
-    Language().SetItemIndex(0);
-    EXPECT_EQ(Hint("btnFindDialog"), u"Find a word"_s);
-    EXPECT_EQ(FindForm(u"frmSearchSutas"_s)->windowTitle(), designedSearch);
-    EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(0));
-    End();
-    LangManager().ForgetLanguages();
-    Start();
-    EXPECT_EQ(Hint("btnFindDialog"), designedHint);
-}
-
-TEST_F(MainLanguage, AFurtherLanguageHasCaptionsAndNoMessages)
-{
-    Open(0);
-    Language().SetItemIndex(1);
-    Language().SetItemIndex(2);
-    EXPECT_EQ(InterfaceLang, 2);
-    EXPECT_EQ(Hint("btnFindDialog"), u"Wort suchen"_s);
-    EXPECT_EQ(window->windowTitle(), u"Lumivara 1.1"_s) << "what the file lacks is as it was designed";
-    EXPECT_EQ(TreeName(), u"Paṭhama"_s) << "the tree keeps the names that it showed";
-    EXPECT_FALSE(window->close());
-    CheckBoxes({{QString(), QString()}});
-    End();
-    LangManager().ForgetLanguages();
-    boxes.clear();
-    Start();
-    EXPECT_EQ(Language().ItemIndex(), -1) << "a start knows two languages alone";
-    EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(0));
 }
 
 TEST_F(MainLanguage, ALanguageThatCannotBeReadIsToldAndChangesNothing)
 {
     AddLanguage(u"English.lng"_s, "LANGID=1033\n[frmMain]\n7=a\n7=b\n"); // after the other: its text counts
-    const Box told{u"Lumivara 1.0"_s,
-                   u"Loading translations failed.\r\nLine 3: Duplicate property value translation ID (7)"_s};
-    Open(1);
-    CheckBoxes({told, told});
-    EXPECT_EQ(Hint("btnFindDialog"), designedHint);
+    StartOn(1101, 1, 1);
+    CheckBoxes(QList<Box>(2, {u"Lumivara 1.0"_s, u"Loading translations failed.\r\n"
+                                                 "Line 3: Duplicate property value translation ID (7)"_s}));
+    EXPECT_EQ(Hint("btnFindDialog"), u"Tìm từ, ngữ, đoạn văn trong bài kinh"_s);
     EXPECT_EQ(TreeName(), u"Giới thứ nhất"_s);
     EXPECT_EQ(PassageNames().size(), 4) << "the canon opens all the same";
 }

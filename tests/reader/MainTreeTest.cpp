@@ -1,9 +1,6 @@
 #include "reader/ReaderWindow.h"
 
-#include "toolkit/BrowserControl.h"
-#include "toolkit/CxButton.h"
 #include "toolkit/CxTextEdit.h"
-#include "toolkit/DBTreeList.h"
 
 #include <QAbstractItemModelTester>
 #include <QInputMethodEvent>
@@ -12,24 +9,23 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Names = QStringList;
-
 class TreeFilter : public ReaderWindow
 {
 protected:
-    void SetUp() override
-    {
-        StoreDefaults(1, 1101);
-        Start();
-    }
+    void SetUp() override { StartOn(); }
     TcxTextEdit &Box() { return Find<TcxTextEdit>("edFilterSutta"); }
-    void SetFilter(const QString &text)
+    QString Filtered(const QString &text)
     {
         Box().setText(text);
         QTest::keyRelease(&Box(), Qt::Key_Shift);
+        return Passages();
     }
-    int GroupCount() { return window->qryTreeSutas.RecordCount() - static_cast<int>(PassageNames().size()); }
-    const Names all = Names{u"Giới thứ nhất"_s, u"Giới thứ nhì"_s, u"Chương lớn"_s, u"Chương lễ 100%"_s};
+    QString Passages()
+    {
+        EXPECT_EQ(window->qryTreeSutas.RecordCount() - PassageNames().size(), 3) << "groups stay";
+        return PassageNames().join(u'|');
+    }
+    const QString all = u"Giới thứ nhất|Giới thứ nhì|Chương lớn|Chương lễ 100%"_s;
 };
 
 } // namespace
@@ -37,106 +33,70 @@ protected:
 TEST_F(TreeFilter, TypingKeepsTheGroupsAndThePassagesThatHoldTheText)
 {
     const QAbstractItemModelTester tester(Tree().model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
-    EXPECT_EQ(PassageNames(), all);
+    EXPECT_EQ(Passages(), all);
     Type(Box(), u"CHƯƠNG"_s);
-    EXPECT_EQ(PassageNames(), (Names{u"Chương lớn"_s, u"Chương lễ 100%"_s}));
-    EXPECT_EQ(GroupCount(), 3);
+    EXPECT_EQ(Passages(), u"Chương lớn|Chương lễ 100%"_s);
     EXPECT_EQ(CurrentName(), u"Phân tích giới"_s);
-    EXPECT_THAT(Browser().Source().toStdString(), testing::HasSubstr("Phân tích giới"));
+    EXPECT_THAT(Page(), testing::HasSubstr("Phân tích giới"));
     EXPECT_TRUE(Tree().isExpanded(Tree().NodeOf(2).siblingAtColumn(0)));
-    SetFilter(u""_s);
-    EXPECT_EQ(PassageNames(), all);
-    CheckBoxes({});
+    EXPECT_EQ(Filtered({}), all);
 }
 
 TEST_F(TreeFilter, MatchesByItsRules)
 {
-    const struct
-    {
-        const char *rule;
-        QString text;
-        Names passages;
-    } rows[]{{"blanks are no filter", u" \t "_s, all},
-             {"blanks at the ends go", u"  lớn "_s, {u"Chương lớn"_s}},
-             {"diacritics count", u"lon"_s, {}},
-             {"percent is a wildcard", u"chương%1"_s, {u"Chương lễ 100%"_s}},
-             {"underscore is a wildcard", u"nh_t"_s, {u"Giới thứ nhất"_s}},
-             {"a quote is text", u"'"_s, {}},
-             {"nothing is mark-up", u"\") or (1=1"_s, {}},
-             {"the other language is not searched", u"paṭhama"_s, {}},
-             {"an endless text matches nothing", QString(10000, u'x'), {}}};
-    for (const auto &row : rows) {
-        SetFilter(row.text);
-        EXPECT_EQ(PassageNames(), row.passages) << row.rule;
-        EXPECT_EQ(GroupCount(), 3) << row.rule;
-    }
-    SetFilter(u"nhất"_s);
-    const QByteArray page = Browser().Source();
-    EXPECT_FALSE(window->qryTreeSutas.Locate(u"ID_VIC"_s, 1201)) << "outside the filter";
-    EXPECT_EQ(Browser().Source(), page);
-    CheckBoxes({});
-}
-
-TEST_F(TreeFilter, SearchesTheNamesThatShow)
-{
+    for (const auto &[rule, text, passages] : {std::tuple("blanks are no filter", u" \t "_s, all),
+                                               {"blanks at the ends go", u"  lớn "_s, u"Chương lớn"_s},
+                                               {"diacritics count", u"lon"_s, u""_s},
+                                               {"percent is a wildcard", u"chương%1"_s, u"Chương lễ 100%"_s},
+                                               {"underscore is a wildcard", u"nh_t"_s, u"Giới thứ nhất"_s},
+                                               {"nothing is mark-up", u"\"') or (1=1"_s, u""_s},
+                                               {"the other language is not searched", u"paṭhama"_s, u""_s},
+                                               {"an endless text matches nothing", QString(10000, u'x'), u""_s}})
+        EXPECT_EQ(Filtered(text), passages) << rule;
     Trigger("acNamePAL");
-    SetFilter(u"DUTIYA"_s);
-    EXPECT_EQ(PassageNames(), (Names{u"Giới thứ nhì"_s}));
+    EXPECT_EQ(Filtered(u"DUTIYA"_s), u"Giới thứ nhì"_s) << "by the names that show";
     Trigger("acNameENG"); // hides every name: nothing to filter by
-    SetFilter(u"dutiya"_s);
-    EXPECT_EQ(PassageNames(), all);
+    EXPECT_EQ(Filtered(u"dutiya"_s), all);
 }
 
 TEST_F(TreeFilter, EnterDoesNothingAndArrowsWalkTheRows)
 {
     TpFIBDataSet &tree = window->qryTreeSutas;
-    const int start = tree.RecNo();
-    const auto press = [&](Qt::Key key) {
-        QTest::keyClick(&Box(), key);
-        EXPECT_EQ(Tree().RowOf(Tree().currentIndex()), tree.RecNo());
-        return tree.RecNo();
-    };
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter})
-        EXPECT_EQ(press(key), start);
-    EXPECT_EQ(press(Qt::Key_Down), start + 1);
-    EXPECT_EQ(press(Qt::Key_Up), start);
-    tree.Last();
-    EXPECT_EQ(press(Qt::Key_Down), tree.RecordCount() - 1);
     tree.First();
-    EXPECT_EQ(press(Qt::Key_Up), 0);
+    for (const auto &[key, row] : {std::pair(Qt::Key_Down, 1), {Qt::Key_Return, 1}, {Qt::Key_Up, 0}, {Qt::Key_Up, 0}}) {
+        QTest::keyClick(&Box(), key);
+        EXPECT_EQ(tree.RecNo(), row);
+        EXPECT_EQ(Tree().RowOf(Tree().currentIndex()), row);
+    }
+    tree.Last();
+    QTest::keyClick(&Box(), Qt::Key_Down);
+    EXPECT_EQ(tree.RecNo(), tree.RecordCount() - 1);
 }
 
 TEST_F(TreeFilter, EveryOtherReleasedKeyReloadsOnce)
 {
     int opened = 0;
     window->qryTreeSutas.AfterOpen = [&] { ++opened; };
-    int expected = 0;
-    for (const Qt::Key key : {Qt::Key_Shift, Qt::Key_Home, Qt::Key_Left, Qt::Key_A}) {
-        ASSERT_TRUE(window->qryTreeSutas.Locate(u"ID_VIC"_s, 1201));
+    for (const Qt::Key key : {Qt::Key_Shift, Qt::Key_Home, Qt::Key_A}) {
+        GoTo(1201);
         QTest::keyRelease(&Box(), key);
-        EXPECT_EQ(opened, ++expected) << key;
+        EXPECT_EQ(std::exchange(opened, 0), 1) << key;
         EXPECT_EQ(window->qryTreeSutas.RecNo(), 0);
     }
-    // A held key reloads when it is let go.
-    for (int repeat = 0; repeat < 5; ++repeat) {
-        QKeyEvent release(QEvent::KeyRelease, Qt::Key_B, Qt::NoModifier, u"b"_s, true);
-        QApplication::sendEvent(&Box(), &release);
-    }
-    QInputMethodEvent composing(u"l"_s, {});
-    QApplication::sendEvent(&Box(), &composing);
-    EXPECT_EQ(opened, expected);
-    QInputMethodEvent commit;
+    QKeyEvent held(QEvent::KeyRelease, Qt::Key_B, Qt::NoModifier, u"b"_s, true); // reloads when it is let go
+    QInputMethodEvent composing(u"l"_s, {}), commit;
     commit.setCommitString(u"lễ"_s);
+    for (QEvent *event : std::initializer_list<QEvent *>{&held, &composing})
+        QApplication::sendEvent(&Box(), event);
+    EXPECT_EQ(opened, 0);
     QApplication::sendEvent(&Box(), &commit);
-    EXPECT_EQ(opened, expected + 1);
-    EXPECT_EQ(PassageNames(), (Names{u"Chương lễ 100%"_s}));
+    EXPECT_EQ(opened, 1);
+    EXPECT_EQ(Passages(), u"Chương lễ 100%"_s);
     window->qryTreeSutas.AfterOpen = nullptr;
 }
 
-TEST_F(ReaderWindow, EachMoveOfTheCursorComposesOnePage)
+TEST_F(TreeFilter, EachMoveOfTheCursorComposesOnePage)
 {
-    StoreDefaults(1, 1101);
-    Start();
     int pages = 0;
     const auto change = std::exchange(window->dsKeloraContent.OnDataChange, nullptr);
     window->dsKeloraContent.OnDataChange = [&] {
@@ -146,12 +106,12 @@ TEST_F(ReaderWindow, EachMoveOfTheCursorComposesOnePage)
     const QModelIndex node = Tree().NodeOf(Tree().RowOf(Tree().currentIndex()) + 1);
     QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, Tree().visualRect(node).center());
     EXPECT_EQ(CurrentName(), u"Giới thứ nhì"_s);
-    EXPECT_EQ(Browser().Source(), QByteArray("<p>viet 1102</p>"));
+    EXPECT_EQ(Page(), "<p>viet 1102</p>");
     EXPECT_EQ(pages, 1);
     for (int round = 0; round < 2; ++round) { // a passage on the screen stays, with what was coloured in it
-        ASSERT_TRUE(window->qryTreeSutas.Locate(u"ID_VIC"_s, 1201));
+        GoTo(1201);
         EXPECT_EQ(Tree().currentIndex().data().toString(), u"Chương lớn"_s);
-        EXPECT_EQ(Browser().Source(), QByteArray("<p>viet 1201 kinh kinh kinh</p>"));
+        EXPECT_EQ(Page(), "<p>viet 1201 kinh kinh kinh</p>");
         EXPECT_EQ(pages, 2);
     }
     window->LoadContentData();
@@ -159,57 +119,42 @@ TEST_F(ReaderWindow, EachMoveOfTheCursorComposesOnePage)
     EXPECT_TRUE(WaitPage());
 }
 
-TEST_F(ReaderWindow, AGroupShowsItsOwnNameInAnyMode)
+TEST_F(TreeFilter, GroupsExpandCollapseAndShowTheirNames)
 {
-    StoreDefaults(1, 1003);
-    Start();
-    EXPECT_THAT(Browser().Source().toStdString(), testing::HasSubstr("Đại phẩm"));
-    const QByteArray page = Browser().Source();
-    Find<TcxButton>("btnVietPali").click();
-    EXPECT_EQ(Browser().Source(), page);
-}
-
-TEST_F(ReaderWindow, ExpandingAndCollapsingTheWholeTree)
-{
-    StoreDefaults(1, 1101);
-    Start();
-    const QModelIndex group = Tree().model()->index(0, 0);
-    EXPECT_TRUE(Tree().isExpanded(group));
-    Find<TcxButton>("btnCollapseTree").click();
-    EXPECT_FALSE(Tree().isExpanded(group));
-    Find<TcxButton>("btnExpandTree").click();
-    EXPECT_TRUE(Tree().isExpanded(group));
+    const auto isExpanded = [this] { return Tree().isExpanded(Tree().model()->index(0, 0)); };
+    EXPECT_TRUE(isExpanded());
+    Click("btnCollapseTree");
+    EXPECT_FALSE(isExpanded());
+    Click("btnExpandTree");
+    EXPECT_TRUE(isExpanded());
     Trigger("acCollapseTree");
     window->LoadContentData(); // a reload discards what was collapsed
-    EXPECT_TRUE(Tree().isExpanded(Tree().model()->index(0, 0)));
+    EXPECT_TRUE(isExpanded());
+    GoTo(1003);
+    const std::string page = Page();
+    EXPECT_THAT(page, testing::HasSubstr("Đại phẩm"));
+    Click("btnVietPali");
+    EXPECT_EQ(Page(), page);
 }
 
 TEST_F(ReaderWindow, NameCommandsChooseColumnToggleAndMargins)
 {
-    const struct
-    {
-        const char *action;
-        bool pal, vie, palToggle, vieToggle, margins;
-    } rows[]{{"acNamePAL", true, false, true, false, true},
-             {"acNameVIE", false, true, false, true, true},
-             {"acNameENG", false, false, false, false, true},
-             {"acNameVietPali", false, true, false, true, false},
-             {"bTreeNamePAL", true, false, true, false, true},
-             {"bTreeNameVIE", false, true, false, true, true}}; // its toggle is down already
-    StoreDefaults(1, 1101, 10);
-    Start();
-    const QByteArray page = Browser().Source();
-    for (const auto &row : rows) {
-        SCOPED_TRACE(row.action);
+    StartOn(1101, 10);
+    const std::string page = Page();
+    const auto shows = [this](const char *column) { return Find<QObject>(column).property("Visible").toBool(); };
+    const std::tuple<const char *, bool, bool> rows[]{
+        {"acNamePAL", true, false},    {"acNameVIE", false, true},
+        {"acNameENG", false, false},   {"acNameVietPali", false, true},
+        {"bTreeNamePAL", true, false}, {"bTreeNameVIE", false, true}}; // its toggle is down already
+    for (const auto &[action, pal, vie] : rows) {
+        SCOPED_TRACE(action);
         Trigger("acNameVietPali");
-        Trigger(row.action);
-        EXPECT_EQ(Find<QObject>("dbtSutasNAME_VIC_PAL").property("Visible").toBool(), row.pal);
-        EXPECT_EQ(Find<QObject>("dbtSutasNAME_VIC_VIE").property("Visible").toBool(), row.vie);
-        EXPECT_FALSE(Find<QObject>("dbtSutasNAME_VIC_ENG").property("Visible").toBool());
-        EXPECT_EQ(Action("bTreeNamePAL").isChecked(), row.palToggle);
-        EXPECT_EQ(Action("bTreeNameVIE").isChecked(), row.vieToggle);
-        EXPECT_EQ(Find<TcxButton>("btnMarginWidth").isEnabled(), row.margins);
-        EXPECT_EQ(Browser().Source(), page);
-        EXPECT_EQ(Stored(u"LanguageSutta"_s), QVariant(10));
+        Trigger(action);
+        EXPECT_TRUE(shows("dbtSutasNAME_VIC_PAL") == pal && Action("bTreeNamePAL").isChecked() == pal);
+        EXPECT_TRUE(shows("dbtSutasNAME_VIC_VIE") == vie && Action("bTreeNameVIE").isChecked() == vie);
+        EXPECT_FALSE(shows("dbtSutasNAME_VIC_ENG"));
+        EXPECT_EQ(Find<TcxButton>("btnMarginWidth").isEnabled(), std::string(action) != "acNameVietPali");
+        EXPECT_EQ(Page(), page);
     }
+    EXPECT_EQ(Stored(u"LanguageSutta"_s), QVariant(10));
 }

@@ -6,74 +6,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-TEST(FilterKeys, EveryKeyReloadsButFour)
-{
-    const std::pair<int, FilterKey> rows[]{{Qt::Key_Return, FilterKey::Nothing},
-                                           {Qt::Key_Enter, FilterKey::Nothing},
-                                           {Qt::Key_Down, FilterKey::NextRow},
-                                           {Qt::Key_Up, FilterKey::PriorRow},
-                                           {Qt::Key_A, FilterKey::Reload},
-                                           {Qt::Key_Shift, FilterKey::Reload},
-                                           {Qt::Key_Left, FilterKey::Reload},
-                                           {Qt::Key_Backspace, FilterKey::Reload},
-                                           {Qt::Key_Escape, FilterKey::Reload},
-                                           {Qt::Key_unknown, FilterKey::Reload},
-                                           {0, FilterKey::Reload}};
-    for (const auto &[key, meaning] : rows)
-        EXPECT_EQ(MeaningOfFilterKey(key), meaning) << key;
-}
-
-TEST(TreeFilter, TrimsControlsAndBlanksOnly)
-{
-    EXPECT_EQ(TrimControls(u" \t\r\n\u0001a  b\u001F "_s), u"a  b"_s);
-    EXPECT_EQ(TrimControls(u"\u00A0a\u3000"_s), u"\u00A0a\u3000"_s);
-    EXPECT_EQ(TrimControls(u" \n "_s), QString());
-}
-
-TEST(TreeFilter, ClauseFollowsTheColumnOnShow)
-{
-    const QString clause = u" where (lower(n.name_vic_%1) like :SEARCH_TEXT)"_s;
-    EXPECT_EQ(TreeFilterClause(NameColumn::Pali), clause.arg(u"pal"_s));
-    EXPECT_EQ(TreeFilterClause(NameColumn::Vietnamese), clause.arg(u"vie"_s));
-    EXPECT_EQ(TreeFilterClause(NameColumn::English), clause.arg(u"eng"_s));
-    EXPECT_EQ(TreeFilterClause(NameColumn::None), QString());
-}
-
-TEST(TreeFilter, ValueIsLowerCaseBeyondAsciiAndKeepsWildcards)
-{
-    EXPECT_EQ(TreeFilterValue(u"ĐẠI PHẨM"_s), u"%đại phẩm%"_s);
-    EXPECT_EQ(TreeFilterValue(u"ṬĀṄ"_s), u"%ṭāṅ%"_s);
-    EXPECT_EQ(TreeFilterValue(u"A_%'\""_s), u"%a_%'\"%"_s);
-    // Combining marks are neither joined nor dropped.
-    EXPECT_EQ(TreeFilterValue(u"A\u0304"_s), u"%a\u0304%"_s);
-}
-
 TEST(TreeFilter, AValueBeyondEveryNameAsksForMoreLettersThanANameHas)
 {
     // 381 bytes hold a name of 127 letters; two of them are the wildcards.
     EXPECT_EQ(TreeFilterValue(QString(379, u'%')), QString(381, u'%'));
     EXPECT_EQ(TreeFilterValue(QString(380, u'%')), QString(128, u'_'));
     EXPECT_EQ(TreeFilterValue(QString(127, QChar(0x1E6D))), QString(128, u'_'));
-}
-
-TEST(NameView, FollowsTheMode)
-{
-    const struct
-    {
-        int mode;
-        NameColumn column;
-        bool marginEnabled;
-    } rows[]{{0, NameColumn::Pali, true},
-             {1, NameColumn::Vietnamese, true},
-             {2, NameColumn::None, true},
-             {10, NameColumn::Vietnamese, false},
-             {7, NameColumn::None, true}};
-    for (const auto &row : rows) {
-        const NameView view = NameViewOfMode(row.mode);
-        EXPECT_EQ(view.column, row.column) << row.mode;
-        EXPECT_EQ(view.toggle, row.column) << row.mode;
-        EXPECT_EQ(view.marginEnabled, row.marginEnabled) << row.mode;
-    }
 }
 
 TEST(RandomOpening, CoversOneTo204AndNeverTheLastText)
@@ -83,8 +21,7 @@ TEST(RandomOpening, CoversOneTo204AndNeverTheLastText)
     int seen[206] = {};
     for (quint64 drawn = 0; drawn <= 0xFFFFFFFF; drawn += 65536)
         ++seen[RandomSuttaNumber(static_cast<quint32>(drawn))];
-    EXPECT_EQ(seen[0], 0);
-    EXPECT_EQ(seen[205], 0);
+    EXPECT_EQ(seen[0] + seen[205], 0);
     for (int number = 1; number <= 204; ++number)
         EXPECT_NEAR(seen[number], 65536 / 204, 2) << number;
 }

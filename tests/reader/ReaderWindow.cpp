@@ -1,14 +1,10 @@
 #include "reader/ReaderWindow.h"
-#include "support/WaitFor.h"
 
 #include "marks/ConfirmDelete.h"
 #include "presentation/DKLang.h"
-#include "presentation/GlobalUnit.h"
 #include "stores/JsonRegistry.h"
 #include "stores/Modules.h"
 #include "stores/Scripter.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/DBTreeList.h"
 
 #include <QFile>
 
@@ -38,38 +34,36 @@ insert into KELORA_CONTENT values (3, 9971, 'Uposatha', null, 'Chương lễ 100
 commit work;
 )";
 
-/// One canon for all tests: nothing writes to it.
-struct Canon
+/// Where the one canon of all tests is: nothing writes to it.
+const ScratchFolder &CanonFolder()
 {
-    Canon()
-    {
+    static const ScratchFolder folder;
+    static const bool isMade = [] {
         QFile::link(ProductFolder() + u"libfbclient.so.2"_s, folder.Path(u"libfbclient.so.2"_s));
         QFile::link(ProductFolder() + u"firebird"_s, folder.Path(u"firebird"_s));
-        TpFIBDatabase database;
-        TpFIBTransaction transaction;
-        const QString program = Program();
-        PrepareConnection(database, transaction, folder.Path(u"KELORA.FDB"_s), program);
-        database.CreateDatabase();
-        TpFIBScripter script;
-        script.SetDatabase(&database);
-        script.Script() = QString::fromUtf8(canonScript).split(u'\n');
-        script.ExecuteScript();
-        database.SetConnected(false);
-    }
-    QString Program() const { return folder.Path(u"Lumivara"_s); }
-
-    ScratchFolder folder;
-};
-
-const Canon &TheCanon()
-{
-    static const Canon canon;
-    return canon;
+        MakeDatabase(folder.Path(u"KELORA.FDB"_s), folder.Path(u"Lumivara"_s), canonScript);
+        return true;
+    }();
+    EXPECT_TRUE(isMade);
+    return folder;
 }
 
 } // namespace
 
-ReaderWindow::ReaderWindow() : program(TheCanon().Program()), m_realDoors(Doors())
+void MakeDatabase(const QString &path, const QString &program, const char *script)
+{
+    TpFIBDatabase database;
+    TpFIBTransaction transaction;
+    PrepareConnection(database, transaction, path, program);
+    database.CreateDatabase();
+    TpFIBScripter scripter;
+    scripter.SetDatabase(&database);
+    scripter.Script() = QString::fromUtf8(script).split(u'\n');
+    scripter.ExecuteScript();
+    database.SetConnected(false);
+}
+
+ReaderWindow::ReaderWindow() : program(CanonFolder().Path(u"Lumivara"_s)), m_realDoors(Doors())
 {
     Doors().messageBox = [this](const QString &title, const QString &text, BoxButtons, BoxIcon) {
         boxes.append({title, text});
@@ -85,14 +79,8 @@ ReaderWindow::ReaderWindow() : program(TheCanon().Program()), m_realDoors(Doors(
     CollectionMode = 0;
     GlobalActiveStyle = 0;
     GlobalActiveName.clear();
-    skinFile = TheCanon().folder.Path(u"AllSkins.skinres"_s);
+    skinFile = CanonFolder().Path(u"AllSkins.skinres"_s);
     SetSkins({});
-}
-
-void ReaderWindow::SetSkins(const QByteArray &content)
-{
-    QFile file(skinFile);
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
 }
 
 ReaderWindow::~ReaderWindow()
@@ -106,16 +94,14 @@ ReaderWindow::~ReaderWindow()
 
 void ReaderWindow::AddLanguage(const QString &fileName, const QByteArray &content)
 {
-    QFile file(TheCanon().folder.Path(fileName));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-    m_languageFiles.append(file.fileName());
+    m_languageFiles.append(CanonFolder().Path(fileName));
+    EXPECT_TRUE(WriteBytes(m_languageFiles.last(), content));
 }
 
 void ReaderWindow::AddEnglish()
 {
-    QFile english(ProductFolder() + u"English.lng"_s);
-    EXPECT_TRUE(english.open(QIODevice::ReadOnly));
-    AddLanguage(u"English.lng"_s, english.readAll());
+    m_languageFiles.append(CanonFolder().Path(u"English.lng"_s));
+    EXPECT_TRUE(QFile::copy(ProductFolder() + u"English.lng"_s, m_languageFiles.last()));
 }
 
 ModuleDoors ReaderWindow::Modules()
@@ -123,7 +109,7 @@ ModuleDoors ReaderWindow::Modules()
     ModuleDoors doors;
     doors.exeName = program;
     doors.showMessage = [this](const QString &text) { boxes.append({QString(), text}); };
-    doors.terminate = [this] { exitCodes.append(1); };
+    doors.terminate = [] { ADD_FAILURE() << "ended"; };
     doors.confirmDelete = ConfirmDelete;
     doors.createRegistry = [this]() -> std::unique_ptr<TRegistry> {
         return std::make_unique<JsonRegistry>(settings.Path(u"config"_s), settings.Path(u"autostart"_s), *disk);
@@ -172,41 +158,26 @@ QVariant ReaderWindow::Stored(const QString &name)
     }
 }
 
+void ReaderWindow::StartOn(int idVic, int languageSutta, int interfaceLang)
+{
+    StoreDefaults(1, idVic, languageSutta, interfaceLang);
+    Start();
+}
+
 void ReaderWindow::StoreDefaults(int openSutta, int lastKelora, int languageSutta, int interfaceLang)
 {
-    const std::pair<QString, QVariant> values[]{{u"OpenSutta"_s, openSutta},
-                                                {u"LastKelora"_s, lastKelora},
-                                                {u"PopupActive"_s, 1},
-                                                {u"PopupTime"_s, 30},
-                                                {u"InterfaceLang"_s, interfaceLang},
-                                                {u"FontName"_s, u"Segoe UI"_s},
-                                                {u"BgColor"_s, 0x00FFFFFF},
-                                                {u"SeachHighlightColor"_s, 65535},
-                                                {u"LastWord"_s, QString()},
-                                                {u"LanguageSutta"_s, languageSutta}};
-    for (const auto &[name, value] : values)
-        Store(name, value);
-}
-
-void ReaderWindow::Trigger(const char *name)
-{
-    EXPECT_TRUE(Action(name).isEnabled()) << name;
-    Action(name).trigger();
-}
-
-TDBTreeList &ReaderWindow::Tree()
-{
-    return Find<TDBTreeList>("dbtSutas");
-}
-
-TBrowserControl &ReaderWindow::Browser()
-{
-    return Find<TBrowserControl>("ebContent");
-}
-
-QString ReaderWindow::CurrentName()
-{
-    return window->qryTreeSutas.FieldByName(u"NAME_VIC_VIE"_s).AsString();
+    const std::pair<const char *, int> numbers[]{{"OpenSutta", openSutta},
+                                                 {"LastKelora", lastKelora},
+                                                 {"PopupActive", 1},
+                                                 {"PopupTime", 30},
+                                                 {"InterfaceLang", interfaceLang},
+                                                 {"BgColor", 0x00FFFFFF},
+                                                 {"SeachHighlightColor", 65535},
+                                                 {"LanguageSutta", languageSutta}};
+    for (const auto &[name, value] : numbers)
+        Store(QLatin1StringView(name), value);
+    Store(u"FontName"_s, u"Segoe UI"_s);
+    Store(u"LastWord"_s, QString());
 }
 
 QStringList ReaderWindow::PassageNames()
@@ -228,17 +199,32 @@ void ReaderWindow::Type(QWidget &widget, const QString &text)
         QTest::sendKeyEvent(QTest::Click, &widget, Qt::Key_unknown, letter, Qt::NoModifier);
 }
 
-bool ReaderWindow::WaitPage()
+QString ReaderWindow::Coloured(const char *ground)
 {
-    return WaitFor([this] { return Browser().IsComplete(); }, 15000);
+    return Browser()
+        .Evaluate(u"[...document.querySelectorAll('font')].filter((e) => "
+                  "getComputedStyle(e).backgroundColor == '%1').map((e) => e.textContent).join('|')"_s.arg(
+                      QLatin1StringView(ground)))
+        .toString();
+}
+
+void ReaderWindow::Activate()
+{
+    window->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
 }
 
 void ReaderWindow::CheckBoxes(const QList<Box> &expected)
 {
     EXPECT_EQ(boxes.size(), expected.size());
-    for (int index = 0; index < std::min(boxes.size(), expected.size()); ++index) {
-        EXPECT_EQ(boxes[index].title, expected[index].title);
-        EXPECT_EQ(boxes[index].text, expected[index].text);
-    }
+    for (int index = 0; index < std::min(boxes.size(), expected.size()); ++index)
+        EXPECT_EQ(boxes[index].title + u'|' + boxes[index].text, expected[index].title + u'|' + expected[index].text);
+    boxes.clear();
     EXPECT_TRUE(answers.isEmpty());
+}
+
+std::string ReaderWindow::TakeBox()
+{
+    EXPECT_EQ(boxes.size(), 1);
+    return std::exchange(boxes, {}).value(0).text.toStdString();
 }
