@@ -2,10 +2,7 @@
 #include "presentation/Contrast.h"
 #include "presentation/SkinFile.h"
 #include "support/SkinSupport.h"
-#include "support/TestSupport.h"
 #include "tools/ToolSupport.h"
-
-#include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
 
@@ -67,86 +64,74 @@ TEST(SkinCheck, TellsWhatIsWrong)
     }
 }
 
-class SkinsTool : public testing::Test
+class SkinsTool : public ToolTest
 {
 protected:
-    void AddSource(const QString &name, const QJsonObject &skin)
+    SkinsTool() : ToolTest(u"lumivara-skins"_s) {}
+    void PutSkin(const QString &name, const QJsonObject &skin) const
     {
-        WriteFile(sources + u'/' + name, QJsonDocument(skin).toJson());
+        Put(u"skins/"_s + name, QJsonDocument(skin).toJson());
     }
-    ScratchFolder folder;
-    const QString sources = folder.Path(u"nguồn skins"_s);
-    const QString file = folder.Path(u"All Skins.skinres"_s);
+    const QString m_file = Path(u"All.skinres"_s);
 };
 
 TEST_F(SkinsTool, PacksWhatIsBasedOnOthersInTheOrderOfTheFiles)
 {
-    QJsonObject base = WholeSkin(u"Base"_s);
+    QJsonObject base = With(WholeSkin(u"Base"_s), u"cornerRadius"_s, 7);
     base[u"pictures"_s] = QJsonObject{{u"check"_s, u"tick.svg"_s}, {u"radio"_s, u"tick.svg"_s}};
-    base[u"cornerRadius"_s] = 7;
-    AddSource(u"02-Base.skin"_s, base);
-    AddSource(u"01-Child.skin"_s, {{u"name"_s, u"Child"_s},
-                                   {u"based"_s, u"Base"_s},
-                                   {u"colours"_s, QJsonObject{{u"text"_s, QJsonArray{u"#0000AA"_s, u"#000000"_s}}}},
-                                   {u"pictures"_s, QJsonObject{{u"radio"_s, QJsonValue()}}}});
-    AddSource(u"10-Grandchild.skin"_s, {{u"name"_s, u"Grandchild"_s}, {u"based"_s, u"Child"_s}});
-    WriteFile(sources + u"/pictures/tick.svg"_s,
-              "<svg xmlns=\"http://www.w3.org/2000/svg\"><path stroke=\"{text}\" fill=\"{base}\"/></svg>\n");
-    WriteFile(sources + u"/notes.txt"_s, "x");
-    for (int round = 0; round < 2; ++round) {
-        const QByteArray before = round ? BytesOf(file) : QByteArray();
-        const ToolRun run = RunSkinsTool({u"pack"_s, sources, file});
-        EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
-        EXPECT_TRUE(round == 0 || before == BytesOf(file));
-    }
-    EXPECT_EQ(SkinNames(file), (QStringList{u"Child"_s, u"Base"_s, u"Grandchild"_s}));
-    const auto skin = LoadSkin(file, u"Grandchild"_s);
+    PutSkin(u"02-Base.skin"_s, base);
+    PutSkin(u"01-Child.skin"_s, {{u"name"_s, u"Child"_s},
+                                 {u"based"_s, u"Base"_s},
+                                 {u"colours"_s, QJsonObject{{u"text"_s, QJsonArray{u"#0000AA"_s, u"#000000"_s}}}},
+                                 {u"pictures"_s, QJsonObject{{u"radio"_s, QJsonValue()}}}});
+    PutSkin(u"10-Grandchild.skin"_s, {{u"name"_s, u"Grandchild"_s}, {u"based"_s, u"Child"_s}});
+    Put(u"skins/pictures/tick.svg"_s,
+        "<svg xmlns=\"http://www.w3.org/2000/svg\"><path stroke=\"{text}\" fill=\"{base}\"/></svg>\n");
+    Put(u"skins/notes.txt"_s, "x");
+    Run(0, "pack skins All.skinres");
+    const QByteArray before = BytesOf(m_file);
+    Run(0, "pack skins All.skinres");
+    EXPECT_TRUE(BytesOf(m_file) == before);
+    const auto skin = LoadSkin(m_file, u"Grandchild"_s);
     ASSERT_TRUE(skin);
     EXPECT_EQ(skin->cornerRadius, 7);
     EXPECT_EQ(skin->Colour(SkinPart::WindowText), 0xFF101010);
     EXPECT_EQ(skin->pictures,
               (QHash<QString, QByteArray>{{u"check"_s, "<svg xmlns=\"http://www.w3.org/2000/svg\"><path "
                                                        "stroke=\"#0000aa\" fill=\"#f8f8f8\"/></svg>"}}));
-    EXPECT_EQ(RunSkinsTool({u"check"_s, file}).exitCode, 0);
-    EXPECT_EQ(RunSkinsTool({u"list"_s, file}).output,
-              u"1\tChild\tChild\tlight\n2\tBase\tBase\tlight\n3\tGrandchild\tGrandchild\tlight\n"_s);
+    Run(0, "check All.skinres");
+    EXPECT_EQ(Run(0, "list All.skinres"),
+              "1\tChild\tChild\tlight\n2\tBase\tBase\tlight\n3\tGrandchild\tGrandchild\tlight\n");
 }
 
 TEST_F(SkinsTool, RefusesSourcesAndFilesThatCannotBeUnderstood)
 {
-    WriteFile(file, "old");
+    Put(u"All.skinres"_s, "old");
+    Run(2, "pack skins All.skinres");
     const QJsonObject good = WholeSkin(u"A"_s);
-    const std::pair<QString, QJsonObject> bad[]{
-        {u"01-A.skin"_s, With(good, u"based"_s, u"A"_s)},
-        {u"01-A.skin"_s, With(good, u"based"_s, u"None"_s)},
-        {u"01-A.skin"_s, With(good, u"pictures"_s, QJsonObject{{u"check"_s, u"none.svg"_s}})},
-        {u"01-A.skin"_s, With(good, u"name"_s, u""_s)},
-        {u"1-A.skin"_s, good},
-        {u"01-B.skin"_s, good},
-    };
-    EXPECT_EQ(RunSkinsTool({u"pack"_s, sources, file}).exitCode, 2) << "no folder";
-    for (const auto &[name, skin] : bad) {
-        AddSource(name, skin);
-        const ToolRun run = RunSkinsTool({u"pack"_s, sources, file});
-        EXPECT_EQ(run.exitCode, 2);
-        EXPECT_TRUE(run.errors.contains(name)) << run.errors.toStdString();
-        QFile::remove(sources + u'/' + name);
+    for (const auto &[name, skin] : std::initializer_list<std::pair<QString, QJsonObject>>{
+             {u"01-A.skin"_s, With(good, u"based"_s, u"A"_s)},
+             {u"01-A.skin"_s, With(good, u"based"_s, u"None"_s)},
+             {u"01-A.skin"_s, With(good, u"pictures"_s, QJsonObject{{u"check"_s, u"none.svg"_s}})},
+             {u"01-A.skin"_s, With(good, u"name"_s, u""_s)},
+             {u"1-A.skin"_s, good},
+             {u"01-B.skin"_s, good}}) {
+        PutSkin(name, skin);
+        EXPECT_THAT(Run(2, "pack skins All.skinres"), testing::HasSubstr(name.toStdString()));
+        QFile::remove(Path(u"skins/"_s + name));
     }
-    EXPECT_EQ(BytesOf(file), "old");
-    for (const char *verb : {"check", "list"})
-        EXPECT_EQ(RunSkinsTool({QString::fromLatin1(verb), file}).exitCode, 2) << verb;
-    WriteFile(file, SkinDocument({With(good, u"colours"_s, 1)}));
-    EXPECT_EQ(RunSkinsTool({u"check"_s, file}).exitCode, 1);
-    for (const char *words : {"", "x", "pack folder", "check", "list a b", "check --x"})
-        EXPECT_EQ(RunSkinsTool(QString::fromLatin1(words).split(u' ', Qt::SkipEmptyParts)).exitCode, 2) << words;
-    EXPECT_EQ(RunSkinsTool({u"pack"_s, u"--help"_s}).exitCode, 0);
+    EXPECT_EQ(BytesOf(m_file), "old");
+    for (const std::string words :
+         {"", "x", "pack folder", "check", "list a b", "check --x", "check All.skinres", "list All.skinres"})
+        Run(2, words);
+    Put(u"All.skinres"_s, SkinDocument({With(good, u"colours"_s, 1)}));
+    Run(1, "check All.skinres");
 }
 
-TEST(ProductSkins, AreCleanAndStandWhereTheStoredNumbersLookForThem)
+TEST_F(SkinsTool, FindsTheProductsCleanAndWhereTheStoredNumbersLookForThem)
 {
     const QString file = ProductFolder() + u"AllSkins.skinres"_s;
-    const ToolRun run = RunSkinsTool({u"check"_s, file});
-    EXPECT_EQ(run.exitCode, 0) << run.output.toStdString();
+    Run(0, "check", {file});
     EXPECT_TRUE(LoadSkin(file, u"Office2010Blue"_s));
 }
 
