@@ -193,6 +193,15 @@ TEST_F(CanonTransfer, ACopyIsCheckedAndMendedOnlyWhenAsked)
     Put(u"source/b.html"_s, "<meta content='text/html; charset=windows-1258'>ộ");
     Run(1, ImportSource);
     const std::string before = AllOf(Canon);
+    EXPECT_EQ(Run(1, "check K.FDB"), "group 3: the parent group 9 does not exist\n"
+                                     "group 1: is its own ancestor\n"
+                                     "group 2: is its own ancestor\n"
+                                     "text 1500 of group 1: NUMBER_VIC is null\n"
+                                     "text 1600 of group 3: NUMBER_VIC is 4, and 1 to 3 are missing before it\n"
+                                     "group 2: NAME_VIT_ENG is empty\n"
+                                     "text 1500 of group 1: CONTENT_VIC_PAL names no charset\n"
+                                     "text 1600 of group 3: CONTENT_VIC_ENG names the charset windows-1258\n"
+                                     "3 groups, 2 texts: 8 findings\n");
     Run(1, "import canon K.FDB --into COPY.FDB");
     EXPECT_FALSE(Names().contains(u"COPY.FDB"_s));
     EXPECT_THAT(Run(0, "import canon K.FDB --into COPY.FDB --repair"),
@@ -220,24 +229,16 @@ TEST_F(CanonTransfer, AMarkOnAnImportedTextIsShown)
     module.DataModuleCreate();
     ASSERT_TRUE(module.vIsOKClients);
     // The program has the file open; what it has listed itself stays.
-    OpenedDatabase(Path(u"TARUNECLIENT.FDB"_s))
-        .Execute(u"insert into SUTTA_LIST values (6, 1101, 'Chương', null, null, null)"_s);
+    OpenedDatabase client(Path(u"TARUNECLIENT.FDB"_s));
+    client.Execute(u"insert into SUTTA_LIST values (6, 1101, 'Chương', null, null, null)"_s);
     const char *const import = "import canon source --into K.FDB --client TARUNECLIENT.FDB";
     EXPECT_THAT(Run(0, import), HasSubstr("3 texts added to the list"));
     EXPECT_THAT(Run(0, import), HasSubstr("0 texts added"));
-
-    const int key = std::stoi(Ask(Canon, "select ID_VIC from KELORA_CONTENT where NUMBER_VIC = 2"));
-    TpFIBDataSet &marks = module.qryFocus;
-    marks.Open();
-    marks.Insert();
-    marks.FieldByName(u"NAME_FOC"_s).SetAsString(u"một đoạn"_s);
-    marks.FieldByName(u"NIK_SUT"_s).SetAsInteger(6);
-    marks.FieldByName(u"NIC_SUT"_s).SetAsInteger(key);
-    marks.Post();
-    marks.Close();
-    marks.Open();
-    EXPECT_TRUE(marks.Locate(u"NIC_SUT"_s, key)) << "a mark whose text is not in the list is not shown";
-    EXPECT_EQ(marks.FieldByName(u"NAME_SUT_VIE"_s).AsString(), u"Thứ mười"_s);
+    const QString key = QString::fromStdString(Ask(Canon, "select ID_VIC from KELORA_CONTENT where NUMBER_VIC = 2"));
+    client.Execute(u"insert into SUTTA_TEXT_FOCUS (ID_FOC, NIK_SUT, NIC_SUT) values (1, 6, %1)"_s.arg(key));
+    module.qryFocus.Open();
+    EXPECT_TRUE(module.qryFocus.Locate(u"NIC_SUT"_s, key.toInt())) << "a mark on a text without a row is not shown";
+    EXPECT_EQ(module.qryFocus.FieldByName(u"NAME_SUT_VIE"_s).AsString(), u"Thứ mười"_s);
     AppPath.clear();
 }
 

@@ -16,19 +16,6 @@ TEST_F(CheckVerb, TheSamplesAreClean)
     EXPECT_THAT(Run(0, "check", {ProductFolder() + u"PALIDICT.FDB"_s}), testing::EndsWith(" words: nothing wrong\n"));
 }
 
-TEST_F(CheckVerb, FindingsNameTheirRowsAndEndWithOne)
-{
-    PutSmallSources();
-    Put(u"data/canon/groups.csv"_s,
-        "ID_VIT,P_ID_VIT,NAME_VIT_VIE,NAME_VIT_PAL,NAME_VIT_ENG\n2,7,Nhánh,,\n101,-1,Gốc,Mūlaṃ,Root\n");
-    Run(0, "build canon --data data --out .");
-    EXPECT_EQ(Run(1, "check KELORA.FDB"),
-              "group 101: 1000 + ID_VIT is 1101, the number of a text: the group shows that text\n"
-              "group 2: the parent group 7 does not exist\n"
-              "group 2: NAME_VIT_PAL is null\n"
-              "2 groups, 2 texts: 3 findings\n");
-}
-
 /// A dictionary with tables of its own, and a fault of each kind.
 const char16_t ForeignDictionary[] = uR"(
 create table MUC_TU (K integer, N integer, W varchar(80) character set UNICODE_FSS, C blob sub_type 0);

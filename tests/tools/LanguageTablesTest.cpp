@@ -7,36 +7,25 @@ using testing::StartsWith;
 
 namespace {
 
-const QByteArray Window = R"(<ui version="4.0"><class>frmSmall</class>
- <widget class="QWidget" name="frmSmall">
-  <property name="windowTitle"><string>Cửa sổ </string></property>
-  <property name="styleSheet"><string>color: red</string></property>
-  <layout class="QVBoxLayout" name="loSmall">
-   <item><widget class="TcxButton" name="btnGo">
-    <property name="text"><string>&amp;Đi</string></property>
-    <property name="toolTip"><string>Đi ngay
+const QByteArray Window = R"(<ui version="4.0"><class>frmSmall</class><widget class="QWidget" name="frmSmall">
+ <property name="windowTitle"><string>Cửa sổ </string></property>
+ <property name="styleSheet"><string>color: red</string></property>
+ <layout class="QVBoxLayout" name="loSmall">
+  <item><widget class="TcxButton" name="btnGo"><property name="text"><string>&amp;Đi</string></property>
+   <property name="toolTip"><string>Đi ngay
 hôm nay</string></property>
-    <property name="KeyField" stdset="0"><string>ID</string></property>
-    <property name="shortcut"><string>Ctrl+G</string></property>
-   </widget></item>
-   <item><spacer name="spSmall"><property name="orientation"><enum>Qt::Vertical</enum></property></spacer></item>
-   <item><widget class="QComboBox" name="cbLevel">
-    <item><property name="text"><string>Cao</string></property></item>
-    <item><property name="text"><string>Thấp</string></property></item>
-   </widget></item>
-  </layout>
-  <action name="acGo">
-   <property name="text"><string>12 + 3</string></property>
-   <property name="Category" stdset="0"><string notr="true">Small</string></property>
-   <property name="Tags" stdset="0"><stringlist><string>a</string><string>b</string></stringlist></property>
-  </action>
-  <action name="acDraft"><property name="text"><string>acDraft</string></property></action>
-  <addaction name="separator"/>
- </widget>
+   <property name="KeyField" stdset="0"><string>ID</string></property>
+   <property name="shortcut"><string>Ctrl+G</string></property></widget></item>
+  <item><spacer name="spSmall"/></item>
+  <item><widget class="QComboBox" name="cbLevel"><item><property name="text"><string>Cao</string></property></item>
+   <item><property name="text"><string>Thấp</string></property></item></widget></item></layout>
+ <action name="acGo"><property name="text"><string>12 + 3</string></property>
+  <property name="Category" stdset="0"><string notr="true">Small</string></property>
+  <property name="Tags" stdset="0"><stringlist><string>a</string><string>b</string></stringlist></property></action>
+ <action name="acDraft"><property name="text"><string>acDraft</string></property></action>
+ <addaction name="separator"/></widget>
  <customwidgets><customwidget><class>TcxButton</class><extends>QToolButton</extends></customwidget></customwidgets>
- <buttongroups><buttongroup name="bgSmall"/></buttongroups>
-</ui>
-)";
+ <buttongroups><buttongroup name="bgSmall"/></buttongroups></ui>)";
 
 const std::string List = "frmSmall\t1\tfrmSmall.Caption\tCửa sổ \n"
                          "frmSmall\t2\tbtnGo.Caption\t&Đi\n"
@@ -73,11 +62,12 @@ TEST_F(LanguageTables, NumberTakesEveryStoredTextInTheOrderOfTheDescription)
     EXPECT_EQ(Run(0, "list"), List);
     EXPECT_EQ(Bytes(Ledger).count('\n'), 8);
     Run(0, "verify");
+    const auto table = LoadLangData(Bytes(Table));
     QStringList owned;
-    for (const auto &entry : *LoadLangData(Bytes(Table))->FOwnedCompEntries)
+    for (const auto &entry : *table->FOwnedCompEntries)
         owned += entry->FName;
     owned.sort();
-    EXPECT_EQ(owned.join(u' ').toStdString(), "acDraft acGo bgSmall btnGo cbLevel loSmall");
+    EXPECT_EQ(owned.join(u' '), u"acDraft acGo bgSmall btnGo cbLevel loSmall"_s);
 }
 
 TEST_F(LanguageTables, ANumberStaysWithItsTextAndIsNeverGivenAgain)
@@ -86,7 +76,7 @@ TEST_F(LanguageTables, ANumberStaysWithItsTextAndIsNeverGivenAgain)
     // The last text leaves, and a new one comes in front of all others.
     Describe(QByteArray(Window)
                  .replace("<string>acDraft</string>", "<string>77</string>")
-                 .replace("  <layout", "  <property name=\"toolTip\"><string>Mới</string></property>\n  <layout"));
+                 .replace(" <layout", "<property name=\"toolTip\"><string>Mới</string></property> <layout"));
     EXPECT_THAT(Run(1, "number"), StartsWith("frmSmall 7 acDraft.Caption is gone"));
     EXPECT_EQ(Bytes(Ledger), before);
     Run(0, "number --retire");
@@ -125,11 +115,13 @@ TEST_F(LanguageTables, VerifyFindsEveryDisagreement)
 TEST_F(LanguageTables, ATextThatCouldNotBeTranslatedIsRefused)
 {
     const std::tuple<QByteArray, QByteArray, const char *> cases[]{
-        {"<spacer name=\"spSmall\"><property name=\"orientation\"><enum>Qt::Vertical</enum></property></spacer>",
-         R"(<widget class="QListWidget" name="lw"><item><property name="text"><string>Một</string></property></item></widget>)",
+        {"<spacer",
+         R"(<widget class="QListWidget" name="lw"><item><property name="text"><string>Một</string></property>)"
+         "</item></widget><spacer",
          "the text of an item of QListWidget can't be"},
-        {"<spacer name=\"spSmall\"><property name=\"orientation\"><enum>Qt::Vertical</enum></property></spacer>",
-         R"(<widget class="QWidget" name="tab"><attribute name="title"><string>Thẻ</string></attribute></widget>)",
+        {"<spacer",
+         R"(<widget class="QWidget" name="tab"><attribute name="title"><string>Thẻ</string></attribute>)"
+         "</widget><spacer",
          "the attribute \"title\" can't be translated"},
         {"acDraft", "acGo", "two components are called \"acGo\""},
         {"QVBoxLayout", "QTallLayout", "what the class QTallLayout extends is not known"},

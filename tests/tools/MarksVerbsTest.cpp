@@ -2,62 +2,87 @@
 #include "tools/ToolSupport.h"
 
 #include <QDate>
-#include <QFile>
+#include <QDir>
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
+using testing::EndsWith;
 using testing::HasSubstr;
 
 namespace {
 
-const QString Marks = u"TARUNECLIENT.FDB"_s;
+const QString From = u"from/TARUNECLIENT.FDB"_s, To = u"to/TARUNECLIENT.FDB"_s;
+const QByteArray Header = "NIK_SUT,NIC_SUT,NAME_FOC,KEYWORD_FOC,PRIORITY_FOC,DESC_FOC,TEXT_FOC\r\n";
 
-/// A delivered file of marks with three marks, and one of a text that its list does not have.
+/// A file of marks, one of them of a text that its list does not have, and a file as delivered.
 class MarksVerbs : public ToolTest
 {
 protected:
     void SetUp() override
     {
-        Run(0, "build marks --out .");
-        OpenedDatabase(Path(Marks))
+        // This process and the tool must know of each other.
+        OpenedDatabase(ProductFolder() + u"KELORA.FDB"_s);
+        for (const QString &folder : {u"from"_s, u"to"_s})
+            EXPECT_TRUE(QDir().mkpath(Path(folder)));
+        EXPECT_TRUE(QFile::link(qEnvironmentVariable("FIREBIRD_LOCK"), Path(u"to/lock"_s)));
+        Run(0, "build marks --out from");
+        Run(0, "build marks --out to");
+        OpenedDatabase(Path(From))
             .RunScript(
                 u"insert into SUTTA_LIST values (6, 1101, 'Chương <1>', 'Kaṇḍaṃ', null, null);"
-                "insert into SUTTA_LIST values (2, 9, 'Kinh', null, null, null);"
-                "insert into SUTTA_TEXT_FOCUS values (4, '\uFEFFHai, \"ba\"', '\uFEFF<p>một  <b>hai</b></p>\r\n"
-                "<p>ba&nbsp;&lt;4</p>', 2, 'ghi *chú*' || ascii_char(13) || ascii_char(10) || 'dòng', 6, 1101, "
-                "'2024-02-29 23:59:58', 'khóa');"
-                "insert into SUTTA_TEXT_FOCUS values (7, null, null, 9, null, 6, 1101, null, null);"
-                "insert into SUTTA_TEXT_FOCUS values (9, 'kinh', 'x', 4, null, 2, 9, '2024-03-01 00:00:00', null);"
-                "insert into SUTTA_TEXT_FOCUS values (5, 'lạc', 'y', 1, null, 6, 9999, '2024-03-01 00:00:00', null);"_s);
+                "insert into SUTTA_LIST values (2, 9, 'Kinh', null, 'A discourse', null);"
+                "insert into SUTTA_TEXT_FOCUS values (4, '\uFEFFHai, \"ba\" \U0001F600', '\uFEFF<p>một  <b>hai</b></p>"
+                "' || ascii_char(13) || ascii_char(10) || '<p>ba&nbsp;&lt;4, \"x\"</p>', 2, 'ghi *chú*' || "
+                "ascii_char(13) || ascii_char(10) || ascii_char(13) || ascii_char(10) || '# dòng,', 6, 1101, "
+                "'2024-02-29 23:59:00', 'khóa · chìa');"
+                "insert into SUTTA_TEXT_FOCUS values (7, null, null, 3, null, 6, 1101, null, null);"
+                "insert into SUTTA_TEXT_FOCUS values (8, 'đôi', '<p>x', 4, ' rìa ', 2, 9, '2024-03-01 00:00:00', null);"
+                "insert into SUTTA_TEXT_FOCUS values (5, 'lạc', 'y', 1, null, 6, 9999, '2024-03-01 00:00:00', '\"');"_s);
+    }
+    std::string Import(const std::string &ending = "csv", int exitCode = 0) const
+    {
+        return Run(exitCode, "import marks marks." + ending, {u"--into"_s, To});
+    }
+    QString Export(const QString &file, const std::string &format) const
+    {
+        return QString::fromStdString(Run(0, "export marks --format " + format, {u"--file"_s, file}));
+    }
+    void PutExport(const QString &file, const std::string &format) const
+    {
+        Put(u"marks."_s + QString::fromStdString(format), Export(file, format).toUtf8());
+    }
+    /// An export without what each post renews: keys, and the date that a mark without one gets.
+    std::string Comparable(const QString &file, const std::string &format) const
+    {
+        static const QRegularExpression renewed(
+            uR"((?<=\n)\d+,|\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d|(?<=## )\\#\d+| · \d{4}\\-\d\d\\-\d\d \d\d:\d\d)"_s);
+        return Export(file, format).remove(renewed).toStdString();
     }
     std::string Backup(int exitCode, const std::string &more = "") const
     {
-        return Run(exitCode, "backup marks --file TARUNECLIENT.FDB " + more);
-    }
-    std::string Export(const std::string &format) const
-    {
-        return Run(0, "export marks --file TARUNECLIENT.FDB --format " + format);
+        return Run(exitCode, "backup marks --file from/TARUNECLIENT.FDB " + more);
     }
 
-    const QString m_backup = u"backup/TARUNECLIENT-%1.fbk"_s.arg(QDate::currentDate().toString(Qt::ISODate));
+    const QString m_backup = u"from/backup/TARUNECLIENT-%1.fbk"_s.arg(QDate::currentDate().toString(Qt::ISODate));
 };
 
 TEST_F(MarksVerbs, ABackupMadeWhileTheFileIsOpenComesBackWhole)
 {
     const std::string all = "select * from SUTTA_TEXT_FOCUS order by 1";
-    OpenedDatabase inUse(Path(Marks));
+    OpenedDatabase inUse(Path(From));
     Backup(0);
     Backup(0); // a second one of the day has a name of its own
-    EXPECT_EQ(Names(u"backup"_s).size(), 2);
+    EXPECT_EQ(Names(u"from/backup"_s).size(), 2);
     Run(0, "restore --to RESTORED.FDB", {m_backup});
     OpenedDatabase restored(Path(u"RESTORED.FDB"_s));
     EXPECT_EQ(restored.Text(all), inUse.Text(all));
     EXPECT_EQ(restored.Text("select MON$FORCED_WRITES from MON$DATABASE"), "1");
     EXPECT_THROW(restored.Execute(u"insert into SUTTA_TEXT_FOCUS (ID_FOC) values (4)"_s), std::exception);
     // Nothing that exists is written over.
-    const QByteArray saved = Bytes(m_backup), marks = Bytes(Marks);
+    const QByteArray saved = Bytes(m_backup), marks = Bytes(From);
     Backup(2, "--to " + m_backup.toStdString());
-    Run(2, "restore --to TARUNECLIENT.FDB", {m_backup});
-    EXPECT_TRUE(Bytes(m_backup) == saved && Bytes(Marks) == marks);
+    Run(2, "restore --to from/TARUNECLIENT.FDB", {m_backup});
+    EXPECT_TRUE(Bytes(m_backup) == saved && Bytes(From) == marks);
 }
 
 TEST_F(MarksVerbs, ADamagedBackupLeavesNothingBehind)
@@ -66,11 +91,10 @@ TEST_F(MarksVerbs, ADamagedBackupLeavesNothingBehind)
     const QByteArray whole = Bytes(m_backup);
     const QByteArray used = whole.left(whole.lastIndexOf('\n') + 1); // the engine fills up with zeros
     for (const QByteArray &bytes : {QByteArray(), QByteArray("no backup"), used.left(100), used.left(used.size() / 2),
-                                    used.left(used.size() - 40), Bytes(Marks)}) {
+                                    used.left(used.size() - 40), Bytes(From)}) {
         Put(u"damaged.fbk"_s, bytes);
-        const QStringList before = Names();
-        EXPECT_NE(Run(2, "restore damaged.fbk --to RESTORED.FDB"), "") << bytes.size();
-        EXPECT_EQ(Names(), before) << bytes.size();
+        EXPECT_NE(Run(2, "restore damaged.fbk --to to/RESTORED.FDB"), "") << bytes.size();
+        EXPECT_EQ(Names(u"to"_s), (QStringList{u"TARUNECLIENT.FDB"_s, u"lock"_s})) << bytes.size();
     }
 }
 
@@ -78,79 +102,192 @@ TEST_F(MarksVerbs, DailyBackupsComeOnceADayAndSevenStay)
 {
     QStringList kept{u"TARUNECLIENT-2020-01-01-2.fbk"_s, u"TARUNECLIENT-mine.fbk"_s, u"notes.txt"_s};
     for (const QString &name : std::as_const(kept))
-        Put(u"backup/"_s + name, "mine");
+        Put(u"from/backup/"_s + name, "mine");
     for (int day = 1; day <= 9; ++day) {
         const QString name = u"TARUNECLIENT-2020-01-0%1.fbk"_s.arg(day);
-        Put(u"backup/"_s + name, "old");
+        Put(u"from/backup/"_s + name, "old");
         if (day > 3)
             kept.append(name);
     }
     Backup(0, "--daily");
-    kept.append(m_backup.section(u'/', 1));
-    EXPECT_THAT(Names(u"backup"_s), testing::UnorderedElementsAreArray(kept));
+    kept.append(m_backup.section(u'/', 2));
+    EXPECT_THAT(Names(u"from/backup"_s), testing::UnorderedElementsAreArray(kept));
     const QByteArray first = Bytes(m_backup);
-    OpenedDatabase(Path(Marks)).Execute(u"delete from SUTTA_TEXT_FOCUS"_s);
+    OpenedDatabase(Path(From)).Execute(u"delete from SUTTA_TEXT_FOCUS"_s);
     Backup(0, "--daily");
     EXPECT_TRUE(Bytes(m_backup) == first);
 }
 
 TEST_F(MarksVerbs, AFailedBackupLeavesTheFolderAsItWas)
 {
-    OpenedDatabase(Path(Marks))
+    OpenedDatabase(Path(From))
         .Execute(u"update SUTTA_TEXT_FOCUS set TEXT_FOC = (select list(rpad('x', 8000, 'y')) "
                  "from RDB$RELATION_FIELDS, RDB$DATABASE)"_s);
     {
         const FullDisk full(8 << 20);
         Backup(2, "--daily");
     }
-    EXPECT_EQ(Names(u"backup"_s), QStringList());
-    QFile::remove(Path(Marks));
-    Put(Marks, "no database");
+    EXPECT_EQ(Names(u"from/backup"_s), QStringList());
+    QFile::remove(Path(From));
+    Put(From, "no database");
     Backup(2, "--daily");
-    EXPECT_EQ(Names(u"backup"_s), QStringList());
+    EXPECT_EQ(Names(u"from/backup"_s), QStringList());
 }
 
 TEST_F(MarksVerbs, ExportsHoldEveryMarkByText)
 {
-    EXPECT_EQ(Export("csv"),
+    EXPECT_EQ(Export(From, "csv").toStdString(),
               "ID_FOC,NIK_SUT,NIC_SUT,NAME_SUT_VIE,NAME_SUT_PAL,NAME_SUT_ENG,NAME_FOC,KEYWORD_FOC,PRIORITY_FOC,"
               "DATETIME_FOC,DESC_FOC,TEXT,TEXT_FOC\r\n"
-              "9,2,9,\"Kinh\",\"\",\"\",\"kinh\",\"\",4,2024-03-01T00:00:00,\"\",\"x\",\"x\"\r\n"
-              "4,6,1101,\"Chương <1>\",\"Kaṇḍaṃ\",\"\",\"Hai, \"\"ba\"\"\",\"khóa\",2,2024-02-29T23:59:58,"
-              "\"ghi *chú*\r\ndòng\",\"một hai\nba\u00A0<4\",\"<p>một  <b>hai</b></p>\r\n<p>ba&nbsp;&lt;4</p>\"\r\n"
-              "7,6,1101,\"Chương <1>\",\"Kaṇḍaṃ\",\"\",\"\",\"\",9,,\"\",\"\",\"\"\r\n"
-              "5,6,9999,\"\",\"\",\"\",\"lạc\",\"\",1,2024-03-01T00:00:00,\"\",\"y\",\"y\"\r\n");
-    EXPECT_THAT(Export("html"),
-                HasSubstr("<h1>Chương &lt;1&gt; · Kaṇḍaṃ</h1>\n<h2>Hai, &quot;ba&quot;</h2>\n"
-                          "<p><small>Cao · 2024-02-29 23:59 · khóa</small></p>\n"
-                          "<blockquote>một hai<br>\nba\u00A0&lt;4</blockquote>\n<p>ghi *chú*<br>\ndòng</p>\n"));
-    EXPECT_THAT(Export("markdown"), HasSubstr("# Chương \\<1\\> · Kaṇḍaṃ <!-- 6-1101 -->\n\n## Hai, \"ba\"\n\n"
-                                              "Cao · 2024\\-02\\-29 23:59 · khóa\n\n"
-                                              "> một hai  \n> ba\u00A0\\<4\n\nghi \\*chú\\*  \ndòng\n"));
-    Run(2, "export marks --format pdf --file TARUNECLIENT.FDB");
+              "8,2,9,\"Kinh\",\"\",\"A discourse\",\"đôi\",\"\",4,2024-03-01T00:00:00,\" rìa \",\"x\",\"<p>x\"\r\n"
+              "4,6,1101,\"Chương <1>\",\"Kaṇḍaṃ\",\"\",\"Hai, \"\"ba\"\" \U0001F600\",\"khóa · chìa\",2,"
+              "2024-02-29T23:59:00,\"ghi *chú*\r\n\r\n# dòng,\",\"một hai\nba\u00A0<4, \"\"x\"\"\","
+              "\"<p>một  <b>hai</b></p>\r\n<p>ba&nbsp;&lt;4, \"\"x\"\"</p>\"\r\n"
+              "7,6,1101,\"Chương <1>\",\"Kaṇḍaṃ\",\"\",\"\",\"\",3,,\"\",\"\",\"\"\r\n"
+              "5,6,9999,\"\",\"\",\"\",\"lạc\",\"\"\"\",1,2024-03-01T00:00:00,\"\",\"y\",\"y\"\r\n");
+    EXPECT_THAT(Export(From, "html").toStdString(),
+                HasSubstr("<h1>Chương &lt;1&gt; · Kaṇḍaṃ</h1>\n<h2>Hai, &quot;ba&quot; \U0001F600</h2>\n"
+                          "<p><small>Cao · 2024-02-29 23:59 · khóa · chìa</small></p>\n<blockquote>một hai<br>\n"
+                          "ba\u00A0&lt;4, &quot;x&quot;</blockquote>\n<p>ghi *chú*<br>\n<br>\n# dòng,</p>\n"));
+    EXPECT_THAT(Export(From, "markdown").toStdString(),
+                HasSubstr("# Chương \\<1\\> · Kaṇḍaṃ <!-- 6-1101 -->\n\n## Hai, \"ba\" \U0001F600\n\n"
+                          "Cao · 2024\\-02\\-29 23:59 · khóa · chìa\n\n> một hai  \n> ba\u00A0\\<4, \"x\"\n\n"
+                          "ghi \\*chú\\*  \n  \n\\# dòng,\n"));
+    Run(2, "export marks --format pdf --file from/TARUNECLIENT.FDB");
 }
 
 TEST_F(MarksVerbs, CheckNamesWhatPutsMarksAtRisk)
 {
-    EXPECT_EQ(Run(1, "check TARUNECLIENT.FDB"),
+    EXPECT_EQ(Run(1, "check from/TARUNECLIENT.FDB"),
               "mark 5: text 9999 of collection 6 is missing in the list, so the mark is never shown\n"
               "2 texts, 4 marks: 1 findings\n");
-    OpenedDatabase(Path(Marks))
+    OpenedDatabase(Path(From))
         .RunScript(u"alter table SUTTA_TEXT_FOCUS drop constraint PK_SUTTA_TEXT_FOCUS;"
                    "alter table SUTTA_LIST drop constraint PK_SUTTA_LIST; commit;"
                    "update SUTTA_TEXT_FOCUS set ID_FOC = 4 where ID_FOC in (5, 7);"
                    "update SUTTA_TEXT_FOCUS set NIC_SUT = 1101 where NIC_SUT = 9999;"
                    "insert into SUTTA_LIST values (2, 9, 'Kinh', null, null, null);"_s);
-    QByteArray bytes = Bytes(Marks);
+    QByteArray bytes = Bytes(From);
     constexpr int flags = 42; // of the header page; the bit asks for forced writes
     EXPECT_EQ(bytes[flags] & 2, 2) << "the file as built";
     bytes[flags] = static_cast<char>(bytes[flags] & ~2);
-    Put(Marks, bytes);
-    EXPECT_EQ(Run(1, "check TARUNECLIENT.FDB"),
+    Put(From, bytes);
+    EXPECT_EQ(Run(1, "check from/TARUNECLIENT.FDB"),
               "the file: forced writes are off, a power cut may take marks with it\n"
               "text 9 of collection 2: stands in the list 2 times, and so does each of its marks\n"
               "mark 4: 3 have this key, so they can be neither changed nor deleted\n"
               "3 texts, 4 marks: 3 findings\n");
+}
+
+TEST_F(MarksVerbs, AnExportComesBackWholeAndOnce)
+{
+    OpenedDatabase program(Path(To)); // has the file open all the time
+    for (const std::string format : {"csv", "md"}) {
+        program.RunScript(u"delete from SUTTA_TEXT_FOCUS; delete from SUTTA_LIST;"_s);
+        PutExport(From, format);
+        EXPECT_THAT(Import(format),
+                    EndsWith("4 marks added, 0 there already, 0 left out, 207 texts added to the list\n"));
+        EXPECT_EQ(Comparable(To, format), Comparable(From, format));
+        EXPECT_THAT(Import(format),
+                    EndsWith("0 marks added, 4 there already, 0 left out, 0 texts added to the list\n"));
+    }
+    // Markdown shows no mark-up, so what it was exported from is known again as well.
+    OpenedDatabase(Path(From)).Execute(u"delete from SUTTA_TEXT_FOCUS where NIC_SUT = 9999"_s);
+    PutExport(To, "md");
+    QFile::remove(Path(To));
+    EXPECT_TRUE(QFile::copy(Path(From), Path(To)));
+    EXPECT_THAT(Import("md"), EndsWith("1 marks added, 3 there already, 0 left out, 1 texts added to the list\n"));
+}
+
+TEST_F(MarksVerbs, EachImportedMarkIsShownAndEveryOtherTextCanStillCarryOne)
+{
+    PutExport(From, "csv");
+    EXPECT_THAT(Import(), HasSubstr("text 9999 of collection 6 (no name) is missing in the list of texts: added"));
+    EXPECT_EQ(Ask(To, "select count(*) from SUTTA_TEXT_FOCUS F inner join SUTTA_LIST S on S.NIK_SUT = F.NIK_SUT and "
+                      "S.NIC_SUT = F.NIC_SUT"),
+              "4");
+    // The program enters its 205 texts only into a list without any of them.
+    EXPECT_EQ(Ask(To, "select count(*), count(nullif(NIC_SUT = 9971 and NAME_SUT_VIE is not null, false)) "
+                      "from SUTTA_LIST where NIK_SUT = 6"),
+              "206,1");
+}
+
+TEST_F(MarksVerbs, AnImportKeepsNamesOfTextsWithMarksAndKeysGoOn)
+{
+    OpenedDatabase(Path(To)).RunScript(
+        u"insert into SUTTA_LIST values (6, 1101, 'Của tôi', null, null, 1);"
+        "insert into SUTTA_TEXT_FOCUS (ID_FOC, NAME_FOC, NIK_SUT, NIC_SUT) values (40, 'a', 6, 1101);"_s);
+    Put(u"marks.csv"_s, Header + "6,1101,b,,1,,<p>b\r\n6,1101,b,,1,,<p>b\r\n");
+    EXPECT_THAT(Import(), EndsWith("1 marks added, 1 there already, 0 left out, 0 texts added to the list\n"));
+    EXPECT_EQ(Ask(To, "select NAME_SUT_VIE from SUTTA_LIST where NIC_SUT = 1101"), "Của tôi");
+    // The page has its mark, the row a date.
+    EXPECT_EQ(Ask(To, "select ID_FOC, TEXT_FOC from SUTTA_TEXT_FOCUS where NAME_FOC = 'b' and DATETIME_FOC > "
+                      "dateadd(-1 day to current_timestamp)"),
+              "41,\uFEFF<p>b");
+}
+
+TEST_F(MarksVerbs, MarkdownFindsTextsByTheirNames)
+{
+    OpenedDatabase(Path(To)).RunScript(u"insert into SUTTA_LIST values (6, 1, 'Một', 'Eka', null, null);"
+                                       "insert into SUTTA_LIST values (6, 2, 'Đôi', 'Dve', null, null);"
+                                       "insert into SUTTA_LIST values (6, 3, 'Đôi', 'Tīṇi', null, null);"_s);
+    Put(u"marks.md"_s, "stray\n\n# Một · Eka\n## a\n> one\n\n# Dve\n## b\n1 · k\n\n> two *x*\n> <b>\n\nnote\n\n\n"
+                       "# Đôi\n## c\n> three\n# 6-3\n## d\nKém\n\n> four\n## e\n> five\n");
+    ExpectParts(Import("md", 1), {"marks.md:1: belongs to no mark\n",
+                                  "marks.md:18: stands below no heading that names one text of the list\n",
+                                  "marks.md:21: its first line does not begin with a priority: \"Kém\"\n"});
+    const std::string page = ",\"<HTML>\r\n<head>\r\n<meta http-equiv=\"\"Content-Type\"\" content=\"\"text/html; "
+                             "charset=utf-8\"\" />\r\n<body>\r\n<blockquote>\r\n<font face = \"\"Segoe UI\"\">";
+    ExpectParts(Comparable(To, "csv"), {"6,1,\"Một\",\"Eka\",\"\",\"a\",\"\",2,,\"\",\"one\"" + page + "<p>one</p>\r\n",
+                                        "6,2,\"Đôi\",\"Dve\",\"\",\"b\",\"k\",1,,\"note\",\"two *x*\n<b>\"" + page +
+                                            "<p>two *x*</p>\r\n<p>&lt;b&gt;</p>\r\n",
+                                        "6,3,\"Đôi\",\"Tīṇi\",\"\",\"e\",\"\",2,,\"\",\"five\"" + page});
+    EXPECT_EQ(Ask(To, "select count(*) from SUTTA_TEXT_FOCUS"), "3");
+}
+
+TEST_F(MarksVerbs, AnImportThatCannotBeDoneLeavesTheFileAsItWas)
+{
+    QByteArray many = Header;
+    for (int i = 0; i < 30000; ++i)
+        many += "6,1101,title " + QByteArray::number(i) + ",,2,,<p>" + QByteArray(60, 'x') + "\r\n";
+    Put(u"marks.csv"_s, many);
+    const std::string counts = "select (select count(*) from SUTTA_TEXT_FOCUS), (select count(*) from SUTTA_LIST) "
+                               "from RDB$DATABASE";
+    {
+        const FullDisk full(4 << 20);
+        Import("csv", 2);
+    }
+    EXPECT_EQ(Ask(To, counts), "0,0");
+    EXPECT_THAT(Stopped(false, "adding marks", "import marks marks.csv --into to/TARUNECLIENT.FDB"),
+                HasSubstr("interrupted"));
+    EXPECT_EQ(Ask(To, counts), "0,0");
+
+    Put(u"other.FDB"_s, "no database");
+    Put(u"folder.csv/x"_s, "");
+    Put(u"marks.html"_s, "<p>");
+    Put(u"small.csv"_s, Header);
+    for (const auto &[words, said] : std::initializer_list<std::pair<std::string, std::string>>{
+             {"none.csv --into to/TARUNECLIENT.FDB", "none.csv: there is no such file"},
+             {"folder.csv --into to/TARUNECLIENT.FDB", "folder.csv: is no file"},
+             {"marks.html --into to/TARUNECLIENT.FDB", "no format \"html\""},
+             {"small.csv --into other.FDB", "other.FDB"},
+             {"small.csv --into none.FDB", "none.FDB: there is no"}})
+        EXPECT_THAT(Run(2, "import marks " + words), HasSubstr(said));
+}
+
+TEST_F(MarksVerbs, ACopyThatTakesTheKeyMeanwhileCostsTheImportNothing)
+{
+    Put(u"marks.csv"_s, Header + "6,1101,b,,1,,x\r\n");
+    OpenedDatabase program(Path(To));
+    program.Execute(u"insert into SUTTA_TEXT_FOCUS (ID_FOC) values (1)"_s);
+    program.Hold(u"insert into SUTTA_TEXT_FOCUS (ID_FOC) values (2)"_s);
+    QProcess import;
+    Start(import, "import marks marks.csv --into to/TARUNECLIENT.FDB");
+    EXPECT_FALSE(import.waitForFinished(1500)) << "waits for the key that another one holds";
+    program.Commit();
+    EXPECT_TRUE(import.waitForFinished());
+    EXPECT_EQ(import.exitCode(), 0);
+    EXPECT_EQ(Ask(To, "select ID_FOC from SUTTA_TEXT_FOCUS where NAME_FOC = 'b'"), "3");
 }
 
 } // namespace

@@ -24,26 +24,21 @@ Passage ParseOne(const QString &lines)
     return ParsePassages(u"@text 1\n"_s + lines, u"p.txt"_s).value(u"text 1"_s);
 }
 
-TEST(PassageMarkup, KeepsLanguagesApartAndSectionsByKey)
+QByteArray PageOf(const QString &lines, Language language = Language::Pali)
 {
-    const auto sections = ParsePassages(u"# note\n@text 1101\nā | ă | a\n\n@form rule\n@item x | y\n"_s, u"p.txt"_s);
-    ASSERT_EQ(sections.size(), 2);
-    const Passage passage = sections[u"text 1101"_s];
-    ASSERT_EQ(passage.size(), 1);
-    EXPECT_EQ(passage[0].In(Language::Pali), u"ā"_s);
-    EXPECT_EQ(passage[0].In(Language::Vietnamese), u"ă"_s);
-    EXPECT_EQ(passage[0].In(Language::English), u"a"_s);
-    EXPECT_EQ(sections[u"form rule"_s][0].kind, Segment::Kind::Item);
-    EXPECT_TRUE(sections[u"form rule"_s][0].In(Language::English).isEmpty());
+    return PageWriter({{u"a.svg"_s, "<svg/>"}}).Page(u"Tựa & đề"_s, ParseOne(lines), language);
 }
 
-TEST(PassageMarkup, RepetitionsCountAndKeepTheirOrder)
+TEST(PassageMarkup, KeepsSectionsByKeyAndRepeats)
 {
-    const Passage passage = ParseOne(u"a\n@repeat 2\n{n}x\n{n}y\n@end\nb"_s);
-    QStringList texts;
-    for (const Segment &segment : passage)
-        texts.append(segment.In(Language::Pali));
-    EXPECT_EQ(texts, (QStringList{u"a"_s, u"1x"_s, u"1y"_s, u"2x"_s, u"2y"_s, u"b"_s}));
+    const auto sections = ParsePassages(u"# note\n@text 1101\nā | ă | a\n\n@form rule\n@item x | y\n"_s, u"p.txt"_s);
+    EXPECT_EQ(sections.size(), 2);
+    EXPECT_EQ(sections[u"text 1101"_s].size(), 1);
+    EXPECT_EQ(sections[u"form rule"_s].value(0).kind, Segment::Kind::Item);
+    QString texts;
+    for (const Segment &segment : ParseOne(u"a\n@repeat 2\n{n}x\n{n}y\n@end\nb"_s))
+        texts += segment.In(Language::Pali);
+    EXPECT_EQ(texts, u"a1x1y2x2yb"_s);
 }
 
 TEST(PassageMarkup, FaultsAreRefusedWithTheirLine)
@@ -62,77 +57,56 @@ TEST(PassageMarkup, FaultsAreRefusedWithTheirLine)
 
 TEST(PassageMarkup, InsideALineBecomesHtml)
 {
-    const std::pair<QString, QString> rows[]{
-        {u"a & b &c"_s, u"a &amp; b &amp;c"_s},
-        {u"&amp;&nbsp;&#7789;&#x1E6D;"_s, u"&amp;&nbsp;&#7789;&#x1E6D;"_s},
-        {u"<b>"_s, u"&lt;b&gt;"_s},
-        {u"x [lời](https://example.org/a)"_s, u"x <a href=\"https://example.org/a\">lời</a>"_s},
-        {u"a[^1]"_s, u"a<sup><a name=\"pi-ref-1\" href=\"#pi-note-1\">[1]</a></sup>"_s},
-        {u"a // b https://x"_s, u"a<br>b https://x"_s},
-        {u"[a] (b)"_s, u"[a] (b)"_s}};
+    const std::pair<QString, const char *> rows[]{
+        {u"a & b &c &amp;&nbsp;&#7789;&#x1E6D;<b>"_s, "a &amp; b &amp;c &amp;&nbsp;&#7789;&#x1E6D;&lt;b&gt;"},
+        {u"x [lời](https://example.org/a)"_s, "x <a href=\"https://example.org/a\">lời</a>"},
+        {u"a[^1]"_s, "a<sup><a name=\"pi-ref-1\" href=\"#pi-note-1\">[1]</a></sup>"},
+        {u"a // b https://x [a] (b)"_s, "a<br>b https://x [a] (b)"}};
     for (const auto &[source, html] : rows)
-        EXPECT_EQ(InlineHtml(source, Language::Pali).toStdString(), html.toStdString());
+        EXPECT_EQ(InlineHtml(source, Language::Pali).toStdString(), html);
 }
 
-TEST(PageWriterTest, APageNamesItsCharsetAndTheFontAndSizeThatTheReaderExchanges)
+TEST(PageWriter, APageNamesItsCharsetAndTheFontAndSizeThatTheReaderExchanges)
 {
-    const QByteArray page = PageWriter({}).Page(u"Tựa & đề"_s, ParseOne(u"ā | ă"_s), Language::Vietnamese);
+    const QByteArray page = PageOf(u"ā | ă"_s, Language::Vietnamese);
     EXPECT_TRUE(page.startsWith("<HTML>\r\n<head>\r\n<meta http-equiv=\"Content-Type\" content=\"text/html; "
                                 "charset=utf-8\" />\r\n<title>Tựa &amp; đề</title>"));
-    EXPECT_TRUE(page.contains("\"Segoe UI\""));
-    EXPECT_TRUE(page.contains("150%"));
-    EXPECT_TRUE(page.contains(">ă<"));
-    EXPECT_FALSE(page.contains(">ā<"));
-    EXPECT_TRUE(PageWriter({}).Page(u"t"_s, ParseOne(u"ā | ă"_s), Language::English).isEmpty()) << "no text, no page";
+    EXPECT_TRUE(page.contains("\"Segoe UI\"") && page.contains("150%") && page.contains(">ă<") && !page.contains("ā"));
+    EXPECT_TRUE(PageOf(u"ā | ă"_s, Language::English).isEmpty()) << "no text, no page";
 }
 
-TEST(PageWriterTest, RunsOfItemsAndRowsMakeOneListAndOneTable)
+TEST(PageWriter, MakesOneListOfItemsOneTableOfRowsAndTwoSidesOfLanguages)
 {
-    const QByteArray page =
-        PageWriter({}).Page(u"t"_s, ParseOne(u"@item a\n@item b\nx\n@row c ; d\n@row e ; f"_s), Language::Pali);
-    EXPECT_EQ(page.count("<ul>"), 1);
-    EXPECT_EQ(page.count("<li"), 2);
-    EXPECT_EQ(page.count("<table"), 1);
-    EXPECT_EQ(page.count("<tr>"), 2);
-    EXPECT_EQ(page.count("<td"), 4);
-}
-
-TEST(PageWriterTest, ParallelPagesSetBothLanguagesSideBySide)
-{
-    const QByteArray page = PageWriter({}).ParallelPage(u"Pā"_s, u"Vi"_s, ParseOne(u"ā[^1] | ă[^1]\n@note 1 n | m"_s));
-    EXPECT_EQ(page.count("<td"), 6); // titles, paragraph, note
-    EXPECT_LT(page.indexOf(">ā<"), page.indexOf(">ă<"));
+    const QByteArray page = PageOf(u"@item a\n@item b\nx\n@row c ; d\n@row e ; f\n@picture a.svg x"_s);
+    const QByteArray parallel =
+        PageWriter({}).ParallelPage(u"Pā"_s, u"Vi"_s, ParseOne(u"ā[^1] | ă[^1]\n@note 1 n | m"_s));
+    const auto counts = [](const QByteArray &in, const QByteArrayList &parts) {
+        QList<qsizetype> counted;
+        for (const QByteArray &part : parts)
+            counted.append(in.count(part));
+        return counted;
+    };
+    EXPECT_THAT(counts(page, {"<ul>", "<li", "<table", "<tr>", "<td", "src=\"data:image/svg+xml;base64,PHN2Zy8+\""}),
+                testing::ElementsAre(1, 2, 1, 2, 4, 1));
     // The notes of both languages stand in one page: their anchors must not meet.
-    EXPECT_EQ(page.count("name=\"pi-note-1\""), 1);
-    EXPECT_EQ(page.count("name=\"vi-note-1\""), 1);
+    EXPECT_THAT(counts(parallel, {"<td", "name=\"pi-note-1\"", "name=\"vi-note-1\""}), testing::ElementsAre(6, 1, 1));
+    EXPECT_LT(parallel.indexOf(">ā<"), parallel.indexOf(">ă<"));
+    EXPECT_EQ(FailureOf([] { PageOf(u"@picture b.svg x"_s); }), "there is no picture \"b.svg\"");
+    EXPECT_EQ(FailureOf([] { PageOf(u"a[^2]\n@note 1 n"_s); }), "\"Tựa & đề\": footnote 2 is missing");
 }
 
-TEST(PageWriterTest, PicturesAreStoredInsideThePageAndWhatIsMissingIsNamed)
+TEST(Csv, ReadsQuotesAndEmptyCellsAndNamesTheLineOfAFault)
 {
-    const PageWriter writer({{u"a.svg"_s, "<svg/>"}});
-    EXPECT_TRUE(writer.Page(u"t"_s, ParseOne(u"@picture a.svg x"_s), Language::Pali)
-                    .contains("src=\"data:image/svg+xml;base64,PHN2Zy8+\""));
-    EXPECT_EQ(FailureOf([&] { writer.Page(u"t"_s, ParseOne(u"@picture b.svg x"_s), Language::Pali); }),
-              "there is no picture \"b.svg\"");
-    EXPECT_EQ(FailureOf([&] { writer.Page(u"t"_s, ParseOne(u"a[^2]\n@note 1 n"_s), Language::Pali); }),
-              "\"t\": footnote 2 is missing");
-}
-
-TEST(Csv, ReadsQuotesEmptyCellsAndLineEnds)
-{
-    const CsvTable table("A,B\r\n1,\"x, \"\"y\"\"\"\r\n2,\n", u"t.csv"_s);
-    ASSERT_EQ(table.RowCount(), 2);
+    const QString file = u"t.csv"_s, a = u"A"_s;
+    const CsvTable table("A,B\r\n1,\"x, \"\"y\"\"\"\r\n2,\n", file);
+    EXPECT_EQ(table.RowCount(), 2);
     EXPECT_EQ(table.Text(0, u"B"_s), u"x, \"y\""_s);
     EXPECT_TRUE(table.Text(1, u"B"_s).isNull());
-    EXPECT_EQ(table.Number(1, u"A"_s), 2);
-}
-
-TEST(Csv, FaultsNameFileAndLine)
-{
-    EXPECT_EQ(FailureOf([] { CsvTable("A,B\n1,2\n3\n", u"t.csv"_s); }), "t.csv:3: 1 cells where 2 columns are");
-    EXPECT_EQ(FailureOf([] { CsvTable("A\n\"x\n", u"t.csv"_s); }), "t.csv:2: a quote is not closed");
-    EXPECT_EQ(FailureOf([] { CsvTable("A\nx\n", u"t.csv"_s).Number(0, u"A"_s); }), "t.csv:2: A is no number");
-    EXPECT_EQ(FailureOf([] { CsvTable("A\nx\n", u"t.csv"_s).Text(0, u"C"_s); }), "t.csv: there is no column C");
+    EXPECT_EQ(table.Number(1, a), 2);
+    EXPECT_EQ(FailureOf([&] { CsvTable("A,B\n1,2\n3\n", file); }), "t.csv:3: 1 cells where 2 columns are");
+    EXPECT_EQ(FailureOf([&] { CsvTable("A\n\"x\n", file); }), "t.csv:2: a quote is not closed");
+    EXPECT_EQ(FailureOf([&] { CsvTable("A\nx\n", file).Number(0, a); }), "t.csv:2: A is no number");
+    EXPECT_EQ(FailureOf([&] { table.Text(0, u"C"_s); }), "t.csv: there is no column C");
 }
 
 } // namespace

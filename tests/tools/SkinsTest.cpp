@@ -1,5 +1,4 @@
 #include "lumivara-skins/SkinCheck.h"
-#include "presentation/Contrast.h"
 #include "presentation/SkinFile.h"
 #include "support/SkinSupport.h"
 #include "tools/ToolSupport.h"
@@ -19,48 +18,35 @@ QJsonObject Coloured(const QString &part, const QJsonValue &colour, bool isHighC
     return With(WholeSkin(u"A"_s, false, {{part, colour}}), u"highContrast"_s, isHighContrast);
 }
 
-TEST(SkinContrast, IsThatOfRelativeLuminance)
-{
-    EXPECT_NEAR(ContrastRatio(0xFF000000, 0xFFFFFFFF), 21, 0.001);
-    EXPECT_NEAR(ContrastRatio(0xFF777777, 0xFFFFFFFF), 4.478, 0.001);
-    EXPECT_NEAR(ContrastRatio(0xFFFF0000, 0xFF0000FF), 2.149, 0.001);
-}
-
 TEST(SkinCheck, TellsWhatIsWrong)
 {
-    const QJsonObject good = WholeSkin(u"A"_s);
-    const std::tuple<const char *, QJsonArray, QStringList> cases[]{
-        {"clean", {good, WholeSkin(u"B"_s, true)}, {}},
-        {"none", {}, {u"there is no skin"_s}},
-        {"twice", {good, good}, {u"A: another skin has this name"_s}},
-        {"no name", {With(good, u"name"_s, u" A"_s)}, {u"skin 1: \" A\" is no name for a skin"_s}},
-        {"missing", {With(good, u"colours"_s, QJsonObject{})}, {u"A: the colour \"window\" is missing"_s, u"…"_s}},
-        {"bad", {Coloured(u"tab"_s, u"red"_s)}, {u"A: \"tab\" is no colour like \"#1a2b3c\" and no pair of them"_s}},
-        {"unknown", {Coloured(u"tabs"_s, u"#ffffff"_s)}, {u"A: no colour is called \"tabs\""_s}},
-        {"number", {With(good, u"lineWidth"_s, 1.5)}, {u"A: \"lineWidth\" is no whole number from 1 to 3"_s}},
-        {"dark", {With(good, u"dark"_s, true)}, {u"A: \"dark\" does not agree with the colour \"window\""_s}},
-        {"picture",
-         {With(good, u"pictures"_s, QJsonObject{{u"check"_s, u"<svg/>"_s}})},
-         {u"A: the picture \"check\" can't be shown: it is no SVG"_s}},
-        {"text",
-         {Coloured(u"placeholderText"_s, u"#757575"_s)},
-         {u"A: \"placeholderText\" on \"base\" has a contrast of 4.33, less than 4.5"_s}},
-        {"lower end",
-         {Coloured(u"rowHover"_s, QJsonArray{u"#ffffff"_s, u"#606060"_s})},
-         {u"A: \"text\" on \"rowHover\" has a contrast of 3.02, less than 4.5"_s}},
-        {"high contrast",
-         {Coloured(u"placeholderText"_s, u"#666666"_s, true)},
-         {u"A: \"placeholderText\" on \"base\" has a contrast of 5.40, less than 7"_s}},
-        {"disabled is enough", {Coloured(u"disabledText"_s, u"#808080"_s, true)}, {}},
-        {"frame",
-         {Coloured(u"menuFrame"_s, u"#a0a0a0"_s)},
-         {u"A: \"menuFrame\" on \"menu\" has a contrast of 2.46, less than 3"_s}},
+    const QJsonObject good = WholeSkin(u"A"_s), noPicture{{u"check"_s, u"<svg/>"_s}};
+    const QJsonArray falling{u"#ffffff"_s, u"#606060"_s};
+    const std::pair<QJsonArray, std::string> cases[]{
+        {{good, WholeSkin(u"B"_s, true)}, ""},
+        {{}, "there is no skin"},
+        {{good, good}, "A: another skin has this name"},
+        {{With(good, u"name"_s, u" A"_s)}, "skin 1: \" A\" is no name for a skin"},
+        {{With(good, u"colours"_s, QJsonObject{})}, "A: the colour \"window\" is missing\n"},
+        {{Coloured(u"tab"_s, u"red"_s)}, "A: \"tab\" is no colour like \"#1a2b3c\" and no pair of them"},
+        {{Coloured(u"tabs"_s, u"#ffffff"_s)}, "A: no colour is called \"tabs\""},
+        {{With(good, u"lineWidth"_s, 1.5)}, "A: \"lineWidth\" is no whole number from 1 to 3"},
+        {{With(good, u"dark"_s, true)}, "A: \"dark\" does not agree with the colour \"window\""},
+        {{With(good, u"pictures"_s, noPicture)}, "A: the picture \"check\" can't be shown: it is no SVG"},
+        {{Coloured(u"placeholderText"_s, u"#e03080"_s)},
+         "A: \"placeholderText\" on \"base\" has a contrast of 4.03, less than 4.5"},
+        {{Coloured(u"rowHover"_s, falling)}, "A: \"text\" on \"rowHover\" has a contrast of 3.02, less than 4.5"},
+        {{Coloured(u"placeholderText"_s, u"#666666"_s, true)},
+         "A: \"placeholderText\" on \"base\" has a contrast of 5.40, less than 7"},
+        {{Coloured(u"disabledText"_s, u"#808080"_s, true)}, ""}, // is enough
+        {{Coloured(u"menuFrame"_s, u"#a0a0a0"_s)}, "A: \"menuFrame\" on \"menu\" has a contrast of 2.46, less than 3"},
     };
-    for (const auto &[rule, skins, expected] : cases) {
-        QStringList findings = CheckSkins(skins);
-        if (expected.contains(u"…"_s)) // the first of many
-            findings = findings.mid(0, 1) + QStringList{u"…"_s};
-        EXPECT_EQ(findings.join(u'\n').toStdString(), expected.join(u'\n').toStdString()) << rule;
+    for (const auto &[skins, expected] : cases) {
+        const std::string findings = CheckSkins(skins).join(u'\n').toStdString();
+        if (expected.ends_with('\n')) // the first of many
+            EXPECT_THAT(findings, testing::StartsWith(expected));
+        else
+            EXPECT_EQ(findings, expected);
     }
 }
 
