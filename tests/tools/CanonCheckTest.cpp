@@ -87,16 +87,4 @@ TEST(CanonFaults, AreFoundAndNothingElse)
               "text 1301 of group 3: CONTENT_VIC_PAL names the charset big5\n");
 }
 
-/// Which bytes are bad at all is held against the toolkit in tests/fuzz.
-TEST(CanonCheck, FindsTheFirstBadByte)
-{
-    for (const auto &[bytes, firstBad] : {std::pair<const char *, int>("ab\x80", 2),
-                                          {"a\xE1\xBB", 1},
-                                          {"a\xE1\xBBz", 1},
-                                          {"x\xED\xA0\x80", 1},
-                                          {"\xF4\x90\x80\x80", 0},
-                                          {"aāữ\xF0\x9F\x98\x80", -1}})
-        EXPECT_EQ(FirstBadUtf8Byte(bytes), firstBad) << bytes;
-}
-
 } // namespace

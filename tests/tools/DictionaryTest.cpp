@@ -51,11 +51,9 @@ TEST(BadDictionaries, AreRefusedWithTheirLine)
 {
     const std::pair<QString, const char *> rows[]{
         {u"% a\n"_s, "d.txt:1: a word before \"dictionary KIND\""},
-        {u"dictionary 9\n"_s, "d.txt:1: the kind is a number from 1 to 8"},
         {u"dictionary 5\n% a\nx\n% a\n"_s, "d.txt:4: \"a\" comes twice"},
         {u"dictionary 5\n% "_s + QString(64, u'ā'), "d.txt:2: a word has 1 to 63 characters"},
         {u"dictionary 5\n% a\n\n% b\nx\n"_s, "d.txt:2: \"a\" has no entry"},
-        {u"dictionary 5\nx\n"_s, "d.txt:2: text before the first word"},
         {u"forms 5\nc: d\n"_s, "d.txt:2: no dictionary has the word \"c\""},
         {u"forms 5\na: b\n"_s, "d.txt:2: the form \"b\" is a word already"},
         {u"forms 5 9\na: d\n"_s, "d.txt:1: the kind is a number from 1 to 8"}};

@@ -42,7 +42,7 @@ TEST_F(DictionaryTransfer, EachFormOfExportComesBackAsTheSameRows)
     QFile::copy(ProductFolder() + u"PALIDICT.FDB"_s, Path(File));
     // What each of the forms has signs of its own for, forms of a word, and names out of the order of the letters.
     Put(u"s.tsv"_s, "\xEF\xBB\xBF%\t% a\\n\\\\n\\\\\nZoo\t <b>x</b> \\n\nzoo\t\\n\\na\\r\\nb\\tc\r\ncôté\tx\ncote\tx\n"
-                    "\xF0\x9F\x98\x80\tx\n");
+                    "\xF0\x9F\x98\x80\tdictionary 5\\n# no\ntwo\ta\\n \\nb\\n\\n\nthree\t\\\\% a\n");
     Import(0, "s.tsv", "--kind 3 --replace");
     const auto everything = [&](const std::string &kind) {
         return WordsOf(kind) + // forms share their entry

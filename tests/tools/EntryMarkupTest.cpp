@@ -1,9 +1,5 @@
 #include "lumivara-data/EntryMarkup.h"
 #include "lumivara-data/DictionaryCheck.h"
-#include "lumivara-data/TextLines.h"
-#include "lumivara-data/WordLines.h"
-
-#include <QBuffer>
 
 #include <gmock/gmock.h>
 
@@ -52,35 +48,13 @@ TEST(EntryMarkup, LinesFitIntoWhatTheFormatterReads)
     for (const QByteArray &text :
          {QByteArray("làng ").repeated(1000), QByteArray("ạ").repeated(5000), QByteArray("&lt;").repeated(3000)}) {
         const QByteArray entry = Converted('h', "<li><b>" + text);
-        QByteArray joined;
         for (const QByteArray &line : entry.split('\n')) {
             EXPECT_LE(line.size(), 4096);
-            EXPECT_EQ(line, QString::fromUtf8(line).toUtf8()) << "a character is cut in two";
-            joined += line;
+            EXPECT_TRUE(line.isValidUtf8()) << "a character is cut in two";
         }
         EXPECT_TRUE(TagFault(entry).isEmpty());
         const QByteArray sign = text.startsWith("&") ? "&lt;" : text.left(3);
-        EXPECT_EQ(joined.count(sign), text.count(sign));
-    }
-}
-
-TEST(WordLines, BothTextFormsGiveBackAnyEntry)
-{
-    for (const QByteArray content : {"a", "a\nb", "% a\n% b", "\\% a", "\\", "a\\n\tb\\\\", " a ", "a\n\n", "\n\na",
-                                     "a\r\nb\r\n", "a\rb", "dictionary 5\n# no", "a\n \nb"}) {
-        QByteArray line;
-        AppendEscapedEntry(line, content);
-        EXPECT_EQ(UnescapedEntry(line), content);
-        EXPECT_FALSE(line.contains('\n'));
-        QBuffer device;
-        device.setData("dictionary 5\n\n% w\n" + MarkUpWords::Written(content) + "\n% next\nx\n");
-        device.open(QIODevice::ReadOnly);
-        TextLines lines(device, u"w"_s);
-        MarkUpWords words(lines,
-                          [](qsizetype line, const QString &fault) { ADD_FAILURE() << line << qPrintable(fault); });
-        MarkUpWords::Word word;
-        EXPECT_TRUE(words.Next(word));
-        EXPECT_EQ(word.content, content);
+        EXPECT_EQ(QByteArray(entry).replace('\n', "").count(sign), text.count(sign));
     }
 }
 
