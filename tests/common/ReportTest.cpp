@@ -95,20 +95,15 @@ TEST(Tool, AFailureEndsAVerbWithItsMessage)
 {
     static constexpr Verb verbs[] = {
         {u"fail", u"fails", [](const QStringList &, Console &) -> int { throw ToolError(u"Đích.FDB: is full"_s); }},
-        {u"break", u"breaks", [](const QStringList &, Console &) -> int { throw std::bad_alloc(); }},
-        {u"a-long-verb", u"ends", [](const QStringList &, Console &) { return 0; }},
+        {u"long-verb", u"ends", [](const QStringList &, Console &) -> int { throw std::bad_alloc(); }},
     };
     const auto run = [](const QString &word) {
-        return Reported({}, [&](Report &, Console &console) {
-            return RunTool(verbs, word.split(u' ', Qt::SkipEmptyParts), console);
-        });
+        return Reported({}, [&](Report &, Console &console) { return RunTool(verbs, {word}, console); });
     };
-    for (const auto &[word, code] :
-         {std::pair(u"fail"_s, 2), {u"break"_s, 2}, {u"a-long-verb"_s, 0}, {u"none"_s, 2}, {u""_s, 2}})
-        EXPECT_EQ(run(word).code, code) << qPrintable(word);
+    EXPECT_EQ(run(u"long-verb"_s).code, 2);
+    EXPECT_EQ(run(u"fail"_s).code, 2);
     EXPECT_EQ(run(u"fail"_s).errors, "tool: Đích.FDB: is full\n");
-    EXPECT_THAT(run(u"--help"_s).output,
-                testing::HasSubstr("  fail         fails\n  break        breaks\n  a-long-verb  ends\n"));
+    EXPECT_THAT(run(u"--help"_s).output, testing::HasSubstr("  fail       fails\n  long-verb  ends\n"));
 }
 
 /// Each in a process of its own, because an interrupt is remembered.

@@ -12,13 +12,25 @@ const QString Canon = u"kết quả/KELORA.FDB"_s, Marks = u"kết quả/TARUNEC
 const std::string CanonRows = "select NAME_VIC_ENG, CONTENT_VIC_PAL, CONTENT_VIC_ENG, CONTENT_VIC_VIE, ID_VIC, "
                               "CONTENT_VIC_PAL_VIE from KELORA_CONTENT";
 
-/// Small sources and an empty folder for the databases.
+/// Sources of a canon with two groups and two texts, and of a dictionary with one word; an empty folder for the
+/// databases.
 class BuildVerb : public ToolTest
 {
 protected:
     void SetUp() override
     {
-        PutSmallSources();
+        Put(u"data/canon/groups.csv"_s, "ID_VIT,P_ID_VIT,NAME_VIT_VIE,NAME_VIT_PAL,NAME_VIT_ENG\n"
+                                        "1,-1,Gốc,Mūlaṃ,Root\n"
+                                        "2,1,Nhánh,Sākhā,\n");
+        Put(u"data/canon/texts.csv"_s, "NUMBER_VIC,ID_VIC,ID_VIT,NAME_VIC_PAL,NAME_VIC_VIE,NAME_VIC_ENG,WITHOUT\n"
+                                       "1,1101,2,Paṭhamaṃ,Thứ nhất,\"First, and only\",\n"
+                                       "2,1201,2,Dutiyaṃ,Thứ nhì,,pal\n");
+        QByteArray formulas;
+        for (const char *form : {"label", "opening", "story", "rule", "analysis", "closing"})
+            formulas += QByteArray("@form ") + form + "\n{title} " + form + " | {title} " + form + " vi | {title} en\n";
+        Put(u"data/canon/formulas.txt"_s, formulas + "@form heads\na | b | c\na | b | c\na | b | c\na | b | c\n");
+        Put(u"data/canon/passages/own.txt"_s, "@text 1101\nĀdi | Đầu | Start\n");
+        Put(u"data/dictionary/pali.txt"_s, "dictionary 5\n% ādi\n@ādi\n- đầu\n");
         QDir().mkpath(Path(u"kết quả"_s));
     }
     std::string Build(const std::string &more = "", int exitCode = 0) const
@@ -89,7 +101,7 @@ TEST_F(BuildVerb, KilledInTheMiddleItLeavesTheOldFileAndTheNextBuildRecovers)
     const QByteArray before = Bytes(Canon);
     const QString part = Path(Canon + u".part"_s);
     QProcess process;
-    Start(process, "build --force", {u"--out"_s, u"kết quả"_s, u"--data"_s, SampleSources()});
+    Start(process, "build --force", {u"--out"_s, u"kết quả"_s, u"--data"_s, BesideTests(u"data"_s)});
     for (int i = 0; i < 10000 && !QFile::exists(part); ++i)
         QThread::msleep(1);
     process.kill();

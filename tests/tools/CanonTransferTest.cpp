@@ -83,9 +83,7 @@ TEST_F(CanonTransfer, WhatIsNotTakenIsToldWithItsPlace)
     Put(root + u"long/bad_root-pli-ms.json"_s, "{\"a:1\":\"x\",\n\"a:2\":[[]]}");
     Put(root + u"middle/k2_root-pli-ms.json"_s, "{}");
     Put(root + u"long/latin.json"_s, "{\"a:1\":\"caf\xE9\"}");
-    Put(root + u"long/wide.json"_s, QByteArray("\xFF\xFE{\0\"\0a\0:\0"
-                                               "1\0\"\0:\0\"\0x\0\"\0}\0",
-                                               22));
+    Put(root + u"long/wide.json"_s, QByteArray("\xFF\xFE{\0\"\0a\0\"\0:\0\"\0x\0\"\0}\0", 20));
     Put(root + u"long/twice.json"_s, "{\"a:1\":\"x\",\"a:1\":\"y\"}");
     Put(u"source/translation/de/c/long/k2.json"_s, "{\"k2:1.1\":\"Drei.\"}");
     Put(u"source/html/gone.json"_s, "{}");
@@ -109,14 +107,12 @@ TEST_F(CanonTransfer, WhatIsNotTakenIsToldWithItsPlace)
 
 TEST_F(CanonTransfer, AFolderOfPagesIsTakenByItsTable)
 {
-    Put(u"source/canon.csv"_s, "kind,key,group,pali,vietnamese,english,page_pali,page_vietnamese,page_english\n"
-                               "group,1,,Vaggo,\"Phẩm \"\"một\"\"\",,,,\n"
-                               "text,1500,1,Paṭhamaṃ,Thứ nhất,,a.html,b.txt,c.md\n"
-                               "text,,,\"" +
-                                   QByteArray(200, 'x') +
-                                   "\",,,../outside.html,gone.html,a.bin\n"
-                                   "text,no,1,x,,,,,\n"
-                                   "song,1,1,x,,,,,\n");
+    const QByteArray table = "kind,key,group,pali,vietnamese,english,page_pali,page_vietnamese,page_english\n"
+                             "group,1,,Vaggo,\"Phẩm \"\"một\"\"\",,,,\n"
+                             "text,1500,1,Paṭhamaṃ,Thứ nhất,,a.html,b.txt,c.md\n"
+                             "text,,,\"LONG\",,,../outside.html,gone.html,a.bin\n"
+                             "text,no,1,x,,,,,\nsong,1,1,x,,,,,\n";
+    Put(u"source/canon.csv"_s, QByteArray(table).replace("LONG", QByteArray(200, 'x')));
     Put(u"source/a.html"_s, "<html><head><meta charset=big5><title>t</title></head><body onload=x><p>Ādi</p></body>");
     Put(u"source/b.txt"_s, "một <1>\r\nhai\r\n\r\nba");
     Put(u"source/c.md"_s, "# Head\n\n*a* [b](javascript:x) <script>c</script>\n");

@@ -1,6 +1,5 @@
+#include "lumivara-data/DictionaryCheck.h"
 #include "lumivara-data/DictionaryOrder.h"
-#include "lumivara-data/DictionarySource.h"
-#include "lumivara-data/Verbs.h"
 
 #include <gmock/gmock.h>
 
@@ -35,41 +34,32 @@ TEST(DictionaryOrder, SortsAsItsLanguageDoes)
     }
 }
 
-TEST(DictionarySource, EntriesKeepTheirMarkUpAndFormsLeadToTheirWordInEachKindThatHasIt)
+TEST(TagFaults, AreNamed)
 {
-    auto entries = ParseDictionary(u"# note\ndictionary 5\n\n% gāma\n@gāma\n- làng\n\n% ādi\n@ādi\n"_s, u"5"_s) +
-                   ParseDictionary(u"dictionary 8\n% gāma\nx\n% dīpa\nx\n"_s, u"8"_s);
-    AddForms(entries, u"# note\nforms 5 8\n\ngāma: gāmo gāmaṃ\ndīpa: dīpo\n"_s, u"f.txt"_s);
-    QByteArray all;
-    for (const DictionaryEntry &entry : entries)
-        all +=
-            QByteArray::number(entry.kind) + (entry.word + entry.forms.join(u',')).toUtf8() + '=' + entry.content + '|';
-    EXPECT_EQ(all.toStdString(), "5gāmagāmo,gāmaṃ=@gāma\n- làng|5ādi=@ādi|8gāmagāmo,gāmaṃ=x|8dīpadīpo=x|");
+    for (const auto &[html, fault] : std::initializer_list<std::pair<const char *, const char *>>{
+             {"- <B>a <i>b</i></b>\n=<a href=\"x>y\">c</a> a<br>b<img src=x><hr/>c<span/> < b, 1 <2, <- c", ""},
+             {"<ul><li>a<li>b</ul><p>c<!-- <b> -->", ""},
+             {"<b>a <i>b</i>", "<b> is not closed"},
+             {"a</i>", "</i> closes nothing"},
+             {"<b><i>a</b></i>", "</b> comes before </i>"},
+             {"a <b", "the tag <b has no end"}})
+        EXPECT_EQ(TagFault(html).toStdString(), fault) << html;
 }
 
-TEST(BadDictionaries, AreRefusedWithTheirLine)
+TEST(DictionaryChecker, TellsTheFirstFaultsOfASortAndCountsTheRest)
 {
-    const std::pair<QString, const char *> rows[]{
-        {u"% a\n"_s, "d.txt:1: a word before \"dictionary KIND\""},
-        {u"dictionary 5\n% a\nx\n% a\n"_s, "d.txt:4: \"a\" comes twice"},
-        {u"dictionary 5\n% "_s + QString(64, u'ā'), "d.txt:2: a word has 1 to 63 characters"},
-        {u"dictionary 5\n% a\n\n% b\nx\n"_s, "d.txt:2: \"a\" has no entry"},
-        {u"forms 5\nc: d\n"_s, "d.txt:2: no dictionary has the word \"c\""},
-        {u"forms 5\na: b\n"_s, "d.txt:2: the form \"b\" is a word already"},
-        {u"forms 5 9\na: d\n"_s, "d.txt:1: the kind is a number from 1 to 8"}};
-    for (const auto &[source, message] : rows) {
-        std::string told;
-        try {
-            auto entries = ParseDictionary(u"dictionary 5\n% a\nx\n% b\nx\n"_s, u"d.txt"_s);
-            if (source.startsWith(u"forms"_s))
-                AddForms(entries, source, u"d.txt"_s);
-            else
-                ParseDictionary(source, u"d.txt"_s);
-        } catch (const ToolError &error) {
-            told = error.what();
-        }
-        EXPECT_EQ(told, message);
+    DictionaryChecker checker(5);
+    for (int i = 0; i < 30; ++i) {
+        const QString word = u"a"_s.repeated(i + 1);
+        checker.AddWord(word);
+        checker.AddEntry(word, {}, "x");
     }
+    checker.AddExistence(u"a"_s, false);
+    DictionaryReport report;
+    checker.ReportInto(report);
+    EXPECT_EQ(report.faultCount, 31);
+    EXPECT_EQ(report.findings.size(), 22);
+    EXPECT_EQ(report.findings.last().fault, u"30 empty entries in all"_s);
 }
 
 } // namespace

@@ -159,12 +159,12 @@ TEST_F(LanguageTables, WrongUsageEndsWithTwo)
 
 TEST_F(LanguageTables, OfTheProjectAgreeAndEnglishIsComplete)
 {
-    const QString english = WindowSources() + u"/data/languages/English.lng"_s;
-    Run(0, "verify --root", {WindowSources()});
-    Run(0, "check --root", {WindowSources(), english});
+    const QString windows = BesideTests(u"windows"_s), english = windows + u"/data/languages/English.lng"_s;
+    Run(0, "verify --root", {windows});
+    Run(0, "check --root", {windows, english});
     EXPECT_EQ(BytesOf(ProductFolder() + u"English.lng"_s), BytesOf(english));
     // Language files made elsewhere rely on these.
-    ExpectParts(Run(0, "list --root", {WindowSources()}),
+    ExpectParts(Run(0, "list --root", {windows}),
                 {"frmMain\t1\tfrmMain.Caption\tLumivara 1.1\n",
                  "frmMain\t7\tbtnFindDialog.Hint\tTìm từ, ngữ, đoạn văn trong bài kinh\n",
                  "frmMain\t15\tbtnFocusHighlight.Caption\tĐánh dấu...\n",

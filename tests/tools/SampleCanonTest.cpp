@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 
 TEST(SampleCanon, PagesAreTheirOwnSayWhatTheyAreAndLeaveNothingUnfilled)
 {
-    const CanonSource source = ReadCanonSource(SampleSources() + u"/canon"_s);
+    const CanonSource source = ReadCanonSource(BesideTests(u"data/canon"_s));
     QSet<QByteArray> bodies;
     for (const SourceText &text : source.texts) {
         SCOPED_TRACE(text.idVic);

@@ -91,14 +91,9 @@ void ExpectParts(const std::string &text, const std::vector<std::string> &parts)
         EXPECT_NE(text.find(part), std::string::npos) << part << "\nstands not in\n" << text;
 }
 
-QString WindowSources()
+QString BesideTests(const QString &name)
 {
-    return QCoreApplication::applicationDirPath() + u"/windows"_s;
-}
-
-QString SampleSources()
-{
-    return QCoreApplication::applicationDirPath() + u"/data"_s;
+    return QCoreApplication::applicationDirPath() + u'/' + name;
 }
 
 QByteArray BytesOf(const QString &path)
@@ -114,22 +109,6 @@ void WriteFile(const QString &path, const QByteArray &bytes)
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(path);
     EXPECT_EQ(file.write(bytes), bytes.size());
-}
-
-void ToolTest::PutSmallSources() const
-{
-    Put(u"data/canon/groups.csv"_s, "ID_VIT,P_ID_VIT,NAME_VIT_VIE,NAME_VIT_PAL,NAME_VIT_ENG\n"
-                                    "1,-1,Gốc,Mūlaṃ,Root\n"
-                                    "2,1,Nhánh,Sākhā,\n");
-    Put(u"data/canon/texts.csv"_s, "NUMBER_VIC,ID_VIC,ID_VIT,NAME_VIC_PAL,NAME_VIC_VIE,NAME_VIC_ENG,WITHOUT\n"
-                                   "1,1101,2,Paṭhamaṃ,Thứ nhất,\"First, and only\",\n"
-                                   "2,1201,2,Dutiyaṃ,Thứ nhì,,pal\n");
-    QByteArray formulas;
-    for (const char *form : {"label", "opening", "story", "rule", "analysis", "closing"})
-        formulas += QByteArray("@form ") + form + "\n{title} " + form + " | {title} " + form + " vi | {title} en\n";
-    Put(u"data/canon/formulas.txt"_s, formulas + "@form heads\na | b | c\na | b | c\na | b | c\na | b | c\n");
-    Put(u"data/canon/passages/own.txt"_s, "@text 1101\nĀdi | Đầu | Start\n");
-    Put(u"data/dictionary/pali.txt"_s, "dictionary 5\n% ādi\n@ādi\n- đầu\n");
 }
 
 OpenedDatabase::OpenedDatabase(const QString &path)

@@ -23,12 +23,8 @@ struct ToolRun
 /// Runs lumivara-data to its end.
 ToolRun RunDataTool(const QStringList &arguments);
 
-/// A copy of the windows' descriptions and tables and of the language files, as they stand in the project.
-QString WindowSources();
-
-/// The sources of the sample databases beside the test binaries.
-QString SampleSources();
-
+/// "windows": a copy of their descriptions and tables and of the language files; "data": sources of the samples.
+QString BesideTests(const QString &name);
 QByteArray BytesOf(const QString &path);
 /// Writes a file, its folder included.
 void WriteFile(const QString &path, const QByteArray &bytes);
@@ -76,8 +72,6 @@ protected:
     QStringList Names(const QString &folder = {}) const;
     /// What unfinished work has left in the folder.
     QStringList Unfinished() const;
-    /// Sources of a canon with two groups and two texts, and of a dictionary with one word, in "data".
-    void PutSmallSources() const;
 
     QStringList m_environment; ///< instead of this process's own, if there are any
     ScratchFolder m_scratch;
