@@ -78,17 +78,13 @@ TEST(Report, TellsAsMuchAsItIsAskedTo)
 
 TEST(Report, AMillionFaultsStayReadable)
 {
-    for (const auto &[option, count] :
-         {std::pair(u"--quiet"_s, "… and 999000 more"), {u"--json"_s, "\"findingCount\": 1000000"}}) {
-        const std::string output = Reported(option, [](Report &report, Console &) {
-                                       for (int i = 0; i < 1000000; ++i)
-                                           report.Find(u"f:%1"_s.arg(i), u"bad"_s);
-                                       return report.Finish();
-                                   }).output;
-        EXPECT_LT(output.size(), 100000U);
-        EXPECT_THAT(output, testing::AllOf(testing::HasSubstr("f:999"), testing::HasSubstr(count)));
-        EXPECT_THAT(output, testing::Not(testing::HasSubstr("f:1000")));
-    }
+    const std::string output = Reported(u"--quiet"_s, [](Report &report, Console &) {
+                                   for (int i = 0; i < 1000000; ++i)
+                                       report.Find(u"f:%1"_s.arg(i), u"bad"_s);
+                                   return report.Finish();
+                               }).output;
+    EXPECT_LT(output.size(), 100000U);
+    EXPECT_THAT(output, testing::HasSubstr("f:999: bad\n… and 999000 more"));
 }
 
 TEST(Tool, AFailureEndsAVerbWithItsMessage)
@@ -97,13 +93,14 @@ TEST(Tool, AFailureEndsAVerbWithItsMessage)
         {u"fail", u"fails", [](const QStringList &, Console &) -> int { throw ToolError(u"Đích.FDB: is full"_s); }},
         {u"long-verb", u"ends", [](const QStringList &, Console &) -> int { throw std::bad_alloc(); }},
     };
-    const auto run = [](const QString &word) {
-        return Reported({}, [&](Report &, Console &console) { return RunTool(verbs, {word}, console); });
-    };
-    EXPECT_EQ(run(u"long-verb"_s).code, 2);
-    EXPECT_EQ(run(u"fail"_s).code, 2);
-    EXPECT_EQ(run(u"fail"_s).errors, "tool: Đích.FDB: is full\n");
-    EXPECT_THAT(run(u"--help"_s).output, testing::HasSubstr("  fail       fails\n  long-verb  ends\n"));
+    for (const auto &[word, code, told] : {std::tuple(u"fail"_s, 2, "tool: Đích.FDB: is full\n"),
+                                           {u"long-verb"_s, 2, "tool: "},
+                                           {u"--help"_s, 0, "  fail       fails\n  long-verb  ends\n"}}) {
+        const Written run =
+            Reported({}, [&, &word = word](Report &, Console &console) { return RunTool(verbs, {word}, console); });
+        EXPECT_EQ(run.code, code) << told;
+        EXPECT_THAT(run.output + run.errors, testing::HasSubstr(told));
+    }
 }
 
 /// Each in a process of its own, because an interrupt is remembered.

@@ -35,20 +35,13 @@ std::string Told(const CheckedCanon &canon)
 TEST(CanonFaults, AreFoundAndNothingElse)
 {
     const QList<CheckedGroup> groups{Group(1, -1), Group(2, 1), Group(3, 1), Group(2147483647, 1)};
-    const QByteArray page = "<meta charset=\"utf-8\">chữ";
-    EXPECT_EQ(Told({groups,
-                    {Named(Text(1101, 2, 1), QString(127, u'ā'), {}, page),
-                     Named(Text(1201, 3, 2), u"a"_s, {}, "\xEF\xBB\xBF<p>x</p>")}}),
-              "");
+    const CheckedText sound = Named(Text(1101, 2, 1), QString(127, u'ā'), {}, "<meta charset=\"utf-8\">chữ"),
+                      nameless{{}, {}, {}, u"a"_s, u"b"_s, {}, {}};
+    EXPECT_EQ(Told({groups, {sound, Named(Text(1201, 3, 2), u"a"_s, {}, "\xEF\xBB\xBF<p>x</p>")}}), "");
     EXPECT_EQ(Told({}), "");
     EXPECT_EQ(Told({groups,
-                    {Text(1101, 2, 2),
-                     Text(1101, 3, 3),
-                     Text(1301, 3, 9),
-                     Text(1401, 3, 9),
-                     Text(1501, 3, 0),
-                     Text(1601, -1, 10),
-                     {{}, {}, {}, u"a"_s, u"b"_s, {}, {}}}}),
+                    {Text(1101, 2, 2), Text(1101, 3, 3), Text(1301, 3, 9), Text(1401, 3, 9), Text(1501, 3, 0),
+                     Text(1601, -1, 10), nameless}}),
               "text null of group null: ID_VIC is null\n"
               "text null of group null: ID_VIT is null\n"
               "text 1601 of group -1: the group -1 does not exist\n"

@@ -13,6 +13,12 @@ class CheckVerb : public ToolTest
 TEST_F(CheckVerb, TheSamplesAreClean)
 {
     EXPECT_EQ(Run(0, "check", {ProductFolder() + u"KELORA.FDB"_s}), "28 groups, 205 texts: nothing wrong\n");
+    // No page shows a place that nothing has filled, and each says that it is a sample.
+    EXPECT_EQ(OpenedDatabase(ProductFolder() + u"KELORA.FDB"_s)
+                  .Text("select ID_VIC from KELORA_CONTENT where CONTENT_VIC_PAL containing '{' or CONTENT_VIC_VIE "
+                        "containing '{' or CONTENT_VIC_PAL_VIE containing '{' or CONTENT_VIC_ENG containing '{' or "
+                        "CONTENT_VIC_VIE not containing 'Văn bản mẫu' or CONTENT_VIC_ENG not containing 'Sample text'"),
+              "");
     EXPECT_THAT(Run(0, "check", {ProductFolder() + u"PALIDICT.FDB"_s}), testing::EndsWith(" words: nothing wrong\n"));
 }
 

@@ -36,18 +36,14 @@ TEST(LanguageCheck, TellsWhatIsWrong)
          "1: 1066 is the language of the windows themselves: the program takes nothing from the file\n"},
         {u"LANGID=9999\n[frmSmall]\n"_s + Texts,
          "1: 9999 is no known language: the program has no name for it but the number\n"},
-        {Header + Texts +
-             u"words\n=x\n[open\n[]\n0=x\n-1=x\nx=y\n4=x\n[$CONSTANTS]\n1=x\n[FRMSMALL]\n1=x\n[frmLarge]\n"_s,
+        {Header + Texts + u"=x\n[open\n0=x\nx=y\n4=x\n[$CONSTANTS]\n1=x\n[FRMSMALL]\n1=x\n[frmLarge]\n"_s,
          "9: not of the form \"name=value\": the program skips the line\n"
-         "10: not of the form \"name=value\": the program skips the line\n"
-         "11: not of the form \"[name]\": the program skips the line\n"
-         "12: not of the form \"[name]\": the program skips the line\n"
-         "13: \"0\" is no number: the program skips the line\n"
-         "14: \"-1\" is no number: the program skips the line\n"
-         "15: \"x\" is no number: the program skips the line\n"
-         "16: frmSmall 4: no text has this number\n"
-         "20: frmSmall 1 stands in line 5 too: the program refuses the file\n"
-         "21: no window is called \"frmLarge\"\n"},
+         "10: not of the form \"[name]\": the program skips the line\n"
+         "11: \"0\" is no number: the program skips the line\n"
+         "12: \"x\" is no number: the program skips the line\n"
+         "13: frmSmall 4: no text has this number\n"
+         "17: frmSmall 1 stands in line 5 too: the program refuses the file\n"
+         "18: no window is called \"frmLarge\"\n"},
         {u"LANGID=1036\n"_s,
          "2: frmSmall 1 frmSmall.Caption is missing: Cửa sổ\n2: frmSmall 2 btnGo.Caption is missing: &Đi\n"
          "2: frmSmall 3 lbCount.Caption is missing: Có %d trên %s: 100%\n"

@@ -27,7 +27,7 @@ TEST(SkinCheck, TellsWhatIsWrong)
         {{}, "there is no skin"},
         {{good, good}, "A: another skin has this name"},
         {{With(good, u"name"_s, u" A"_s)}, "skin 1: \" A\" is no name for a skin"},
-        {{With(good, u"colours"_s, QJsonObject{})}, "A: the colour \"window\" is missing\n"},
+        {{With(good, u"colours"_s, QJsonObject{})}, "A: the colour \"window\" is missing"},
         {{Coloured(u"tab"_s, u"red"_s)}, "A: \"tab\" is no colour like \"#1a2b3c\" and no pair of them"},
         {{Coloured(u"tabs"_s, u"#ffffff"_s)}, "A: no colour is called \"tabs\""},
         {{With(good, u"lineWidth"_s, 1.5)}, "A: \"lineWidth\" is no whole number from 1 to 3"},
@@ -41,13 +41,8 @@ TEST(SkinCheck, TellsWhatIsWrong)
         {{Coloured(u"disabledText"_s, u"#808080"_s, true)}, ""}, // is enough
         {{Coloured(u"menuFrame"_s, u"#a0a0a0"_s)}, "A: \"menuFrame\" on \"menu\" has a contrast of 2.46, less than 3"},
     };
-    for (const auto &[skins, expected] : cases) {
-        const std::string findings = CheckSkins(skins).join(u'\n').toStdString();
-        if (expected.ends_with('\n')) // the first of many
-            EXPECT_THAT(findings, testing::StartsWith(expected));
-        else
-            EXPECT_EQ(findings, expected);
-    }
+    for (const auto &[skins, expected] : cases) // the first line, where there are many
+        EXPECT_EQ(CheckSkins(skins).join(u'\n').section(u'\n', 0, 0).toStdString(), expected);
 }
 
 class SkinsTool : public ToolTest

@@ -6,7 +6,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 
@@ -58,7 +57,7 @@ std::string ToolTest::Run(int exitCode, const std::string &words, const QStringL
     process.closeWriteChannel();
     const ToolRun run = EndOf(process);
     EXPECT_EQ(run.exitCode, exitCode) << words << '\n' << qPrintable(run.output + run.errors);
-    return (exitCode == 2 ? run.errors : run.output).toStdString();
+    return (exitCode == 2 ? run.output + run.errors : run.output).toStdString();
 }
 
 std::string ToolTest::Stopped(bool isKilled, const std::string &stage, const std::string &words) const
@@ -73,16 +72,6 @@ std::string ToolTest::Stopped(bool isKilled, const std::string &stage, const std
     const ToolRun run = EndOf(process);
     EXPECT_EQ(run.exitCode, isKilled ? -1 : 2) << stage;
     return told + run.errors.toStdString();
-}
-
-QStringList ToolTest::Names(const QString &folder) const
-{
-    return QDir(Path(folder)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
-}
-
-QStringList ToolTest::Unfinished() const
-{
-    return Names().filter(QRegularExpression(uR"(\.part|^\.lumivara)"_s));
 }
 
 void ExpectParts(const std::string &text, const std::vector<std::string> &parts)

@@ -5,7 +5,9 @@
 #include "support/TestSupport.h"
 
 #include <QByteArray>
+#include <QDir>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -58,7 +60,7 @@ protected:
     QString Path(const QString &name = {}) const { return m_scratch.Path(name); }
     void Put(const QString &name, const QByteArray &bytes) const { WriteFile(Path(name), bytes); }
     QByteArray Bytes(const QString &name) const { return BytesOf(Path(name)); }
-    /// What the tool says on its output, or on its errors alone if it has to fail (2). It must end with `exitCode`.
+    /// What the tool says on its output, and on its errors too if it has to fail (2). It must end with `exitCode`.
     std::string Run(int exitCode, const std::string &words, const QStringList &more = {},
                     const QByteArray &input = {}) const;
     void Start(QProcess &process, const std::string &words, const QStringList &more = {}) const;
@@ -69,9 +71,12 @@ protected:
         return OpenedDatabase(Path(file)).Text(select);
     }
     /// What stands in the folder or one below, hidden things included.
-    QStringList Names(const QString &folder = {}) const;
+    QStringList Names(const QString &folder = {}) const
+    {
+        return QDir(Path(folder)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
+    }
     /// What unfinished work has left in the folder.
-    QStringList Unfinished() const;
+    QStringList Unfinished() const { return Names().filter(QRegularExpression(uR"(\.part|^\.lumivara)"_qs)); }
 
     QStringList m_environment; ///< instead of this process's own, if there are any
     ScratchFolder m_scratch;
