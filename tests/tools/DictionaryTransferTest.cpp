@@ -172,10 +172,8 @@ TEST_F(DictionaryTransfer, WhatDoesNotGetToItsEndLeavesTheOldFile)
     }
     EXPECT_EQ(Bytes(File), before);
     EXPECT_EQ(Unfinished(), QStringList());
-    for (const auto &[stage, isKilled] : {std::pair("keeping dictionary 8", false),
-                                          {"reading the source", false},
-                                          {"storing words", false},
-                                          {"storing words", true}}) {
+    for (const auto &[stage, isKilled] :
+         {std::pair("keeping dictionary 8", false), {"storing words", false}, {"storing words", true}}) {
         const std::string told = Stopped(isKilled, stage, "import dictionary w.tsv --kind 5 --into P.FDB");
         EXPECT_EQ(told.find("interrupted") == std::string::npos, isKilled) << stage;
         EXPECT_EQ(Bytes(File), before) << stage;

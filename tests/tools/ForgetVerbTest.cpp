@@ -43,13 +43,8 @@ protected:
     QStringList Left() const
     {
         QStringList left;
-        for (QDirIterator files(Path(), QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                                QDirIterator::Subdirectories);
-             files.hasNext();) {
-            const QFileInfo file(files.next());
-            if (!file.isDir() || file.isSymLink())
-                left.append(QDir(Path()).relativeFilePath(file.filePath()));
-        }
+        for (QDirIterator files(Path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); files.hasNext();)
+            left.append(QDir(Path()).relativeFilePath(files.next()));
         left.sort();
         return left;
     }

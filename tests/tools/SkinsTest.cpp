@@ -92,7 +92,6 @@ TEST_F(SkinsTool, RefusesSourcesAndFilesThatCannotBeUnderstood)
     const QJsonObject good = WholeSkin(u"A"_s);
     for (const auto &[name, skin] : std::initializer_list<std::pair<QString, QJsonObject>>{
              {u"01-A.skin"_s, With(good, u"based"_s, u"A"_s)},
-             {u"01-A.skin"_s, With(good, u"based"_s, u"None"_s)},
              {u"01-A.skin"_s, With(good, u"pictures"_s, QJsonObject{{u"check"_s, u"none.svg"_s}})},
              {u"01-A.skin"_s, With(good, u"name"_s, u""_s)},
              {u"1-A.skin"_s, good},
