@@ -7,8 +7,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class CheckVerb : public ToolTest
-{};
+using CheckVerb = ToolTest;
 
 TEST_F(CheckVerb, TheSamplesAreClean)
 {

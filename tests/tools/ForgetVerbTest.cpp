@@ -83,14 +83,10 @@ TEST_F(ForgetMe, StartEntriesOfOthersStay)
 TEST_F(ForgetMe, NothingGoesWhileTheMarksAreOpen)
 {
     const QStringList before = Left();
-    {
-        OpenedDatabase program(Path(Own + u"TARUNECLIENT.FDB"_s));
-        EXPECT_THAT(Run(2, "forget-me --yes"), testing::HasSubstr("is open"));
-        Run(2, "forget-me --yes --folder usr"); // no folder of the program
-        EXPECT_EQ(Left(), before);
-    }
-    Run(0, "forget-me --yes");
-    EXPECT_NE(Left(), before);
+    OpenedDatabase program(Path(Own + u"TARUNECLIENT.FDB"_s));
+    EXPECT_THAT(Run(2, "forget-me --yes"), testing::HasSubstr("is open"));
+    Run(2, "forget-me --yes --folder usr"); // no folder of the program
+    EXPECT_EQ(Left(), before);
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include "common/Tool.h"
 
 #include <QBuffer>
-#include <QCommandLineParser>
 #include <QStringEncoder>
 
 #include <gmock/gmock.h>
@@ -24,10 +23,6 @@ std::string Read(QByteArray bytes)
 {
     Console console(u"test"_s);
     Report report(console);
-    QCommandLineParser parser;
-    Report::AddOptions(parser);
-    parser.parse({u"test"_s, u"--quiet"_s});
-    report.TakeOptions(parser);
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::ReadOnly);
     std::string marks, failure;
@@ -85,8 +80,9 @@ TEST(MarksSource, Utf16IsConvertedAndHalfPairsAreTold)
                          QString(70000, u'ạ') + u",,2,,x,\r\n6,1101,half "_s + QChar(0xD83D) + u",,2,,x,\r\n"_s;
     for (const auto encoding : {QStringConverter::Utf16LE, QStringConverter::Utf16BE}) {
         QStringEncoder encoder(encoding, QStringConverter::Flag::WriteBom);
-        EXPECT_EQ(Read(encoder.encode(text)), "Ngày \U0001F600|\nf:3: the title is longer than 127 characters\n"
-                                              "f:4: the text is not UTF-8\n");
+        EXPECT_EQ(Read(encoder.encode(text)),
+                  "Ngày \U0001F600|\nf: converted from UTF-16\nf:3: the title is longer than 127 characters\n"
+                  "f:4: the text is not UTF-8\n");
     }
 }
 
