@@ -1,6 +1,5 @@
 #include "tools/ToolSupport.h"
 
-#include <QDir>
 #include <QFile>
 
 using namespace Qt::StringLiterals;

@@ -2,7 +2,6 @@
 #include "tools/StarDictSample.h"
 #include "tools/ToolSupport.h"
 
-#include <QDir>
 #include <QFile>
 
 #include <sys/stat.h>

@@ -1,7 +1,6 @@
 #include "stores/AutostartEntry.h"
 #include "tools/ToolSupport.h"
 
-#include <QDir>
 #include <QDirIterator>
 
 using namespace Qt::StringLiterals;

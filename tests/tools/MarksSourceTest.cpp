@@ -47,7 +47,6 @@ TEST(MarksSource, OneBadRecordIsToldAndTheOthersAreRead)
          "f:3: DATETIME_FOC is no date such as 2024-02-29T23:59:58: \"2023-02-29T00:00:00\""},
         {"6,1101," + QByteArray(128, 'a') + ",,2,,x,\r\n", "f:3: the title is longer than 127 characters"},
         {"6,1101,bad,,2," + QByteArray(2048, 'n') + ",x,\r\n", "f:3: the note is longer than 2047 characters"},
-        {"6,1101,bad,,2,,x\r\n", "f:3: 7 cells where 8 columns are"},
         {"6,1101,\"bad\"x,,2,,x,\r\n", "f:3: a quote stands where none belongs, or is not doubled"},
         {"6,1101,\"bad,,2,,x,\r\n", "f:3: a quote is not closed"},
         {"6,1101,\"bad\nx\",,\"2\",,\"x\"y\"\n,\",\r\n",

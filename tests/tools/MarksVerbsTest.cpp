@@ -2,8 +2,6 @@
 #include "tools/ToolSupport.h"
 
 #include <QDate>
-#include <QDir>
-#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 using testing::EndsWith;
@@ -149,7 +147,6 @@ TEST_F(MarksVerbs, ExportsHoldEveryMarkByText)
                 HasSubstr("# Chương \\<1\\> · Kaṇḍaṃ <!-- 6-1101 -->\n\n## Hai, \"ba\" \U0001F600\n\n"
                           "Cao · 2024\\-02\\-29 23:59 · khóa · chìa\n\n> một hai  \n> ba\u00A0\\<4, \"x\"\n\n"
                           "ghi \\*chú\\*  \n  \n\\# dòng,\n"));
-    Run(2, "export marks --format pdf --file from/TARUNECLIENT.FDB");
 }
 
 TEST_F(MarksVerbs, CheckNamesWhatPutsMarksAtRisk)

@@ -68,7 +68,6 @@ TEST_F(SkinsTool, PacksWhatIsBasedOnOthersInTheOrderOfTheFiles)
     PutSkin(u"10-Grandchild.skin"_s, {{u"name"_s, u"Grandchild"_s}, {u"based"_s, u"Child"_s}});
     Put(u"skins/pictures/tick.svg"_s,
         "<svg xmlns=\"http://www.w3.org/2000/svg\"><path stroke=\"{text}\" fill=\"{base}\"/></svg>\n");
-    Put(u"skins/notes.txt"_s, "x");
     Run(0, "pack skins All.skinres");
     const QByteArray before = BytesOf(m_file);
     Run(0, "pack skins All.skinres");
