@@ -16,118 +16,68 @@ CheckedText Text(int idVic, int idVit, int number)
     return {idVit, idVic, number, u"Bài"_s, u"Pāṭho"_s, QString(), {}};
 }
 
-CheckedPage Page(const QByteArray &bytes)
+CheckedText Named(CheckedText text, const QString &pali, const QString &english, const QByteArray &page)
 {
-    return {u"CONTENT_VIC_PAL"_s, InspectPage(bytes)};
+    text.namePali = pali;
+    text.nameEnglish = english;
+    text.pages = {{u"CONTENT_VIC_PAL"_s, InspectPage(page)}};
+    return text;
 }
 
-/// A canon without a fault, which each case spoils in one way.
-CheckedCanon GoodCanon()
+std::string Told(const CheckedCanon &canon)
 {
-    CheckedCanon canon{{Group(1, -1), Group(2, 1), Group(3, 1)}, {Text(1101, 2, 1), Text(1201, 3, 2)}};
-    canon.texts[0].pages = {Page("<meta charset=\"utf-8\">chữ")};
-    return canon;
-}
-
-std::vector<std::string> Lines(const CheckedCanon &canon)
-{
-    std::vector<std::string> lines;
+    std::string told;
     for (const Finding &finding : CheckCanon(canon))
-        lines.push_back((finding.row + u": "_s + finding.fault).toStdString());
-    return lines;
+        told += (finding.row + u": "_s + finding.fault + u'\n').toStdString();
+    return told;
 }
 
 TEST(CanonFaults, AreFoundAndNothingElse)
 {
-    const std::pair<void (*)(CheckedCanon &), std::vector<std::string>> rows[]{
-        {[](auto &c) { c.groups.append(Group(11012, 1)); },
-         {"text 1101 of group 2: TREE_ID \"11012\" is the key of group 11012 too"}},
-        {[](auto &c) {
-             c.groups.append(Group(13, 1));
-             c.texts = {Text(11011, 3, 1), Text(1101, 13, 2)};
-         },
-         {"text 1101 of group 13: TREE_ID \"110113\" is the key of text 11011 of group 3 too"}},
-        {[](auto &c) { c.groups.append(Group(3, 1)); }, {"group 3: TREE_ID \"3\" is the key of group 3 too"}},
-        {[](auto &c) { c.groups.append(Group(101, 1)); },
-         {"group 101: 1000 + ID_VIT is 1101, the number of a text: the group shows that text"}},
-        {[](auto &c) { c.groups.append(Group(2147483647, 1)); }, {}},
-        {[](auto &c) { c = {}; }, {}},
-        {[](auto &c) { c.groups[2].parent = 9; }, {"group 3: the parent group 9 does not exist"}},
-        {[](auto &c) { c.texts[1].idVit = 9; }, {"text 1201 of group 9: the group 9 does not exist"}},
-        {[](auto &c) { c.texts[1].idVit = -1; }, {"text 1201 of group -1: the group -1 does not exist"}},
-        {[](auto &c) { c.groups.append(Group(-1, -1)); }, {"group -1: ID_VIT is -1, the root of the tree"}},
-        {[](auto &c) { c.groups[2].parent = 3; }, {"group 3: is its own ancestor"}},
-        {[](auto &c) {
-             c.groups[0].parent = 2;
-             c.groups[1].parent = 1;
-             c.groups[2].parent = 2;
-         },
-         {"group 1: is its own ancestor", "group 2: is its own ancestor"}},
-        {[](auto &c) { c.texts[1].idVic = 1101; },
-         {"text 1101 of group 3: ID_VIC 1101 is the number of text 1101 of group 2 too"}},
-        {[](auto &c) {
-             c.texts[0].number = 2;
-             c.texts[1].number = 3;
-         },
-         {"text 1101 of group 2: NUMBER_VIC is 2, and 1 is missing before it"}},
-        {[](auto &c) { c.texts[1].number = 3; }, {"text 1201 of group 3: NUMBER_VIC is 3, and 2 is missing before it"}},
-        {[](auto &c) { c.texts[1].number = 9; },
-         {"text 1201 of group 3: NUMBER_VIC is 9, and 2 to 8 are missing before it"}},
-        {[](auto &c) { c.texts[1].number = 1; },
-         {"text 1201 of group 3: NUMBER_VIC 1 is that of text 1101 of group 2 too"}},
-        {[](auto &c) { c.texts.append(Text(1301, 3, 0)); }, {"text 1301 of group 3: NUMBER_VIC is 0, below 1"}},
-        {[](auto &c) {
-             c.groups[2] = {std::nullopt, std::nullopt, u"a"_s, u"b"_s, {}};
-             c.texts[1] = {std::nullopt, std::nullopt, std::nullopt, u"a"_s, u"b"_s, {}, {}};
-         },
-         {"group null: ID_VIT is null", "group null: P_ID_VIT is null", "text null of group null: ID_VIC is null",
-          "text null of group null: ID_VIT is null", "text null of group null: NUMBER_VIC is null"}},
-        {[](auto &c) {
-             c.groups[0].nameEnglish = QString();
-             c.groups[0].nameVietnamese = QString();
-             c.texts[0].namePali = QString();
-         },
-         {"group 1: NAME_VIT_VIE is null", "text 1101 of group 2: NAME_VIC_PAL is null"}},
-        {[](auto &c) { c.texts[0].nameEnglish = u""_s; }, {"text 1101 of group 2: NAME_VIC_ENG is empty"}},
-        {[](auto &c) { c.texts[0].namePali = QString(127, u'ā'); }, {}},
-        {[](auto &c) { c.texts[0].namePali = QString(128, u'ā'); },
-         {"text 1101 of group 2: NAME_VIC_PAL has 128 characters, more than 127"}},
-        {[](auto &c) { c.texts[0].pages = {Page("<meta charset=utf-8>\xE1\xBB")}; },
-         {"text 1101 of group 2: CONTENT_VIC_PAL is not UTF-8 at byte 20"}},
-        {[](auto &c) { c.texts[0].pages = {Page("<p>charset=utf-8</p>")}; },
-         {"text 1101 of group 2: CONTENT_VIC_PAL names no charset"}},
-        {[](auto &c) {
-             c.texts[0].pages = {Page("<META HTTP-EQUIV='Content-Type' CONTENT='text/html; charset=Windows-1252'>")};
-         },
-         {"text 1101 of group 2: CONTENT_VIC_PAL names the charset windows-1252"}}};
-    for (const auto &[spoil, findings] : rows) {
-        CheckedCanon canon = GoodCanon();
-        spoil(canon);
-        EXPECT_EQ(Lines(canon), findings);
-    }
-}
-
-TEST(CanonCheck, FindsTheFirstBadByte)
-{
-    for (const auto &[bytes, firstBad] : {std::pair<QByteArray, qsizetype>{"", -1},
-                                          {"aāữ\xF0\x9F\x98\x80", -1},
-                                          {QByteArray("a\0b", 3), -1},
-                                          {"\xF4\x8F\xBF\xBF", -1},
-                                          {"ab\x80", 2},
-                                          {"a\xE1\xBB", 1},
-                                          {"a\xE1\xBBz", 1},
-                                          {"\xC0\xAF", 0},
-                                          {"\xE0\x80\xAF", 0},
-                                          {"\xF0\x80\x80\xAF", 0},
-                                          {"x\xED\xA0\x80", 1},
-                                          {"\xF4\x90\x80\x80", 0},
-                                          {"\xFF", 0}})
-        EXPECT_EQ(FirstBadUtf8Byte(bytes), firstBad) << bytes.toHex().constData();
-}
-
-TEST(PageFactsTest, AByteOrderMarkNamesTheCharset)
-{
-    EXPECT_EQ(InspectPage("\xEF\xBB\xBF<p>x</p>").charset, "utf-8");
+    const QList<CheckedGroup> groups{Group(1, -1), Group(2, 1), Group(3, 1), Group(2147483647, 1)};
+    const CheckedText sound = Named(Text(1101, 2, 1), QString(127, u'ā'), {}, "<meta charset=\"utf-8\">chữ"),
+                      nameless{{}, {}, {}, u"a"_s, u"b"_s, {}, {}};
+    EXPECT_EQ(Told({groups, {sound, Named(Text(1201, 3, 2), u"a"_s, {}, "\xEF\xBB\xBF<p>x</p>")}}), "");
+    EXPECT_EQ(Told({}), "");
+    EXPECT_EQ(Told({groups,
+                    {Text(1101, 2, 2), Text(1101, 3, 3), Text(1301, 3, 9), Text(1401, 3, 9), Text(1501, 3, 0),
+                     Text(1601, -1, 10), nameless}}),
+              "text null of group null: ID_VIC is null\n"
+              "text null of group null: ID_VIT is null\n"
+              "text 1601 of group -1: the group -1 does not exist\n"
+              "text 1101 of group 3: ID_VIC 1101 is the number of text 1101 of group 2 too\n"
+              "text 1401 of group 3: NUMBER_VIC 9 is that of text 1301 of group 3 too\n"
+              "text 1501 of group 3: NUMBER_VIC is 0, below 1\n"
+              "text null of group null: NUMBER_VIC is null\n"
+              "text 1101 of group 2: NUMBER_VIC is 2, and 1 is missing before it\n"
+              "text 1301 of group 3: NUMBER_VIC is 9, and 4 to 8 are missing before it\n");
+    const QList<CheckedGroup> odd{
+        Group(11012, 1), Group(3, 1), Group(101, 1), Group(13, 1), Group(4, 9),
+        Group(-1, -1),   Group(5, 6), Group(6, 5),   Group(7, 5),  {{}, {}, QString(), u"b"_s, {}}};
+    EXPECT_EQ(Told({groups + odd, {Text(1101, 2, 1), Text(11011, 3, 2), Text(1101, 13, 3)}}),
+              "group -1: ID_VIT is -1, the root of the tree\n"
+              "group null: ID_VIT is null\n"
+              "group null: P_ID_VIT is null\n"
+              "group 3: TREE_ID \"3\" is the key of group 3 too\n"
+              "text 1101 of group 2: TREE_ID \"11012\" is the key of group 11012 too\n"
+              "text 1101 of group 13: TREE_ID \"110113\" is the key of text 11011 of group 3 too\n"
+              "group 101: 1000 + ID_VIT is 1101, the number of a text: the group shows that text\n"
+              "group 4: the parent group 9 does not exist\n"
+              "group 5: is its own ancestor\n"
+              "group 6: is its own ancestor\n"
+              "text 1101 of group 13: ID_VIC 1101 is the number of text 1101 of group 2 too\n"
+              "group null: NAME_VIT_VIE is null\n");
+    EXPECT_EQ(Told({groups,
+                    {Named(Text(1101, 2, 1), QString(128, u'ā'), {}, "<meta charset=utf-8>\xE1\xBB"),
+                     Named(Text(1201, 3, 2), {}, {}, "<p>charset=utf-8</p>"),
+                     Named(Text(1301, 3, 3), u"a"_s, u""_s,
+                           "<META HTTP-EQUIV=Content-Type CONTENT='text/html; charset=Big5'>")}}),
+              "text 1101 of group 2: NAME_VIC_PAL has 128 characters, more than 127\n"
+              "text 1201 of group 3: NAME_VIC_PAL is null\n"
+              "text 1301 of group 3: NAME_VIC_ENG is empty\n"
+              "text 1101 of group 2: CONTENT_VIC_PAL is not UTF-8 at byte 20\n"
+              "text 1201 of group 3: CONTENT_VIC_PAL names no charset\n"
+              "text 1301 of group 3: CONTENT_VIC_PAL names the charset big5\n");
 }
 
 } // namespace

@@ -1,16 +1,13 @@
 #include "stores/AutostartEntry.h"
-#include "support/TestSupport.h"
 #include "tools/ToolSupport.h"
 
-#include <QDir>
 #include <QDirIterator>
-#include <QProcess>
-
-#include <gmock/gmock.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+const QString Own = u"data/lumivara/Lumivara/"_s, StartEntry = u"config/autostart/Kelora.desktop"_s;
 
 QByteArray StartFile(const QString &command)
 {
@@ -20,118 +17,75 @@ QByteArray StartFile(const QString &command)
 }
 
 /// A home in which the installed program has run.
-class ForgetMe : public testing::Test
+class ForgetMe : public ToolTest
 {
 protected:
     void SetUp() override
     {
         OpenedDatabase(ProductFolder() + u"KELORA.FDB"_s); // makes the locks of this process
-        EXPECT_TRUE(QDir().mkpath(Own(u""_s)));
-        EXPECT_TRUE(QFile::link(qEnvironmentVariable("FIREBIRD_LOCK"), Own(u"lock"_s)));
-        EXPECT_EQ(RunDataTool({u"build"_s, u"marks"_s, u"--out"_s, Own(u""_s)}).exitCode, 0);
-        WriteFile(m_scratch.Path(u"usr/KELORA.FDB"_s), "installed");
-        EXPECT_TRUE(QFile::link(m_scratch.Path(u"usr/KELORA.FDB"_s), Own(u"KELORA.FDB"_s)));
-        EXPECT_TRUE(QFile::link(m_scratch.Path(u"usr"_s), Own(u"firebird"_s)));
         for (const QString &name :
-             {u"Lumivara"_s, u"launcher"_s, u"Français.lng"_s, u"tmpfocus.html"_s, u"PALIDICT.FDB"_s,
-              u"backup/TARUNECLIENT-2024-02-29.fbk"_s, u"my marks.csv"_s, u"TARUNECLIENT old.FDB"_s})
-            WriteFile(Own(name), "x");
-        WriteFile(m_scratch.Path(u"data/lumivara/.new-x1Y2z3/Lumivara"_s), "a first start cut off");
-        for (const QString &name : {u"lumivara/registry.json"_s, u"lumivara/registry.lock"_s, u"other/registry.json"_s,
-                                    u"lumivara/registry.damaged-20240229-000000.json"_s, u"autostart/other.desktop"_s})
-            WriteFile(m_scratch.Path(u"config/"_s + name), "x");
-        WriteFile(m_scratch.Path(u"cache/Lumivara 1.0/x"_s), "x");
-        WriteFile(m_scratch.Path(u"cache/other/x"_s), "x");
-    }
-    QString Own(const QString &name) const { return m_scratch.Path(u"data/lumivara/Lumivara/"_s + name); }
-    QString StartEntry() const { return m_scratch.Path(u"config/autostart/Kelora.desktop"_s); }
-    /// What the tool asks is answered by `answer`.
-    ToolRun Forget(const QStringList &more = {u"--yes"_s}, const QByteArray &answer = {}) const
-    {
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+             {Own + u"Lumivara"_s, Own + u"launcher"_s, Own + u"Français.lng"_s, Own + u"tmpfocus.html"_s,
+              Own + u"PALIDICT.FDB"_s, Own + u"backup/TARUNECLIENT-2024-02-29.fbk"_s, Own + u"my marks.csv"_s,
+              Own + u"TARUNECLIENT old.FDB"_s, u"data/lumivara/.new-x1Y2z3/Lumivara"_s, u"usr/KELORA.FDB"_s,
+              u"config/lumivara/registry.json"_s, u"config/lumivara/registry.lock"_s, u"config/other/registry.json"_s,
+              u"config/lumivara/registry.damaged-20240229-000000.json"_s, u"config/autostart/other.desktop"_s,
+              u"cache/Lumivara 1.0/x"_s, u"cache/other/x"_s})
+            Put(name, "x");
+        EXPECT_TRUE(QFile::link(qEnvironmentVariable("FIREBIRD_LOCK"), Path(Own + u"lock"_s)));
+        EXPECT_TRUE(QFile::link(Path(u"usr/KELORA.FDB"_s), Path(Own + u"KELORA.FDB"_s)));
+        EXPECT_TRUE(QFile::link(Path(u"usr"_s), Path(Own + u"firebird"_s)));
+        Run(0, "build marks --out data/lumivara/Lumivara");
+        m_environment = QProcess::systemEnvironment();
         for (const QString &kind : {u"config"_s, u"data"_s, u"cache"_s})
-            environment.insert(u"XDG_%1_HOME"_s.arg(kind.toUpper()), m_scratch.Path(kind));
-        process.setProcessEnvironment(environment);
-        process.start(ToolPath(), QStringList{u"forget-me"_s} + more);
-        process.write(answer);
-        process.closeWriteChannel();
-        EXPECT_TRUE(process.waitForFinished());
-        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-                QString::fromUtf8(process.readAllStandardError())};
+            m_environment.append(u"XDG_%1_HOME=%2"_s.arg(kind.toUpper(), Path(kind)));
     }
     QStringList Left() const
     {
         QStringList left;
-        const QString root = m_scratch.Path(u""_s);
-        for (QDirIterator files(root, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                                QDirIterator::Subdirectories);
-             files.hasNext();) {
-            const QFileInfo file(files.next());
-            if (!file.isDir() || file.isSymLink())
-                left.append(QDir(root).relativeFilePath(file.filePath()));
-        }
+        for (QDirIterator files(Path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories); files.hasNext();)
+            left.append(QDir(Path()).relativeFilePath(files.next()));
         left.sort();
         return left;
     }
-
-    ScratchFolder m_scratch;
 };
 
 TEST_F(ForgetMe, RemovesWhatIsTheProgramsAndNothingElse)
 {
-    WriteFile(StartEntry(), StartFile(u'"' + Own(u"Lumivara"_s) + u'"'));
+    Put(StartEntry, StartFile(u'"' + Path(Own + u"Lumivara\""_s)));
     const QStringList before = Left();
     for (const char *answer : {"", "y\n", "no\n"}) {
-        const ToolRun asked = Forget({}, answer);
-        EXPECT_EQ(asked.exitCode, 2);
-        EXPECT_TRUE(asked.errors.contains(u"Type \"yes\""_s) && asked.errors.contains(u"nothing was removed"_s));
+        ExpectParts(Run(2, "forget-me", {}, answer), {"Type \"yes\"", "nothing was removed"});
         EXPECT_EQ(Left(), before);
     }
-    const ToolRun run = Forget({}, "yes\n");
-    EXPECT_EQ(run.exitCode, 0) << qPrintable(run.errors);
+    ExpectParts(Run(0, "forget-me", {}, "yes\n"), {"my marks.csv: is not the program's: kept\n", "14 removed\n"});
     EXPECT_EQ(Left(), (QStringList{u"cache/other/x"_s, u"config/autostart/other.desktop"_s,
-                                   u"config/other/registry.json"_s, u"data/lumivara/Lumivara/TARUNECLIENT old.FDB"_s,
-                                   u"data/lumivara/Lumivara/TARUNECLIENT.FDB"_s,
-                                   u"data/lumivara/Lumivara/backup/TARUNECLIENT-2024-02-29.fbk"_s,
-                                   u"data/lumivara/Lumivara/my marks.csv"_s, u"usr/KELORA.FDB"_s}))
+                                   u"config/other/registry.json"_s, Own + u"TARUNECLIENT old.FDB"_s,
+                                   Own + u"TARUNECLIENT.FDB"_s, Own + u"backup/TARUNECLIENT-2024-02-29.fbk"_s,
+                                   Own + u"my marks.csv"_s, u"usr/KELORA.FDB"_s}))
         << qPrintable(Left().join(u'\n'));
-    EXPECT_FALSE(QDir(m_scratch.Path(u"config/lumivara"_s)).exists());
-    EXPECT_TRUE(run.output.contains(Own(u"my marks.csv: is not the program's: kept\n"_s)));
-    EXPECT_TRUE(run.output.endsWith(u"14 removed\n"_s)) << qPrintable(run.output);
+    EXPECT_FALSE(Names(u"config"_s).contains(u"lumivara"_s));
 }
 
 TEST_F(ForgetMe, StartEntriesOfOthersStay)
 {
-    const std::pair<QByteArray, bool> cases[] = {
-        {StartFile(u'"' + Own(u"Lumivara"_s) + u'"'), true},
-        {StartFile(u"\"/gone/Lumivara\""_s), true},
-        {StartFile({}), true},
-        {StartFile(u"\"/bin/sh\""_s), false},
-        {"[Desktop Entry]\nType=Application\nName=Kelora\nExec=\"/gone/kelora\"\n", false},
-    };
-    for (const auto &[bytes, goes] : cases) {
-        WriteFile(StartEntry(), bytes);
-        Forget();
-        EXPECT_EQ(QFileInfo::exists(StartEntry()), !goes) << bytes.constData();
+    for (const auto &[bytes, goes] :
+         {std::pair(StartFile(u"\"/gone/Lumivara\""_s), true),
+          {StartFile({}), true},
+          {StartFile(u"\"/bin/sh\""_s), false},
+          {"[Desktop Entry]\nType=Application\nName=Kelora\nExec=\"/gone/kelora\"\n", false}}) {
+        Put(StartEntry, bytes);
+        Run(0, "forget-me --yes");
+        EXPECT_EQ(QFile::exists(Path(StartEntry)), !goes) << bytes.constData();
     }
 }
 
 TEST_F(ForgetMe, NothingGoesWhileTheMarksAreOpen)
 {
     const QStringList before = Left();
-    {
-        OpenedDatabase program(Own(u"TARUNECLIENT.FDB"_s));
-        const ToolRun run = Forget();
-        EXPECT_EQ(run.exitCode, 2);
-        EXPECT_TRUE(run.errors.contains(u"is open"_s)) << qPrintable(run.errors);
-        EXPECT_EQ(Left(), before);
-        EXPECT_EQ(Forget({u"--yes"_s, u"--folder"_s, m_scratch.Path(u"usr"_s)}).exitCode, 2)
-            << "no folder of the program";
-        EXPECT_EQ(Left(), before);
-    }
-    EXPECT_EQ(Forget().exitCode, 0);
-    EXPECT_NE(Left(), before);
+    OpenedDatabase program(Path(Own + u"TARUNECLIENT.FDB"_s));
+    EXPECT_THAT(Run(2, "forget-me --yes"), testing::HasSubstr("is open"));
+    Run(2, "forget-me --yes --folder usr"); // no folder of the program
+    EXPECT_EQ(Left(), before);
 }
 
 } // namespace

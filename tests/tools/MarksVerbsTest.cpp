@@ -1,183 +1,280 @@
 #include "support/FullDisk.h"
-#include "support/TestSupport.h"
 #include "tools/ToolSupport.h"
 
 #include <QDate>
-#include <QDir>
-#include <QFileInfo>
-
-#include <gmock/gmock.h>
 
 using namespace Qt::StringLiterals;
+using testing::EndsWith;
+using testing::HasSubstr;
 
 namespace {
 
-const char16_t AllMarks[] =
-    u"select F.ID_FOC, F.NAME_FOC, F.TEXT_FOC, F.DATETIME_FOC from SUTTA_TEXT_FOCUS F order by 1";
+const QString From = u"from/TARUNECLIENT.FDB"_s, To = u"to/TARUNECLIENT.FDB"_s;
+const QByteArray Header = "NIK_SUT,NIC_SUT,NAME_FOC,KEYWORD_FOC,PRIORITY_FOC,DESC_FOC,TEXT_FOC\r\n";
 
-/// A delivered file of marks with three marks, and one of a text that its list does not have.
-class MarksVerbs : public testing::Test
+/// A file of marks, one of them of a text that its list does not have, and a file as delivered.
+class MarksVerbs : public ToolTest
 {
 protected:
     void SetUp() override
     {
-        const ToolRun run = RunDataTool({u"build"_s, u"marks"_s, u"--out"_s, m_scratch.Path(u""_s)});
-        EXPECT_EQ(run.exitCode, 0) << qPrintable(run.errors);
-        OpenedDatabase(File()).RunScript(
-            u"insert into SUTTA_LIST values (6, 1101, 'Chương <1>', 'Kaṇḍaṃ', null, null);"
-            "insert into SUTTA_LIST values (2, 9, 'Kinh', null, null, null);"
-            "insert into SUTTA_TEXT_FOCUS values (4, '\uFEFFHai, \"ba\"', '\uFEFF<p>một  "
-            "<b>hai</b></p>\r\n<p>ba&nbsp;&lt;4"
-            "</p>', 2, 'ghi *chú*' || ascii_char(13) || ascii_char(10) || 'dòng', 6, 1101, '2024-02-29 23:59:58', "
-            "'khóa');"
-            "insert into SUTTA_TEXT_FOCUS values (7, null, null, 9, null, 6, 1101, null, null);"
-            "insert into SUTTA_TEXT_FOCUS values (9, 'kinh', 'x', 4, null, 2, 9, '2024-03-01 00:00:00', null);"
-            "insert into SUTTA_TEXT_FOCUS values (5, 'lạc', 'y', 1, null, 6, 9999, '2024-03-01 00:00:00', null);"
-            "commit;"_s);
+        // This process and the tool must know of each other.
+        OpenedDatabase(ProductFolder() + u"KELORA.FDB"_s);
+        for (const QString &folder : {u"from"_s, u"to"_s})
+            EXPECT_TRUE(QDir().mkpath(Path(folder)));
+        EXPECT_TRUE(QFile::link(qEnvironmentVariable("FIREBIRD_LOCK"), Path(u"to/lock"_s)));
+        Run(0, "build marks --out from");
+        Run(0, "build marks --out to");
+        OpenedDatabase(Path(From))
+            .RunScript(
+                u"insert into SUTTA_LIST values (6, 1101, 'Chương <1>', 'Kaṇḍaṃ', null, null);"
+                "insert into SUTTA_LIST values (2, 9, 'Kinh', null, 'A discourse', null);"
+                "insert into SUTTA_TEXT_FOCUS values (4, '\uFEFFHai, \"ba\" \U0001F600', '\uFEFF<p>một  <b>hai</b></p>"
+                "' || ascii_char(13) || ascii_char(10) || '<p>ba&nbsp;&lt;4, \"x\"</p>', 2, 'ghi *chú*' || "
+                "ascii_char(13) || ascii_char(10) || ascii_char(13) || ascii_char(10) || '# dòng,', 6, 1101, "
+                "'2024-02-29 23:59:00', 'khóa · chìa');"
+                "insert into SUTTA_TEXT_FOCUS values (7, null, null, 3, null, 6, 1101, null, null);"
+                "insert into SUTTA_TEXT_FOCUS values (8, 'đôi', '<p>x', 4, ' rìa ', 2, 9, '2024-03-01 00:00:00', null);"
+                "insert into SUTTA_TEXT_FOCUS values (5, 'lạc', 'y', 1, null, 6, 9999, '2024-03-01 00:00:00', '\"');"_s);
     }
-    QString File() const { return m_scratch.Path(u"TARUNECLIENT.FDB"_s); }
-    QString Backups() const { return m_scratch.Path(u"backup"_s); }
-    QStringList BackupNames() const { return QDir(Backups()).entryList(QDir::Files, QDir::Name); }
-    QString Restored() const { return m_scratch.Path(u"RESTORED.FDB"_s); }
-    QString Today() const { return u"TARUNECLIENT-%1.fbk"_s.arg(QDate::currentDate().toString(Qt::ISODate)); }
-    ToolRun Backup(const QStringList &more = {}) const
+    std::string Import(const std::string &ending = "csv", int exitCode = 0) const
     {
-        return RunDataTool(QStringList{u"backup"_s, u"marks"_s, u"--file"_s, File()} + more);
+        return Run(exitCode, "import marks marks." + ending, {u"--into"_s, To});
     }
-    ToolRun Restore(const QString &backup, const QString &to = {}) const
+    std::string Export(const QString &file, const std::string &format) const
     {
-        return RunDataTool({u"restore"_s, backup, u"--to"_s, to.isEmpty() ? Restored() : to});
+        return Run(0, "export marks --format " + format, {u"--file"_s, file});
     }
-    QString Export(const QString &format) const
+    void PutExport(const QString &file, const std::string &format) const
     {
-        const ToolRun run = RunDataTool({u"export"_s, u"marks"_s, u"--format"_s, format, u"--file"_s, File()});
-        EXPECT_EQ(run.exitCode, 0) << qPrintable(run.errors);
-        return run.output;
+        Put(u"marks."_s + QString::fromStdString(format), QByteArray::fromStdString(Export(file, format)));
+    }
+    /// An export without what each post renews: keys, and the date that a mark without one gets.
+    std::string Comparable(const QString &file, const std::string &format) const
+    {
+        static const QRegularExpression renewed(
+            uR"((?<=\n)\d+,|\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d|(?<=## )\\#\d+| · \d{4}\\-\d\d\\-\d\d \d\d:\d\d)"_s);
+        return QString::fromStdString(Export(file, format)).remove(renewed).toStdString();
+    }
+    std::string Backup(int exitCode, const std::string &more = "") const
+    {
+        return Run(exitCode, "backup marks --file from/TARUNECLIENT.FDB " + more);
     }
 
-    ScratchFolder m_scratch;
+    const QString m_backup = u"from/backup/TARUNECLIENT-%1.fbk"_s.arg(QDate::currentDate().toString(Qt::ISODate));
 };
 
 TEST_F(MarksVerbs, ABackupMadeWhileTheFileIsOpenComesBackWhole)
 {
-    OpenedDatabase inUse(File());
-    const auto rows = inUse.Rows(QString::fromUtf16(AllMarks));
-    EXPECT_EQ(Backup().exitCode, 0);
-    EXPECT_EQ(Backup().exitCode, 0) << "a second one of the day has a name of its own";
-    EXPECT_EQ(BackupNames(), (QStringList{QString(Today()).replace(u".fbk"_s, u"-2.fbk"_s), Today()}));
-    const ToolRun run = Restore(Backups() + u'/' + Today());
-    EXPECT_EQ(run.exitCode, 0) << qPrintable(run.errors);
-    OpenedDatabase restored(Restored());
-    EXPECT_EQ(restored.Rows(QString::fromUtf16(AllMarks)), rows);
-    EXPECT_EQ(restored.Rows(u"select MON$FORCED_WRITES from MON$DATABASE"_s)[0][0].toInt(), 1);
+    const std::string all = "select * from SUTTA_TEXT_FOCUS order by 1";
+    OpenedDatabase inUse(Path(From));
+    Backup(0);
+    Backup(0); // a second one of the day has a name of its own
+    EXPECT_EQ(Names(u"from/backup"_s).size(), 2);
+    Run(0, "restore --to RESTORED.FDB", {m_backup});
+    OpenedDatabase restored(Path(u"RESTORED.FDB"_s));
+    EXPECT_EQ(restored.Text(all), inUse.Text(all));
+    EXPECT_EQ(restored.Text("select MON$FORCED_WRITES from MON$DATABASE"), "1");
     EXPECT_THROW(restored.Execute(u"insert into SUTTA_TEXT_FOCUS (ID_FOC) values (4)"_s), std::exception);
     // Nothing that exists is written over.
-    const QString backup = Backups() + u'/' + Today();
-    const QByteArray saved = BytesOf(backup), marks = BytesOf(File());
-    EXPECT_EQ(Backup({u"--to"_s, backup}).exitCode, 2);
-    EXPECT_EQ(Restore(backup, File()).exitCode, 2);
-    EXPECT_TRUE(BytesOf(backup) == saved && BytesOf(File()) == marks);
+    const QByteArray saved = Bytes(m_backup), marks = Bytes(From);
+    Backup(2, "--to " + m_backup.toStdString());
+    Run(2, "restore --to from/TARUNECLIENT.FDB", {m_backup});
+    EXPECT_TRUE(Bytes(m_backup) == saved && Bytes(From) == marks);
 }
 
 TEST_F(MarksVerbs, ADamagedBackupLeavesNothingBehind)
 {
-    ASSERT_EQ(Backup().exitCode, 0);
-    const QByteArray whole = BytesOf(Backups() + u'/' + Today());
+    Backup(0);
+    const QByteArray whole = Bytes(m_backup);
     const QByteArray used = whole.left(whole.lastIndexOf('\n') + 1); // the engine fills up with zeros
-    const QString damaged = m_scratch.Path(u"damaged.fbk"_s);
-    const QStringList before = QDir(m_scratch.Path(u""_s)).entryList(QDir::AllEntries, QDir::Name);
     for (const QByteArray &bytes : {QByteArray(), QByteArray("no backup"), used.left(100), used.left(used.size() / 2),
-                                    used.left(used.size() * 3 / 4), used.left(used.size() - 40), BytesOf(File())}) {
-        WriteFile(damaged, bytes);
-        const ToolRun run = Restore(damaged);
-        EXPECT_EQ(run.exitCode, 2) << bytes.size();
-        EXPECT_NE(run.errors, QString());
-        EXPECT_EQ(run.output, QString()) << "the engine's prompt stays inside";
-        QFile::remove(damaged);
-        EXPECT_EQ(QDir(m_scratch.Path(u""_s)).entryList(QDir::AllEntries, QDir::Name), before) << bytes.size();
+                                    used.left(used.size() - 40), Bytes(From)}) {
+        Put(u"damaged.fbk"_s, bytes);
+        EXPECT_THAT(Run(2, "restore damaged.fbk --to to/RESTORED.FDB"), testing::StartsWith("lumivara-data: "));
+        EXPECT_EQ(Names(u"to"_s), (QStringList{u"TARUNECLIENT.FDB"_s, u"lock"_s})) << bytes.size();
     }
 }
 
 TEST_F(MarksVerbs, DailyBackupsComeOnceADayAndSevenStay)
 {
-    QStringList kept{u"notes.txt"_s, u"TARUNECLIENT-2020-01-01-2.fbk"_s, u"TARUNECLIENT-mine.fbk"_s};
+    QStringList kept{u"TARUNECLIENT-2020-01-01-2.fbk"_s, u"TARUNECLIENT-mine.fbk"_s, u"notes.txt"_s};
     for (const QString &name : std::as_const(kept))
-        WriteFile(Backups() + u'/' + name, "mine");
-    for (int day = 1; day <= 9; ++day)
-        WriteFile(Backups() + u"/TARUNECLIENT-2020-01-0%1.fbk"_s.arg(day), "old");
-    EXPECT_EQ(Backup({u"--daily"_s}).exitCode, 0);
-    for (int day = 4; day <= 9; ++day)
-        kept.append(u"TARUNECLIENT-2020-01-0%1.fbk"_s.arg(day));
-    kept.append(Today());
-    EXPECT_THAT(BackupNames(), testing::UnorderedElementsAreArray(kept));
-    const QByteArray first = BytesOf(Backups() + u'/' + Today());
-    OpenedDatabase(File()).RunScript(u"delete from SUTTA_TEXT_FOCUS; commit;"_s);
-    EXPECT_EQ(Backup({u"--daily"_s}).exitCode, 0);
-    EXPECT_TRUE(BytesOf(Backups() + u'/' + Today()) == first);
+        Put(u"from/backup/"_s + name, "mine");
+    for (int day = 1; day <= 9; ++day) {
+        const QString name = u"TARUNECLIENT-2020-01-0%1.fbk"_s.arg(day);
+        Put(u"from/backup/"_s + name, "old");
+        if (day > 3)
+            kept.append(name);
+    }
+    Backup(0, "--daily");
+    kept.append(m_backup.section(u'/', 2));
+    EXPECT_THAT(Names(u"from/backup"_s), testing::UnorderedElementsAreArray(kept));
+    const QByteArray first = Bytes(m_backup);
+    OpenedDatabase(Path(From)).Execute(u"delete from SUTTA_TEXT_FOCUS"_s);
+    Backup(0, "--daily");
+    EXPECT_TRUE(Bytes(m_backup) == first);
 }
 
 TEST_F(MarksVerbs, AFailedBackupLeavesTheFolderAsItWas)
 {
-    constexpr int room = 8 << 20;
-    OpenedDatabase(File()).RunScript(
-        u"update SUTTA_TEXT_FOCUS set TEXT_FOC = (select list(rpad('x', 8000, 'y')) from RDB$RELATION_FIELDS, RDB$DATABASE); commit;"_s);
-    EXPECT_GT(QFileInfo(File()).size(), room);
+    OpenedDatabase(Path(From))
+        .Execute(u"update SUTTA_TEXT_FOCUS set TEXT_FOC = (select list(rpad('x', 8000, 'y')) "
+                 "from RDB$RELATION_FIELDS, RDB$DATABASE)"_s);
     {
-        const FullDisk full(room);
-        EXPECT_EQ(Backup({u"--daily"_s}).exitCode, 2);
+        const FullDisk full(8 << 20);
+        Backup(2, "--daily");
     }
-    EXPECT_TRUE(BackupNames().isEmpty());
-    QFile::rename(File(), Restored());
-    WriteFile(File(), "no database");
-    EXPECT_EQ(Backup({u"--daily"_s}).exitCode, 2);
-    EXPECT_TRUE(BackupNames().isEmpty());
+    EXPECT_EQ(Names(u"from/backup"_s), QStringList());
 }
 
 TEST_F(MarksVerbs, ExportsHoldEveryMarkByText)
 {
-    EXPECT_EQ(Export(u"csv"_s).toStdString(),
+    EXPECT_EQ(Export(From, "csv"),
               "ID_FOC,NIK_SUT,NIC_SUT,NAME_SUT_VIE,NAME_SUT_PAL,NAME_SUT_ENG,NAME_FOC,KEYWORD_FOC,PRIORITY_FOC,"
               "DATETIME_FOC,DESC_FOC,TEXT,TEXT_FOC\r\n"
-              "9,2,9,\"Kinh\",\"\",\"\",\"kinh\",\"\",4,2024-03-01T00:00:00,\"\",\"x\",\"x\"\r\n"
-              "4,6,1101,\"Chương <1>\",\"Kaṇḍaṃ\",\"\",\"Hai, \"\"ba\"\"\",\"khóa\",2,2024-02-29T23:59:58,"
-              "\"ghi *chú*\r\ndòng\",\"một hai\nba\u00A0<4\",\"<p>một  <b>hai</b></p>\r\n<p>ba&nbsp;&lt;4</p>\"\r\n"
-              "7,6,1101,\"Chương <1>\",\"Kaṇḍaṃ\",\"\",\"\",\"\",9,,\"\",\"\",\"\"\r\n"
-              "5,6,9999,\"\",\"\",\"\",\"lạc\",\"\",1,2024-03-01T00:00:00,\"\",\"y\",\"y\"\r\n");
-    const QString html = Export(u"html"_s);
-    EXPECT_TRUE(html.contains(u"<h1>Chương &lt;1&gt; · Kaṇḍaṃ</h1>\n<h2>Hai, &quot;ba&quot;</h2>\n"
-                              "<p><small>Cao · 2024-02-29 23:59 · khóa</small></p>\n"
-                              "<blockquote>một hai<br>\nba\u00A0&lt;4</blockquote>\n<p>ghi *chú*<br>\ndòng</p>\n"_s))
-        << html.toStdString();
-    EXPECT_EQ(html.count(u"<h1>"_s), 3);
-    const QString markdown = Export(u"markdown"_s);
-    EXPECT_TRUE(markdown.contains(
-        u"# Chương \\<1\\> · Kaṇḍaṃ <!-- 6-1101 -->\n\n## Hai, \"ba\"\n\nCao · 2024\\-02\\-29 23:59 · khóa\n\n"
-        "> một hai  \n> ba\u00A0\\<4\n\nghi \\*chú\\*  \ndòng\n"_s))
-        << markdown.toStdString();
-    EXPECT_EQ(RunDataTool({u"export"_s, u"--format"_s, u"pdf"_s, u"--file"_s, File()}).exitCode, 2);
+              "8,2,9,\"Kinh\",\"\",\"A discourse\",\"đôi\",\"\",4,2024-03-01T00:00:00,\" rìa \",\"x\",\"<p>x\"\r\n"
+              "4,6,1101,\"Chương <1>\",\"Kaṇḍaṃ\",\"\",\"Hai, \"\"ba\"\" \U0001F600\",\"khóa · chìa\",2,"
+              "2024-02-29T23:59:00,\"ghi *chú*\r\n\r\n# dòng,\",\"một hai\nba\u00A0<4, \"\"x\"\"\","
+              "\"<p>một  <b>hai</b></p>\r\n<p>ba&nbsp;&lt;4, \"\"x\"\"</p>\"\r\n"
+              "7,6,1101,\"Chương <1>\",\"Kaṇḍaṃ\",\"\",\"\",\"\",3,,\"\",\"\",\"\"\r\n"
+              "5,6,9999,\"\",\"\",\"\",\"lạc\",\"\"\"\",1,2024-03-01T00:00:00,\"\",\"y\",\"y\"\r\n");
+    EXPECT_THAT(Export(From, "html"),
+                HasSubstr("<h1>Chương &lt;1&gt; · Kaṇḍaṃ</h1>\n<h2>Hai, &quot;ba&quot; \U0001F600</h2>\n"
+                          "<p><small>Cao · 2024-02-29 23:59 · khóa · chìa</small></p>\n<blockquote>một hai<br>\n"
+                          "ba\u00A0&lt;4, &quot;x&quot;</blockquote>\n<p>ghi *chú*<br>\n<br>\n# dòng,</p>\n"));
+    EXPECT_THAT(Export(From, "markdown"),
+                HasSubstr("# Chương \\<1\\> · Kaṇḍaṃ <!-- 6-1101 -->\n\n## Hai, \"ba\" \U0001F600\n\n"
+                          "Cao · 2024\\-02\\-29 23:59 · khóa · chìa\n\n> một hai  \n> ba\u00A0\\<4, \"x\"\n\n"
+                          "ghi \\*chú\\*  \n  \n\\# dòng,\n"));
 }
 
 TEST_F(MarksVerbs, CheckNamesWhatPutsMarksAtRisk)
 {
-    EXPECT_EQ(RunDataTool({u"check"_s, File()}).output.toStdString(),
+    EXPECT_EQ(Run(1, "check from/TARUNECLIENT.FDB"),
               "mark 5: text 9999 of collection 6 is missing in the list, so the mark is never shown\n"
               "2 texts, 4 marks: 1 findings\n");
-    OpenedDatabase(File()).RunScript(u"alter table SUTTA_TEXT_FOCUS drop constraint PK_SUTTA_TEXT_FOCUS;"
-                                     "alter table SUTTA_LIST drop constraint PK_SUTTA_LIST; commit;"
-                                     "update SUTTA_TEXT_FOCUS set ID_FOC = 4 where ID_FOC in (5, 7);"
-                                     "update SUTTA_TEXT_FOCUS set NIC_SUT = 1101 where NIC_SUT = 9999;"
-                                     "insert into SUTTA_LIST values (2, 9, 'Kinh', null, null, null); commit;"_s);
-    EXPECT_EQ(RunDataTool({u"check"_s, File()}).output.toStdString(),
-              "text 9 of collection 2: stands in the list 2 times, and so does each of its marks\n"
-              "mark 4: 3 have this key, so they can be neither changed nor deleted\n"
-              "3 texts, 4 marks: 2 findings\n");
-    QByteArray bytes = BytesOf(File());
+    OpenedDatabase(Path(From))
+        .RunScript(u"alter table SUTTA_TEXT_FOCUS drop constraint PK_SUTTA_TEXT_FOCUS;"
+                   "alter table SUTTA_LIST drop constraint PK_SUTTA_LIST; commit;"
+                   "update SUTTA_TEXT_FOCUS set ID_FOC = 4 where ID_FOC in (5, 7);"
+                   "update SUTTA_TEXT_FOCUS set NIC_SUT = 1101 where NIC_SUT = 9999;"
+                   "insert into SUTTA_LIST values (2, 9, 'Kinh', null, null, null);"_s);
+    QByteArray bytes = Bytes(From);
     constexpr int flags = 42; // of the header page; the bit asks for forced writes
     EXPECT_EQ(bytes[flags] & 2, 2) << "the file as built";
     bytes[flags] = static_cast<char>(bytes[flags] & ~2);
-    WriteFile(File(), bytes);
-    EXPECT_TRUE(RunDataTool({u"check"_s, File()})
-                    .output.startsWith(u"the file: forced writes are off, a power cut may take marks with it\n"_s));
+    Put(From, bytes);
+    EXPECT_EQ(Run(1, "check from/TARUNECLIENT.FDB"),
+              "the file: forced writes are off, a power cut may take marks with it\n"
+              "text 9 of collection 2: stands in the list 2 times, and so does each of its marks\n"
+              "mark 4: 3 have this key, so they can be neither changed nor deleted\n"
+              "3 texts, 4 marks: 3 findings\n");
+}
+
+TEST_F(MarksVerbs, AnExportComesBackWholeAndOnce)
+{
+    OpenedDatabase program(Path(To)); // has the file open all the time
+    for (const std::string format : {"csv", "md"}) {
+        program.RunScript(u"delete from SUTTA_TEXT_FOCUS; delete from SUTTA_LIST;"_s);
+        PutExport(From, format);
+        const std::string told = Import(format);
+        EXPECT_THAT(told, EndsWith("4 marks added, 0 there already, 0 left out, 207 texts added to the list\n"));
+        EXPECT_THAT(told, HasSubstr("text 9999 of collection 6 (no name) is missing in the list of texts: added"));
+        // Each is shown, and every other text can still carry one: the program enters its 205 only into an empty list.
+        EXPECT_EQ(program.Text("select count(*) from SUTTA_TEXT_FOCUS inner join SUTTA_LIST using (NIK_SUT, NIC_SUT)"),
+                  "4");
+        EXPECT_EQ(program.Text("select count(*), count(nullif(NIC_SUT = 9971 and NAME_SUT_VIE is not null, false)) "
+                               "from SUTTA_LIST where NIK_SUT = 6"),
+                  "206,1");
+        EXPECT_EQ(Comparable(To, format), Comparable(From, format));
+        EXPECT_THAT(Import(format),
+                    EndsWith("0 marks added, 4 there already, 0 left out, 0 texts added to the list\n"));
+    }
+    // Markdown shows no mark-up, so what it was exported from is known again as well.
+    OpenedDatabase(Path(From)).Execute(u"delete from SUTTA_TEXT_FOCUS where NIC_SUT = 9999"_s);
+    PutExport(To, "md");
+    QFile::remove(Path(To));
+    EXPECT_TRUE(QFile::copy(Path(From), Path(To)));
+    EXPECT_THAT(Import("md"), EndsWith("1 marks added, 3 there already, 0 left out, 1 texts added to the list\n"));
+}
+
+TEST_F(MarksVerbs, AnImportKeepsNamesOfTextsWithMarksAndKeysGoOn)
+{
+    OpenedDatabase(Path(To)).RunScript(
+        u"insert into SUTTA_LIST values (6, 1101, 'Của tôi', null, null, 1);"
+        "insert into SUTTA_TEXT_FOCUS (ID_FOC, NAME_FOC, NIK_SUT, NIC_SUT) values (40, 'a', 6, 1101);"_s);
+    Put(u"marks.csv"_s, Header + "6,1101,b,,1,,<p>b\r\n6,1101,b,,1,,<p>b\r\n");
+    EXPECT_THAT(Import(), EndsWith("1 marks added, 1 there already, 0 left out, 0 texts added to the list\n"));
+    EXPECT_EQ(Ask(To, "select NAME_SUT_VIE from SUTTA_LIST where NIC_SUT = 1101"), "Của tôi");
+    // The page has its mark, the row a date.
+    EXPECT_EQ(Ask(To, "select ID_FOC, TEXT_FOC from SUTTA_TEXT_FOCUS where NAME_FOC = 'b' and DATETIME_FOC > "
+                      "dateadd(-1 day to current_timestamp)"),
+              "41,\uFEFF<p>b");
+}
+
+TEST_F(MarksVerbs, MarkdownFindsTextsByTheirNames)
+{
+    OpenedDatabase(Path(To)).RunScript(u"insert into SUTTA_LIST values (6, 1, 'Một', 'Eka', null, null);"
+                                       "insert into SUTTA_LIST values (6, 2, 'Đôi', 'Dve', null, null);"
+                                       "insert into SUTTA_LIST values (6, 3, 'Đôi', 'Tīṇi', null, null);"_s);
+    Put(u"marks.md"_s, "stray\n\n# Một · Eka\n## a\n> one\n\n# Dve\n## b\n1 · k\n\n> two *x*\n> <b>\n\nnote\n\n\n"
+                       "# Đôi\n## c\n> three\n# 6-3\n## d\nKém\n\n> four\n## e\n> five\n");
+    ExpectParts(Import("md", 1), {"marks.md:1: belongs to no mark\n",
+                                  "marks.md:18: stands below no heading that names one text of the list\n",
+                                  "marks.md:21: its first line does not begin with a priority: \"Kém\"\n"});
+    const std::string page = ",\"<HTML>\r\n<head>\r\n<meta http-equiv=\"\"Content-Type\"\" content=\"\"text/html; "
+                             "charset=utf-8\"\" />\r\n<body>\r\n<blockquote>\r\n<font face = \"\"Segoe UI\"\">";
+    ExpectParts(Comparable(To, "csv"), {"6,1,\"Một\",\"Eka\",\"\",\"a\",\"\",2,,\"\",\"one\"" + page + "<p>one</p>\r\n",
+                                        "6,2,\"Đôi\",\"Dve\",\"\",\"b\",\"k\",1,,\"note\",\"two *x*\n<b>\"" + page +
+                                            "<p>two *x*</p>\r\n<p>&lt;b&gt;</p>\r\n",
+                                        "6,3,\"Đôi\",\"Tīṇi\",\"\",\"e\",\"\",2,,\"\",\"five\"" + page});
+    EXPECT_EQ(Ask(To, "select count(*) from SUTTA_TEXT_FOCUS"), "3");
+}
+
+TEST_F(MarksVerbs, AnImportThatCannotBeDoneLeavesTheFileAsItWas)
+{
+    QByteArray many = Header;
+    for (int i = 0; i < 30000; ++i)
+        many += "6,1101,title " + QByteArray::number(i) + ",,2,,<p>" + QByteArray(60, 'x') + "\r\n";
+    Put(u"marks.csv"_s, many);
+    const std::string counts = "select (select count(*) from SUTTA_TEXT_FOCUS), (select count(*) from SUTTA_LIST) "
+                               "from RDB$DATABASE";
+    {
+        const FullDisk full(4 << 20);
+        Import("csv", 2);
+    }
+    EXPECT_EQ(Ask(To, counts), "0,0");
+    EXPECT_THAT(Stopped(false, "adding marks", "import marks marks.csv --into to/TARUNECLIENT.FDB"),
+                HasSubstr("interrupted"));
+    EXPECT_EQ(Ask(To, counts), "0,0");
+
+    Put(u"other.FDB"_s, "no database");
+    Put(u"folder.csv/x"_s, "");
+    Put(u"marks.html"_s, "<p>");
+    Put(u"small.csv"_s, Header);
+    for (const auto &[words, said] : std::initializer_list<std::pair<std::string, std::string>>{
+             {"none.csv --into to/TARUNECLIENT.FDB", "none.csv: there is no such file"},
+             {"folder.csv --into to/TARUNECLIENT.FDB", "folder.csv: is no file"},
+             {"marks.html --into to/TARUNECLIENT.FDB", "no format \"html\""},
+             {"small.csv --into other.FDB", "other.FDB"},
+             {"small.csv --into none.FDB", "none.FDB: there is no"}})
+        EXPECT_THAT(Run(2, "import marks " + words), HasSubstr(said));
+}
+
+TEST_F(MarksVerbs, ACopyThatTakesTheKeyMeanwhileCostsTheImportNothing)
+{
+    Put(u"marks.csv"_s, Header + "6,1101,b,,1,,x\r\n");
+    OpenedDatabase program(Path(To));
+    program.Execute(u"insert into SUTTA_TEXT_FOCUS (ID_FOC) values (1)"_s);
+    program.Hold(u"insert into SUTTA_TEXT_FOCUS (ID_FOC) values (2)"_s);
+    QProcess import;
+    Start(import, "import marks marks.csv --into to/TARUNECLIENT.FDB");
+    EXPECT_FALSE(import.waitForFinished(1500)) << "waits for the key that another one holds";
+    program.Commit();
+    EXPECT_TRUE(import.waitForFinished());
+    EXPECT_EQ(import.exitCode(), 0);
+    EXPECT_EQ(Ask(To, "select ID_FOC from SUTTA_TEXT_FOCUS where NAME_FOC = 'b'"), "3");
 }
 
 } // namespace

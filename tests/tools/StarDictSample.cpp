@@ -20,19 +20,15 @@ void Put(const QString &path, const QByteArray &bytes)
 }
 
 template <typename Number>
-QByteArray Big(Number number)
+QByteArray Raw(Number number)
 {
-    QByteArray bytes(sizeof number, '\0');
-    qToBigEndian(number, bytes.data());
-    return bytes;
+    return QByteArray(reinterpret_cast<const char *>(&number), sizeof number);
 }
 
 template <typename Number>
 QByteArray Little(Number number)
 {
-    QByteArray bytes(sizeof number, '\0');
-    qToLittleEndian(number, bytes.data());
-    return bytes;
+    return Raw(qToLittleEndian(number));
 }
 
 QByteArray Deflated(const QByteArray &bytes, int windowBits, int flush)
@@ -48,11 +44,6 @@ QByteArray Deflated(const QByteArray &bytes, int windowBits, int flush)
     packed.chop(stream.avail_out);
     deflateEnd(&stream);
     return packed;
-}
-
-QByteArray Gzip(const QByteArray &bytes)
-{
-    return Deflated(bytes, MAX_WBITS + 16, Z_FINISH);
 }
 
 QByteArray DictZip(const QByteArray &bytes, int chunkSize)
@@ -80,22 +71,26 @@ void StarDictSample::Write(const QString &base) const
     for (const Word &word : words) {
         const quint64 offset = word.offset < 0 ? quint64(texts.size()) : quint64(word.offset);
         const auto size = quint32(word.size < 0 ? word.text.size() : word.size);
-        index += word.name + '\0' + (offsetBits == 64 ? Big(offset) : Big(quint32(offset))) + Big(size);
+        index += word.name + '\0' +
+                 (offsetBits == 64 ? Raw(qToBigEndian(offset)) : Raw(qToBigEndian(quint32(offset)))) +
+                 Raw(qToBigEndian(size));
         texts += word.text;
     }
     for (const Form &form : forms)
-        synonyms += form.name + '\0' + Big(form.word);
+        synonyms += form.name + '\0' + Raw(qToBigEndian(form.word));
     Put(base + u".ifo"_s,
         "StarDict's dict ifo file\nversion=" + version + "\nbookname=Sample\nwordcount=" +
             QByteArray::number(words.size()) + "\nidxfilesize=" + QByteArray::number(index.size()) + '\n' +
             (forms.isEmpty() ? QByteArray() : "synwordcount=" + QByteArray::number(forms.size()) + '\n') +
             (offsetBits == 64 ? "idxoffsetbits=64\n" : "") +
             (types.isEmpty() ? QByteArray() : "sametypesequence=" + types + '\n') + moreDescription);
-    Put(base + (hasPackedIndex ? u".idx.gz"_s : u".idx"_s), hasPackedIndex ? Gzip(index) : index);
+    Put(base + (hasPackedIndex ? u".idx.gz"_s : u".idx"_s),
+        hasPackedIndex ? Deflated(index, MAX_WBITS + 16, Z_FINISH) : index);
     if (!forms.isEmpty())
         Put(base + u".syn"_s, synonyms);
     if (packing == Packing::Plain)
         Put(base + u".dict"_s, texts);
     else
-        Put(base + u".dict.dz"_s, packing == Packing::Gzip ? Gzip(texts) : DictZip(texts, chunkSize));
+        Put(base + u".dict.dz"_s,
+            packing == Packing::Gzip ? Deflated(texts, MAX_WBITS + 16, Z_FINISH) : DictZip(texts, chunkSize));
 }

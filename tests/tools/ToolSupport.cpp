@@ -6,29 +6,14 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 
 using namespace Qt::StringLiterals;
 
-QString ToolPath()
-{
-    return ProductFolder() + u"lumivara-data"_s;
-}
-
 namespace {
 
-ToolRun RunProgram(const QString &path, const QStringList &arguments, const QString &workingFolder,
-                   const QStringList &environment)
+ToolRun EndOf(QProcess &process)
 {
     constexpr int longestRunMilliseconds = 120000;
-    QProcess process;
-    process.setWorkingDirectory(workingFolder);
-    // The leak checker of a sanitizer build crashes in a process that ends while the engine's threads still end; leaks
-    // of what the tool is made of are found by the tests that call it.
-    QStringList settings = environment.isEmpty() ? QProcess::systemEnvironment() : environment;
-    settings.append(u"ASAN_OPTIONS="_s + qEnvironmentVariable("ASAN_OPTIONS") + u":detect_leaks=0"_s);
-    process.setEnvironment(settings);
-    process.start(path, arguments);
     ToolRun run;
     if (process.waitForFinished(longestRunMilliseconds) && process.exitStatus() == QProcess::NormalExit)
         run.exitCode = process.exitCode();
@@ -37,31 +22,67 @@ ToolRun RunProgram(const QString &path, const QStringList &arguments, const QStr
     return run;
 }
 
+void StartTool(QProcess &process, const QString &tool, const QStringList &arguments, QStringList environment = {})
+{
+    if (environment.isEmpty())
+        environment = QProcess::systemEnvironment();
+    // The leak checker of a sanitizer build crashes in a process that ends while the engine's threads still end; leaks
+    // of what the tool is made of are found by the tests that call it.
+    environment.append(u"ASAN_OPTIONS="_s + qEnvironmentVariable("ASAN_OPTIONS") + u":detect_leaks=0"_s);
+    process.setEnvironment(environment);
+    process.start(ProductFolder() + tool, arguments);
+}
+
 } // namespace
 
-ToolRun RunDataTool(const QStringList &arguments, const QString &workingFolder, const QStringList &environment)
+ToolRun RunDataTool(const QStringList &arguments)
 {
-    return RunProgram(ToolPath(), arguments, workingFolder, environment);
+    QProcess process;
+    StartTool(process, u"lumivara-data"_s, arguments);
+    return EndOf(process);
 }
 
-ToolRun RunLangTool(const QStringList &arguments, const QString &workingFolder)
+void ToolTest::Start(QProcess &process, const std::string &words, const QStringList &more) const
 {
-    return RunProgram(ProductFolder() + u"lumivara-lang"_s, arguments, workingFolder, {});
+    process.setWorkingDirectory(Path());
+    StartTool(process, m_tool, QString::fromStdString(words).split(u' ', Qt::SkipEmptyParts) + more, m_environment);
 }
 
-ToolRun RunSkinsTool(const QStringList &arguments)
+std::string ToolTest::Run(int exitCode, const std::string &words, const QStringList &more,
+                          const QByteArray &input) const
 {
-    return RunProgram(ProductFolder() + u"lumivara-skins"_s, arguments, {}, {});
+    QProcess process;
+    Start(process, words, more);
+    process.write(input);
+    process.closeWriteChannel();
+    const ToolRun run = EndOf(process);
+    EXPECT_EQ(run.exitCode, exitCode) << words << '\n' << qPrintable(run.output + run.errors);
+    return (exitCode == 2 ? run.output + run.errors : run.output).toStdString();
 }
 
-QString WindowSources()
+std::string ToolTest::Stopped(bool isKilled, const std::string &stage, const std::string &words) const
 {
-    return QCoreApplication::applicationDirPath() + u"/windows"_s;
+    QProcess process;
+    Start(process, words);
+    process.setReadChannel(QProcess::StandardError);
+    std::string told;
+    while (told.find(stage) == std::string::npos && process.waitForReadyRead())
+        told += process.readAllStandardError().toStdString();
+    isKilled ? process.kill() : process.terminate();
+    const ToolRun run = EndOf(process);
+    EXPECT_EQ(run.exitCode, isKilled ? -1 : 2) << stage;
+    return told + run.errors.toStdString();
 }
 
-QString SampleSources()
+void ExpectParts(const std::string &text, const std::vector<std::string> &parts)
 {
-    return QCoreApplication::applicationDirPath() + u"/data"_s;
+    for (const std::string &part : parts)
+        EXPECT_NE(text.find(part), std::string::npos) << part << "\nstands not in\n" << text;
+}
+
+QString BesideTests(const QString &name)
+{
+    return QCoreApplication::applicationDirPath() + u'/' + name;
 }
 
 QByteArray BytesOf(const QString &path)
@@ -77,24 +98,6 @@ void WriteFile(const QString &path, const QByteArray &bytes)
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::WriteOnly)) << qPrintable(path);
     EXPECT_EQ(file.write(bytes), bytes.size());
-}
-
-void WriteSmallSources(const QString &folder)
-{
-    WriteFile(folder + u"/canon/groups.csv"_s, "ID_VIT,P_ID_VIT,NAME_VIT_VIE,NAME_VIT_PAL,NAME_VIT_ENG\n"
-                                               "1,-1,Gốc,Mūlaṃ,Root\n"
-                                               "2,1,Nhánh,Sākhā,\n");
-    WriteFile(folder + u"/canon/texts.csv"_s,
-              "NUMBER_VIC,ID_VIC,ID_VIT,NAME_VIC_PAL,NAME_VIC_VIE,NAME_VIC_ENG,WITHOUT\n"
-              "1,1101,2,Paṭhamaṃ,Thứ nhất,\"First, and only\",\n"
-              "2,1201,2,Dutiyaṃ,Thứ nhì,,pal\n");
-    QByteArray formulas;
-    for (const char *form : {"label", "opening", "story", "rule", "analysis", "closing"})
-        formulas += QByteArray("@form ") + form + "\n{title} " + form + " | {title} " + form + " vi | {title} en\n";
-    WriteFile(folder + u"/canon/formulas.txt"_s,
-              formulas + "@form heads\na | b | c\na | b | c\na | b | c\na | b | c\n");
-    WriteFile(folder + u"/canon/passages/own.txt"_s, "@text 1101\nĀdi | Đầu | Start\n");
-    WriteFile(folder + u"/dictionary/pali.txt"_s, "dictionary 5\n% ādi\n@ādi\n- đầu\n");
 }
 
 OpenedDatabase::OpenedDatabase(const QString &path)
@@ -120,9 +123,16 @@ QList<QList<QVariant>> OpenedDatabase::Rows(const QString &select)
     return values;
 }
 
-void OpenedDatabase::Execute(const QString &statement)
+std::string OpenedDatabase::Text(const std::string &select)
 {
-    RunScript(statement + u';');
+    QByteArrayList rows;
+    for (const QList<QVariant> &row : Rows(QString::fromStdString(select))) {
+        QByteArrayList values;
+        for (const QVariant &value : row)
+            values.append(value.isNull() ? "null" : value.toByteArray());
+        rows.append(values.join(','));
+    }
+    return rows.join('|').toStdString();
 }
 
 void OpenedDatabase::Hold(const QString &statement)
