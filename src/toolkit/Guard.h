@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include <functional>
+#include <type_traits>
 #include <utility>
 
 /// Runs a handler and reports what it throws in the general message box; a silent abort passes without a word.
@@ -10,6 +11,16 @@
 /// is to pass a failure on to its caller calls handlers directly and not through a signal.
 /// True if the handler ended without a failure.
 bool RunGuarded(const std::function<void()> &handler);
+
+/// The same for a handler that takes the arguments, or none of them.
+template <typename Handler, typename... Arguments>
+void CallGuarded(const Handler &handler, Arguments &&...arguments)
+{
+    if constexpr (std::is_invocable_v<const Handler &, Arguments...>)
+        RunGuarded([&] { handler(std::forward<Arguments>(arguments)...); });
+    else
+        RunGuarded(handler);
+}
 
 /// Connects a signal to a handler through the guard. The connection ends with `context`.
 template <typename Sender, typename Signal, typename Handler>
@@ -19,10 +30,7 @@ QMetaObject::Connection ConnectGuarded(const Sender *sender, Signal signal, QObj
     auto guarded = [handler = std::move(handler)](auto &&...args) requires(
         std::is_invocable_v<const Handler &, decltype(args)...> || std::is_invocable_v<const Handler &>)
     {
-        if constexpr (std::is_invocable_v<const Handler &, decltype(args)...>)
-            RunGuarded([&] { handler(std::forward<decltype(args)>(args)...); });
-        else
-            RunGuarded(handler);
+        CallGuarded(handler, std::forward<decltype(args)>(args)...);
     };
     return QObject::connect(sender, signal, context, std::move(guarded));
 }
