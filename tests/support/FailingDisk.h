@@ -15,10 +15,11 @@ public:
     bool Fired() const { return m_fired; }
     /// What Now() says; the real time if invalid.
     QDateTime now;
+    bool isUnreadable = false;
 
     ReadResult Read(const QString &path, QByteArray &bytes, QString &errorText) override
     {
-        return m_real.Read(path, bytes, errorText);
+        return isUnreadable ? ReadResult::Failed : m_real.Read(path, bytes, errorText);
     }
     bool MayWrite(const QString &path, QString &errorText) override { return m_real.MayWrite(path, errorText); }
     QStringList FileNames(const QString &folder) override { return m_real.FileNames(folder); }
