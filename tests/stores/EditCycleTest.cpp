@@ -59,6 +59,7 @@ TEST_F(EditCycle, ARefusedCommitIsRolledBackAtOnce)
     EXPECT_NE(FailureOf([&] { rows.Post(); }), QString());
     EXPECT_EQ(rows.State(), DataSetState::Edit);
     EXPECT_EQ(Field(u"NAME"_s).AsString(), u"no"_s);
+    EXPECT_EQ(Ask(u"select NAME from T"_s).toString(), u"năm"_s);
     Field(u"NAME"_s).SetAsString(u"yes"_s);
     rows.Post();
     EXPECT_EQ(Committed(u"select NAME from T"_s), u"yes"_s);
