@@ -2,15 +2,8 @@
 
 #include <QByteArray>
 #include <QCryptographicHash>
+#include <QRandomGenerator>
 #include <QString>
-
-#include <chrono>
-
-inline qint64 Microseconds()
-{
-    using namespace std::chrono;
-    return duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count();
-}
 
 inline QByteArray DigestOf(const QByteArray &bytes)
 {
@@ -36,19 +29,10 @@ struct CrashRow
     /// Bytes of every value: most often a few kilobytes, now and then many pages.
     QByteArray Excerpt() const
     {
-        auto state = static_cast<quint64>(id * 1000003 + version) | 1U;
-        const auto next = [&state] {
-            state ^= state << 13;
-            state ^= state >> 7;
-            state ^= state << 17;
-            return state;
-        };
-        for (int i = 0; i < 8; ++i)
-            next();
-        const auto size = static_cast<qsizetype>(next() % 20 == 0 ? 300000 + next() % 300000 : next() % 12000);
-        QByteArray bytes(size, Qt::Uninitialized);
-        for (char &byte : bytes)
-            byte = static_cast<char>(next() >> 24);
-        return QByteArray("\xEF\xBB\xBF") + bytes;
+        QRandomGenerator random(static_cast<quint32>(id * 1000003 + version));
+        const int words = random.bounded(20) == 0 ? random.bounded(75000, 150000) : random.bounded(3000);
+        QByteArray bytes(words * 4, Qt::Uninitialized);
+        random.fillRange(reinterpret_cast<quint32 *>(bytes.data()), words);
+        return bytes;
     }
 };

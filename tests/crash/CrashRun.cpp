@@ -7,18 +7,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-void Run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    EXPECT_TRUE(process.waitForFinished(PatienceMilliseconds));
-    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().constData();
-}
-
-} // namespace
-
 QString WorkerPath()
 {
     return QCoreApplication::applicationDirPath() + u"/crash_worker"_s;
@@ -27,9 +15,8 @@ QString WorkerPath()
 void MakeMarks(const QString &folder, bool withTexts)
 {
     QFile::remove(folder + u"/TARUNECLIENT.FDB"_s);
-    Run(ProductFolder() + u"lumivara-data"_s, {u"build"_s, u"marks"_s, u"--out"_s, folder});
-    if (withTexts)
-        Run(WorkerPath(), {folder, u"seed"_s});
+    EXPECT_EQ(QProcess::execute(ProductFolder() + u"lumivara-data"_s, {u"build"_s, u"marks"_s, u"--out"_s, folder}), 0);
+    EXPECT_TRUE(!withTexts || QProcess::execute(WorkerPath(), {folder, u"seed"_s}) == 0);
 }
 
 std::optional<StoredRows> ReadStored(const QString &folder)

@@ -56,39 +56,33 @@ public:
         if (m_rows.isEmpty() || (dice < 50 && m_rows.size() < MostRows))
             Add();
         else if (dice < 80)
-            Change(static_cast<qsizetype>(m_random.bounded(static_cast<quint32>(m_rows.size()))));
+            Change(Any());
         else
-            Remove(static_cast<qsizetype>(m_random.bounded(static_cast<quint32>(m_rows.size()))));
+            Remove(Any());
     }
-
-    void AddMany(int count)
+    void AddAndChange(bool changes)
     {
-        for (int row = 1; row <= count; ++row) {
-            Add();
-            if (row % 3 == 0)
-                Change(static_cast<qsizetype>(m_random.bounded(static_cast<quint32>(m_rows.size()))));
-        }
+        Add();
+        if (changes)
+            Change(Any());
     }
 
 private:
+    qsizetype Any() { return m_random.bounded(static_cast<int>(m_rows.size())); }
     template <typename Action>
     void Told(char kind, const CrashRow &row, Action action)
     {
-        Say(u"begin %1 %2 %3 %4"_s.arg(QChar::fromLatin1(kind)).arg(row.id).arg(row.version).arg(Microseconds()));
-        int tries = 0;
-        for (;; ++tries) {
+        Say(u"begin %1 %2 %3"_s.arg(QChar::fromLatin1(kind)).arg(row.id).arg(row.version));
+        for (int tries = 0;; ++tries) {
             try {
                 action();
-                break;
-            } catch (const DatabaseError &error) {
+                return Say(u"end"_s);
+            } catch (const DatabaseError &) {
                 // The other copy was at the same key or page. The row is pending, the same post is tried again.
-                if (tries == MostTries) {
-                    std::fprintf(stderr, "%s\n", error.what());
-                    ::_exit(3);
-                }
+                if (tries == MostTries)
+                    throw;
             }
         }
-        Say(u"end %1 %2"_s.arg(tries).arg(Microseconds()));
     }
     void Fill(const CrashRow &row)
     {
@@ -109,15 +103,15 @@ private:
         });
         m_rows.append(row);
     }
-    void StandOn(const CrashRow &row)
+    const CrashRow &StandOn(qsizetype index)
     {
-        if (!m_marks.Locate(u"NAME_FOC"_s, row.Title(m_owner)))
-            ::_exit(5);
+        if (!m_marks.Locate(u"NAME_FOC"_s, m_rows[index].Title(m_owner)))
+            throw DatabaseError(u"a row is gone"_s);
+        return m_rows[index];
     }
     void Change(qsizetype index)
     {
-        StandOn(m_rows[index]);
-        const CrashRow row{m_rows[index].id, m_rows[index].version + 1};
+        const CrashRow old = StandOn(index), row{old.id, old.version + 1};
         Told('e', row, [&] {
             if (m_marks.State() != DataSetState::Edit) {
                 m_marks.Edit();
@@ -129,8 +123,7 @@ private:
     }
     void Remove(qsizetype index)
     {
-        StandOn(m_rows[index]);
-        Told('d', m_rows[index], [&] { m_marks.Delete(); });
+        Told('d', StandOn(index), [&] { m_marks.Delete(); });
         m_rows.removeAt(index);
     }
 
@@ -148,10 +141,8 @@ int Run(const QStringList &arguments)
     doors.exeName = ProductFolder() + u"Lumivara"_s;
     TfrmClientsDM module(doors);
     module.DataModuleCreate();
-    if (!module.vIsOKClients) {
-        std::fprintf(stderr, "the file does not open\n");
-        return 1;
-    }
+    if (!module.vIsOKClients)
+        throw DatabaseError(u"the file does not open"_s);
     const QString &verb = arguments[2];
     if (verb == "seed"_L1) {
         TpFIBScripter script;
@@ -167,19 +158,16 @@ int Run(const QStringList &arguments)
             QByteArray digest = "unreadable"; // a row that another copy has just changed
             try {
                 digest = DigestOf(module.qryFocus.FieldByName(u"TEXT_FOC"_s).AsBytes());
-            } catch (const DatabaseError &error) {
-                std::fprintf(stderr, "%s\n", error.what());
+            } catch (const DatabaseError &) {
             }
             Say(module.qryFocus.FieldByName(u"NAME_FOC"_s).AsString() + u' ' + QString::fromLatin1(digest));
         }
     } else {
         Worker worker(module, arguments[3].at(0).toLatin1(), arguments[4].toLongLong());
         const int amount = arguments[5].toInt();
-        if (verb == "add"_L1) {
-            worker.AddMany(amount);
-            return 0;
-        }
-        for (;;) {
+        for (int row = 1; verb == "add"_L1 && row <= amount; ++row)
+            worker.AddAndChange(row % 3 == 0);
+        while (verb == "work"_L1) {
             worker.DoOne();
             QThread::msleep(static_cast<unsigned long>(amount));
         }
@@ -193,11 +181,10 @@ int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     std::setlocale(LC_CTYPE, "C.UTF-8");
-    int code = 2;
     try {
-        code = Run(QCoreApplication::arguments());
+        return Run(QCoreApplication::arguments());
     } catch (const std::exception &error) {
         std::fprintf(stderr, "%s\n", error.what());
+        return 3;
     }
-    return code;
 }

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -18,27 +19,12 @@ namespace {
 
 const QString optionsKey = u"Software\\Melko\\Kelora\\Options"_s;
 
-void CopyFolder(const QString &from, const QString &to)
-{
-    QDir().mkpath(to);
-    const QFileInfoList entries =
-        QDir(from).entryInfoList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden | QDir::System);
-    for (const QFileInfo &entry : entries) {
-        const QString target = to + u'/' + entry.fileName();
-        if (entry.isSymLink())
-            QFile::link(entry.symLinkTarget(), target);
-        else if (entry.isDir() && entry.fileName() != u"lock")
-            CopyFolder(entry.filePath(), target);
-        else if (entry.isFile())
-            QFile::copy(entry.filePath(), target);
-    }
-}
-
 } // namespace
 
 ProductCopy::ProductCopy(const QString &name) : m_folder(m_scratch.Path(name))
 {
-    CopyFolder(ProductFolder(), m_folder);
+    EXPECT_EQ(QProcess::execute(u"cp"_s, {u"-a"_s, ProductFolder(), m_folder}), 0);
+    QDir(File(u"lock"_s)).removeRecursively();
 }
 
 void ProductCopy::WriteOptions(const QMap<QString, int> &changed) const

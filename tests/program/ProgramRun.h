@@ -2,7 +2,6 @@
 
 #include "support/TestSupport.h"
 
-#include <QElapsedTimer>
 #include <QMap>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -53,7 +52,6 @@ public:
     int ExitCode(int milliseconds = 30000);
     /// Closes the main window and answers the question with Yes.
     int Quit();
-    bool IsRunning() const { return m_process.state() == QProcess::Running; }
     qint64 ProcessId() const { return m_process.processId(); }
     QByteArray ErrorOutput() { return m_process.readAllStandardError(); }
 

@@ -1,34 +1,16 @@
 #include "stores/AutostartEntry.h"
 
-#include <QByteArrayList>
-
 #include <gmock/gmock.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
+/// The value of a line; "(none)" without one.
 QByteArray Line(const QByteArray &file, const QByteArray &key)
 {
-    const QList<QByteArray> lines = file.split('\n');
-    for (const QByteArray &line : lines) {
-        if (line.startsWith(key + '='))
-            return line.mid(key.size() + 1);
-    }
-    return "(none)"_ba;
-}
-
-TEST(AutostartFile, GivesCommandAndLauncherBackExactly)
-{
-    for (const QString &command :
-         {u"\"/tmp/a\"b'c`d$e\\f%g/Kinh điển\""_s, u"  \"x\" --y  "_s, u"a\nb\r\tc=d;[e]#"_s}) {
-        for (const QString &launcher : {QString(), u"/a\\b 50%\"/l"_s}) {
-            const AutostartEntry entry = ReadAutostartFile(AutostartFileOf(u"Kelora"_s, {command, true, launcher}));
-            EXPECT_EQ(entry.command, command);
-            EXPECT_EQ(entry.launcher, launcher);
-            EXPECT_TRUE(entry.isExpandable);
-        }
-    }
+    const qsizetype at = file.indexOf('\n' + key + '=') + key.size() + 2;
+    return file.contains('\n' + key + '=') ? file.mid(at, file.indexOf('\n', at) - at) : "(none)"_ba;
 }
 
 TEST(AutostartFile, RunsTheFileBetweenTheQuotes)
@@ -43,9 +25,10 @@ TEST(AutostartFile, RunsTheFileBetweenTheQuotes)
     for (const auto &[command, exec] : cases)
         EXPECT_EQ(Line(AutostartFileOf(u"Kelora"_s, {command, false, {}}), "Exec"), exec);
 
-    const QByteArray packaged = AutostartFileOf(u"Kelora"_s, {u"\"/home/u/L\""_s, false, u"/usr/bin/l"_s});
-    EXPECT_EQ(Line(packaged, "TryExec"), "/usr/bin/l");
-    EXPECT_EQ(Line(packaged, "Exec"), "\"/usr/bin/l\"");
+    const QByteArray hidden = AutostartFileOf(u"Kelora"_s, {QString(), false, {}});
+    EXPECT_EQ(Line(hidden, "Hidden"), "true");
+    EXPECT_EQ(Line(hidden, "Exec"), "(none)");
+    EXPECT_TRUE(ReadAutostartFile(hidden).command.isEmpty());
 }
 
 TEST(AutostartFile, LauncherStandsInANoteBesideTheProgram)
@@ -58,14 +41,6 @@ TEST(AutostartFile, LauncherStandsInANoteBesideTheProgram)
         EXPECT_EQ(ReadLauncherNote(note), QString()) << note;
 }
 
-TEST(AutostartFile, OfAnEmptyCommandIsHiddenAndStartsNothing)
-{
-    const QByteArray file = AutostartFileOf(u"Kelora"_s, {QString(), false, {}});
-    EXPECT_EQ(Line(file, "Hidden"), "true");
-    EXPECT_EQ(Line(file, "Exec"), "(none)");
-    EXPECT_TRUE(ReadAutostartFile(file).command.isEmpty());
-}
-
 TEST(AutostartFile, OfOthersIsReadSensibly)
 {
     const std::pair<QByteArray, QString> rows[]{
@@ -73,10 +48,8 @@ TEST(AutostartFile, OfOthersIsReadSensibly)
         {"[Desktop Entry]\r\n Exec = /opt/L \r\n", u"/opt/L"_s},
         {"[Desktop Entry]\nExec=\"/a\\\\\"b\\\\$c/50%%/L\"\n", u"\"/a\"b$c/50%/L\""_s},
         {"[Desktop Action x]\nExec=/no\n[Desktop Entry]\nExec=/yes\n[X]\nExec=/no\n", u"/yes"_s},
-        {"[Desktop Entry]\n#Exec=/no\n", {}},
         {"[Desktop Entry]\nExec=/opt/L\nHidden=true\n", {}},
         {"[Desktop Entry]\nExec=/opt/L\nX-GNOME-Autostart-enabled=false\n", {}},
-        {"[Desktop Entry]\nExec=/new\nX-Lumivara-Command=/old\n", u"/new"_s},
         {"[Desktop Entry]\nTryExec=/usr/bin/l\nExec=/new\nX-Lumivara-Command=/old\n", u"/new"_s},
         {"Exec=/opt/L\n", {}},
         {"[Desktop Entry]\nExec=\"a\\", u"\"a\\"_s}};

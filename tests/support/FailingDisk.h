@@ -8,53 +8,51 @@ class FailingDisk : public SettingsDisk
 public:
     enum class Lasting { Once, ForGood };
 
-    explicit FailingDisk(int failAt = 0, Lasting lasting = Lasting::Once, SettingsDisk &real = RealSettingsDisk())
-        : m_failAt(failAt), m_lasting(lasting), m_real(real)
-    {}
+    explicit FailingDisk(int failAt = 0, Lasting lasting = Lasting::Once) : m_failAt(failAt), m_lasting(lasting) {}
     /// Whether the failure happened.
     bool Fired() const { return m_fired; }
     /// What Now() says; the real time if invalid.
     QDateTime now;
+    bool isUnreadable = false;
 
-    ReadResult Read(const QString &path, QByteArray &bytes, QString &errorText) override
+    ReadResult Read(const QString &path, QByteArray &bytes, QString &error) override
     {
-        return m_real.Read(path, bytes, errorText);
+        return isUnreadable ? ReadResult::Failed : m_real.Read(path, bytes, error);
     }
-    bool MayWrite(const QString &path, QString &errorText) override { return m_real.MayWrite(path, errorText); }
+    bool MayWrite(const QString &path, QString &error) override { return m_real.MayWrite(path, error); }
     QStringList FileNames(const QString &folder) override { return m_real.FileNames(folder); }
-    bool MakeFolder(const QString &folder, QString &errorText) override
+    bool MakeFolder(const QString &path, QString &error) override
     {
-        return !Fails(errorText) && m_real.MakeFolder(folder, errorText);
+        return !Fails(error) && m_real.MakeFolder(path, error);
     }
-    bool WriteAtomically(const QString &path, const QByteArray &bytes, QString &errorText) override
+    bool WriteAtomically(const QString &path, const QByteArray &bytes, QString &error) override
     {
-        return !Fails(errorText) && m_real.WriteAtomically(path, bytes, errorText);
+        return !Fails(error) && m_real.WriteAtomically(path, bytes, error);
     }
-    bool Rename(const QString &from, const QString &to, QString &errorText) override
+    bool Rename(const QString &from, const QString &to, QString &error) override
     {
-        return !Fails(errorText) && m_real.Rename(from, to, errorText);
+        return !Fails(error) && m_real.Rename(from, to, error);
     }
-    std::unique_ptr<Lock> Acquire(const QString &lockFile, std::chrono::milliseconds patience,
-                                  QString &errorText) override
+    std::unique_ptr<Lock> Acquire(const QString &lockFile, std::chrono::milliseconds patience, QString &error) override
     {
-        return Fails(errorText) ? nullptr : m_real.Acquire(lockFile, patience, errorText);
+        return Fails(error) ? nullptr : m_real.Acquire(lockFile, patience, error);
     }
     QDateTime Now() override { return now.isValid() ? now : m_real.Now(); }
 
 private:
-    bool Fails(QString &errorText)
+    bool Fails(QString &error)
     {
         ++m_calls;
         const bool fails = m_failAt > 0 && (m_lasting == Lasting::Once ? m_calls == m_failAt : m_calls >= m_failAt);
         m_fired |= fails;
         if (fails)
-            errorText = u"No space left on device"_qs;
+            error = u"No space left on device"_qs;
         return fails;
     }
 
     int m_failAt;
     Lasting m_lasting;
-    SettingsDisk &m_real;
+    SettingsDisk &m_real = RealSettingsDisk();
     int m_calls = 0;
     bool m_fired = false;
 };

@@ -34,16 +34,14 @@ protected:
         doors.exeName = Path(u"Lumivara"_qs);
         doors.showMessage = [this](const QString &text) { messages += text; };
         doors.terminate = [this] { ++terminations; };
-        doors.createRegistry = [this] { return MakeRegistry(); };
+        doors.createRegistry = [this] {
+            return std::make_unique<JsonRegistry>(Path(u"lumivara"_qs), Path(u"autostart"_qs),
+                                                  disk ? *disk : RealSettingsDisk());
+        };
     }
     void TearDown() override { ResetGlobals(); }
 
     QString Path(const QString &name) const { return m_folder.Path(name); }
-    std::unique_ptr<TRegistry> MakeRegistry()
-    {
-        return std::make_unique<JsonRegistry>(Path(u"lumivara"_qs), Path(u"autostart"_qs),
-                                              disk ? *disk : RealSettingsDisk());
-    }
     /// The options key, open for writing.
     std::unique_ptr<TRegistry> OpenOptions()
     {

@@ -4,6 +4,7 @@
 #include "stores/Database.h"
 #include "stores/DatabaseError.h"
 #include "stores/FIBDataSet.h"
+#include "stores/KeloraDM.h"
 #include "stores/Scripter.h"
 #include "support/TestSupport.h"
 
@@ -14,12 +15,7 @@
 /// Prepares an unopened connection with its transaction, as the program's modules do.
 inline void Prepare(TpFIBDatabase &database, TpFIBTransaction &transaction, const QString &path)
 {
-    database.SetDBName(path);
-    database.DBParams() = {u"lc_ctype=UNICODE_FSS"_qs, u"user_name=SYSDBA"_qs, u"password=lotuspond"_qs};
-    database.SetCharSet(u"UNICODE_FSS"_qs);
-    database.SetLibraryName(ProductFolder() + u"libfbclient.so.2"_qs);
-    database.SetDefaultTransaction(&transaction);
-    transaction.SetDefaultDatabase(&database);
+    PrepareConnection(database, transaction, path, ProductFolder() + u"Lumivara"_qs);
 }
 
 /// Runs a script and commits it.
@@ -47,13 +43,13 @@ QString FailureOf(Action action)
 inline QString EmptyDatabase()
 {
     static const ScratchFolder folder;
-    static const QString path = [] {
+    const QString path = folder.Path(u"EMPTY.FDB"_qs);
+    if (!QFile::exists(path)) {
         TpFIBDatabase database;
         TpFIBTransaction transaction;
-        Prepare(database, transaction, folder.Path(u"EMPTY.FDB"_qs));
+        Prepare(database, transaction, path);
         database.CreateDatabase();
-        return database.DBName();
-    }();
+    }
     return path;
 }
 
