@@ -56,6 +56,23 @@ TEST_F(MainLanguage, FollowsTheChoiceInEveryOpenWindow)
     }
 }
 
+TEST_F(MainLanguage, AFurtherLanguageHasCaptionsAndNoMessagesAndLastsUntilTheEnd)
+{
+    StartOn();
+    Language().SetItemIndex(1);
+    Language().SetItemIndex(2);
+    EXPECT_EQ(Hint("btnFindDialog"), u"Wort suchen"_s);
+    EXPECT_EQ(window->windowTitle(), u"Lumivara 1.1"_s) << "what the file lacks is as it was designed";
+    EXPECT_EQ(TreeName(), u"Paṭhama"_s) << "the tree keeps the names that it showed";
+    EXPECT_FALSE(window->close());
+    CheckBoxes({{QString(), QString()}});
+    End();
+    LangManager().ForgetLanguages();
+    Start();
+    EXPECT_EQ(Language().ItemIndex(), -1) << "a start knows two languages alone";
+    EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(0));
+}
+
 TEST_F(MainLanguage, ALanguageThatCannotBeReadIsToldAndChangesNothing)
 {
     AddLanguage(u"English.lng"_s, "LANGID=1033\n[frmMain]\n7=a\n7=b\n"); // after the other: its text counts

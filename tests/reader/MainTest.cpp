@@ -97,6 +97,18 @@ TEST_F(ReaderWindow, ClosingAsksAndStoresTheLastPassage)
     }
 }
 
+TEST_F(ReaderWindow, TheTraysExitAsksAndStoresNoPassage)
+{
+    StartOn();
+    GoTo(1201);
+    answers = {false, true};
+    Trigger("acExit");
+    Trigger("acExit");
+    EXPECT_EQ(Stored(u"LastKelora"_s), QVariant(1101));
+    EXPECT_EQ(RunApplication(), 0);
+    CheckBoxes(QList<Box>(2, {u"Thông báo"_s, u"Đồng ý thoát khỏi Lumivara?"_s}));
+}
+
 TEST_F(ReaderWindow, AsksOnceToQuitWhileTheQuestionIsOpen)
 {
     StartOn();
