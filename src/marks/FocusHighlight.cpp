@@ -180,7 +180,7 @@ TfrmFocusHighlight::Shown TfrmFocusHighlight::CurrentRow() const
 {
     const bool isPending = Marks().State() == DataSetState::Insert;
     return {m_openings, isPending ? Marks().RecordCount() : Marks().RecNo(),
-            Marks().FieldByName(excerptField).AsBytes()};
+            Marks().FieldByName(u"NIC_SUT"_s).AsInteger(), Marks().FieldByName(excerptField).AsBytes()};
 }
 
 void TfrmFocusHighlight::gtvFocusSelectionChanged()
@@ -232,7 +232,7 @@ void TfrmFocusHighlight::LocateText(int collection, int number)
 void TfrmFocusHighlight::bIsViewSuttaClick()
 {
     vIsViewSutta = ui->bIsViewSutta->isChecked();
-    if (vIsViewSutta && HasRow())
+    if (vIsViewSutta && Marks().Active())
         ViewHighLight();
 }
 
