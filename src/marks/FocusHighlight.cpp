@@ -4,6 +4,7 @@
 #include "marks/HtmlToPlainText.h"
 #include "marks/MarkCaptions.h"
 #include "marks/MarksFilter.h"
+#include "presentation/DKLang.h"
 #include "presentation/FontPolicy.h"
 #include "presentation/FormLanguage.h"
 #include "presentation/GlobalUnit.h"
@@ -63,7 +64,7 @@ TfrmFocusHighlight::TfrmFocusHighlight(QWidget *parent) : QWidget(parent), ui(st
     SetWindowFont(*this);
     ui->setupUi(this);
     GrowWithText(*this);
-    TranslateForm(*this);
+    AddFormTexts(*this)->Loaded(); // what fails is for who makes the window, and he says nothing
     ui->spltFocus->setStretchFactor(1, 1);
     ui->spltFocus->setSizes({GrownPixels(ListWidth), width() - GrownPixels(ListWidth)});
     move(screen()->availableGeometry().center() - rect().center());

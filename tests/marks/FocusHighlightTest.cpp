@@ -2,6 +2,7 @@
 
 #include "marks/FocusEdit.h"
 #include "marks/MarksWindow.h"
+#include "presentation/DKLang.h"
 #include "toolkit/CxGridDBTableView.h"
 #include "toolkit/LayoutItem.h"
 
@@ -71,7 +72,9 @@ protected:
 
 TEST_F(FocusHighlight, OpensOnceOnAnEmptyListAndStartsAnew)
 {
+    AddEnglish();
     Open(1101, 1);
+    LangManager().SetCurrentLanguage(1066);
     OpenMarks();
     EXPECT_EQ(form->size(), QSize(944, 602));
     EXPECT_FALSE(InMarks<QWidget>("lcLeftItemSuttaType").isVisible());
@@ -88,6 +91,12 @@ TEST_F(FocusHighlight, OpensOnceOnAnEmptyListAndStartsAnew)
     EXPECT_FALSE(Marks().Active());
     OpenMarks();
     EXPECT_FALSE(InMarks<QToolButton>("bIsViewSutta").isChecked());
+    form->close();
+    // What fails while it is made is passed over without a word.
+    LangManager().SetCurrentLanguage(1033);
+    AddLanguage(u"English.lng"_s, "LANGID=1033\n[frmFocusHighlight]\n1=a\n1=b\n");
+    Trigger("acOrganization");
+    EXPECT_FALSE(FindForm(u"frmFocusHighlight"_s));
     clients->vIsOKClients = false;
     EXPECT_TRUE(WaitFor([&] { return !Action("acOrganization").isEnabled(); }));
 }
