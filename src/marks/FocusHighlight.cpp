@@ -4,6 +4,7 @@
 #include "marks/HtmlToPlainText.h"
 #include "marks/MarkCaptions.h"
 #include "marks/MarksFilter.h"
+#include "presentation/DKLang.h"
 #include "presentation/FontPolicy.h"
 #include "presentation/FormLanguage.h"
 #include "presentation/GlobalUnit.h"
@@ -63,7 +64,7 @@ TfrmFocusHighlight::TfrmFocusHighlight(QWidget *parent) : QWidget(parent), ui(st
     SetWindowFont(*this);
     ui->setupUi(this);
     GrowWithText(*this);
-    TranslateForm(*this);
+    AddFormTexts(*this)->Loaded(); // what fails is for who makes the window, and he says nothing
     ui->spltFocus->setStretchFactor(1, 1);
     ui->spltFocus->setSizes({GrownPixels(ListWidth), width() - GrownPixels(ListWidth)});
     move(screen()->availableGeometry().center() - rect().center());
@@ -180,7 +181,7 @@ TfrmFocusHighlight::Shown TfrmFocusHighlight::CurrentRow() const
 {
     const bool isPending = Marks().State() == DataSetState::Insert;
     return {m_openings, isPending ? Marks().RecordCount() : Marks().RecNo(),
-            Marks().FieldByName(excerptField).AsBytes()};
+            Marks().FieldByName(u"NIC_SUT"_s).AsInteger(), Marks().FieldByName(excerptField).AsBytes()};
 }
 
 void TfrmFocusHighlight::gtvFocusSelectionChanged()
@@ -232,7 +233,7 @@ void TfrmFocusHighlight::LocateText(int collection, int number)
 void TfrmFocusHighlight::bIsViewSuttaClick()
 {
     vIsViewSutta = ui->bIsViewSutta->isChecked();
-    if (vIsViewSutta && HasRow())
+    if (vIsViewSutta && Marks().Active())
         ViewHighLight();
 }
 

@@ -34,6 +34,7 @@ private:
     {
         int opening = 0; ///< which opening of the dataset
         int row = -1;
+        int number = 0; ///< of its text: when a row is deleted, the next one takes its place
         QByteArray excerpt;
         bool operator==(const Shown &) const = default;
     };

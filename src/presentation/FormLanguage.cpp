@@ -5,9 +5,14 @@
 
 #include <QWidget>
 
+TDKLanguageController *AddFormTexts(QWidget &form)
+{
+    return new TDKLanguageController(&form, QStringLiteral(":/langdata/") + form.objectName());
+}
+
 TDKLanguageController *TranslateForm(QWidget &form)
 {
-    auto *controller = new TDKLanguageController(&form, QStringLiteral(":/langdata/") + form.objectName());
+    TDKLanguageController *controller = AddFormTexts(form);
     RunGuarded([controller] { controller->Loaded(); });
     return controller;
 }

@@ -29,7 +29,7 @@ QWidget *OpenForm(const QString &name, const std::function<QWidget *()> &create)
 {
     if (QWidget *form = FindForm(name)) {
         if (form->isMinimized())
-            form->setWindowState(form->windowState() & ~Qt::WindowMinimized);
+            form->setWindowState(Qt::WindowNoState);
         return form;
     }
     QWidget *form = create();

@@ -12,8 +12,8 @@ class QWidget;
 /// The open window of that name; null if there is none.
 QWidget *FindForm(const QString &name);
 
-/// Restores the window of that name if it is minimised and leaves it alone if it isn't; without one, `create` makes it,
-/// and it gets the name and is shown. The window. What `create` throws passes through.
+/// Gives the window of that name its normal size if it is minimised, else leaves it alone; without one, `create` makes
+/// it, and it gets the name and is shown. The window. What `create` throws passes through.
 QWidget *OpenForm(const QString &name, const std::function<QWidget *()> &create);
 
 /// Deletes every tool window, without close events. Called by the main window at its end.

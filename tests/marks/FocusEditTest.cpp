@@ -32,6 +32,7 @@ TEST_F(FocusEdit, ASelectionBecomesAMark)
     QByteArray shown;
     MarkAll([&](TfrmFocusEdit &editor) {
         EXPECT_EQ(editor.size(), QSize(734, 462));
+        EXPECT_EQ(In<QWidget>(editor, "pnContent").palette().color(QPalette::Window), QColor(0xF2, 0xF3, 0xF4));
         EXPECT_TRUE(WaitFor([&] { return Title(editor).hasFocus(); }));
         EXPECT_EQ(In<QComboBox>(editor, "edPriority").currentText(), u"Cao"_s);
         EXPECT_EQ(In<TdxLayoutItem>(editor, "lcFocusItemPriority").Caption(), u"Priority"_s);

@@ -2,6 +2,7 @@
 
 #include "marks/FocusEdit.h"
 #include "marks/MarksWindow.h"
+#include "presentation/DKLang.h"
 #include "toolkit/CxGridDBTableView.h"
 #include "toolkit/LayoutItem.h"
 
@@ -71,22 +72,31 @@ protected:
 
 TEST_F(FocusHighlight, OpensOnceOnAnEmptyListAndStartsAnew)
 {
+    AddEnglish();
     Open(1101, 1);
+    LangManager().SetCurrentLanguage(1066);
     OpenMarks();
     EXPECT_EQ(form->size(), QSize(944, 602));
     EXPECT_FALSE(InMarks<QWidget>("lcLeftItemSuttaType").isVisible());
     EXPECT_EQ(InMarks<TdxLayoutItem>("lcFocusItemTitle").Caption(), u"Title"_s);
     EXPECT_EQ(List().property("OptionsView.NoDataToDisplayInfoText"), u"Không có ghi chép nào!"_s);
     EXPECT_TRUE(Title().isReadOnly()) << "an edit makes no row";
-    form->showMinimized();
+    EXPECT_EQ(InMarks<QWidget>("pnFocus").palette().color(QPalette::Window), QColor(0xF2, 0xF3, 0xF4));
+    form->setWindowState(Qt::WindowMinimized | Qt::WindowMaximized);
     Trigger("acOrganization");
-    EXPECT_FALSE(form->isMinimized());
+    EXPECT_EQ(form->windowState(), Qt::WindowNoState);
     InMarks<QToolButton>("bIsViewSutta").click();
     QTimer::singleShot(0, form, &QWidget::close);
     EXPECT_TRUE(WaitFor([&] { return !form; }));
     EXPECT_FALSE(Marks().Active());
     OpenMarks();
     EXPECT_FALSE(InMarks<QToolButton>("bIsViewSutta").isChecked());
+    form->close();
+    // What fails while it is made is passed over without a word.
+    LangManager().SetCurrentLanguage(1033);
+    AddLanguage(u"English.lng"_s, "LANGID=1033\n[frmFocusHighlight]\n1=a\n1=b\n");
+    Trigger("acOrganization");
+    EXPECT_FALSE(FindForm(u"frmFocusHighlight"_s));
     clients->vIsOKClients = false;
     EXPECT_TRUE(WaitFor([&] { return !Action("acOrganization").isEnabled(); }));
 }
@@ -116,6 +126,10 @@ TEST_F(FocusHighlight, FiltersOnEachReleasedKey)
     Search(u"nothing"_s);
     EXPECT_EQ(Excerpt(), "<p>viet</p>");
     EXPECT_EQ(Title().text() + InMarks<QLabel>("edSuttaName").text(), u""_s);
+    // The toggle shows the current row anew, and there is none.
+    InMarks<QToolButton>("bIsViewSutta").click();
+    EXPECT_EQ(Excerpt(), "");
+    EXPECT_EQ(CurrentId(), 9971);
 }
 
 TEST_F(FocusHighlight, AChangeIsPostedWithANewKey)
@@ -193,6 +207,24 @@ TEST_F(FocusHighlight, TheToggleMovesTheReader)
     QTimer::singleShot(0, form, &QWidget::close);
     Key(Qt::Key_Down);
     EXPECT_TRUE(WaitFor([&] { return !form; }));
+}
+
+TEST_F(FocusHighlight, WhatFollowsADeletedMarkMovesTheReaderAlsoWithTheSameExcerpt)
+{
+    Open(9971);
+    const auto other = AnotherCopy();
+    AddMark(*other, u"first"_s, "<p>viet</p>", 1101);
+    AddMark(*other, u"second"_s, "<p>viet</p>", 1201);
+    OpenMarks();
+    InMarks<QToolButton>("bIsViewSutta").click();
+    EXPECT_TRUE(WaitFor([&] { return CurrentId() == 1101 && Browser().IsComplete(); }));
+    List().setFocus();
+    Pause(30);
+    answers = {true};
+    Press("bDelete");
+    TakeBox();
+    EXPECT_EQ(Titles(), u"second"_s);
+    EXPECT_TRUE(WaitFor([&] { return CurrentId() == 1201; }));
 }
 
 TEST_F(FocusHighlight, AMarkingInTheReaderShowsHereWhilePending)
