@@ -154,9 +154,7 @@ void TfrmDictionary::SetUpCommands()
 
 void TfrmDictionary::UpdateCommands()
 {
-    // Runs before each rest of the event loop: the engine's flag first, the text itself can be megabytes.
-    const TBrowserControl &page = *ui->ebContentWord;
-    const bool hasSelection = page.IsComplete() && (page.hasSelection() || !page.GetSelectedText().isEmpty());
+    const bool hasSelection = ui->ebContentWord->HasSelectedText();
     ui->acCopy->setEnabled(hasSelection);
     ui->acGotoWord->setEnabled(hasSelection);
 }

@@ -119,9 +119,7 @@ void TfrmFocusHighlight::SetUpCommands()
 
 void TfrmFocusHighlight::UpdateCommands()
 {
-    // The engine's flag first: after "select all" the text itself can be megabytes.
-    ui->acCopy->setEnabled(ui->ebFocusText->IsComplete() &&
-                           (ui->ebFocusText->hasSelection() || !ui->ebFocusText->GetSelectedText().isEmpty()));
+    ui->acCopy->setEnabled(ui->ebFocusText->HasSelectedText());
 }
 
 void TfrmFocusHighlight::showEvent(QShowEvent *event)

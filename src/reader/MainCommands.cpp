@@ -111,9 +111,7 @@ void TfrmMain::acOptionExecute()
 
 bool TfrmMain::HasSelection() const
 {
-    // The engine's flag first: after "select all" the text itself can be megabytes.
-    return ui->ebContent->IsComplete() &&
-           (ui->ebContent->hasSelection() || !ui->ebContent->GetSelectedText().isEmpty());
+    return ui->ebContent->HasSelectedText();
 }
 
 void TfrmMain::UpdateCommands()

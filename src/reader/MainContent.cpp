@@ -4,12 +4,26 @@
 #include "reader/PageComposer.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
+#include "stores/Registry.h"
 #include "toolkit/Doors.h"
 #include "toolkit/Guard.h"
 #include "ui_Main.h"
 
 #include <QScopedValueRollback>
 #include <QUrl>
+
+namespace {
+
+/// A choice that finds no place in the settings holds for this run all the same.
+void StoreSilently(const QString &option, int value)
+{
+    try {
+        frmKeloraDM->WriteOption(option, value);
+    } catch (const RegistryError &) {
+    }
+}
+
+} // namespace
 
 void TfrmMain::SetUpContent()
 {
@@ -68,7 +82,7 @@ void TfrmMain::SetContentLanguage(int mode)
         return;
     frmKeloraDM->vLanguageSutta = mode;
     ViewSutta(mode);
-    frmKeloraDM->WriteOption(QStringLiteral("LanguageSutta"), mode);
+    StoreSilently(QStringLiteral("LanguageSutta"), mode);
 }
 
 void TfrmMain::LanguageButtonClick(int mode)
@@ -85,7 +99,7 @@ void TfrmMain::EnableMargins(bool enabled)
 
 void TfrmMain::SetMarginWidth(int level)
 {
-    frmKeloraDM->WriteOption(QStringLiteral("MarginWidth"), level);
+    StoreSilently(QStringLiteral("MarginWidth"), level);
     frmKeloraDM->vMarginWidth = level;
     ViewSutta(frmKeloraDM->vLanguageSutta);
     ui->btnMarginWidth->setText(QString::number(level));

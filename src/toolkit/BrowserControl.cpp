@@ -32,6 +32,12 @@ int NextOwner()
     return ++lastOwner;
 }
 
+/// What a selection holds beside pictures, for each of which the engine puts a character of its own.
+QString WithoutPictures(QString text)
+{
+    return text.remove(QChar::ObjectReplacementCharacter);
+}
+
 QString LostPageText()
 {
     return InterfaceLang == 1 ? QStringLiteral("The page could not be shown: the browser engine ended twice on it.")
@@ -54,6 +60,7 @@ public:
     void ApplyZoom();
     QVariant Call(const QString &script);
     void FindStep(bool isBackward);
+    bool MayShowMenu() const { return showsMenuWithCtrl || !input->PressModifiers().testFlag(Qt::ControlModifier); }
 
     TBrowserControl *q;
     std::shared_ptr<BrowserProfile> profile = BrowserProfile::Shared();
@@ -69,6 +76,7 @@ public:
     bool isDark = false;
     /// What our scripts selected: a selection made by script does not reach the engine's cache.
     QString foundText;
+    bool isTextSelected = false; ///< in the engine's cache, as of its last change
     int zoomPercent = 100;
     bool showsMenuWithCtrl = false;
     quint64 number = 0; ///< of the page handed over last
@@ -86,7 +94,10 @@ TBrowserControl::Private::Private(TBrowserControl *control) : q(control)
     connect(page, &QWebEnginePage::loadingChanged, this, &Private::LoadingChanged);
     connect(page, &QWebEnginePage::renderProcessTerminated, this,
             [this] { QTimer::singleShot(0, this, [this] { RendererEnded(); }); });
-    connect(page, &QWebEnginePage::selectionChanged, this, [this] { foundText.clear(); });
+    connect(page, &QWebEnginePage::selectionChanged, this, [this] {
+        foundText.clear();
+        isTextSelected = !WithoutPictures(page->selectedText()).isEmpty();
+    });
     connect(page, &QWebEnginePage::urlChanged, this, &Private::AddressChanged);
 
     input = new BrowserInput(q);
@@ -100,7 +111,7 @@ TBrowserControl::Private::Private(TBrowserControl *control) : q(control)
             q->OnZoomWheel(steps);
     };
     input->OnMenuKey = [this](QPoint point) {
-        if (q->OnShowContextMenu)
+        if (MayShowMenu() && q->OnShowContextMenu)
             q->OnShowContextMenu(q->mapToGlobal(point));
     };
     input->OnFindKey = [this](bool isBackward) { FindStep(isBackward); };
@@ -120,6 +131,7 @@ void TBrowserControl::Private::ShowPage()
     isTold = false;
     isLost = false;
     foundText.clear();
+    isTextSelected = false;
     ++number;
     wait.Renew();
     InstallPageScripts(page->scripts(), {hostCss, isDark, source.size()});
@@ -233,7 +245,7 @@ TBrowserControl::TBrowserControl(QWidget *parent) : QWebEngineView(parent)
     setAcceptDrops(false);
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, d.get(), [this](const QPoint &point) {
-        if (d->input->PressModifiers().testFlag(Qt::ControlModifier) && !d->showsMenuWithCtrl)
+        if (!d->MayShowMenu())
             return;
         QTimer::singleShot(0, this, [this, screenPoint = mapToGlobal(point)] {
             RunGuarded([&] {
@@ -344,8 +356,13 @@ QString TBrowserControl::GetSelectedText() const
 {
     if (!d->isComplete)
         return {};
-    const QString selected = selectedText();
+    const QString selected = WithoutPictures(selectedText());
     return selected.isEmpty() ? d->foundText : selected;
+}
+
+bool TBrowserControl::HasSelectedText() const
+{
+    return d->isComplete && ((d->isTextSelected && hasSelection()) || !d->foundText.isEmpty());
 }
 
 QString TBrowserControl::GetSelectedHtml()

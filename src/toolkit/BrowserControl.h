@@ -56,8 +56,11 @@ public:
 
     void Copy();
     void SelectAll();
-    /// Plain text of the selection, from the engine's cache: cheap. Empty unless the page is complete.
+    /// Plain text of the selection, from the engine's cache: cheap. Empty unless the page is complete, and where only
+    /// pictures are selected.
     QString GetSelectedText() const;
+    /// Whether GetSelectedText() gives any, at no cost: after "select all" the text itself can be megabytes.
+    bool HasSelectedText() const;
     /// HTML of the selection as the engine serialises it. Waits for the engine, processing events.
     QString GetSelectedHtml();
     void ShowFindDialog();
@@ -89,7 +92,7 @@ public:
     std::function<bool(const QUrl &url)> OnBeforeNavigate2;
     std::function<void()> OnDocumentComplete;
     /// In place of the engine's own menu, by mouse or keyboard; the position in screen coordinates. Not called when
-    /// Ctrl was down at the press of the button, see SetShowsMenuWithCtrl().
+    /// Ctrl was down at the press of button or key, see SetShowsMenuWithCtrl().
     std::function<void(const QPoint &screenPoint)> OnShowContextMenu;
     /// On the press of the left or right button, despite its name; the control's coordinates.
     std::function<void(Qt::MouseButton, Qt::KeyboardModifiers, int x, int y)> OnClick;

@@ -91,6 +91,7 @@ bool BrowserInput::eventFilter(QObject *watched, QEvent *event)
 bool BrowserInput::KeyPressed(QKeyEvent *event)
 {
     if (IsMenuKey(*event)) {
+        m_pressModifiers = event->modifiers();
         Tell([this, point = MenuPoint()] {
             if (OnMenuKey)
                 OnMenuKey(point);

@@ -97,8 +97,9 @@ bool BrowserPage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
     return FollowLink(url, isMainFrame, type == NavigationTypeLinkClicked);
 }
 
-bool BrowserPage::FollowLink(const QUrl &url, bool isMainFrame, bool isByReader)
+bool BrowserPage::FollowLink(const QUrl &asked, bool isMainFrame, bool isByReader)
 {
+    const QUrl url = m_isAway ? asked : AddressAskedFor(asked); // no page of the web asks so
     const Navigation decision = DecideNavigation(url, false, isMainFrame, m_address);
     if (decision == Navigation::Load && !isMainFrame)
         return true;

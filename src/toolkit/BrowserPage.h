@@ -37,7 +37,7 @@ protected:
 private:
     void RefuseRequests();
     /// True where the engine shall go there itself.
-    bool FollowLink(const QUrl &url, bool isMainFrame, bool isByReader);
+    bool FollowLink(const QUrl &asked, bool isMainFrame, bool isByReader);
 
     QUrl m_address;
     bool m_isHostLoading = false;

@@ -227,6 +227,14 @@ void TDBTreeList::FollowCursor()
     setCurrentIndex(dataSet ? NodeOf(dataSet->RecNo()) : QModelIndex());
 }
 
+QItemSelectionModel::SelectionFlags TDBTreeList::selectionCommand(const QModelIndex &index, const QEvent *event) const
+{
+    // With Ctrl, or below the last node, the toolkit would take the selection off the node of the dataset's cursor.
+    const QItemSelectionModel::SelectionFlags flags = QTreeView::selectionCommand(index, event);
+    const bool takesOff = flags & (QItemSelectionModel::Deselect | QItemSelectionModel::Toggle);
+    return takesOff || !index.isValid() ? QItemSelectionModel::NoUpdate : flags;
+}
+
 void TDBTreeList::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     QTreeView::currentChanged(current, previous);

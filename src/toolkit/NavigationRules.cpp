@@ -15,6 +15,13 @@ bool IsPlaceInPage(const QUrl &url, const QUrl &page)
 
 } // namespace
 
+QUrl AddressAskedFor(const QUrl &url)
+{
+    if (!IsPageAddress(url) || url.host() != QLatin1StringView("dropped"))
+        return url;
+    return QUrl(QUrl::fromPercentEncoding(url.query(QUrl::FullyEncoded).toLatin1()));
+}
+
 Navigation DecideNavigation(const QUrl &url, bool isStartPage, bool isMainFrame, const QUrl &page)
 {
     // A frame loads by itself: whatever it names was asked for by nobody and must not reach the system's browser.

@@ -17,6 +17,10 @@ enum class Navigation {
 /// place in the page loads, and the rest is refused. In a frame everything is refused: frames load unasked.
 Navigation DecideNavigation(const QUrl &url, bool isStartPage, bool isMainFrame, const QUrl &page);
 
+/// The address that a navigation is meant for: itself, but for one of ours by which a script asks for an address that
+/// the engine would drop without asking.
+QUrl AddressAskedFor(const QUrl &url);
+
 /// Whether a page may request a resource. Of our pages only the page itself by our scheme and data addresses. Of the
 /// web what a page of the web names, and a page for the main frame: there the navigation was decided before.
 bool MayRequest(const QUrl &url, const QUrl &page, bool isForMainFrame);

@@ -1,5 +1,6 @@
 #include "reader/ReaderWindow.h"
 
+#include "support/FailingDisk.h"
 #include "toolkit/CxTextEdit.h"
 
 #include <QClipboard>
@@ -57,6 +58,23 @@ TEST_F(Content, TheMarginIsStoredShownAndOffAgainByTheButtonsBody)
     End();
     Start();
     EXPECT_EQ(Margin(), u"0"_s) << "the next run knows nothing of it";
+}
+
+TEST_F(Content, AChoiceThatCannotBeStoredHoldsWithoutAWord)
+{
+    for (const auto &[action, button, page] :
+         {std::tuple("acMarginWidth1", "", "<blockquote>\r<p>viet 1102</p>\r</blockquote>"),
+          {"", "btnPali", "<blockquote>\r<p>pali 1102</p>\r</blockquote>"},
+          {"", "btnVietPali", "<p>parallel 1102</p>"}}) {
+        FailingDisk full(2); // the key is there, the value finds no room
+        disk = &full;
+        *action ? Trigger(action) : Click(button);
+        disk = &RealSettingsDisk();
+        EXPECT_TRUE(full.Fired());
+        EXPECT_EQ(Page(), page);
+    }
+    EXPECT_EQ(Margin(), u"1"_s);
+    EXPECT_FALSE(Find<TcxButton>("btnMarginWidth").isEnabled());
 }
 
 TEST_F(Content, ZoomStepsAreStoredBeyondTheEnginesRange)

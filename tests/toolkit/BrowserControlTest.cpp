@@ -63,8 +63,17 @@ TEST_F(BrowserControl, SelectsAll)
     EXPECT_EQ(Control().GetSelectedText().simplified(), u"Phẩm một paṭhamo"_s);
     EXPECT_EQ(Control().GetSelectedHtml().remove(QRegularExpression(u"</?font[^>]*>"_s)),
               u"<p>Phẩm <b>một</b></p><p>paṭhamo</p>"_s);
+    EXPECT_TRUE(Control().HasSelectedText());
     Control().LoadFromString("<p>next");
     EXPECT_EQ(Control().GetSelectedText(), u""_s) << "a page that is not complete has no selection";
+    for (const auto &[before, text] : {std::pair(u""_s, u""_s), {u"a"_s, u"a"_s}}) {
+        Load(u"<p>%1<img width=9 src='data:image/gif;base64,R0lGODlhAQABAAAAACwAAAAAAQABAAACAkQBADs='>"_s.arg(before));
+        Control().SelectAll();
+        EXPECT_TRUE(WaitFor([&] { return Control().hasSelection(); }));
+        Pause(50); // the engine tells of a change a turn later
+        EXPECT_EQ(Control().GetSelectedText(), text) << "pictures are no text";
+        EXPECT_EQ(Control().HasSelectedText(), !text.isEmpty());
+    }
 }
 
 TEST_F(BrowserControl, SelectedHtmlKeepsWhatItsPartsNeed)
@@ -112,8 +121,9 @@ TEST_F(BrowserControl, CallsForTheMenuInPlaceOfTheEngine)
     EXPECT_TRUE(WaitFor([&] { return points.size() == 3; }));
     EXPECT_TRUE(points.contains(Control().mapToGlobal(QPoint(30, 40))));
     QTest::mouseClick(Input(), Qt::RightButton, Qt::ControlModifier, {30, 40});
+    QTest::keyClick(Input(), Qt::Key_Menu, Qt::ControlModifier);
     Pause(80);
-    EXPECT_EQ(points.size(), 3) << "Ctrl with the right button is another gesture";
+    EXPECT_EQ(points.size(), 3) << "Ctrl with the right button is another gesture, and with the key no gesture";
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 

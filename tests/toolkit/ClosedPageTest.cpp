@@ -141,6 +141,7 @@ TEST_F(ClosedPage, StaysWhereItIsWhateverLinkIsPressed)
         {u"mailto:a@example.org"_s, u"mailto:a@example.org"_s, u"mailto:a@example.org"_s},
         {u"other.htm"_s, {}, {}},
         {u"file:///etc/hostname"_s, {}, {}},
+        {u"file:///a/httpd x%C3%A9.htm"_s, u"file:///a/httpd x\u00E9.htm"_s, {}},
         {u"nowhere:thing"_s, {}, {}}};
     QStringList asked;
     Control().OnBeforeNavigate2 = [&](const QUrl &url) {

@@ -92,6 +92,14 @@ TEST_F(DBTreeList, FocusAndCursorFollowEachOther)
     EXPECT_EQ(rows.RecNo(), 2);
     QTest::keyClick(&tree, Qt::Key_Down);
     EXPECT_EQ(rows.RecNo(), 3);
+    // No gesture takes the selection off the row of the cursor.
+    const QPoint here = tree.visualRect(tree.currentIndex()).center();
+    for (const auto &[modifiers, point] : {std::pair(Qt::ControlModifier, here), {Qt::NoModifier, QPoint(50, 390)}}) {
+        QTest::mouseClick(tree.viewport(), Qt::LeftButton, modifiers, point);
+        EXPECT_TRUE(tree.selectionModel()->isSelected(tree.NodeOf(3)));
+    }
+    QTest::keyClick(&tree, Qt::Key_Space, Qt::ControlModifier);
+    EXPECT_TRUE(tree.selectionModel()->isSelected(tree.NodeOf(3)));
     // A node far away is brought into view.
     for (int number = 100; number < 400; ++number)
         Add(QString::number(number), u"2"_s);

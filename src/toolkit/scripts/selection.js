@@ -51,11 +51,18 @@
         return page.getSelection().toString();
     };
 
-    // The engine follows a link to an empty page without asking.
+    // The engine follows a link to an empty page without asking, and drops one to a file: of that our host is asked by an
+    // address that the engine does let through.
     addEventListener('click', (event) => {
         const link = event.composedPath().find((element) => element.localName === 'a' || element.localName === 'area');
         if (link && /^\s*about:/i.test(link.getAttribute('href') || ''))
             event.preventDefault();
+        if (!link || location.protocol !== 'lumivara:' || !/^(file|data):$/.test(link.protocol))
+            return;
+        event.preventDefault();
+        const asking = document.createElement('a');
+        asking.href = 'lumivara://dropped/?' + encodeURIComponent(link.href);
+        asking.click();
     }, true);
 
     function covers(node, offset, x, y) {
