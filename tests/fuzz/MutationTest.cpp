@@ -47,7 +47,7 @@ TEST_P(FuzzedParsers, TenThousandEndAsPromised)
     const QList<QByteArray> corpus = Corpus(GetParam());
     ASSERT_FALSE(corpus.isEmpty());
     Mutator mutator(corpus);
-    const long before = MostKilobytes();
+    [[maybe_unused]] const long before = MostKilobytes();
     for (const QByteArray &input : corpus)
         EXPECT_NO_THROW(target(input)) << input.left(200).toPercentEncoding().constData();
     for (int round = 0; round < 10'000 && !HasFailure(); ++round) {
