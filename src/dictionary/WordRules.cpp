@@ -146,7 +146,9 @@ WordKey MeaningOfWordKey(int key, const QString &text)
     // and an input method come as a text without a key.
     constexpr int firstWithoutCharacter = 0x01000000;
     const bool hasCharacter = key > 0 && key < firstWithoutCharacter;
-    const bool hasText = (key == 0 || key == Qt::Key_unknown) && !text.isEmpty() && text.front().isPrint();
+    // Its first unit may be half of a character, or a joiner that shows nothing.
+    const bool hasText =
+        (key == 0 || key == Qt::Key_unknown) && !text.isEmpty() && text.front().category() != QChar::Other_Control;
     return hasCharacter || hasText ? WordKey::Typing : WordKey::Nothing;
 }
 

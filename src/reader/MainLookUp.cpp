@@ -9,6 +9,7 @@
 #include "stores/Modules.h"
 #include "toolkit/Doors.h"
 #include "toolkit/Forms.h"
+#include "toolkit/Guard.h"
 #include "ui_Main.h"
 
 namespace {
@@ -41,6 +42,8 @@ void TfrmMain::LookUpWord(const std::function<QString()> &takeWord)
     // No look-up reports anything.
     try {
         const QString word = takeWord();
+        // Nor does the list, which fetches what it shows under a guard of its own.
+        const QuietGuards quiet;
         const bool isOpen = FindForm(dictionaryName);
         DictionaryKind = DictionaryKindOf(frmKeloraDM->vLanguageSutta, DictionaryKind);
         TfrmDictionary &dictionary = OpenDictionary();

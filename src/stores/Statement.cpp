@@ -75,6 +75,9 @@ public:
     }
 
     bool TextIsTooLong() const { return m_textIsTooLong; }
+    /// A text has more characters than its parameter, though no more bytes: whether that is too long depends on what
+    /// the engine turns it into, a procedure's own parameter or none.
+    bool TextHasTooManyCharacters() const { return m_textHasTooManyCharacters; }
     Firebird::IMessageMetadata *Layout() const { return m_metadata.get(); }
     void *Bytes() { return m_bytes.empty() ? nullptr : m_bytes.data(); }
 
@@ -98,6 +101,9 @@ private:
             text = value.typeId() == QMetaType::QByteArray ? value.toByteArray() : value.toString().toUtf8();
             const qsizetype most = IsText(type) ? m_declared->getLength(Status(), i) : LongestText;
             m_textIsTooLong |= text.size() > most;
+            m_textHasTooManyCharacters |=
+                IsText(type) &&
+                QString::fromUtf8(text).toUcs4().size() > most / BytesPerCharacter(m_declared->getCharSet(Status(), i));
         }
         m_texts.append(text);
         m_sent.push_back(sent);
@@ -173,6 +179,7 @@ private:
     std::vector<unsigned> m_sent;
     std::vector<unsigned char> m_bytes;
     bool m_textIsTooLong = false;
+    bool m_textHasTooManyCharacters = false;
 };
 
 struct Shape
@@ -287,10 +294,27 @@ bool Statement::OpenCursor(const TransactionHandle &transaction, const QList<QVa
     InputMessage input(m_input.get(), m_database, transaction, values);
     if (input.TextIsTooLong())
         return false;
-    m_cursor =
-        m_statement->openCursor(Status(), transaction->transaction, input.Layout(), input.Bytes(), m_output.get(), 0);
-    m_cursorTransaction = transaction;
-    return true;
+    m_hasLongText = input.TextHasTooManyCharacters();
+    const bool isOpen = TakesTexts([&] {
+        m_cursor = m_statement->openCursor(Status(), transaction->transaction, input.Layout(), input.Bytes(),
+                                           m_output.get(), 0);
+    });
+    if (isOpen)
+        m_cursorTransaction = transaction;
+    return isOpen;
+}
+
+template <typename Call>
+bool Statement::TakesTexts(const Call &call) const
+{
+    try {
+        call();
+        return true;
+    } catch (const DatabaseError &error) {
+        if (!m_hasLongText || error.EngineCode() != isc_arith_except)
+            throw;
+        return false;
+    }
 }
 
 bool Statement::Fetch()
@@ -299,7 +323,11 @@ bool Statement::Fetch()
         return false;
     if (!m_cursorTransaction->transaction)
         throw DatabaseError(u"The transaction of the open cursor has ended"_s);
-    if (m_cursor->fetchNext(Status(), m_message.data()) == Firebird::IStatus::RESULT_OK)
+    bool isThere = false;
+    const bool isTaken =
+        TakesTexts([&] { isThere = m_cursor->fetchNext(Status(), m_message.data()) == Firebird::IStatus::RESULT_OK; });
+    m_hasLongText = false;
+    if (isTaken && isThere)
         return true;
     CloseCursor();
     return false;

@@ -54,7 +54,8 @@ public:
     const QStringList &ParameterNames() const { return m_names; }
     const std::vector<Column> &Columns() const { return m_columns; }
 
-    /// Opens the cursor with a value for each place. False, and no cursor, when a text is longer than its parameter.
+    /// Opens the cursor with a value for each place. False, and no cursor, when a text is longer than its parameter;
+    /// the engine may tell so only at the first fetch, which then finds no row.
     bool OpenCursor(const TransactionHandle &transaction, const QList<QVariant> &values);
     /// Fetches one row into Message(); false at the end, after which the cursor is closed.
     bool Fetch();
@@ -68,9 +69,13 @@ public:
 
 private:
     void DescribeColumns();
+    /// Runs a call on the cursor; false if the engine refuses a text as too long.
+    template <typename Call>
+    bool TakesTexts(const Call &call) const;
 
     DatabaseHandle m_database;
     TransactionHandle m_cursorTransaction;
+    bool m_hasLongText = false; ///< the cursor, and it has given no row yet
     QString m_sql;
     QStringList m_names;
     PreparedStatement m_statement;

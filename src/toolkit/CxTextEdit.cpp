@@ -25,7 +25,7 @@ void TcxTextEdit::inputMethodEvent(QInputMethodEvent *event)
     QLineEdit::inputMethodEvent(event);
     if (!commits)
         return;
-    KeyDown(Qt::Key_unknown, text);
+    KeyDown(text.isEmpty() ? Qt::Key_Backspace : Qt::Key_unknown, text);
     KeyUp(Qt::Key_unknown);
 }
 

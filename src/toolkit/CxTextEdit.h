@@ -15,7 +15,8 @@ public:
     /// Runs under the general guard. The key is a Qt::Key.
     std::function<void(int key)> OnKeyUp;
     /// Before the edit takes a key that is pressed or held, under the general guard. `text` is what the key makes. A
-    /// text committed by an input method comes behind its change, as Qt::Key_unknown.
+    /// text committed by an input method comes behind its change, as Qt::Key_unknown; one that only takes away, as
+    /// Qt::Key_Backspace.
     std::function<void(int key, const QString &text)> OnKeyDown;
 
 protected:

@@ -6,8 +6,12 @@
 
 namespace {
 
+int quietGuards = 0;
+
 void Report(const QString &text)
 {
+    if (quietGuards > 0)
+        return;
     // Whatever a handler was waiting for has ended with it.
     ShowWaitCursor(false);
     Doors().messageBox(QStringLiteral("Lumivara 1.0"), text, BoxButtons::Ok, BoxIcon::Error);
@@ -31,4 +35,14 @@ bool RunGuarded(const std::function<void()> &handler)
         Report(QString::fromUtf8(error.what()));
     }
     return false;
+}
+
+QuietGuards::QuietGuards()
+{
+    ++quietGuards;
+}
+
+QuietGuards::~QuietGuards()
+{
+    --quietGuards;
 }

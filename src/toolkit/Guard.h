@@ -34,3 +34,14 @@ QMetaObject::Connection ConnectGuarded(const Sender *sender, Signal signal, QObj
     };
     return QObject::connect(sender, signal, context, std::move(guarded));
 }
+
+/// While one lives, guards swallow what they catch without a word: for a routine none of whose failures is told, those
+/// of controls that it makes fetch included. No events may be processed meanwhile.
+class QuietGuards
+{
+public:
+    QuietGuards();
+    QuietGuards(const QuietGuards &) = delete;
+    QuietGuards &operator=(const QuietGuards &) = delete;
+    ~QuietGuards();
+};

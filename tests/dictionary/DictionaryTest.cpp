@@ -128,6 +128,9 @@ TEST_F(Dictionary, ABurstOfKeysSearchesOnceAndOtherKeysNever)
     QCoreApplication::sendEvent(&Edit(), &commit);
     EXPECT_TRUE(WaitFor([&] { return searches == 2; }));
     EXPECT_TRUE(Words().isEmpty());
+    commit.setCommitString({}, -1, 1);
+    QCoreApplication::sendEvent(&Edit(), &commit);
+    EXPECT_TRUE(WaitFor([&] { return searches == 3; })) << "what an input method takes away counts, too";
 }
 
 TEST_F(Dictionary, KeysWalkTheListAndTheEntryComesWhenItRests)

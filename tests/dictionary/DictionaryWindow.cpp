@@ -14,6 +14,7 @@ set term ^ ;
 create procedure SP_GET_LIST_WORDS (A_DICT integer)
 returns (WORD_NAME varchar(63) character set unicode_fss, DICT_TYPE integer) as begin
     for select NAME, KIND from WORDS where KIND = :A_DICT order by NUM into :WORD_NAME, :DICT_TYPE do suspend;
+    if (A_DICT = 4) then exception BAD_WORD;
 end^
 create procedure SP_GET_WORD_CONTENT (DICT_TYPE integer, WORD_NAME varchar(63) character set unicode_fss,
     MULTI_DICT integer)
@@ -49,7 +50,8 @@ insert into WORDS values (1, 1, 'dog', '@dog <a id=a href="https://example.org/d
 insert into WORDS values (1, 2, 'dogma', '- belief'); insert into WORDS values (1, 3, 'english', '- Anh');
 insert into WORDS values (2, 1, 'bus', '- xe'); insert into WORDS values (2, 2, 'chó', '- dog');
 insert into WORDS values (2, 3, 'đạo', '- path'); insert into WORDS values (2, 4, 'Đạo Phật', '- teaching');
-insert into WORDS values (3, 1, 'chien', '- con chó'); insert into WORDS values (5, 1, 'dhamma', '- pháp');
+insert into WORDS values (3, 1, 'chien', '- con chó'); insert into WORDS values (4, 1, 'chó', '- chien');
+insert into WORDS values (5, 1, 'dhamma', '- pháp');
 insert into WORDS values (5, 2, 'nibbāna', '- tịch tịnh');
 insert into WORDS values (5, 3, 'Nibbānapura', '- thành phố'); insert into WORDS values (5, 4, 'nil', null);
 insert into WORDS values (5, 5, 'gone', '- unread'); insert into WORDS values (5, 6, 'bad', '- unread');

@@ -5,7 +5,7 @@
 
 /// The reader with a small dictionary beside its canon, and the dictionary's window over it. Words of the dictionary
 /// that stand for faults: "nil" has a null entry, "gone" none at all, "bad" makes its procedure fail; a test for a word
-/// "null", "none" or "bad" gives null, no row, or fails.
+/// "null", "none" or "bad" gives null, no row, or fails; the list of kind 4 fails behind its one word.
 class DictionaryWindow : public ReaderWindow
 {
 protected:

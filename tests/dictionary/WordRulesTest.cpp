@@ -41,8 +41,11 @@ TEST(WordKeys, TypingIsWhatMakesACharacter)
                                            {Qt::Key_Backspace, u"\b"_qs},
                                            {Qt::Key_Delete, u"\u007F"_qs},
                                            {0x1EA0, u"ạ"_qs},
-                                           {0, u"ā"_qs}};
+                                           {0, u"ā"_qs},
+                                           {0, u"\U00011005"_qs},
+                                           {Qt::Key_unknown, u"\u200D"_qs}};
     const std::pair<int, QString> nothing[]{{0, {}},
+                                            {0, u"\u0016"_qs},
                                             {Qt::Key_Enter, u"\r"_qs},
                                             {Qt::Key_Insert, {}},
                                             {Qt::Key_Tab, u"\t"_qs},

@@ -147,6 +147,10 @@ TEST_F(LookUp, FailsWithoutAWordAndGivesTheCursorBack)
         FindDictionary();
         EXPECT_EQ(Edit().text(), u"bad"_s);
     }
+    kelora->vLanguageSutta = 10;
+    DictionaryKind = 4;
+    Trigger("acGetWord");
+    EXPECT_EQ(Word(), u"chó"_s) << "the rest of the list can't be fetched";
     form->close();
     dictionary->dbDictionary.SetConnected(false);
     LookUpAt();
