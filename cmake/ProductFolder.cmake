@@ -6,9 +6,14 @@ find_path(FIREBIRD_ROOT plugins/libEngine12.so PATHS /usr/lib/${CMAKE_LIBRARY_AR
 
 file(MAKE_DIRECTORY ${LUMIVARA_PRODUCT_DIR}/firebird)
 file(CREATE_LINK ${FBCLIENT_REAL} ${LUMIVARA_PRODUCT_DIR}/libfbclient.so.2 SYMBOLIC)
-foreach(part intl plugins plugins.conf firebird.msg)
+foreach(part plugins plugins.conf firebird.msg)
     file(CREATE_LINK ${FIREBIRD_ROOT}/${part} ${LUMIVARA_PRODUCT_DIR}/firebird/${part} SYMBOLIC)
 endforeach()
+# A copy: behind a link the engine loads its character sets and then does not find them by the name that it knows.
+if(IS_SYMLINK ${LUMIVARA_PRODUCT_DIR}/firebird/intl)
+    file(REMOVE ${LUMIVARA_PRODUCT_DIR}/firebird/intl)
+endif()
+configure_file(${FIREBIRD_ROOT}/intl/libfbintl.so ${LUMIVARA_PRODUCT_DIR}/firebird/intl/libfbintl.so COPYONLY)
 configure_file(cmake/firebird.conf ${LUMIVARA_PRODUCT_DIR}/firebird/firebird.conf COPYONLY)
 
 # Language files are found beside the executable.

@@ -11,6 +11,8 @@
 #include <QAbstractItemView>
 #include <QStyle>
 
+#include <algorithm>
+
 namespace {
 
 QString SkinFilePath()
@@ -41,7 +43,7 @@ void TfrmMain::ApplyStoredSkin()
         InterfaceDM->SkinLookAndFeel->GroupOptions().SetFont(font);
         InterfaceDM->SkinLookAndFeel->ItemOptions().SetFont(font);
     }
-    bcbInterface->SetItemIndex(GlobalActiveStyle > 0 ? GlobalActiveStyle - 1 : -1);
+    bcbInterface->SetItemIndex(std::max(GlobalActiveStyle, -1) - 1);
 }
 
 void TfrmMain::bcbInterfaceChange()

@@ -321,26 +321,29 @@ void TpFIBDataSet::BlobInto(int row, int field, QByteArray &buffer) const
     const int column = m_cursor->columnOfField[static_cast<size_t>(field)];
     const QVariant value = m_cursor->rows.Value(row, column);
     if (value.canConvert<BlobId>())
-        ReadStored(value.value<BlobId>(), buffer);
+        ReadStored(value.value<BlobId>(), column, buffer);
     else
         buffer = value.typeId() == QMetaType::QByteArray ? value.toByteArray() : FieldText(value).toUtf8();
 }
 
-void TpFIBDataSet::ReadStored(const BlobId &id, QByteArray &buffer) const
+void TpFIBDataSet::ReadStored(const BlobId &id, int column, QByteArray &buffer) const
 {
     if (!m_cursor->database->attachment || !m_cursor->transaction->transaction)
         throw DatabaseError(u"%1: the transaction has ended"_s.arg(objectName()));
     ReadBlob(m_cursor->database, m_cursor->transaction, id, buffer);
+    if (m_cursor->select->Columns()[static_cast<size_t>(column)].isText)
+        JoinSurrogates(buffer);
 }
 
 QVariant TpFIBDataSet::ValueAt(int row, int field) const
 {
     if (row < 0 || row >= m_cursor->rows.Count())
         return {};
-    QVariant value = m_cursor->rows.Value(row, m_cursor->columnOfField[static_cast<size_t>(field)]);
+    const int column = m_cursor->columnOfField[static_cast<size_t>(field)];
+    QVariant value = m_cursor->rows.Value(row, column);
     if (value.canConvert<BlobId>()) {
         QByteArray bytes;
-        ReadStored(value.value<BlobId>(), bytes);
+        ReadStored(value.value<BlobId>(), column, bytes);
         value = bytes;
     }
     if (!value.isValid())

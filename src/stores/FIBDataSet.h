@@ -84,7 +84,7 @@ private:
     struct Cursor;
     class MasterLink;
 
-    void ReadStored(const BlobId &id, QByteArray &buffer) const;
+    void ReadStored(const BlobId &id, int column, QByteArray &buffer) const;
     void MatchFieldsToColumns();
     QList<QVariant> SelectValues() const;
     bool MasterIsMissing() const;

@@ -16,6 +16,10 @@ enum class FieldType { Integer, SmallInt, DateTime, WideString, Blob };
 /// Characters of UTF-8, a leading U+FEFF included: the toolkit's own conversion takes that for a mark and drops it.
 QString FromUtf8(QByteArrayView bytes);
 
+/// Joins the halves of characters above U+FFFF, three bytes each, into UTF-8: so the engine parts them on the way from
+/// a UTF8 column to a connection of UNICODE_FSS.
+void JoinSurrogates(QByteArray &text);
+
 /// Characters of a field's value: bytes are UTF-8, a moment is in the locale's short form; empty for null.
 QString FieldText(const QVariant &value);
 

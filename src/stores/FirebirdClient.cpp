@@ -123,7 +123,9 @@ FirebirdClient &FirebirdClient::Load(const QString &libraryPath, const QString &
         lockFolder = PrivateLockFolder();
         MakeFolder(lockFolder, 0700);
     }
-    qputenv("FIREBIRD", QFile::encodeName(QFileInfo(libraryPath).absolutePath() + u"/firebird"_s));
+    // Without links on the way, behind which the engine does not find all its character sets.
+    const QFileInfo root(QFileInfo(libraryPath).absolutePath() + u"/firebird"_s);
+    qputenv("FIREBIRD", QFile::encodeName(root.exists() ? root.canonicalFilePath() : root.filePath()));
     qputenv("FIREBIRD_LOCK", QFile::encodeName(lockFolder));
     qputenv("FIREBIRD_TMP", QFile::encodeName(QDir::tempPath()));
     TheClient().reset(new FirebirdClient(masterFunction(), lockFolder, shared));

@@ -248,7 +248,13 @@ void RowStore::Encode(const unsigned char *message)
             const unsigned char *text = value + sizeof length;
             while (column.padded && length > 0 && text[length - 1] == ' ')
                 --length;
-            PutText(text, length);
+            if (std::memchr(text, 0xED, length)) {
+                QByteArray whole(reinterpret_cast<const char *>(text), length);
+                JoinSurrogates(whole);
+                PutText(whole.constData(), static_cast<quint16>(whole.size()));
+            } else {
+                PutText(text, length);
+            }
             break;
         }
         case ColumnKind::Small:

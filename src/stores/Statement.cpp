@@ -280,6 +280,7 @@ void Statement::DescribeColumns()
         column.size = column.kind == ColumnKind::Text
                           ? static_cast<int>(length) / BytesPerCharacter(native->getCharSet(Status(), i))
                           : 0;
+        column.isText = column.kind == ColumnKind::Blob && native->getSubType(Status(), i) == isc_blob_text;
         column.padded = (native->getType(Status(), i) & ~1U) == SQL_TEXT;
         column.offset = m_output->getOffset(Status(), i);
         column.nullOffset = m_output->getNullOffset(Status(), i);

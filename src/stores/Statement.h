@@ -29,6 +29,7 @@ struct Column
     ColumnKind kind;
     FieldType fieldType;
     int size;    ///< characters of a text, else 0
+    bool isText; ///< a blob of characters
     bool padded; ///< a text that the engine fills with blanks up to its size
     unsigned offset;
     unsigned nullOffset;

@@ -22,11 +22,12 @@ void TBarCombo::AddItem(const QString &text)
 
 void TBarCombo::SetItemIndex(int index)
 {
-    const int before = currentIndex();
+    if (index == currentIndex())
+        return;
     {
         const QSignalBlocker quiet(this);
         setCurrentIndex(index >= 0 && index < count() ? index : -1);
     }
-    if (currentIndex() != before && OnChange)
+    if (OnChange)
         OnChange();
 }

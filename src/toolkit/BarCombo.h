@@ -16,7 +16,8 @@ public:
     /// Appends an item; the chosen one stays, none included.
     void AddItem(const QString &text);
     int ItemIndex() const { return currentIndex(); }
-    /// Chooses an item, none (-1) for an index without an item. OnChange runs if that is another one than before.
+    /// Chooses an item, none (-1) for an index without an item. OnChange runs if the index asked for is another one
+    /// than before, also where no item has it.
     void SetItemIndex(int index);
 
     std::function<void()> OnChange;

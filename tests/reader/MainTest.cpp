@@ -60,13 +60,15 @@ TEST_F(ReaderWindow, AFirstStartReadsPaliAndStoresTheInterfaceLanguage)
 
 TEST_F(ReaderWindow, AnInterfaceLanguageWithoutAFileFallsBackToTheDefault)
 {
-    StartOn(1101, 1, 1);
+    StartOn(1001, 1, 1);
     EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(0));
+    EXPECT_THAT(Page(), testing::HasSubstr("Phân tích giới")) << "before the first page is composed";
 }
 
 TEST_F(ReaderWindow, AFullDiskAtTheStartIsToldAndTheReaderWorks)
 {
     StoreDefaults(1, 1101);
+    Store(u"GlobalActiveStyle"_s, 0);
     FailingDisk full(2, FailingDisk::Lasting::ForGood); // the folder is there, the value finds no room
     disk = &full;
     Start();

@@ -114,6 +114,32 @@ TEST_F(StoreTest, ColumnsArriveByType)
     }
 }
 
+TEST_F(StoreTest, TextsOfEveryCharacterSetArriveWhole)
+{
+    RunScript(database, u"create table T (U varchar(9) character set utf8, W varchar(9) character set win1258,"
+                        " F varchar(9) character set unicode_fss, T blob sub_type text character set utf8, R blob);"_s);
+    const auto connectBy = [this](const QString &characterSet) {
+        database.SetConnected(false);
+        database.SetCharSet(characterSet);
+        database.SetConnected(true);
+        transaction.SetActive(true);
+    };
+    const QString text = u"ṭ\U0001F600 \U0010FFFD한x"_s;
+    connectBy(u"UTF8"_s);
+    RunScript(database, u"insert into T values ('%1', 'é', '%1', '%1%1', x'EDA0BDEDB880');"_s.arg(text));
+    connectBy(u"UNICODE_FSS"_s);
+    TpFIBDataSet query;
+    Use(query, u"select U, W, F, T, R from T"_s);
+    query.Open();
+    QList<QByteArray> values;
+    for (const auto &field : query.Fields())
+        values.append(field->AsBytes());
+    const QByteArray bytes = text.toUtf8();
+    EXPECT_EQ(values, (QList{bytes, u"é"_s.toUtf8(), bytes, bytes + bytes, "\xED\xA0\xBD\xED\xB8\x80"_ba}))
+        << "what is no text stays as it is";
+    EXPECT_TRUE(query.Locate(u"U"_s, text));
+}
+
 class ParametersTest : public StoreTest
 {
 protected:

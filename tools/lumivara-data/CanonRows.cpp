@@ -85,5 +85,7 @@ QByteArray CanonRows::Page(int column) const
     QByteArray bytes;
     ReadBlob(m_file.Database().Attachment(), m_file.Transaction().Native(), m_row.Value(0, column).value<BlobId>(),
              bytes);
+    if (m_texts->Columns()[static_cast<size_t>(column)].isText)
+        JoinSurrogates(bytes);
     return bytes.isNull() ? QByteArray("") : bytes;
 }
