@@ -94,9 +94,10 @@ TEST(Tool, AFailureEndsAVerbWithItsMessage)
          }},
         {u"long-verb", u"ends", [](const QStringList &, Console &) -> int { throw std::bad_alloc(); }},
     };
-    for (const auto &[word, code, told] : {std::tuple(u"fail"_s, 2, "tool: Đích.FDB: is full\n"),
-                                           {u"long-verb"_s, 2, "tool: "},
-                                           {u"--help"_s, 0, "  fail       fails\n  long-verb  ends\n"}}) {
+    for (const auto &[word, code, told] :
+         {std::tuple(u"fail"_s, 2, "tool: Đích.FDB: is full\n"),
+          {u"long-verb"_s, 2, "tool: "},
+          {u"--help"_s, 0, "  fail       fails\n  report     fails on its way\n  long-verb  ends\n"}}) {
         const Written run =
             Reported({}, [&, &word = word](Report &, Console &console) { return RunTool(verbs, {word}, console); });
         EXPECT_EQ(run.code, code) << told;
