@@ -82,16 +82,35 @@ TEST(Tool, AFailureEndsAVerbWithItsMessage)
 {
     static constexpr Verb verbs[] = {
         {u"fail", u"fails", [](const QStringList &, Console &) -> int { throw ToolError(u"Đích.FDB: is full"_s); }},
+        {u"report", u"fails on its way",
+         [](const QStringList &arguments, Console &console) -> int {
+             Report report(console);
+             QCommandLineParser parser;
+             Report::AddOptions(parser);
+             parser.parse(QStringList{u"tool"_s} + arguments);
+             report.TakeOptions(parser);
+             report.Find(u"a:1"_s, u"bad"_s);
+             throw ToolError(u"is full"_s);
+         }},
         {u"long-verb", u"ends", [](const QStringList &, Console &) -> int { throw std::bad_alloc(); }},
     };
-    for (const auto &[word, code, told] : {std::tuple(u"fail"_s, 2, "tool: Đích.FDB: is full\n"),
-                                           {u"long-verb"_s, 2, "tool: "},
-                                           {u"--help"_s, 0, "  fail       fails\n  long-verb  ends\n"}}) {
+    for (const auto &[word, code, told] :
+         {std::tuple(u"fail"_s, 2, "tool: Đích.FDB: is full\n"),
+          {u"long-verb"_s, 2, "tool: "},
+          {u"--help"_s, 0, "  fail       fails\n  report     fails on its way\n  long-verb  ends\n"}}) {
         const Written run =
             Reported({}, [&, &word = word](Report &, Console &console) { return RunTool(verbs, {word}, console); });
         EXPECT_EQ(run.code, code) << told;
         EXPECT_THAT(run.output + run.errors, testing::HasSubstr(told));
     }
+    // Who reads JSON gets some, with what was found until then.
+    const Written json = Reported({}, [&](Report &, Console &console) {
+        return RunTool(verbs, {u"report"_s, u"--json"_s}, console);
+    });
+    const QJsonDocument told = QJsonDocument::fromJson(QByteArray::fromStdString(json.output));
+    EXPECT_EQ(told[u"error"_s].toString() + told[u"findings"_s][0][u"place"_s].toString(), u"is fulla:1"_s)
+        << json.output;
+    EXPECT_EQ(json.errors, "tool: is full\n");
 }
 
 /// Each in a process of its own, because an interrupt is remembered.

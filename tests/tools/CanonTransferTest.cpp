@@ -1,5 +1,6 @@
 #include "presentation/GlobalUnit.h"
 #include "stores/ClientsDM.h"
+#include "support/FullDisk.h"
 #include "tools/ToolSupport.h"
 
 #include <QFile>
@@ -76,6 +77,17 @@ TEST_F(CanonTransfer, SegmentedTextsBecomePagesAndAParallelTable)
     EXPECT_EQ(Ask(Canon, key), before);
 }
 
+TEST_F(CanonTransfer, ATextWithoutARootStandsAmongItsOwn)
+{
+    PutSegmented();
+    Put(u"source/translation/en/bo/middle/m2_translation-en-bo.json"_s, R"({"m2:0.1":"Two","m2:1.0":"Sub"})");
+    Put(u"source/html/pli/ms/middle/m2_html.json"_s,
+        R"({"m2:0.1":"<header><h1>{}</h1></header>","m2:1.0":"<h2>{}</h2>"})");
+    Run(0, ImportSource);
+    EXPECT_EQ(Ask(Canon, "select NAME_VIT_VIE from KELORA_TREE order by ID_VIT"), "long|middle");
+    EXPECT_EQ(Ask(Canon, "select NAME_VIC_PAL, ID_VIT from KELORA_CONTENT where NUMBER_VIC = 4"), "Two,2");
+}
+
 TEST_F(CanonTransfer, WhatIsNotTakenIsToldWithItsPlace)
 {
     PutSegmented();
@@ -131,6 +143,14 @@ TEST_F(CanonTransfer, AFolderOfPagesIsTakenByItsTable)
     EXPECT_THAT(Page("ENG", 1), HasSubstr("<h1>Head</h1>\n<p><em>a</em> <a>b</a> </p>"));
 }
 
+TEST_F(CanonTransfer, ATableOfJsonAndKeysAtTheEndOfTheNumbers)
+{
+    Put(u"source/canon.json"_s, R"({"groups":[{"key":2147483647,"pali":"G"}],"texts":[7,{"key":5,"pali":"T"}]})");
+    ExpectParts(Run(1, ImportSource), {"canon.json: text 1: is no object; not taken",
+                                       "group 2147483647: 1000 + ID_VIT is 2147484647, more than a number can be"});
+    EXPECT_EQ(Ask(Canon, "select ID_VIC, ID_VIT from KELORA_CONTENT"), "5,1");
+}
+
 TEST_F(CanonTransfer, AnImportOfAnExportGivesTheSameRows)
 {
     QFile::copy(ProductFolder() + u"KELORA.FDB"_s, Path(u"SAMPLE.FDB"_s));
@@ -168,8 +188,13 @@ TEST_F(CanonTransfer, AFailureLeavesTheOldFileAndForeignFolders)
     Put(u"mine/notes.txt"_s, "mine");
     Put(u"broken/canon.csv"_s, "kind,pali\ntext,\"open\n");
     Put(u"nonsense.fdb"_s, QByteArray(100000, 'x'));
-    for (const std::string &source : {"broken"s, "nonsense.fdb"s, "none"s})
-        EXPECT_THAT(Run(2, "import canon --into K.FDB " + source), HasSubstr(source));
+    Put(u"empty/root/a.json"_s, "{\"a:1\":[]}");
+    for (const std::string &source : {"broken"s, "nonsense.fdb"s, "none"s, "empty"s})
+        EXPECT_THAT(Run(2, "import canon --into K.FDB " + source), HasSubstr(source == "empty" ? "a.json:1" : source));
+    QFile::setPermissions(Path(Canon), QFile::ReadOwner);
+    EXPECT_THAT(Run(2, ImportSource), HasSubstr("K.FDB: is read-only"));
+    EXPECT_EQ(::mkfifo(qPrintable(Path(u"pipe"_s)), 0600), 0);
+    EXPECT_THAT(Run(2, "import canon source --into pipe"), HasSubstr("pipe: is no regular file"));
     Run(2, "import canon source --into K.FDB --client K.FDB"); // no file of marks
     Run(2, "import canon source --into K.FDB --repair");
     Run(2, "export canon --file K.FDB --out mine");
@@ -197,6 +222,10 @@ TEST_F(CanonTransfer, ACopyIsCheckedAndMendedOnlyWhenAsked)
                                      "text 1500 of group 1: CONTENT_VIC_PAL names no charset\n"
                                      "text 1600 of group 3: CONTENT_VIC_ENG names the charset windows-1258\n"
                                      "3 groups, 2 texts: 8 findings\n");
+    {
+        const FullDisk full(1'000'000);
+        EXPECT_THAT(Run(2, "import canon K.FDB --into COPY.FDB"), HasSubstr("COPY.FDB.part: there is no room left"));
+    }
     Run(1, "import canon K.FDB --into COPY.FDB");
     EXPECT_FALSE(Names().contains(u"COPY.FDB"_s));
     EXPECT_THAT(Run(0, "import canon K.FDB --into COPY.FDB --repair"),

@@ -20,6 +20,16 @@ TEST_F(CheckVerb, TheSamplesAreClean)
     EXPECT_THAT(Run(0, "check", {ProductFolder() + u"PALIDICT.FDB"_s}), testing::EndsWith(" words: nothing wrong\n"));
 }
 
+TEST_F(CheckVerb, AnOutputThatDoesNotArriveIsAFailure)
+{
+    QProcess process;
+    process.setStandardOutputFile(u"/dev/full"_s);
+    Start(process, "check", {ProductFolder() + u"TARUNECLIENT.FDB"_s});
+    EXPECT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitCode(), 2);
+    EXPECT_EQ(process.readAllStandardError(), "lumivara-data: the standard output cannot be written\n");
+}
+
 /// A dictionary with tables of its own, and a fault of each kind.
 const char16_t ForeignDictionary[] = uR"(
 create table MUC_TU (K integer, N integer, W varchar(80) character set UNICODE_FSS, C blob sub_type 0);

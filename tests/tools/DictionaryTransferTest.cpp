@@ -3,6 +3,7 @@
 #include "tools/ToolSupport.h"
 
 #include <QFile>
+#include <QStringEncoder>
 
 #include <sys/stat.h>
 
@@ -105,6 +106,8 @@ TEST_F(DictionaryTransfer, StarDictIsTakenAsFarAsItIsSound)
         {{.words = {A, {QByteArray(64, 'x'), "B"}}}, "has 64 characters, more than 63", a},
         {{.words = {A, {"", "B"}, {" ", "C"}}}, "d.idx:2: the word is empty", a},
         {{.words = {A, {"\xE9", "B"}, {"c", "\xE9"}}}, "d.idx:3: the entry is not UTF-8 at byte 3", a},
+        {{.words = {A, {"\xE9", "x"}, {"b", "", 2, 1}}}, "d.idx:2: the word is not UTF-8", a + b},
+        {{.words = {A, {"b", "\xE9"}, {"c", "", 2, 1}}}, "d.idx:3: has the entry of another word that was left out", a},
         {{.words = {{"a\x01", "A+\x02"}}}, "~control characters", a},
         {{.words = {A}, .forms = {{"c", 7}}}, "d.syn:1: there is no word 8", a},
         {{.words = {A}, .moreDescription = "wordcount=3\n"}, "has 1 words where the description tells 3", a},
@@ -119,6 +122,20 @@ TEST_F(DictionaryTransfer, StarDictIsTakenAsFarAsItIsSound)
                     HasSubstr(row.told.substr(isSound ? 1 : 0)));
         EXPECT_EQ(WordsOf("5"), row.words);
         Run(0, "check P.FDB");
+    }
+}
+
+TEST_F(DictionaryTransfer, TextsAreTakenByTheirLinesAndTheirEncoding)
+{
+    Put(u"s.tsv"_s, QByteArray("\\\\b\tx\r\na\0b\ty\nc\tz\0\n", 18));
+    EXPECT_EQ(Import(1, "s.tsv"), "s.tsv:2: holds a zero byte, so it is no UTF-8; left out\n"
+                                  "s.tsv:3: holds a zero byte, so it is no UTF-8; left out\n");
+    EXPECT_EQ(WordsOf("5"), "\\b,x");
+    for (const char *const encoding : {"UTF-8", "UTF-16LE", "UTF-16BE"}) {
+        QStringEncoder encode(encoding);
+        Put(u"m.txt"_s, encode(u"\uFEFF% ā\r\n- x\r\n"_s));
+        Import(0, "m.txt", "--kind 5 --replace");
+        EXPECT_EQ(WordsOf("5"), "ā,- x") << encoding;
     }
 }
 
@@ -171,8 +188,12 @@ TEST_F(DictionaryTransfer, WhatDoesNotGetToItsEndLeavesTheOldFile)
     }
     EXPECT_EQ(Bytes(File), before);
     EXPECT_EQ(Unfinished(), QStringList());
-    for (const auto &[stage, isKilled] :
-         {std::pair("keeping dictionary 8", false), {"storing words", false}, {"storing words", true}}) {
+    // A process that was killed at its begin.
+    Put(u"P.FDB.part.lock"_s, "");
+    for (const auto &[stage, isKilled] : {std::pair("keeping dictionary 8", false),
+                                          {"storing words", false},
+                                          {"keeping dictionary 8", true},
+                                          {"storing words", true}}) {
         const std::string told = Stopped(isKilled, stage, "import dictionary w.tsv --kind 5 --into P.FDB");
         EXPECT_EQ(told.find("interrupted") == std::string::npos, isKilled) << stage;
         EXPECT_EQ(Bytes(File), before) << stage;
@@ -181,6 +202,9 @@ TEST_F(DictionaryTransfer, WhatDoesNotGetToItsEndLeavesTheOldFile)
     Import(0, "w.tsv"); // what a killed one has left is in nobody's way
     EXPECT_EQ(Unfinished(), QStringList());
     EXPECT_EQ(Ask(File, "select count(*) from SP_GET_LIST_WORDS(5)"), "30000");
+    m_environment = QProcess::systemEnvironment() + QStringList{u"TMPDIR="_s + Path()};
+    Stopped(false, "dictionary 5", "check P.FDB");
+    EXPECT_EQ(Names().filter(u"lumivara-data"_s), QStringList());
 }
 
 } // namespace

@@ -1,5 +1,8 @@
 #include "presentation/LangData.h"
+#include "support/FullDisk.h"
 #include "tools/ToolSupport.h"
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using testing::HasSubstr;
@@ -132,7 +135,11 @@ TEST_F(LanguageTables, AFreshFileNeedsNothingButTranslating)
               "LANGID=1036\n\n[frmSmall]\n; frmSmall.Caption\n00000001=Cửa sổ\n; btnGo.Caption\n00000002=&Đi\n"
               "; btnGo.Hint\n00000003=Đi ngay\\nhôm nay\n; cbLevel.Properties.Items\n00000004=Cao\\nThấp\n"
               "; acGo.Tags\n00000006=a\\nb\n");
-    Run(0, "fresh 1036 French.lng");
+    {
+        const FullDisk full(100);
+        Run(2, "fresh 1036 French.lng");
+    }
+    Run(0, "fresh 1036 French.lng"); // no half of one is in the way
     Run(0, "check French.lng");
     EXPECT_EQ(Run(0, "list --untranslated French.lng"), "");
     Put(u"French.lng"_s, "LANGID=1036\n[FRMSMALL]\n1=x\n4=x\n");
@@ -145,8 +152,9 @@ TEST_F(LanguageTables, AFreshFileNeedsNothingButTranslating)
 TEST_F(LanguageTables, WrongUsageEndsWithTwo)
 {
     Put(Ledger, "frmSmall seven\n");
-    for (const std::string words : {"", "translate", "check", "check missing.lng", "fresh", "fresh English", "list x",
-                                    "verify --root nowhere", "number src/None.ui", "verify"})
+    EXPECT_EQ(::mkfifo(qPrintable(Path(u"pipe"_s)), 0600), 0);
+    for (const std::string words : {"", "translate", "check", "check missing.lng", "check pipe", "fresh",
+                                    "fresh English", "list x", "verify --root nowhere", "number src/None.ui", "verify"})
         EXPECT_THAT(Run(2, words), StartsWith("lumivara-lang: "));
     EXPECT_THAT(Run(0, "list --help"), StartsWith("Usage: lumivara-lang list"));
 }

@@ -123,7 +123,7 @@ TEST_F(MarksVerbs, AFailedBackupLeavesTheFolderAsItWas)
                  "from RDB$RELATION_FIELDS, RDB$DATABASE)"_s);
     {
         const FullDisk full(8 << 20);
-        Backup(2, "--daily");
+        EXPECT_THAT(Backup(2, "--daily"), HasSubstr("from/TARUNECLIENT.FDB into "));
     }
     EXPECT_EQ(Names(u"from/backup"_s), QStringList());
 }

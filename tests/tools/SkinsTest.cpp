@@ -3,6 +3,8 @@
 #include "support/SkinSupport.h"
 #include "tools/ToolSupport.h"
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -100,8 +102,9 @@ TEST_F(SkinsTool, RefusesSourcesAndFilesThatCannotBeUnderstood)
         QFile::remove(Path(u"skins/"_s + name));
     }
     EXPECT_EQ(BytesOf(m_file), "old");
-    for (const std::string words :
-         {"", "x", "pack folder", "check", "list a b", "check --x", "check All.skinres", "list All.skinres"})
+    EXPECT_EQ(::mkfifo(qPrintable(Path(u"pipe"_s)), 0600), 0);
+    for (const std::string words : {"", "x", "pack folder", "check", "list a b", "check --x", "check All.skinres",
+                                    "list All.skinres", "check pipe"})
         Run(2, words);
     Put(u"All.skinres"_s, SkinDocument({With(good, u"colours"_s, 1)}));
     Run(1, "check All.skinres");

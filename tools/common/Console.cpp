@@ -14,11 +14,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void Write(std::FILE *stream, const QString &text)
+bool Write(std::FILE *stream, const QString &text)
 {
     const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
-    std::fflush(stream);
+    const size_t written = std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+    return std::fflush(stream) == 0 && written == size_t(bytes.size());
 }
 
 bool ErrorsGoToATerminal()
@@ -47,7 +47,7 @@ QString TimeLeft(qint64 elapsedMilliseconds, qsizetype done, qsizetype total)
 void Console::Print(const QString &text)
 {
     EndProgress();
-    Write(stdout, text);
+    m_isOutputWhole = Write(stdout, text) && m_isOutputWhole;
 }
 
 void Console::PrintError(const QString &text)

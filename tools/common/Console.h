@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QJsonObject>
 #include <QString>
 
 /// A tool's standard output and error streams, in UTF-8 whatever the locale. Results go to the output, messages and
@@ -24,10 +25,17 @@ public:
     void SetShowsProgress(bool on) { m_showsProgress = on; }
     /// Ends the line that Progress rewrites.
     void EndProgress();
+    /// What a report in JSON knew when a failure cut it off.
+    void KeepReport(const QJsonObject &report) { m_keptReport = report; }
+    const QJsonObject &KeptReport() const { return m_keptReport; }
+    /// False once something that went to the standard output has not arrived there.
+    bool IsOutputWhole() const { return m_isOutputWhole; }
 
 private:
     QString m_tool;
     QString m_work;
+    QJsonObject m_keptReport;
+    bool m_isOutputWhole = true;
     bool m_showsProgress = true;
     QElapsedTimer m_sinceStart; ///< of the work
     QElapsedTimer m_sinceShown; ///< of the line on the terminal

@@ -26,8 +26,13 @@ void NoteInterrupts()
 #endif
 }
 
+bool WasInterrupted()
+{
+    return wasInterrupted != 0;
+}
+
 void ThrowIfInterrupted()
 {
-    if (wasInterrupted)
+    if (WasInterrupted())
         throw ToolError(QStringLiteral("interrupted; the files are as they were"));
 }

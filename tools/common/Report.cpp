@@ -98,20 +98,32 @@ int Report::Code() const
     return m_findingCount == 0 ? ExitCode::Clean : ExitCode::Findings;
 }
 
+QJsonObject Report::Json() const
+{
+    QJsonObject counts;
+    for (const auto &[what, number] : m_counts)
+        counts[what] = number;
+    QJsonObject object = m_values;
+    object[u"counts"_s] = counts;
+    object[u"findings"_s] = ArrayOf(m_findings, u"fault"_s);
+    object[u"findingCount"_s] = m_findingCount;
+    object[u"notes"_s] = ArrayOf(m_notes, u"change"_s);
+    object[u"noteCount"_s] = m_noteCount;
+    return object;
+}
+
+Report::~Report()
+{
+    if (m_console && m_isJson && !m_isFinished)
+        m_console->KeepReport(Json());
+}
+
 int Report::Finish(const QString &verdict)
 {
     m_console->EndProgress();
+    m_isFinished = true;
     if (m_isJson) {
-        QJsonObject counts;
-        for (const auto &[what, number] : m_counts)
-            counts[what] = number;
-        QJsonObject object = m_values;
-        object[u"counts"_s] = counts;
-        object[u"findings"_s] = ArrayOf(m_findings, u"fault"_s);
-        object[u"findingCount"_s] = m_findingCount;
-        object[u"notes"_s] = ArrayOf(m_notes, u"change"_s);
-        object[u"noteCount"_s] = m_noteCount;
-        m_console->Print(QString::fromUtf8(QJsonDocument(object).toJson()));
+        m_console->Print(QString::fromUtf8(QJsonDocument(Json()).toJson()));
         return Code();
     }
     for (const qsizetype untold : {m_findingCount - LinesKept, m_isQuiet ? 0 : m_noteCount - LinesKept}) {

@@ -19,6 +19,12 @@ public:
     explicit Report(Console &console) : m_console(&console) {}
     /// Keeps what it is told, for another one to take over.
     Report() = default;
+    /// Where a failure comes before Finish(), what is known goes to the console, to be told with the failure.
+    ~Report();
+    Report(const Report &) = default;
+    Report &operator=(const Report &) = default;
+    Report(Report &&) = default;
+    Report &operator=(Report &&) = default;
 
     /// Gives a verb the options of every report, --quiet and --json.
     static void AddOptions(QCommandLineParser &parser);
@@ -46,12 +52,14 @@ public:
     int Finish(const QString &verdict = {});
 
 private:
+    QJsonObject Json() const;
     static void AddLine(QList<std::pair<QString, QString>> &lines, const QString &place, const QString &text);
     void Print(const QString &line);
 
     Console *m_console = nullptr;
     bool m_isQuiet = false;
     bool m_isJson = false;
+    bool m_isFinished = false;
     QList<std::pair<QString, QString>> m_findings;
     QList<std::pair<QString, QString>> m_notes;
     QList<std::pair<QString, qsizetype>> m_counts;

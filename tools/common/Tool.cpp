@@ -1,8 +1,10 @@
 #include "common/Tool.h"
 
 #include "common/Console.h"
+#include "common/Interrupt.h"
 
 #include <QCommandLineParser>
+#include <QJsonDocument>
 
 using namespace Qt::StringLiterals;
 
@@ -25,11 +27,30 @@ QString Usage(std::span<const Verb> verbs, const QString &tool)
 
 int RunVerb(const Verb &verb, const QStringList &arguments, Console &console)
 {
+    int code = ExitCode::Failure;
     try {
-        return verb.run(arguments, console);
+        code = verb.run(arguments, console);
     } catch (const std::exception &error) {
-        console.Error(QString::fromUtf8(error.what()));
+        QString text = QString::fromUtf8(error.what());
+        // The engine hears of it too, and its words for that are other ones.
+        if (WasInterrupted() && !text.startsWith("interrupted"_L1))
+            text.prepend("interrupted: "_L1);
+        console.Error(text);
+        // Who reads JSON gets some whatever happens.
+        if (arguments.contains("--json"_L1)) {
+            QJsonObject report = console.KeptReport();
+            report[u"error"_s] = text;
+            console.Print(QString::fromUtf8(QJsonDocument(report).toJson()));
+        }
     }
+    return code;
+}
+
+int CodeOf(int code, Console &console)
+{
+    if (console.IsOutputWhole())
+        return code;
+    console.Error(u"the standard output cannot be written"_s);
     return ExitCode::Failure;
 }
 
@@ -40,11 +61,11 @@ int RunTool(std::span<const Verb> verbs, const QStringList &arguments, Console &
     const QString name = arguments.value(0);
     if (name == u"--help"_s || name == u"-h"_s) {
         console.Print(Usage(verbs, console.Tool()));
-        return ExitCode::Clean;
+        return CodeOf(ExitCode::Clean, console);
     }
     for (const Verb &verb : verbs) {
         if (name == QString::fromUtf16(verb.name))
-            return RunVerb(verb, arguments.mid(1), console);
+            return CodeOf(RunVerb(verb, arguments.mid(1), console), console);
     }
     console.Error(name.isEmpty() ? u"a verb is missing"_s : u"there is no verb \"%1\""_s.arg(name));
     console.PrintError(Usage(verbs, console.Tool()));

@@ -1,6 +1,8 @@
 #include "lumivara-data/Verbs.h"
 
+#include "common/Interrupt.h"
 #include "common/Report.h"
+#include "lumivara-data/DataFile.h"
 #include "lumivara-data/UnfinishedFile.h"
 #include "stores/BackupService.h"
 #include "stores/KeloraDM.h"
@@ -46,22 +48,18 @@ QString FreeName(const QDir &folder, const QString &file)
 
 void Save(const QString &file, const QString &backup)
 {
-    const QString unfinished = UnfinishedName(backup);
-    RemoveStale(unfinished);
-    try {
-        BackupService(ClientLibraryPath(QCoreApplication::applicationDirPath() + u'/')).Backup(file, unfinished);
-        Settle(unfinished);
-    } catch (...) {
-        QFile::remove(unfinished);
-        throw;
-    }
-    PutInPlace(unfinished, backup);
+    FileInTheMaking making(backup);
+    OnFile(u"%1 into %2"_s.arg(file, backup), [&] {
+        BackupService(ClientLibraryPath(QCoreApplication::applicationDirPath() + u'/')).Backup(file, making.Path());
+    });
+    making.FinishNew();
 }
 
 /// One backup a day; true if it was made, false if there is nothing to do.
 bool SaveOfTheDay(const QString &file, const QDir &folder)
 {
     const QString backup = folder.filePath(DatedName(file, QDate::currentDate()));
+    NoteInterrupts();
     QLockFile lock(folder.filePath(u".lumivara-data.lock"_s));
     // Another copy of the program that started at this moment is making the same file.
     if (QFileInfo::exists(backup) || !lock.tryLock(0))

@@ -1,5 +1,6 @@
 #include "lumivara-data/Verbs.h"
 
+#include "common/Interrupt.h"
 #include "common/Report.h"
 #include "lumivara-data/CanonFile.h"
 #include "lumivara-data/DataFile.h"
@@ -89,15 +90,9 @@ void Build(const Target &target, const QDir &data, const QDir &out, bool force, 
         report.Say(u"%1: up to date"_s.arg(target.fileName));
         return;
     }
-    const QString unfinished = path + u".part"_s;
-    RemoveStale(unfinished);
-    target.write(sources, unfinished);
-    Settle(unfinished);
-    if (!isMadeOnce) {
-        Replace(unfinished, path);
-    } else {
-        PutInPlace(unfinished, path);
-    }
+    FileInTheMaking making(path);
+    target.write(sources, making.Path());
+    isMadeOnce ? making.FinishNew() : making.Finish();
     report.Say(u"%1: built"_s.arg(target.fileName));
 }
 
@@ -129,6 +124,7 @@ int RunBuild(const QStringList &arguments, Console &console)
     const QDir out(QDir(parser.value(u"out"_s)).absolutePath());
     if (!out.exists())
         throw ToolError(u"%1: there is no such folder"_s.arg(out.path()));
+    NoteInterrupts();
     QLockFile lock(out.filePath(u".lumivara-data.lock"_s));
     if (!lock.tryLock(PatienceMilliseconds)) {
         throw ToolError(lock.error() == QLockFile::LockFailedError ? u"another build is at work in %1"_s.arg(out.path())

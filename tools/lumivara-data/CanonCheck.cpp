@@ -4,6 +4,8 @@
 #include <QMap>
 #include <QSet>
 
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -107,6 +109,8 @@ private:
         }
         for (const CheckedGroup &group : m_canon.groups) {
             const qint64 number = qint64(GroupNumberBase) + group.idVit.value_or(0);
+            if (number > std::numeric_limits<qint32>::max())
+                Report(group, u"1000 + ID_VIT is %1, more than a number can be: the tree does not open"_s.arg(number));
             if (group.idVit && numbers.contains(number))
                 Report(group, u"1000 + ID_VIT is %1, the number of a text: the group shows that text"_s.arg(number));
         }

@@ -38,9 +38,9 @@ void CopyBytes(const QString &source, const QString &target, Console &console)
         if (bytes.isEmpty())
             throw ToolError(u"%1: ends early: %2"_s.arg(source, from.errorString()));
         if (to.write(bytes) != bytes.size())
-            throw ToolError(u"%1: %2"_s.arg(target, to.errorString()));
+            throw ToolError(u"%1: %2"_s.arg(target, WriteFault(to)));
         done += bytes.size();
-        console.Progress(u"copy"_s, done, size);
+        console.Progress(u"copy"_s, done, size, u"bytes"_s);
     }
     console.EndProgress();
     if (!to.flush())

@@ -50,6 +50,16 @@ QString NameFor(const QString &name, const CanonTableRow &row, Report &report)
     return fitting.isEmpty() ? QString() : fitting;
 }
 
+/// The key behind the last one, or the first free one where that is the last of all; the tree adds 1000 to it.
+int FreeKey(const QSet<int> &keys, int last)
+{
+    constexpr int largest = 1'000'000'000;
+    int key = last < largest ? last + 1 : 1;
+    while (keys.contains(key))
+        ++key;
+    return key;
+}
+
 /// The first of names that is one.
 QString FirstOf(std::initializer_list<QString> names)
 {
@@ -126,7 +136,7 @@ void CanonFolder::WriteGroups(CanonWriter &writer)
         if (row.group)
             continue;
         if (!common) {
-            common = last + 1;
+            common = FreeKey(keys, last);
             const QString name = FittingName(m_folder.Name(), m_folder.Path(), m_report);
             write({*common, root, name, name, name});
         }

@@ -135,10 +135,17 @@ QList<CanonTableRow> ReadJson(const QByteArray &bytes, const QString &fileName, 
         throw ToolError(u"%1: %2 at byte %3"_s.arg(fileName, error.errorString()).arg(error.offset));
     QList<CanonTableRow> rows;
     for (const auto &[list, kind] : {std::pair(u"groups"_s, u"group"_s), {u"texts"_s, u"text"_s}}) {
-        const QJsonArray items = document.object().value(list).toArray();
+        const QJsonValue value = document.object().value(list);
+        if (!value.isArray() && !value.isUndefined())
+            report.Find(fileName, u"%1 is no list; not taken"_s.arg(list));
+        const QJsonArray items = value.toArray();
         for (qsizetype i = 0; i < items.size(); ++i) {
             CanonTableRow row;
             row.place = u"%1: %2 %3"_s.arg(fileName, kind).arg(i + 1);
+            if (!items[i].isObject()) {
+                report.Find(row.place, u"is no object; not taken"_s);
+                continue;
+            }
             const QJsonObject item = items[i].toObject();
             Cells cells;
             for (auto member = item.constBegin(); member != item.constEnd(); ++member) {

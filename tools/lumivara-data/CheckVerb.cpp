@@ -77,21 +77,27 @@ int RunCheck(const QStringList &arguments, Console &console)
     report.TakeOptions(parser);
 
     const QTemporaryDir folder;
+    if (!folder.isValid())
+        throw ToolError(u"there is no place for a temporary copy: %1"_s.arg(folder.errorString()));
+    const PrivateCopy copy(words.first(), folder.filePath(u"copy.fdb"_s));
     DataFile file;
-    file.Open(PrivateCopy(words.first(), folder));
-    const Thing found = ThingIn(file);
-    if (found == Thing::None)
-        throw ToolError(u"no canon (tables KELORA_TREE, KELORA_CONTENT), no dictionary (procedure SP_GET_LIST_WORDS) "
-                        "and no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s);
-    if (wanted != Thing::None && wanted != found)
-        throw ToolError(u"%1: holds a %2, not a %3"_s.arg(words.first(), NameOf(found), NameOf(wanted)));
-    report.Tell(u"kind"_s, NameOf(found));
-    if (found == Thing::Canon)
-        ProveCanon(file, console, report);
-    else if (found == Thing::Dictionary)
-        ProveDictionary(file, console, report);
-    else
-        ProveMarks(file, report);
-    file.Close();
+    OnFile(words.first(), [&] {
+        file.Open(copy.Path());
+        const Thing found = ThingIn(file);
+        if (found == Thing::None)
+            throw ToolError(
+                u"no canon (tables KELORA_TREE, KELORA_CONTENT), no dictionary (procedure SP_GET_LIST_WORDS) "
+                "and no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s);
+        if (wanted != Thing::None && wanted != found)
+            throw ToolError(u"%1: holds a %2, not a %3"_s.arg(words.first(), NameOf(found), NameOf(wanted)));
+        report.Tell(u"kind"_s, NameOf(found));
+        if (found == Thing::Canon)
+            ProveCanon(file, console, report);
+        else if (found == Thing::Dictionary)
+            ProveDictionary(file, console, report);
+        else
+            ProveMarks(file, report);
+        file.Close();
+    });
     return report.Finish(report.FindingCount() == 0 ? u"nothing wrong"_s : u"%1 findings"_s.arg(report.FindingCount()));
 }

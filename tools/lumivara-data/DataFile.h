@@ -1,6 +1,8 @@
 #pragma once
 
+#include "common/Tool.h"
 #include "stores/Database.h"
+#include "stores/DatabaseError.h"
 
 #include <QList>
 #include <QString>
@@ -10,6 +12,17 @@
 #include <memory>
 
 class Statement;
+
+/// Does some work on a file. The engine's failures name it then: of themselves they name none, or a copy of it.
+template <typename Work>
+auto OnFile(const QString &path, Work work)
+{
+    try {
+        return work();
+    } catch (const DatabaseError &error) {
+        throw ToolError(path + QStringLiteral(": ") + error.Text());
+    }
+}
 
 /// A database file that the tool makes or reads, with one transaction. Failures are thrown as DatabaseError.
 class DataFile

@@ -2,6 +2,7 @@
 
 #include "common/Interrupt.h"
 #include "common/Tool.h"
+#include "lumivara-data/UnfinishedFile.h"
 
 #include <QFileInfo>
 #include <QTemporaryFile>
@@ -223,7 +224,7 @@ std::unique_ptr<DictTexts> Expanded(const QString &path, quint64 mostBytes)
         if (got == 0)
             break;
         if (expanded->write(block.constData(), got) != got)
-            throw ToolError(u"there is no room to expand %1: %2"_s.arg(path, expanded->errorString()));
+            throw ToolError(u"there is no room to expand %1: %2"_s.arg(path, WriteFault(*expanded)));
         total += static_cast<quint64>(got);
     }
     expanded->flush();

@@ -7,11 +7,11 @@
 #include "lumivara-data/DictionaryWriter.h"
 #include "lumivara-data/PrivateCopy.h"
 #include "lumivara-data/StarDictWriter.h"
+#include "lumivara-data/UnfinishedFile.h"
 #include "lumivara-data/WordLines.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>
-#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
@@ -120,24 +120,26 @@ int ExportDictionary(const QStringList &arguments, Console &console)
 
     const std::unique_ptr<WordSink> sink = MakeSink(out, parser.value(u"format"_s), kind);
     const QString path = parser.value(u"file"_s);
-    const QTemporaryDir folder(QFileInfo(out).absolutePath() + u"/.lumivara-XXXXXX"_s);
+    const PrivateCopy copy(path, UnfinishedName(QFileInfo(out).absoluteFilePath()) + u".copy"_s);
     DataFile file;
-    file.Open(PrivateCopy(path, folder));
-    if (!IsDictionary(file))
-        throw ToolError(u"%1: is no dictionary"_s.arg(path));
-    DictionaryReader reader(file);
-    const qsizetype total = reader.CountWords(kind);
-    if (total == 0)
-        throw ToolError(u"%1: dictionary %2 has no words"_s.arg(path).arg(kind));
     qsizetype done = 0;
-    reader.EachEntry(kind, [&](const QString &word, const QByteArray &content) {
-        console.Progress(u"writing words"_s, ++done, total);
-        if (content.isEmpty())
-            report.Find(u"dictionary %1, \"%2\""_s.arg(kind).arg(word), u"has no entry; left out"_s);
-        else
-            sink->Add(word, content);
+    OnFile(path, [&] {
+        file.Open(copy.Path());
+        if (!IsDictionary(file))
+            throw ToolError(u"%1: is no dictionary"_s.arg(path));
+        DictionaryReader reader(file);
+        const qsizetype total = reader.CountWords(kind);
+        if (total == 0)
+            throw ToolError(u"%1: dictionary %2 has no words"_s.arg(path).arg(kind));
+        reader.EachEntry(kind, [&](const QString &word, const QByteArray &content) {
+            console.Progress(u"writing words"_s, ++done, total);
+            if (content.isEmpty())
+                report.Find(u"dictionary %1, \"%2\""_s.arg(kind).arg(word), u"has no entry; left out"_s);
+            else
+                sink->Add(word, content);
+        });
+        file.Close();
     });
-    file.Close();
     sink->Finish();
     report.Tell(u"file"_s, QFileInfo(out).absoluteFilePath());
     report.Count(u"words"_s, done);

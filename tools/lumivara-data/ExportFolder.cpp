@@ -3,6 +3,7 @@
 #include "common/Interrupt.h"
 #include "common/Tool.h"
 #include "lumivara-data/CanonTable.h"
+#include "lumivara-data/UnfinishedFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -65,8 +66,7 @@ ExportFolder::ExportFolder(const QString &target)
     const QString above = QFileInfo(m_target).absolutePath();
     if (!QFileInfo(above).isDir())
         throw ToolError(u"%1: there is no such folder"_s.arg(above));
-    m_lock.setStaleLockTime(0);
-    if (!m_lock.tryLock(0))
+    if (!TakeLock(m_lock))
         throw ToolError(m_lock.error() == QLockFile::LockFailedError
                             ? u"%1: another process is writing this export"_s.arg(m_target)
                             : u"%1: cannot be written"_s.arg(above));
@@ -97,7 +97,7 @@ void ExportFolder::Write(const QString &name, const QByteArray &bytes)
     m_writers.start([this, path, bytes, room] {
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(bytes) != bytes.size())
-            NoteFailure(u"%1: %2"_s.arg(path, file.errorString()));
+            NoteFailure(u"%1: %2"_s.arg(path, WriteFault(file)));
         m_room.release(room);
     });
     ThrowIfFailed();

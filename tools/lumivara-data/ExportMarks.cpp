@@ -38,7 +38,7 @@ qsizetype WriteWhole(DataFile &file, const MarksForm &form, const QString &path)
 {
     FileInTheMaking target(path);
     QFile out(target.Path());
-    const auto fail = [&] { throw ToolError(u"%1: %2"_s.arg(path, out.errorString())); };
+    const auto fail = [&] { throw ToolError(u"%1: %2"_s.arg(path, WriteFault(out))); };
     if (!out.open(QIODevice::WriteOnly | QIODevice::NewOnly))
         fail();
     const qsizetype count = Write(file, form, [&](const QString &text) {
@@ -85,14 +85,17 @@ int ExportMarks(const QStringList &arguments, Console &console)
     if (!QFileInfo(path).isFile())
         throw ToolError(u"%1: there is no such file"_s.arg(path));
     DataFile file;
-    file.Open(path);
-    if (!IsMarks(file))
-        throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
-    if (out.isEmpty()) {
-        Write(file, form, [&console](const QString &text) { console.Print(text); });
+    qsizetype count = 0;
+    OnFile(path, [&] {
+        file.Open(path);
+        if (!IsMarks(file))
+            throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
+        count = out.isEmpty() ? Write(file, form, [&console](const QString &text) { console.Print(text); })
+                              : WriteWhole(file, form, out);
+    });
+    if (out.isEmpty())
         return ExitCode::Clean;
-    }
-    report.Count(u"marks"_s, WriteWhole(file, form, out));
+    report.Count(u"marks"_s, count);
     report.Tell(u"file"_s, out);
     return report.Finish();
 }

@@ -50,7 +50,7 @@ void AddProgram(const QString &folder, QList<Trace> &traces, QStringList &kept)
         u"launcher"_s,   u"firebird"_s,        u"libfbclient.so.2"_s,     u"lock"_s,
         u"KELORA.FDB"_s, u"PALIDICT.FDB"_s,    u"AllSkins.skinres"_s,     u"LumivaraUserGuide.pdf"_s,
         u"*.lng"_s,      u"tmpfocus.html"_s,   u"tmpfocus.html.??????"_s, u".new-??????"_s,
-        u"*.FDB.part"_s, u"*.FDB.part.lock"_s, u"*.FDB.import.lock"_s};
+        u"*.FDB.part"_s, u"*.FDB.part.lock"_s, u"*.FDB.part.copy"_s,      u"*.FDB.import.lock"_s};
     static const QStringList notes{u"TARUNECLIENT.FDB"_s, u"backup"_s};
     for (const QFileInfo &entry : EntriesOf(folder, {})) {
         if (notes.contains(entry.fileName()))

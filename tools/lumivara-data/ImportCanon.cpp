@@ -55,6 +55,9 @@ CheckedCanon ImportFrom(const QString &source, const QString &target, const Choi
     Source canon(folder, choice, report);
     CanonWriter writer(target);
     canon.WriteTo(writer, console);
+    // An empty tree in the place of texts would be a loss.
+    if (writer.Rows().texts.isEmpty())
+        throw ToolError(u"%1: no text of it could be taken"_s.arg(source));
     writer.Finish(report);
     return writer.Rows();
 }

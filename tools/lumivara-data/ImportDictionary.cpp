@@ -8,13 +8,13 @@
 #include "lumivara-data/EntryIntake.h"
 #include "lumivara-data/PrivateCopy.h"
 #include "lumivara-data/StarDict.h"
+#include "lumivara-data/TextLines.h"
 #include "lumivara-data/UnfinishedFile.h"
 #include "lumivara-data/WordLines.h"
 
 #include <QCommandLineParser>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
@@ -53,8 +53,8 @@ Form FormOf(const QString &source, const QString &named)
         // The source form begins with comments, its kind or a word.
         QFile file(source);
         OpenSource(file);
-        constexpr qint64 longestLine = 4096;
-        for (QByteArray line = file.readLine(longestLine); !line.isEmpty(); line = file.readLine(longestLine)) {
+        TextLines lines(file, source);
+        for (QByteArray line; lines.Next(line);) {
             if (line.startsWith("dictionary ") || line.startsWith("% "))
                 return Form::MarkUp;
             if (line.contains('\t'))
@@ -75,9 +75,9 @@ int KindIn(const QString &text)
 /// Hands over the words of the other kinds as they stand.
 void TakeOver(const QString &path, int newKind, bool replaces, DictionaryWriter &writer, Console &console)
 {
-    const QTemporaryDir folder(QFileInfo(path).absolutePath() + u"/.lumivara-XXXXXX"_s);
+    const PrivateCopy copy(path, UnfinishedName(path) + u".copy"_s);
     DataFile file;
-    file.Open(PrivateCopy(path, folder));
+    file.Open(copy.Path());
     if (!IsDictionary(file))
         throw ToolError(u"%1: is no dictionary"_s.arg(path));
     DictionaryReader reader(file);
@@ -104,7 +104,7 @@ void TakeText(const QString &source, Form form, EntryIntake &intake, Console &co
 {
     QFile file(source);
     OpenSource(file);
-    const auto progress = [&] { console.Progress(u"reading the source"_s, file.pos(), file.size()); };
+    const auto progress = [&] { console.Progress(u"reading the source"_s, file.pos(), file.size(), u"bytes"_s); };
     const QString name = QFileInfo(source).fileName();
     if (form == Form::Tabbed)
         TakeTabbedWords(file, name, intake, progress);
@@ -151,7 +151,7 @@ int ImportDictionary(const QStringList &arguments, Console &console)
     FileInTheMaking target(path);
     DictionaryWriter writer(target.Path());
     if (QFileInfo::exists(path))
-        TakeOver(path, kind, parser.isSet(u"replace"_s), writer, console);
+        OnFile(path, [&] { TakeOver(path, kind, parser.isSet(u"replace"_s), writer, console); });
     const qsizetype kept = writer.WordCount();
     EntryIntake intake(kind, writer, report);
     if (form == Form::StarDict)

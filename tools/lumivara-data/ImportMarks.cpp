@@ -7,6 +7,7 @@
 #include "lumivara-data/MarksCheck.h"
 #include "lumivara-data/MarksSource.h"
 #include "lumivara-data/MarksStore.h"
+#include "lumivara-data/UnfinishedFile.h"
 
 #include <QCommandLineParser>
 #include <QCryptographicHash>
@@ -124,8 +125,7 @@ int ImportMarks(const QStringList &arguments, Console &console)
     NoteInterrupts();
     // Two imports of one file would both find it new.
     QLockFile lock(path + u".import.lock"_s);
-    lock.setStaleLockTime(0);
-    if (!lock.tryLock(0)) {
+    if (!TakeLock(lock)) {
         throw ToolError(lock.error() == QLockFile::LockFailedError
                             ? u"%1: another import into this file is running"_s.arg(path)
                             : u"%1: cannot be written"_s.arg(QFileInfo(path).path()));
@@ -133,17 +133,19 @@ int ImportMarks(const QStringList &arguments, Console &console)
     DataFile file;
     constexpr int pagesInMemory = 4096; // with the few of the default each new mark waits for the disk
     file.Database().SetCachePages(pagesInMemory);
-    file.Open(path);
-    if (!IsMarks(file))
-        throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
-    MarksStore store(file, path, name, report);
-    std::unique_ptr<MarksSource> source;
-    if (isMarkdown)
-        source = std::make_unique<MarkdownMarks>(input, name, report, store.Texts());
-    else
-        source = std::make_unique<CsvMarks>(input, name, report);
-    Compare(*source, input, isMarkdown, file, store, report, console);
-    store.Write(console);
+    OnFile(path, [&] {
+        file.Open(path);
+        if (!IsMarks(file))
+            throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
+        MarksStore store(file, path, name, report);
+        std::unique_ptr<MarksSource> source;
+        if (isMarkdown)
+            source = std::make_unique<MarkdownMarks>(input, name, report, store.Texts());
+        else
+            source = std::make_unique<CsvMarks>(input, name, report);
+        Compare(*source, input, isMarkdown, file, store, report, console);
+        store.Write(console);
+    });
     report.Tell(u"file"_s, path);
     return report.Finish();
 }

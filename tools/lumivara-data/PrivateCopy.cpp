@@ -2,14 +2,32 @@
 
 #include "common/Interrupt.h"
 #include "common/Tool.h"
+#include "lumivara-data/UnfinishedFile.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
 
-QString PrivateCopy(const QString &path, const QTemporaryDir &folder)
+PrivateCopy::PrivateCopy(const QString &path, const QString &copyPath) : m_path(copyPath)
+{
+    // The copy has to go at the end.
+    NoteInterrupts();
+    RemoveStale(m_path);
+    try {
+        Copy(path);
+    } catch (...) {
+        QFile::remove(m_path);
+        throw;
+    }
+}
+
+PrivateCopy::~PrivateCopy()
+{
+    QFile::remove(m_path);
+}
+
+void PrivateCopy::Copy(const QString &path) const
 {
     const QFileInfo info(path);
     if (!info.exists())
@@ -17,10 +35,9 @@ QString PrivateCopy(const QString &path, const QTemporaryDir &folder)
     if (!info.isFile())
         throw ToolError(u"%1: not a file"_s.arg(path));
     QFile original(path);
-    QFile copy(folder.filePath(u"copy.fdb"_s));
-    if (!folder.isValid() || !copy.open(QIODevice::WriteOnly))
-        throw ToolError(u"there is no place for a temporary copy: %1"_s.arg(folder.isValid() ? copy.errorString()
-                                                                                             : folder.errorString()));
+    QFile copy(m_path);
+    if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        throw ToolError(u"%1: there is no place for a temporary copy, %2: %3"_s.arg(path, m_path, copy.errorString()));
     if (!original.open(QIODevice::ReadOnly))
         throw ToolError(u"%1: %2"_s.arg(path, original.errorString()));
     constexpr qint64 chunk = 1 << 20;
@@ -30,9 +47,8 @@ QString PrivateCopy(const QString &path, const QTemporaryDir &folder)
         if (bytes.isEmpty())
             throw ToolError(u"%1: %2"_s.arg(path, original.errorString()));
         if (copy.write(bytes) != bytes.size())
-            throw ToolError(u"there is no room for a temporary copy: %1"_s.arg(copy.errorString()));
+            throw ToolError(u"%1: there is no room for a temporary copy, %2: %3"_s.arg(path, m_path, WriteFault(copy)));
     }
     if (!copy.flush())
-        throw ToolError(u"there is no room for a temporary copy: %1"_s.arg(copy.errorString()));
-    return copy.fileName();
+        throw ToolError(u"%1: there is no room for a temporary copy, %2: %3"_s.arg(path, m_path, WriteFault(copy)));
 }

@@ -2,9 +2,20 @@
 
 #include <QString>
 
-class QTemporaryDir;
-
-/// Copies a database file to a folder of our own and gives the copy's path. The engine writes into whatever it opens
+/// A database file copied under a name of our own, for as long as this lives. The engine writes into whatever it opens
 /// (header page, lock files beside it) and refuses some files without write permission: who only reads must do neither.
-/// Throws ToolError, also where an interrupt was noted.
-QString PrivateCopy(const QString &path, const QTemporaryDir &folder);
+class PrivateCopy
+{
+public:
+    /// What a killed run has left at `copyPath` goes. Throws ToolError, also where an interrupt was noted.
+    PrivateCopy(const QString &path, const QString &copyPath);
+    ~PrivateCopy();
+    Q_DISABLE_COPY_MOVE(PrivateCopy)
+
+    const QString &Path() const { return m_path; }
+
+private:
+    void Copy(const QString &path) const;
+
+    QString m_path;
+};

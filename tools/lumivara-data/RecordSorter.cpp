@@ -1,6 +1,7 @@
 #include "lumivara-data/RecordSorter.h"
 
 #include "common/Tool.h"
+#include "lumivara-data/UnfinishedFile.h"
 
 #include <QtEndian>
 
@@ -68,7 +69,7 @@ public:
     QByteArrayView Record() const { return m_record; }
 
 private:
-    [[noreturn]] void Fail() const { throw ToolError(u"there is no room to sort in: %1"_s.arg(m_file.errorString())); }
+    [[noreturn]] void Fail() const { throw ToolError(u"there is no room to sort in: %1"_s.arg(WriteFault(m_file))); }
     void Flush()
     {
         if (m_file.write(m_block) != m_block.size() || !m_file.flush())

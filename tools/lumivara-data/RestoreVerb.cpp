@@ -51,18 +51,12 @@ int RunRestore(const QStringList &arguments, Console &console)
     if (QFileInfo::exists(path))
         throw ToolError(u"%1: the file exists; move it away first"_s.arg(path));
 
-    const QString unfinished = UnfinishedName(path);
-    RemoveStale(unfinished);
-    QString content;
-    try {
-        BackupService(ClientLibraryPath(QCoreApplication::applicationDirPath() + u'/')).Restore(backup, unfinished);
-        content = Proved(unfinished);
-        Settle(unfinished);
-    } catch (...) {
-        QFile::remove(unfinished);
-        throw;
-    }
-    PutInPlace(unfinished, path);
+    FileInTheMaking making(path);
+    const QString content = OnFile(u"%1 into %2"_s.arg(backup, path), [&] {
+        BackupService(ClientLibraryPath(QCoreApplication::applicationDirPath() + u'/')).Restore(backup, making.Path());
+        return Proved(making.Path());
+    });
+    making.FinishNew();
     report.Say(u"%1: restored, %2"_s.arg(path, content));
     report.Tell(u"file"_s, path);
     return report.Finish();

@@ -72,6 +72,7 @@ SegmentedCanon::SegmentedCanon(const SourceFolder &folder, const QStringList &au
         ListMarkup();
     for (const auto &[place, count] : m_otherAuthors)
         report.Note(place, u"%1 texts left out for another author's"_s.arg(count));
+    BringTogether();
     ShortenGroups();
 }
 
@@ -151,8 +152,14 @@ void SegmentedCanon::Take(const QString &id, Language language, const QString &a
                           const QString &file)
 {
     const auto [text, isNew] = m_texts.try_emplace(id);
+    const bool isTranslation = file.startsWith(u"translation/"_s);
     if (isNew)
         text->second.group = group;
+    if (isNew && isTranslation)
+        m_onlyTranslated.append(id);
+    else if (const QString tail = group.isEmpty() ? group : u'/' + group;
+             isTranslation && text->second.group.endsWith(tail))
+        m_editions.insert(text->second.group.chopped(tail.size()));
     QString &place = text->second.text[size_t(language)];
     QString &placeAuthor = text->second.author[size_t(language)];
     if (!place.isEmpty() && placeAuthor == author) {
@@ -167,6 +174,17 @@ void SegmentedCanon::Take(const QString &id, Language language, const QString &a
     if (isBetter) {
         place = file;
         placeAuthor = author;
+    }
+}
+
+/// Puts texts that root/ lacks into the groups of the others: there a folder for the edition may come first.
+void SegmentedCanon::BringTogether()
+{
+    if (m_editions.size() != 1 || m_editions.cbegin()->isEmpty())
+        return;
+    for (const QString &id : std::as_const(m_onlyTranslated)) {
+        QString &group = m_texts[id].group;
+        group = *m_editions.cbegin() + (group.isEmpty() ? group : u'/' + group);
     }
 }
 

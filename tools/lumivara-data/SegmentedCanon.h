@@ -23,6 +23,7 @@ private:
     void ListTranslations();
     void ListMarkup();
     void Take(const QString &id, Language language, const QString &author, const QString &group, const QString &file);
+    void BringTogether();
     void ShortenGroups();
     bool IsJson(const QString &file);
     int Rank(const QString &author) const;
@@ -35,5 +36,7 @@ private:
     Report &m_report;
     std::map<QString, SegmentedFiles> m_texts; ///< by id
     std::map<QString, qsizetype> m_otherAuthors;
+    QSet<QString> m_editions;     ///< folders that root/ has above those of translation/
+    QStringList m_onlyTranslated; ///< ids
     TextKeys m_keys;
 };

@@ -11,10 +11,12 @@ constexpr int NoHeading = 0;
 /// 1 to 6 if the mark-up makes the segment a heading.
 int HeadingLevel(const QByteArray &markup)
 {
-    const qsizetype at = markup.indexOf("<h");
-    if (at < 0 || at + 2 >= markup.size() || markup[at + 2] < '1' || markup[at + 2] > '6')
-        return NoHeading;
-    return markup[at + 2] - '0';
+    // Not each tag with such a begin is one: "<header>" often stands before it.
+    for (qsizetype at = markup.indexOf("<h"); at >= 0 && at + 2 < markup.size(); at = markup.indexOf("<h", at + 2)) {
+        if (markup[at + 2] >= '1' && markup[at + 2] <= '6')
+            return markup[at + 2] - '0';
+    }
+    return NoHeading;
 }
 
 /// What stands behind the colon of an id, without its last number: segments that have it in common are one part.

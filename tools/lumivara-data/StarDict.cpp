@@ -322,6 +322,8 @@ quint64 StarDict::ReadIndex(RecordSorter &words, Console &console)
             if (++broken > MostBroken)
                 throw ToolError(
                     u"%1: more than %2 words are broken; this is no index of words"_s.arg(path).arg(MostBroken));
+        } else if (!name.isValidUtf8()) {
+            m_report.Find(place.Text(), u"the word is not UTF-8; left out"_s);
         } else if (size > DictionaryWriter::LongestEntry) {
             m_report.Find(place.Text(), u"the entry has %1 bytes, more than %2; left out"_s.arg(size).arg(
                                             DictionaryWriter::LongestEntry));
@@ -366,6 +368,8 @@ void StarDict::TakeWords(RecordSorter &words, DictTexts &texts, EntryIntake &int
                 m_report.Find(place.Text(), u"the entry %1; left out"_s.arg(word.fault));
             if (word.beginsEntry)
                 entry = word.fault.isEmpty() ? intake.TakeEntry(word.entry, place) : 0;
+            else if (!entry)
+                m_report.Find(place.Text(), u"has the entry of another word that was left out; left out too"_s);
             if (entry && intake.TakeWord(word.name, entry, place))
                 m_entries[word.number] = entry;
         }

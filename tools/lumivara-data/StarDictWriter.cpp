@@ -61,7 +61,7 @@ WrittenFile::WrittenFile(const QString &path) : m_making(path), m_file(m_making.
 void WrittenFile::Write(const QByteArray &bytes)
 {
     if (m_file.write(bytes) != bytes.size())
-        throw ToolError(u"%1: %2"_s.arg(m_file.fileName(), m_file.errorString()));
+        throw ToolError(u"%1: %2"_s.arg(m_file.fileName(), WriteFault(m_file)));
     m_size += static_cast<quint64>(bytes.size());
 }
 

@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QThread>
 
 #include <filesystem>
 
@@ -39,19 +40,7 @@ void SettleFolderOf(const QString &path)
 #endif
 }
 
-} // namespace
-
-QString UnfinishedName(const QString &path)
-{
-    return path + u".part"_s;
-}
-
-void RemoveStale(const QString &path)
-{
-    if (QFileInfo::exists(path) && !QFile::remove(path))
-        throw ToolError(u"%1: an unfinished file is in the way"_s.arg(path));
-}
-
+/// Brings a file's bytes to the disk and lets every user read it.
 void Settle(const QString &path)
 {
 #ifdef Q_OS_UNIX
@@ -64,6 +53,7 @@ void Settle(const QString &path)
 #endif
 }
 
+/// Renames over what has the name.
 void Replace(const QString &from, const QString &to)
 {
     std::error_code error;
@@ -73,13 +63,53 @@ void Replace(const QString &from, const QString &to)
     SettleFolderOf(to);
 }
 
-void PutInPlace(const QString &from, const QString &to)
+/// What must not be renamed over: pipes, devices, and what its owner keeps from being written. A link may: it leads to
+/// what is installed for all users, and the file takes its place.
+void RefuseOddTarget(const QString &path)
 {
-    if (!QFile::rename(from, to)) {
-        QFile::remove(from);
-        throw ToolError(u"%1: cannot be put in place"_s.arg(to));
-    }
-    SettleFolderOf(to);
+    const QFileInfo target(path);
+    if (target.isDir())
+        throw ToolError(u"%1: is a folder"_s.arg(path));
+    if (target.exists() && !target.isFile())
+        throw ToolError(u"%1: is no regular file"_s.arg(path));
+    constexpr QFileDevice::Permissions writers = QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther;
+    if (target.exists() && !target.isSymLink() && (!target.isWritable() || !(target.permissions() & writers)))
+        throw ToolError(u"%1: is read-only"_s.arg(path));
+}
+
+} // namespace
+
+QString UnfinishedName(const QString &path)
+{
+    return path + u".part"_s;
+}
+
+QString WriteFault(const QFileDevice &file)
+{
+    return file.error() == QFileDevice::NoError || file.errorString() == "Unknown error"_L1 ? u"there is no room left"_s
+                                                                                            : file.errorString();
+}
+
+void RemoveStale(const QString &path)
+{
+    if (QFileInfo::exists(path) && !QFile::remove(path))
+        throw ToolError(u"%1: an unfinished file is in the way"_s.arg(path));
+}
+
+bool TakeLock(QLockFile &lock)
+{
+    lock.setStaleLockTime(0);
+    if (lock.tryLock(0))
+        return true;
+    // Who was killed before it could write its number has left an empty file, which would count as locked for ever.
+    constexpr unsigned long longestWriteMilliseconds = 200;
+    const auto isEmpty = [&lock] {
+        return QFileInfo::exists(lock.fileName()) && QFileInfo(lock.fileName()).size() == 0;
+    };
+    if (!isEmpty())
+        return false;
+    QThread::msleep(longestWriteMilliseconds);
+    return isEmpty() && lock.removeStaleLockFile() && lock.tryLock(0);
 }
 
 FileInTheMaking::FileInTheMaking(const QString &target)
@@ -89,10 +119,8 @@ FileInTheMaking::FileInTheMaking(const QString &target)
     const QFileInfo folder(QFileInfo(m_target).absolutePath());
     if (!folder.isDir())
         throw ToolError(u"%1: there is no such folder"_s.arg(folder.filePath()));
-    if (QFileInfo(m_target).isDir())
-        throw ToolError(u"%1: is a folder"_s.arg(m_target));
-    m_lock.setStaleLockTime(0);
-    if (!m_lock.tryLock(0)) {
+    RefuseOddTarget(m_target);
+    if (!TakeLock(m_lock)) {
         throw ToolError(m_lock.error() == QLockFile::LockFailedError
                             ? u"%1: another process is making this file"_s.arg(m_target)
                             : u"%1: cannot be written"_s.arg(folder.filePath()));
@@ -110,4 +138,13 @@ void FileInTheMaking::Finish()
     ThrowIfInterrupted();
     Settle(m_path);
     Replace(m_path, m_target);
+}
+
+void FileInTheMaking::FinishNew()
+{
+    ThrowIfInterrupted();
+    Settle(m_path);
+    if (!QFile::rename(m_path, m_target))
+        throw ToolError(u"%1: cannot be put in place"_s.arg(m_target));
+    SettleFolderOf(m_target);
 }

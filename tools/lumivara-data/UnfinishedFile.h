@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFileDevice>
 #include <QLockFile>
 #include <QString>
 
@@ -8,21 +9,21 @@
 
 /// The other name.
 QString UnfinishedName(const QString &path);
+/// Why a write has failed. A disk that became full on the way takes a part and names no error.
+QString WriteFault(const QFileDevice &file);
 /// Removes what an interrupted run has left under a name.
 void RemoveStale(const QString &path);
-/// Brings a file's bytes to the disk and lets every user read it.
-void Settle(const QString &path);
-/// Renames over what has the name.
-void Replace(const QString &from, const QString &to);
-/// Renames and refuses, `from` being gone, if the name is taken.
-void PutInPlace(const QString &from, const QString &to);
+
+/// Takes a lock that ends with its process, without waiting.
+bool TakeLock(QLockFile &lock);
 
 /// A file that is made whole or not at all: written under the other name, which goes away again unless Finish() is
 /// reached. Interrupts wait for ThrowIfInterrupted() from the first of these on.
 class FileInTheMaking
 {
 public:
-    /// Throws ToolError where the folder of `target` can't be written or another process is making the same file.
+    /// Throws ToolError where the folder of `target` can't be written, `target` is something else than a file that may
+    /// be written, or another process is making the same file.
     explicit FileInTheMaking(const QString &target);
     ~FileInTheMaking();
     Q_DISABLE_COPY_MOVE(FileInTheMaking)
@@ -32,6 +33,8 @@ public:
     /// Brings the file to the disk and gives it its name, over one that exists. A program that has the old file open
     /// goes on with that.
     void Finish();
+    /// The same, but refuses if the name is taken by now.
+    void FinishNew();
 
 private:
     QString m_target;

@@ -18,6 +18,12 @@ bool IsBlankSign(char c)
     return static_cast<unsigned char>(c) <= ' ';
 }
 
+/// Texts of two bytes a character, without a mark that says so, would lose letters.
+QString ZeroByte()
+{
+    return u"holds a zero byte, so it is no UTF-8; left out"_s;
+}
+
 void DropLineEnd(QByteArray &line)
 {
     if (line.endsWith('\n'))
@@ -172,13 +178,16 @@ void TakeTabbedWords(QIODevice &device, const QString &fileName, EntryIntake &in
     QByteArray line;
     while (lines.Next(line)) {
         progress();
-        DropLineEnd(line);
+        while (line.endsWith('\n') || line.endsWith('\r'))
+            line.chop(1);
         if (line.trimmed().isEmpty())
             continue;
         const SourcePlace place{fileName, lines.Number()};
         const qsizetype tab = line.indexOf('\t');
         if (lines.IsCut())
             intake.Told().Find(place.Text(), u"the line is longer than %1 bytes; left out"_s.arg(TextLines::MostBytes));
+        else if (line.contains('\0'))
+            intake.Told().Find(place.Text(), ZeroByte());
         else if (tab < 0)
             intake.Told().Find(place.Text(), u"there is no tab between word and entry; left out"_s);
         else
@@ -202,6 +211,9 @@ void TakeMarkUpWords(QIODevice &device, const QString &fileName, EntryIntake &in
         if (std::exchange(isFirst, false) && words.Kind() != 0 && words.Kind() != intake.Kind())
             intake.Told().Note(fileName,
                                u"says that it is dictionary %1, taken as %2"_s.arg(words.Kind()).arg(intake.Kind()));
-        intake.Take(word.name, word.content, {fileName, word.line});
+        if (const SourcePlace place{fileName, word.line}; word.name.contains('\0') || word.content.contains('\0'))
+            intake.Told().Find(place.Text(), ZeroByte());
+        else
+            intake.Take(word.name, word.content, place);
     }
 }

@@ -8,6 +8,7 @@
 
 #include <QCommandLineParser>
 #include <QFile>
+#include <QFileInfo>
 #include <QSet>
 
 using namespace Qt::StringLiterals;
@@ -95,6 +96,9 @@ int RunCheckLanguage(const QStringList &arguments, Console &console)
 
     const QString path = parser.positionalArguments().first();
     QFile file(path);
+    // A pipe would never end.
+    if (file.exists() && !QFileInfo(path).isFile())
+        throw ToolError(u"%1: is no regular file"_s.arg(path));
     if (!file.open(QIODevice::ReadOnly))
         throw ToolError(u"%1: %2"_s.arg(path, file.errorString()));
     const QList<LanguageFinding> findings = CheckLanguage(LinesOf(file.readAll()), WindowsOf(parser));
@@ -127,7 +131,14 @@ int RunFresh(const QStringList &arguments, Console &console)
     }
     QFile file(words[1]);
     const QByteArray bytes = text.toUtf8();
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly) || file.write(bytes) != bytes.size() || !file.flush())
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
         throw ToolError(u"%1: %2"_s.arg(words[1], file.errorString()));
+    if (file.write(bytes) != bytes.size() || !file.flush()) {
+        // Half of one would stay in the way of the next.
+        const QString fault = file.errorString();
+        file.close();
+        QFile::remove(words[1]);
+        throw ToolError(u"%1: %2"_s.arg(words[1], fault));
+    }
     return ExitCode::Clean;
 }

@@ -7,6 +7,7 @@
 
 #include <QCommandLineParser>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 
 using namespace Qt::StringLiterals;
@@ -16,6 +17,9 @@ namespace {
 QJsonArray ReadSkins(const QString &path)
 {
     QFile file(path);
+    // A pipe would never end.
+    if (file.exists() && !QFileInfo(path).isFile())
+        throw ToolError(u"%1: is no regular file"_s.arg(path));
     if (!file.open(QIODevice::ReadOnly))
         throw ToolError(u"%1: %2"_s.arg(path, file.errorString()));
     const QByteArray bytes = file.read(MaxSkinFileBytes + 1);
