@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr qsizetype LongestLine = 4096;
 /// Marks behind which a plus is no longer seen: the last two bytes of a line.
 constexpr qsizetype UnseenTail = 2;
 constexpr char NoKind = '\0';
@@ -50,7 +49,7 @@ public:
         if (m_feed < begin)
             m_feed = Find('\n', begin, end);
         const char *stop = std::min(m_return, m_feed);
-        const QByteArrayView line(begin, std::min<qsizetype>(stop - begin, LongestLine));
+        const QByteArrayView line(begin, std::min<qsizetype>(stop - begin, LongestEntryLine));
         if (stop != end)
             stop += *stop == '\r' && stop + 1 != end && stop[1] == '\n' ? 2 : 1;
         m_rest = QByteArrayView(stop, end - stop);

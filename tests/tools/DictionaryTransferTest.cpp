@@ -59,6 +59,24 @@ TEST_F(DictionaryTransfer, EachFormOfExportComesBackAsTheSameRows)
     Run(0, "check P.FDB");
 }
 
+TEST_F(DictionaryTransfer, LettersOfADictionaryInAnotherCharacterSetComeOutWhole)
+{
+    Run(0, "build marks --out .");
+    OpenedDatabase(Path(u"TARUNECLIENT.FDB"_s)).RunScript(uR"(SET TERM ^ ;
+create procedure SP_GET_LIST_WORDS (A integer)
+returns (WORD_NAME varchar(63) character set UTF8, DICT_TYPE integer) as begin
+    WORD_NAME = _UTF8 x'F09F9880'; DICT_TYPE = A; suspend;
+end^
+create procedure SP_GET_WORD_CONTENT (K integer, W varchar(63) character set UTF8, M smallint)
+returns (WORD_CONTENT blob sub_type text character set UTF8, WORD_CONTENT_2 blob sub_type 0) as begin
+    WORD_CONTENT = _UTF8 x'E1B9ADF09F9881'; suspend;
+end^
+SET TERM ; ^
+)"_s);
+    Run(0, "export dictionary --file TARUNECLIENT.FDB --kind 5 --quiet --out w.tsv");
+    EXPECT_EQ(Bytes(u"w.tsv"_s), "\U0001F600\t\u1E6D\U0001F601\n");
+}
+
 TEST_F(DictionaryTransfer, KeepsTheOtherKindsAndServesWhoHasTheOldFileOpen)
 {
     FileBefore();
@@ -131,6 +149,10 @@ TEST_F(DictionaryTransfer, TextsAreTakenByTheirLinesAndTheirEncoding)
     EXPECT_EQ(Import(1, "s.tsv"), "s.tsv:2: holds a zero byte, so it is no UTF-8; left out\n"
                                   "s.tsv:3: holds a zero byte, so it is no UTF-8; left out\n");
     EXPECT_EQ(WordsOf("5"), "\\b,x");
+    Put(u"long.tsv"_s, "d\ty\\n" + QByteArray(4096, 'x') + "\ne\t" + QByteArray(4097, 'x') + "\\ny\n");
+    const std::string told = Run(0, "import dictionary long.tsv --kind 5 --into P.FDB --replace");
+    EXPECT_THAT(told, HasSubstr("long.tsv:2: a line of the entry has 4097 bytes, of which the window shows the first"));
+    EXPECT_THAT(told, Not(HasSubstr("long.tsv:1")));
     for (const char *const encoding : {"UTF-8", "UTF-16LE", "UTF-16BE"}) {
         QStringEncoder encode(encoding);
         Put(u"m.txt"_s, encode(u"\uFEFF% ā\r\n- x\r\n"_s));

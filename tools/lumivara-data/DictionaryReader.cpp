@@ -2,6 +2,7 @@
 
 #include "stores/Blobs.h"
 #include "stores/DatabaseError.h"
+#include "stores/Field.h"
 
 #include <cstring>
 
@@ -48,7 +49,9 @@ public:
         bytes += sizeof(quint16);
         while (shape.padded && size > 0 && bytes[size - 1] == ' ')
             --size;
-        return QString::fromUtf8(bytes, size);
+        QByteArray text(bytes, size);
+        JoinSurrogates(text);
+        return QString::fromUtf8(text);
     }
     void Bytes(size_t column, QByteArray &bytes) const
     {
@@ -56,6 +59,8 @@ public:
         if (shape.kind != ColumnKind::Blob)
             throw DatabaseError(u"%1 is no blob"_s.arg(shape.name));
         ReadBlob(m_file.Database().Attachment(), m_file.Transaction().Native(), {Value<ISC_QUAD>(shape.offset)}, bytes);
+        if (shape.isText)
+            JoinSurrogates(bytes);
     }
 
 private:

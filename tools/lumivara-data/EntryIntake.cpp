@@ -1,6 +1,7 @@
 #include "lumivara-data/EntryIntake.h"
 
 #include "common/Report.h"
+#include "dictionary/EntryFormatter.h"
 #include "dictionary/WordRules.h"
 #include "lumivara-data/DictionaryCheck.h"
 #include "lumivara-data/DictionaryWriter.h"
@@ -22,6 +23,18 @@ bool IsControl(char c)
 bool IsControlUnit(QChar unit)
 {
     return unit.category() == QChar::Other_Control || unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator;
+}
+
+qsizetype LongestLine(const QByteArray &content)
+{
+    qsizetype longest = 0;
+    const char *end = content.cend();
+    for (const char *line = content.cbegin(); line < end;) {
+        const char *lineEnd = std::find_if(line, end, [](char c) { return c == '\n' || c == '\r'; });
+        longest = std::max(longest, qsizetype(lineEnd - line));
+        line = lineEnd + 1;
+    }
+    return longest;
 }
 
 /// Without the signs that steer devices; one that parts words becomes a blank.
@@ -63,6 +76,12 @@ CheckedEntry EntryIntake::Check(QByteArray content)
             content.replace('<', "&lt;");
         }
     }
+    // Breaking it would change what an export brought.
+    if (const qsizetype longest = content.size() > LongestEntryLine ? LongestLine(content) : 0;
+        longest > LongestEntryLine)
+        entry.changes.append(
+            u"a line of the entry has %1 bytes, of which the window shows the first %2"_s.arg(longest).arg(
+                LongestEntryLine));
     entry.content = std::move(content);
     return entry;
 }

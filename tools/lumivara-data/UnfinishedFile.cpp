@@ -40,19 +40,6 @@ void SettleFolderOf(const QString &path)
 #endif
 }
 
-/// Brings a file's bytes to the disk and lets every user read it.
-void Settle(const QString &path)
-{
-#ifdef Q_OS_UNIX
-    if (!BringToDisk(path))
-        throw ToolError(u"%1: cannot be written to the disk"_s.arg(path));
-    // The engine gives a new file to its maker alone; these are for every user of the machine to read.
-    QFile::setPermissions(path, QFile::permissions(path) | QFile::ReadGroup | QFile::ReadOther);
-#else
-    Q_UNUSED(path);
-#endif
-}
-
 /// Renames over what has the name.
 void Replace(const QString &from, const QString &to)
 {
@@ -94,6 +81,18 @@ void RemoveStale(const QString &path)
 {
     if (QFileInfo::exists(path) && !QFile::remove(path))
         throw ToolError(u"%1: an unfinished file is in the way"_s.arg(path));
+}
+
+void Settle(const QString &path)
+{
+#ifdef Q_OS_UNIX
+    if (!BringToDisk(path))
+        throw ToolError(u"%1: cannot be written to the disk"_s.arg(path));
+    // The engine gives a new file to its maker alone; these are for every user of the machine to read.
+    QFile::setPermissions(path, QFile::permissions(path) | QFile::ReadGroup | QFile::ReadOther);
+#else
+    Q_UNUSED(path);
+#endif
 }
 
 bool TakeLock(QLockFile &lock)

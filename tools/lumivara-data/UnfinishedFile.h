@@ -13,6 +13,8 @@ QString UnfinishedName(const QString &path);
 QString WriteFault(const QFileDevice &file);
 /// Removes what an interrupted run has left under a name.
 void RemoveStale(const QString &path);
+/// Brings a file's bytes to the disk and lets every user read it.
+void Settle(const QString &path);
 
 /// Takes a lock that ends with its process, without waiting.
 bool TakeLock(QLockFile &lock);
