@@ -103,6 +103,7 @@ class WalkedWindows : public MarksWindow
 
 TEST_F(WalkedWindows, AreDressedButForTreesPagesAndCaptions)
 {
+    Store(u"GlobalActiveStyle"_s, 0);
     Open(1101);
     OpenMarks();
     const QString plain = u"Segoe UI 9.75"_s, base = u"Segoe UI 10 q"_s;

@@ -34,7 +34,7 @@ std::string Told(const CheckedCanon &canon)
 
 TEST(CanonFaults, AreFoundAndNothingElse)
 {
-    const QList<CheckedGroup> groups{Group(1, -1), Group(2, 1), Group(3, 1), Group(2147483647, 1)};
+    const QList<CheckedGroup> groups{Group(1, -1), Group(2, 1), Group(3, 1), Group(2147482647, 1)};
     const CheckedText sound = Named(Text(1101, 2, 1), QString(127, u'ā'), {}, "<meta charset=\"utf-8\">chữ"),
                       nameless{{}, {}, {}, u"a"_s, u"b"_s, {}, {}};
     EXPECT_EQ(Told({groups, {sound, Named(Text(1201, 3, 2), u"a"_s, {}, "\xEF\xBB\xBF<p>x</p>")}}), "");
@@ -51,9 +51,17 @@ TEST(CanonFaults, AreFoundAndNothingElse)
               "text null of group null: NUMBER_VIC is null\n"
               "text 1101 of group 2: NUMBER_VIC is 2, and 1 is missing before it\n"
               "text 1301 of group 3: NUMBER_VIC is 9, and 4 to 8 are missing before it\n");
-    const QList<CheckedGroup> odd{
-        Group(11012, 1), Group(3, 1), Group(101, 1), Group(13, 1), Group(4, 9),
-        Group(-1, -1),   Group(5, 6), Group(6, 5),   Group(7, 5),  {{}, {}, QString(), u"b"_s, {}}};
+    const QList<CheckedGroup> odd{Group(11012, 1),
+                                  Group(3, 1),
+                                  Group(101, 1),
+                                  Group(13, 1),
+                                  Group(4, 9),
+                                  Group(-1, -1),
+                                  Group(5, 6),
+                                  Group(6, 5),
+                                  Group(7, 5),
+                                  Group(2147482648, 1),
+                                  {{}, {}, QString(), u"b"_s, {}}};
     EXPECT_EQ(Told({groups + odd, {Text(1101, 2, 1), Text(11011, 3, 2), Text(1101, 13, 3)}}),
               "group -1: ID_VIT is -1, the root of the tree\n"
               "group null: ID_VIT is null\n"
@@ -62,6 +70,7 @@ TEST(CanonFaults, AreFoundAndNothingElse)
               "text 1101 of group 2: TREE_ID \"11012\" is the key of group 11012 too\n"
               "text 1101 of group 13: TREE_ID \"110113\" is the key of text 11011 of group 3 too\n"
               "group 101: 1000 + ID_VIT is 1101, the number of a text: the group shows that text\n"
+              "group 2147482648: 1000 + ID_VIT is 2147483648, more than a number can be: the tree does not open\n"
               "group 4: the parent group 9 does not exist\n"
               "group 5: is its own ancestor\n"
               "group 6: is its own ancestor\n"
