@@ -131,6 +131,9 @@ bool RunMeasures(const QStringList &names, const QString &jsonPath)
         PrintRow({measure.name, Number(figure) + QLatin1Char(' ') + measure.unit,
                   Number(base) + QLatin1Char(' ') + measure.unit, QString::number(ratio, 'f', 2), measure.reach});
     }
+    // Their windows have to go before the application does.
+    benchmark::ClearRegisteredBenchmarks();
+    registered.clear();
     if (jsonPath.isEmpty())
         return true;
     QFile file(jsonPath);
