@@ -9,10 +9,17 @@
 
 using namespace Qt::StringLiterals;
 
-// The protocol between a dataset and its kinds. DoOpen readies the rows and may add fields; DoFetchNext then appends
-// one row at a time. Rows are known by their index, so DoInsertRow appends, DoUpdateRow replaces and DoDeleteRow takes
-// out, and each does so only after the store has taken the change. The values handed over hold an UnreadBlob where the
-// edit did not touch a blob. The base class does all counting, moving and telling.
+namespace {
+
+/// Rows that a walk through all of them asks for at once.
+constexpr int RowsAtOnce = 64;
+
+} // namespace
+
+// The protocol between a dataset and its kinds. DoOpen readies the rows and may add fields; DoFetch then appends
+// some rows at a time. Rows are known by their index, so DoInsertRow appends, DoUpdateRow replaces and DoDeleteRow
+// takes out, and each does so only after the store has taken the change. The values handed over hold an UnreadBlob
+// where the edit did not touch a blob. The base class does all counting, moving and telling.
 
 TDataSet::TDataSet(QObject *owner) : QObject(owner) {}
 
@@ -116,10 +123,9 @@ bool TDataSet::IsEmpty()
 bool TDataSet::FetchUpTo(int row)
 {
     while (m_rowCount <= row && !m_allFetched) {
-        if (DoFetchNext())
-            ++m_rowCount;
-        else
-            m_allFetched = true;
+        const int count = DoFetch(std::min(row - m_rowCount, RowsAtOnce - 1) + 1);
+        m_rowCount += count;
+        m_allFetched = count == 0;
     }
     return row < m_rowCount;
 }
@@ -128,7 +134,7 @@ void TDataSet::FetchAll()
 {
     NeedActive();
     while (!m_allFetched)
-        FetchUpTo(m_rowCount);
+        FetchUpTo(m_rowCount + RowsAtOnce - 1);
 }
 
 void TDataSet::GoTo(int row)
@@ -198,7 +204,7 @@ bool TDataSet::Locate(const QString &field, const QVariant &value, LocateOptions
     const int index = FieldByName(field).Index();
     CheckBrowse();
     const LocateKey key(value, options);
-    for (int row = 0; FetchUpTo(row); ++row) {
+    for (int row = 0; row < m_rowCount || FetchUpTo(row + RowsAtOnce - 1) || row < m_rowCount; ++row) {
         if (!DoRowMatches(row, index, key))
             continue;
         m_bof = m_eof = false;

@@ -124,8 +124,8 @@ protected:
     // What a kind of dataset supplies. See DataSet.cpp for the protocol.
     virtual void DoOpen() = 0;
     virtual void DoClose() = 0;
-    /// Fetches one more row and appends it; false at the end.
-    virtual bool DoFetchNext() = 0;
+    /// Fetches up to `most` rows, at least one, and appends them. Their number; 0 at the end.
+    virtual int DoFetch(int most) = 0;
     virtual void DoInsertRow(const QList<QVariant> &values) = 0;
     virtual void DoUpdateRow(int row, const QList<QVariant> &values, const QList<QVariant> &oldValues) = 0;
     virtual void DoDeleteRow(int row) = 0;

@@ -74,7 +74,7 @@ public:
 protected:
     void DoOpen() override;
     void DoClose() override;
-    bool DoFetchNext() override;
+    int DoFetch(int most) override;
     void DoInsertRow(const QList<QVariant> &values) override;
     void DoUpdateRow(int row, const QList<QVariant> &values, const QList<QVariant> &oldValues) override;
     void DoDeleteRow(int row) override;

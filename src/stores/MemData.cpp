@@ -19,9 +19,9 @@ void TdxMemData::DoClose()
     m_rows.clear();
 }
 
-bool TdxMemData::DoFetchNext()
+int TdxMemData::DoFetch(int)
 {
-    return false;
+    return 0;
 }
 
 void TdxMemData::DoInsertRow(const QList<QVariant> &values)

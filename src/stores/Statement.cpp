@@ -318,7 +318,7 @@ bool Statement::TakesTexts(const Call &call) const
     }
 }
 
-bool Statement::Fetch()
+bool Statement::Fetch(unsigned char *message)
 {
     if (!m_cursor)
         return false;
@@ -326,7 +326,7 @@ bool Statement::Fetch()
         throw DatabaseError(u"The transaction of the open cursor has ended"_s);
     bool isThere = false;
     const bool isTaken =
-        TakesTexts([&] { isThere = m_cursor->fetchNext(Status(), m_message.data()) == Firebird::IStatus::RESULT_OK; });
+        TakesTexts([&] { isThere = m_cursor->fetchNext(Status(), message) == Firebird::IStatus::RESULT_OK; });
     m_hasLongText = false;
     if (isTaken && isThere)
         return true;

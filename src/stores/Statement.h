@@ -59,7 +59,10 @@ public:
     /// the engine may tell so only at the first fetch, which then finds no row.
     bool OpenCursor(const TransactionHandle &transaction, const QList<QVariant> &values);
     /// Fetches one row into Message(); false at the end, after which the cursor is closed.
-    bool Fetch();
+    bool Fetch() { return Fetch(m_message.data()); }
+    /// The same into another place of MessageSize() bytes.
+    bool Fetch(unsigned char *message);
+    qsizetype MessageSize() const { return static_cast<qsizetype>(m_message.size()); }
     const unsigned char *Message() const { return m_message.data(); }
     void CloseCursor();
     bool CursorIsOpen() const { return m_cursor != nullptr; }

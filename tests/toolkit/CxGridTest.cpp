@@ -34,11 +34,11 @@ public:
 protected:
     void DoOpen() override {}
     void DoClose() override {}
-    bool DoFetchNext() override
+    int DoFetch(int) override
     {
         if (RecordCount() == m_broken)
             throw DatabaseError(u"broken"_s);
-        return RecordCount() < m_count;
+        return RecordCount() < m_count ? 1 : 0;
     }
     void DoInsertRow(const QList<QVariant> &) override {}
     void DoUpdateRow(int, const QList<QVariant> &, const QList<QVariant> &) override {}
