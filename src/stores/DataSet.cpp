@@ -120,12 +120,17 @@ bool TDataSet::IsEmpty()
     return !Active() || !FetchUpTo(0);
 }
 
+bool TDataSet::FetchSome(int most)
+{
+    const int count = m_allFetched ? 0 : DoFetch(most);
+    m_rowCount += count;
+    m_allFetched = count == 0;
+    return count > 0;
+}
+
 bool TDataSet::FetchUpTo(int row)
 {
-    while (m_rowCount <= row && !m_allFetched) {
-        const int count = DoFetch(std::min(row - m_rowCount, RowsAtOnce - 1) + 1);
-        m_rowCount += count;
-        m_allFetched = count == 0;
+    while (m_rowCount <= row && FetchSome(std::min(row - m_rowCount, RowsAtOnce - 1) + 1)) {
     }
     return row < m_rowCount;
 }
@@ -133,8 +138,8 @@ bool TDataSet::FetchUpTo(int row)
 void TDataSet::FetchAll()
 {
     NeedActive();
-    while (!m_allFetched)
-        FetchUpTo(m_rowCount + RowsAtOnce - 1);
+    while (FetchSome(RowsAtOnce)) {
+    }
 }
 
 void TDataSet::GoTo(int row)
@@ -204,7 +209,7 @@ bool TDataSet::Locate(const QString &field, const QVariant &value, LocateOptions
     const int index = FieldByName(field).Index();
     CheckBrowse();
     const LocateKey key(value, options);
-    for (int row = 0; row < m_rowCount || FetchUpTo(row + RowsAtOnce - 1) || row < m_rowCount; ++row) {
+    for (int row = 0; row < m_rowCount || FetchSome(RowsAtOnce); ++row) {
         if (!DoRowMatches(row, index, key))
             continue;
         m_bof = m_eof = false;

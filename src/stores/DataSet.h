@@ -162,6 +162,8 @@ private:
     static void Call(const std::function<void()> &event);
     void Forget();
     void GoTo(int row);
+    /// Fetches up to `most` rows more; false if there are none.
+    bool FetchSome(int most);
     void EndEdit();
     void SetPendingValue(int field, const QVariant &value);
 

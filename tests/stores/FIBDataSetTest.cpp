@@ -198,6 +198,26 @@ TEST_F(ParametersTest, ATextLongerThanTheParameterMatchesNothing)
     }
 }
 
+TEST_F(StoreTest, ARowThatFailsIsToldBehindThoseBeforeIt)
+{
+    RunScript(database, u"set term ^ ; create procedure P returns (ID integer) as begin ID = 1;"
+                        "while (ID < 151) do begin ID = ID + 1; suspend; end ID = 1 / (ID - 151); end^ set term ; ^"_s);
+    TpFIBDataSet query;
+    Use(query, u"select ID from P"_s);
+    for (int opening = 0; opening < 2; ++opening) {
+        query.Open();
+        EXPECT_TRUE(query.Locate(u"ID"_s, 149)) << "found before the failure comes";
+        EXPECT_TRUE(FailureOf([&] { query.FetchAll(); }).contains(u"zero"_s));
+        EXPECT_EQ(query.RecordCount(), 150);
+        query.MoveTo(149);
+        EXPECT_EQ(query.FieldByName(u"ID"_s).AsInteger(), 151);
+        query.Close();
+        query.Open();
+        EXPECT_TRUE(query.Locate(u"ID"_s, 149));
+        query.Close(); // with the failure untold
+    }
+}
+
 TEST_F(StoreTest, LocateMovesToTheFirstRowThatMatchesOrNowhere)
 {
     RunScript(database, u"create table T (ID integer, NAME varchar(20)); commit; insert into T values (2, null);"
