@@ -255,7 +255,7 @@ TEST_F(MarksVerbs, AnImportThatCannotBeDoneLeavesTheFileAsItWas)
     Put(u"small.csv"_s, Header);
     for (const auto &[words, said] : std::initializer_list<std::pair<std::string, std::string>>{
              {"none.csv --into to/TARUNECLIENT.FDB", "none.csv: there is no such file"},
-             {"folder.csv --into to/TARUNECLIENT.FDB", "folder.csv: is no file"},
+             {"folder.csv --into to/TARUNECLIENT.FDB", "folder.csv: is no regular file"},
              {"marks.html --into to/TARUNECLIENT.FDB", "no format \"html\""},
              {"small.csv --into other.FDB", "other.FDB"},
              {"small.csv --into none.FDB", "none.FDB: there is no"}})

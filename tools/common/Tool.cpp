@@ -4,6 +4,8 @@
 #include "common/Interrupt.h"
 
 #include <QCommandLineParser>
+#include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 
 using namespace Qt::StringLiterals;
@@ -55,6 +57,17 @@ int CodeOf(int code, Console &console)
 }
 
 } // namespace
+
+void OpenSource(QFile &file)
+{
+    const QFileInfo info(file.fileName());
+    if (!info.exists())
+        throw ToolError(u"%1: there is no such file"_s.arg(file.fileName()));
+    if (!info.isFile())
+        throw ToolError(u"%1: is no regular file"_s.arg(file.fileName()));
+    if (!file.open(QIODevice::ReadOnly))
+        throw ToolError(u"%1: %2"_s.arg(file.fileName(), file.errorString()));
+}
 
 int RunTool(std::span<const Verb> verbs, const QStringList &arguments, Console &console)
 {

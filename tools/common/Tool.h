@@ -7,6 +7,7 @@
 
 class Console;
 class QCommandLineParser;
+class QFile;
 
 /// What a tool ends with.
 namespace ExitCode {
@@ -34,6 +35,10 @@ struct Verb
     const char16_t *summary;
     int (*run)(const QStringList &, Console &);
 };
+
+/// Opens a file of a reader's own choice for reading once it is known to be one: a pipe or a device may never end.
+/// Throws ToolError, which names it.
+void OpenSource(QFile &file);
 
 /// Runs the verb that the first argument names and gives the exit code. Never throws.
 int RunTool(std::span<const Verb> verbs, const QStringList &arguments, Console &console);

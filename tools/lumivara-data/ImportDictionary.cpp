@@ -22,18 +22,6 @@ namespace {
 
 enum class Form { StarDict, Tabbed, MarkUp };
 
-/// A file of a reader's own choice, opened once it is known to be one: a pipe or a device may never end.
-void OpenSource(QFile &file)
-{
-    const QFileInfo info(file.fileName());
-    if (!info.exists())
-        throw ToolError(u"%1: there is no such file"_s.arg(file.fileName()));
-    if (!info.isFile())
-        throw ToolError(u"%1: is no regular file"_s.arg(file.fileName()));
-    if (!file.open(QIODevice::ReadOnly))
-        throw ToolError(u"%1: %2"_s.arg(file.fileName(), file.errorString()));
-}
-
 Form FormOf(const QString &source, const QString &named)
 {
     if (named == u"stardict")

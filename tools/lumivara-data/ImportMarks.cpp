@@ -117,9 +117,7 @@ int ImportMarks(const QStringList &arguments, Console &console)
     const QString name = parser.positionalArguments().first();
     const bool isMarkdown = FormatOf(parser, name) == u"markdown"_s;
     QFile input(name);
-    ExistingFile(name);
-    if (!input.open(QIODevice::ReadOnly))
-        throw ToolError(u"%1: %2"_s.arg(name, input.errorString()));
+    OpenSource(input);
     const QString path = ExistingFile(parser.value(u"into"_s));
 
     NoteInterrupts();

@@ -8,7 +8,6 @@
 
 #include <QCommandLineParser>
 #include <QFile>
-#include <QFileInfo>
 #include <QSet>
 
 using namespace Qt::StringLiterals;
@@ -96,11 +95,7 @@ int RunCheckLanguage(const QStringList &arguments, Console &console)
 
     const QString path = parser.positionalArguments().first();
     QFile file(path);
-    // A pipe would never end.
-    if (file.exists() && !QFileInfo(path).isFile())
-        throw ToolError(u"%1: is no regular file"_s.arg(path));
-    if (!file.open(QIODevice::ReadOnly))
-        throw ToolError(u"%1: %2"_s.arg(path, file.errorString()));
+    OpenSource(file);
     const QList<LanguageFinding> findings = CheckLanguage(LinesOf(file.readAll()), WindowsOf(parser));
     for (const LanguageFinding &finding : findings)
         console.Print(u"%1:%2: %3\n"_s.arg(path).arg(finding.line).arg(finding.text));

@@ -7,7 +7,6 @@
 
 #include <QCommandLineParser>
 #include <QFile>
-#include <QFileInfo>
 #include <QSaveFile>
 
 using namespace Qt::StringLiterals;
@@ -17,11 +16,7 @@ namespace {
 QJsonArray ReadSkins(const QString &path)
 {
     QFile file(path);
-    // A pipe would never end.
-    if (file.exists() && !QFileInfo(path).isFile())
-        throw ToolError(u"%1: is no regular file"_s.arg(path));
-    if (!file.open(QIODevice::ReadOnly))
-        throw ToolError(u"%1: %2"_s.arg(path, file.errorString()));
+    OpenSource(file);
     const QByteArray bytes = file.read(MaxSkinFileBytes + 1);
     if (bytes.size() > MaxSkinFileBytes)
         throw ToolError(u"%1: it has more than %2 bytes"_s.arg(path).arg(MaxSkinFileBytes));
