@@ -343,6 +343,11 @@ void TpFIBTransaction::Handle::Rollback()
 void TpFIBTransaction::Handle::Commit()
 {
     transaction->commit(FirebirdClient::Instance().Status());
+    Ended();
+}
+
+void TpFIBTransaction::Handle::Ended()
+{
     transaction = nullptr;
     std::erase(database->transactions, this);
 }

@@ -38,4 +38,6 @@ struct TpFIBTransaction::Handle
     ~Handle();
     void Rollback();
     void Commit();
+    /// Takes note that the engine has ended and freed the transaction.
+    void Ended();
 };

@@ -87,8 +87,11 @@ void TpFIBScripter::ExecuteScript(int from)
         }
         own.SetActive(true);
         const QByteArray text = statement.toUtf8();
-        attachment->attachment->execute(status, own.Native()->transaction, static_cast<unsigned>(text.size()),
-                                        text.constData(), static_cast<unsigned>(attachment->dialect), nullptr, nullptr,
-                                        nullptr, nullptr);
+        const Firebird::ITransaction *left = attachment->attachment->execute(
+            status, own.Native()->transaction, static_cast<unsigned>(text.size()), text.constData(),
+            static_cast<unsigned>(attachment->dialect), nullptr, nullptr, nullptr, nullptr);
+        // A commit in other words than those above, such as one with a comment, reaches the engine.
+        if (!left)
+            own.Native()->Ended();
     }
 }

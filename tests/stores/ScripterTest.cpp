@@ -32,6 +32,12 @@ TEST_F(StoreTest, AScriptKeepsOnlyWhatItCommitsFromTheStatementOfThatNumberOn)
     scripter.Script() = {u"insert into T values (4); rollback work; insert into T values (5);"_s, u"commit work;"_s};
     scripter.ExecuteScript();
     EXPECT_EQ(Ask(ids).toString(), u"2,5"_s);
+    scripter.Script() = {u"insert into T values (8); commit /* now */; insert into T values (9);"_s,
+                         u"set term ^ ; delete from T where ID = 8^ commit;^"_s};
+    scripter.ExecuteScript();
+    EXPECT_EQ(Ask(ids).toString(), u"2,5,9"_s) << "the engine commits by its own words, too";
+    scripter.Script() = {u"delete from T where ID = 9; commit;"_s};
+    scripter.ExecuteScript();
     scripter.Script() = {u"insert into T values (6); insert into T values (6); insert into T values (7); commit;"_s};
     const QString text = FailureOf([&] { scripter.ExecuteScript(); });
     EXPECT_TRUE(text.contains(u"violation of PRIMARY or UNIQUE KEY constraint"_s)) << text.toStdString();
