@@ -1,8 +1,8 @@
 #include "BenchCanon.h"
 
-#include "stores/Database.h"
-#include "stores/FIBDataSet.h"
-#include "stores/Scripter.h"
+#include "stores/data/FIBDataSet.h"
+#include "stores/engine/Database.h"
+#include "stores/engine/Scripter.h"
 
 #include <QFile>
 

@@ -9,12 +9,12 @@
 #include "common/Console.h"
 #include "dictionary/Dictionary.h"
 #include "dictionary/DictionaryDM.h"
-#include "lumivara-data/DictionaryFile.h"
+#include "lumivara-data/dictionary/DictionaryFile.h"
 #include "presentation/GlobalUnit.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/CxGridDBTableView.h"
+#include "toolkit/bound/CxGridDBTableView.h"
+#include "toolkit/browser/BrowserControl.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>

@@ -11,7 +11,7 @@
 #include "stores/ClientsDM.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
-#include "toolkit/BrowserControl.h"
+#include "toolkit/browser/BrowserControl.h"
 
 #include <QDir>
 #include <QElapsedTimer>

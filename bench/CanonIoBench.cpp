@@ -5,9 +5,9 @@
 
 #include "common/Console.h"
 #include "common/Report.h"
-#include "lumivara-data/CanonRows.h"
-#include "lumivara-data/CanonWriter.h"
 #include "lumivara-data/Verbs.h"
+#include "lumivara-data/canon/CanonRows.h"
+#include "lumivara-data/canon/CanonWriter.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -2,8 +2,8 @@
 #include "Painted.h"
 #include "Suites.h"
 
-#include "toolkit/BrowserControl.h"
-#include "toolkit/BrowserProfile.h"
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/browser/BrowserProfile.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>

@@ -6,7 +6,7 @@
 
 #include "dictionary/EntryFormatter.h"
 #include "dictionary/WordRules.h"
-#include "toolkit/BrowserProfile.h"
+#include "toolkit/browser/BrowserProfile.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

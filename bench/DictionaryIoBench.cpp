@@ -6,12 +6,12 @@
 
 #include "common/Console.h"
 #include "dictionary/WordRules.h"
-#include "lumivara-data/DataFile.h"
-#include "lumivara-data/DictionaryOrder.h"
-#include "lumivara-data/DictionaryReader.h"
-#include "lumivara-data/UnfinishedFile.h"
 #include "lumivara-data/Verbs.h"
-#include "tools/StarDictSample.h"
+#include "lumivara-data/dictionary/DictionaryOrder.h"
+#include "lumivara-data/dictionary/DictionaryReader.h"
+#include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/UnfinishedFile.h"
+#include "tools/lumivara-data/dictionary/StarDictSample.h"
 
 #include <QCryptographicHash>
 #include <QElapsedTimer>

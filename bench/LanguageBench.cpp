@@ -2,13 +2,13 @@
 #include "Measures.h"
 #include "Suites.h"
 
-#include "presentation/DKLang.h"
-#include "presentation/Published.h"
+#include "presentation/languages/DKLang.h"
+#include "presentation/languages/Published.h"
 #include "reader/Main.h"
 #include "search/SearchSutas.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/CxGridDBColumn.h"
-#include "toolkit/Forms.h"
+#include "toolkit/bound/CxGridDBColumn.h"
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/program/Forms.h"
 
 #include <QAbstractButton>
 #include <QAction>

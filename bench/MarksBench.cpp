@@ -11,9 +11,9 @@
 #include "stores/ClientsDM.h"
 #include "stores/KeloraSuttaList.h"
 #include "stores/Modules.h"
-#include "stores/Scripter.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/CxGridDBTableView.h"
+#include "stores/engine/Scripter.h"
+#include "toolkit/bound/CxGridDBTableView.h"
+#include "toolkit/browser/BrowserControl.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -5,8 +5,8 @@
 #include "presentation/GlobalUnit.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraSuttaList.h"
-#include "stores/Scripter.h"
-#include "stores/Statement.h"
+#include "stores/engine/Scripter.h"
+#include "stores/engine/Statement.h"
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -2,9 +2,9 @@
 
 #include "presentation/GlobalUnit.h"
 #include "reader/PageComposer.h"
-#include "stores/Database.h"
-#include "stores/FIBDataSet.h"
 #include "stores/KeloraDM.h"
+#include "stores/data/FIBDataSet.h"
+#include "stores/engine/Database.h"
 
 #include <QCoreApplication>
 #include <QDir>

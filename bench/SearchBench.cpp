@@ -4,12 +4,12 @@
 #include "Sample.h"
 #include "Suites.h"
 
-#include "marks/Functions.h"
+#include "base/PlainText.h"
 #include "search/SuttaScan.h"
 #include "search/SuttaSearch.h"
-#include "stores/FIBDataSet.h"
 #include "stores/KeloraDM.h"
-#include "stores/MemData.h"
+#include "stores/data/FIBDataSet.h"
+#include "stores/data/MemData.h"
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -11,10 +11,10 @@
 #include "search/SearchSutas.h"
 #include "stores/ClientsDM.h"
 #include "stores/Modules.h"
-#include "toolkit/BarCombo.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/Forms.h"
-#include "toolkit/SkinController.h"
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/controls/BarCombo.h"
+#include "toolkit/program/Forms.h"
+#include "toolkit/skin/SkinController.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

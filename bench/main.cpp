@@ -2,8 +2,8 @@
 #include "Measures.h"
 #include "Suites.h"
 
-#include "toolkit/BrowserControl.h"
-#include "toolkit/StartUp.h"
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/program/StartUp.h"
 
 #include <QApplication>
 #include <QTimer>

@@ -6,11 +6,11 @@
 #include "stores/DailyBackup.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/Doors.h"
-#include "toolkit/Fonts.h"
-#include "toolkit/MenuKey.h"
-#include "toolkit/StartUp.h"
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/program/Doors.h"
+#include "toolkit/program/Fonts.h"
+#include "toolkit/program/MenuKey.h"
+#include "toolkit/program/StartUp.h"
 
 #include <QApplication>
 

@@ -1,8 +1,8 @@
 #include "Painted.h"
 
-#include "toolkit/BrowserControl.h"
-#include "toolkit/BrowserProfile.h"
-#include "toolkit/Fonts.h"
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/browser/BrowserProfile.h"
+#include "toolkit/program/Fonts.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -4,13 +4,13 @@
 #include "dictionary/EntryFormatter.h"
 #include "dictionary/WordRules.h"
 #include "presentation/FontPolicy.h"
-#include "presentation/FormLanguage.h"
 #include "presentation/GlobalUnit.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
-#include "toolkit/Doors.h"
-#include "toolkit/Fonts.h"
-#include "toolkit/Guard.h"
+#include "toolkit/program/Doors.h"
+#include "toolkit/program/Fonts.h"
+#include "toolkit/program/FormLanguage.h"
+#include "toolkit/program/Guard.h"
 #include "ui_Dictionary.h"
 
 #include <QAbstractEventDispatcher>

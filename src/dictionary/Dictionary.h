@@ -1,7 +1,7 @@
 #pragma once
 
-#include "stores/DataSource.h"
-#include "stores/FIBDataSet.h"
+#include "stores/data/DataSource.h"
+#include "stores/data/FIBDataSet.h"
 
 #include <QTimer>
 #include <QWidget>

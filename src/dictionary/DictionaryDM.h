@@ -1,7 +1,7 @@
 #pragma once
 
-#include "stores/Database.h"
 #include "stores/KeloraDM.h"
+#include "stores/engine/Database.h"
 
 /// The connection to the dictionaries. Lives for the whole run; the program works without it.
 class TfrmDictionaryDM : public QObject

@@ -3,7 +3,7 @@
 #include "dictionary/WordRules.h"
 #include "presentation/GlobalUnit.h"
 #include "reader/ReaderRules.h"
-#include "toolkit/Guard.h"
+#include "toolkit/program/Guard.h"
 #include "ui_Dictionary.h"
 
 #include <QScopeGuard>

@@ -1,7 +1,7 @@
 #include "marks/ConfirmDelete.h"
 
-#include "stores/DatabaseError.h"
-#include "toolkit/Doors.h"
+#include "stores/engine/DatabaseError.h"
+#include "toolkit/program/Doors.h"
 
 void ConfirmDelete()
 {

@@ -1,6 +1,6 @@
 #include "marks/Excerpt.h"
 
-#include "marks/Functions.h"
+#include "base/PlainText.h"
 
 #include <QStringDecoder>
 

@@ -2,13 +2,13 @@
 
 #include "marks/Excerpt.h"
 #include "marks/MarkCaptions.h"
-#include "presentation/FormLanguage.h"
 #include "presentation/GlobalUnit.h"
 #include "reader/ReaderRules.h"
 #include "stores/ClientsDM.h"
 #include "stores/Modules.h"
-#include "toolkit/Fonts.h"
-#include "toolkit/Guard.h"
+#include "toolkit/program/Fonts.h"
+#include "toolkit/program/FormLanguage.h"
+#include "toolkit/program/Guard.h"
 #include "ui_FocusEdit.h"
 
 #include <QGuiApplication>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "toolkit/NewestWait.h"
+#include "toolkit/program/NewestWait.h"
 
 #include <QWidget>
 

@@ -1,8 +1,8 @@
 #include "marks/HtmlToPlainText.h"
 
-#include "toolkit/BrowserPage.h"
-#include "toolkit/BrowserProfile.h"
-#include "toolkit/EngineWait.h"
+#include "toolkit/browser/BrowserPage.h"
+#include "toolkit/browser/BrowserProfile.h"
+#include "toolkit/browser/EngineWait.h"
 
 #include <QWebEngineScript>
 

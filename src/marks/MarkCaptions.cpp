@@ -1,7 +1,7 @@
 #include "marks/MarkCaptions.h"
 
 #include "presentation/GlobalUnit.h"
-#include "toolkit/LayoutItem.h"
+#include "toolkit/controls/LayoutItem.h"
 
 void ShowMarkCaptions(const MarkItems &items, const MarkCaptions &designed, const MarkCaptions &vietnamese)
 {

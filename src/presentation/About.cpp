@@ -1,12 +1,12 @@
 #include "presentation/About.h"
 
 #include "presentation/FontPolicy.h"
-#include "presentation/FormLanguage.h"
 #include "presentation/ProductAddresses.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/Doors.h"
-#include "toolkit/Fonts.h"
-#include "toolkit/Guard.h"
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/program/Doors.h"
+#include "toolkit/program/Fonts.h"
+#include "toolkit/program/FormLanguage.h"
+#include "toolkit/program/Guard.h"
 #include "ui_About.h"
 
 #include <QFontInfo>

@@ -1,9 +1,9 @@
 #include "presentation/DMInterface.h"
 
 #include "presentation/GlobalInterface.h"
-#include "toolkit/Doors.h"
-#include "toolkit/LookAndFeel.h"
-#include "toolkit/SkinController.h"
+#include "toolkit/program/Doors.h"
+#include "toolkit/skin/LookAndFeel.h"
+#include "toolkit/skin/SkinController.h"
 
 #include <QApplication>
 #include <QFont>

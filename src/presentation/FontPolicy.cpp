@@ -1,9 +1,9 @@
 #include "presentation/FontPolicy.h"
 
 #include "presentation/FontRules.h"
-#include "toolkit/BarManager.h"
-#include "toolkit/CxLabel.h"
-#include "toolkit/Kinds.h"
+#include "toolkit/controls/BarManager.h"
+#include "toolkit/controls/CxLabel.h"
+#include "toolkit/controls/Kinds.h"
 
 #include <QFont>
 #include <QHeaderView>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "presentation/Components.h"
+#include "presentation/languages/Components.h"
 
 class QFont;
 class QWidget;

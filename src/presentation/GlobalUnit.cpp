@@ -1,6 +1,6 @@
 #include "presentation/GlobalUnit.h"
 
-#include "presentation/Contrast.h"
+#include "base/Contrast.h"
 
 #include <QList>
 

@@ -1,11 +1,11 @@
 #include "presentation/Options.h"
 
-#include "presentation/FormLanguage.h"
 #include "presentation/OptionValues.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
-#include "toolkit/Fonts.h"
-#include "toolkit/Guard.h"
+#include "toolkit/program/Fonts.h"
+#include "toolkit/program/FormLanguage.h"
+#include "toolkit/program/Guard.h"
 #include "ui_Options.h"
 
 #include <QScreen>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "reader/CommandRules.h"
-#include "stores/DataSource.h"
-#include "stores/FIBDataSet.h"
-#include "stores/Scripter.h"
+#include "stores/data/DataSource.h"
+#include "stores/data/FIBDataSet.h"
+#include "stores/engine/Scripter.h"
 
 #include <QWidget>
 

@@ -9,12 +9,12 @@
 #include "search/SearchSutas.h"
 #include "stores/ClientsDM.h"
 #include "stores/Modules.h"
-#include "toolkit/BarCombo.h"
-#include "toolkit/Doors.h"
-#include "toolkit/Fonts.h"
-#include "toolkit/Forms.h"
-#include "toolkit/Guard.h"
-#include "toolkit/SkinController.h"
+#include "toolkit/controls/BarCombo.h"
+#include "toolkit/program/Doors.h"
+#include "toolkit/program/Fonts.h"
+#include "toolkit/program/Forms.h"
+#include "toolkit/program/Guard.h"
+#include "toolkit/skin/SkinController.h"
 #include "ui_Main.h"
 
 #include <QAbstractEventDispatcher>

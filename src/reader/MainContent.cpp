@@ -4,9 +4,9 @@
 #include "reader/PageComposer.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
-#include "stores/Registry.h"
-#include "toolkit/Doors.h"
-#include "toolkit/Guard.h"
+#include "stores/settings/Registry.h"
+#include "toolkit/program/Doors.h"
+#include "toolkit/program/Guard.h"
 #include "ui_Main.h"
 
 #include <QScopedValueRollback>

@@ -7,9 +7,9 @@
 #include "reader/ReaderRules.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
-#include "toolkit/Doors.h"
-#include "toolkit/Forms.h"
-#include "toolkit/Guard.h"
+#include "toolkit/program/Doors.h"
+#include "toolkit/program/Forms.h"
+#include "toolkit/program/Guard.h"
 #include "ui_Main.h"
 
 namespace {

@@ -8,9 +8,9 @@
 #include "stores/ClientsDM.h"
 #include "stores/KeloraSuttaList.h"
 #include "stores/Modules.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/Doors.h"
-#include "toolkit/Forms.h"
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/program/Doors.h"
+#include "toolkit/program/Forms.h"
 #include "ui_Main.h"
 
 #include <QScopeGuard>

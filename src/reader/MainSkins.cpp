@@ -4,9 +4,9 @@
 #include "reader/Main.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
-#include "toolkit/BarCombo.h"
-#include "toolkit/LookAndFeel.h"
-#include "toolkit/SkinController.h"
+#include "toolkit/controls/BarCombo.h"
+#include "toolkit/skin/LookAndFeel.h"
+#include "toolkit/skin/SkinController.h"
 
 #include <QAbstractItemView>
 #include <QStyle>

@@ -3,8 +3,8 @@
 #include "reader/ReaderRules.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
-#include "toolkit/Doors.h"
-#include "toolkit/Guard.h"
+#include "toolkit/program/Doors.h"
+#include "toolkit/program/Guard.h"
 #include "ui_Main.h"
 
 #include <array>

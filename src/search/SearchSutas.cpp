@@ -1,6 +1,5 @@
 #include "search/SearchSutas.h"
 
-#include "presentation/FormLanguage.h"
 #include "presentation/GlobalUnit.h"
 #include "reader/Main.h"
 #include "reader/PageComposer.h"
@@ -9,10 +8,11 @@
 #include "search/SuttaSearch.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/Doors.h"
-#include "toolkit/Fonts.h"
-#include "toolkit/Guard.h"
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/program/Doors.h"
+#include "toolkit/program/Fonts.h"
+#include "toolkit/program/FormLanguage.h"
+#include "toolkit/program/Guard.h"
 #include "ui_SearchSutas.h"
 
 #include <QCloseEvent>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "stores/DataSource.h"
-#include "stores/FIBDataSet.h"
-#include "stores/MemData.h"
-#include "toolkit/NewestWait.h"
+#include "stores/data/DataSource.h"
+#include "stores/data/FIBDataSet.h"
+#include "stores/data/MemData.h"
+#include "toolkit/program/NewestWait.h"
 
 #include <QMargins>
 #include <QWidget>

@@ -1,7 +1,7 @@
 #include "search/SuttaScan.h"
 
-#include "marks/Functions.h"
-#include "marks/PlainTextRules.h"
+#include "base/PlainText.h"
+#include "base/PlainTextRules.h"
 #include "presentation/GlobalUnit.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "search/SuttaSearch.h"
 
 #include "search/SuttaScan.h"
-#include "stores/FIBDataSet.h"
+#include "stores/data/FIBDataSet.h"
 
 namespace {
 

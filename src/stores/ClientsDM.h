@@ -1,9 +1,9 @@
 #pragma once
 
-#include "stores/DataSource.h"
-#include "stores/Database.h"
-#include "stores/FIBDataSet.h"
 #include "stores/KeloraDM.h"
+#include "stores/data/DataSource.h"
+#include "stores/data/FIBDataSet.h"
+#include "stores/engine/Database.h"
 
 /// The connection to what the reader adds: the marked passages and the list of texts that they refer to. Lives for the
 /// whole run; the program works without it.

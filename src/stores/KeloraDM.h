@@ -1,8 +1,8 @@
 #pragma once
 
 #include "presentation/GlobalUnit.h"
-#include "stores/Database.h"
-#include "stores/Registry.h"
+#include "stores/engine/Database.h"
+#include "stores/settings/Registry.h"
 
 #include <QDateTime>
 #include <QObject>

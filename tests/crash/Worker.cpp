@@ -2,9 +2,9 @@
 
 #include "presentation/GlobalUnit.h"
 #include "stores/ClientsDM.h"
-#include "stores/DatabaseError.h"
 #include "stores/KeloraSuttaList.h"
-#include "stores/Scripter.h"
+#include "stores/engine/DatabaseError.h"
+#include "stores/engine/Scripter.h"
 #include "support/TestSupport.h"
 
 #include <QCoreApplication>

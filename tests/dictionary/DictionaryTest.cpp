@@ -1,7 +1,7 @@
 #include "dictionary/DictionaryWindow.h"
 
-#include "stores/Scripter.h"
-#include "toolkit/CxGridDBTableView.h"
+#include "stores/engine/Scripter.h"
+#include "toolkit/bound/CxGridDBTableView.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

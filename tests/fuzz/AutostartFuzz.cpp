@@ -1,6 +1,6 @@
 #include "fuzz/Fuzz.h"
 
-#include "stores/AutostartEntry.h"
+#include "stores/settings/AutostartEntry.h"
 
 FUZZ_TARGET(Autostart)
 {

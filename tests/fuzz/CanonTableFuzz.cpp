@@ -1,6 +1,6 @@
 #include "fuzz/ToolInput.h"
 
-#include "lumivara-data/CanonTable.h"
+#include "lumivara-data/canon/CanonTable.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "fuzz/ToolInput.h"
 
-#include "lumivara-data/CsvTable.h"
+#include "lumivara-data/files/CsvTable.h"
 
 FUZZ_TARGET(Csv)
 {

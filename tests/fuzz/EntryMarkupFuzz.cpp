@@ -1,8 +1,8 @@
 #include "fuzz/ToolInput.h"
 
 #include "dictionary/EntryFormatter.h"
-#include "lumivara-data/DictionaryCheck.h"
-#include "lumivara-data/EntryMarkup.h"
+#include "lumivara-data/dictionary/DictionaryCheck.h"
+#include "lumivara-data/dictionary/EntryMarkup.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "fuzz/ToolInput.h"
 
-#include "lumivara-data/HtmlCleaner.h"
+#include "lumivara-data/files/HtmlCleaner.h"
 
 FUZZ_TARGET(HtmlCleaner)
 {

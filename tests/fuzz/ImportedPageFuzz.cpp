@@ -1,8 +1,8 @@
 #include "fuzz/ToolInput.h"
 
-#include "lumivara-data/ImportedPage.h"
-#include "lumivara-data/PageFacts.h"
-#include "lumivara-data/SourceFolder.h"
+#include "lumivara-data/canon/ImportedPage.h"
+#include "lumivara-data/files/PageFacts.h"
+#include "lumivara-data/files/SourceFolder.h"
 
 FUZZ_TARGET(ImportedPage)
 {

@@ -1,7 +1,7 @@
 #include "fuzz/Fuzz.h"
 
-#include "presentation/LangConstants.h"
-#include "presentation/LangError.h"
+#include "presentation/languages/LangConstants.h"
+#include "presentation/languages/LangError.h"
 
 FUZZ_TARGET(LanguageConstants)
 {

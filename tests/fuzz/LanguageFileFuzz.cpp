@@ -1,8 +1,8 @@
 #include "fuzz/Fuzz.h"
 
-#include "presentation/LangError.h"
-#include "presentation/LangText.h"
-#include "presentation/Translations.h"
+#include "presentation/languages/LangError.h"
+#include "presentation/languages/LangText.h"
+#include "presentation/languages/Translations.h"
 
 #include <QBuffer>
 

@@ -1,7 +1,7 @@
 #include "fuzz/Fuzz.h"
 
-#include "presentation/LangData.h"
-#include "presentation/LangError.h"
+#include "presentation/languages/LangData.h"
+#include "presentation/languages/LangError.h"
 
 FUZZ_TARGET(LanguageTable)
 {

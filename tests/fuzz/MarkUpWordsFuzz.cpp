@@ -1,7 +1,7 @@
 #include "fuzz/ToolInput.h"
 
-#include "lumivara-data/TextLines.h"
-#include "lumivara-data/WordLines.h"
+#include "lumivara-data/dictionary/WordLines.h"
+#include "lumivara-data/files/TextLines.h"
 
 #include <QBuffer>
 

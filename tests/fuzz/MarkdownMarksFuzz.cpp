@@ -1,6 +1,6 @@
 #include "fuzz/ToolInput.h"
 
-#include "lumivara-data/MarksSource.h"
+#include "lumivara-data/marks/MarksSource.h"
 
 #include <QBuffer>
 

@@ -1,7 +1,7 @@
 #include "fuzz/ToolInput.h"
 
-#include "lumivara-data/CanonCopy.h"
-#include "lumivara-data/PageFacts.h"
+#include "lumivara-data/canon/CanonCopy.h"
+#include "lumivara-data/files/PageFacts.h"
 
 FUZZ_TARGET(PageCharset)
 {

@@ -1,6 +1,6 @@
 #include "fuzz/Fuzz.h"
 
-#include "marks/Functions.h"
+#include "base/PlainText.h"
 #include "search/SuttaScan.h"
 
 namespace {

@@ -1,9 +1,9 @@
 #include "fuzz/ToolInput.h"
 
-#include "lumivara-data/ImportedPage.h"
-#include "lumivara-data/SegmentedPage.h"
-#include "lumivara-data/SegmentedText.h"
-#include "lumivara-data/SourceFolder.h"
+#include "lumivara-data/canon/ImportedPage.h"
+#include "lumivara-data/canon/SegmentedPage.h"
+#include "lumivara-data/canon/SegmentedText.h"
+#include "lumivara-data/files/SourceFolder.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "fuzz/Fuzz.h"
 
-#include "stores/SettingsFile.h"
+#include "stores/settings/SettingsFile.h"
 
 FUZZ_TARGET(Settings)
 {

@@ -1,6 +1,6 @@
 #include "fuzz/Fuzz.h"
 
-#include "presentation/SkinObject.h"
+#include "presentation/looks/SkinObject.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "lumivara-skins/SkinCheck.h"
 #include "lumivara-skins/SkinSource.h"
-#include "presentation/SkinObject.h"
+#include "presentation/looks/SkinObject.h"
 
 #include <QDir>
 

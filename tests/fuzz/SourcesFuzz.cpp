@@ -1,7 +1,7 @@
 #include "fuzz/ToolInput.h"
 
-#include "lumivara-data/DictionarySource.h"
-#include "lumivara-data/Passage.h"
+#include "lumivara-data/sample/DictionarySource.h"
+#include "lumivara-data/sample/Passage.h"
 
 FUZZ_TARGET(Sources)
 {

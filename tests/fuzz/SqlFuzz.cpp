@@ -1,6 +1,6 @@
 #include "fuzz/Fuzz.h"
 
-#include "stores/SqlParameters.h"
+#include "stores/engine/SqlParameters.h"
 
 FUZZ_TARGET(Sql)
 {

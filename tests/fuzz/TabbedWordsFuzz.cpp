@@ -1,6 +1,6 @@
 #include "fuzz/ToolInput.h"
 
-#include "lumivara-data/WordLines.h"
+#include "lumivara-data/dictionary/WordLines.h"
 
 #include <QBuffer>
 

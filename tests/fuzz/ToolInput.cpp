@@ -1,8 +1,8 @@
 #include "fuzz/ToolInput.h"
 
-#include "lumivara-data/DictionaryOrder.h"
-#include "lumivara-data/StarDict.h"
-#include "tools/StarDictSample.h"
+#include "lumivara-data/dictionary/DictionaryOrder.h"
+#include "lumivara-data/dictionary/StarDict.h"
+#include "tools/lumivara-data/dictionary/StarDictSample.h"
 
 #include <QFile>
 #include <QSet>

@@ -5,7 +5,7 @@
 #include "common/Console.h"
 #include "common/Report.h"
 #include "common/Tool.h"
-#include "lumivara-data/EntryIntake.h"
+#include "lumivara-data/dictionary/EntryIntake.h"
 
 #include <QList>
 

@@ -3,7 +3,7 @@
 #include "marks/Excerpt.h"
 #include "marks/ExcerptFile.h"
 #include "marks/MarksWindow.h"
-#include "toolkit/LayoutItem.h"
+#include "toolkit/controls/LayoutItem.h"
 
 #include <QComboBox>
 #include <QFile>

@@ -2,9 +2,9 @@
 
 #include "marks/FocusEdit.h"
 #include "marks/MarksWindow.h"
-#include "presentation/DKLang.h"
-#include "toolkit/CxGridDBTableView.h"
-#include "toolkit/LayoutItem.h"
+#include "presentation/languages/DKLang.h"
+#include "toolkit/bound/CxGridDBTableView.h"
+#include "toolkit/controls/LayoutItem.h"
 
 #include <QComboBox>
 #include <QLabel>

@@ -1,12 +1,12 @@
 #include "presentation/About.h"
 
-#include "presentation/Contrast.h"
+#include "base/Contrast.h"
 #include "presentation/GlobalUnit.h"
 #include "reader/ReaderWindow.h"
 #include "support/WaitFor.h"
-#include "toolkit/BarCombo.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/CxLinkLabel.h"
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/controls/BarCombo.h"
+#include "toolkit/controls/CxLinkLabel.h"
 
 #include <QPlainTextEdit>
 #include <QPushButton>

@@ -3,12 +3,12 @@
 #include "marks/MarksWindow.h"
 #include "presentation/FontRules.h"
 #include "support/WaitFor.h"
-#include "toolkit/CxButton.h"
-#include "toolkit/CxDBLabel.h"
-#include "toolkit/CxLabel.h"
-#include "toolkit/CxTextEdit.h"
-#include "toolkit/Fonts.h"
-#include "toolkit/Kinds.h"
+#include "toolkit/bound/CxDBLabel.h"
+#include "toolkit/controls/CxButton.h"
+#include "toolkit/controls/CxLabel.h"
+#include "toolkit/controls/CxTextEdit.h"
+#include "toolkit/controls/Kinds.h"
+#include "toolkit/program/Fonts.h"
 
 #include <QHeaderView>
 #include <QTableView>

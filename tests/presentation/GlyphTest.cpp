@@ -1,8 +1,8 @@
 #include "presentation/FontPolicy.h"
 #include "reader/PageComposer.h"
 #include "support/WaitFor.h"
-#include "toolkit/BrowserTest.h"
-#include "toolkit/Fonts.h"
+#include "toolkit/browser/BrowserTest.h"
+#include "toolkit/program/Fonts.h"
 
 #include <QGlyphRun>
 #include <QRawFont>

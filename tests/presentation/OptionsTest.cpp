@@ -3,12 +3,12 @@
 #include "reader/ReaderWindow.h"
 #include "support/FailingDisk.h"
 #include "support/WaitFor.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/ColorComboBox.h"
-#include "toolkit/CxPageControl.h"
-#include "toolkit/FontNameComboBox.h"
-#include "toolkit/Fonts.h"
-#include "toolkit/LayoutItem.h"
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/controls/ColorComboBox.h"
+#include "toolkit/controls/CxPageControl.h"
+#include "toolkit/controls/FontNameComboBox.h"
+#include "toolkit/controls/LayoutItem.h"
+#include "toolkit/program/Fonts.h"
 
 #include <QApplication>
 #include <QCheckBox>

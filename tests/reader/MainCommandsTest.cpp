@@ -1,6 +1,6 @@
 #include "reader/ReaderWindow.h"
 
-#include "toolkit/BarCombo.h"
+#include "toolkit/controls/BarCombo.h"
 
 #include <QWidgetAction>
 

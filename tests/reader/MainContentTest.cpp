@@ -1,7 +1,7 @@
 #include "reader/ReaderWindow.h"
 
 #include "support/FailingDisk.h"
-#include "toolkit/CxTextEdit.h"
+#include "toolkit/controls/CxTextEdit.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

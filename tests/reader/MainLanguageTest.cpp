@@ -1,8 +1,8 @@
 #include "reader/ReaderWindow.h"
 
-#include "presentation/DKLang.h"
-#include "toolkit/BarCombo.h"
-#include "toolkit/FindDialog.h"
+#include "presentation/languages/DKLang.h"
+#include "toolkit/browser/FindDialog.h"
+#include "toolkit/controls/BarCombo.h"
 
 #include <QLabel>
 

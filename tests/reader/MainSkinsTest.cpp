@@ -1,8 +1,8 @@
 #include "reader/ReaderWindow.h"
 
-#include "toolkit/BarCombo.h"
-#include "toolkit/SkinController.h"
-#include "toolkit/SkinStyle.h"
+#include "toolkit/controls/BarCombo.h"
+#include "toolkit/skin/SkinController.h"
+#include "toolkit/skin/SkinStyle.h"
 
 #include <QApplication>
 #include <QStyle>

@@ -2,7 +2,7 @@
 
 #include "stores/Modules.h"
 #include "support/FailingDisk.h"
-#include "toolkit/BarCombo.h"
+#include "toolkit/controls/BarCombo.h"
 
 #include <QSystemTrayIcon>
 

@@ -1,6 +1,6 @@
 #include "reader/ReaderWindow.h"
 
-#include "toolkit/CxTextEdit.h"
+#include "toolkit/controls/CxTextEdit.h"
 
 #include <QAbstractItemModelTester>
 #include <QInputMethodEvent>

@@ -1,10 +1,10 @@
 #include "reader/ReaderWindow.h"
 
 #include "marks/ConfirmDelete.h"
-#include "presentation/DKLang.h"
-#include "stores/JsonRegistry.h"
+#include "presentation/languages/DKLang.h"
 #include "stores/Modules.h"
-#include "stores/Scripter.h"
+#include "stores/engine/Scripter.h"
+#include "stores/settings/JsonRegistry.h"
 
 #include <QFile>
 

@@ -5,15 +5,15 @@
 #include "reader/Main.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraDM.h"
-#include "stores/SettingsDisk.h"
+#include "stores/settings/SettingsDisk.h"
 #include "support/SkinSupport.h"
 #include "support/TestSupport.h"
 #include "support/WaitFor.h"
-#include "toolkit/BrowserControl.h"
-#include "toolkit/CxButton.h"
-#include "toolkit/DBTreeList.h"
-#include "toolkit/Doors.h"
-#include "toolkit/Forms.h"
+#include "toolkit/bound/DBTreeList.h"
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/controls/CxButton.h"
+#include "toolkit/program/Doors.h"
+#include "toolkit/program/Forms.h"
 
 #include <QAction>
 #include <QFileInfo>

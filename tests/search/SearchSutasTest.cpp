@@ -2,7 +2,7 @@
 
 #include "reader/ReaderWindow.h"
 
-#include "toolkit/CxGridDBTableView.h"
+#include "toolkit/bound/CxGridDBTableView.h"
 
 #include <QGuiApplication>
 #include <QLabel>

@@ -1,6 +1,6 @@
 #include "search/SuttaScan.h"
 
-#include "marks/Functions.h"
+#include "base/PlainText.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 #include "stores/ClientsDM.h"
 
 #include "stores/KeloraSuttaList.h"
-#include "stores/Scripter.h"
+#include "stores/engine/Scripter.h"
 #include "support/FullDisk.h"
 #include "support/ModuleSupport.h"
 #include "support/StoreSupport.h"

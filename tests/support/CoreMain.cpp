@@ -1,4 +1,4 @@
-#include "stores/Database.h"
+#include "stores/engine/Database.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "stores/SettingsDisk.h"
+#include "stores/settings/SettingsDisk.h"
 
 /// The real disk whose n-th changing call fails (from 1; 0 never), as on a full disk. Once or for good.
 class FailingDisk : public SettingsDisk

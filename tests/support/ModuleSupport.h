@@ -1,9 +1,9 @@
 #pragma once
 
 #include "presentation/GlobalUnit.h"
-#include "stores/DatabaseError.h"
-#include "stores/JsonRegistry.h"
 #include "stores/KeloraDM.h"
+#include "stores/engine/DatabaseError.h"
+#include "stores/settings/JsonRegistry.h"
 #include "support/FailingDisk.h"
 #include "support/TestSupport.h"
 

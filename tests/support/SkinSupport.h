@@ -1,6 +1,6 @@
 #pragma once
 
-#include "presentation/SkinObject.h"
+#include "presentation/looks/SkinObject.h"
 
 #include <QFile>
 #include <QJsonDocument>

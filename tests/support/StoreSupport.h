@@ -1,11 +1,11 @@
 #pragma once
 
-#include "stores/DataSource.h"
-#include "stores/Database.h"
-#include "stores/DatabaseError.h"
-#include "stores/FIBDataSet.h"
 #include "stores/KeloraDM.h"
-#include "stores/Scripter.h"
+#include "stores/data/DataSource.h"
+#include "stores/data/FIBDataSet.h"
+#include "stores/engine/Database.h"
+#include "stores/engine/DatabaseError.h"
+#include "stores/engine/Scripter.h"
 #include "support/TestSupport.h"
 
 #include <QFile>

@@ -1,7 +1,7 @@
-#include "toolkit/BrowserControl.h"
-#include "toolkit/Fonts.h"
-#include "toolkit/MenuKey.h"
-#include "toolkit/StartUp.h"
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/program/Fonts.h"
+#include "toolkit/program/MenuKey.h"
+#include "toolkit/program/StartUp.h"
 
 #include <QApplication>
 

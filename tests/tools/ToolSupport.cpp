@@ -1,6 +1,6 @@
 #include "tools/ToolSupport.h"
 
-#include "stores/Statement.h"
+#include "stores/engine/Statement.h"
 #include "support/StoreSupport.h"
 
 #include <QCoreApplication>

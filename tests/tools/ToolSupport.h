@@ -1,7 +1,7 @@
 #pragma once
 
-#include "stores/Database.h"
-#include "stores/FIBDataSet.h"
+#include "stores/data/FIBDataSet.h"
+#include "stores/engine/Database.h"
 #include "support/TestSupport.h"
 
 #include <QByteArray>

@@ -2,10 +2,10 @@
 
 #include "common/Interrupt.h"
 #include "common/Report.h"
-#include "lumivara-data/DataFile.h"
-#include "lumivara-data/UnfinishedFile.h"
-#include "stores/BackupService.h"
+#include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/UnfinishedFile.h"
 #include "stores/KeloraDM.h"
+#include "stores/engine/BackupService.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

@@ -2,10 +2,10 @@
 
 #include "common/Interrupt.h"
 #include "common/Report.h"
-#include "lumivara-data/CanonFile.h"
-#include "lumivara-data/DataFile.h"
-#include "lumivara-data/DictionaryFile.h"
-#include "lumivara-data/UnfinishedFile.h"
+#include "lumivara-data/canon/CanonFile.h"
+#include "lumivara-data/dictionary/DictionaryFile.h"
+#include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/UnfinishedFile.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

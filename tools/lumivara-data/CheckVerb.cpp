@@ -2,11 +2,11 @@
 
 #include "common/Console.h"
 #include "common/Report.h"
-#include "lumivara-data/CanonFile.h"
-#include "lumivara-data/DataFile.h"
-#include "lumivara-data/DictionaryFile.h"
-#include "lumivara-data/MarksCheck.h"
-#include "lumivara-data/PrivateCopy.h"
+#include "lumivara-data/canon/CanonFile.h"
+#include "lumivara-data/dictionary/DictionaryFile.h"
+#include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/PrivateCopy.h"
+#include "lumivara-data/marks/MarksCheck.h"
 
 #include <QCommandLineParser>
 #include <QTemporaryDir>

@@ -2,8 +2,8 @@
 
 #include "common/Console.h"
 #include "common/Report.h"
-#include "lumivara-data/DataFile.h"
-#include "stores/AutostartEntry.h"
+#include "lumivara-data/files/DataFile.h"
+#include "stores/settings/AutostartEntry.h"
 
 #include <QCommandLineParser>
 #include <QDir>

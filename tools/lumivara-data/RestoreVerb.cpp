@@ -1,11 +1,11 @@
 #include "lumivara-data/Verbs.h"
 
 #include "common/Report.h"
-#include "lumivara-data/DataFile.h"
-#include "lumivara-data/MarksCheck.h"
-#include "lumivara-data/UnfinishedFile.h"
-#include "stores/BackupService.h"
+#include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/UnfinishedFile.h"
+#include "lumivara-data/marks/MarksCheck.h"
 #include "stores/KeloraDM.h"
+#include "stores/engine/BackupService.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

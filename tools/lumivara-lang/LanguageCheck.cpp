@@ -1,8 +1,8 @@
 #include "lumivara-lang/LanguageCheck.h"
 
-#include "presentation/LangText.h"
-#include "presentation/Locales.h"
-#include "presentation/Translations.h"
+#include "presentation/languages/LangText.h"
+#include "presentation/languages/Locales.h"
+#include "presentation/languages/Translations.h"
 
 #include <QHash>
 #include <QMap>

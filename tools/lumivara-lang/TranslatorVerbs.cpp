@@ -3,8 +3,8 @@
 #include "common/Console.h"
 #include "lumivara-lang/LanguageCheck.h"
 #include "lumivara-lang/WindowTables.h"
-#include "presentation/Locales.h"
-#include "presentation/Translations.h"
+#include "presentation/languages/Locales.h"
+#include "presentation/languages/Translations.h"
 
 #include <QCommandLineParser>
 #include <QFile>

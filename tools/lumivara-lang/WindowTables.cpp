@@ -2,8 +2,8 @@
 
 #include "common/Tool.h"
 #include "lumivara-lang/UiFile.h"
-#include "presentation/DKLang.h"
-#include "presentation/Published.h"
+#include "presentation/languages/DKLang.h"
+#include "presentation/languages/Published.h"
 
 #include <QDirIterator>
 #include <QObject>

@@ -1,7 +1,7 @@
 #include "lumivara-skins/SkinCheck.h"
 
-#include "presentation/Contrast.h"
-#include "presentation/SkinObject.h"
+#include "base/Contrast.h"
+#include "presentation/looks/SkinObject.h"
 
 #include <QSet>
 

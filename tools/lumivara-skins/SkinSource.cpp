@@ -1,7 +1,7 @@
 #include "lumivara-skins/SkinSource.h"
 
 #include "common/Tool.h"
-#include "presentation/SkinObject.h"
+#include "presentation/looks/SkinObject.h"
 
 #include <QDir>
 #include <QFile>

@@ -3,7 +3,7 @@
 #include "common/Console.h"
 #include "lumivara-skins/SkinCheck.h"
 #include "lumivara-skins/SkinSource.h"
-#include "presentation/SkinObject.h"
+#include "presentation/looks/SkinObject.h"
 
 #include <QCommandLineParser>
 #include <QFile>

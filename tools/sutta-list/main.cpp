@@ -1,6 +1,6 @@
 #include "common/Console.h"
 #include "common/Tool.h"
-#include "lumivara-data/CsvTable.h"
+#include "lumivara-data/files/CsvTable.h"
 
 #include <QCoreApplication>
 #include <QFile>

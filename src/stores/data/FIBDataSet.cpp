@@ -1,0 +1,593 @@
+#include "stores/data/FIBDataSet.h"
+
+#include "stores/data/DataSource.h"
+#include "stores/engine/Blobs.h"
+#include "stores/engine/RowStore.h"
+#include "stores/engine/Statement.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView OldPrefix("OLD_");
+
+bool HoldsSurrogates(const QString &text)
+{
+    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isSurrogate(); });
+}
+
+} // namespace
+
+struct TpFIBDataSet::Cursor
+{
+    std::unique_ptr<Statement> select;
+    std::map<QString, std::unique_ptr<Statement>> changes;
+    RowStore rows;
+    Statement::TransactionHandle transaction;
+    Statement::DatabaseHandle database;
+    std::vector<int> columnOfField;
+    QList<QVariant> boundValues;
+    size_t declaredFields = 0;
+    bool hasDynamicFields = false;
+    std::vector<unsigned char> messages; ///< room for those fetched at once
+    std::exception_ptr failure;          ///< met behind rows that were fetched with it
+
+    /// The statement of that text, prepared before or now.
+    Statement &Prepared(const QString &sql)
+    {
+        std::unique_ptr<Statement> &place = changes[sql];
+        if (!place || !place->BelongsTo(database)) {
+            place.reset();
+            place = std::make_unique<Statement>(database, transaction, sql);
+        }
+        return *place;
+    }
+};
+
+/// Runs the detail again when its master moves.
+class TpFIBDataSet::MasterLink : public DataLink
+{
+public:
+    explicit MasterLink(TpFIBDataSet &detail) : m_detail(detail) {}
+    void ActiveChanged() override { m_detail.FollowMaster(false); }
+    void DataSetChanged() override { m_detail.FollowMaster(false); }
+    void DataSetScrolled() override { m_detail.FollowMaster(false); }
+    void RecordChanged() override { m_detail.FollowMaster(true); }
+
+private:
+    TpFIBDataSet &m_detail;
+};
+
+TpFIBDataSet::TpFIBDataSet(QObject *owner)
+    : TDataSet(owner), m_masterLink(std::make_unique<MasterLink>(*this)), m_cursor(std::make_unique<Cursor>())
+{}
+
+TpFIBDataSet::~TpFIBDataSet()
+{
+    if (m_dataSource)
+        m_dataSource->RemoveLink(m_masterLink.get());
+    m_state = DataSetState::Inactive;
+}
+
+TpFIBDatabase *TpFIBDataSet::Database() const
+{
+    return m_database;
+}
+
+void TpFIBDataSet::SetDatabase(TpFIBDatabase *database)
+{
+    m_database = database;
+}
+
+TpFIBTransaction *TpFIBDataSet::Transaction() const
+{
+    if (m_transaction)
+        return m_transaction;
+    return m_database ? m_database->DefaultTransaction() : nullptr;
+}
+
+void TpFIBDataSet::SetTransaction(TpFIBTransaction *transaction)
+{
+    m_transaction = transaction;
+}
+
+TDataSource *TpFIBDataSet::DataSource() const
+{
+    return m_dataSource;
+}
+
+void TpFIBDataSet::SetDataSource(TDataSource *master)
+{
+    if (master == m_dataSource)
+        return;
+    if (m_dataSource)
+        m_dataSource->RemoveLink(m_masterLink.get());
+    m_dataSource = master;
+    if (m_dataSource)
+        m_dataSource->AddLink(m_masterLink.get());
+    FollowMaster(false);
+}
+
+TParam &TpFIBDataSet::ParamByName(const QString &name)
+{
+    const QString upper = name.toUpper();
+    if (!ToPositional(m_selectSQL.join(u'\n')).names.contains(upper))
+        throw DatabaseError(u"%1: parameter \"%2\" not found"_s.arg(objectName(), name));
+    return m_params[upper];
+}
+
+void TpFIBDataSet::DoOpen()
+{
+    if (!m_database)
+        throw DatabaseError(u"%1: no database is assigned"_s.arg(objectName()));
+    TpFIBTransaction *transaction = Transaction();
+    m_cursor->database = m_database->Attachment();
+    if (!transaction)
+        throw DatabaseError(u"%1: no transaction is assigned"_s.arg(objectName()));
+    m_cursor->transaction = transaction->Native();
+
+    const QString sql = m_selectSQL.join(u'\n');
+    std::unique_ptr<Statement> &select = m_cursor->select;
+    if (!select || select->Sql() != sql || !select->BelongsTo(m_cursor->database)) {
+        select.reset();
+        select = std::make_unique<Statement>(m_cursor->database, m_cursor->transaction, sql);
+    }
+    MatchFieldsToColumns();
+    m_cursor->rows.Clear(select->Columns());
+    m_cursor->failure = nullptr;
+    m_cursor->boundValues = SelectValues();
+    // Without a cursor there is nothing to fetch: a detail without its master, or a text that no row can hold.
+    if (!MasterIsMissing())
+        select->OpenCursor(m_cursor->transaction, m_cursor->boundValues);
+}
+
+void TpFIBDataSet::MatchFieldsToColumns()
+{
+    const std::vector<Column> &columns = m_cursor->select->Columns();
+    if (columns.empty())
+        throw DatabaseError(u"%1: the statement returns no rows"_s.arg(objectName()));
+    if (!m_cursor->hasDynamicFields)
+        m_cursor->declaredFields = m_fields.size();
+    std::vector<int> columnOfField;
+    std::vector<bool> taken(columns.size());
+    const auto match = [&](const TField &field) {
+        for (size_t i = 0; i < columns.size(); ++i) {
+            if (!taken[i] && columns[i].name.compare(field.FieldName(), Qt::CaseInsensitive) == 0) {
+                taken[i] = true;
+                columnOfField.push_back(static_cast<int>(i));
+                return true;
+            }
+        }
+        return false;
+    };
+    for (size_t i = 0; i < m_cursor->declaredFields; ++i) {
+        if (!match(*m_fields[i]))
+            throw DatabaseError(u"%1: field \"%2\" not found"_s.arg(objectName(), m_fields[i]->FieldName()));
+    }
+    // Fields made for the last statement stay the same objects while they still fit.
+    size_t kept = m_cursor->declaredFields;
+    for (; kept < m_fields.size(); ++kept) {
+        if (!match(*m_fields[kept]))
+            break;
+        const Column &column = columns[static_cast<size_t>(columnOfField.back())];
+        if (column.fieldType != m_fields[kept]->Type() || column.size != m_fields[kept]->Size()) {
+            taken[static_cast<size_t>(columnOfField.back())] = false;
+            columnOfField.pop_back();
+            break;
+        }
+    }
+    m_fields.resize(kept);
+    for (size_t i = 0; i < columns.size(); ++i) {
+        if (taken[i])
+            continue;
+        AddField(columns[i].name, columns[i].fieldType, columns[i].size);
+        columnOfField.push_back(static_cast<int>(i));
+    }
+    m_cursor->hasDynamicFields = true;
+    m_cursor->columnOfField = std::move(columnOfField);
+}
+
+void TpFIBDataSet::DoClose()
+{
+    if (!m_cursor->select)
+        return;
+    m_cursor->select->CloseCursor();
+    m_cursor->rows.Clear(m_cursor->select->Columns());
+}
+
+int TpFIBDataSet::DoFetch(int most)
+{
+    Statement &select = *m_cursor->select;
+    if (m_cursor->failure)
+        std::rethrow_exception(std::exchange(m_cursor->failure, nullptr));
+    // The engine's code and ours drive each other out of the processor's caches at each change from one to the other.
+    constexpr qsizetype mostBytes = 1 << 16;
+    const qsizetype size = select.MessageSize();
+    const int count = static_cast<int>(std::clamp<qsizetype>(mostBytes / std::max<qsizetype>(size, 1), 1, most));
+    m_cursor->messages.resize(static_cast<size_t>(size * count));
+    unsigned char *end = m_cursor->messages.data();
+    int fetched = 0;
+    try {
+        for (; fetched < count && select.Fetch(end); ++fetched)
+            end += size;
+    } catch (const DatabaseError &) {
+        if (fetched == 0)
+            throw;
+        // Behind the rows that came before it.
+        m_cursor->failure = std::current_exception();
+    }
+    for (const unsigned char *message = m_cursor->messages.data(); message < end; message += size)
+        m_cursor->rows.Append(message);
+    return fetched;
+}
+
+bool TpFIBDataSet::MasterIsMissing() const
+{
+    if (!m_dataSource)
+        return false;
+    const TDataSet *master = m_dataSource->DataSet();
+    return !master || !master->Active() || (master->RecNo() < 0 && master->State() != DataSetState::Insert);
+}
+
+QList<QVariant> TpFIBDataSet::SelectValues() const
+{
+    const TDataSet *master = m_dataSource ? m_dataSource->DataSet() : nullptr;
+    QList<QVariant> values;
+    for (const QString &name : m_cursor->select->ParameterNames()) {
+        const TField *field = master ? master->FindField(name) : nullptr;
+        const auto param = m_params.find(name);
+        if (field)
+            values.append(master->Active() ? field->Value() : QVariant());
+        else
+            values.append(param == m_params.end() ? QVariant() : param->second.Value());
+    }
+    return values;
+}
+
+void TpFIBDataSet::FollowMaster(bool onlyIfValuesChanged)
+{
+    if (!Active() || m_rerunning)
+        return;
+    if (onlyIfValuesChanged && SelectValues() == m_cursor->boundValues)
+        return;
+    CheckBrowse();
+    Rerun();
+    Notify(TDataSource::Event::DataSet);
+    TellScrolled();
+}
+
+void TpFIBDataSet::Rerun()
+{
+    struct Flag
+    {
+        bool &on;
+        explicit Flag(bool &flag) : on(flag) { on = true; }
+        ~Flag() { on = false; }
+    } flag(m_rerunning);
+    m_rowCount = 0;
+    m_current = -1;
+    m_allFetched = false;
+    try {
+        DoClose();
+        DoOpen();
+        StandOnFirst();
+    } catch (...) {
+        const std::exception_ptr failure = std::current_exception();
+        m_rowCount = 0;
+        m_current = -1;
+        m_bof = m_eof = m_allFetched = true;
+        DoClose();
+        Notify(TDataSource::Event::DataSet);
+        std::rethrow_exception(failure);
+    }
+}
+
+QList<int> TpFIBDataSet::KeyFields() const
+{
+    QList<int> fields;
+    for (const QString &name : ToPositional(m_refreshSQL.join(u'\n')).names) {
+        const TField *field = name.startsWith(OldPrefix) ? FindField(name.mid(OldPrefix.size())) : nullptr;
+        if (field && !fields.contains(field->Index()))
+            fields.append(field->Index());
+    }
+    if (!fields.isEmpty())
+        return fields;
+    for (const std::unique_ptr<TField> &field : m_fields) {
+        if (field->Type() != FieldType::Blob)
+            fields.append(field->Index());
+    }
+    return fields;
+}
+
+int TpFIBDataSet::FindSameRecord(const QList<int> &fields, const QList<QVariant> &key)
+{
+    QList<LocateKey> wanted;
+    for (const QVariant &value : key)
+        wanted.append(LocateKey(value, {}));
+    for (int row = 0; FetchUpTo(row); ++row) {
+        bool same = true;
+        for (int i = 0; same && i < fields.size(); ++i)
+            same = DoRowMatches(row, fields[i], wanted[i]);
+        if (same)
+            return row;
+    }
+    return -1;
+}
+
+void TpFIBDataSet::FullRefresh()
+{
+    CheckBrowse();
+    const int row = m_current;
+    const QList<int> fields = KeyFields();
+    QList<QVariant> key;
+    for (int field : fields)
+        key.append(row < 0 ? QVariant() : ValueAt(row, field));
+    Rerun();
+    if (row >= 0) {
+        const int found = FindSameRecord(fields, key);
+        m_current = found >= 0 ? found : std::min(row, m_rowCount - 1);
+        m_bof = m_eof = m_current < 0;
+    }
+    Notify(TDataSource::Event::DataSet);
+    TellScrolled();
+}
+
+void TpFIBDataSet::BlobInto(int row, int field, QByteArray &buffer) const
+{
+    buffer.resize(0); // keeps what it has reserved
+    if (row < 0 || row >= m_cursor->rows.Count())
+        return;
+    const int column = m_cursor->columnOfField[static_cast<size_t>(field)];
+    const QVariant value = m_cursor->rows.Value(row, column);
+    if (value.canConvert<BlobId>())
+        ReadStored(value.value<BlobId>(), column, buffer);
+    else
+        buffer = value.typeId() == QMetaType::QByteArray ? value.toByteArray() : FieldText(value).toUtf8();
+}
+
+void TpFIBDataSet::ReadStored(const BlobId &id, int column, QByteArray &buffer) const
+{
+    if (!m_cursor->database->attachment || !m_cursor->transaction->transaction)
+        throw DatabaseError(u"%1: the transaction has ended"_s.arg(objectName()));
+    ReadBlob(m_cursor->database, m_cursor->transaction, id, buffer);
+    if (m_cursor->select->Columns()[static_cast<size_t>(column)].isText)
+        JoinSurrogates(buffer);
+}
+
+QVariant TpFIBDataSet::ValueAt(int row, int field) const
+{
+    if (row < 0 || row >= m_cursor->rows.Count())
+        return {};
+    const int column = m_cursor->columnOfField[static_cast<size_t>(field)];
+    QVariant value = m_cursor->rows.Value(row, column);
+    if (value.canConvert<BlobId>()) {
+        QByteArray bytes;
+        ReadStored(value.value<BlobId>(), column, bytes);
+        value = bytes;
+    }
+    if (!value.isValid())
+        return value;
+    const FieldType type = m_fields[static_cast<size_t>(field)]->Type();
+    if (type == FieldType::WideString && value.typeId() != QMetaType::QString)
+        return FieldText(value);
+    if (type == FieldType::Blob && value.typeId() != QMetaType::QByteArray)
+        return FieldText(value).toUtf8();
+    return value;
+}
+
+QString TpFIBDataSet::TextAt(int row, int field) const
+{
+    if (row < 0 || row >= m_cursor->rows.Count())
+        return {};
+    const int column = m_cursor->columnOfField[static_cast<size_t>(field)];
+    if (m_cursor->select->Columns()[static_cast<size_t>(column)].kind != ColumnKind::Text)
+        return TDataSet::TextAt(row, field);
+    const std::string_view text = m_cursor->rows.Text(row, column);
+    return FromUtf8(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
+}
+
+bool TpFIBDataSet::DoRowMatches(int row, int field, const LocateKey &key) const
+{
+    const int column = m_cursor->columnOfField[static_cast<size_t>(field)];
+    if (key.isNull || m_cursor->rows.IsNull(row, column))
+        return key.isNull && m_cursor->rows.IsNull(row, column);
+    if (key.options != LocateOptions())
+        return TDataSet::DoRowMatches(row, field, key);
+    const FieldType type = m_fields[static_cast<size_t>(field)]->Type();
+    switch (m_cursor->select->Columns()[static_cast<size_t>(column)].kind) {
+    case ColumnKind::Text:
+        if (type != FieldType::WideString)
+            break;
+        return m_cursor->rows.Text(row, column) ==
+               std::string_view(key.utf8.constData(), static_cast<size_t>(key.utf8.size()));
+    case ColumnKind::Small:
+    case ColumnKind::Long:
+    case ColumnKind::Big:
+        if (type == FieldType::WideString)
+            break;
+        return key.isNumber && m_cursor->rows.Number(row, column) == key.number;
+    default:
+        break;
+    }
+    return TDataSet::DoRowMatches(row, field, key);
+}
+
+void TpFIBDataSet::Change(const QStringList &sql, const QList<QVariant> &values, const QList<QVariant> &oldValues)
+{
+    const Statement::DatabaseHandle database = m_database ? m_database->Attachment() : nullptr;
+    TpFIBTransaction *transaction = Transaction();
+    if (!database || !transaction)
+        throw DatabaseError(u"%1: no database is assigned"_s.arg(objectName()));
+    m_cursor->database = database;
+    m_cursor->transaction = transaction->Native();
+    try {
+        m_database->CheckFileInPlace();
+        if (&sql != &m_insertSQL)
+            LockOldRow(oldValues);
+        Statement &statement = m_cursor->Prepared(sql.join(u'\n'));
+        QList<QVariant> bound;
+        for (const QString &name : statement.ParameterNames()) {
+            const TField *old = name.startsWith(OldPrefix) ? FindField(name.mid(OldPrefix.size())) : nullptr;
+            const TField *field = old ? old : FindField(name);
+            if (!field)
+                throw DatabaseError(u"%1: no field for parameter \"%2\""_s.arg(objectName(), name));
+            QVariant value = (old ? oldValues : values).at(field->Index());
+            // An untouched blob stays where it is: its id is enough.
+            if (value.canConvert<UnreadBlob>())
+                value = m_cursor->rows.Value(m_current, m_cursor->columnOfField[static_cast<size_t>(field->Index())]);
+            bound.append(value);
+        }
+        const quint64 changed = statement.Execute(m_cursor->transaction, bound);
+        if (changed == 0)
+            ThrowChangedElsewhere();
+        if (changed > 1) {
+            throw DatabaseError(
+                u"%1: %2 records have the key of this one, nothing was stored"_s.arg(objectName()).arg(changed));
+        }
+        if (m_autoCommit) {
+            // Once more, as close to the write as can be.
+            m_database->CheckFileInPlace();
+            transaction->CommitRetaining();
+        }
+    } catch (...) {
+        if (m_autoCommit) {
+            // A transaction whose commit failed refuses everything until it is rolled back.
+            try {
+                transaction->RollbackRetaining();
+            } catch (const std::exception &) {
+                // The first failure is the one to tell.
+            }
+        }
+        throw;
+    }
+}
+
+void TpFIBDataSet::ThrowChangedElsewhere() const
+{
+    throw DatabaseError(u"%1: the record was changed or deleted elsewhere, nothing was stored"_s.arg(objectName()));
+}
+
+void TpFIBDataSet::LockOldRow(const QList<QVariant> &oldValues)
+{
+    if (m_lockSQL.isEmpty())
+        return;
+    Statement &lock = m_cursor->Prepared(m_lockSQL.join(u'\n'));
+    QList<QVariant> bound;
+    for (const QString &name : lock.ParameterNames()) {
+        const TField *old = name.startsWith(OldPrefix) ? FindField(name.mid(OldPrefix.size())) : nullptr;
+        if (!old)
+            throw DatabaseError(u"%1: no field for parameter \"%2\""_s.arg(objectName(), name));
+        bound.append(oldValues.at(old->Index()));
+    }
+    RowStore stored;
+    stored.Clear(lock.Columns());
+    if (lock.OpenCursor(m_cursor->transaction, bound) && lock.Fetch())
+        stored.Append(lock.Message());
+    lock.CloseCursor();
+    if (stored.Count() == 0)
+        ThrowChangedElsewhere();
+    for (size_t column = 0; column < lock.Columns().size(); ++column) {
+        const TField *field = FindField(lock.Columns()[column].name);
+        if (!field)
+            throw DatabaseError(u"%1: field \"%2\" not found"_s.arg(objectName(), lock.Columns()[column].name));
+        if (stored.Value(0, static_cast<int>(column)) != oldValues.at(field->Index()))
+            ThrowChangedElsewhere();
+    }
+}
+
+void TpFIBDataSet::RefuseUnstorableText(const QList<QVariant> &values) const
+{
+    // Over this connection a character above U+FFFF is garbled on its way into a column of another character set.
+    for (const std::unique_ptr<TField> &field : m_fields) {
+        const QVariant &value = values.at(field->Index());
+        if (field->Type() != FieldType::WideString || !HoldsSurrogates(value.toString()))
+            continue;
+        const Column &column =
+            m_cursor->select
+                ->Columns()[static_cast<size_t>(m_cursor->columnOfField[static_cast<size_t>(field->Index())])];
+        Statement lookup(m_cursor->database, m_cursor->transaction,
+                         u"select F.RDB$CHARACTER_SET_ID from RDB$RELATION_FIELDS R join RDB$FIELDS F "
+                         "on F.RDB$FIELD_NAME = R.RDB$FIELD_SOURCE "
+                         "where R.RDB$RELATION_NAME = :RELATION and R.RDB$FIELD_NAME = :FIELD"_s);
+        constexpr qint64 unicodeFss = 3;
+        RowStore answer;
+        answer.Clear(lookup.Columns());
+        if (lookup.OpenCursor(m_cursor->transaction, {column.relation, column.baseField}) && lookup.Fetch())
+            answer.Append(lookup.Message());
+        if (answer.Count() == 0 || answer.Number(0, 0) != unicodeFss) {
+            throw DatabaseError(u"%1: the text holds a character that this database cannot store (above U+FFFF)"_s.arg(
+                field->FieldName()));
+        }
+    }
+}
+
+bool TpFIBDataSet::ReadBack(const QList<QVariant> &values)
+{
+    const QString sql = m_refreshSQL.join(u'\n');
+    const QStringList names = ToPositional(sql).names;
+    // Without the key of the old row such a statement names no single row.
+    if (std::none_of(names.begin(), names.end(), [](const QString &name) { return name.startsWith(OldPrefix); }))
+        return false;
+    try {
+        Statement &refresh = m_cursor->Prepared(sql);
+        if (refresh.Columns().size() != m_cursor->select->Columns().size())
+            return false;
+        const TDataSet *master = m_dataSource ? m_dataSource->DataSet() : nullptr;
+        QList<QVariant> bound;
+        for (const QString &name : refresh.ParameterNames()) {
+            const TField *old = name.startsWith(OldPrefix) ? FindField(name.mid(OldPrefix.size())) : nullptr;
+            const TField *fromMaster = !old && master ? master->FindField(name) : nullptr;
+            const TField *field = old ? old : FindField(name);
+            if (!field && !fromMaster)
+                return false;
+            bound.append(fromMaster ? fromMaster->Value() : values.at(field->Index()));
+        }
+        const bool found = refresh.OpenCursor(m_cursor->transaction, bound) && refresh.Fetch();
+        refresh.CloseCursor();
+        return found;
+    } catch (const DatabaseError &) {
+        return false; // the row is stored; showing what was sent is as good as can be
+    }
+}
+
+QList<QVariant> TpFIBDataSet::ByColumn(const QList<QVariant> &values, int row) const
+{
+    QList<QVariant> byColumn(static_cast<qsizetype>(m_cursor->select->Columns().size()));
+    for (int field = 0; field < values.size(); ++field) {
+        const int column = m_cursor->columnOfField[static_cast<size_t>(field)];
+        const bool untouched = values[field].canConvert<UnreadBlob>();
+        byColumn[column] = untouched && row >= 0 ? m_cursor->rows.Value(row, column) : values[field];
+    }
+    return byColumn;
+}
+
+void TpFIBDataSet::DoInsertRow(const QList<QVariant> &values)
+{
+    RefuseUnstorableText(values);
+    Change(m_insertSQL, values, values);
+    if (ReadBack(values))
+        m_cursor->rows.Append(m_cursor->Prepared(m_refreshSQL.join(u'\n')).Message());
+    else
+        m_cursor->rows.Append(ByColumn(values, -1));
+}
+
+void TpFIBDataSet::DoUpdateRow(int row, const QList<QVariant> &values, const QList<QVariant> &oldValues)
+{
+    RefuseUnstorableText(values);
+    Change(m_updateSQL, values, oldValues);
+    if (ReadBack(values))
+        m_cursor->rows.Replace(row, m_cursor->Prepared(m_refreshSQL.join(u'\n')).Message());
+    else
+        m_cursor->rows.Replace(row, ByColumn(values, row));
+}
+
+void TpFIBDataSet::DoDeleteRow(int row)
+{
+    const QList<QVariant> values = RowValues(row);
+    Change(m_deleteSQL, values, values);
+    m_cursor->rows.Remove(row);
+}

@@ -1,0 +1,211 @@
+#include "stores/engine/BackupService.h"
+
+#include "stores/engine/FirebirdClient.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <fcntl.h>
+#include <memory>
+#include <thread>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using ParameterBlock = std::unique_ptr<Firebird::IXpbBuilder, EngineDisposer<Firebird::IXpbBuilder>>;
+
+ParameterBlock NewBlock(FirebirdClient &client, unsigned kind)
+{
+    return ParameterBlock(client.Util()->getXpbBuilder(client.Status(), kind, nullptr, 0));
+}
+
+/// Points standard input and output to nowhere. Where a backup ends early the engine prompts for its next part on the
+/// process's own terminal, and waits for an answer.
+class SilentStreams
+{
+public:
+    SilentStreams()
+    {
+        const int nowhere = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+        for (size_t i = 0; i < m_kept.size() && nowhere >= 0; ++i) {
+            m_kept[i] = ::fcntl(static_cast<int>(i), F_DUPFD_CLOEXEC, 3);
+            ::dup2(nowhere, static_cast<int>(i));
+        }
+        ::close(nowhere);
+    }
+    ~SilentStreams()
+    {
+        std::fflush(stdout); // what the engine has buffered must not come later
+        for (size_t i = 0; i < m_kept.size(); ++i) {
+            if (m_kept[i] < 0)
+                continue;
+            ::dup2(m_kept[i], static_cast<int>(i));
+            ::close(m_kept[i]);
+        }
+    }
+    SilentStreams(const SilentStreams &) = delete;
+    SilentStreams &operator=(const SilentStreams &) = delete;
+
+private:
+    std::array<int, 2> m_kept{-1, -1};
+};
+
+/// Threads of this process, by number.
+QStringList Threads()
+{
+    return QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+}
+
+/// The thread that the engine has just started for a task. It outlives a failure that it has told, and the engine must
+/// not end under it. Where the system does not tell of threads there is nothing to wait for.
+class TaskThread
+{
+public:
+    TaskThread() : m_before(Threads()) {}
+    /// Right after the start, before the task's thread has begun others, which stay.
+    void Started()
+    {
+        for (const QString &thread : Threads()) {
+            if (!m_before.contains(thread))
+                m_numbers.append(thread.toInt());
+        }
+    }
+    void Wait() const
+    {
+        constexpr int mostTries = 400;
+        if (m_numbers.isEmpty())
+            return;
+        const int first = *std::min_element(m_numbers.cbegin(), m_numbers.cend());
+        for (int tries = 0; QFileInfo::exists(u"/proc/self/task/%1"_s.arg(first)) && tries < mostTries; ++tries)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+
+private:
+    QStringList m_before;
+    QList<int> m_numbers;
+};
+
+/// One task of the engine, from its start to its end.
+class ServiceTask
+{
+public:
+    ServiceTask(FirebirdClient &client, unsigned char action)
+        : m_client(client), m_start(NewBlock(client, Firebird::IXpbBuilder::SPB_START))
+    {
+        m_start->insertTag(client.Status(), action);
+        m_start->insertTag(client.Status(), isc_spb_verbose);
+    }
+    void Set(unsigned char tag, const QString &text)
+    {
+        m_start->insertString(m_client.Status(), tag, text.toUtf8().constData());
+    }
+    void Set(unsigned char tag, int value) { m_start->insertInt(m_client.Status(), tag, value); }
+
+    /// Gives what the task says, line by line. Throws what the engine raises.
+    QStringList Run()
+    {
+        EngineStatus *status = m_client.Status();
+        const ParameterBlock login = NewBlock(m_client, Firebird::IXpbBuilder::SPB_ATTACH);
+        login->insertString(status, isc_spb_user_name, "SYSDBA");
+        login->insertTag(status, isc_spb_utf8_filename);
+        Firebird::IService *service = m_client.Provider()->attachServiceManager(
+            status, "service_mgr", login->getBufferLength(status), login->getBuffer(status));
+        QStringList said;
+        TaskThread thread;
+        try {
+            service->start(status, m_start->getBufferLength(status), m_start->getBuffer(status));
+            thread.Started();
+            said = Listen(service);
+        } catch (...) {
+            Leave(service, thread);
+            throw;
+        }
+        Leave(service, thread);
+        return said;
+    }
+
+private:
+    static void Leave(Firebird::IService *service, const TaskThread &thread)
+    {
+        try {
+            service->detach(FirebirdClient::Instance().Status());
+        } catch (const std::exception &) {
+            service->release(); // what failed before is the thing to tell
+        }
+        thread.Wait();
+    }
+    /// Waits for the end of the task; gives what it said.
+    static QStringList Listen(Firebird::IService *service)
+    {
+        EngineStatus *status = FirebirdClient::Instance().Status();
+        const unsigned char wanted[] = {isc_info_svc_line};
+        QStringList lines;
+        for (;;) {
+            unsigned char answer[4096] = {};
+            service->query(status, 0, nullptr, sizeof wanted, wanted, sizeof answer, answer);
+            // Item, length of two bytes, line. No line at all is the end.
+            const int length = answer[1] | answer[2] << 8;
+            if (answer[0] != isc_info_svc_line || length == 0)
+                return lines;
+            lines.append(QString::fromUtf8(reinterpret_cast<const char *>(answer + 3), length));
+        }
+    }
+
+    FirebirdClient &m_client;
+    ParameterBlock m_start;
+};
+
+FirebirdClient &Ready(const QString &libraryName, const QString &database)
+{
+    FirebirdClient &client = FirebirdClient::Load(libraryName, database);
+    client.PrepareLockFolder();
+    return client;
+}
+
+/// Runs a task that must say its last words: where a file ends early or the disk is full it may end without a failure.
+/// Lock files that it made are every user's, whether it succeeded or not.
+void RunToItsEnd(FirebirdClient &client, ServiceTask &task, QLatin1StringView lastWords)
+{
+    QStringList said;
+    try {
+        const SilentStreams silent;
+        said = task.Run();
+    } catch (...) {
+        client.SettleLockFiles();
+        throw;
+    }
+    client.SettleLockFiles();
+    if (said.filter(lastWords).isEmpty())
+        throw DatabaseError(u"The backup ends early, after: %1"_s.arg(said.value(said.size() - 1).trimmed()));
+}
+
+} // namespace
+
+void BackupService::Backup(const QString &database, const QString &backup) const
+{
+    FirebirdClient &client = Ready(m_libraryName, database);
+    ServiceTask task(client, isc_action_svc_backup);
+    task.Set(isc_spb_dbname, database);
+    task.Set(isc_spb_bkp_file, backup);
+    // Collecting garbage on the way would write into the file of somebody at work.
+    task.Set(isc_spb_options, isc_spb_bkp_no_garbage_collect);
+    RunToItsEnd(client, task, "closing file, committing, and finishing"_L1);
+}
+
+void BackupService::Restore(const QString &backup, const QString &database) const
+{
+    if (QFileInfo::exists(database))
+        throw DatabaseError(u"The file \"%1\" exists"_s.arg(database));
+    FirebirdClient &client = Ready(m_libraryName, database);
+    ServiceTask task(client, isc_action_svc_restore);
+    task.Set(isc_spb_bkp_file, backup);
+    task.Set(isc_spb_dbname, database);
+    task.Set(isc_spb_options, isc_spb_res_create);
+    RunToItsEnd(client, task, "finishing, closing, and going home"_L1);
+}

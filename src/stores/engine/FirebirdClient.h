@@ -1,0 +1,73 @@
+#pragma once
+
+#include "stores/engine/DatabaseError.h"
+
+#include <QString>
+
+#include <firebird/Interface.h>
+
+/// The status object handed to every engine call: a call that fails throws DatabaseError with the engine's own text.
+class EngineStatus : public Firebird::BaseStatusWrapper<EngineStatus>
+{
+public:
+    explicit EngineStatus(Firebird::IStatus *status) : BaseStatusWrapper(status) {}
+    static void checkException(EngineStatus *status);
+};
+
+/// The one door to the database client library. It is loaded once per process, by full path, and only the symbol
+/// fb_get_master_interface is looked up. Main thread only.
+///
+/// The engine reads three environment variables at its first call, so they are set here, before it:
+/// FIREBIRD      the folder "firebird" beside the library: plug-ins, messages and firebird.conf.
+/// FIREBIRD_LOCK the lock folder, see PrepareLockFolder().
+/// FIREBIRD_TMP  the system's temporary folder.
+class FirebirdClient
+{
+public:
+    /// The loaded library. Throws DatabaseError before Load().
+    static FirebirdClient &Instance();
+    /// Loads the library at `libraryPath` unless one is loaded; `databasePath` is the database about to be opened.
+    /// Throws DatabaseError with the loader's text.
+    static FirebirdClient &Load(const QString &libraryPath, const QString &databasePath);
+    /// Replaces the lock folder that the first database opened would choose. No effect once the library is loaded.
+    static void SetLockFolder(const QString &folder);
+
+    Firebird::IMaster *Master() const { return m_master; }
+    Firebird::IUtil *Util() const { return m_util; }
+    Firebird::IProvider *Provider() const { return m_provider; }
+    EngineStatus *Status() { return &m_status; }
+
+    /// True if the lock folder is the one beside the databases, common to all processes. Without it a database that can
+    /// be written must not be attached: two processes with different lock folders lose each other's rows.
+    bool LocksAreShared() const { return m_locksAreShared; }
+    /// Without trailing separator.
+    const QString &LockFolder() const { return m_lockFolder; }
+    /// Makes sure, before an attach, that the lock folder exists and has room for the engine's lock files.
+    void PrepareLockFolder();
+    /// Opens the lock files to every user and allocates them in full, after an attach. Throws when the disk is full.
+    void SettleLockFiles();
+
+private:
+    explicit FirebirdClient(Firebird::IMaster *master, const QString &lockFolder, bool shared);
+
+    Firebird::IMaster *m_master;
+    Firebird::IUtil *m_util;
+    Firebird::IProvider *m_provider;
+    EngineStatus m_status;
+    QString m_lockFolder;
+    bool m_locksAreShared;
+};
+
+/// Lets go of an engine object at the end of a block, for those that are not reference counted.
+template <typename Object>
+struct EngineDisposer
+{
+    void operator()(Object *object) const { object->dispose(); }
+};
+
+/// Lets go of a reference-counted engine object.
+template <typename Object>
+struct EngineReleaser
+{
+    void operator()(Object *object) const { object->release(); }
+};

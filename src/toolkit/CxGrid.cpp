@@ -1,6 +1,0 @@
-#include "toolkit/CxGrid.h"
-
-TcxGrid::TcxGrid(QWidget *parent) : QFrame(parent)
-{
-    setFrameShape(NoFrame);
-}

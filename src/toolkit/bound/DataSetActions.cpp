@@ -1,0 +1,61 @@
+#include "toolkit/bound/DataSetActions.h"
+
+#include "stores/data/DataSet.h"
+#include "toolkit/bound/FieldLink.h"
+#include "toolkit/program/Guard.h"
+
+#include <QAbstractEventDispatcher>
+#include <QAction>
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QWidget>
+
+DataSetActions::DataSetActions(QWidget &window, QAction &post, QAction &cancel, QAction &deletion)
+    : QObject(&window), m_window(window), m_post(&post), m_cancel(&cancel), m_delete(&deletion)
+{
+    const auto wire = [this](QAction &action, void (*act)(TDataSet &)) {
+        ConnectGuarded(&action, &QAction::triggered, this, [this, act] { Run(act); });
+        // Acting on what has the focus, their buttons must not take it: a letter with Alt presses them. A bar's button
+        // would drop that letter from a text that is not the short one.
+        const auto keepLetter = [&action] { action.setIconText(action.text()); };
+        keepLetter();
+        connect(&action, &QAction::changed, this, keepLetter);
+    };
+    wire(post, [](TDataSet &dataSet) { dataSet.Post(); });
+    wire(cancel, [](TDataSet &dataSet) { dataSet.Cancel(); });
+    wire(deletion, [](TDataSet &dataSet) { dataSet.Delete(); });
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+            &DataSetActions::Update);
+    Update();
+}
+
+TDataSource *DataSetActions::FocusedSource() const
+{
+    // The window's own focus, also while another window of the program is the active one.
+    const QWidget *focus = m_window.focusWidget();
+    for (; focus; focus = focus->parentWidget()) {
+        if (const auto *bound = dynamic_cast<const DataBoundControl *>(focus))
+            return bound->DataSource();
+    }
+    return nullptr;
+}
+
+void DataSetActions::Update()
+{
+    const TDataSource *source = FocusedSource();
+    const TDataSet *dataSet = source ? source->DataSet() : nullptr;
+    const DataSetState state = dataSet ? dataSet->State() : DataSetState::Inactive;
+    const bool isEdited = state == DataSetState::Edit || state == DataSetState::Insert;
+    m_post->setEnabled(isEdited);
+    m_cancel->setEnabled(isEdited);
+    m_delete->setEnabled(state == DataSetState::Insert || (dataSet && dataSet->RecNo() >= 0));
+}
+
+void DataSetActions::Run(void (*act)(TDataSet &))
+{
+    const TDataSource *source = FocusedSource();
+    // Letters that the input method has not handed over yet belong to what is posted.
+    QGuiApplication::inputMethod()->commit();
+    if (source && source->DataSet())
+        act(*source->DataSet());
+}

@@ -1,0 +1,447 @@
+#include "toolkit/browser/BrowserControl.h"
+
+#include "toolkit/browser/BrowserInput.h"
+#include "toolkit/browser/BrowserPage.h"
+#include "toolkit/browser/BrowserProfile.h"
+#include "toolkit/browser/BrowserScripts.h"
+#include "toolkit/browser/EngineWait.h"
+#include "toolkit/browser/FindDialog.h"
+#include "toolkit/browser/PagePrinting.h"
+#include "toolkit/browser/PageSaving.h"
+#include "toolkit/program/Doors.h"
+#include "toolkit/program/Guard.h"
+
+#include <QClipboard>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QPointer>
+#include <QTimer>
+#include <QWebEngineLoadingInfo>
+#include <QWebEngineScript>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int leastZoom = 25; // per cent, the engine's own limits
+constexpr int greatestZoom = 500;
+
+int NextOwner()
+{
+    static int lastOwner = 0;
+    return ++lastOwner;
+}
+
+/// What a selection holds beside pictures, for each of which the engine puts a character of its own.
+QString WithoutPictures(QString text)
+{
+    return text.remove(QChar::ObjectReplacementCharacter);
+}
+
+QString LostPageText()
+{
+    return InterfaceLang == 1 ? QStringLiteral("The page could not be shown: the browser engine ended twice on it.")
+                              : QStringLiteral("Không hiển thị được trang này: bộ máy trình duyệt đã hai lần bị dừng.");
+}
+
+} // namespace
+
+class TBrowserControl::Private : public QObject
+{
+public:
+    explicit Private(TBrowserControl *control);
+    ~Private() override;
+
+    void ShowPage();
+    void LoadingChanged(const QWebEngineLoadingInfo &info);
+    void Complete(quint64 number);
+    void AddressChanged(const QUrl &address);
+    void RendererEnded();
+    void ApplyZoom();
+    QVariant Call(const QString &script);
+    void FindStep(bool isBackward);
+    bool MayShowMenu() const { return showsMenuWithCtrl || !input->PressModifiers().testFlag(Qt::ControlModifier); }
+
+    TBrowserControl *q;
+    std::shared_ptr<BrowserProfile> profile = BrowserProfile::Shared();
+    const int owner = NextOwner();
+    BrowserPage *page = nullptr;
+    BrowserInput *input = nullptr;
+    EngineWait wait;
+    QPointer<FindDialog> findDialog;
+
+    QByteArray source;
+    QString title;
+    QString hostCss;
+    bool isDark = false;
+    /// What our scripts selected: a selection made by script does not reach the engine's cache.
+    QString foundText;
+    bool isTextSelected = false; ///< in the engine's cache, as of its last change
+    int zoomPercent = 100;
+    bool showsMenuWithCtrl = false;
+    quint64 number = 0; ///< of the page handed over last
+    bool isComplete = false;
+    bool isTold = false; ///< OnDocumentComplete has returned for this page
+    bool isLost = false; ///< will not complete: nobody need wait
+    bool hasRendererEnded = false;
+    bool hasLeft = false; ///< the page went to an empty one by itself
+};
+
+TBrowserControl::Private::Private(TBrowserControl *control) : q(control)
+{
+    page = new BrowserPage(profile.get());
+    page->OnBeforeNavigate = [this](const QUrl &url) { return q->OnBeforeNavigate2 && q->OnBeforeNavigate2(url); };
+    connect(page, &QWebEnginePage::loadingChanged, this, &Private::LoadingChanged);
+    connect(page, &QWebEnginePage::renderProcessTerminated, this,
+            [this] { QTimer::singleShot(0, this, [this] { RendererEnded(); }); });
+    connect(page, &QWebEnginePage::selectionChanged, this, [this] {
+        foundText.clear();
+        isTextSelected = !WithoutPictures(page->selectedText()).isEmpty();
+    });
+    connect(page, &QWebEnginePage::urlChanged, this, &Private::AddressChanged);
+
+    input = new BrowserInput(q);
+    input->OnPress = [this](Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint point) {
+        foundText.clear();
+        if (q->OnClick)
+            q->OnClick(button, modifiers, point.x(), point.y());
+    };
+    input->OnZoomWheel = [this](int steps) {
+        if (q->OnZoomWheel)
+            q->OnZoomWheel(steps);
+    };
+    input->OnMenuKey = [this](QPoint point) {
+        if (MayShowMenu() && q->OnShowContextMenu)
+            q->OnShowContextMenu(q->mapToGlobal(point));
+    };
+    input->OnFindKey = [this](bool isBackward) { FindStep(isBackward); };
+}
+
+TBrowserControl::Private::~Private()
+{
+    profile->Pages().Withdraw(page->Address());
+    // Pages go before their profile.
+    delete page;
+}
+
+void TBrowserControl::Private::ShowPage()
+{
+    profile->Pages().Withdraw(page->Address());
+    isComplete = false;
+    isTold = false;
+    isLost = false;
+    foundText.clear();
+    isTextSelected = false;
+    ++number;
+    wait.Renew();
+    InstallPageScripts(page->scripts(), {hostCss, isDark, source.size()});
+    page->LoadFromHost(profile->Pages().Publish(owner, source));
+}
+
+void TBrowserControl::Private::LoadingChanged(const QWebEngineLoadingInfo &info)
+{
+    input->Attach();
+    if (!info.url().matches(page->Address(), QUrl::RemoveFragment) || isComplete)
+        return;
+    if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
+        ApplyZoom();
+    if (info.status() == QWebEngineLoadingInfo::LoadFailedStatus) {
+        isLost = true;
+        wait.Wake();
+    }
+    if (info.status() != QWebEngineLoadingInfo::LoadSucceededStatus)
+        return;
+    // Out of the engine's own call first: a handler may wait for the engine.
+    QTimer::singleShot(0, this, [this, loaded = number] { Complete(loaded); });
+}
+
+void TBrowserControl::Private::Complete(quint64 loaded)
+{
+    if (loaded != number || isComplete)
+        return;
+    isComplete = true;
+    ApplyZoom();
+    const QPointer<Private> self = this;
+    // A copy: the handler may replace itself.
+    if (const auto handler = q->OnDocumentComplete)
+        RunGuarded(handler);
+    if (!self || loaded != number)
+        return;
+    // Who waits for the page goes on behind its handler, and so colours over it.
+    isTold = true;
+    wait.Wake();
+}
+
+void TBrowserControl::Private::AddressChanged(const QUrl &address)
+{
+    // The engine goes to "about:blank" without asking anyone. A page that does so by itself would do it again: once
+    // back is enough.
+    if (address.scheme() != QLatin1StringView("about") || number == 0 || hasLeft)
+        return;
+    hasLeft = true;
+    QTimer::singleShot(0, this, [this, left = number] {
+        if (left == number)
+            ShowPage();
+    });
+}
+
+void TBrowserControl::Private::RendererEnded()
+{
+    if (number == 0)
+        return;
+    isComplete = false;
+    if (!hasRendererEnded) {
+        hasRendererEnded = true;
+        ShowPage();
+        return;
+    }
+    // Nobody answers any more: a command would wait for the next page, and act on that.
+    isLost = true;
+    wait.Renew();
+    RunGuarded(
+        [] { Doors().messageBox(QStringLiteral("Lumivara 1.0"), LostPageText(), BoxButtons::Ok, BoxIcon::Error); });
+}
+
+void TBrowserControl::Private::ApplyZoom()
+{
+    // The engine ignores a factor outside its range instead of clamping it.
+    page->setZoomFactor(std::clamp(zoomPercent, leastZoom, greatestZoom) / 100.0);
+}
+
+QVariant TBrowserControl::Private::Call(const QString &script)
+{
+    if (isLost)
+        return {};
+    return wait.For<QVariant>(
+        [this, &script](auto answer) { page->runJavaScript(script, QWebEngineScript::ApplicationWorld, answer); });
+}
+
+void TBrowserControl::Private::FindStep(bool isBackward)
+{
+    if (!findDialog || findDialog->Text().isEmpty()) {
+        q->ShowFindDialog();
+        return;
+    }
+    if (!isComplete)
+        return;
+    const QPointer<Private> self = this;
+    const QString found = Call(ScriptCall(u"findStep", {findDialog->Text(), findDialog->IsCaseMatched(),
+                                                        findDialog->IsWholeWord(), isBackward}))
+                              .toString();
+    if (!self)
+        return;
+    foundText = found;
+    if (findDialog)
+        findDialog->ShowResult(!found.isEmpty());
+}
+
+TBrowserControl::TBrowserControl(QWidget *parent) : QWebEngineView(parent)
+{
+    d = std::make_unique<Private>(this);
+    setPage(d->page);
+    QFont own = font(); // pages have fonts of their own: what a panel around it is given is none of its business
+    own.setResolveMask(QFont::AllPropertiesResolved);
+    setFont(own);
+    setAcceptDrops(false);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(this, &QWidget::customContextMenuRequested, d.get(), [this](const QPoint &point) {
+        if (!d->MayShowMenu())
+            return;
+        QTimer::singleShot(0, this, [this, screenPoint = mapToGlobal(point)] {
+            RunGuarded([&] {
+                if (OnShowContextMenu)
+                    OnShowContextMenu(screenPoint);
+            });
+        });
+    });
+}
+
+TBrowserControl::~TBrowserControl()
+{
+    delete d->findDialog;
+    setPage(nullptr);
+    d.reset();
+}
+
+bool TBrowserControl::event(QEvent *event)
+{
+    if ((event->type() == QEvent::ChildAdded || event->type() == QEvent::ChildRemoved) && d)
+        QTimer::singleShot(0, d->input, [input = d->input] { input->Attach(); });
+    return QWebEngineView::event(event);
+}
+
+QString TBrowserControl::HostCSS() const
+{
+    return d->hostCss;
+}
+
+void TBrowserControl::SetHostCSS(const QString &css)
+{
+    d->hostCss = css;
+}
+
+void TBrowserControl::SetDarkGround(bool on)
+{
+    d->isDark = on;
+}
+
+void TBrowserControl::SetOpensLinksInside(bool on)
+{
+    d->page->OpensLinksInside = on;
+}
+
+void TBrowserControl::SetShowsMenuWithCtrl(bool on)
+{
+    d->showsMenuWithCtrl = on;
+}
+
+void TBrowserControl::LoadFromString(const QByteArray &page, const QString &title)
+{
+    d->source = page;
+    d->title = title;
+    d->hasRendererEnded = false;
+    d->hasLeft = false;
+    d->ShowPage();
+}
+
+QByteArray TBrowserControl::Source() const
+{
+    return d->source;
+}
+
+bool TBrowserControl::IsComplete() const
+{
+    return d->isComplete;
+}
+
+bool TBrowserControl::WaitComplete()
+{
+    if (d->isComplete)
+        return true;
+    if (d->number == 0 || d->isLost)
+        return false;
+    const QPointer<TBrowserControl> self = this;
+    return d->wait.Until([self] { return self && (self->d->isTold || self->d->isLost); }) && d->isComplete;
+}
+
+void TBrowserControl::Copy()
+{
+    // The engine's command, too, acts on what has the focus, and knows nothing of a selection made by a script.
+    if (isActiveWindow() && d->foundText.isEmpty()) {
+        triggerPageAction(QWebEnginePage::Copy);
+        return;
+    }
+    const QString text = GetSelectedText();
+    if (!text.isEmpty())
+        QGuiApplication::clipboard()->setText(text);
+}
+
+void TBrowserControl::SelectAll()
+{
+    d->foundText.clear();
+    // The engine's command acts on what has the focus, and does nothing in a window that is not the active one.
+    setFocus();
+    if (isActiveWindow()) {
+        triggerPageAction(QWebEnginePage::SelectAll);
+        return;
+    }
+    const auto keep = [self = QPointer<Private>(d.get()), number = d->number](const QVariant &text) {
+        if (self && self->number == number)
+            self->foundText = text.toString();
+    };
+    page()->runJavaScript(ScriptCall(u"selectAll"), QWebEngineScript::ApplicationWorld, keep);
+}
+
+QString TBrowserControl::GetSelectedText() const
+{
+    if (!d->isComplete)
+        return {};
+    const QString selected = WithoutPictures(selectedText());
+    return selected.isEmpty() ? d->foundText : selected;
+}
+
+bool TBrowserControl::HasSelectedText() const
+{
+    return d->isComplete && ((d->isTextSelected && hasSelection()) || !d->foundText.isEmpty());
+}
+
+QString TBrowserControl::GetSelectedHtml()
+{
+    return d->isComplete ? d->Call(ScriptCall(u"selectedHtml")).toString() : QString();
+}
+
+void TBrowserControl::ShowFindDialog()
+{
+    if (!d->findDialog) {
+        d->findDialog = new FindDialog(this);
+        d->findDialog->OnFind = [this](bool isBackward) { d->FindStep(isBackward); };
+    }
+    d->findDialog->Open(GetSelectedText());
+}
+
+void TBrowserControl::Print()
+{
+    if (WaitComplete())
+        PrintPage(*this, d->title);
+}
+
+void TBrowserControl::PrintPreview()
+{
+    if (WaitComplete())
+        PreviewPage(*this, d->title);
+}
+
+void TBrowserControl::SaveDialog()
+{
+    const QPointer<TBrowserControl> self = this;
+    // The text of a page that is not complete would be a part of it.
+    WaitComplete();
+    if (self)
+        SavePage(*this, d->title);
+}
+
+int TBrowserControl::ZoomPercent() const
+{
+    return d->zoomPercent;
+}
+
+void TBrowserControl::SetZoomPercent(int percent)
+{
+    if (percent == d->zoomPercent)
+        return;
+    d->zoomPercent = percent;
+    d->ApplyZoom();
+}
+
+int TBrowserControl::SearchAndHighlight(const QString &text, FindFlags flags, ScrollMode scroll,
+                                        const QString &foreground, const QString &background)
+{
+    if (!WaitComplete() || text.isEmpty())
+        return 0;
+    const QVariantMap options{
+        {QStringLiteral("matchCase"), flags.testFlag(FindFlag::MatchCase)},
+        {QStringLiteral("wholeWord"), flags.testFlag(FindFlag::WholeWord)},
+        {QStringLiteral("scroll"), static_cast<int>(scroll)},
+        {QStringLiteral("foreground"), foreground},
+        {QStringLiteral("background"), background},
+    };
+    return d->Call(ScriptCall(u"highlight", {text, options})).toInt();
+}
+
+bool TBrowserControl::ScrollToFirst(const QString &text)
+{
+    return d->isComplete && !text.isEmpty() && d->Call(ScriptCall(u"scrollToFirst", {text})).toBool();
+}
+
+QString TBrowserControl::GetWordAtCursor(int x, int y)
+{
+    if (!d->isComplete)
+        return {};
+    const qreal factor = d->page->zoomFactor();
+    return d->Call(ScriptCall(u"wordAt", {x / factor, y / factor})).toString().trimmed();
+}
+
+QVariant TBrowserControl::Evaluate(const QString &script)
+{
+    return d->number == 0 ? QVariant() : d->Call(script);
+}

@@ -1,0 +1,78 @@
+#include "toolkit/browser/BrowserScripts.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
+
+static void InitScriptResources()
+{
+    // The library is static: without a call its resources would not be linked.
+    Q_INIT_RESOURCE(scripts);
+}
+
+namespace {
+
+/// Below this a page is shown at once anyway.
+constexpr qsizetype longPageBytes = 1'000'000;
+
+QString ReadScript(QStringView name)
+{
+    QFile file(QStringLiteral(":/toolkit/scripts/%1.js").arg(name));
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("Script %s is missing from the program", qUtf8Printable(name.toString()));
+    return QString::fromUtf8(file.readAll());
+}
+
+QString ReadAllScripts(const QList<QStringView> &names)
+{
+    InitScriptResources();
+    QString source;
+    for (const QStringView name : names)
+        source += ReadScript(name);
+    return source;
+}
+
+/// The text as a literal that the script language reads back.
+QString Literal(const QVariant &value)
+{
+    const QByteArray array = QJsonDocument(QJsonArray{QJsonValue::fromVariant(value)}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(array.sliced(1, array.size() - 2));
+}
+
+QWebEngineScript OwnScript(const QString &source, bool isForFrames)
+{
+    QWebEngineScript script;
+    script.setSourceCode(source);
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setRunsOnSubFrames(isForFrames);
+    return script;
+}
+
+} // namespace
+
+void InstallPageScripts(QWebEngineScriptCollection &scripts, const PageSetting &setting)
+{
+    static const QString functions = ReadAllScripts({u"text", u"scroll", u"highlight", u"selection"});
+    static const QString host = ReadAllScripts({u"host"});
+    static const QString night = ReadAllScripts({u"nightcolours", u"nighttraits", u"night"});
+    static const QString longPage = ReadAllScripts({u"long"});
+    scripts.clear();
+    // Before the measuring of a long page, so that the engine computes its styles once.
+    scripts.insert(OwnScript(QStringLiteral("const HOST_CSS = %1;\n").arg(Literal(setting.hostCss)) + host +
+                                 (setting.isDark ? night : QString()),
+                             true));
+    if (setting.byteCount > longPageBytes)
+        scripts.insert(OwnScript(longPage, false));
+    scripts.insert(OwnScript(functions, false));
+}
+
+QString ScriptCall(QStringView function, const QVariantList &arguments)
+{
+    QStringList literals;
+    for (const QVariant &argument : arguments)
+        literals.append(Literal(argument));
+    return QStringLiteral("lumivara.%1(%2)").arg(function, literals.join(QStringLiteral(", ")));
+}

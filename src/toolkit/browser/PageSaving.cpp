@@ -1,0 +1,101 @@
+#include "toolkit/browser/PageSaving.h"
+
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/browser/BrowserScripts.h"
+#include "toolkit/program/Doors.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QPointer>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include <cerrno>
+
+namespace {
+
+constexpr qsizetype longestName = 80; // characters; a letter has up to four bytes, a name 255
+
+QString Chosen(const QString &vietnamese, const QString &english)
+{
+    return InterfaceLang == 1 ? english : vietnamese;
+}
+
+} // namespace
+
+QString FileNameFor(const QString &title)
+{
+    QString name;
+    for (const QChar character : title) {
+        const bool isBad = character.unicode() < 0x20 || character.unicode() == 0x7F ||
+                           QStringView(u"\\/:*?\"<>|").contains(character);
+        name += isBad ? QLatin1Char(' ') : character;
+    }
+    name = name.simplified().left(longestName);
+    if (!name.isEmpty() && name.back().isHighSurrogate())
+        name.chop(1);
+    while (name.startsWith(QLatin1Char('.')))
+        name.remove(0, 1);
+    while (name.endsWith(QLatin1Char('.')) || name.endsWith(QLatin1Char(' ')))
+        name.chop(1);
+    return name.isEmpty() ? QStringLiteral("Lumivara") : name;
+}
+
+QString WriteWhole(const QString &path, const QByteArray &bytes)
+{
+    QSaveFile file(path);
+    // Unbuffered: what fails when the buffer is flushed is not seen by the commit.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        return file.errorString();
+    if (file.write(bytes) == bytes.size() && file.commit())
+        return {};
+    // A disk that took a part only is no error by itself.
+    return file.error() == QFileDevice::NoError ? qt_error_string(ENOSPC) : file.errorString();
+}
+
+void SavePage(TBrowserControl &control, const QString &fallbackTitle)
+{
+    const QPointer<TBrowserControl> self = &control;
+    // The page of the moment, whatever is opened while the dialog stands.
+    const QByteArray source = control.Source();
+    const QString title = control.Evaluate(QStringLiteral("document.title")).toString().trimmed();
+    if (!self)
+        return;
+    const QString text = control.Evaluate(ScriptCall(u"plainText")).toString();
+    if (!self)
+        return;
+
+    const QString pageFilter =
+        Chosen(QStringLiteral("Trang HTML (*.html *.htm)"), QStringLiteral("HTML page (*.html *.htm)"));
+    const QString textFilter = Chosen(QStringLiteral("Văn bản (*.txt)"), QStringLiteral("Plain text (*.txt)"));
+    auto *dialog = new QFileDialog(control.window(),
+                                   Chosen(QStringLiteral("Lưu thành tập tin"), QStringLiteral("Save to a file")));
+    const QPointer<QFileDialog> shown = dialog;
+    dialog->setObjectName(QStringLiteral("dlgSave"));
+    dialog->setOption(QFileDialog::DontUseNativeDialog);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setNameFilters({pageFilter, textFilter});
+    dialog->setDefaultSuffix(QStringLiteral("html"));
+    QObject::connect(dialog, &QFileDialog::filterSelected, dialog, [dialog, textFilter](const QString &filter) {
+        dialog->setDefaultSuffix(filter == textFilter ? QStringLiteral("txt") : QStringLiteral("html"));
+    });
+    dialog->setDirectory(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    dialog->selectFile(FileNameFor(title.isEmpty() ? fallbackTitle : title));
+    const bool isAccepted = dialog->exec() == QDialog::Accepted;
+    if (!shown)
+        return;
+    const QString path = dialog->selectedFiles().value(0);
+    const bool isText = path.endsWith(QStringLiteral(".txt"), Qt::CaseInsensitive) ||
+                        (dialog->selectedNameFilter() == textFilter && !path.contains(QStringLiteral(".htm")));
+    delete dialog;
+    if (!isAccepted || path.isEmpty())
+        return;
+    const QString failure = WriteWhole(path, isText ? text.toUtf8() : source);
+    if (!failure.isEmpty()) {
+        const QString message =
+            Chosen(QStringLiteral("Không lưu được tập tin"), QStringLiteral("The file could not be saved"));
+        Doors().messageBox(QStringLiteral("Lumivara 1.0"),
+                           QStringLiteral("%1:\r%2\r%3").arg(message, QDir::toNativeSeparators(path), failure),
+                           BoxButtons::Ok, BoxIcon::Error);
+    }
+}

@@ -1,0 +1,45 @@
+#include "toolkit/browser/PageScheme.h"
+
+#include "toolkit/browser/BrowserControl.h"
+#include "toolkit/browser/NavigationRules.h"
+
+#include <QBuffer>
+#include <QWebEngineUrlRequestJob>
+#include <QWebEngineUrlScheme>
+
+void RegisterPageScheme()
+{
+    QWebEngineUrlScheme scheme{QByteArray(PageScheme)};
+    // With an authority the page has an origin, so that a document inside a frame of it stays within reach.
+    scheme.setSyntax(QWebEngineUrlScheme::Syntax::Host);
+    scheme.setFlags(QWebEngineUrlScheme::SecureScheme);
+    QWebEngineUrlScheme::registerScheme(scheme);
+}
+
+QUrl PageSchemeHandler::Publish(int owner, const QByteArray &page)
+{
+    const QUrl address(
+        QStringLiteral("%1://page%2/%3").arg(QLatin1StringView(PageScheme)).arg(owner).arg(++m_lastNumber));
+    m_pages.insert(address, page);
+    return address;
+}
+
+void PageSchemeHandler::Withdraw(const QUrl &address)
+{
+    m_pages.remove(address);
+}
+
+void PageSchemeHandler::requestStarted(QWebEngineUrlRequestJob *job)
+{
+    const auto page = m_pages.constFind(job->requestUrl().adjusted(QUrl::RemoveFragment));
+    if (page == m_pages.constEnd() || job->requestMethod() != QByteArrayLiteral("GET")) {
+        job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+        return;
+    }
+    auto *device = new QBuffer;
+    device->setData(*page);
+    device->open(QIODevice::ReadOnly);
+    connect(job, &QObject::destroyed, device, &QObject::deleteLater);
+    // The charset of the answer wins over any that the page names.
+    job->reply(QByteArrayLiteral("text/html; charset=utf-8"), device);
+}

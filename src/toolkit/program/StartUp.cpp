@@ -1,0 +1,61 @@
+#include "toolkit/program/StartUp.h"
+
+#include <QtGlobal>
+
+#include <QByteArray>
+#include <QLoggingCategory>
+#include <QQuickWindow>
+#include <QtPlugin>
+
+#include <clocale>
+
+Q_IMPORT_PLUGIN(PictureEnginePlugin)
+
+#ifndef Q_OS_WIN
+#include <langinfo.h>
+
+namespace {
+
+bool IsUtf8Locale()
+{
+    return QByteArray(nl_langinfo(CODESET)).compare("UTF-8", Qt::CaseInsensitive) == 0;
+}
+
+/// By the environment, because parts of the toolkit set the locale from it once more when they need it.
+void ForceUtf8Environment()
+{
+    std::setlocale(LC_ALL, "");
+    if (IsUtf8Locale())
+        return;
+    const QByteArray everything = qgetenv("LC_ALL");
+    if (!everything.isEmpty()) {
+        qputenv("LANG", everything);
+        qunsetenv("LC_ALL");
+    }
+    qputenv("LC_CTYPE", "C.UTF-8");
+}
+
+} // namespace
+#endif
+
+void PrepareProcess()
+{
+#ifndef Q_OS_WIN
+    ForceUtf8Environment();
+#endif
+    qputenv("QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY", "1");
+    // Pages of text gain nothing from the graphics card; without one, emulating it would cost every repaint of the
+    // window twenty times what painting costs.
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    // The engine would list its parameters at each start.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext*=false"));
+}
+
+void SettleLocale()
+{
+#ifndef Q_OS_WIN
+    // A language that is not installed fails as a whole in the application object, and takes LC_CTYPE with it.
+    if (!IsUtf8Locale())
+        std::setlocale(LC_CTYPE, "C.UTF-8");
+#endif
+}

@@ -1,0 +1,58 @@
+#include "toolkit/browser/BrowserTest.h"
+
+#include <QRectF>
+
+using namespace Qt::StringLiterals;
+
+std::unique_ptr<TBrowserControl> BrowserTest::s_control;
+
+void BrowserTest::SetUpTestSuite()
+{
+    s_control = std::make_unique<TBrowserControl>();
+    s_control->resize(640, 480);
+    s_control->show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(s_control.get()));
+}
+
+void BrowserTest::TearDownTestSuite()
+{
+    s_control.reset();
+}
+
+BrowserTest::BrowserTest() : m_realDoors(Doors())
+{
+    Doors().messageBox = [this](const QString &, const QString &text, BoxButtons, BoxIcon) {
+        boxes.append(text);
+        return true;
+    };
+    Doors().openDocument = [this](const QString &target) {
+        opened.append(target);
+        return true;
+    };
+}
+
+BrowserTest::~BrowserTest()
+{
+    Control().OnBeforeNavigate2 = nullptr;
+    Control().OnDocumentComplete = nullptr;
+    Control().OnShowContextMenu = nullptr;
+    Control().OnClick = nullptr;
+    Control().OnZoomWheel = nullptr;
+    Control().SetHostCSS({});
+    Control().SetZoomPercent(100);
+    Doors() = m_realDoors;
+}
+
+void BrowserTest::LoadBytes(const QByteArray &page)
+{
+    Control().LoadFromString(page);
+    EXPECT_TRUE(Control().WaitComplete());
+}
+
+QPoint BrowserTest::PlaceOf(const QString &selector)
+{
+    const QVariantList place = Value(u"((r) => [(r.left + r.right) / 2, (r.top + r.bottom) / 2])"
+                                     "(document.querySelector('%1').getClientRects()[0])"_s.arg(selector))
+                                   .toList();
+    return (QPointF(place.value(0).toReal(), place.value(1).toReal()) * Control().page()->zoomFactor()).toPoint();
+}

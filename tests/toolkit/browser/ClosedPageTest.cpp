@@ -1,0 +1,211 @@
+#include "toolkit/browser/BrowserTest.h"
+
+#include "toolkit/browser/NavigationRules.h"
+
+#include <QSet>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QWebEngineView>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A server that notes who called, and for what.
+class Listener : public QTcpServer
+{
+public:
+    Listener()
+    {
+        EXPECT_TRUE(listen(QHostAddress::LocalHost));
+        connect(this, &QTcpServer::newConnection, this, [this] {
+            while (QTcpSocket *socket = nextPendingConnection()) {
+                ++calls;
+                connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
+                    const QList<QByteArray> words = socket->readLine().split(' ');
+                    if (words.size() > 1)
+                        paths.insert(QString::fromUtf8(words[1]));
+                    socket->write(answer);
+                    socket->disconnectFromHost();
+                });
+            }
+        });
+    }
+
+    QString Address() const { return u"http://127.0.0.1:%1"_s.arg(serverPort()); }
+
+    QByteArray answer = "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
+    int calls = 0;
+    QSet<QString> paths;
+};
+
+/// Pages that call out, each by several kinds of reference; %1 is the address of the listener.
+const QStringList HostilePages{
+    uR"(<html manifest="%1/appcache"><head><link rel="stylesheet" href="%1/stylesheet">
+<link rel="preload" as="image" href="%1/preload"><link rel="prefetch" href="%1/prefetch">
+<link rel="preconnect" href="%1"><link rel="dns-prefetch" href="%1"><link rel="prerender" href="%1/prerender">
+<link rel="modulepreload" href="%1/modulepreload"><link rel="icon" href="%1/icon">
+<link rel="manifest" href="%1/manifest"><link rel="apple-touch-icon" href="%1/touchicon">
+<link rel="next" href="%1/next">
+<style>@import url("%1/import"); @font-face { font-family: Far; src: url("%1/font"); } p { font-family: Far; background: url("%1/background"); cursor: url("%1/cursor"), auto; } li { list-style-image: url("%1/bullet"); } div { border-image: url("%1/border") 1; }</style>
+<script src="%1/script"></script><script type="module" src="%1/module"></script></head><body background="%1/body">
+<p>text<ul><li>item</ul><div style="content: url(%1/content); height: 9px"></div><img src="%1/img">
+<img srcset="%1/srcset 1x"><picture><source srcset="%1/picture"><img></picture><input type="image" src="%1/inputimage">
+<table background="%1/table"><tr><td>x</table><iframe src="%1/iframe"></iframe><object data="%1/object"></object>
+<embed src="%1/embed"><video src="%1/video" poster="%1/poster" autoplay></video><audio src="%1/audio" preload="auto">
+</audio><video autoplay><source src="%1/source"><track default src="%1/track"></video><svg width="9" height="9">
+<image href="%1/svgimage" width="9" height="9"/><use href="%1/svguse#x"/></svg><applet code="%1/applet"></applet>
+<img src="file:///etc/hostname"><img src="nowhere:thing"></body></html>)"_s,
+    u"<meta http-equiv='refresh' content='0;url=%1/refresh'>text"_s,
+    u"<frameset cols='50%,50%'><frame src='%1/frame1'><frame src='%1/frame2'></frameset>"_s,
+    u"<base href='%1/'><img src='based'><link rel=stylesheet href='basedstyle'>"_s,
+    u"<form action='%1/form' method='post'><input name='a'></form><script>document.forms[0].submit()</script>"_s,
+    u"<script>location = '%1/location'</script>"_s,
+    u"<script>fetch('%1/fetch'); navigator.sendBeacon('%1/beacon'); new WebSocket('%1/ws'.replace('http', 'ws'));"
+    "new Worker('%1/worker'); window.open('%1/window'); new Image().src = '%1/newimage';</script>"_s,
+    u"<script>const c = new RTCPeerConnection({iceServers: [{urls: 'turn:%1?transport=tcp'.replace('http://', ''),"
+    "username: 'a', credential: 'b'}]}); c.createDataChannel('x');"
+    "c.createOffer().then(o => c.setLocalDescription(o));</script>"_s,
+    u"<img src=x onerror=\"this.src='%1/onerror'\"><svg onload=\"fetch('%1/onload')\"></svg>"_s,
+    u"<iframe srcdoc=\"<img src='%1/srcdoc'>\"></iframe><iframe src=\"data:text/html,<img src='%1/dataframe'>\"></iframe>"_s,
+    u"<meta http-equiv='refresh' content='0;url=file:///etc/hostname'>text"_s,
+};
+
+} // namespace
+
+class ClosedPage : public BrowserTest
+{
+protected:
+    void Click(const QString &selector)
+    {
+        QTest::mouseClick(Input(), Qt::LeftButton, Qt::NoModifier, PlaceOf(selector));
+    }
+
+    Listener listener;
+};
+
+TEST_F(ClosedPage, CallsNobody)
+{
+    for (const QString &page : HostilePages) {
+        Load(QString(page).replace(u"%1"_s, listener.Address()));
+        Pause(60);
+        EXPECT_EQ(Control().url().scheme(), QLatin1StringView(PageScheme)) << qUtf8Printable(page.left(60));
+    }
+    Pause(200);
+    EXPECT_EQ(listener.calls, 0) << qUtf8Printable(QStringList(listener.paths.values()).join(u' '));
+    EXPECT_TRUE(opened.isEmpty()) << "a page opened something outside by itself";
+}
+
+TEST_F(ClosedPage, RunsNoScriptOfThePage)
+{
+    // What is in the page itself shows all the same.
+    Load(u"<img src='data:image/gif;base64,R0lGODlhAQABAAAAACwAAAAAAQABAAACAkQBADs='>"
+         "<title>before</title><body onload=\"document.title='after'\"><script>document.title='after'</script>"
+         "<a id=a href=\"javascript:document.title='after'\">x</a>"_s);
+    Click(u"#a"_s);
+    Pause(50);
+    EXPECT_EQ(Text(u"document.title"_s), u"before"_s);
+    EXPECT_EQ(Value(u"document.images[0].naturalWidth"_s).toInt(), 1);
+}
+
+TEST_F(ClosedPage, OpensALinkInsideByTheReadersClickAlone)
+{
+    listener.answer = "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nConnection: close\r\n\r\n"
+                      "<title>far</title><body><img src=/far.png><iframe src=/frame></iframe>"
+                      "<script src=/script></script><script>document.title = 'run'</script>";
+    const QString page = u"<a id=a href='%1/%2'>go</a><img src='%1/picture'><iframe src='%1/near'></iframe>"
+                         "<meta http-equiv='refresh' content='0;url=%1/refresh'>"_s.arg(listener.Address());
+    Control().SetOpensLinksInside(true);
+    Load(page.arg(u"link"_s));
+    Pause(200);
+    EXPECT_EQ(listener.calls, 0);
+    Click(u"#a"_s);
+    EXPECT_TRUE(WaitFor([&] { return listener.paths.contains(u"/far.png"_s); }));
+    EXPECT_TRUE(WaitFor([&] { return Control().title() == u"far"_s; }));
+    EXPECT_EQ(listener.paths, (QSet<QString>{u"/link"_s, u"/far.png"_s}));
+    EXPECT_TRUE(opened.isEmpty());
+
+    listener.paths.clear();
+    Load(page.arg(u"again"_s));
+    Control().SetOpensLinksInside(false);
+    Click(u"#a"_s);
+    Pause(200);
+    EXPECT_EQ(listener.paths, QSet<QString>()) << "the next page is closed again";
+}
+
+TEST_F(ClosedPage, StaysWhereItIsWhateverLinkIsPressed)
+{
+    // Asked of the handler, which cancels web addresses; then sent outside.
+    const std::tuple<QString, QString, QString> rows[]{
+        {u"HTTPS://example.org/"_s, u"https://example.org/"_s, {}},
+        {u"mailto:a@example.org"_s, u"mailto:a@example.org"_s, u"mailto:a@example.org"_s},
+        {u"other.htm"_s, {}, {}},
+        {u"file:///etc/hostname"_s, {}, {}},
+        {u"file:///a/httpd x%C3%A9.htm"_s, u"file:///a/httpd x\u00E9.htm"_s, {}},
+        {u"nowhere:thing"_s, {}, {}}};
+    QStringList asked;
+    Control().OnBeforeNavigate2 = [&](const QUrl &url) {
+        asked.append(url.toString());
+        return url.toString().contains(u"http"_s);
+    };
+    for (const auto &[href, question, outside] : rows) {
+        for (const QString &target : {u""_s, u"_blank"_s}) {
+            SCOPED_TRACE((href + target).toStdString());
+            asked.clear();
+            opened.clear();
+            Load(u"<title>here</title><a id=a target='%2' href='%1'>link</a>"_s.arg(href, target));
+            Click(u"#a"_s);
+            EXPECT_TRUE(WaitFor([&] { return asked.isEmpty() == question.isEmpty(); }));
+            Pause(60);
+            EXPECT_EQ(asked.join(u' '), question);
+            EXPECT_EQ(opened.join(u' '), outside);
+            EXPECT_EQ(Text(u"document.title"_s), u"here"_s);
+        }
+    }
+}
+
+TEST_F(ClosedPage, LeavesNoWayBackToAnEarlierPage)
+{
+    Load(u"<title>one</title>"_s);
+    Load(u"<title>two</title>"_s);
+    Control().back();
+    Control().reload();
+    QTest::mouseClick(Input(), Qt::BackButton);
+    for (const QKeySequence keys : {u"F5"_s, u"Ctrl+R"_s, u"Alt+Left"_s, u"Backspace"_s})
+        QTest::keyClick(Input(), keys[0].key(), keys[0].keyboardModifiers());
+    Pause(100);
+    EXPECT_EQ(Text(u"document.title"_s), u"two"_s);
+}
+
+TEST_F(ClosedPage, ReachesTheEngineAsUtf8)
+{
+    const std::pair<QByteArray, QString> rows[]{{"", u""_s},
+                                                {"<meta charset=windows-1252><p>\xE1\xB9\xAD", u"ṭ"_s},
+                                                {"<p>a\xFF\xFE\x62", u"a\uFFFD\uFFFDb"_s},
+                                                {QByteArray("<p>a\0b", 6), u"ab"_s},
+                                                {"<html><head><font>in</font></head></html>", u"in"_s},
+                                                {QByteArray(1000, '\0'), u""_s}};
+    for (const auto &[page, text] : rows) {
+        LoadBytes(page);
+        EXPECT_EQ(Control().Source(), page);
+        EXPECT_EQ(Text(u"document.documentElement.textContent.trim()"_s), text) << page.constData();
+    }
+}
+
+TEST_F(ClosedPage, TheSamePagesInABareViewCall)
+{
+    QWebEngineView bare;
+    bare.show();
+    for (const QString &page : HostilePages) {
+        bool isLoaded = false;
+        QObject scope;
+        QObject::connect(&bare, &QWebEngineView::loadFinished, &scope, [&] { isLoaded = true; });
+        bare.setHtml(QString(page).replace(u"%1"_s, listener.Address()), QUrl(listener.Address()));
+        // Some never end to load, because they wait for answers that do not come.
+        static_cast<void>(WaitFor([&] { return isLoaded; }, 150));
+        Pause(60);
+    }
+    // Of the kinds some are gone from the engine, and some open connections without asking for a path.
+    EXPECT_GE(listener.paths.size(), 25) << qUtf8Printable(QStringList(listener.paths.values()).join(u' '));
+    EXPECT_GT(listener.calls, listener.paths.size());
+}

@@ -1,0 +1,232 @@
+#include "support/FullDisk.h"
+#include "tools/ToolSupport.h"
+#include "tools/lumivara-data/dictionary/StarDictSample.h"
+
+#include <QFile>
+#include <QStringEncoder>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+using testing::HasSubstr;
+
+namespace {
+
+const QString File = u"P.FDB"_s;
+
+/// A place for sources, and a dictionary file.
+class DictionaryTransfer : public ToolTest
+{
+protected:
+    std::string Import(int exitCode, const std::string &source, const std::string &options = "--kind 5") const
+    {
+        return Run(exitCode, "import dictionary --into P.FDB --quiet " + options + ' ' + source);
+    }
+    /// Words and entries of a kind as the program sees them.
+    std::string WordsOf(const std::string &kind) const
+    {
+        return Ask(File, "select L.WORD_NAME, E.WORD_CONTENT from SP_GET_LIST_WORDS(" + kind +
+                             ") L left join SP_GET_WORD_CONTENT(" + kind + ", L.WORD_NAME, 0) E on 1 = 1");
+    }
+    /// The file with one word of kind 8.
+    QByteArray FileBefore() const
+    {
+        Put(u"first.tsv"_s, "dhamma\t@dhamma\\n- teaching\ndhammo\t@dhamma\\n- teaching\n");
+        Import(0, "first.tsv", "--kind 8");
+        return Bytes(File);
+    }
+};
+
+TEST_F(DictionaryTransfer, EachFormOfExportComesBackAsTheSameRows)
+{
+    QFile::copy(ProductFolder() + u"PALIDICT.FDB"_s, Path(File));
+    // What each of the forms has signs of its own for, forms of a word, and names out of the order of the letters.
+    Put(u"s.tsv"_s, "\xEF\xBB\xBF%\t% a\\n\\\\n\\\\\nZoo\t <b>x</b> \\n\nzoo\t\\n\\na\\r\\nb\\tc\r\ncôté\tx\ncote\tx\n"
+                    "\xF0\x9F\x98\x80\tdictionary 5\\n# no\ntwo\ta\\n \\nb\\n\\n\nthree\t\\\\% a\n");
+    Import(0, "s.tsv", "--kind 3 --replace");
+    const auto everything = [&](const std::string &kind) {
+        return WordsOf(kind) + // forms share their entry
+               Ask(File, "select count(distinct W.ID_ENTRY) from DICTIONARY_WORD W where W.DICT_TYPE = " + kind);
+    };
+    for (const auto &[kind, out] : std::initializer_list<std::pair<std::string, std::string>>{
+             {"3", "out.tsv"}, {"3", "out.txt"}, {"3", "out.ifo"}, {"5", "out.ifo"}}) {
+        const std::string before = everything(kind);
+        EXPECT_GT(before.size(), 40U);
+        Run(0, "export dictionary --file P.FDB --quiet --kind " + kind + " --out " + out);
+        Import(0, out, "--replace --kind " + kind);
+        EXPECT_EQ(everything(kind), before) << out;
+    }
+    Run(0, "check P.FDB");
+}
+
+TEST_F(DictionaryTransfer, LettersOfADictionaryInAnotherCharacterSetComeOutWhole)
+{
+    Run(0, "build marks --out .");
+    OpenedDatabase(Path(u"TARUNECLIENT.FDB"_s)).RunScript(uR"(SET TERM ^ ;
+create procedure SP_GET_LIST_WORDS (A integer)
+returns (WORD_NAME varchar(63) character set UTF8, DICT_TYPE integer) as begin
+    WORD_NAME = _UTF8 x'F09F9880'; DICT_TYPE = A; suspend;
+end^
+create procedure SP_GET_WORD_CONTENT (K integer, W varchar(63) character set UTF8, M smallint)
+returns (WORD_CONTENT blob sub_type text character set UTF8, WORD_CONTENT_2 blob sub_type 0) as begin
+    WORD_CONTENT = _UTF8 x'E1B9ADF09F9881'; suspend;
+end^
+SET TERM ; ^
+)"_s);
+    Run(0, "export dictionary --file TARUNECLIENT.FDB --kind 5 --quiet --out w.tsv");
+    EXPECT_EQ(Bytes(u"w.tsv"_s), "\U0001F600\t\u1E6D\U0001F601\n");
+}
+
+TEST_F(DictionaryTransfer, KeepsTheOtherKindsAndServesWhoHasTheOldFileOpen)
+{
+    FileBefore();
+    OpenedDatabase inUse(Path(File));
+    const std::string kept = WordsOf("8");
+    Put(u"m.txt"_s,
+        "# mine\r\ndictionary 7\r\n\r\n% gāma\r\n@gāma\r\n- làng\r\n\r\n% Gotama\r\nx\r\n% gAMa\r\n@other\r\n");
+    Import(0, "m.txt");
+    EXPECT_EQ(inUse.Text("select * from SP_GET_LIST_WORDS(5)"), "");
+    EXPECT_EQ(WordsOf("8"), kept);
+    // One of them is brought into reach of the search.
+    EXPECT_EQ(WordsOf("5"), "gama,@other|gāma,@gāma\n- làng|Gotama,x");
+    Run(0, "check P.FDB");
+}
+
+using Packing = StarDictSample::Packing;
+const StarDictSample::Word A{"a", "A+"}, B{"b", "x"};
+
+TEST_F(DictionaryTransfer, StarDictIsTakenAsFarAsItIsSound)
+{
+    const std::string a = "a,@a\nA+<br />", b = "|b,@b\nx<br />";
+    const struct
+    {
+        StarDictSample source;
+        std::string told; ///< what the report says; behind "~" it is no fault
+        std::string words;
+    } rows[]{
+        {{.words = {{"b", "làng"}, A}, .forms = {{"ā", 1}, {"bo", 0}}, .packing = Packing::Chunks, .chunkSize = 2},
+         "~",
+         a + "|ā,@a\nA+<br />|b,@b\nlàng<br />|bo,@b\nlàng<br />"},
+        {{.words = {B, A}, .packing = Packing::Gzip, .offsetBits = 64, .hasPackedIndex = true}, "~", a + b},
+        {{.words = {{"a", QByteArray("ə\0\0\0\0\3wav<i>x</i>", 18)}}, .types = "tWh"},
+         "d.dict: 1 texts of type \"W\" were left out",
+         "a,@a /ə/\n<i>x</i><br />"},
+        {{.words = {{"a", QByteArray("mx\0yka\0", 7)}, {"b", "l\xE9"}}, .types = ""},
+         "whose encoding is not known, were left out",
+         "a,@a [ka]\nx<br />"},
+        {{.words = {A, {"b", "", 0, 2}}}, "~", a + "|b,@a\nA+<br />"},
+        {{.words = {A, {"a", "B"}}}, "~has 2 entries, joined", a + "\n\n@a\nB<br />"},
+        {{.words = {A, {"b", "", 1, 1}}}, "~d.idx:2: the entry overlaps another", a + "|b,@b\n+<br />"},
+        {{.words = {A, {"b", "B", 3, 4}}}, "d.idx:2: the entry lies beyond the end", a},
+        {{.words = {A, {"b", "B", 0, 0xFFFFFFFFLL}}, .packing = Packing::Chunks},
+         "d.idx:2: the entry has 4294967295 bytes, more than 1048576",
+         a},
+        {{.words = {A, {QByteArray(64, 'x'), "B"}}}, "has 64 characters, more than 63", a},
+        {{.words = {A, {"", "B"}, {" ", "C"}}}, "d.idx:2: the word is empty", a},
+        {{.words = {A, {"\xE9", "B"}, {"c", "\xE9"}}}, "d.idx:3: the entry is not UTF-8 at byte 3", a},
+        {{.words = {A, {"\xE9", "x"}, {"b", "", 2, 1}}}, "d.idx:2: the word is not UTF-8", a + b},
+        {{.words = {A, {"b", "\xE9"}, {"c", "", 2, 1}}}, "d.idx:3: has the entry of another word that was left out", a},
+        {{.words = {{"a\x01", "A+\x02"}}}, "~control characters", a},
+        {{.words = {A}, .forms = {{"c", 7}}}, "d.syn:1: there is no word 8", a},
+        {{.words = {A}, .moreDescription = "wordcount=3\n"}, "has 1 words where the description tells 3", a},
+    };
+    for (const auto &row : rows) {
+        SCOPED_TRACE(row.told);
+        QDir(Path(u"s"_s)).removeRecursively();
+        QFile::remove(Path(File));
+        row.source.Write(Path(u"s/d"_s));
+        const bool isSound = row.told.starts_with('~');
+        EXPECT_THAT(Run(isSound ? 0 : 1, "import dictionary s/d.ifo --kind 5 --into P.FDB"),
+                    HasSubstr(row.told.substr(isSound ? 1 : 0)));
+        EXPECT_EQ(WordsOf("5"), row.words);
+        Run(0, "check P.FDB");
+    }
+}
+
+TEST_F(DictionaryTransfer, TextsAreTakenByTheirLinesAndTheirEncoding)
+{
+    Put(u"s.tsv"_s, QByteArray("\\\\b\tx\r\na\0b\ty\nc\tz\0\n", 18));
+    EXPECT_EQ(Import(1, "s.tsv"), "s.tsv:2: holds a zero byte, so it is no UTF-8; left out\n"
+                                  "s.tsv:3: holds a zero byte, so it is no UTF-8; left out\n");
+    EXPECT_EQ(WordsOf("5"), "\\b,x");
+    Put(u"long.tsv"_s, "d\ty\\n" + QByteArray(4096, 'x') + "\ne\t" + QByteArray(4097, 'x') + "\\ny\n");
+    const std::string told = Run(0, "import dictionary long.tsv --kind 5 --into P.FDB --replace");
+    EXPECT_THAT(told, HasSubstr("long.tsv:2: a line of the entry has 4097 bytes, of which the window shows the first"));
+    EXPECT_THAT(told, Not(HasSubstr("long.tsv:1")));
+    for (const char *const encoding : {"UTF-8", "UTF-16LE", "UTF-16BE"}) {
+        QStringEncoder encode(encoding);
+        Put(u"m.txt"_s, encode(u"\uFEFF% ā\r\n- x\r\n"_s));
+        Import(0, "m.txt", "--kind 5 --replace");
+        EXPECT_EQ(WordsOf("5"), "ā,- x") << encoding;
+    }
+}
+
+TEST_F(DictionaryTransfer, ARefusalLeavesTheOldFile)
+{
+    const QByteArray before = FileBefore();
+    const auto expectRefused = [&](const std::string &message, const std::string &source,
+                                   const std::string &options = "--kind 5") {
+        EXPECT_THAT(Import(2, source, options), HasSubstr(message));
+        EXPECT_EQ(Bytes(File), before) << message;
+        EXPECT_EQ(Unfinished(), QStringList()) << message;
+    };
+    Put(u"w.tsv"_s, "a\tb\n");
+    Put(u"w.bin"_s, "a\tb\n");
+    ::mkfifo(qPrintable(Path(u"w.txt"_s)), 0600);
+    expectRefused("dictionary 8 has words already; --replace", "w.tsv", "--kind 8");
+    expectRefused("there is no such file", "none.tsv");
+    expectRefused("which form is this?", "w.bin");
+    expectRefused("is no regular file", "w.txt");
+
+    StarDictSample sample{.words = {A}, .version = "9"};
+    sample.Write(Path(u"version/d"_s));
+    expectRefused("version \"9\" is not known", "version");
+    sample.version = "3.0.0";
+    sample.Write(Path(u"s/d"_s));
+    QFile::remove(Path(u"s/d.dict"_s));
+    expectRefused("d.dict: there is no such file", "s");
+    QFile::link(Path(u"w.bin"_s), Path(u"s/d.dict"_s));
+    expectRefused("is a link that leads out of the folder", "s");
+    QFile::remove(Path(u"s/d.idx"_s));
+    expectRefused("d.idx: there is no such file", "s");
+    sample.words = {{"a", QByteArray(1 << 20, 'x')}};
+    for (int i = 1; i < 9; ++i)
+        sample.words.append({"b" + QByteArray::number(i), "", i, (1 << 20) - i});
+    sample.Write(Path(u"bomb/d"_s));
+    expectRefused("more than 4 times the bytes", "bomb");
+}
+
+TEST_F(DictionaryTransfer, WhatDoesNotGetToItsEndLeavesTheOldFile)
+{
+    const QByteArray before = FileBefore();
+    QByteArray words;
+    for (int number = 0; number < 30000; ++number)
+        words += 'w' + QByteArray::number(number) + "\tan entry of some length, " + QByteArray::number(number) + '\n';
+    Put(u"w.tsv"_s, words);
+    {
+        // Enough for the engine's lock files and not for the words.
+        const FullDisk disk(1'400'000);
+        Import(2, "w.tsv");
+    }
+    EXPECT_EQ(Bytes(File), before);
+    EXPECT_EQ(Unfinished(), QStringList());
+    // A process that was killed at its begin.
+    Put(u"P.FDB.part.lock"_s, "");
+    for (const auto &[stage, isKilled] : {std::pair("keeping dictionary 8", false),
+                                          {"storing words", false},
+                                          {"keeping dictionary 8", true},
+                                          {"storing words", true}}) {
+        const std::string told = Stopped(isKilled, stage, "import dictionary w.tsv --kind 5 --into P.FDB");
+        EXPECT_EQ(told.find("interrupted") == std::string::npos, isKilled) << stage;
+        EXPECT_EQ(Bytes(File), before) << stage;
+        EXPECT_EQ(Unfinished().isEmpty(), !isKilled) << stage;
+    }
+    Import(0, "w.tsv"); // what a killed one has left is in nobody's way
+    EXPECT_EQ(Unfinished(), QStringList());
+    EXPECT_EQ(Ask(File, "select count(*) from SP_GET_LIST_WORDS(5)"), "30000");
+    m_environment = QProcess::systemEnvironment() + QStringList{u"TMPDIR="_s + Path()};
+    Stopped(false, "dictionary 5", "check P.FDB");
+    EXPECT_EQ(Names().filter(u"lumivara-data"_s), QStringList());
+}
+
+} // namespace

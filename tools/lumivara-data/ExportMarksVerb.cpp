@@ -1,0 +1,101 @@
+#include "lumivara-data/Verbs.h"
+
+#include "common/Console.h"
+#include "common/Interrupt.h"
+#include "common/Report.h"
+#include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/UnfinishedFile.h"
+#include "lumivara-data/marks/MarksCheck.h"
+#include "lumivara-data/marks/MarksExport.h"
+
+#include <QCommandLineParser>
+#include <QFile>
+#include <QFileInfo>
+
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Gives the number of marks.
+qsizetype Write(DataFile &file, const MarksForm &form, const std::function<void(const QString &)> &write)
+{
+    qsizetype count = 0;
+    std::optional<ExportedMark> previous;
+    write(form.head);
+    VisitMarks(file, [&](const ExportedMark &mark) {
+        ThrowIfInterrupted();
+        write(form.mark(mark, previous ? &*previous : nullptr));
+        previous = mark;
+        ++count;
+    });
+    write(form.tail);
+    return count;
+}
+
+qsizetype WriteWhole(DataFile &file, const MarksForm &form, const QString &path)
+{
+    FileInTheMaking target(path);
+    QFile out(target.Path());
+    const auto fail = [&] { throw ToolError(u"%1: %2"_s.arg(path, WriteFault(out))); };
+    if (!out.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        fail();
+    const qsizetype count = Write(file, form, [&](const QString &text) {
+        const QByteArray bytes = text.toUtf8();
+        if (out.write(bytes) != bytes.size())
+            fail();
+    });
+    out.close();
+    if (out.error() != QFile::NoError)
+        fail();
+    target.Finish();
+    return count;
+}
+
+} // namespace
+
+int ExportMarks(const QStringList &arguments, Console &console)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        u"Writes the reader's marks as UTF-8, sorted by text: the excerpt as text, title, note, keywords, priority,\n"
+        u"date and the text's names. CSV has the excerpt as HTML, too. Works while the program runs."_s);
+    parser.addOption({u"file"_s, u"The marks; TARUNECLIENT.FDB beside the tool by default."_s, u"FILE"_s,
+                      DefaultFile(Thing::Marks)});
+    parser.addOption({u"format"_s, u"html, markdown or csv; by the ending of --out by default."_s, u"FORMAT"_s});
+    parser.addOption(
+        {u"out"_s, u"The file to write, over one that exists; the standard output by default."_s, u"FILE"_s});
+    Report::AddOptions(parser);
+    if (ParseOrHelp(parser, u"export marks [options]"_s, arguments, console))
+        return ExitCode::Clean;
+    if (const QStringList rest = parser.positionalArguments(); !rest.isEmpty())
+        throw ToolError(u"export does not know \"%1\""_s.arg(rest.first()));
+    Report report(console);
+    report.TakeOptions(parser);
+    const QString out = parser.value(u"out"_s);
+    if (out.isEmpty() && parser.isSet(u"json"_s))
+        throw ToolError(u"--json leaves no room for marks on the standard output; give --out"_s);
+    if (out.isEmpty() && !parser.isSet(u"format"_s))
+        throw ToolError(u"export wants --format or --out"_s);
+    const MarksForm form =
+        MarksFormNamed(parser.isSet(u"format"_s) ? parser.value(u"format"_s) : QFileInfo(out).suffix().toLower());
+
+    const QString path = QFileInfo(parser.value(u"file"_s)).absoluteFilePath();
+    if (!QFileInfo(path).isFile())
+        throw ToolError(u"%1: there is no such file"_s.arg(path));
+    DataFile file;
+    qsizetype count = 0;
+    OnFile(path, [&] {
+        file.Open(path);
+        if (!IsMarks(file))
+            throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
+        count = out.isEmpty() ? Write(file, form, [&console](const QString &text) { console.Print(text); })
+                              : WriteWhole(file, form, out);
+    });
+    if (out.isEmpty())
+        return ExitCode::Clean;
+    report.Count(u"marks"_s, count);
+    report.Tell(u"file"_s, out);
+    return report.Finish();
+}

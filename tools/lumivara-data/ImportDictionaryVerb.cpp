@@ -1,0 +1,157 @@
+#include "lumivara-data/Verbs.h"
+
+#include "common/Console.h"
+#include "common/Report.h"
+#include "lumivara-data/dictionary/DictionaryFile.h"
+#include "lumivara-data/dictionary/DictionaryReader.h"
+#include "lumivara-data/dictionary/DictionaryWriter.h"
+#include "lumivara-data/dictionary/EntryIntake.h"
+#include "lumivara-data/dictionary/StarDict.h"
+#include "lumivara-data/dictionary/WordLines.h"
+#include "lumivara-data/files/PrivateCopy.h"
+#include "lumivara-data/files/TextLines.h"
+#include "lumivara-data/files/UnfinishedFile.h"
+
+#include <QCommandLineParser>
+#include <QFile>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum class Form { StarDict, Tabbed, MarkUp };
+
+Form FormOf(const QString &source, const QString &named)
+{
+    if (named == u"stardict")
+        return Form::StarDict;
+    if (named == u"tsv")
+        return Form::Tabbed;
+    if (named == u"markup")
+        return Form::MarkUp;
+    if (!named.isEmpty())
+        throw ToolError(u"the format \"%1\" is not known; there are stardict, tsv and markup"_s.arg(named));
+    const QFileInfo info(source);
+    if (info.isDir() || info.suffix() == u"ifo")
+        return Form::StarDict;
+    if (info.suffix() == u"tsv" || info.suffix() == u"tab")
+        return Form::Tabbed;
+    if (info.suffix() == u"txt") {
+        // The source form begins with comments, its kind or a word.
+        QFile file(source);
+        OpenSource(file);
+        TextLines lines(file, source);
+        for (QByteArray line; lines.Next(line);) {
+            if (line.startsWith("dictionary ") || line.startsWith("% "))
+                return Form::MarkUp;
+            if (line.contains('\t'))
+                return Form::Tabbed;
+        }
+    }
+    throw ToolError(u"%1: which form is this? Name it by --format stardict, tsv or markup"_s.arg(source));
+}
+
+int KindIn(const QString &text)
+{
+    const int kind = text.toInt();
+    if (kind < 1 || kind > DictionaryWriter::LastKind)
+        throw ToolError(u"--kind wants a number from 1 to 8, see --help"_s);
+    return kind;
+}
+
+/// Hands over the words of the other kinds as they stand.
+void TakeOver(const QString &path, int newKind, bool replaces, DictionaryWriter &writer, Console &console)
+{
+    const PrivateCopy copy(path, UnfinishedName(path) + u".copy"_s);
+    DataFile file;
+    file.Open(copy.Path());
+    if (!IsDictionary(file))
+        throw ToolError(u"%1: is no dictionary"_s.arg(path));
+    DictionaryReader reader(file);
+    if (!replaces && reader.CountWords(newKind) > 0)
+        throw ToolError(
+            u"%1: dictionary %2 has words already; --replace puts the new ones in their place"_s.arg(path).arg(
+                newKind));
+    for (int kind = 1; kind <= DictionaryWriter::LastKind; ++kind) {
+        if (kind == newKind)
+            continue;
+        const qsizetype total = reader.CountWords(kind);
+        qsizetype done = 0;
+        reader.EachEntry(kind, [&](const QString &word, const QByteArray &content) {
+            console.Progress(u"keeping dictionary %1"_s.arg(kind), ++done, total);
+            if (!content.isEmpty() && !word.isEmpty())
+                writer.AddWord(kind, word, writer.AddEntry(content));
+        });
+        console.EndProgress();
+    }
+    file.Close();
+}
+
+void TakeText(const QString &source, Form form, EntryIntake &intake, Console &console)
+{
+    QFile file(source);
+    OpenSource(file);
+    const auto progress = [&] { console.Progress(u"reading the source"_s, file.pos(), file.size(), u"bytes"_s); };
+    const QString name = QFileInfo(source).fileName();
+    if (form == Form::Tabbed)
+        TakeTabbedWords(file, name, intake, progress);
+    else
+        TakeMarkUpWords(file, name, intake, progress);
+    console.EndProgress();
+}
+
+} // namespace
+
+int ImportDictionary(const QStringList &arguments, Console &console)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        u"Puts the words of SOURCE into a dictionary file as one of its kinds and keeps the other kinds as they are.\n"
+        u"Kinds: 1 English-Vietnamese, 2 Vietnamese-English, 3 French-Vietnamese, 4 Vietnamese-French,\n"
+        u"5 Pāli-Vietnamese, 6 Vietnamese-Pāli, 7 English-Pāli, 8 Pāli-English.\n"
+        u"SOURCE is a StarDict dictionary (its .ifo file or folder), a text of lines \"word TAB entry\", or the "
+        u"source\n"
+        u"form of the sample dictionaries. The file is replaced whole or not at all.\n"
+        u"Exit codes: 0 all taken, 1 some words left out, 2 nothing changed."_s);
+    parser.addPositionalArgument(u"SOURCE"_s, u"The words."_s);
+    parser.addOption({u"kind"_s, u"The kind, 1 to 8."_s, u"N"_s});
+    parser.addOption({u"into"_s,
+                      u"The dictionary file, made if it is missing; PALIDICT.FDB beside the tool by default."_s,
+                      u"FILE"_s, DefaultFile(Thing::Dictionary)});
+    parser.addOption({u"format"_s, u"stardict, tsv or markup; by default what the name of SOURCE tells."_s, u"FORM"_s});
+    parser.addOption({u"replace"_s, u"The words that FILE has of this kind go."_s});
+    Report::AddOptions(parser);
+    if (ParseOrHelp(parser, u"import dictionary SOURCE --kind N [options]"_s, arguments, console))
+        return ExitCode::Clean;
+    const QStringList sources = parser.positionalArguments();
+    if (sources.size() != 1)
+        throw ToolError(u"import dictionary wants one SOURCE; see \"lumivara-data import dictionary --help\""_s);
+    const QString &source = sources.first();
+    const int kind = KindIn(parser.value(u"kind"_s));
+    if (!QFileInfo::exists(source))
+        throw ToolError(u"%1: there is no such file"_s.arg(source));
+    const Form form = FormOf(source, parser.value(u"format"_s));
+    Report report(console);
+    report.TakeOptions(parser);
+
+    const QString path = QFileInfo(parser.value(u"into"_s)).absoluteFilePath();
+    FileInTheMaking target(path);
+    DictionaryWriter writer(target.Path());
+    if (QFileInfo::exists(path))
+        OnFile(path, [&] { TakeOver(path, kind, parser.isSet(u"replace"_s), writer, console); });
+    const qsizetype kept = writer.WordCount();
+    EntryIntake intake(kind, writer, report);
+    if (form == Form::StarDict)
+        StarDict(source, report).TakeAll(intake, console);
+    else
+        TakeText(source, form, intake, console);
+    if (writer.WordCount() == kept)
+        throw ToolError(u"%1: no word of it could be taken"_s.arg(source));
+    writer.Finish(console, &report);
+    target.Finish();
+    report.Tell(u"file"_s, path);
+    report.Count(u"words imported"_s, writer.WordCount(kind));
+    report.Count(u"words kept"_s, kept);
+    return report.Finish(u"dictionary %1 of %2 is new"_s.arg(kind).arg(path));
+}

@@ -1,0 +1,149 @@
+#include "lumivara-data/Verbs.h"
+
+#include "common/Console.h"
+#include "common/Interrupt.h"
+#include "common/Report.h"
+#include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/UnfinishedFile.h"
+#include "lumivara-data/marks/MarksCheck.h"
+#include "lumivara-data/marks/MarksSource.h"
+#include "lumivara-data/marks/MarksStore.h"
+
+#include <QCommandLineParser>
+#include <QCryptographicHash>
+#include <QFile>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QSet>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What two marks must share to be one. A Markdown document shows texts without their mark-up and spacing, so by
+/// these it can only be compared.
+QByteArray Identity(const ExportedMark &mark, bool asShown)
+{
+    const auto lines = [&](const QString &text) {
+        QStringList shown = WithUnixLineEnds(text).split(u'\n');
+        for (QString &line : shown)
+            line = line.trimmed();
+        return asShown ? shown.join(u'\n').trimmed() : text;
+    };
+    const QString title = QString(mark.title).remove(QChar::ByteOrderMark);
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    // Null and empty are one text.
+    for (const QString &text : {asShown ? title.simplified() : title, lines(mark.keywords), lines(mark.note),
+                                asShown ? lines(ExcerptText(mark.excerptHtml)) : mark.excerptHtml})
+        stream << text.toUtf8().append('.');
+    stream << mark.collection << mark.text << mark.priority;
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
+}
+
+QString FormatOf(const QCommandLineParser &parser, const QString &path)
+{
+    const QString name = parser.isSet(u"format"_s) ? parser.value(u"format"_s) : QFileInfo(path).suffix().toLower();
+    if (name == u"csv"_s)
+        return name;
+    if (name == u"md"_s || name == u"markdown"_s)
+        return u"markdown"_s;
+    throw ToolError(u"there is no format \"%1\" to import marks from: csv or markdown"_s.arg(name));
+}
+
+QString ExistingFile(const QString &name)
+{
+    const QFileInfo file(name);
+    if (!file.exists())
+        throw ToolError(u"%1: there is no such file"_s.arg(name));
+    if (!file.isFile())
+        throw ToolError(u"%1: is no file"_s.arg(name));
+    return file.canonicalFilePath();
+}
+
+/// Reads the source, tells what is left out and gives the marks that the file does not have to the store.
+void Compare(MarksSource &source, const QFile &input, bool isMarkdown, DataFile &file, MarksStore &store,
+             Report &report, Console &console)
+{
+    QSet<QByteArray> known;
+    VisitMarks(file, [&](const ExportedMark &mark) {
+        ThrowIfInterrupted();
+        known.insert(Identity(mark, isMarkdown));
+    });
+    qsizetype there = 0;
+    for (SourceMark mark; source.Next(mark);) {
+        console.Progress(u"reading marks"_s, input.pos(), input.size(), u"bytes"_s);
+        if (!store.IsStorable(mark.mark)) {
+            report.Find(u"%1:%2"_s.arg(input.fileName()).arg(mark.line),
+                        u"holds a character that this file of marks cannot store (above U+FFFF)"_s);
+            continue;
+        }
+        store.Want(mark.mark);
+        const QByteArray identity = Identity(mark.mark, isMarkdown);
+        if (known.contains(identity)) {
+            ++there;
+            continue;
+        }
+        known.insert(identity);
+        store.Append(mark);
+    }
+    console.EndProgress();
+    report.Count(u"marks added"_s, store.Count());
+    report.Count(u"there already"_s, there);
+    report.Count(u"left out"_s, report.FindingCount());
+}
+
+} // namespace
+
+int ImportMarks(const QStringList &arguments, Console &console)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        u"Adds marks out of a file that \"export marks\" has written, also while the program runs: all that are new,\n"
+        u"or after a failure none. A mark is there already if its text, title, keywords, note, priority and excerpt\n"
+        u"are; its key and its date mean nothing. Texts that the list lacks are added, so that each mark is shown.\n"
+        u"A mark out of Markdown gets a new page around the plain text of its excerpt."_s);
+    parser.addPositionalArgument(u"FILE"_s, u"The marks, as CSV or Markdown in UTF-8."_s);
+    parser.addOption({u"into"_s, u"The marks to add to; TARUNECLIENT.FDB beside the tool by default."_s, u"FILE"_s,
+                      DefaultFile(Thing::Marks)});
+    parser.addOption({u"format"_s, u"csv or markdown; by the ending of FILE by default."_s, u"FORMAT"_s});
+    Report::AddOptions(parser);
+    if (ParseOrHelp(parser, u"import marks FILE [options]"_s, arguments, console))
+        return ExitCode::Clean;
+    if (parser.positionalArguments().size() != 1)
+        throw ToolError(u"import marks wants one FILE; see \"lumivara-data import marks --help\""_s);
+    Report report(console);
+    report.TakeOptions(parser);
+    const QString name = parser.positionalArguments().first();
+    const bool isMarkdown = FormatOf(parser, name) == u"markdown"_s;
+    QFile input(name);
+    OpenSource(input);
+    const QString path = ExistingFile(parser.value(u"into"_s));
+
+    NoteInterrupts();
+    // Two imports of one file would both find it new.
+    QLockFile lock(path + u".import.lock"_s);
+    if (!TakeLock(lock)) {
+        throw ToolError(lock.error() == QLockFile::LockFailedError
+                            ? u"%1: another import into this file is running"_s.arg(path)
+                            : u"%1: cannot be written"_s.arg(QFileInfo(path).path()));
+    }
+    DataFile file;
+    constexpr int pagesInMemory = 4096; // with the few of the default each new mark waits for the disk
+    file.Database().SetCachePages(pagesInMemory);
+    OnFile(path, [&] {
+        file.Open(path);
+        if (!IsMarks(file))
+            throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
+        MarksStore store(file, path, name, report);
+        std::unique_ptr<MarksSource> source;
+        if (isMarkdown)
+            source = std::make_unique<MarkdownMarks>(input, name, report, store.Texts());
+        else
+            source = std::make_unique<CsvMarks>(input, name, report);
+        Compare(*source, input, isMarkdown, file, store, report, console);
+        store.Write(console);
+    });
+    report.Tell(u"file"_s, path);
+    return report.Finish();
+}

@@ -1,0 +1,237 @@
+#include "lumivara-data/canon/CanonCheck.h"
+
+#include <QHash>
+#include <QMap>
+#include <QSet>
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int RootKey = -1;
+/// What the tree adds to a group's key to number its row.
+constexpr int GroupNumberBase = 1000;
+constexpr qsizetype LongestName = 127;
+
+QString NumberText(const std::optional<int> &number)
+{
+    return number ? QString::number(*number) : u"null"_s;
+}
+
+QString RowName(const CheckedGroup &group)
+{
+    return u"group %1"_s.arg(NumberText(group.idVit));
+}
+
+QString RowName(const CheckedText &text)
+{
+    return u"text %1 of group %2"_s.arg(NumberText(text.idVic), NumberText(text.idVit));
+}
+
+class Checker
+{
+public:
+    explicit Checker(const CheckedCanon &canon) : m_canon(canon)
+    {
+        for (const CheckedGroup &group : canon.groups) {
+            if (group.idVit)
+                m_parents.insert(*group.idVit, group.parent.value_or(RootKey));
+        }
+    }
+
+    QList<Finding> Run()
+    {
+        CheckMissingKeys();
+        CheckTreeKeys();
+        CheckGroupNumbers();
+        CheckParents();
+        CheckCycles();
+        CheckUniqueNumbers();
+        CheckRunningNumbers();
+        CheckNames();
+        CheckPages();
+        return m_findings;
+    }
+
+private:
+    template <typename Row>
+    void Report(const Row &row, const QString &fault)
+    {
+        m_findings.append({RowName(row), fault});
+    }
+
+    void CheckMissingKeys()
+    {
+        for (const CheckedGroup &group : m_canon.groups) {
+            if (!group.idVit)
+                Report(group, u"ID_VIT is null"_s);
+            else if (*group.idVit == RootKey)
+                Report(group, u"ID_VIT is %1, the root of the tree"_s.arg(RootKey));
+            if (!group.parent)
+                Report(group, u"P_ID_VIT is null"_s);
+        }
+        for (const CheckedText &text : m_canon.texts) {
+            if (!text.idVic)
+                Report(text, u"ID_VIC is null"_s);
+            if (!text.idVit)
+                Report(text, u"ID_VIT is null"_s);
+        }
+    }
+
+    /// The keys are compared as the tree does: as text, a passage's made of two numbers without a separator.
+    void CheckTreeKeys()
+    {
+        QHash<QString, QString> owners;
+        const auto claim = [&](const auto &row, const QString &key) {
+            if (owners.contains(key))
+                Report(row, u"TREE_ID \"%1\" is the key of %2 too"_s.arg(key, owners[key]));
+            else
+                owners.insert(key, RowName(row));
+        };
+        for (const CheckedGroup &group : m_canon.groups) {
+            if (group.idVit)
+                claim(group, QString::number(*group.idVit));
+        }
+        for (const CheckedText &text : m_canon.texts) {
+            if (text.idVic && text.idVit)
+                claim(text, QString::number(*text.idVic) + QString::number(*text.idVit));
+        }
+    }
+
+    void CheckGroupNumbers()
+    {
+        QSet<qint64> numbers;
+        for (const CheckedText &text : m_canon.texts) {
+            if (text.idVic)
+                numbers.insert(*text.idVic);
+        }
+        for (const CheckedGroup &group : m_canon.groups) {
+            const qint64 number = qint64(GroupNumberBase) + group.idVit.value_or(0);
+            if (number > std::numeric_limits<qint32>::max())
+                Report(group, u"1000 + ID_VIT is %1, more than a number can be: the tree does not open"_s.arg(number));
+            if (group.idVit && numbers.contains(number))
+                Report(group, u"1000 + ID_VIT is %1, the number of a text: the group shows that text"_s.arg(number));
+        }
+    }
+
+    void CheckParents()
+    {
+        for (const CheckedGroup &group : m_canon.groups) {
+            if (group.parent && *group.parent != RootKey && !m_parents.contains(*group.parent))
+                Report(group, u"the parent group %1 does not exist"_s.arg(*group.parent));
+        }
+        for (const CheckedText &text : m_canon.texts) {
+            if (text.idVit && !m_parents.contains(*text.idVit))
+                Report(text, u"the group %1 does not exist"_s.arg(*text.idVit));
+        }
+    }
+
+    /// A group is on a cycle if the way up comes back to it; groups below a cycle are not reported with it.
+    void CheckCycles()
+    {
+        for (const CheckedGroup &group : m_canon.groups) {
+            if (!group.idVit)
+                continue;
+            QSet<int> passed;
+            int above = m_parents.value(*group.idVit, RootKey);
+            while (above != *group.idVit && above != RootKey && !passed.contains(above)) {
+                passed.insert(above);
+                above = m_parents.value(above, RootKey);
+            }
+            if (above == *group.idVit && above != RootKey)
+                Report(group, u"is its own ancestor"_s);
+        }
+    }
+
+    void CheckUniqueNumbers()
+    {
+        QHash<int, QString> owners;
+        for (const CheckedText &text : m_canon.texts) {
+            if (!text.idVic)
+                continue;
+            if (owners.contains(*text.idVic))
+                Report(text,
+                       u"ID_VIC %1 is the number of %2 too"_s.arg(QString::number(*text.idVic), owners[*text.idVic]));
+            else
+                owners.insert(*text.idVic, RowName(text));
+        }
+    }
+
+    void CheckRunningNumbers()
+    {
+        QMap<int, QString> owners;
+        for (const CheckedText &text : m_canon.texts) {
+            if (!text.number) {
+                Report(text, u"NUMBER_VIC is null"_s);
+            } else if (owners.contains(*text.number)) {
+                Report(text,
+                       u"NUMBER_VIC %1 is that of %2 too"_s.arg(QString::number(*text.number), owners[*text.number]));
+            } else {
+                owners.insert(*text.number, RowName(text));
+                if (*text.number < 1)
+                    Report(text, u"NUMBER_VIC is %1, below 1"_s.arg(*text.number));
+            }
+        }
+        int expected = 1;
+        for (auto it = owners.lowerBound(1); it != owners.cend(); ++it) {
+            if (it.key() > expected) {
+                const QString gap = it.key() == expected + 1 ? u"%1 is"_s.arg(expected)
+                                                             : u"%1 to %2 are"_s.arg(expected).arg(it.key() - 1);
+                m_findings.append({it.value(), u"NUMBER_VIC is %1, and %2 missing before it"_s.arg(it.key()).arg(gap)});
+            }
+            expected = it.key() + 1;
+        }
+    }
+
+    template <typename Row>
+    void CheckName(const Row &row, const QString &column, const QString &name, bool mayBeNull)
+    {
+        if (name.isEmpty() && (!mayBeNull || !name.isNull()))
+            Report(row, name.isNull() ? u"%1 is null"_s.arg(column) : u"%1 is empty"_s.arg(column));
+        if (name.size() > LongestName)
+            Report(row, u"%1 has %2 characters, more than %3"_s.arg(column).arg(name.size()).arg(LongestName));
+    }
+
+    void CheckNames()
+    {
+        for (const CheckedGroup &group : m_canon.groups) {
+            CheckName(group, u"NAME_VIT_VIE"_s, group.nameVietnamese, false);
+            CheckName(group, u"NAME_VIT_PAL"_s, group.namePali, false);
+            CheckName(group, u"NAME_VIT_ENG"_s, group.nameEnglish, true);
+        }
+        for (const CheckedText &text : m_canon.texts) {
+            CheckName(text, u"NAME_VIC_VIE"_s, text.nameVietnamese, false);
+            CheckName(text, u"NAME_VIC_PAL"_s, text.namePali, false);
+            CheckName(text, u"NAME_VIC_ENG"_s, text.nameEnglish, true);
+        }
+    }
+
+    void CheckPages()
+    {
+        for (const CheckedText &text : m_canon.texts) {
+            for (const CheckedPage &page : text.pages) {
+                if (page.facts.firstBadByte >= 0)
+                    Report(text, u"%1 is not UTF-8 at byte %2"_s.arg(page.column).arg(page.facts.firstBadByte));
+                if (page.facts.charset.isEmpty())
+                    Report(text, u"%1 names no charset"_s.arg(page.column));
+                else if (page.facts.charset != "utf-8" && page.facts.charset != "utf8")
+                    Report(text,
+                           u"%1 names the charset %2"_s.arg(page.column, QString::fromLatin1(page.facts.charset)));
+            }
+        }
+    }
+
+    const CheckedCanon &m_canon;
+    /// Parent by group.
+    QHash<int, int> m_parents;
+    QList<Finding> m_findings;
+};
+
+} // namespace
+
+QList<Finding> CheckCanon(const CheckedCanon &canon)
+{
+    return Checker(canon).Run();
+}

@@ -1,0 +1,274 @@
+#include "lumivara-data/canon/CanonCopy.h"
+
+#include "common/Console.h"
+#include "common/Report.h"
+#include "common/Tool.h"
+#include "lumivara-data/canon/CanonFile.h"
+#include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/PageFacts.h"
+#include "lumivara-data/files/UnfinishedFile.h"
+#include "stores/data/FIBDataSet.h"
+#include "stores/engine/Statement.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QRegularExpression>
+#include <QSet>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int RootKey = -1;
+
+void CopyBytes(const QString &source, const QString &target, Console &console)
+{
+    QFile from(source), to(target);
+    if (!from.open(QIODevice::ReadOnly))
+        throw ToolError(u"%1: %2"_s.arg(source, from.errorString()));
+    if (!to.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        throw ToolError(u"%1: %2"_s.arg(target, to.errorString()));
+    constexpr qint64 chunk = 1 << 20;
+    const qint64 size = from.size();
+    for (qint64 done = 0; done < size;) {
+        const QByteArray bytes = from.read(chunk);
+        if (bytes.isEmpty())
+            throw ToolError(u"%1: ends early: %2"_s.arg(source, from.errorString()));
+        if (to.write(bytes) != bytes.size())
+            throw ToolError(u"%1: %2"_s.arg(target, WriteFault(to)));
+        done += bytes.size();
+        console.Progress(u"copy"_s, done, size, u"bytes"_s);
+    }
+    console.EndProgress();
+    if (!to.flush())
+        throw ToolError(u"%1: %2"_s.arg(target, to.errorString()));
+}
+
+/// A statement that mends one row.
+struct Repair
+{
+    QString place;
+    QString change;
+    QString sql;
+    QList<QVariant> values;
+    /// The page that the statement's first value is made of; empty if it is none.
+    QString pageColumn = {};
+};
+
+class Repairs
+{
+public:
+    explicit Repairs(const CheckedCanon &canon) : m_canon(canon)
+    {
+        OfGroups();
+        OfNames();
+        OfNumbers();
+        OfPages();
+    }
+    const QList<Repair> &All() const { return m_repairs; }
+
+private:
+    static bool HasKeys(const CheckedText &text) { return text.idVit && text.idVic; }
+    static QString Place(const CheckedGroup &group) { return u"group %1"_s.arg(*group.idVit); }
+    static QString Place(const CheckedText &text) { return u"text %1 of group %2"_s.arg(*text.idVic).arg(*text.idVit); }
+
+    void OfGroups()
+    {
+        QHash<int, int> parents;
+        for (const CheckedGroup &group : m_canon.groups) {
+            if (group.idVit)
+                parents.insert(*group.idVit, group.parent.value_or(RootKey));
+        }
+        for (const CheckedGroup &group : m_canon.groups) {
+            if (!group.idVit || *group.idVit == RootKey)
+                continue;
+            QString fault;
+            if (!group.parent || (*group.parent != RootKey && !parents.contains(*group.parent)))
+                fault = u"its parent is missing"_s;
+            else if (IsOnCycle(*group.idVit, parents))
+                fault = u"it was its own ancestor"_s;
+            else
+                continue;
+            // The next of a cycle finds it cut.
+            parents[*group.idVit] = RootKey;
+            m_repairs.append({Place(group),
+                              u"put at the root: "_s + fault,
+                              u"update KELORA_TREE set P_ID_VIT = :PARENT where ID_VIT = :ID"_s,
+                              {RootKey, *group.idVit}});
+        }
+    }
+
+    static bool IsOnCycle(int key, const QHash<int, int> &parents)
+    {
+        QSet<int> passed;
+        int above = parents.value(key, RootKey);
+        while (above != key && above != RootKey && !passed.contains(above)) {
+            passed.insert(above);
+            above = parents.value(above, RootKey);
+        }
+        return above == key;
+    }
+
+    void OfNames()
+    {
+        const auto isEmpty = [](const QString &name) { return name.isEmpty() && !name.isNull(); };
+        for (const CheckedGroup &group : m_canon.groups) {
+            if (group.idVit && isEmpty(group.nameEnglish))
+                m_repairs.append({Place(group),
+                                  u"the empty NAME_VIT_ENG made null"_s,
+                                  u"update KELORA_TREE set NAME_VIT_ENG = null where ID_VIT = :ID"_s,
+                                  {*group.idVit}});
+        }
+        for (const CheckedText &text : m_canon.texts) {
+            if (HasKeys(text) && isEmpty(text.nameEnglish))
+                m_repairs.append(
+                    {Place(text),
+                     u"the empty NAME_VIC_ENG made null"_s,
+                     u"update KELORA_CONTENT set NAME_VIC_ENG = null where ID_VIT = :GROUP_KEY and ID_VIC = :ID"_s,
+                     {*text.idVit, *text.idVic}});
+        }
+    }
+
+    /// In the order that the numbers give; texts without one come last.
+    void OfNumbers()
+    {
+        QList<const CheckedText *> ordered;
+        for (const CheckedText &text : m_canon.texts)
+            ordered.append(&text);
+        std::stable_sort(ordered.begin(), ordered.end(), [](const CheckedText *a, const CheckedText *b) {
+            return a->number.value_or(INT_MAX) < b->number.value_or(INT_MAX);
+        });
+        for (qsizetype i = 0; i < ordered.size(); ++i) {
+            const CheckedText &text = *ordered[i];
+            const int number = int(i) + 1;
+            if (!HasKeys(text) || text.number == number)
+                continue;
+            m_repairs.append(
+                {Place(text),
+                 u"NUMBER_VIC is %1 now"_s.arg(number),
+                 u"update KELORA_CONTENT set NUMBER_VIC = :NUMBER where ID_VIT = :GROUP_KEY and ID_VIC = :ID"_s,
+                 {number, *text.idVit, *text.idVic}});
+        }
+    }
+
+    /// The reader shows every page as UTF-8; what is one may say so.
+    void OfPages()
+    {
+        for (const CheckedText &text : m_canon.texts) {
+            for (const CheckedPage &page : text.pages) {
+                const QByteArray &charset = page.facts.charset;
+                if (!HasKeys(text) || page.facts.firstBadByte >= 0 || charset == "utf-8" || charset == "utf8")
+                    continue;
+                m_repairs.append(
+                    {Place(text),
+                     u"the charset UTF-8 declared in %1"_s.arg(page.column),
+                     u"update KELORA_CONTENT set %1 = :PAGE where ID_VIT = :GROUP_KEY and ID_VIC = :ID"_s.arg(
+                         page.column),
+                     {*text.idVit, *text.idVic},
+                     page.column});
+            }
+        }
+    }
+
+    const CheckedCanon &m_canon;
+    QList<Repair> m_repairs;
+};
+
+void Make(const QList<Repair> &repairs, DataFile &file, Report &report)
+{
+    file.Transaction().SetActive(false);
+    file.Database().SetReadOnlyMode(false);
+    file.Transaction().SetActive(true);
+    for (const Repair &repair : repairs) {
+        QList<QVariant> values = repair.values;
+        if (!repair.pageColumn.isEmpty()) {
+            const auto rows =
+                file.Rows(u"select N.%1 from KELORA_CONTENT N where N.ID_VIT = %2 and N.ID_VIC = %3"_s.arg(
+                    repair.pageColumn, values[0].toString(), values[1].toString()));
+            if (rows.size() != 1)
+                continue;
+            values.prepend(WithCharset(rows[0][0].toByteArray()));
+        }
+        Statement(file.Database().Attachment(), file.Transaction().Native(), repair.sql)
+            .Execute(file.Transaction().Native(), values);
+        report.Note(repair.place, repair.change);
+    }
+    report.Count(u"repairs"_s, repairs.size());
+    file.Transaction().Commit();
+    file.Transaction().SetActive(true);
+}
+
+/// The copy, checked and mended; the rows if they may be put in place.
+std::optional<CheckedCanon> Prove(DataFile &file, bool repair, Report &report, Console &console)
+{
+    CheckedCanon canon = ReadCanon(file, console);
+    QList<Finding> findings = CheckCanon(canon);
+    if (!findings.isEmpty()) {
+        const Repairs repairs(canon);
+        if (repair) {
+            Make(repairs.All(), file, report);
+            canon = ReadCanon(file, console);
+            findings = CheckCanon(canon);
+        } else if (!repairs.All().isEmpty()) {
+            report.Say(u"--repair would change %1 things that can be mended"_s.arg(repairs.All().size()));
+        }
+    }
+    for (const Finding &finding : findings)
+        report.Find(finding.row, finding.fault);
+    return findings.isEmpty() ? std::optional(canon) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<CheckedCanon> CopyCanon(const QString &source, const QString &target, bool repair, Report &report,
+                                      Console &console)
+{
+    if (!QFileInfo(source).isFile())
+        throw ToolError(u"%1: is no regular file"_s.arg(source));
+    FileInTheMaking making(target);
+    CopyBytes(source, making.Path(), console);
+    DataFile file;
+    std::optional<CheckedCanon> canon;
+    try {
+        file.Open(making.Path());
+        if (!IsCanon(file))
+            throw ToolError(u"%1: no canon (tables KELORA_TREE, KELORA_CONTENT)"_s.arg(source));
+        canon = Prove(file, repair, report, console);
+        if (canon) {
+            file.Transaction().SetActive(false);
+            file.Database().SetReadOnlyMode(true);
+        }
+        file.Close();
+    } catch (const DatabaseError &error) {
+        throw ToolError(u"%1: %2"_s.arg(source, error.Text()));
+    }
+    if (!canon)
+        return std::nullopt;
+    report.Count(u"groups"_s, canon->groups.size());
+    report.Count(u"texts"_s, canon->texts.size());
+    making.Finish();
+    return canon;
+}
+
+QByteArray WithCharset(const QByteArray &page)
+{
+    static const QRegularExpression start(u"<head\\b[^>]*>|<html\\b[^>]*>|<!doctype[^>]*>"_s,
+                                          QRegularExpression::CaseInsensitiveOption);
+    constexpr qsizetype searchedBytes = 65536;
+    // One byte a character keeps the places.
+    const QString begin = QString::fromLatin1(page.left(searchedBytes));
+    if (const auto match = DeclaredCharset().match(begin); match.hasMatch())
+        return page.left(match.capturedStart(1)) + "utf-8" + page.mid(match.capturedEnd(1));
+    qsizetype place = 0;
+    for (auto matches = start.globalMatch(begin); matches.hasNext();) {
+        const auto match = matches.next();
+        place = match.capturedEnd();
+        if (match.captured().startsWith(u"<head"_s, Qt::CaseInsensitive))
+            break;
+    }
+    return page.left(place) + "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />" +
+           page.mid(place);
+}

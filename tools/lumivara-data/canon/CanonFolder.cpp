@@ -1,0 +1,223 @@
+#include "lumivara-data/canon/CanonFolder.h"
+
+#include "common/Console.h"
+#include "common/Report.h"
+#include "common/Tool.h"
+#include "lumivara-data/canon/ImportedPage.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The table's bytes; it is the user who names it, so it may stand anywhere.
+QByteArray TableBytes(const QString &path, Report &report)
+{
+    QFile file(path);
+    const QFileInfo info(path);
+    if (!info.isFile())
+        throw ToolError(u"%1: there is no such file"_s.arg(path));
+    if (info.size() > LargestSourceFile)
+        throw ToolError(u"%1: has %2 bytes, more than %3"_s.arg(path).arg(info.size()).arg(LargestSourceFile));
+    if (!file.open(QIODevice::ReadOnly))
+        throw ToolError(u"%1: %2"_s.arg(path, file.errorString()));
+    const auto bytes = TextAsUtf8(file.readAll(), path, report);
+    if (!bytes)
+        throw ToolError(u"%1: is not UTF-8"_s.arg(path));
+    return *bytes;
+}
+
+/// The folder's own table, empty if it has none.
+QString OwnTable(const SourceFolder &folder)
+{
+    for (const char16_t *name : {CanonTable::FileName, CanonTable::JsonFileName}) {
+        const QString path = folder.Path() + u'/' + QString::fromUtf16(name);
+        if (QFileInfo::exists(path))
+            return path;
+    }
+    return {};
+}
+
+/// A name as its row wants it: a finished one is left alone as long as the column can take it.
+QString NameFor(const QString &name, const CanonTableRow &row, Report &report)
+{
+    constexpr qsizetype surelyFits = 127;
+    if (name.isNull() || (row.isFinished && name.size() <= surelyFits))
+        return name;
+    const QString fitting = FittingName(name, row.place, report);
+    return fitting.isEmpty() ? QString() : fitting;
+}
+
+/// The key behind the last one, or the first free one where that is the last of all; the tree adds 1000 to it.
+int FreeKey(const QSet<int> &keys, int last)
+{
+    constexpr int largest = 1'000'000'000;
+    int key = last < largest ? last + 1 : 1;
+    while (keys.contains(key))
+        ++key;
+    return key;
+}
+
+/// The first of names that is one.
+QString FirstOf(std::initializer_list<QString> names)
+{
+    for (const QString &name : names) {
+        if (!name.isEmpty())
+            return name;
+    }
+    return {};
+}
+
+} // namespace
+
+CanonFolder::CanonFolder(const SourceFolder &folder, const QString &table, Report &report)
+    : m_folder(folder), m_report(report)
+{
+    const QString path = table.isEmpty() ? OwnTable(folder) : table;
+    if (path.isEmpty()) {
+        throw ToolError(
+            u"%1: has neither root/, nor translation/, nor a table canon.csv or canon.json; see --table"_s.arg(
+                folder.Path()));
+    }
+    QList<CanonTableRow> rows = CanonTable::Read(TableBytes(path, report), path, report);
+    for (CanonTableRow &row : rows)
+        (row.isGroup ? m_groups : m_texts).append(std::move(row));
+}
+
+bool CanonFolder::HasTable(const SourceFolder &folder)
+{
+    return !OwnTable(folder).isEmpty();
+}
+
+void CanonFolder::WriteTo(CanonWriter &writer, Console &console)
+{
+    WriteGroups(writer);
+    GiveKeysAndNumbers();
+    qsizetype done = 0;
+    for (const CanonTableRow &row : std::as_const(m_texts)) {
+        WriteText(writer, row);
+        console.Progress(u"texts"_s, ++done, m_texts.size());
+    }
+    console.EndProgress();
+    m_counts.Tell(m_report);
+}
+
+void CanonFolder::WriteGroups(CanonWriter &writer)
+{
+    constexpr int root = -1;
+    QSet<int> keys;
+    int last = 0;
+    const auto write = [&](const SourceGroup &group) {
+        keys.insert(group.idVit);
+        last = qMax(last, group.idVit);
+        writer.Add(group);
+    };
+    for (const CanonTableRow &row : std::as_const(m_groups)) {
+        if (!row.key) {
+            m_report.Find(row.place, u"the group has no key; not taken"_s);
+        } else if (keys.contains(*row.key)) {
+            m_report.Find(row.place, u"the key %1 is that of another group; not taken"_s.arg(*row.key));
+        } else {
+            SourceGroup group{*row.key, row.group.value_or(root), NameFor(row.vietnamese, row, m_report),
+                              NameFor(row.pali, row, m_report), NameFor(row.english, row, m_report)};
+            if (!row.isFinished) {
+                const QString name = FirstOf({group.namePali, group.nameVietnamese, group.nameEnglish});
+                group.namePali = FirstOf({group.namePali, name});
+                group.nameVietnamese = FirstOf({group.nameVietnamese, name});
+            }
+            write(group);
+        }
+    }
+    // Texts of no group need one, or the tree does not show them.
+    std::optional<int> common;
+    for (CanonTableRow &row : m_texts) {
+        if (row.group)
+            continue;
+        if (!common) {
+            common = FreeKey(keys, last);
+            const QString name = FittingName(m_folder.Name(), m_folder.Path(), m_report);
+            write({*common, root, name, name, name});
+        }
+        row.group = *common;
+    }
+}
+
+void CanonFolder::GiveKeysAndNumbers()
+{
+    TextKeys keys;
+    QSet<int> numbers;
+    for (const CanonTableRow &row : std::as_const(m_texts)) {
+        if (row.key)
+            keys.Claim(*row.key);
+        if (row.number)
+            numbers.insert(*row.number);
+    }
+    int next = 1;
+    for (CanonTableRow &row : m_texts) {
+        if (!row.key) {
+            row.key = keys.For(FirstOf(
+                {row.pages[0], row.pages[2], row.pages[1], row.pages[3], row.pali, row.vietnamese, row.english}));
+        }
+        if (row.number || row.isFinished)
+            continue;
+        while (numbers.contains(next))
+            ++next;
+        row.number = next++;
+    }
+}
+
+void CanonFolder::WriteText(CanonWriter &writer, const CanonTableRow &row)
+{
+    const qint64 place = qint64(*row.group) << 32 | quint32(*row.key);
+    if (m_written.contains(place)) {
+        m_report.Find(row.place, u"the key %1 is that of another text of the group; not taken"_s.arg(*row.key));
+        return;
+    }
+    CanonText text{*row.group,
+                   *row.key,
+                   row.number,
+                   NameFor(row.pali, row, m_report),
+                   NameFor(row.vietnamese, row, m_report),
+                   NameFor(row.english, row, m_report),
+                   {}};
+    if (!row.isFinished) {
+        const QString file = FirstOf({row.pages[0], row.pages[2], row.pages[1]}).section(u'/', -1).section(u'.', 0, -2);
+        const QString name =
+            FirstOf({text.namePali, text.nameVietnamese, text.nameEnglish, FittingName(file, file, m_report)});
+        text.namePali = FirstOf({text.namePali, name});
+        text.nameVietnamese = FirstOf({text.nameVietnamese, name});
+    }
+    const QString titles[] = {text.namePali, FirstOf({text.nameEnglish, text.namePali}), text.nameVietnamese,
+                              text.namePali};
+    for (int i = 0; i < CanonText::Pages; ++i)
+        text.pages[i] = Page(row, i, titles[i]);
+    m_written.insert(place);
+    writer.Add(text, row.isFinished);
+}
+
+QByteArray CanonFolder::Page(const CanonTableRow &row, int page, const QString &title)
+{
+    constexpr Language languages[] = {Language::Pali, Language::English, Language::Vietnamese, Language::Pali};
+    const QString &file = row.pages[page];
+    if (file.isNull())
+        return {};
+    if (file.isEmpty())
+        return QByteArray("");
+    if (row.isFinished)
+        return m_folder.Read(file, m_report).value_or(QByteArray());
+    const QString ending = file.section(u'.', -1).toLower();
+    const bool isText = ending == "txt"_L1, isMarkdown = ending == "md"_L1 || ending == "markdown"_L1;
+    if (!isText && !isMarkdown && ending != "html"_L1 && ending != "htm"_L1 && ending != "xhtml"_L1) {
+        m_report.Find(file, u"is neither .html, .txt nor .md; not taken"_s);
+        return {};
+    }
+    const std::optional<QByteArray> bytes = m_folder.ReadText(file, m_report);
+    if (!bytes)
+        return {};
+    if (isText)
+        return ImportedPage::FromText(*bytes, title.toUtf8(), languages[page]);
+    return isMarkdown ? ImportedPage::FromMarkdown(*bytes, title.toUtf8(), languages[page], m_counts)
+                      : ImportedPage::FromHtml(*bytes, title.toUtf8(), languages[page], m_counts);
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "lumivara-data/canon/CanonTable.h"
+#include "lumivara-data/files/HtmlCleaner.h"
+#include "lumivara-data/files/SourceFolder.h"
+
+class Console;
+
+/// A folder of pages (HTML, plain text, Markdown) with a table that says what they are. A page is read when its text's
+/// turn comes.
+class CanonFolder
+{
+public:
+    /// `table` may stand elsewhere; without one it is canon.csv or canon.json in the folder. Throws ToolError where
+    /// there is none.
+    CanonFolder(const SourceFolder &folder, const QString &table, Report &report);
+
+    /// True if the folder has a table of its own.
+    static bool HasTable(const SourceFolder &folder);
+    void WriteTo(CanonWriter &writer, Console &console);
+
+private:
+    void WriteGroups(CanonWriter &writer);
+    void GiveKeysAndNumbers();
+    void WriteText(CanonWriter &writer, const CanonTableRow &row);
+    QByteArray Page(const CanonTableRow &row, int page, const QString &title);
+
+    const SourceFolder &m_folder;
+    Report &m_report;
+    QList<CanonTableRow> m_groups;
+    QList<CanonTableRow> m_texts;
+    QSet<qint64> m_written; ///< group and key of the texts
+    CleaningCounts m_counts;
+};

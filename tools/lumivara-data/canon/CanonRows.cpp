@@ -1,0 +1,91 @@
+#include "lumivara-data/canon/CanonRows.h"
+
+#include "common/Report.h"
+#include "stores/engine/Blobs.h"
+#include "stores/engine/Statement.h"
+
+using namespace Qt::StringLiterals;
+
+CanonRows::CanonRows(DataFile &file) : m_file(file) {}
+
+CanonRows::~CanonRows() = default;
+
+QList<SourceGroup> CanonRows::Groups(Report &report)
+{
+    Statement select(
+        m_file.Database().Attachment(), m_file.Transaction().Native(),
+        u"select T.ID_VIT, T.P_ID_VIT, T.NAME_VIT_VIE, T.NAME_VIT_PAL, T.NAME_VIT_ENG from KELORA_TREE T"_s);
+    select.OpenCursor(m_file.Transaction().Native(), {});
+    QList<SourceGroup> groups;
+    while (Fetch(select)) {
+        const auto key = Number(0), parent = Number(1);
+        if (key && parent)
+            groups.append({*key, *parent, Name(2), Name(3), Name(4)});
+        else
+            report.Find(u"group \"%1\""_s.arg(Name(2)), u"has no key or no parent; not taken"_s);
+    }
+    return groups;
+}
+
+qsizetype CanonRows::TextCount()
+{
+    return m_file.Rows(u"select count(*) from KELORA_CONTENT"_s)[0][0].toLongLong();
+}
+
+bool CanonRows::Next(CanonText &text, Report &report)
+{
+    if (!m_texts) {
+        // In the order of storing: no sort has to move the rows.
+        m_texts = std::make_unique<Statement>(
+            m_file.Database().Attachment(), m_file.Transaction().Native(),
+            u"select N.ID_VIT, N.ID_VIC, N.NUMBER_VIC, N.NAME_VIC_PAL, N.NAME_VIC_VIE, N.NAME_VIC_ENG, N.%1 from "
+            u"KELORA_CONTENT N"_s.arg(CanonText::PageColumns().join(u", N."_s)));
+        m_texts->OpenCursor(m_file.Transaction().Native(), {});
+    }
+    while (Fetch(*m_texts)) {
+        const auto group = Number(0), key = Number(1);
+        if (!group || !key) {
+            report.Find(u"text \"%1\""_s.arg(Name(4)), u"has no key or no group; not taken"_s);
+            continue;
+        }
+        text = {*group, *key, Number(2), Name(3), Name(4), Name(5), {}};
+        for (int i = 0; i < CanonText::Pages; ++i)
+            text.pages[i] = Page(6 + i);
+        return true;
+    }
+    return false;
+}
+
+bool CanonRows::Fetch(Statement &select)
+{
+    if (!select.Fetch())
+        return false;
+    m_row.Clear(select.Columns());
+    m_row.Append(select.Message());
+    return true;
+}
+
+std::optional<int> CanonRows::Number(int column) const
+{
+    return m_row.IsNull(0, column) ? std::nullopt : std::optional(static_cast<int>(m_row.Number(0, column)));
+}
+
+QString CanonRows::Name(int column) const
+{
+    if (m_row.IsNull(0, column))
+        return {};
+    const std::string_view text = m_row.Text(0, column);
+    return text.empty() ? u""_s : QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QByteArray CanonRows::Page(int column) const
+{
+    if (m_row.IsNull(0, column))
+        return {};
+    QByteArray bytes;
+    ReadBlob(m_file.Database().Attachment(), m_file.Transaction().Native(), m_row.Value(0, column).value<BlobId>(),
+             bytes);
+    if (m_texts->Columns()[static_cast<size_t>(column)].isText)
+        JoinSurrogates(bytes);
+    return bytes.isNull() ? QByteArray("") : bytes;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "lumivara-data/canon/CanonWriter.h"
+#include "stores/engine/RowStore.h"
+
+/// The rows of an open canon as they are stored, one after the other. Failures are thrown as DatabaseError.
+class CanonRows
+{
+public:
+    explicit CanonRows(DataFile &file);
+    ~CanonRows();
+
+    /// Groups without a key are told and left out.
+    QList<SourceGroup> Groups(Report &report);
+    qsizetype TextCount();
+    /// The next text with its pages; false at the end. Texts without keys are told and left out.
+    bool Next(CanonText &text, Report &report);
+
+private:
+    bool Fetch(Statement &select);
+    std::optional<int> Number(int column) const;
+    QString Name(int column) const;
+    QByteArray Page(int column) const;
+
+    DataFile &m_file;
+    std::unique_ptr<Statement> m_texts;
+    RowStore m_row; ///< one row
+};

@@ -1,0 +1,214 @@
+#include "lumivara-data/canon/CanonTable.h"
+
+#include "common/Report.h"
+#include "common/Tool.h"
+#include "lumivara-data/files/CsvRecords.h"
+
+#include <QBuffer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum Column { Kind, Key, Group, Number, Pali, Vietnamese, English, FirstPage, Finished = FirstPage + CanonText::Pages };
+constexpr int ColumnCount = Finished + 1;
+constexpr const char *ColumnNames[ColumnCount] = {
+    "kind",    "key",       "group",        "number",          "pali",          "vietnamese",
+    "english", "page_pali", "page_english", "page_vietnamese", "page_parallel", "finished"};
+
+/// A null string for a cell that is not there.
+using Cells = QString[ColumnCount];
+
+int ColumnNamed(const QString &name)
+{
+    for (int i = 0; i < ColumnCount; ++i) {
+        if (name.compare(QLatin1StringView(ColumnNames[i]), Qt::CaseInsensitive) == 0)
+            return i;
+    }
+    return -1;
+}
+
+/// Makes a row of its cells; false, and told, if one of them can't be what it should.
+bool MakeRow(const Cells &cells, CanonTableRow &row, Report &report)
+{
+    const QString kind = cells[Kind].trimmed().toLower(), finished = cells[Finished].trimmed().toLower();
+    if (kind != "group"_L1 && kind != "text"_L1) {
+        report.Find(row.place, u"kind is \"%1\", neither group nor text; not taken"_s.arg(cells[Kind].left(40)));
+        return false;
+    }
+    row.isGroup = kind == "group"_L1;
+    row.isFinished = finished == "1"_L1 || finished == "yes"_L1 || finished == "true"_L1;
+    for (const auto &[column, number] : {std::pair(Key, &row.key), {Group, &row.group}, {Number, &row.number}}) {
+        const QString cell = cells[column].trimmed();
+        bool isNumber = false;
+        if (!cell.isEmpty())
+            *number = cell.toInt(&isNumber);
+        if (!cell.isEmpty() && !isNumber) {
+            report.Find(row.place, u"%1 is \"%2\", no number; not taken"_s.arg(QLatin1StringView(ColumnNames[column]),
+                                                                               cell.left(40)));
+            return false;
+        }
+    }
+    const auto text = [&](int column) {
+        return cells[column].isEmpty() && !row.isFinished ? QString() : cells[column];
+    };
+    row.pali = text(Pali);
+    row.vietnamese = text(Vietnamese);
+    row.english = text(English);
+    for (int i = 0; i < CanonText::Pages; ++i)
+        row.pages[i] = text(FirstPage + i);
+    return true;
+}
+
+QList<CanonTableRow> ReadCsv(const QByteArray &bytes, const QString &fileName, Report &report)
+{
+    QBuffer device;
+    device.setData(bytes);
+    device.open(QIODevice::ReadOnly);
+    TextLines lines(device, fileName);
+    CsvRecords records(lines);
+    const auto placeOf = [&](const CsvRecord &record) { return u"%1:%2"_s.arg(fileName).arg(record.line); };
+    CsvRecord record;
+    if (!records.Next(record))
+        throw ToolError(fileName + u": the file is empty"_s);
+    if (!record.fault.isEmpty())
+        throw ToolError(placeOf(record) + u": "_s + record.fault);
+    QList<int> columns;
+    for (qsizetype i = 0; i < record.cells.size(); ++i) {
+        const QString name = record.Text(i);
+        const int column = ColumnNamed(name.trimmed());
+        if (column < 0)
+            report.Note(placeOf(record), u"the column \"%1\" means nothing here"_s.arg(name.left(40)));
+        else if (columns.contains(column))
+            throw ToolError(u"%1: the column \"%2\" comes twice"_s.arg(placeOf(record), name));
+        columns.append(column);
+    }
+    if (!columns.contains(Kind))
+        throw ToolError(placeOf(record) + u": there is no column \"kind\""_s);
+    QList<CanonTableRow> rows;
+    while (records.Next(record)) {
+        CanonTableRow row;
+        row.place = placeOf(record);
+        // Behind an open quote no row is sure.
+        if (record.isOpen)
+            throw ToolError(row.place + u": "_s + record.fault);
+        if (!record.fault.isEmpty()) {
+            report.Find(row.place, record.fault + u"; not taken"_s);
+            continue;
+        }
+        Cells known;
+        for (qsizetype i = 0; i < record.cells.size(); ++i) {
+            if (columns[i] >= 0)
+                known[columns[i]] = record.Text(i);
+        }
+        if (MakeRow(known, row, report))
+            rows.append(row);
+    }
+    return rows;
+}
+
+/// A null string for null and for what is neither a text nor a whole number.
+QString CellOf(const QJsonValue &value)
+{
+    if (value.isDouble() && std::trunc(value.toDouble()) == value.toDouble())
+        return QString::number(value.toDouble(), 'f', 0);
+    if (value.isBool())
+        return value.toBool() ? u"1"_s : u"0"_s;
+    return value.isString() ? value.toString() + u""_s : QString();
+}
+
+QList<CanonTableRow> ReadJson(const QByteArray &bytes, const QString &fileName, Report &report)
+{
+    constexpr qsizetype largest = 16 * 1024 * 1024;
+    if (bytes.size() > largest)
+        throw ToolError(u"%1: has %2 bytes, more than %3; larger tables are comma separated ones"_s.arg(fileName)
+                            .arg(bytes.size())
+                            .arg(largest));
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
+    if (document.isNull())
+        throw ToolError(u"%1: %2 at byte %3"_s.arg(fileName, error.errorString()).arg(error.offset));
+    QList<CanonTableRow> rows;
+    for (const auto &[list, kind] : {std::pair(u"groups"_s, u"group"_s), {u"texts"_s, u"text"_s}}) {
+        const QJsonValue value = document.object().value(list);
+        if (!value.isArray() && !value.isUndefined())
+            report.Find(fileName, u"%1 is no list; not taken"_s.arg(list));
+        const QJsonArray items = value.toArray();
+        for (qsizetype i = 0; i < items.size(); ++i) {
+            CanonTableRow row;
+            row.place = u"%1: %2 %3"_s.arg(fileName, kind).arg(i + 1);
+            if (!items[i].isObject()) {
+                report.Find(row.place, u"is no object; not taken"_s);
+                continue;
+            }
+            const QJsonObject item = items[i].toObject();
+            Cells cells;
+            for (auto member = item.constBegin(); member != item.constEnd(); ++member) {
+                const int column = ColumnNamed(member.key());
+                const QString cell = CellOf(*member);
+                if (column < 0)
+                    report.Note(row.place, u"\"%1\" means nothing here"_s.arg(member.key().left(40)));
+                else if (cell.isNull() && !member->isNull())
+                    report.Find(row.place, u"%1 is neither a text nor a whole number"_s.arg(member.key()));
+                else
+                    cells[column] = cell;
+            }
+            cells[Kind] = kind;
+            if (MakeRow(cells, row, report))
+                rows.append(row);
+        }
+    }
+    if (rows.isEmpty())
+        throw ToolError(u"%1: no table: an object with the lists \"groups\" and \"texts\" is expected"_s.arg(fileName));
+    return rows;
+}
+
+QByteArray CellFor(const QString &text)
+{
+    if (text.isNull())
+        return {};
+    QByteArray bytes = text.toUtf8();
+    const bool isPlain = std::none_of(bytes.cbegin(), bytes.cend(),
+                                      [](char c) { return c == ',' || c == '"' || c == '\n' || c == '\r'; });
+    if (isPlain && !bytes.isEmpty())
+        return bytes;
+    return '"' + bytes.replace('"', "\"\"") + '"';
+}
+
+QByteArray CellFor(const std::optional<int> &number)
+{
+    return number ? QByteArray::number(*number) : QByteArray();
+}
+
+} // namespace
+
+QList<CanonTableRow> CanonTable::Read(const QByteArray &bytes, const QString &fileName, Report &report)
+{
+    const bool isJson = fileName.endsWith(u".json"_s, Qt::CaseInsensitive);
+    return isJson ? ReadJson(bytes, fileName, report) : ReadCsv(bytes, fileName, report);
+}
+
+QByteArray CanonTable::Header()
+{
+    QByteArray line;
+    for (const char *name : ColumnNames)
+        line += QByteArray(line.isEmpty() ? "" : ",") + name;
+    return line + "\r\n";
+}
+
+QByteArray CanonTable::Line(const CanonTableRow &row)
+{
+    QByteArray line = row.isGroup ? "group" : "text";
+    for (const auto &number : {row.key, row.group, row.number})
+        line += ',' + CellFor(number);
+    for (const QString &name : {row.pali, row.vietnamese, row.english})
+        line += ',' + CellFor(name);
+    for (const QString &page : row.pages)
+        line += ',' + CellFor(page);
+    return line + (row.isFinished ? ",1\r\n" : ",\r\n");
+}

@@ -1,0 +1,111 @@
+#include "lumivara-data/canon/CanonWriter.h"
+
+#include "common/Report.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype LongestName = 127;
+
+QVariant OrNull(const QString &text)
+{
+    return text.isNull() ? QVariant() : QVariant(text);
+}
+
+QVariant OrNull(const QByteArray &bytes)
+{
+    return bytes.isNull() ? QVariant() : QVariant(bytes);
+}
+
+} // namespace
+
+const QStringList &CanonText::PageColumns()
+{
+    static const QStringList columns = {u"CONTENT_VIC_PAL"_s, u"CONTENT_VIC_ENG"_s, u"CONTENT_VIC_VIE"_s,
+                                        u"CONTENT_VIC_PAL_VIE"_s};
+    return columns;
+}
+
+void CanonWriter::Open()
+{
+    if (m_texts)
+        return;
+    constexpr int pageSize = 16384;
+    m_data.Create(m_file.Path(), pageSize, false);
+    m_data.RunSchema(u"canon"_s);
+    m_groups.emplace(m_data, u"KELORA_TREE"_s,
+                     QStringList{u"ID_VIT"_s, u"P_ID_VIT"_s, u"NAME_VIT_VIE"_s, u"NAME_VIT_PAL"_s, u"NAME_VIT_ENG"_s});
+    m_texts.emplace(m_data, u"KELORA_CONTENT"_s,
+                    QStringList{u"ID_VIT"_s, u"ID_VIC"_s, u"NUMBER_VIC"_s, u"NAME_VIC_VIE"_s, u"NAME_VIC_PAL"_s,
+                                u"NAME_VIC_ENG"_s} +
+                        CanonText::PageColumns());
+}
+
+void CanonWriter::Add(const SourceGroup &group)
+{
+    Open();
+    m_groups->Append(
+        {group.idVit, group.parent, OrNull(group.nameVietnamese), OrNull(group.namePali), OrNull(group.nameEnglish)});
+    m_rows.groups.append({group.idVit, group.parent, group.nameVietnamese, group.namePali, group.nameEnglish});
+}
+
+void CanonWriter::Add(const CanonText &text, bool isFinished)
+{
+    Open();
+    QList<QVariant> values{text.idVit,
+                           text.idVic,
+                           text.number ? QVariant(*text.number) : QVariant(),
+                           OrNull(text.nameVietnamese),
+                           OrNull(text.namePali),
+                           OrNull(text.nameEnglish)};
+    CheckedText row{text.idVit, text.idVic, text.number, text.nameVietnamese, text.namePali, text.nameEnglish, {}};
+    for (int i = 0; i < CanonText::Pages; ++i) {
+        const QByteArray &page = text.pages[i];
+        values.append(OrNull(page));
+        m_pageCount += page.isEmpty() ? 0 : 1;
+        if (isFinished && !page.isEmpty())
+            row.pages.append({CanonText::PageColumns()[i], InspectPage(page)});
+    }
+    m_texts->Append(values);
+    m_rows.texts.append(row);
+}
+
+void CanonWriter::Finish(Report &report)
+{
+    Open();
+    m_groups.reset();
+    m_texts.reset();
+    m_data.Finish(true);
+    for (const Finding &finding : CheckCanon(m_rows))
+        report.Find(finding.row, finding.fault);
+    report.Count(u"groups"_s, m_rows.groups.size());
+    report.Count(u"texts"_s, m_rows.texts.size());
+    report.Count(u"pages"_s, m_pageCount);
+    m_file.Finish();
+}
+
+int TextKeys::For(const QString &name)
+{
+    constexpr int first = 10'000'000, count = 90'000'000;
+    // FNV-1a: the same on every machine and in every version, as keys in readers' files must be.
+    quint64 hash = 14695981039346656037ULL;
+    for (const char byte : name.toUtf8())
+        hash = (hash ^ uchar(byte)) * 1099511628211ULL;
+    int key = first + int(hash % count);
+    while (m_used.contains(key))
+        key = key + 1 < first + count ? key + 1 : first;
+    m_used.insert(key);
+    return key;
+}
+
+QString FittingName(const QString &name, const QString &place, Report &report)
+{
+    QString fitting = name;
+    fitting.removeIf([](QChar c) { return c.category() == QChar::Other_Control && !c.isSpace(); });
+    fitting = fitting.simplified();
+    if (fitting.size() <= LongestName)
+        return fitting;
+    report.Note(place, u"the name \"%1…\" is cut to %2 characters"_s.arg(fitting.left(40)).arg(LongestName));
+    return fitting.left(fitting[LongestName - 1].isHighSurrogate() ? LongestName - 1 : LongestName).trimmed();
+}

@@ -1,0 +1,63 @@
+#include "lumivara-data/canon/ClientList.h"
+
+#include "common/Tool.h"
+#include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/marks/MarksCheck.h"
+
+#include <QFileInfo>
+#include <QSet>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The collection that a canon's texts belong to.
+constexpr int Kelora = 6;
+
+QVariant OrNull(const QString &name)
+{
+    return name.isEmpty() ? QVariant() : QVariant(name);
+}
+
+} // namespace
+
+void ClientList::Prepare(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.isFile())
+        throw ToolError(u"%1: there is no such file"_s.arg(path));
+    if (!info.isWritable())
+        throw ToolError(u"%1: cannot be written"_s.arg(path));
+    TpFIBDatabase::SetLockFolder(info.absolutePath() + u"/lock"_s);
+    DataFile file;
+    file.Open(info.absoluteFilePath());
+    if (!IsMarks(file))
+        throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
+    file.Close();
+}
+
+qsizetype ClientList::AddMissing(const QString &path, const CheckedCanon &canon)
+{
+    DataFile file;
+    file.Open(QFileInfo(path).absoluteFilePath());
+    QSet<int> listed;
+    for (const QList<QVariant> &row :
+         file.Rows(u"select S.NIC_SUT from SUTTA_LIST S where S.NIK_SUT = %1"_s.arg(Kelora)))
+        listed.insert(row[0].toInt());
+    qsizetype added = 0;
+    {
+        RowWriter texts(file, u"SUTTA_LIST"_s,
+                        {u"NIK_SUT"_s, u"NIC_SUT"_s, u"NAME_SUT_VIE"_s, u"NAME_SUT_PAL"_s, u"NAME_SUT_ENG"_s});
+        for (const CheckedText &text : canon.texts) {
+            if (!text.idVic || listed.contains(*text.idVic))
+                continue;
+            listed.insert(*text.idVic);
+            texts.Append(
+                {Kelora, *text.idVic, OrNull(text.nameVietnamese), OrNull(text.namePali), OrNull(text.nameEnglish)});
+            ++added;
+        }
+    }
+    file.Database().CheckFileInPlace();
+    file.Finish(false);
+    return added;
+}

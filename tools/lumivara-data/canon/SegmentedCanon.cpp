@@ -1,0 +1,267 @@
+#include "lumivara-data/canon/SegmentedCanon.h"
+
+#include "common/Console.h"
+#include "common/InOrder.h"
+#include "common/Report.h"
+#include "common/Tool.h"
+
+#include <algorithm>
+#include <set>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::optional<Language> LanguageOf(const QString &folder)
+{
+    static const QHash<QString, Language> known = {{u"pli"_s, Language::Pali},
+                                                   {u"pi"_s, Language::Pali},
+                                                   {u"pali"_s, Language::Pali},
+                                                   {u"pāli"_s, Language::Pali},
+                                                   {u"vi"_s, Language::Vietnamese},
+                                                   {u"vie"_s, Language::Vietnamese},
+                                                   {u"vietnamese"_s, Language::Vietnamese},
+                                                   {u"en"_s, Language::English},
+                                                   {u"eng"_s, Language::English},
+                                                   {u"english"_s, Language::English}};
+    const auto found = known.constFind(folder.toLower());
+    return found == known.cend() ? std::nullopt : std::optional(*found);
+}
+
+/// "dn1" of "dn1_root-pli-ms.json".
+QString TextId(const QString &file)
+{
+    QString id = file.section(u'/', -1).chopped(5);
+    for (const QString &part : {u"_root"_s, u"_translation"_s, u"_html"_s}) {
+        if (const qsizetype at = id.indexOf(part); at > 0)
+            id.truncate(at);
+    }
+    return id;
+}
+
+/// The folders of a name below its first `levels` ones, without the file.
+QString GroupOf(const QString &file, int levels)
+{
+    return file.section(u'/', levels, -2);
+}
+
+bool GroupLess(const QString &a, const QString &b)
+{
+    const QStringList left = a.split(u'/'), right = b.split(u'/');
+    for (qsizetype i = 0; i < left.size() && i < right.size(); ++i) {
+        if (left[i] != right[i])
+            return NaturalLess(left[i], right[i]);
+    }
+    return left.size() < right.size();
+}
+
+} // namespace
+
+SegmentedCanon::SegmentedCanon(const SourceFolder &folder, const QStringList &authors, Report &report)
+    : m_folder(folder), m_authors(authors), m_report(report)
+{
+    for (const QString &other : folder.Folders()) {
+        if (other != u"root"_s && other != u"translation"_s && other != u"html"_s)
+            report.Note(other + u'/', u"not read: only root, translation and html are"_s);
+    }
+    if (folder.HasFolder(u"root"_s))
+        ListRoot();
+    if (folder.HasFolder(u"translation"_s))
+        ListTranslations();
+    if (folder.HasFolder(u"html"_s))
+        ListMarkup();
+    for (const auto &[place, count] : m_otherAuthors)
+        report.Note(place, u"%1 texts left out for another author's"_s.arg(count));
+    BringTogether();
+    ShortenGroups();
+}
+
+bool SegmentedCanon::IsOne(const SourceFolder &folder)
+{
+    return folder.HasFolder(u"root"_s) || folder.HasFolder(u"translation"_s);
+}
+
+bool SegmentedCanon::IsJson(const QString &file)
+{
+    if (file.endsWith(u".json"_s, Qt::CaseInsensitive) && file.section(u'/', -1).size() > 5)
+        return true;
+    m_report.Note(file, u"no JSON; not read"_s);
+    return false;
+}
+
+void SegmentedCanon::ListRoot()
+{
+    const QStringList files = m_folder.FilesBelow(u"root"_s, m_report);
+    // Folders of languages need not be there; but if one is, the others are languages too.
+    const bool hasLanguages = std::any_of(files.cbegin(), files.cend(), [](const QString &file) {
+        return file.count(u'/') > 1 && LanguageOf(file.section(u'/', 1, 1));
+    });
+    std::map<QString, qsizetype> unknown;
+    for (const QString &file : files) {
+        if (!IsJson(file))
+            continue;
+        const QString folder = hasLanguages ? file.section(u'/', 1, 1) : u"pli"_s;
+        if (const auto language = LanguageOf(folder))
+            Take(TextId(file), *language, {}, GroupOf(file, hasLanguages ? 2 : 1), file);
+        else
+            ++unknown[u"root/"_s + folder];
+    }
+    for (const auto &[place, count] : unknown)
+        m_report.Find(place, u"none of the languages Pāli, Vietnamese, English: %1 texts not taken"_s.arg(count));
+}
+
+void SegmentedCanon::ListTranslations()
+{
+    std::map<QString, qsizetype> unknown;
+    for (const QString &file : m_folder.FilesBelow(u"translation"_s, m_report)) {
+        if (!IsJson(file))
+            continue;
+        const QString folder = file.section(u'/', 1, 1);
+        const bool hasAuthor = file.count(u'/') > 2;
+        if (const auto language = LanguageOf(folder); language && file.count(u'/') > 1)
+            Take(TextId(file), *language, hasAuthor ? file.section(u'/', 2, 2) : QString(), GroupOf(file, 3), file);
+        else
+            ++unknown[u"translation/"_s + folder];
+    }
+    for (const auto &[place, count] : unknown)
+        m_report.Find(place, u"none of the languages Pāli, Vietnamese, English: %1 texts not taken"_s.arg(count));
+}
+
+void SegmentedCanon::ListMarkup()
+{
+    for (const QString &file : m_folder.FilesBelow(u"html"_s, m_report)) {
+        if (!IsJson(file))
+            continue;
+        const auto text = m_texts.find(TextId(file));
+        if (text == m_texts.end())
+            m_report.Find(file, u"the mark-up of a text that is not there; not taken"_s);
+        else if (!text->second.markup.isEmpty())
+            m_report.Find(file, u"the text has mark-up already, %1; not taken"_s.arg(text->second.markup));
+        else
+            text->second.markup = file;
+    }
+}
+
+int SegmentedCanon::Rank(const QString &author) const
+{
+    const qsizetype at = m_authors.indexOf(author);
+    return at < 0 ? int(m_authors.size()) : int(at);
+}
+
+void SegmentedCanon::Take(const QString &id, Language language, const QString &author, const QString &group,
+                          const QString &file)
+{
+    const auto [text, isNew] = m_texts.try_emplace(id);
+    const bool isTranslation = file.startsWith(u"translation/"_s);
+    if (isNew)
+        text->second.group = group;
+    if (isNew && isTranslation)
+        m_onlyTranslated.append(id);
+    else if (const QString tail = group.isEmpty() ? group : u'/' + group;
+             isTranslation && text->second.group.endsWith(tail))
+        m_editions.insert(text->second.group.chopped(tail.size()));
+    QString &place = text->second.text[size_t(language)];
+    QString &placeAuthor = text->second.author[size_t(language)];
+    if (!place.isEmpty() && placeAuthor == author) {
+        m_report.Find(file, u"the id \"%1\" is that of %2 too; not taken"_s.arg(id, place));
+        return;
+    }
+    // What stands in root/ is by nobody and comes first.
+    const auto rank = [this](const QString &name) { return std::pair(name.isEmpty() ? -1 : Rank(name), name); };
+    const bool isBetter = place.isEmpty() || rank(author) < rank(placeAuthor);
+    if (!place.isEmpty())
+        ++m_otherAuthors[(isBetter ? place : file).section(u'/', 0, 2)];
+    if (isBetter) {
+        place = file;
+        placeAuthor = author;
+    }
+}
+
+/// Puts texts that root/ lacks into the groups of the others: there a folder for the edition may come first.
+void SegmentedCanon::BringTogether()
+{
+    if (m_editions.size() != 1 || m_editions.cbegin()->isEmpty())
+        return;
+    for (const QString &id : std::as_const(m_onlyTranslated)) {
+        QString &group = m_texts[id].group;
+        group = *m_editions.cbegin() + (group.isEmpty() ? group : u'/' + group);
+    }
+}
+
+/// Takes away the folders that all texts have in common, such as one for the edition, and leaves one where nothing
+/// would be left.
+void SegmentedCanon::ShortenGroups()
+{
+    if (m_texts.empty())
+        throw ToolError(u"%1: there is no text in root/ or translation/"_s.arg(m_folder.Path()));
+    QStringList common = m_texts.begin()->second.group.split(u'/', Qt::SkipEmptyParts);
+    for (const auto &[id, files] : m_texts) {
+        const QStringList parts = files.group.split(u'/', Qt::SkipEmptyParts);
+        qsizetype same = 0;
+        while (same < parts.size() && same < common.size() && parts[same] == common[same])
+            ++same;
+        // A text needs a group of its own below what is taken away.
+        common.resize(qMin(same, qMax<qsizetype>(parts.size() - 1, 0)));
+    }
+    for (auto &[id, files] : m_texts) {
+        files.group = files.group.split(u'/', Qt::SkipEmptyParts).mid(common.size()).join(u'/');
+        if (files.group.isEmpty())
+            files.group = m_folder.Name();
+    }
+}
+
+QStringList SegmentedCanon::GroupPaths() const
+{
+    std::set<QString, decltype(&GroupLess)> paths(&GroupLess);
+    for (const auto &[id, files] : m_texts) {
+        for (QString path = files.group; !path.isEmpty() && paths.insert(path).second;)
+            path = path.section(u'/', 0, -2);
+    }
+    return {paths.cbegin(), paths.cend()};
+}
+
+void SegmentedCanon::WriteGroups(const QStringList &paths, const QHash<QString, int> &keys, CanonWriter &writer)
+{
+    for (const QString &path : paths) {
+        const int key = keys[path];
+        QString name = FittingName(path.section(u'/', -1), path, m_report);
+        if (name.isEmpty())
+            name = QString::number(key);
+        writer.Add(SourceGroup{key, keys.value(path.section(u'/', 0, -2), -1), name, name, name});
+    }
+}
+
+void SegmentedCanon::WriteTo(CanonWriter &writer, Console &console)
+{
+    const QStringList paths = GroupPaths();
+    QHash<QString, int> groups;
+    for (const QString &path : paths)
+        groups.insert(path, int(groups.size()) + 1);
+    std::vector<std::map<QString, SegmentedFiles>::const_iterator> ordered;
+    for (auto text = m_texts.cbegin(); text != m_texts.cend(); ++text)
+        ordered.push_back(text);
+    std::sort(ordered.begin(), ordered.end(), [&](const auto &a, const auto &b) {
+        const int left = groups[a->second.group], right = groups[b->second.group];
+        return left != right ? left < right : NaturalLess(a->first, b->first);
+    });
+    InOrder<ComposedText> texts(
+        ordered.size(), [&](size_t at) { return ComposeSegmented(m_folder, ordered[at]->first, ordered[at]->second); },
+        [](const ComposedText &composed) { return size_t(composed.Bytes()); });
+    WriteGroups(paths, groups, writer);
+    CleaningCounts counts;
+    int number = 0;
+    for (size_t at = 0; at < ordered.size(); ++at) {
+        ComposedText composed = texts.Take();
+        m_report.TakeOver(composed.told);
+        counts += composed.counts;
+        if (composed.text) {
+            composed.text->idVit = groups[ordered[at]->second.group];
+            composed.text->idVic = m_keys.For(ordered[at]->first);
+            composed.text->number = ++number;
+            writer.Add(*composed.text, false);
+        }
+        console.Progress(u"texts"_s, qsizetype(at) + 1, qsizetype(ordered.size()));
+    }
+    console.EndProgress();
+    counts.Tell(m_report);
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "lumivara-data/canon/SegmentedComposer.h"
+
+#include <map>
+
+class Console;
+
+/// A collection of segmented texts: root/, translation/LANGUAGE/AUTHOR/ and html/, one JSON object a text. Only the
+/// names of the files are kept; a text's files are read when its turn comes.
+class SegmentedCanon
+{
+public:
+    /// `authors` are preferred to others, in this order. What is not taken is told.
+    SegmentedCanon(const SourceFolder &folder, const QStringList &authors, Report &report);
+
+    static bool IsOne(const SourceFolder &folder);
+    /// Composes and writes everything.
+    void WriteTo(CanonWriter &writer, Console &console);
+
+private:
+    void ListRoot();
+    void ListTranslations();
+    void ListMarkup();
+    void Take(const QString &id, Language language, const QString &author, const QString &group, const QString &file);
+    void BringTogether();
+    void ShortenGroups();
+    bool IsJson(const QString &file);
+    int Rank(const QString &author) const;
+    /// Parents before their own.
+    QStringList GroupPaths() const;
+    void WriteGroups(const QStringList &paths, const QHash<QString, int> &keys, CanonWriter &writer);
+
+    const SourceFolder &m_folder;
+    QStringList m_authors;
+    Report &m_report;
+    std::map<QString, SegmentedFiles> m_texts; ///< by id
+    std::map<QString, qsizetype> m_otherAuthors;
+    QSet<QString> m_editions;     ///< folders that root/ has above those of translation/
+    QStringList m_onlyTranslated; ///< ids
+    TextKeys m_keys;
+};

@@ -1,0 +1,104 @@
+#include "lumivara-data/canon/SegmentedComposer.h"
+
+#include "lumivara-data/canon/ImportedPage.h"
+#include "lumivara-data/canon/SegmentedPage.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::optional<std::vector<TextSegment>> Read(const SourceFolder &folder, const QString &file, Report &report)
+{
+    if (file.isEmpty())
+        return std::nullopt;
+    const std::optional<QByteArray> json = folder.ReadText(file, report);
+    if (!json)
+        return std::nullopt;
+    try {
+        return ParseSegments(*json);
+    } catch (const SegmentFault &fault) {
+        report.Find(u"%1:%2"_s.arg(file).arg(fault.Line()), fault.Fault() + u"; not taken"_s);
+    }
+    return std::nullopt;
+}
+
+std::vector<AlignedSegment> Align(const SourceFolder &folder, const SegmentedFiles &files, bool &hasMarkup,
+                                  Report &report)
+{
+    Alignment alignment;
+    const auto tell = [&](const QString &file, const std::vector<QByteArray> &repeated) {
+        for (const QByteArray &id : repeated)
+            report.Find(file, u"the segment \"%1\" comes again; not taken"_s.arg(QString::fromUtf8(id)));
+    };
+    for (int column = 0; column < LanguageCount; ++column) {
+        const QString &file = files.text[size_t(column)];
+        std::vector<QByteArray> repeated;
+        if (const auto segments = Read(folder, file, report))
+            alignment.AddText(column, *segments, repeated);
+        tell(file, repeated);
+    }
+    std::vector<QByteArray> repeated;
+    const auto markup = Read(folder, files.markup, report);
+    hasMarkup = markup && !markup->empty();
+    if (markup)
+        alignment.AddMarkup(*markup, repeated);
+    tell(files.markup, repeated);
+    return alignment.Take();
+}
+
+} // namespace
+
+qsizetype ComposedText::Bytes() const
+{
+    qsizetype bytes = 0;
+    for (int i = 0; text && i < CanonText::Pages; ++i)
+        bytes += text->pages[i].size();
+    return bytes;
+}
+
+ComposedText ComposeSegmented(const SourceFolder &folder, const QString &id, const SegmentedFiles &files)
+{
+    ComposedText composed;
+    bool hasMarkup = false;
+    std::vector<AlignedSegment> segments = Align(folder, files, hasMarkup, composed.told);
+
+    std::array<QByteArray, LanguageCount> titles;
+    std::array<QString, LanguageCount> names;
+    for (int i = 0; i < LanguageCount; ++i) {
+        titles[size_t(i)] = SegmentedPage::Title(segments, Language(i));
+        names[size_t(i)] = FittingName(QString::fromUtf8(titles[size_t(i)]), files.text[size_t(i)], composed.told);
+    }
+    for (AlignedSegment &segment : segments) {
+        for (QByteArray &words : segment.text)
+            words = ImportedPage::Escaped(words);
+    }
+    const auto named = [&](Language language) {
+        for (const Language other : {language, Language::Pali, Language::Vietnamese, Language::English}) {
+            if (const QString &name = names[size_t(other)]; !name.isEmpty())
+                return name;
+        }
+        return FittingName(id, id, composed.told);
+    };
+    const auto single = [&](Language language) {
+        const QByteArray title =
+            titles[size_t(language)].isEmpty() ? named(language).toUtf8() : titles[size_t(language)];
+        return SegmentedPage::Single(segments, language, hasMarkup, title, composed.counts);
+    };
+    CanonText text;
+    text.namePali = named(Language::Pali);
+    text.nameVietnamese = named(Language::Vietnamese);
+    if (const QString &english = names[size_t(Language::English)]; !english.isEmpty())
+        text.nameEnglish = english;
+    text.pages[0] = single(Language::Pali);
+    text.pages[1] = single(Language::English);
+    text.pages[2] = single(Language::Vietnamese);
+    if (!text.pages[0].isNull()) {
+        const Language other = text.pages[2].isNull() ? Language::English : Language::Vietnamese;
+        text.pages[3] = SegmentedPage::Parallel(segments, other, (text.namePali + u" – "_s + named(other)).toUtf8());
+    }
+    if (text.pages[0].isNull() && text.pages[1].isNull() && text.pages[2].isNull())
+        composed.told.Find(id, u"nothing is left of this text; not taken"_s);
+    else
+        composed.text = std::move(text);
+    return composed;
+}

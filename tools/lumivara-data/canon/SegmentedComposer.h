@@ -1,0 +1,34 @@
+#pragma once
+
+#include "common/Report.h"
+#include "lumivara-data/canon/CanonWriter.h"
+#include "lumivara-data/canon/SegmentedText.h"
+#include "lumivara-data/files/HtmlCleaner.h"
+#include "lumivara-data/files/SourceFolder.h"
+
+#include <array>
+#include <optional>
+#include <vector>
+
+/// The files of one segmented text, by their names in the folder. Empty where there is none.
+struct SegmentedFiles
+{
+    QString group; ///< folders below the language, parted by "/"
+    std::array<QString, LanguageCount> text;
+    std::array<QString, LanguageCount> author;
+    QString markup;
+};
+
+/// A text with its names and pages, not its keys nor its number, and what is to be told of it.
+struct ComposedText
+{
+    std::optional<CanonText> text; ///< none if no page is left
+    Report told;
+    CleaningCounts counts;
+
+    /// Of the pages.
+    qsizetype Bytes() const;
+};
+
+/// Reads a text's files and composes its pages. Threads may do so at once, each for another text.
+ComposedText ComposeSegmented(const SourceFolder &folder, const QString &id, const SegmentedFiles &files);

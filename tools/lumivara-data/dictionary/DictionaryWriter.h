@@ -1,0 +1,91 @@
+#pragma once
+
+#include "lumivara-data/dictionary/EntryIntake.h"
+#include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/RecordSorter.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+class Console;
+class RepeatedStatement;
+class Report;
+class Statement;
+
+/// Numbers of texts that were met before, by the texts' digests.
+class TextNumbers
+{
+public:
+    /// The number of an equal text met before, or `number`, which is then its own.
+    int Number(const QByteArray &text, int number);
+
+private:
+    struct Slot
+    {
+        quint64 high = 0, low = 0;
+        int number = 0; ///< 0 for an empty slot
+    };
+    Slot &Find(quint64 high, quint64 low);
+
+    std::vector<Slot> m_slots;
+    size_t m_used = 0;
+};
+
+/// Makes a dictionary database row by row, of any size and within a fixed memory but for some bytes for each entry. The
+/// entries go into the file as they come, equal ones once; the words are sorted outside the memory and follow at the
+/// end. Failures are thrown as ToolError or DatabaseError.
+class DictionaryWriter : public WordStore
+{
+public:
+    /// Longest word, in UTF-16 units.
+    static constexpr qsizetype LongestWord = 63;
+    /// Longest entry, in bytes.
+    static constexpr qsizetype LongestEntry = 1 << 20;
+    static constexpr int LastKind = 8;
+
+    /// Makes the file, which must not exist.
+    explicit DictionaryWriter(const QString &path);
+    ~DictionaryWriter() override;
+
+    int AddEntry(const QByteArray &content) override;
+    void AddWord(int kind, const QString &word, int entry) override;
+    qsizetype WordCount() const { return m_words.Count(); }
+
+    /// Stores the words in dictionary order and leaves the file in read-only mode. Entries of one word are joined by a
+    /// blank line, which `report` is told; without a report a word that comes twice is refused by ToolError.
+    void Finish(Console &console, Report *report);
+
+    /// Words of a kind as they were stored, duplicates joined. After Finish().
+    qsizetype WordCount(int kind) const { return m_storedWords[kind]; }
+
+private:
+    struct Word
+    {
+        int kind = 0;
+        QByteArray sortKey;
+        QByteArray name; ///< UTF-8
+        QByteArray form; ///< the one that the existence test looks for, UTF-8
+        int entry = 0;
+    };
+    bool NextWord(Word &word);
+    int Join(const Word &word, const std::vector<int> &entries, Report &report);
+    QByteArray Content(int entry);
+    void StoreWords(Console &console, Report *report);
+    void DropUnusedEntries();
+    std::unique_ptr<RepeatedStatement> Prepared(const QString &sql);
+    void ProveOrder();
+
+    DataFile m_file;
+    std::unique_ptr<RepeatedStatement> m_entries;
+    std::unique_ptr<Statement> m_content;
+    TextNumbers m_numbers;
+    int m_lastEntry = 0;
+    std::vector<bool> m_isUsed; ///< by the entry's number
+    RecordSorter m_words;
+    QByteArray m_record; ///< the memory of the one that is made
+    qsizetype m_storedWords[LastKind + 1] = {};
+    quint64 m_digests[LastKind + 1] = {}; ///< of the words of a kind in their order
+};

@@ -1,0 +1,135 @@
+#include "lumivara-data/dictionary/EntryIntake.h"
+
+#include "common/Report.h"
+#include "dictionary/EntryFormatter.h"
+#include "dictionary/WordRules.h"
+#include "lumivara-data/dictionary/DictionaryCheck.h"
+#include "lumivara-data/dictionary/DictionaryWriter.h"
+#include "lumivara-data/files/PageFacts.h"
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool IsControl(char c)
+{
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte < ' ' && c != '\n' && c != '\t' && c != '\r') || byte == 0x7F;
+}
+
+bool IsControlUnit(QChar unit)
+{
+    return unit.category() == QChar::Other_Control || unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator;
+}
+
+qsizetype LongestLine(const QByteArray &content)
+{
+    qsizetype longest = 0;
+    const char *end = content.cend();
+    for (const char *line = content.cbegin(); line < end;) {
+        const char *lineEnd = std::find_if(line, end, [](char c) { return c == '\n' || c == '\r'; });
+        longest = std::max(longest, qsizetype(lineEnd - line));
+        line = lineEnd + 1;
+    }
+    return longest;
+}
+
+/// Without the signs that steer devices; one that parts words becomes a blank.
+QString WithoutControls(QString word)
+{
+    for (QChar &unit : word) {
+        if (unit == u'\n' || unit == u'\t' || unit == u'\r')
+            unit = u' ';
+    }
+    word.removeIf(IsControlUnit);
+    return word.simplified();
+}
+
+} // namespace
+
+void EntryIntake::LeaveOut(const SourcePlace &place, const QString &why)
+{
+    m_report.Find(place.Text(), why + u"; left out"_s);
+}
+
+CheckedEntry EntryIntake::Check(QByteArray content)
+{
+    if (content.size() > DictionaryWriter::LongestEntry)
+        return {{}, u"the entry has more than %1 bytes"_s.arg(DictionaryWriter::LongestEntry), {}};
+    if (!content.isValidUtf8())
+        return {{}, u"the entry is not UTF-8 at byte %1"_s.arg(FirstBadUtf8Byte(content)), {}};
+    CheckedEntry entry;
+    if (const auto controls = std::count_if(content.cbegin(), content.cend(), IsControl); controls > 0) {
+        content.removeIf(IsControl);
+        entry.changes.append(u"%1 control characters are taken out of the entry"_s.arg(controls));
+    }
+    if (QByteArrayView(content).trimmed().isEmpty()) {
+        entry.fault = u"the entry is empty"_s;
+        return entry;
+    }
+    if (content.contains('<')) {
+        if (const QString fault = TagFault(content); !fault.isEmpty()) {
+            entry.changes.append(u"%1; its tags are shown as text"_s.arg(fault));
+            content.replace('<', "&lt;");
+        }
+    }
+    // Breaking it would change what an export brought.
+    if (const qsizetype longest = content.size() > LongestEntryLine ? LongestLine(content) : 0;
+        longest > LongestEntryLine)
+        entry.changes.append(
+            u"a line of the entry has %1 bytes, of which the window shows the first %2"_s.arg(longest).arg(
+                LongestEntryLine));
+    entry.content = std::move(content);
+    return entry;
+}
+
+int EntryIntake::Take(const QByteArray &word, QByteArray content, const SourcePlace &place)
+{
+    const int entry = TakeEntry(Check(std::move(content)), place);
+    return entry && TakeWord(word, entry, place) ? entry : 0;
+}
+
+int EntryIntake::TakeEntry(const CheckedEntry &entry, const SourcePlace &place)
+{
+    for (const QString &change : entry.changes)
+        m_report.Note(place.Text(), change);
+    if (entry.fault.isNull())
+        return m_store.AddEntry(entry.content);
+    LeaveOut(place, entry.fault);
+    return 0;
+}
+
+bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace &place)
+{
+    if (!bytes.isValidUtf8()) {
+        LeaveOut(place, u"the word is not UTF-8"_s);
+        return false;
+    }
+    const QString given = QString::fromUtf8(bytes);
+    QString word = given.trimmed();
+    if (std::any_of(word.cbegin(), word.cend(), IsControlUnit)) {
+        word = WithoutControls(word);
+        m_report.Note(place.Text(), u"control characters are taken out of \"%1\""_s.arg(word));
+    }
+    // Typed words are composed.
+    word = word.normalized(QString::NormalizationForm_C);
+    if (word.isEmpty()) {
+        LeaveOut(place, u"the word is empty"_s);
+        return false;
+    }
+    if (word.size() > DictionaryWriter::LongestWord) {
+        LeaveOut(place, u"\"%1…\" has %2 characters, more than %3"_s.arg(word.left(DictionaryWriter::LongestWord))
+                            .arg(word.size())
+                            .arg(DictionaryWriter::LongestWord));
+        return false;
+    }
+    if (!CanBeReached(word)) {
+        m_report.Note(place.Text(), u"\"%1\" is taken in lower case, or no search would find it"_s.arg(word));
+        word = LowerForm(word);
+    }
+    m_store.AddWord(m_kind, word, entry);
+    return true;
+}

@@ -1,0 +1,508 @@
+#include "lumivara-data/dictionary/StarDict.h"
+
+#include "common/Console.h"
+#include "common/Report.h"
+#include "common/Tool.h"
+#include "lumivara-data/dictionary/DictionaryWriter.h"
+#include "lumivara-data/dictionary/EntryIntake.h"
+#include "lumivara-data/dictionary/EntryMarkup.h"
+#include "lumivara-data/files/DictZip.h"
+#include "lumivara-data/files/PageFacts.h"
+#include "lumivara-data/files/RecordSorter.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QtEndian>
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <functional>
+#include <future>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 LongestDescription = 1 << 20;
+/// A word of the form has fewer than 256 bytes; some dictionaries pass that.
+constexpr qsizetype LongestName = 4096;
+/// So many broken words in a row of them, and the file is no index.
+constexpr qsizetype MostBroken = 10'000;
+/// Sizes that add up to more than so many times the texts are lies.
+constexpr quint64 MostTimesTheTexts = 4;
+constexpr qsizetype MostFields = 32;
+constexpr quint64 MostWords = 100'000'000;
+constexpr quint64 LargestFile = 1ULL << 40;
+
+/// A row of names, each ended by NUL and followed by a fixed number of bytes, out of a plain or compressed file.
+class NameRows
+{
+public:
+    /// Reads no more than `mostBytes` of what the file holds.
+    NameRows(const QString &path, qsizetype tailSize, quint64 mostBytes)
+        : m_path(path), m_tailSize(tailSize), m_left(mostBytes),
+          m_file(gzopen(QFile::encodeName(path).constData(), "rb"), gzclose)
+    {
+        if (!m_file)
+            throw ToolError(u"%1: cannot be opened"_s.arg(path));
+        constexpr unsigned buffer = 1 << 17;
+        gzbuffer(m_file.get(), buffer);
+    }
+
+    /// False at the end. `name` is cut where it is longer than LongestName; `tail` is what follows.
+    bool Next(QByteArray &name, const char *&tail)
+    {
+        name.clear();
+        for (;;) {
+            const char *begin = m_block.constData() + m_at;
+            const auto *end = static_cast<const char *>(memchr(begin, '\0', static_cast<size_t>(Held())));
+            const qsizetype part = end ? end - begin : Held();
+            name.append(begin, std::min(part, LongestName + 1 - name.size()));
+            m_at += part;
+            if (end) {
+                ++m_at;
+                break;
+            }
+            if (!Fill()) {
+                m_isCut = !name.isEmpty();
+                return false;
+            }
+        }
+        while (Held() < m_tailSize) {
+            if (!Fill()) {
+                m_isCut = true;
+                return false;
+            }
+        }
+        tail = m_block.constData() + m_at;
+        m_at += m_tailSize;
+        return true;
+    }
+    /// The file ends inside of a row.
+    bool IsCut() const { return m_isCut; }
+    quint64 Position() const { return m_read - static_cast<quint64>(Held()); }
+    /// True if there is more than may be read.
+    bool HasMore() { return m_left == 0 && gzgetc(m_file.get()) != -1; }
+
+private:
+    qsizetype Held() const { return m_block.size() - m_at; }
+    bool Fill()
+    {
+        m_block.remove(0, m_at);
+        m_at = 0;
+        constexpr quint64 piece = 1 << 17;
+        const auto wanted = static_cast<unsigned>(std::min(piece, m_left));
+        const qsizetype held = m_block.size();
+        m_block.resize(held + wanted);
+        const int got = wanted == 0 ? 0 : gzread(m_file.get(), m_block.data() + held, wanted);
+        if (got < 0)
+            throw ToolError(u"%1: is damaged behind byte %2"_s.arg(m_path).arg(m_read));
+        m_block.resize(held + got);
+        m_left -= static_cast<quint64>(got);
+        m_read += static_cast<quint64>(got);
+        return got > 0;
+    }
+
+    QString m_path;
+    qsizetype m_tailSize;
+    quint64 m_left;
+    quint64 m_read = 0;
+    std::unique_ptr<gzFile_s, decltype(&gzclose)> m_file;
+    QByteArray m_block;
+    qsizetype m_at = 0;
+    bool m_isCut = false;
+};
+
+/// Offset, size and number of a word, high bytes first, and its name: in the order of the bytes that of the texts.
+struct IndexRecord
+{
+    static constexpr qsizetype HeadSize = 16;
+
+    static QByteArray Made(quint64 offset, quint32 size, quint32 number, const QByteArray &name)
+    {
+        QByteArray record(HeadSize, Qt::Uninitialized);
+        qToBigEndian(offset, record.data());
+        qToBigEndian(size, record.data() + 8);
+        qToBigEndian(number, record.data() + 12);
+        return record + name;
+    }
+    explicit IndexRecord(QByteArrayView record)
+        : offset(qFromBigEndian<quint64>(record.data())), size(qFromBigEndian<quint32>(record.data() + 8)),
+          number(qFromBigEndian<quint32>(record.data() + 12)), name(record.sliced(HeadSize).toByteArray())
+    {}
+
+    quint64 offset;
+    quint32 size;
+    quint32 number; ///< from 0
+    QByteArray name;
+};
+
+QString FileName(const QString &path)
+{
+    return QFileInfo(path).fileName();
+}
+
+/// A word of the index with its entry, unless it shares that of the word before it.
+struct ReadWord
+{
+    QByteArray name;
+    quint32 number = 0;
+    bool beginsEntry = false;
+    bool overlaps = false;
+    QString fault; ///< of the entry's place; empty for none
+    CheckedEntry entry;
+};
+
+/// Reads the entries of words, which come in the order of their texts, and makes them ready to be taken.
+class TextReader
+{
+public:
+    using Form = std::function<QByteArray(const QByteArray &word, const QByteArray &text)>;
+
+    TextReader(RecordSorter &words, DictTexts &texts, const QString &indexPath, Form form)
+        : m_words(words), m_texts(texts), m_indexPath(indexPath), m_form(std::move(form))
+    {}
+
+    /// The next words, some megabyte of texts at most; none at the end.
+    std::vector<ReadWord> Next()
+    {
+        constexpr size_t mostWords = 1024;
+        constexpr qsizetype mostBytes = 1 << 20;
+        std::vector<ReadWord> batch;
+        QByteArrayView bytes;
+        for (qsizetype held = 0; batch.size() < mostWords && held < mostBytes && m_words.Next(bytes);) {
+            batch.push_back(Read(IndexRecord(bytes)));
+            held += batch.back().entry.content.size();
+        }
+        return batch;
+    }
+
+private:
+    ReadWord Read(const IndexRecord &record)
+    {
+        ReadWord word;
+        word.name = record.name;
+        word.number = record.number;
+        // Words that have the same text share its entry.
+        word.beginsEntry = m_isFirst || record.offset != m_begin || record.offset + record.size != m_end;
+        if (!word.beginsEntry)
+            return word;
+        m_isFirst = false;
+        m_total += record.size;
+        if (m_total > MostTimesTheTexts * m_texts.Size() + DictionaryWriter::LongestEntry)
+            throw ToolError(u"%1: the entries have more than %2 times the bytes of all texts"_s.arg(
+                SourcePlace{m_indexPath, static_cast<qsizetype>(record.number) + 1}.Text(),
+                QString::number(MostTimesTheTexts)));
+        word.overlaps = record.offset < m_reached;
+        if (m_texts.Read(record.offset, record.size, m_text, word.fault))
+            word.entry = EntryIntake::Check(m_form(record.name, m_text));
+        m_begin = record.offset;
+        m_end = record.offset + record.size;
+        m_reached = std::max(m_reached, m_end);
+        return word;
+    }
+
+    RecordSorter &m_words;
+    DictTexts &m_texts;
+    QString m_indexPath;
+    Form m_form;
+    QByteArray m_text;
+    bool m_isFirst = true;
+    quint64 m_begin = 0; ///< of the entry before
+    quint64 m_end = 0;
+    quint64 m_reached = 0;
+    quint64 m_total = 0;
+};
+
+} // namespace
+
+StarDict::StarDict(const QString &ifoPath, Report &report) : m_report(report)
+{
+    QString path = ifoPath;
+    if (QFileInfo(path).isDir()) {
+        const QStringList found = QDir(path).entryList({u"*.ifo"_s}, QDir::Files);
+        if (found.size() != 1)
+            throw ToolError(u"%1: holds %2 files *.ifo; name one"_s.arg(path).arg(found.size()));
+        path = QDir(path).filePath(found.first());
+    }
+    if (!path.endsWith(u".ifo"_s))
+        throw ToolError(u"%1: a StarDict dictionary is named by its file *.ifo"_s.arg(path));
+    m_base = path.chopped(4);
+    m_folder = QFileInfo(QFileInfo(path).absolutePath()).canonicalFilePath();
+    ReadDescription();
+}
+
+/// A file of the dictionary; empty if there is none.
+QString StarDict::Beside(const QString &ending) const
+{
+    const QFileInfo info(m_base + ending);
+    if (!info.exists() && !info.isSymLink())
+        return {};
+    if (info.isSymLink() && QFileInfo(info.canonicalFilePath()).absolutePath() != m_folder)
+        throw ToolError(u"%1: is a link that leads out of the folder"_s.arg(info.filePath()));
+    if (!info.isFile())
+        throw ToolError(u"%1: is no regular file"_s.arg(info.filePath()));
+    return info.filePath();
+}
+
+quint64 StarDict::Number(const QHash<QByteArray, QByteArray> &values, const char *key, quint64 most) const
+{
+    bool isNumber = false;
+    const quint64 number = values.value(key).toULongLong(&isNumber);
+    if (!isNumber || number > most)
+        throw ToolError(u"%1.ifo: %2 is no number that can be used: \"%3\""_s.arg(
+            m_base, QLatin1StringView(key), QString::fromUtf8(values.value(key).left(64))));
+    return number;
+}
+
+void StarDict::ReadDescription()
+{
+    const QString path = Beside(u".ifo"_s);
+    if (path.isEmpty())
+        throw ToolError(u"%1.ifo: there is no such file"_s.arg(m_base));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw ToolError(u"%1: %2"_s.arg(path, file.errorString()));
+    QByteArray text = file.read(LongestDescription);
+    if (text.startsWith("\xEF\xBB\xBF"))
+        text.remove(0, 3);
+    const QByteArrayList lines = text.split('\n');
+    if (lines.first().trimmed() != "StarDict's dict ifo file")
+        throw ToolError(u"%1:1: does not begin with \"StarDict's dict ifo file\""_s.arg(path));
+    QHash<QByteArray, QByteArray> values;
+    for (const QByteArray &line : lines) {
+        if (const qsizetype equals = line.indexOf('='); equals > 0)
+            values.insert(line.first(equals).trimmed(), line.mid(equals + 1).trimmed());
+    }
+    const QByteArray version = values.value("version");
+    if (version != "2.4.2" && version != "3.0.0")
+        throw ToolError(u"%1: version \"%2\" is not known"_s.arg(path, QString::fromUtf8(version.left(64))));
+    m_wordCount = Number(values, "wordcount", MostWords);
+    m_indexSize = Number(values, "idxfilesize", LargestFile);
+    if (values.contains("synwordcount"))
+        m_formCount = Number(values, "synwordcount", MostWords);
+    if (values.contains("idxoffsetbits")) {
+        const quint64 bits = Number(values, "idxoffsetbits", 64);
+        if (bits != 32 && bits != 64)
+            throw ToolError(u"%1: offsets of %2 bits are not known"_s.arg(path).arg(bits));
+        m_offsetBytes = static_cast<int>(bits / 8);
+    }
+    m_sameTypes = values.value("sametypesequence");
+    if (m_sameTypes.size() > MostFields)
+        throw ToolError(u"%1: sametypesequence has more than %2 types"_s.arg(path).arg(MostFields));
+    m_bookName = QString::fromUtf8(values.value("bookname"));
+    m_isMarkedUp = values.value(MarkUpKey) == "1" && m_sameTypes == "m";
+}
+
+/// Puts the words of the index among `words` and gives the end of the texts that they name.
+quint64 StarDict::ReadIndex(RecordSorter &words, Console &console)
+{
+    QString path = Beside(u".idx"_s);
+    if (path.isEmpty())
+        path = Beside(u".idx.gz"_s);
+    if (path.isEmpty())
+        throw ToolError(u"%1.idx: there is no such file, nor %1.idx.gz"_s.arg(m_base));
+    const QString fileName = FileName(path);
+    NameRows rows(path, m_offsetBytes + 4, m_indexSize);
+    QByteArray name;
+    const char *tail = nullptr;
+    quint64 end = 0;
+    qsizetype broken = 0;
+    quint32 number = 0;
+    for (; rows.Next(name, tail); ++number) {
+        const SourcePlace place{fileName, static_cast<qsizetype>(number) + 1};
+        const quint64 offset = m_offsetBytes == 8 ? qFromBigEndian<quint64>(tail) : qFromBigEndian<quint32>(tail);
+        const auto size = qFromBigEndian<quint32>(tail + m_offsetBytes);
+        console.Progress(u"reading the index"_s, number + 1, static_cast<qsizetype>(m_wordCount));
+        if (name.isEmpty() || name.size() > LongestName) {
+            m_report.Find(place.Text(),
+                          (name.isEmpty() ? u"the word is empty"_s : u"the word has no end"_s) + u"; left out"_s);
+            if (++broken > MostBroken)
+                throw ToolError(
+                    u"%1: more than %2 words are broken; this is no index of words"_s.arg(path).arg(MostBroken));
+        } else if (!name.isValidUtf8()) {
+            m_report.Find(place.Text(), u"the word is not UTF-8; left out"_s);
+        } else if (size > DictionaryWriter::LongestEntry) {
+            m_report.Find(place.Text(), u"the entry has %1 bytes, more than %2; left out"_s.arg(size).arg(
+                                            DictionaryWriter::LongestEntry));
+        } else if (offset > LargestFile) {
+            m_report.Find(place.Text(), u"the entry lies beyond the end of the texts; left out"_s);
+        } else {
+            words.Add(IndexRecord::Made(offset, size, number, name));
+            end = std::max(end, offset + size);
+        }
+    }
+    console.EndProgress();
+    if (rows.IsCut())
+        m_report.Find(fileName, u"is cut short behind word %1"_s.arg(number));
+    if (rows.HasMore() || rows.Position() != m_indexSize)
+        m_report.Find(fileName, u"has not the %1 bytes that the description tells"_s.arg(m_indexSize));
+    if (number != m_wordCount)
+        m_report.Find(fileName, u"has %1 words where the description tells %2"_s.arg(number).arg(m_wordCount));
+    m_entries.assign(number, 0);
+    return end;
+}
+
+void StarDict::TakeWords(RecordSorter &words, DictTexts &texts, EntryIntake &intake, Console &console)
+{
+    const QString fileName = FileName(m_base + u".idx"_s);
+    words.Sort();
+    TextReader reader(words, texts, m_base + u".idx"_s, [this](const QByteArray &word, const QByteArray &text) {
+        return m_isMarkedUp ? text : EntryOf(word, text);
+    });
+    const auto next = [&reader] { return std::async(std::launch::async, [&reader] { return reader.Next(); }); };
+    int entry = 0;
+    qsizetype done = 0;
+    // While the engine stores some words the next ones are read.
+    std::future<std::vector<ReadWord>> coming = next();
+    for (std::vector<ReadWord> batch = coming.get(); !batch.empty(); batch = coming.get()) {
+        coming = next();
+        for (const ReadWord &word : batch) {
+            const SourcePlace place{fileName, static_cast<qsizetype>(word.number) + 1};
+            console.Progress(u"reading words"_s, ++done, words.Count());
+            if (word.overlaps)
+                m_report.Note(place.Text(), u"the entry overlaps another one; taken as it stands"_s);
+            if (!word.fault.isEmpty())
+                m_report.Find(place.Text(), u"the entry %1; left out"_s.arg(word.fault));
+            if (word.beginsEntry)
+                entry = word.fault.isEmpty() ? intake.TakeEntry(word.entry, place) : 0;
+            else if (!entry)
+                m_report.Find(place.Text(), u"has the entry of another word that was left out; left out too"_s);
+            if (entry && intake.TakeWord(word.name, entry, place))
+                m_entries[word.number] = entry;
+        }
+    }
+    console.EndProgress();
+}
+
+void StarDict::TakeForms(EntryIntake &intake, Console &console)
+{
+    const QString path = Beside(u".syn"_s);
+    if (path.isEmpty()) {
+        if (m_formCount > 0)
+            m_report.Find(FileName(m_base + u".syn"_s), u"is missing; %1 forms are left out"_s.arg(m_formCount));
+        return;
+    }
+    const QString fileName = FileName(path);
+    NameRows rows(path, 4, LargestFile);
+    QByteArray name;
+    const char *tail = nullptr;
+    qsizetype number = 0;
+    qsizetype taken = 0;
+    for (; rows.Next(name, tail); ++number) {
+        console.Progress(u"reading forms"_s, number + 1, static_cast<qsizetype>(m_formCount));
+        const SourcePlace place{fileName, number + 1};
+        const auto word = qFromBigEndian<quint32>(tail);
+        if (word >= m_entries.size())
+            m_report.Find(place.Text(), u"there is no word %1; left out"_s.arg(static_cast<quint64>(word) + 1));
+        else if (m_entries[word] == 0)
+            m_report.Find(place.Text(), u"the word %1 was left out, and so is this form"_s.arg(word + 1));
+        else if (intake.TakeWord(name, m_entries[word], place))
+            ++taken;
+    }
+    m_report.Count(u"forms"_s, taken);
+    console.EndProgress();
+    if (rows.IsCut())
+        m_report.Find(fileName, u"is cut short behind form %1"_s.arg(number));
+    if (static_cast<quint64>(number) != m_formCount)
+        m_report.Find(fileName, u"has %1 forms where the description tells %2"_s.arg(number).arg(m_formCount));
+}
+
+void StarDict::AddField(char type, QByteArrayView field, EntryMarkup &entry)
+{
+    switch (type) {
+    case 'm':
+        entry.AddPlain(field);
+        return;
+    case 'l':
+        // In the encoding of some country, which nothing tells.
+        if (FirstBadUtf8Byte(field.toByteArray()) < 0)
+            entry.AddPlain(field);
+        else
+            ++m_skipped[type];
+        return;
+    case 'g':
+        entry.AddTagged(field, TagDialect::Pango);
+        return;
+    case 'x':
+        entry.AddTagged(field, TagDialect::Xdxf);
+        return;
+    case 'h':
+        entry.AddTagged(field, TagDialect::Html);
+        return;
+    case 't':
+        entry.AddSound(field, '/', '/');
+        return;
+    case 'y':
+        entry.AddSound(field, '[', ']');
+        return;
+    default:
+        ++m_skipped[type];
+    }
+}
+
+QByteArray StarDict::EntryOf(const QByteArray &word, const QByteArray &text)
+{
+    EntryMarkup entry(word);
+    QByteArrayView rest(text);
+    for (qsizetype field = 0; m_sameTypes.isEmpty() ? !rest.isEmpty() : field < m_sameTypes.size(); ++field) {
+        char type = 0;
+        if (m_sameTypes.isEmpty()) {
+            type = rest.front();
+            rest = rest.sliced(1);
+        } else {
+            type = m_sameTypes[field];
+        }
+        const bool isSized = type >= 'A' && type <= 'Z';
+        // The last of a known sequence goes on to the end.
+        const bool isLast = !m_sameTypes.isEmpty() && field + 1 == m_sameTypes.size();
+        qsizetype size = rest.size();
+        qsizetype after = size;
+        if (!isLast && isSized) {
+            if (rest.size() < 4)
+                break;
+            const qsizetype told = qFromBigEndian<quint32>(rest.data());
+            rest = rest.sliced(4);
+            size = after = std::min(told, rest.size());
+        } else if (!isLast) {
+            if (const qsizetype end = rest.indexOf('\0'); end >= 0) {
+                size = end;
+                after = end + 1;
+            }
+        }
+        AddField(type, rest.first(size), entry);
+        rest = rest.sliced(after);
+    }
+    return entry.Take();
+}
+
+void StarDict::TellSkipped()
+{
+    QList<char> types = m_skipped.keys();
+    std::sort(types.begin(), types.end());
+    for (const char type : types) {
+        const QString shown = type > ' ' && type < '\x7F' ? QString(QLatin1Char(type)) : QString::number(uchar(type));
+        m_report.Find(FileName(m_base + u".dict"_s),
+                      u"%1 texts of type \"%2\"%3 were left out"_s.arg(m_skipped[type])
+                          .arg(shown, type == 'l' ? u", whose encoding is not known,"_s : u""_s));
+    }
+}
+
+void StarDict::TakeAll(EntryIntake &intake, Console &console)
+{
+    // A record takes less than four times its bytes in the index, so that what fits is sorted without the disk.
+    constexpr quint64 least = 1 << 16;
+    RecordSorter words(static_cast<qsizetype>(std::clamp<quint64>(4 * m_indexSize, least, RecordSorter::UsualMemory)));
+    const quint64 end = ReadIndex(words, console);
+    QString path = Beside(u".dict"_s);
+    if (path.isEmpty())
+        path = Beside(u".dict.dz"_s);
+    if (path.isEmpty())
+        throw ToolError(u"%1.dict: there is no such file, nor %1.dict.dz"_s.arg(m_base));
+    const std::unique_ptr<DictTexts> texts = DictTexts::Open(path, end);
+    TakeWords(words, *texts, intake, console);
+    TakeForms(intake, console);
+    TellSkipped();
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "lumivara-data/files/TextLines.h"
+
+/// One record of a comma separated text, or a part of the text that is none.
+struct CsvRecord
+{
+    qsizetype line = 0;   ///< where it begins
+    QByteArrayList cells; ///< as bytes, without quotes; null for an empty one that has none
+    QString fault;        ///< why there are no cells; empty for a record
+    bool isOpen = false;  ///< a quote that is never closed is among the faults
+
+    /// A cell with each of its characters, null for a null one.
+    QString Text(qsizetype cell) const;
+};
+
+/// The records one by one, each with the same number of cells. Cells may stand in double quotes, with a quote inside
+/// doubled; only there they hold commas and line ends. Nothing that is damaged is guessed at: it comes as a fault, and
+/// the records go on behind it, at the next line that begins a whole one.
+class CsvRecords
+{
+public:
+    explicit CsvRecords(TextLines &lines) : m_lines(lines) {}
+
+    /// False at the end. The first record says how many cells each has.
+    bool Next(CsvRecord &record);
+
+private:
+    enum class Fault { None, TooLong, Quote, OpenQuote, Width, Encoding };
+
+    /// Reads one record; the lines that it took are in `taken`.
+    Fault Read(QByteArrayList &cells, QByteArrayList &taken);
+    QString TextOf(Fault fault, qsizetype cells) const;
+
+    TextLines &m_lines;
+    CsvRecord m_waiting; ///< found behind a fault
+    bool m_isWaiting = false;
+    qsizetype m_width = 0;
+};

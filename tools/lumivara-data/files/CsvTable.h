@@ -1,0 +1,23 @@
+#pragma once
+
+#include "lumivara-data/files/CsvRecords.h"
+
+#include <QList>
+
+/// A whole comma separated text, UTF-8, its first line the column names. Throws ToolError with `fileName` and line for
+/// a text without a line, and for the first record that is damaged.
+class CsvTable
+{
+public:
+    CsvTable(const QByteArray &text, const QString &fileName);
+
+    qsizetype RowCount() const { return m_records.size() - 1; }
+    /// An empty cell is a null string. Throws ToolError if there is no such column.
+    QString Text(qsizetype row, const QString &column) const;
+    /// Throws ToolError for a cell that is no number.
+    int Number(qsizetype row, const QString &column) const;
+
+private:
+    QString m_fileName;
+    QList<CsvRecord> m_records; ///< the column names first
+};

@@ -1,0 +1,133 @@
+#include "lumivara-data/files/ExportFolder.h"
+
+#include "common/Interrupt.h"
+#include "common/Tool.h"
+#include "lumivara-data/canon/CanonTable.h"
+#include "lumivara-data/files/UnfinishedFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <filesystem>
+
+#ifdef Q_OS_LINUX
+#include <cstdio>
+#include <fcntl.h>
+#endif
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Tells an export from a folder of the user's own, which no export may replace.
+const QString Marker = u"made-by-lumivara-data.txt"_s;
+
+void RefuseForeign(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.exists() && !info.isSymLink())
+        return;
+    if (info.isSymLink() || !info.isDir())
+        throw ToolError(u"%1: is no folder"_s.arg(path));
+    const QStringList entries =
+        QDir(path).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    if (!entries.isEmpty() && !entries.contains(Marker))
+        throw ToolError(u"%1: holds files and is no export"_s.arg(path));
+    const QStringList ours{Marker,          QString::fromUtf16(CanonTable::FileName), u"pages"_s, u"root"_s, u"html"_s,
+                           u"translation"_s};
+    for (const QString &entry : entries) {
+        if (!ours.contains(entry))
+            throw ToolError(u"%1: \"%2\" is not of an export; it would be lost"_s.arg(path, entry));
+    }
+}
+
+/// Lets two folders change names in one step where the system can.
+bool Exchange(const QString &a, const QString &b)
+{
+#if defined(Q_OS_LINUX) && defined(RENAME_EXCHANGE)
+    return ::renameat2(AT_FDCWD, QFile::encodeName(a).constData(), AT_FDCWD, QFile::encodeName(b).constData(),
+                       RENAME_EXCHANGE) == 0;
+#else
+    Q_UNUSED(a);
+    Q_UNUSED(b);
+    return false;
+#endif
+}
+
+} // namespace
+
+ExportFolder::ExportFolder(const QString &target)
+    : m_target(QDir::cleanPath(QFileInfo(target).absoluteFilePath())), m_path(m_target + u".part"_s),
+      m_lock(m_path + u".lock"_s)
+{
+    NoteInterrupts();
+    const QString above = QFileInfo(m_target).absolutePath();
+    if (!QFileInfo(above).isDir())
+        throw ToolError(u"%1: there is no such folder"_s.arg(above));
+    if (!TakeLock(m_lock))
+        throw ToolError(m_lock.error() == QLockFile::LockFailedError
+                            ? u"%1: another process is writing this export"_s.arg(m_target)
+                            : u"%1: cannot be written"_s.arg(above));
+    // File systems make the files of one folder one after the other: more threads would wait.
+    m_writers.setMaxThreadCount(2);
+    RefuseForeign(m_target);
+    RefuseForeign(m_path);
+    QDir(m_path).removeRecursively();
+    Write(Marker, "An export of lumivara-data; the next one to this place replaces the whole folder.\n");
+}
+
+ExportFolder::~ExportFolder()
+{
+    m_writers.clear();
+    m_writers.waitForDone();
+    QDir(m_path).removeRecursively();
+}
+
+void ExportFolder::Write(const QString &name, const QByteArray &bytes)
+{
+    const QString path = m_path + u'/' + name;
+    const QString folder = QFileInfo(path).path();
+    if (folder != m_lastFolder && !QDir().mkpath(folder))
+        throw ToolError(u"%1: cannot be made"_s.arg(folder));
+    m_lastFolder = folder;
+    const int room = int(std::min<qsizetype>(bytes.size(), MostWaitingBytes));
+    m_room.acquire(room);
+    m_writers.start([this, path, bytes, room] {
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(bytes) != bytes.size())
+            NoteFailure(u"%1: %2"_s.arg(path, WriteFault(file)));
+        m_room.release(room);
+    });
+    ThrowIfFailed();
+}
+
+void ExportFolder::NoteFailure(const QString &failure)
+{
+    const QMutexLocker lock(&m_failureLock);
+    if (m_failure.isEmpty())
+        m_failure = failure;
+}
+
+void ExportFolder::ThrowIfFailed()
+{
+    const QMutexLocker lock(&m_failureLock);
+    if (!m_failure.isEmpty())
+        throw ToolError(m_failure);
+}
+
+void ExportFolder::Finish()
+{
+    m_writers.waitForDone();
+    ThrowIfFailed();
+    ThrowIfInterrupted();
+    if (QFileInfo::exists(m_target) && Exchange(m_path, m_target))
+        return;
+    // An older export goes away with what the destructor removes.
+    QDir(m_target).removeRecursively();
+    std::error_code error;
+    std::filesystem::rename(QFileInfo(m_path).filesystemFilePath(), QFileInfo(m_target).filesystemFilePath(), error);
+    if (error)
+        throw ToolError(u"%1: %2"_s.arg(m_target, QString::fromStdString(error.message())));
+}

@@ -1,0 +1,170 @@
+#include "lumivara-data/files/SourceFolder.h"
+
+#include "common/Report.h"
+#include "common/Tool.h"
+#include "lumivara-data/files/PageFacts.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStringDecoder>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int DeepestFolder = 32;
+
+bool LeadsOut(const QString &name)
+{
+    return name.isEmpty() || QDir::isAbsolutePath(name) || name.contains(QChar(0)) ||
+           name.split(u'/').contains(u".."_s);
+}
+
+/// End of the run of digits that begins at `at`.
+qsizetype DigitsEnd(const QString &text, qsizetype at)
+{
+    while (at < text.size() && text[at] >= u'0' && text[at] <= u'9')
+        ++at;
+    return at;
+}
+
+QStringView WithoutLeadingZeros(QStringView digits)
+{
+    while (digits.size() > 1 && digits.front() == u'0')
+        digits = digits.mid(1);
+    return digits;
+}
+
+} // namespace
+
+SourceFolder::SourceFolder(const QString &path)
+    : m_path(QDir::cleanPath(QFileInfo(path).absoluteFilePath())), m_canonicalPath(QFileInfo(path).canonicalFilePath())
+{
+    if (!QFileInfo(m_path).isDir())
+        throw ToolError(u"%1: there is no such folder"_s.arg(path));
+}
+
+QString SourceFolder::Name() const
+{
+    return QFileInfo(m_canonicalPath).fileName();
+}
+
+bool SourceFolder::HasFolder(const QString &name) const
+{
+    return Folders().contains(name);
+}
+
+QStringList SourceFolder::Folders() const
+{
+    return QDir(m_path).entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks, QDir::Name);
+}
+
+QStringList SourceFolder::FilesBelow(const QString &folder, Report &report) const
+{
+    QStringList names;
+    Collect(folder, 0, names, report);
+    return names;
+}
+
+void SourceFolder::Collect(const QString &folder, int depth, QStringList &names, Report &report) const
+{
+    if (depth > DeepestFolder) {
+        report.Find(folder, u"lies deeper than %1 folders; not read"_s.arg(DeepestFolder));
+        return;
+    }
+    const QDir::Filters all = QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot;
+    for (const QFileInfo &entry : QDir(m_path + u'/' + folder).entryInfoList(all, QDir::Name)) {
+        const QString name = folder + u'/' + entry.fileName();
+        if (entry.isDir() && !entry.isSymLink())
+            Collect(name, depth + 1, names, report);
+        else if (entry.isDir())
+            report.Find(name, u"is a link to a folder; not read"_s);
+        else if (entry.isSymLink() && !IsInside(entry.filePath()))
+            report.Find(name, u"is a link that leads out of the folder; not read"_s);
+        else if (!entry.isFile())
+            report.Find(name, u"is no regular file; not read"_s);
+        else
+            names.append(name);
+    }
+}
+
+bool SourceFolder::IsInside(const QString &path) const
+{
+    return QFileInfo(path).canonicalFilePath().startsWith(m_canonicalPath + u'/');
+}
+
+std::optional<QByteArray> SourceFolder::Read(const QString &name, Report &report) const
+{
+    if (LeadsOut(name)) {
+        report.Find(name, u"this name leads out of the folder"_s);
+        return std::nullopt;
+    }
+    const QString path = m_path + u'/' + name;
+    const QFileInfo info(path);
+    QFile file(path);
+    if (!info.exists() && !info.isSymLink())
+        report.Find(name, u"there is no such file"_s);
+    else if (!IsInside(path))
+        report.Find(name, u"leads out of the folder; not read"_s);
+    else if (!info.isFile())
+        report.Find(name, u"is no regular file; not read"_s);
+    else if (info.size() > LargestSourceFile)
+        report.Find(name, u"has %1 bytes, more than %2; not read"_s.arg(info.size()).arg(LargestSourceFile));
+    else if (!file.open(QIODevice::ReadOnly))
+        report.Find(name, file.errorString());
+    else if (QByteArray bytes = file.read(LargestSourceFile); file.error() != QFileDevice::NoError)
+        report.Find(name, file.errorString());
+    else
+        return bytes.isNull() ? QByteArray("") : bytes;
+    return std::nullopt;
+}
+
+std::optional<QByteArray> SourceFolder::ReadText(const QString &name, Report &report) const
+{
+    const std::optional<QByteArray> bytes = Read(name, report);
+    return bytes ? TextAsUtf8(*bytes, name, report) : std::nullopt;
+}
+
+std::optional<QByteArray> TextAsUtf8(const QByteArray &bytes, const QString &place, Report &report)
+{
+    if (bytes.startsWith("\xEF\xBB\xBF"))
+        return TextAsUtf8(bytes.mid(3), place, report);
+    if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF")) {
+        QStringDecoder decoder(QStringDecoder::Utf16);
+        const QString text = decoder(bytes);
+        if (decoder.hasError() || bytes.size() % 2 != 0) {
+            report.Find(place, u"has the byte order mark of UTF-16 and is none; not taken"_s);
+            return std::nullopt;
+        }
+        report.Note(place, u"converted from UTF-16"_s);
+        return text.toUtf8();
+    }
+    if (const qsizetype bad = FirstBadUtf8Byte(bytes); bad >= 0) {
+        report.Find(place, u"is not UTF-8 at byte %1; not taken"_s.arg(bad));
+        return std::nullopt;
+    }
+    return bytes;
+}
+
+bool NaturalLess(const QString &a, const QString &b)
+{
+    for (qsizetype i = 0, j = 0; i < a.size() && j < b.size();) {
+        const qsizetype iEnd = DigitsEnd(a, i), jEnd = DigitsEnd(b, j);
+        if (iEnd > i && jEnd > j) {
+            const QStringView left = WithoutLeadingZeros(QStringView(a).mid(i, iEnd - i));
+            const QStringView right = WithoutLeadingZeros(QStringView(b).mid(j, jEnd - j));
+            if (left != right)
+                return left.size() != right.size() ? left.size() < right.size() : left < right;
+            i = iEnd;
+            j = jEnd;
+        } else {
+            const QChar left = a[i++].toCaseFolded(), right = b[j++].toCaseFolded();
+            if (left != right)
+                return left < right;
+        }
+        if (i == a.size() || j == b.size())
+            return i == a.size() && j == b.size() ? a < b : i == a.size();
+    }
+    return a.size() != b.size() ? a.size() < b.size() : a < b;
+}

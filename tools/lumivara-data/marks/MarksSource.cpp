@@ -1,0 +1,169 @@
+#include "lumivara-data/marks/MarksSource.h"
+
+#include "common/Report.h"
+#include "common/Tool.h"
+#include "marks/Excerpt.h"
+
+#include <array>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int LowestPriority = 4;
+constexpr qsizetype TextSize = 127; ///< UTF-16 units, as the program counts
+constexpr qsizetype NoteSize = 2047;
+
+const std::array NeededColumns{u"NIK_SUT", u"NIC_SUT", u"NAME_FOC", u"KEYWORD_FOC", u"PRIORITY_FOC", u"DESC_FOC"};
+const std::array OtherColumns{u"ID_FOC",       u"NAME_SUT_VIE", u"NAME_SUT_PAL", u"NAME_SUT_ENG",
+                              u"DATETIME_FOC", u"TEXT",         u"TEXT_FOC"};
+
+bool IsAmong(const auto &columns, const QString &name)
+{
+    return std::any_of(columns.begin(), columns.end(), [&](const char16_t *known) { return name == known; });
+}
+
+/// A moment in ISO form, in local time where it names no zone; null for an empty text, nothing for anything else.
+std::optional<QDateTime> MomentOf(const QString &text)
+{
+    if (text.isEmpty())
+        return QDateTime();
+    QDateTime moment = QDateTime::fromString(text, Qt::ISODate);
+    if (!moment.isValid()) // perhaps an hour that summer time leaves out here
+        moment = QDateTime::fromString(text + u'Z', Qt::ISODate);
+    else if (moment.timeSpec() != Qt::LocalTime)
+        moment = moment.toLocalTime();
+    constexpr int lastYear = 9999;
+    const int year = moment.date().year();
+    if (!moment.isValid() || year < 1 || year > lastYear)
+        return {};
+    return moment;
+}
+
+} // namespace
+
+MarksSource::MarksSource(QIODevice &device, const QString &fileName, Report &report)
+    : m_fileName(fileName), m_report(report), m_lines(device, fileName)
+{
+    if (m_lines.WasConverted())
+        m_report.Note(fileName, u"converted from UTF-16"_s);
+}
+
+bool MarksSource::IsStorable(const SourceMark &source)
+{
+    const ExportedMark &mark = source.mark;
+    const auto leave = [&](const QString &fault) {
+        m_report.Find(Place(source.line), fault);
+        return false;
+    };
+    if (mark.collection < 1 || mark.text < 1)
+        return leave(u"text %1 of collection %2: there is no such text"_s.arg(mark.text).arg(mark.collection));
+    if (mark.priority < 1 || mark.priority > LowestPriority)
+        return leave(u"the priority is %1, not 1 to 4"_s.arg(mark.priority));
+    const auto tooLong = [&](const QString &what, const QString &text, qsizetype most) {
+        return text.size() > most && !leave(u"%1 is longer than %2 characters"_s.arg(what).arg(most));
+    };
+    return !(tooLong(u"the title"_s, mark.title, TextSize) || tooLong(u"the keywords"_s, mark.keywords, TextSize) ||
+             tooLong(u"the note"_s, mark.note, NoteSize) ||
+             tooLong(u"the Vietnamese name"_s, mark.nameVietnamese, TextSize) ||
+             tooLong(u"the Pāli name"_s, mark.namePali, TextSize) ||
+             tooLong(u"the English name"_s, mark.nameEnglish, TextSize));
+}
+
+QString FreshExcerpt(const QString &text)
+{
+    if (text.trimmed().isEmpty())
+        return {};
+    QStringList lines = WithUnixLineEnds(text).split(u'\n');
+    for (QString &line : lines)
+        line = u"<p>"_s + line.toHtmlEscaped() + u"</p>"_s;
+    return ExcerptPage(lines.join(u'\n'));
+}
+
+CsvMarks::CsvMarks(QIODevice &device, const QString &fileName, Report &report)
+    : MarksSource(device, fileName, report), m_records(m_lines)
+{
+    CsvRecord header;
+    if (!m_records.Next(header))
+        throw ToolError(u"%1: the file is empty"_s.arg(fileName));
+    if (!header.fault.isEmpty())
+        throw ToolError(u"%1: %2"_s.arg(Place(header.line), header.fault));
+    for (qsizetype i = 0; i < header.cells.size(); ++i) {
+        const QString name = QString::fromUtf8(header.cells[i]).trimmed();
+        if (m_columns.contains(name))
+            throw ToolError(u"%1: the column %2 stands twice"_s.arg(Place(header.line), name));
+        m_columns[name] = i;
+    }
+    QStringList missing;
+    for (const char16_t *name : NeededColumns) {
+        if (!m_columns.contains(QString::fromUtf16(name)))
+            missing.append(QString::fromUtf16(name));
+    }
+    if (!m_columns.contains(u"TEXT"_s) && !m_columns.contains(u"TEXT_FOC"_s))
+        missing.append(u"TEXT_FOC"_s);
+    if (!missing.isEmpty()) {
+        throw ToolError(u"%1: no marks parted by commas, as \"export marks\" writes them; missing columns: %2"_s.arg(
+            Place(header.line), missing.join(u", "_s)));
+    }
+    for (const QByteArray &cell : std::as_const(header.cells)) {
+        const QString name = QString::fromUtf8(cell).trimmed();
+        if (!IsAmong(NeededColumns, name) && !IsAmong(OtherColumns, name))
+            m_report.Note(Place(header.line), u"the column \"%1\" means nothing here"_s.arg(name.left(TextSize)));
+    }
+}
+
+QString CsvMarks::Cell(const CsvRecord &record, const QString &column) const
+{
+    const qsizetype index = m_columns.value(column, -1);
+    return index < 0 ? QString() : record.Text(index);
+}
+
+QString CsvMarks::Take(const CsvRecord &record, ExportedMark &mark) const
+{
+    struct NumberColumn
+    {
+        const char16_t *name;
+        int &number;
+    };
+    const NumberColumn numbers[] = {
+        {u"NIK_SUT", mark.collection}, {u"NIC_SUT", mark.text}, {u"PRIORITY_FOC", mark.priority}};
+    for (const auto &[name, number] : numbers) {
+        const QString column = QString::fromUtf16(name);
+        bool isNumber = false;
+        number = Cell(record, column).toInt(&isNumber);
+        if (!isNumber)
+            return u"%1 is no number: \"%2\""_s.arg(column, Cell(record, column).left(TextSize));
+    }
+    const auto moment = MomentOf(Cell(record, u"DATETIME_FOC"_s));
+    if (!moment)
+        return u"DATETIME_FOC is no date such as 2024-02-29T23:59:58: \"%1\""_s.arg(
+            Cell(record, u"DATETIME_FOC"_s).left(TextSize));
+    mark.time = *moment;
+    mark.nameVietnamese = Cell(record, u"NAME_SUT_VIE"_s);
+    mark.namePali = Cell(record, u"NAME_SUT_PAL"_s);
+    mark.nameEnglish = Cell(record, u"NAME_SUT_ENG"_s);
+    mark.title = Cell(record, u"NAME_FOC"_s).remove(QChar::ByteOrderMark);
+    mark.keywords = Cell(record, u"KEYWORD_FOC"_s);
+    mark.note = Cell(record, u"DESC_FOC"_s);
+    mark.excerptHtml = Cell(record, u"TEXT_FOC"_s);
+    // Stored excerpts begin with the mark of their encoding; it is put there again.
+    if (mark.excerptHtml.startsWith(QChar::ByteOrderMark))
+        mark.excerptHtml.remove(0, 1);
+    if (mark.excerptHtml.isEmpty())
+        mark.excerptHtml = FreshExcerpt(Cell(record, u"TEXT"_s));
+    return {};
+}
+
+bool CsvMarks::Next(SourceMark &mark)
+{
+    for (CsvRecord record; m_records.Next(record);) {
+        mark = {record.line, {}};
+        const QString fault = record.fault.isEmpty() ? Take(record, mark.mark) : record.fault;
+        if (!fault.isEmpty())
+            m_report.Find(Place(record.line), fault);
+        else if (IsStorable(mark))
+            return true;
+    }
+    return false;
+}

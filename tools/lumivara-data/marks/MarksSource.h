@@ -1,0 +1,94 @@
+#pragma once
+
+#include "lumivara-data/files/CsvRecords.h"
+#include "lumivara-data/marks/MarksExport.h"
+
+#include <QHash>
+
+class Report;
+
+/// A mark as an open format has it, and the line where it begins.
+struct SourceMark
+{
+    qsizetype line = 0;
+    ExportedMark mark;
+};
+
+/// The marks of a file in an open format, one by one. What is no whole and storable mark is told to the report, with
+/// file name and line, and left out.
+class MarksSource
+{
+public:
+    MarksSource(QIODevice &device, const QString &fileName, Report &report);
+    virtual ~MarksSource() = default;
+    Q_DISABLE_COPY_MOVE(MarksSource)
+
+    /// False at the end.
+    virtual bool Next(SourceMark &mark) = 0;
+
+protected:
+    QString Place(qsizetype line) const { return m_fileName + u':' + QString::number(line); }
+    /// True if the file can hold the mark.
+    bool IsStorable(const SourceMark &mark);
+
+    QString m_fileName;
+    Report &m_report;
+    TextLines m_lines;
+};
+
+/// A table with the columns of the export, in any order. The excerpt is TEXT_FOC, or a fresh page around TEXT where
+/// that is empty.
+class CsvMarks : public MarksSource
+{
+public:
+    /// Throws ToolError if the columns are not those of marks.
+    CsvMarks(QIODevice &device, const QString &fileName, Report &report);
+    bool Next(SourceMark &mark) override;
+
+private:
+    /// Why the record is no mark; empty if it is one.
+    QString Take(const CsvRecord &record, ExportedMark &mark) const;
+    QString Cell(const CsvRecord &record, const QString &column) const;
+
+    CsvRecords m_records;
+    QHash<QString, qsizetype> m_columns;
+};
+
+/// What the names of texts stand for.
+class KnownTexts
+{
+public:
+    void Add(int collection, int text, const QStringList &names);
+    /// Sets the mark's text by a name, all of its names or "6-1101". False if it is none or not the only one.
+    bool Find(const QString &name, ExportedMark &mark) const;
+
+private:
+    void Enter(const QString &name, std::pair<int, int> text);
+
+    QHash<QString, std::pair<int, int>> m_texts; ///< zeros where a name is that of several
+};
+
+/// A document as the export writes it: a heading for each text, one below it for each mark, a line with priority, date
+/// and keywords, the excerpt as a quotation, the note. The mark gets a fresh page around its excerpt.
+class MarkdownMarks : public MarksSource
+{
+public:
+    /// `texts` must outlive this.
+    MarkdownMarks(QIODevice &device, const QString &fileName, Report &report, const KnownTexts &texts);
+    bool Next(SourceMark &mark) override;
+
+private:
+    void TakeText(const QByteArray &heading);
+    bool TakeMark(const QByteArray &heading, SourceMark &mark);
+    /// The lines up to the next heading; false if they are no text or too many.
+    bool ReadBody(QStringList &lines);
+    bool Leave(qsizetype line, const QString &fault);
+
+    const KnownTexts &m_texts;
+    ExportedMark m_text; ///< with the names and numbers of the last text's heading
+    bool m_isText = false;
+    bool m_strayIsTold = false;
+};
+
+/// A fresh page around a plain text, one paragraph for each line; nothing for nothing.
+QString FreshExcerpt(const QString &text);
