@@ -1,6 +1,7 @@
 #include "BenchDictionary.h"
 
 #include "Measures.h"
+#include "stores/settings/Options.h"
 
 #include "BenchCanon.h"
 #include "Painted.h"
@@ -10,7 +11,6 @@
 #include "dictionary/Dictionary.h"
 #include "dictionary/DictionaryDM.h"
 #include "lumivara-data/dictionary/DictionaryFile.h"
-#include "presentation/GlobalUnit.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
 #include "toolkit/bound/CxGridDBTableView.h"
@@ -80,10 +80,10 @@ QString BenchDictionaryFile(int words)
     if (!path.isEmpty())
         return path;
     path = folder.filePath(QStringLiteral("PALIDICT-%1.FDB").arg(words));
-    QList<DictionaryEntry> entries;
+    QList<SampleEntry> entries;
     for (int first = 0; first < words; first += WordsOfEntry) {
         // Equal entries would be stored once.
-        DictionaryEntry entry{
+        SampleEntry entry{
             BenchKind, BenchWord(first), BenchEntry(UsualEntryBytes) + "- " + BenchWord(first).toUtf8(), {}};
         for (int number = first + 1; number < std::min(first + WordsOfEntry, words); ++number)
             entry.forms.append(BenchWord(number));

@@ -1,12 +1,12 @@
 #include "BenchReader.h"
 
 #include "Measures.h"
+#include "base/InterfaceLanguage.h"
 
 #include "Painted.h"
 #include "Sample.h"
 
 #include "dictionary/DictionaryDM.h"
-#include "presentation/GlobalUnit.h"
 #include "reader/Main.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraDM.h"

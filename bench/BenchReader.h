@@ -25,6 +25,7 @@ public:
     BenchReader(const BenchReader &) = delete;
     BenchReader &operator=(const BenchReader &) = delete;
 
+    TfrmMain &Window() { return *m_window; }
     QString CanonPath() const;
     QString ClientLibrary() const;
     /// The statement of the tree without a filter.

@@ -89,8 +89,8 @@ class Windows
 public:
     Windows() : m_reader(205, PlainPage(1000))
     {
-        frmMain->findChild<TBrowserControl *>(QStringLiteral("ebContent"))->ShowFindDialog();
-        OpenForm(QStringLiteral("frmSearchSutas"), [] { return new TfrmSearchSutas; });
+        m_reader.Window().findChild<TBrowserControl *>(QStringLiteral("ebContent"))->ShowFindDialog();
+        OpenForm(QStringLiteral("frmSearchSutas"), [this] { return new TfrmSearchSutas(m_reader.Window()); });
         const QWidgetList widgets = QApplication::allWidgets();
         for (QWidget *widget : widgets)
             if (auto *controller =

@@ -95,7 +95,7 @@ public:
         m_form.reset();
         QElapsedTimer clock;
         clock.start();
-        m_form = std::make_unique<TfrmFocusHighlight>();
+        m_form = std::make_unique<TfrmFocusHighlight>(m_reader.Window());
         FirstPaint painted(List().viewport());
         m_form->show();
         painted.Wait();
@@ -142,7 +142,7 @@ private:
     {
         if (m_form)
             return;
-        m_form = std::make_unique<TfrmFocusHighlight>();
+        m_form = std::make_unique<TfrmFocusHighlight>(m_reader.Window());
         new PaintedProbe(m_form->findChild<TBrowserControl *>(u"ebFocusText"_s), [this] {
             m_isPainted = true;
             m_loop.quit();

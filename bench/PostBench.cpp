@@ -1,8 +1,8 @@
 #include "Measures.h"
 #include "Sample.h"
 #include "Suites.h"
+#include "stores/settings/Options.h"
 
-#include "presentation/GlobalUnit.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraSuttaList.h"
 #include "stores/engine/Scripter.h"

@@ -4,6 +4,7 @@
 #include "RawStatement.h"
 #include "Sample.h"
 #include "Suites.h"
+#include "stores/Schema.h"
 
 #include "reader/PageComposer.h"
 

@@ -1,8 +1,8 @@
 #include "Sample.h"
 
-#include "presentation/GlobalUnit.h"
 #include "reader/PageComposer.h"
 #include "stores/KeloraDM.h"
+#include "stores/Schema.h"
 #include "stores/data/FIBDataSet.h"
 #include "stores/engine/Database.h"
 

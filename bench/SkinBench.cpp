@@ -2,11 +2,11 @@
 #include "Measures.h"
 #include "Sample.h"
 #include "Suites.h"
+#include "stores/settings/Options.h"
 
 #include "dictionary/Dictionary.h"
 #include "dictionary/DictionaryDM.h"
 #include "marks/FocusHighlight.h"
-#include "presentation/GlobalUnit.h"
 #include "reader/Main.h"
 #include "search/SearchSutas.h"
 #include "stores/ClientsDM.h"
@@ -80,7 +80,7 @@ public:
     /// The first skin in a window that is not on the screen yet, as in a start.
     double StartTime()
     {
-        frmMain->hide();
+        m_reader.Window().hide();
         Choose(m_skins - 1); // stored, as it is at a start
         ShowPlatform();
         {
@@ -93,7 +93,7 @@ public:
         ListSkins(AppPath + u"AllSkins.skinres"_s, names);
         Combo().SetItemIndex(m_skins - 1);
         const double time = Milliseconds(clock);
-        frmMain->show();
+        m_reader.Window().show();
         QTest::qWait(Settling);
         return time;
     }
@@ -111,7 +111,7 @@ public:
     }
 
 private:
-    static TBarCombo &Combo() { return *frmMain->findChild<TBarCombo *>(u"bcbInterface"_s); }
+    TBarCombo &Combo() { return *m_reader.Window().findChild<TBarCombo *>(u"bcbInterface"_s); }
 
     void OpenTools()
     {
@@ -120,9 +120,9 @@ private:
         QFile::link(Sample().Folder() + u"PALIDICT.FDB"_s, folder + u"PALIDICT.FDB"_s);
         frmClientsDM->DataModuleCreate();
         frmDictionaryDM->DataModuleCreate();
-        frmMain->Content().ShowFindDialog();
-        OpenForm(u"frmSearchSutas"_s, [] { return new TfrmSearchSutas; });
-        OpenForm(u"frmFocusHighlight"_s, [] { return new TfrmFocusHighlight; });
+        m_reader.Window().Content().ShowFindDialog();
+        OpenForm(u"frmSearchSutas"_s, [this] { return new TfrmSearchSutas(m_reader.Window()); });
+        OpenForm(u"frmFocusHighlight"_s, [this] { return new TfrmFocusHighlight(m_reader.Window()); });
         OpenForm(u"frmDictionary"_s, [] {
             auto *window = new TfrmDictionary;
             window->FormCreate();

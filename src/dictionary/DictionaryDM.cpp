@@ -1,5 +1,7 @@
 #include "dictionary/DictionaryDM.h"
 
+#include "stores/settings/Options.h"
+
 TfrmDictionaryDM::TfrmDictionaryDM(ModuleDoors doors, QObject *owner)
     : QObject(owner), dbDictionary(this), trDictionary(this), m_doors(std::move(doors))
 {

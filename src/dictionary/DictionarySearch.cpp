@@ -1,8 +1,8 @@
 #include "dictionary/Dictionary.h"
 
+#include "base/Texts.h"
 #include "dictionary/WordRules.h"
-#include "presentation/GlobalUnit.h"
-#include "reader/ReaderRules.h"
+#include "stores/settings/Options.h"
 #include "toolkit/program/Guard.h"
 #include "ui_Dictionary.h"
 

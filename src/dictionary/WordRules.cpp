@@ -1,8 +1,7 @@
 #include "dictionary/WordRules.h"
 
-#include "presentation/GlobalUnit.h"
-#include "reader/PageComposer.h"
-#include "reader/ReaderRules.h"
+#include "base/Texts.h"
+#include "stores/Schema.h"
 
 #include <array>
 

@@ -13,11 +13,6 @@ QString ExcerptPage(const QString &selection);
 /// What the file of a page holds: UTF-8 behind its byte order mark.
 QByteArray ExcerptFileBytes(const QString &page);
 
-/// Bytes as characters, one each, and back: windows-1252, with 81, 8D, 8F, 90 and 9D as the control characters of the
-/// same number, so that every byte survives. A character without a byte becomes "?".
-QString FromWindows1252(const QByteArray &bytes);
-QByteArray ToWindows1252(const QString &text);
-
 /// The title that a new mark begins with: the excerpt's plain text, cut at DefaultTitleSize, never through a pair. The
 /// byte order mark stands first as U+FEFF and counts.
 QString DefaultTitle(const QByteArray &excerpt);

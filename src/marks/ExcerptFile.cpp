@@ -1,6 +1,6 @@
 #include "marks/ExcerptFile.h"
 
-#include "presentation/GlobalUnit.h"
+#include "base/InterfaceLanguage.h"
 
 #include <QFile>
 #include <QScopeGuard>

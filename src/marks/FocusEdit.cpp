@@ -1,11 +1,11 @@
 #include "marks/FocusEdit.h"
 
+#include "base/Texts.h"
 #include "marks/Excerpt.h"
 #include "marks/MarkCaptions.h"
-#include "presentation/GlobalUnit.h"
-#include "reader/ReaderRules.h"
 #include "stores/ClientsDM.h"
 #include "stores/Modules.h"
+#include "stores/settings/Options.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
 #include "toolkit/program/Guard.h"

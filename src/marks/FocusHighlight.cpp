@@ -1,16 +1,16 @@
 #include "marks/FocusHighlight.h"
 
+#include "base/FilterKey.h"
+#include "base/Windows1252.h"
 #include "marks/Excerpt.h"
 #include "marks/HtmlToPlainText.h"
 #include "marks/MarkCaptions.h"
 #include "marks/MarksFilter.h"
 #include "presentation/FontPolicy.h"
-#include "presentation/GlobalUnit.h"
 #include "presentation/languages/DKLang.h"
-#include "reader/Main.h"
-#include "reader/ReaderRules.h"
 #include "stores/ClientsDM.h"
 #include "stores/Modules.h"
+#include "stores/settings/Options.h"
 #include "toolkit/bound/DataSetActions.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
@@ -58,7 +58,8 @@ QIcon PriorityImage(int priority)
 
 } // namespace
 
-TfrmFocusHighlight::TfrmFocusHighlight(QWidget *parent) : QWidget(parent), ui(std::make_unique<Ui::frmFocusHighlight>())
+TfrmFocusHighlight::TfrmFocusHighlight(Reading &reading, QWidget *parent)
+    : QWidget(parent), m_reading(reading), ui(std::make_unique<Ui::frmFocusHighlight>())
 {
     InitMarkImages();
     SetWindowFont(*this);
@@ -208,24 +209,9 @@ void TfrmFocusHighlight::FollowMark()
         const QString words = HtmlToPlainText(FromWindows1252(Marks().FieldByName(excerptField).AsBytes()));
         if (m_following.IsOver())
             return;
-        LocateText(collection, number);
-        frmMain->Content().SearchAndHighlight(words, {}, ScrollMode::None, {}, u"Yellow"_s);
+        m_reading.OpenMarkedText(collection, number);
+        m_reading.ColourWords(words);
     });
-}
-
-void TfrmFocusHighlight::LocateText(int collection, int number)
-{
-    if (CollectionMode == 1)
-        frmMain->qryTreeSutas.Locate(u"ID_VIC"_s, number);
-    if (CollectionMode != 2)
-        return;
-    static const std::array commands{u"acDN"_s, u"acMN"_s, u"acAN"_s, u"acSN"_s, u"acKN"_s};
-    const bool isKnown = collection >= 1 && collection <= static_cast<int>(commands.size());
-    if (isKnown && frmMain->vTaruneBook != collection) {
-        if (auto *command = frmMain->findChild<QAction *>(commands[static_cast<size_t>(collection - 1)]))
-            command->trigger();
-    }
-    frmMain->qryTreeSutas.Locate(u"ID_NIC"_s, number);
 }
 
 void TfrmFocusHighlight::bIsViewSuttaClick()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Reading.h"
 #include "toolkit/program/NewestWait.h"
 
 #include <QWidget>
@@ -18,7 +19,7 @@ class TfrmFocusHighlight : public QWidget
 {
     Q_OBJECT
 public:
-    explicit TfrmFocusHighlight(QWidget *parent = nullptr);
+    explicit TfrmFocusHighlight(Reading &reading, QWidget *parent = nullptr);
     ~TfrmFocusHighlight() override;
 
     /// Lists what the search box asks for and shows the first row. A pending edit is dropped. Throws DatabaseError.
@@ -46,13 +47,13 @@ private:
     Shown CurrentRow() const;
     void ViewHighLight();
     void FollowMark();
-    void LocateText(int collection, int number);
     void gtvFocusSelectionChanged();
     void bIsViewSuttaClick();
     void cbSuttaTypePropertiesChange();
     void edSearchKeyUp(int key);
     void UpdateCommands();
 
+    Reading &m_reading;
     std::unique_ptr<Ui::frmFocusHighlight> ui;
     bool vIsInitFocus = true;
     bool vIsViewSutta = false;

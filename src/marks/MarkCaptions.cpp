@@ -1,6 +1,6 @@
 #include "marks/MarkCaptions.h"
 
-#include "presentation/GlobalUnit.h"
+#include "base/InterfaceLanguage.h"
 #include "toolkit/controls/LayoutItem.h"
 
 void ShowMarkCaptions(const MarkItems &items, const MarkCaptions &designed, const MarkCaptions &vietnamese)

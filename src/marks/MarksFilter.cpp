@@ -1,7 +1,6 @@
 #include "marks/MarksFilter.h"
 
-#include "presentation/GlobalUnit.h"
-#include "reader/ReaderRules.h"
+#include "base/Texts.h"
 
 using namespace Qt::StringLiterals;
 

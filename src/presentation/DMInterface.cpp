@@ -1,5 +1,6 @@
 #include "presentation/DMInterface.h"
 
+#include "base/Colour.h"
 #include "presentation/GlobalInterface.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/skin/LookAndFeel.h"

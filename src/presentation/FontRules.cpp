@@ -1,5 +1,6 @@
 #include "presentation/FontRules.h"
 
+#include "base/Colour.h"
 #include "presentation/GlobalInterface.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "presentation/GlobalUnit.h"
+#include "base/Colour.h"
 
 #include <QByteArray>
 #include <QList>

@@ -1,6 +1,8 @@
 #include "presentation/OptionValues.h"
 
+#include "base/Colour.h"
 #include "stores/KeloraDM.h"
+#include "stores/settings/Options.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,8 +1,10 @@
 #include "presentation/Options.h"
 
+#include "base/InterfaceLanguage.h"
 #include "presentation/OptionValues.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
+#include "stores/settings/Options.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
 #include "toolkit/program/Guard.h"

@@ -1,11 +1,12 @@
 #include "reader/Main.h"
 
-#include "presentation/GlobalUnit.h"
+#include "base/InterfaceLanguage.h"
 #include "presentation/languages/DKLang.h"
-#include "reader/PageComposer.h"
 #include "reader/ReaderRules.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
+#include "stores/Schema.h"
+#include "stores/settings/Options.h"
 #include "toolkit/controls/BarCombo.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Fonts.h"
@@ -20,8 +21,6 @@
 #include <QSystemTrayIcon>
 
 #include <utility>
-
-TfrmMain *frmMain = nullptr;
 
 // The resources of a static library come along only when asked for, and only outside of namespaces.
 static void InitImages()
@@ -42,7 +41,6 @@ TfrmMain::TfrmMain(QWidget *parent)
     : QWidget(parent), qryTreeSutas(this), qryKeloraContent(this), dsTreeSutas(this), dsKeloraContent(this),
       scInsKelora(this), ui(std::make_unique<Ui::frmMain>())
 {
-    ::frmMain = this;
     InitImages();
     SetWindowFont(*this);
     ui->setupUi(this);
@@ -73,7 +71,6 @@ TfrmMain::~TfrmMain()
     // The widgets go after the data that they are bound to.
     ui->dbtSutas->SetDataSource(nullptr);
     dsKeloraContent.OnDataChange = nullptr;
-    ::frmMain = nullptr;
 }
 
 void TfrmMain::DeclareTreeData()

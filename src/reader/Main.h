@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Reading.h"
 #include "reader/CommandRules.h"
 #include "stores/data/DataSource.h"
 #include "stores/data/FIBDataSet.h"
@@ -30,7 +31,7 @@ class frmMain;
 /// start-up and leaves the window visible with its first page on the way; a failure on the way is reported and the
 /// window stands without what it lacks. Uses the modules of stores/Modules.h, of which clients and dictionary may be
 /// missing.
-class TfrmMain : public QWidget
+class TfrmMain : public QWidget, public Reading
 {
     Q_OBJECT
 public:
@@ -49,8 +50,13 @@ public:
     void SetContentLanguage(int mode);
     /// Composes the page again after a change of options.
     void ApplyOptions();
-    /// The browser control of the passage, for the windows that act on the page in view.
+    /// The browser control of the passage.
     TBrowserControl &Content();
+
+    void OpenText(const QVariant &idVic) override;
+    void OpenMarkedText(int collection, int number) override;
+    void ColourWords(const QString &words) override;
+    void SetSoughtWords(const QString &words) override;
 
     TpFIBDataSet qryTreeSutas;
     TpFIBDataSet qryKeloraContent;
@@ -146,6 +152,3 @@ private:
     bool m_isAskingToQuit = false;
     bool m_isMarking = false;
 };
-
-/// The one main window; null until the start has made it.
-extern TfrmMain *frmMain;

@@ -2,13 +2,13 @@
 
 #include "dictionary/DictionaryDM.h"
 #include "presentation/About.h"
-#include "presentation/GlobalUnit.h"
 #include "presentation/Options.h"
 #include "presentation/ProductAddresses.h"
-#include "reader/PageComposer.h"
 #include "search/SearchSutas.h"
 #include "stores/ClientsDM.h"
 #include "stores/Modules.h"
+#include "stores/Schema.h"
+#include "stores/settings/Options.h"
 #include "toolkit/controls/BarCombo.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Fonts.h"
@@ -59,7 +59,8 @@ void TfrmMain::SetUpCommands()
         ui->acFocusHighlight, [this] { acFocusHighlightExecute(); }, MayMarkSelection);
     Wire(
         ui->acOrganization, [this] { acOrganizationExecute(); }, MayBrowseMarks);
-    Wire(ui->acSearchSutas, [] { OpenForm(QStringLiteral("frmSearchSutas"), [] { return new TfrmSearchSutas; }); });
+    Wire(ui->acSearchSutas,
+         [this] { OpenForm(QStringLiteral("frmSearchSutas"), [this] { return new TfrmSearchSutas(*this); }); });
 
     Wire(
         ui->acDictionary, [this] { OpenDictionary(); }, MayOpenDictionary);

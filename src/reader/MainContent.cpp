@@ -1,9 +1,12 @@
 #include "reader/Main.h"
 
-#include "presentation/GlobalUnit.h"
+#include "base/Colour.h"
+#include "base/InterfaceLanguage.h"
 #include "reader/PageComposer.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
+#include "stores/Schema.h"
+#include "stores/settings/Options.h"
 #include "stores/settings/Registry.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Guard.h"
@@ -108,6 +111,16 @@ void TfrmMain::SetMarginWidth(int level)
 TBrowserControl &TfrmMain::Content()
 {
     return *ui->ebContent;
+}
+
+void TfrmMain::ColourWords(const QString &words)
+{
+    ui->ebContent->SearchAndHighlight(words, {}, ScrollMode::None, {}, QStringLiteral("Yellow"));
+}
+
+void TfrmMain::SetSoughtWords(const QString &words)
+{
+    vFindSuttaStr = words;
 }
 
 void TfrmMain::ApplyOptions()

@@ -1,9 +1,9 @@
 #include "reader/Main.h"
 
+#include "base/InterfaceLanguage.h"
 #include "marks/Excerpt.h"
 #include "marks/FocusEdit.h"
 #include "marks/FocusHighlight.h"
-#include "presentation/GlobalUnit.h"
 #include "reader/ReaderRules.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraSuttaList.h"
@@ -13,8 +13,10 @@
 #include "toolkit/program/Forms.h"
 #include "ui_Main.h"
 
+#include <QAction>
 #include <QScopeGuard>
 
+#include <array>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -72,6 +74,21 @@ void TfrmMain::FillSuttaList()
     }
 }
 
+void TfrmMain::OpenMarkedText(int collection, int number)
+{
+    if (CollectionMode == 1)
+        OpenText(number);
+    if (CollectionMode != 2)
+        return;
+    static const std::array commands{u"acDN"_s, u"acMN"_s, u"acAN"_s, u"acSN"_s, u"acKN"_s};
+    const bool isKnown = collection >= 1 && collection <= static_cast<int>(commands.size());
+    if (isKnown && vTaruneBook != collection) {
+        if (auto *command = findChild<QAction *>(commands[static_cast<size_t>(collection - 1)]))
+            command->trigger();
+    }
+    qryTreeSutas.Locate(u"ID_NIC"_s, number);
+}
+
 void TfrmMain::acOrganizationExecute()
 {
     if (!frmClientsDM || !frmClientsDM->vIsOKClients) {
@@ -81,7 +98,7 @@ void TfrmMain::acOrganizationExecute()
         return;
     }
     try {
-        OpenForm(u"frmFocusHighlight"_s, [] { return new TfrmFocusHighlight; });
+        OpenForm(u"frmFocusHighlight"_s, [this] { return new TfrmFocusHighlight(*this); });
     } catch (const std::exception &) {
     }
 }

@@ -1,5 +1,7 @@
 #include "reader/Main.h"
 
+#include "base/FilterKey.h"
+#include "base/Texts.h"
 #include "reader/ReaderRules.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
@@ -55,6 +57,11 @@ void TfrmMain::LoadContentData()
     qryKeloraContent.Close();
     LoadKeloraTree();
     qryKeloraContent.Open();
+}
+
+void TfrmMain::OpenText(const QVariant &idVic)
+{
+    qryTreeSutas.Locate(QStringLiteral("ID_VIC"), idVic);
 }
 
 void TfrmMain::LoadKeloraTree()

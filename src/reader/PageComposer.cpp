@@ -1,5 +1,7 @@
 #include "reader/PageComposer.h"
 
+#include "base/Colour.h"
+
 #include <QList>
 
 #include <algorithm>
@@ -103,22 +105,6 @@ void SwapSizes(char *begin, const char *end)
 }
 
 } // namespace
-
-QString ContentColumn(int mode)
-{
-    switch (mode) {
-    case PageMode::Pali:
-        return QStringLiteral("CONTENT_VIC_PAL");
-    case PageMode::Vietnamese:
-        return QStringLiteral("CONTENT_VIC_VIE");
-    case PageMode::English:
-        return QStringLiteral("CONTENT_VIC_ENG");
-    case PageMode::Parallel:
-        return QStringLiteral("CONTENT_VIC_PAL_VIE");
-    default:
-        return {};
-    }
-}
 
 QByteArray ComposePassage(const QByteArray &content, const PageOptions &options)
 {

@@ -1,33 +1,6 @@
 #include "reader/ReaderRules.h"
 
-#include "reader/PageComposer.h"
-
-FilterKey MeaningOfFilterKey(int key)
-{
-    switch (key) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        return FilterKey::Nothing;
-    case Qt::Key_Down:
-        return FilterKey::NextRow;
-    case Qt::Key_Up:
-        return FilterKey::PriorRow;
-    default:
-        return FilterKey::Reload;
-    }
-}
-
-QString TrimControls(const QString &text)
-{
-    const auto isControl = [](QChar letter) { return letter.unicode() <= 0x20; };
-    qsizetype begin = 0;
-    qsizetype end = text.size();
-    while (begin < end && isControl(text[begin]))
-        ++begin;
-    while (end > begin && isControl(text[end - 1]))
-        --end;
-    return text.mid(begin, end - begin);
-}
+#include "stores/Schema.h"
 
 QString TreeFilterClause(NameColumn column)
 {

@@ -2,15 +2,8 @@
 
 #include <QString>
 
-/// The reader's small rules: what a key means, which clause filters the tree, which names the tree shows. Values in,
+/// The reader's small rules: which clause filters the tree, which names the tree shows. Values in,
 /// values out.
-
-enum class FilterKey { Nothing, NextRow, PriorRow, Reload };
-/// Meaning of a key released in the tree's filter box, by Qt::Key: Enter and Return nothing, Down, Up, else reload.
-FilterKey MeaningOfFilterKey(int key);
-
-/// Trims characters up to U+0020 at both ends, and no others.
-QString TrimControls(const QString &text);
 
 enum class NameColumn { None, Pali, Vietnamese, English };
 /// The clause appended to the tree's statement to filter the column that shows; empty for None. Names SEARCH_TEXT.

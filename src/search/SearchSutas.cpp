@@ -1,14 +1,12 @@
 #include "search/SearchSutas.h"
 
-#include "presentation/GlobalUnit.h"
-#include "reader/Main.h"
-#include "reader/PageComposer.h"
-#include "reader/ReaderRules.h"
+#include "base/InterfaceLanguage.h"
+#include "base/Texts.h"
 #include "search/SuttaScan.h"
 #include "search/SuttaSearch.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
-#include "toolkit/browser/BrowserControl.h"
+#include "stores/Schema.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
@@ -41,8 +39,8 @@ constexpr int PassagesExpected = 400; ///< a fuller canon leaves the bar full, a
 
 } // namespace
 
-TfrmSearchSutas::TfrmSearchSutas(QWidget *parent)
-    : QWidget(parent), qryListSutas(this), mdSearchResult(this), dsSearchResult(this),
+TfrmSearchSutas::TfrmSearchSutas(Reading &reading, QWidget *parent)
+    : QWidget(parent), qryListSutas(this), mdSearchResult(this), dsSearchResult(this), m_reading(reading),
       ui(std::make_unique<Ui::frmSearchSutas>())
 {
     InitSearchImages();
@@ -154,7 +152,7 @@ void TfrmSearchSutas::FormClose()
 {
     mdSearchResult.Close();
     qryListSutas.Close();
-    frmMain->vFindSuttaStr.clear();
+    m_reading.SetSoughtWords({});
 }
 
 void TfrmSearchSutas::acSearchExecute()
@@ -188,7 +186,7 @@ void TfrmSearchSutas::edSearchTextKeyPress(int key)
 void TfrmSearchSutas::edSearchTextChange()
 {
     if (TrimControls(ui->edSearchText->text()).isEmpty())
-        frmMain->vFindSuttaStr.clear();
+        m_reading.SetSoughtWords({});
 }
 
 void TfrmSearchSutas::LoadSutas()
@@ -200,7 +198,7 @@ void TfrmSearchSutas::LoadSutas()
     ui->pbSearch->setMaximum(PassagesExpected);
     ui->pbSearch->setValue(0);
     const QString word = TrimControls(ui->edSearchText->text());
-    frmMain->vFindSuttaStr = word;
+    m_reading.SetSoughtWords(word);
     // A search that failed on its way has left them stopped.
     while (mdSearchResult.ControlsDisabled())
         mdSearchResult.EnableControls();
@@ -265,16 +263,14 @@ void TfrmSearchSutas::dsSearchResultDataChange()
     if (vIsLoadData)
         return;
     // A list without a row has no key, and a tree may have rows without one.
-    if (const QString idVic = u"ID_VIC"_s; mdSearchResult.RecordCount() > 0)
-        frmMain->qryTreeSutas.Locate(idVic, mdSearchResult.FieldByName(idVic).Value());
+    if (mdSearchResult.RecordCount() > 0)
+        m_reading.OpenText(mdSearchResult.FieldByName(u"ID_VIC"_s).Value());
     ColourPage();
 }
 
 void TfrmSearchSutas::ColourPage()
 {
-    m_colouring.Run([this] {
-        frmMain->Content().SearchAndHighlight(ui->edSearchText->text(), {}, ScrollMode::None, {}, u"Yellow"_s);
-    });
+    m_colouring.Run([this] { m_reading.ColourWords(ui->edSearchText->text()); });
 }
 
 void TfrmSearchSutas::ShowNameColumn(int language)

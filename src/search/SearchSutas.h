@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Reading.h"
 #include "stores/data/DataSource.h"
 #include "stores/data/FIBDataSet.h"
 #include "stores/data/MemData.h"
@@ -16,12 +17,12 @@ class frmSearchSutas;
 
 /// The search window: seeks a word in every passage, in the language that the reader is reading, lists the passages
 /// that hold it, and opens each in the main window when the list's cursor comes to it. A tool window: opened by
-/// OpenForm(), gone when closed. Needs the main window and the canon module, which outlive it.
+/// OpenForm(), gone when closed. Borrows the reader and the canon module, which outlive it.
 class TfrmSearchSutas : public QWidget
 {
     Q_OBJECT
 public:
-    explicit TfrmSearchSutas(QWidget *parent = nullptr);
+    explicit TfrmSearchSutas(Reading &reading, QWidget *parent = nullptr);
     ~TfrmSearchSutas() override;
 
     /// Seeks the trimmed text of edSearchText, fills the list and opens its first row. A passage that cannot be read is
@@ -55,6 +56,7 @@ private:
     void ShowNameColumn(int language);
     void ShowResultCount(int count);
 
+    Reading &m_reading;
     std::unique_ptr<Ui::frmSearchSutas> ui;
     bool vIsLoadData = false; ///< the list is being filled, and opens no passage meanwhile
     int m_searches = 0;

@@ -2,7 +2,7 @@
 
 #include "base/PlainText.h"
 #include "base/PlainTextRules.h"
-#include "presentation/GlobalUnit.h"
+#include "base/Texts.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,8 @@
 #include "stores/ClientsDM.h"
 
+#include "base/InterfaceLanguage.h"
+#include "stores/settings/Options.h"
+
 #include <array>
 
 using namespace Qt::StringLiterals;

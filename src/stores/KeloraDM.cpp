@@ -1,5 +1,9 @@
 #include "stores/KeloraDM.h"
 
+#include "base/Colour.h"
+#include "base/InterfaceLanguage.h"
+#include "stores/settings/Options.h"
+
 #include <QFileInfo>
 
 namespace {

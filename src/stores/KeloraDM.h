@@ -1,6 +1,6 @@
 #pragma once
 
-#include "presentation/GlobalUnit.h"
+#include "base/Colour.h"
 #include "stores/engine/Database.h"
 #include "stores/settings/Registry.h"
 
@@ -38,10 +38,6 @@ QString FolderOfExecutable(const QString &exeName);
 /// character set, client library and transaction. Opens nothing.
 void PrepareConnection(TpFIBDatabase &database, TpFIBTransaction &transaction, const QString &file,
                        const QString &exeName);
-
-/// The options key of this program under the current user, and the machine's start list.
-inline constexpr char16_t OptionsKey[] = u"\\Software\\Melko\\Kelora\\Options\\";
-inline constexpr char16_t RunKey[] = u"\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 
 /// An ordinary canon stays in memory from one search to the next. The other files are read here and there and need no
 /// more pages than the engine keeps by itself.

@@ -1,4 +1,5 @@
-#include "presentation/GlobalUnit.h"
+
+#include "base/Colour.h"
 
 #include <gmock/gmock.h>
 

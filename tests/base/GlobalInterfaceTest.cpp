@@ -1,4 +1,5 @@
 #include "presentation/GlobalInterface.h"
+#include "base/Colour.h"
 
 #include <gtest/gtest.h>
 

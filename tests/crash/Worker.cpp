@@ -1,10 +1,10 @@
 #include "crash/CrashRow.h"
 
-#include "presentation/GlobalUnit.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraSuttaList.h"
 #include "stores/engine/DatabaseError.h"
 #include "stores/engine/Scripter.h"
+#include "stores/settings/Options.h"
 #include "support/TestSupport.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #include "fuzz/ToolInput.h"
 
-#include "lumivara-data/marks/MarksSource.h"
+#include "lumivara-data/marks/MarksReader.h"
 
 #include <QBuffer>
 
@@ -25,7 +25,7 @@ QList<ExportedMark> MarksOf(QByteArray table)
     QList<ExportedMark> marks;
     ReadOrRefuse(QStringLiteral("marks.csv"), [&] {
         CsvMarks source(device, QStringLiteral("marks.csv"), silent.report);
-        for (SourceMark mark; source.Next(mark);)
+        for (MarkRecord mark; source.Next(mark);)
             marks.append(mark.mark);
         // Nothing is lost without a word.
         REQUIRE(!marks.isEmpty() || silent.report.FindingCount() > 0 || !HasRecords(table));

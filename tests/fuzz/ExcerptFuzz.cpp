@@ -1,5 +1,6 @@
 #include "fuzz/Fuzz.h"
 
+#include "base/Windows1252.h"
 #include "marks/Excerpt.h"
 
 FUZZ_TARGET(Excerpt)

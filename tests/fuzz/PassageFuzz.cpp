@@ -1,6 +1,7 @@
 #include "fuzz/Fuzz.h"
 
 #include "reader/PageComposer.h"
+#include "stores/Schema.h"
 
 FUZZ_TARGET(Passage)
 {

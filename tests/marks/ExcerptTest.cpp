@@ -1,7 +1,8 @@
 #include "marks/Excerpt.h"
+#include "base/InterfaceLanguage.h"
+#include "base/Windows1252.h"
 #include "marks/ExcerptFile.h"
 #include "marks/MarksFilter.h"
-#include "presentation/GlobalUnit.h"
 #include "support/SkinSupport.h"
 #include "support/TestSupport.h"
 

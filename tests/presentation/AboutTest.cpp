@@ -1,8 +1,8 @@
 #include "presentation/About.h"
 
 #include "base/Contrast.h"
-#include "presentation/GlobalUnit.h"
 #include "reader/ReaderWindow.h"
+#include "stores/settings/Options.h"
 #include "support/WaitFor.h"
 #include "toolkit/browser/BrowserControl.h"
 #include "toolkit/controls/BarCombo.h"

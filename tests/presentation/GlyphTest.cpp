@@ -1,5 +1,6 @@
 #include "presentation/FontPolicy.h"
 #include "reader/PageComposer.h"
+#include "stores/Schema.h"
 #include "support/WaitFor.h"
 #include "toolkit/browser/BrowserTest.h"
 #include "toolkit/program/Fonts.h"

@@ -35,7 +35,7 @@ commit work;
 )";
 
 /// Where the one canon of all tests is: nothing writes to it.
-const ScratchFolder &CanonFolder()
+const ScratchFolder &CanonFolderReader()
 {
     static const ScratchFolder folder;
     static const bool isMade = [] {
@@ -63,7 +63,7 @@ void MakeDatabase(const QString &path, const QString &program, const char *scrip
     database.SetConnected(false);
 }
 
-ReaderWindow::ReaderWindow() : program(CanonFolder().Path(u"Lumivara"_s)), m_realDoors(Doors())
+ReaderWindow::ReaderWindow() : program(CanonFolderReader().Path(u"Lumivara"_s)), m_realDoors(Doors())
 {
     Doors().messageBox = [this](const QString &title, const QString &text, BoxButtons, BoxIcon) {
         boxes.append({title, text});
@@ -79,7 +79,7 @@ ReaderWindow::ReaderWindow() : program(CanonFolder().Path(u"Lumivara"_s)), m_rea
     CollectionMode = 0;
     GlobalActiveStyle = 0;
     GlobalActiveName.clear();
-    skinFile = CanonFolder().Path(u"AllSkins.skinres"_s);
+    skinFile = CanonFolderReader().Path(u"AllSkins.skinres"_s);
     SetSkins({});
 }
 
@@ -94,13 +94,13 @@ ReaderWindow::~ReaderWindow()
 
 void ReaderWindow::AddLanguage(const QString &fileName, const QByteArray &content)
 {
-    m_languageFiles.append(CanonFolder().Path(fileName));
+    m_languageFiles.append(CanonFolderReader().Path(fileName));
     EXPECT_TRUE(WriteBytes(m_languageFiles.last(), content));
 }
 
 void ReaderWindow::AddEnglish()
 {
-    m_languageFiles.append(CanonFolder().Path(u"English.lng"_s));
+    m_languageFiles.append(CanonFolderReader().Path(u"English.lng"_s));
     EXPECT_TRUE(QFile::copy(ProductFolder() + u"English.lng"_s, m_languageFiles.last()));
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "dictionary/DictionaryDM.h"
-#include "presentation/GlobalUnit.h"
 #include "reader/Main.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraDM.h"

@@ -1,5 +1,7 @@
 #include "stores/KeloraDM.h"
 
+#include "base/InterfaceLanguage.h"
+#include "stores/settings/Options.h"
 #include "support/ModuleSupport.h"
 
 using namespace Qt::StringLiterals;

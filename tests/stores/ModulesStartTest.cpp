@@ -1,5 +1,6 @@
 #include "stores/KeloraDM.h"
 
+#include "base/InterfaceLanguage.h"
 #include "support/ModuleSupport.h"
 
 using namespace Qt::StringLiterals;

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "presentation/GlobalUnit.h"
+#include "base/InterfaceLanguage.h"
 #include "stores/KeloraDM.h"
 #include "stores/engine/DatabaseError.h"
 #include "stores/settings/JsonRegistry.h"
+#include "stores/settings/Options.h"
 #include "support/FailingDisk.h"
 #include "support/TestSupport.h"
 

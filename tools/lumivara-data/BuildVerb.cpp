@@ -1,3 +1,4 @@
+#include "lumivara-data/sample/SampleWriter.h"
 #include "lumivara-data/Verbs.h"
 
 #include "common/Interrupt.h"
@@ -37,11 +38,11 @@ QList<Target> Targets(Console &console)
     return {
         {Thing::Canon, u"KELORA.FDB"_s, u"canon"_s,
          [&console](const QString &sources, const QString &path) {
-             WriteCanon(ReadCanonSource(sources), path, console);
+             WriteCanon(ReadSampleCanon(sources), path, console);
          }},
         {Thing::Dictionary, u"PALIDICT.FDB"_s, u"dictionary"_s,
          [&console](const QString &sources, const QString &path) {
-             WriteDictionary(ReadDictionarySources(sources), path, console);
+             WriteDictionary(ReadSampleDictionary(sources), path, console);
          }},
         {Thing::Marks,
          u"TARUNECLIENT.FDB"_s,

@@ -2,8 +2,8 @@
 
 #include "common/Console.h"
 #include "common/Report.h"
-#include "lumivara-data/canon/CanonExport.h"
 #include "lumivara-data/canon/CanonFile.h"
+#include "lumivara-data/canon/CanonFolderWriter.h"
 #include "lumivara-data/canon/CanonRows.h"
 #include "lumivara-data/files/ExportFolder.h"
 

@@ -6,7 +6,7 @@
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/files/UnfinishedFile.h"
 #include "lumivara-data/marks/MarksCheck.h"
-#include "lumivara-data/marks/MarksExport.h"
+#include "lumivara-data/marks/MarksForms.h"
 
 #include <QCommandLineParser>
 #include <QFile>

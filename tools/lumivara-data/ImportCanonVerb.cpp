@@ -3,7 +3,7 @@
 #include "common/Console.h"
 #include "common/Report.h"
 #include "lumivara-data/canon/CanonCopy.h"
-#include "lumivara-data/canon/CanonFolder.h"
+#include "lumivara-data/canon/CanonFolderReader.h"
 #include "lumivara-data/canon/ClientList.h"
 #include "lumivara-data/canon/SegmentedCanon.h"
 #include "stores/engine/DatabaseError.h"
@@ -33,7 +33,7 @@ Form FormOf(const QString &source, const QString &format)
         return Form::Copy;
     // An export may hold the same texts in both forms, and its table gives them back exactly.
     const SourceFolder folder(source);
-    return SegmentedCanon::IsOne(folder) && !CanonFolder::HasTable(folder) ? Form::Segmented : Form::Folder;
+    return SegmentedCanon::IsOne(folder) && !CanonFolderReader::HasTable(folder) ? Form::Segmented : Form::Folder;
 }
 
 void Refuse(const QCommandLineParser &parser, Form form)
@@ -114,7 +114,7 @@ int ImportCanon(const QStringList &arguments, Console &console)
     if (form == Form::Copy)
         canon = CopyCanon(source, target, parser.isSet(u"repair"_s), report, console);
     else if (form == Form::Folder)
-        canon = ImportFrom<CanonFolder>(source, target, parser.value(u"table"_s), report, console);
+        canon = ImportFrom<CanonFolderReader>(source, target, parser.value(u"table"_s), report, console);
     else
         canon = ImportFrom<SegmentedCanon>(source, target, parser.values(u"author"_s), report, console);
     if (canon && !client.isEmpty())

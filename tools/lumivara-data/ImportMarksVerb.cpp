@@ -4,9 +4,10 @@
 #include "common/Interrupt.h"
 #include "common/Report.h"
 #include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/HtmlText.h"
 #include "lumivara-data/files/UnfinishedFile.h"
 #include "lumivara-data/marks/MarksCheck.h"
-#include "lumivara-data/marks/MarksSource.h"
+#include "lumivara-data/marks/MarksReader.h"
 #include "lumivara-data/marks/MarksStore.h"
 
 #include <QCommandLineParser>
@@ -35,7 +36,7 @@ QByteArray Identity(const ExportedMark &mark, bool asShown)
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     // Null and empty are one text.
     for (const QString &text : {asShown ? title.simplified() : title, lines(mark.keywords), lines(mark.note),
-                                asShown ? lines(ExcerptText(mark.excerptHtml)) : mark.excerptHtml})
+                                asShown ? lines(TextOfHtml(mark.excerptHtml)) : mark.excerptHtml})
         stream << text.toUtf8().append('.');
     stream << mark.collection << mark.text << mark.priority;
     return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
@@ -62,7 +63,7 @@ QString ExistingFile(const QString &name)
 }
 
 /// Reads the source, tells what is left out and gives the marks that the file does not have to the store.
-void Compare(MarksSource &source, const QFile &input, bool isMarkdown, DataFile &file, MarksStore &store,
+void Compare(MarksReader &source, const QFile &input, bool isMarkdown, DataFile &file, MarksStore &store,
              Report &report, Console &console)
 {
     QSet<QByteArray> known;
@@ -71,7 +72,7 @@ void Compare(MarksSource &source, const QFile &input, bool isMarkdown, DataFile 
         known.insert(Identity(mark, isMarkdown));
     });
     qsizetype there = 0;
-    for (SourceMark mark; source.Next(mark);) {
+    for (MarkRecord mark; source.Next(mark);) {
         console.Progress(u"reading marks"_s, input.pos(), input.size(), u"bytes"_s);
         if (!store.IsStorable(mark.mark)) {
             report.Find(u"%1:%2"_s.arg(input.fileName()).arg(mark.line),
@@ -136,7 +137,7 @@ int ImportMarks(const QStringList &arguments, Console &console)
         if (!IsMarks(file))
             throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
         MarksStore store(file, path, name, report);
-        std::unique_ptr<MarksSource> source;
+        std::unique_ptr<MarksReader> source;
         if (isMarkdown)
             source = std::make_unique<MarkdownMarks>(input, name, report, store.Texts());
         else

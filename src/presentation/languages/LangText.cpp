@@ -1,11 +1,12 @@
 #include "presentation/languages/LangText.h"
 
+#include "base/Windows1252.h"
+
 #include <QIODevice>
 #include <QStringDecoder>
 #include <QtEndian>
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
@@ -23,21 +24,6 @@ const Mark *MarkOf(QByteArrayView bytes)
     const auto *mark =
         std::find_if(std::begin(marks), std::end(marks), [bytes](const Mark &m) { return bytes.startsWith(m.bytes); });
     return mark != std::end(marks) ? mark : nullptr;
-}
-
-// The rest of windows-1252 is Latin-1; its five holes stay the control characters they are there.
-constexpr std::array<char16_t, 32> upperControls = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                                                    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
-                                                    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                                    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-
-QString FromWindows1252(const QByteArray &bytes)
-{
-    QString text = QString::fromLatin1(bytes);
-    for (QChar &unit : text)
-        if (unit >= QChar(0x80) && unit < QChar(0xA0))
-            unit = QChar(upperControls[unit.unicode() - 0x80]);
-    return text;
 }
 
 // Finds the first "[" that begins a line, in pieces of any length.

@@ -432,7 +432,7 @@ void TDataSet::Call(const std::function<void()> &event)
 
 QString TDataSet::TextAt(int row, int field) const
 {
-    return FieldText(ValueAt(row, field));
+    return ValueText(ValueAt(row, field));
 }
 
 QString TDataSet::DisplayTextAt(int row, int field)

@@ -1,5 +1,6 @@
 #include "stores/data/FIBDataSet.h"
 
+#include "base/Texts.h"
 #include "stores/data/DataSource.h"
 #include "stores/engine/Blobs.h"
 #include "stores/engine/RowStore.h"
@@ -346,7 +347,7 @@ void TpFIBDataSet::BlobInto(int row, int field, QByteArray &buffer) const
     if (value.canConvert<BlobId>())
         ReadStored(value.value<BlobId>(), column, buffer);
     else
-        buffer = value.typeId() == QMetaType::QByteArray ? value.toByteArray() : FieldText(value).toUtf8();
+        buffer = value.typeId() == QMetaType::QByteArray ? value.toByteArray() : ValueText(value).toUtf8();
 }
 
 void TpFIBDataSet::ReadStored(const BlobId &id, int column, QByteArray &buffer) const
@@ -373,9 +374,9 @@ QVariant TpFIBDataSet::ValueAt(int row, int field) const
         return value;
     const FieldType type = m_fields[static_cast<size_t>(field)]->Type();
     if (type == FieldType::WideString && value.typeId() != QMetaType::QString)
-        return FieldText(value);
+        return ValueText(value);
     if (type == FieldType::Blob && value.typeId() != QMetaType::QByteArray)
-        return FieldText(value).toUtf8();
+        return ValueText(value).toUtf8();
     return value;
 }
 

@@ -2,56 +2,13 @@
 
 #include "stores/data/DataSet.h"
 #include "stores/engine/DatabaseError.h"
+#include "stores/engine/Values.h"
 
 #include <QLocale>
 
 #include <limits>
 
 using namespace Qt::StringLiterals;
-
-QString FromUtf8(QByteArrayView bytes)
-{
-    QString text = QString::fromUtf8(bytes);
-    if (bytes.startsWith("\xEF\xBB\xBF"))
-        text.prepend(QChar(QChar::ByteOrderMark));
-    return text;
-}
-
-void JoinSurrogates(QByteArray &text)
-{
-    const auto byte = [&text](qsizetype at) { return static_cast<uint>(static_cast<unsigned char>(text[at])); };
-    const auto isHalf = [&](qsizetype at, uint kind) { return byte(at) == 0xED && (byte(at + 1) & 0xF0) == kind; };
-    const auto half = [&](qsizetype at) { return (byte(at + 1) & 0x0F) << 6 | (byte(at + 2) & 0x3F); };
-    qsizetype from = text.indexOf('\xED');
-    if (from < 0)
-        return;
-    constexpr qsizetype pair = 6;
-    qsizetype to = from;
-    while (from < text.size()) {
-        if (text.size() - from < pair || !isHalf(from, 0xA0) || !isHalf(from + 3, 0xB0)) {
-            text[to++] = text[from++];
-            continue;
-        }
-        const uint point = 0x10000 + (half(from) << 10 | half(from + 3));
-        from += pair;
-        for (const uint unit :
-             {0xF0 | point >> 18, 0x80 | (point >> 12 & 0x3F), 0x80 | (point >> 6 & 0x3F), 0x80 | (point & 0x3F)})
-            text[to++] = static_cast<char>(unit);
-    }
-    text.truncate(to);
-}
-
-QString FieldText(const QVariant &value)
-{
-    switch (value.typeId()) {
-    case QMetaType::QByteArray:
-        return FromUtf8(value.toByteArray());
-    case QMetaType::QDateTime:
-        return QLocale().toString(value.toDateTime(), QLocale::ShortFormat);
-    default:
-        return value.toString();
-    }
-}
 
 TField::TField(TDataSet &dataSet, const QString &fieldName, FieldType type, int size, int index)
     : m_dataSet(dataSet), m_fieldName(fieldName), m_type(type), m_size(size), m_index(index)
@@ -71,19 +28,19 @@ int TField::AsInteger() const
     const qlonglong number =
         m_type == FieldType::Blob ? QString::fromUtf8(value.toByteArray()).toLongLong(&ok) : value.toLongLong(&ok);
     if (!ok || number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max())
-        throw DatabaseError(u"%1: \"%2\" is not a valid integer"_s.arg(m_fieldName, FieldText(value)));
+        throw DatabaseError(u"%1: \"%2\" is not a valid integer"_s.arg(m_fieldName, ValueText(value)));
     return static_cast<int>(number);
 }
 
 QString TField::AsString() const
 {
-    return FieldText(Value());
+    return ValueText(Value());
 }
 
 QByteArray TField::AsBytes() const
 {
     const QVariant value = Value();
-    return value.typeId() == QMetaType::QByteArray ? value.toByteArray() : FieldText(value).toUtf8();
+    return value.typeId() == QMetaType::QByteArray ? value.toByteArray() : ValueText(value).toUtf8();
 }
 
 QDateTime TField::AsDateTime() const
@@ -140,21 +97,21 @@ QVariant TField::Converted(const QVariant &value) const
     case FieldType::SmallInt:
         return ConvertedNumber(value);
     case FieldType::DateTime: {
-        if (FieldText(value).isEmpty())
+        if (ValueText(value).isEmpty())
             return {};
         const QDateTime moment = value.typeId() == QMetaType::QString
                                      ? QLocale().toDateTime(value.toString(), QLocale::ShortFormat)
                                      : value.toDateTime();
         if (!moment.isValid())
-            throw DatabaseError(u"%1: \"%2\" is not a valid date and time"_s.arg(m_fieldName, FieldText(value)));
+            throw DatabaseError(u"%1: \"%2\" is not a valid date and time"_s.arg(m_fieldName, ValueText(value)));
         return moment;
     }
     case FieldType::Blob:
-        return value.typeId() == QMetaType::QByteArray ? value.toByteArray() : FieldText(value).toUtf8();
+        return value.typeId() == QMetaType::QByteArray ? value.toByteArray() : ValueText(value).toUtf8();
     case FieldType::WideString:
         break;
     }
-    const QString text = FieldText(value);
+    const QString text = ValueText(value);
     if (text.isEmpty() && m_emptyStrToNull)
         return {};
     if (m_size > 0 && text.size() > m_size) {
@@ -166,7 +123,7 @@ QVariant TField::Converted(const QVariant &value) const
 
 QVariant TField::ConvertedNumber(const QVariant &value) const
 {
-    const QString text = FieldText(value);
+    const QString text = ValueText(value);
     if (text.isEmpty())
         return {};
     bool ok = false;

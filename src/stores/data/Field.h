@@ -1,7 +1,8 @@
 #pragma once
 
+#include "stores/engine/Values.h"
+
 #include <QByteArray>
-#include <QByteArrayView>
 #include <QDateTime>
 #include <QObject>
 #include <QString>
@@ -10,18 +11,6 @@
 #include <functional>
 
 class TDataSet;
-
-enum class FieldType { Integer, SmallInt, DateTime, WideString, Blob };
-
-/// Characters of UTF-8, a leading U+FEFF included: the toolkit's own conversion takes that for a mark and drops it.
-QString FromUtf8(QByteArrayView bytes);
-
-/// Joins the halves of characters above U+FFFF, three bytes each, into UTF-8: so the engine parts them on the way from
-/// a UTF8 column to a connection of UNICODE_FSS.
-void JoinSurrogates(QByteArray &text);
-
-/// Characters of a field's value: bytes are UTF-8, a moment is in the locale's short form; empty for null.
-QString FieldText(const QVariant &value);
 
 /// One column of a dataset, its value that of the current row. Owned by its dataset and named like a control
 /// (dataset name and field name by default). A text column holds characters, a blob the bytes as stored; a blob is

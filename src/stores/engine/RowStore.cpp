@@ -1,6 +1,6 @@
 #include "stores/engine/RowStore.h"
 
-#include "stores/data/Field.h"
+#include "base/Texts.h"
 #include "stores/engine/DatabaseError.h"
 
 #include <algorithm>
@@ -292,7 +292,7 @@ void RowStore::EncodeValue(const Column &column, const QVariant &value)
     }
     switch (column.kind) {
     case ColumnKind::Text: {
-        const QByteArray text = FieldText(value).toUtf8();
+        const QByteArray text = ValueText(value).toUtf8();
         return PutText(text.constData(),
                        static_cast<quint16>(std::min<qsizetype>(text.size(), std::numeric_limits<quint16>::max())));
     }

@@ -167,7 +167,7 @@ private:
 
     static QByteArray BytesOf(const QVariant &value)
     {
-        return value.typeId() == QMetaType::QByteArray ? value.toByteArray() : FieldText(value).toUtf8();
+        return value.typeId() == QMetaType::QByteArray ? value.toByteArray() : ValueText(value).toUtf8();
     }
 
     Firebird::IMessageMetadata *m_declared;

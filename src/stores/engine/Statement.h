@@ -1,9 +1,10 @@
 #pragma once
 
-#include "stores/data/Field.h"
 #include "stores/engine/PreparedStatement.h"
 #include "stores/engine/SqlParameters.h"
+#include "stores/engine/Values.h"
 
+#include <QDateTime>
 #include <QByteArray>
 #include <QList>
 #include <QVariant>

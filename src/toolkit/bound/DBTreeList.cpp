@@ -1,6 +1,6 @@
 #include "toolkit/bound/DBTreeList.h"
 
-#include "presentation/GlobalUnit.h"
+#include "base/InterfaceLanguage.h"
 #include "stores/data/DataSet.h"
 #include "stores/data/DataSource.h"
 #include "toolkit/bound/TreeShape.h"

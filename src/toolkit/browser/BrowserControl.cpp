@@ -1,5 +1,6 @@
 #include "toolkit/browser/BrowserControl.h"
 
+#include "base/InterfaceLanguage.h"
 #include "toolkit/browser/BrowserInput.h"
 #include "toolkit/browser/BrowserPage.h"
 #include "toolkit/browser/BrowserProfile.h"

@@ -1,5 +1,6 @@
 #include "toolkit/browser/PagePrinting.h"
 
+#include "base/InterfaceLanguage.h"
 #include "toolkit/browser/BrowserControl.h"
 #include "toolkit/browser/BrowserScripts.h"
 #include "toolkit/browser/EngineWait.h"

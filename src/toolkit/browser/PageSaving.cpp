@@ -1,5 +1,6 @@
 #include "toolkit/browser/PageSaving.h"
 
+#include "base/InterfaceLanguage.h"
 #include "toolkit/browser/BrowserControl.h"
 #include "toolkit/browser/BrowserScripts.h"
 #include "toolkit/program/Doors.h"

@@ -1,6 +1,6 @@
 #include "toolkit/browser/PreviewBar.h"
 
-#include "presentation/GlobalUnit.h"
+#include "base/InterfaceLanguage.h"
 
 #include <QAction>
 #include <QGraphicsView>

@@ -1,5 +1,7 @@
 #include "toolkit/program/ColorChooser.h"
 
+#include "base/InterfaceLanguage.h"
+
 #include <QAbstractButton>
 #include <QColorDialog>
 #include <QHash>

@@ -1,6 +1,7 @@
 #include "toolkit/program/Doors.h"
 
-#include "presentation/GlobalUnit.h"
+#include "base/Colour.h"
+#include "base/InterfaceLanguage.h"
 #include "toolkit/program/ColorChooser.h"
 #include "toolkit/program/Guard.h"
 

@@ -1,7 +1,7 @@
+#include "base/InterfaceLanguage.h"
 #include "marks/FocusEdit.h"
 #include "marks/MarksWindow.h"
 #include "presentation/About.h"
-#include "presentation/GlobalUnit.h"
 #include "presentation/Options.h"
 #include "support/WaitFor.h"
 #include "toolkit/bound/CxGridDBTableView.h"

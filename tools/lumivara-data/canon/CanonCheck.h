@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lumivara-data/files/Finding.h"
 #include "lumivara-data/files/PageFacts.h"
 
 #include <QList>
@@ -40,13 +41,6 @@ struct CheckedCanon
 {
     QList<CheckedGroup> groups;
     QList<CheckedText> texts;
-};
-
-/// One thing that is wrong: the row that it was found in, and the fault in words.
-struct Finding
-{
-    QString row;
-    QString fault;
 };
 
 /// Everything that keeps the reader from showing a canon rightly: keys of the tree that clash, groups whose number in

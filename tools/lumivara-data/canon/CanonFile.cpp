@@ -15,16 +15,6 @@ const QStringList &PageColumns()
     return columns;
 }
 
-QVariant TextOrNull(const QString &text)
-{
-    return text.isEmpty() ? QVariant() : QVariant(text);
-}
-
-QVariant BytesOrNull(const QByteArray &bytes)
-{
-    return bytes.isEmpty() ? QVariant() : QVariant(bytes);
-}
-
 std::optional<int> NumberOrNull(TDataSet &rows, const QString &column)
 {
     const TField &field = rows.FieldByName(column);
@@ -85,37 +75,6 @@ QList<CheckedText> ReadTexts(DataFile &file, Console &console)
 }
 
 } // namespace
-
-void WriteCanon(const CanonSource &source, const QString &path, Console &console)
-{
-    DataFile file;
-    file.Create(path);
-    file.RunSchema(u"canon"_s);
-    {
-        RowWriter groups(file, u"KELORA_TREE"_s,
-                         {u"ID_VIT"_s, u"P_ID_VIT"_s, u"NAME_VIT_VIE"_s, u"NAME_VIT_PAL"_s, u"NAME_VIT_ENG"_s});
-        for (const SourceGroup &group : source.groups) {
-            groups.Append({group.idVit, group.parent, TextOrNull(group.nameVietnamese), TextOrNull(group.namePali),
-                           TextOrNull(group.nameEnglish)});
-        }
-    }
-    {
-        RowWriter texts(file, u"KELORA_CONTENT"_s,
-                        QStringList{u"ID_VIT"_s, u"ID_VIC"_s, u"NUMBER_VIC"_s, u"NAME_VIC_VIE"_s, u"NAME_VIC_PAL"_s,
-                                    u"NAME_VIC_ENG"_s} +
-                            PageColumns());
-        qsizetype done = 0;
-        for (const SourceText &text : source.texts) {
-            const TextPages pages = ComposePages(source, text);
-            texts.Append({text.idVit, text.idVic, text.number, TextOrNull(text.nameVietnamese),
-                          TextOrNull(text.namePali), TextOrNull(text.nameEnglish), BytesOrNull(pages.pali),
-                          BytesOrNull(pages.english), BytesOrNull(pages.vietnamese), BytesOrNull(pages.parallel)});
-            console.Progress(u"KELORA.FDB"_s, ++done, source.texts.size());
-        }
-    }
-    console.EndProgress();
-    file.Finish(true);
-}
 
 bool IsCanon(DataFile &file)
 {

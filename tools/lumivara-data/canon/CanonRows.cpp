@@ -10,13 +10,13 @@ CanonRows::CanonRows(DataFile &file) : m_file(file) {}
 
 CanonRows::~CanonRows() = default;
 
-QList<SourceGroup> CanonRows::Groups(Report &report)
+QList<CanonGroup> CanonRows::Groups(Report &report)
 {
     Statement select(
         m_file.Database().Attachment(), m_file.Transaction().Native(),
         u"select T.ID_VIT, T.P_ID_VIT, T.NAME_VIT_VIE, T.NAME_VIT_PAL, T.NAME_VIT_ENG from KELORA_TREE T"_s);
     select.OpenCursor(m_file.Transaction().Native(), {});
-    QList<SourceGroup> groups;
+    QList<CanonGroup> groups;
     while (Fetch(select)) {
         const auto key = Number(0), parent = Number(1);
         if (key && parent)

@@ -11,7 +11,7 @@ public:
     ~CanonRows();
 
     /// Groups without a key are told and left out.
-    QList<SourceGroup> Groups(Report &report);
+    QList<CanonGroup> Groups(Report &report);
     qsizetype TextCount();
     /// The next text with its pages; false at the end. Texts without keys are told and left out.
     bool Next(CanonText &text, Report &report);

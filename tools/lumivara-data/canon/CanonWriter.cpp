@@ -42,7 +42,7 @@ void CanonWriter::Open()
                         CanonText::PageColumns());
 }
 
-void CanonWriter::Add(const SourceGroup &group)
+void CanonWriter::Add(const CanonGroup &group)
 {
     Open();
     m_groups->Append(

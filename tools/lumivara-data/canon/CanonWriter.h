@@ -1,9 +1,9 @@
 #pragma once
 
 #include "lumivara-data/canon/CanonCheck.h"
+#include "lumivara-data/canon/CanonGroup.h"
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/files/UnfinishedFile.h"
-#include "lumivara-data/sample/CanonSource.h"
 
 #include <QSet>
 
@@ -32,7 +32,7 @@ class CanonWriter
 public:
     explicit CanonWriter(const QString &target) : m_file(target) {}
 
-    void Add(const SourceGroup &group);
+    void Add(const CanonGroup &group);
     /// With `isFinished` the pages come from elsewhere as they are, and are looked at as a check does.
     void Add(const CanonText &text, bool isFinished);
     /// All rows so far, pages that were not looked at left out.

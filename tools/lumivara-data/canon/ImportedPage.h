@@ -1,7 +1,7 @@
 #pragma once
 
+#include "lumivara-data/canon/Language.h"
 #include "lumivara-data/files/HtmlCleaner.h"
-#include "lumivara-data/sample/Passage.h"
 
 /// Pages made of texts from elsewhere, in the manner that the reader expects: the font "Segoe UI" and sizes of "150%"
 /// to exchange, the charset named, nothing that leads out. All bytes are UTF-8.

@@ -227,7 +227,7 @@ void SegmentedCanon::WriteGroups(const QStringList &paths, const QHash<QString, 
         QString name = FittingName(path.section(u'/', -1), path, m_report);
         if (name.isEmpty())
             name = QString::number(key);
-        writer.Add(SourceGroup{key, keys.value(path.section(u'/', 0, -2), -1), name, name, name});
+        writer.Add(CanonGroup{key, keys.value(path.section(u'/', 0, -2), -1), name, name, name});
     }
 }
 

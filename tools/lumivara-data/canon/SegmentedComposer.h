@@ -2,6 +2,7 @@
 
 #include "common/Report.h"
 #include "lumivara-data/canon/CanonWriter.h"
+#include "lumivara-data/canon/Language.h"
 #include "lumivara-data/canon/SegmentedText.h"
 #include "lumivara-data/files/HtmlCleaner.h"
 #include "lumivara-data/files/SourceFolder.h"

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "lumivara-data/canon/Language.h"
 #include "lumivara-data/canon/SegmentedText.h"
 #include "lumivara-data/files/HtmlCleaner.h"
-#include "lumivara-data/sample/CanonSource.h"
 
 #include <vector>
 

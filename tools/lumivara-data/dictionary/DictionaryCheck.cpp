@@ -2,6 +2,7 @@
 
 #include "dictionary/WordRules.h"
 #include "lumivara-data/dictionary/DictionaryOrder.h"
+#include "lumivara-data/files/PageFacts.h"
 
 #include <QRegularExpression>
 #include <QSet>

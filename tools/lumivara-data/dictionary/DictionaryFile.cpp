@@ -105,17 +105,6 @@ private:
 
 } // namespace
 
-void WriteDictionary(const QList<DictionaryEntry> &entries, const QString &path, Console &console)
-{
-    DictionaryWriter writer(path);
-    for (const DictionaryEntry &entry : entries) {
-        const int number = writer.AddEntry(entry.content);
-        for (const QString &word : QStringList{entry.word} + entry.forms)
-            writer.AddWord(entry.kind, word, number);
-    }
-    writer.Finish(console, nullptr);
-}
-
 bool IsDictionary(DataFile &file)
 {
     Question procedures(file, u"select P.RDB$PROCEDURE_ID from RDB$PROCEDURES P "

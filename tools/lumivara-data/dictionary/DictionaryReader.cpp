@@ -3,6 +3,7 @@
 #include "stores/data/Field.h"
 #include "stores/engine/Blobs.h"
 #include "stores/engine/DatabaseError.h"
+#include "stores/engine/Values.h"
 
 #include <cstring>
 

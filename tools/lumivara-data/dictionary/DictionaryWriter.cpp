@@ -2,8 +2,8 @@
 
 #include "common/Console.h"
 #include "common/Report.h"
+#include "common/Tool.h"
 #include "dictionary/WordRules.h"
-#include "lumivara-data/Verbs.h"
 #include "lumivara-data/dictionary/DictionaryOrder.h"
 #include "stores/engine/Blobs.h"
 #include "stores/engine/DatabaseError.h"

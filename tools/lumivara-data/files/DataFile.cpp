@@ -1,6 +1,6 @@
 #include "lumivara-data/files/DataFile.h"
 
-#include "lumivara-data/Verbs.h"
+#include "common/Tool.h"
 #include "stores/KeloraDM.h"
 #include "stores/data/FIBDataSet.h"
 #include "stores/engine/Scripter.h"

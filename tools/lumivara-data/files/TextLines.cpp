@@ -102,3 +102,8 @@ bool TextLines::Refill()
     m_buffer += AsUtf8(text);
     return true;
 }
+
+QString WithUnixLineEnds(QString text)
+{
+    return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
+}

@@ -44,3 +44,6 @@ private:
     qsizetype m_number = 0;
     bool m_isCut = false;
 };
+
+/// A text with LF alone for its line ends.
+QString WithUnixLineEnds(QString text);

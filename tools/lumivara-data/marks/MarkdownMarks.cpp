@@ -1,4 +1,4 @@
-#include "lumivara-data/marks/MarksSource.h"
+#include "lumivara-data/marks/MarksReader.h"
 
 #include "common/Interrupt.h"
 #include "common/Report.h"
@@ -118,10 +118,10 @@ bool KnownTexts::Find(const QString &name, ExportedMark &mark) const
 }
 
 MarkdownMarks::MarkdownMarks(QIODevice &device, const QString &fileName, Report &report, const KnownTexts &texts)
-    : MarksSource(device, fileName, report), m_texts(texts)
+    : MarksReader(device, fileName, report), m_texts(texts)
 {}
 
-bool MarkdownMarks::Next(SourceMark &mark)
+bool MarkdownMarks::Next(MarkRecord &mark)
 {
     for (QByteArray line; m_lines.Next(line);) {
         ThrowIfInterrupted();
@@ -184,7 +184,7 @@ bool MarkdownMarks::Leave(qsizetype line, const QString &fault)
     return false;
 }
 
-bool MarkdownMarks::TakeMark(const QByteArray &heading, SourceMark &source)
+bool MarkdownMarks::TakeMark(const QByteArray &heading, MarkRecord &source)
 {
     static const QRegularExpression key(QRegularExpression::anchoredPattern(u"#\\d+"_s));
     source = {m_lines.Number(), m_text};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lumivara-data/canon/CanonCheck.h"
+#include "lumivara-data/files/Finding.h"
 
 class DataFile;
 

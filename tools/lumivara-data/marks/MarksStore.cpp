@@ -87,7 +87,7 @@ void MarksStore::Want(const ExportedMark &mark)
         names = {mark.nameVietnamese, mark.namePali, mark.nameEnglish};
 }
 
-void MarksStore::Append(const SourceMark &source)
+void MarksStore::Append(const MarkRecord &source)
 {
     const ExportedMark &mark = source.mark;
     m_stream << qint64(source.line) << mark.collection << mark.text << mark.title << mark.keywords << mark.note

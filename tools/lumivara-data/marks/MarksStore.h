@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lumivara-data/marks/MarksSource.h"
+#include "lumivara-data/marks/MarksReader.h"
 
 #include <QTemporaryFile>
 
@@ -24,7 +24,7 @@ public:
     bool IsStorable(const ExportedMark &mark) const;
     /// Sees to it that the list will have the mark's text.
     void Want(const ExportedMark &mark);
-    void Append(const SourceMark &mark);
+    void Append(const MarkRecord &mark);
     qsizetype Count() const { return m_count; }
 
     /// Throws ToolError, with nothing written, where that can't be done.

@@ -1,6 +1,6 @@
 #include "lumivara-data/sample/PageWriter.h"
 
-#include "lumivara-data/Verbs.h"
+#include "common/Tool.h"
 
 #include <QRegularExpression>
 #include <QStringList>
@@ -63,12 +63,12 @@ bool AreOneBlock(Segment::Kind a, Segment::Kind b)
 }
 
 /// Runs of segments that make one list, table or stanza; every other segment alone.
-QList<Passage> Groups(const Passage &passage)
+QList<SamplePassage> Groups(const SamplePassage &passage)
 {
-    QList<Passage> groups;
+    QList<SamplePassage> groups;
     for (const Segment &segment : passage) {
         if (groups.isEmpty() || !AreOneBlock(groups.last().last().kind, segment.kind))
-            groups.append(Passage());
+            groups.append(SamplePassage());
         groups.last().append(segment);
     }
     return groups;
@@ -89,7 +89,7 @@ QByteArray Document(const QString &title, Language language, const QString &body
     return page.toUtf8();
 }
 
-void CheckFootnotes(const Passage &passage, Language language, const QString &title)
+void CheckFootnotes(const SamplePassage &passage, Language language, const QString &title)
 {
     static const QRegularExpression reference(u"\\[\\^(\\w+)\\]"_s);
     QStringList notes;
@@ -138,7 +138,7 @@ QString PageWriter::Picture(const Segment &segment, Language language) const
            LineEnd + Paragraph(u"<i>%1</i>"_s.arg(caption), u"text-align:center"_s, u"font-size:10.0pt"_s);
 }
 
-QString PageWriter::Blocks(const Passage &group, Language language) const
+QString PageWriter::Blocks(const SamplePassage &group, Language language) const
 {
     QString html;
     for (const Segment &segment : group) {
@@ -180,11 +180,11 @@ QString PageWriter::Blocks(const Passage &group, Language language) const
     return html;
 }
 
-QByteArray PageWriter::Page(const QString &title, const Passage &passage, Language language) const
+QByteArray PageWriter::Page(const QString &title, const SamplePassage &passage, Language language) const
 {
     CheckFootnotes(passage, language, title);
     QString body;
-    for (const Passage &group : Groups(passage))
+    for (const SamplePassage &group : Groups(passage))
         body += Blocks(group, language);
     if (body.isEmpty())
         return {};
@@ -192,7 +192,7 @@ QByteArray PageWriter::Page(const QString &title, const Passage &passage, Langua
 }
 
 QByteArray PageWriter::ParallelPage(const QString &paliTitle, const QString &vietnameseTitle,
-                                    const Passage &passage) const
+                                    const SamplePassage &passage) const
 {
     // One table for each heading: an engine lays out a table as a whole, and long passages have thousands of rows.
     const QString open = u"<table width=\"100%\" cellspacing=\"0\" style='border-collapse:collapse'>"_s + LineEnd;
@@ -205,7 +205,7 @@ QByteArray PageWriter::ParallelPage(const QString &paliTitle, const QString &vie
     };
     QString body = open + row(Title(InlineHtml(paliTitle, Language::Pali)),
                               Title(InlineHtml(vietnameseTitle, Language::Vietnamese)));
-    for (const Passage &group : Groups(passage)) {
+    for (const SamplePassage &group : Groups(passage)) {
         if (group.first().kind == Segment::Kind::Heading)
             body += close + open;
         body += row(Blocks(group, Language::Pali), Blocks(group, Language::Vietnamese));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lumivara-data/sample/Passage.h"
+#include "lumivara-data/sample/SamplePassage.h"
 
 #include <QByteArray>
 
@@ -14,12 +14,13 @@ public:
 
     /// The page of one language, UTF-8. Segments without text in that language are left out; empty if none is left.
     /// Throws ToolError for a picture or footnote that is not there.
-    QByteArray Page(const QString &title, const Passage &passage, Language language) const;
+    QByteArray Page(const QString &title, const SamplePassage &passage, Language language) const;
     /// Pāli and Vietnamese side by side.
-    QByteArray ParallelPage(const QString &paliTitle, const QString &vietnameseTitle, const Passage &passage) const;
+    QByteArray ParallelPage(const QString &paliTitle, const QString &vietnameseTitle,
+                            const SamplePassage &passage) const;
 
 private:
-    QString Blocks(const Passage &group, Language language) const;
+    QString Blocks(const SamplePassage &group, Language language) const;
     QString Picture(const Segment &segment, Language language) const;
 
     QHash<QString, QByteArray> m_pictures;

@@ -1,5 +1,5 @@
-#include "presentation/GlobalUnit.h"
 #include "stores/ClientsDM.h"
+#include "stores/settings/Options.h"
 #include "support/FullDisk.h"
 #include "tools/ToolSupport.h"
 

@@ -1,18 +1,27 @@
-#include "presentation/GlobalUnit.h"
+#include "base/Colour.h"
 
 #include "base/Contrast.h"
 
-#include <QList>
+#include <algorithm>
 
-QString AppPath;
-int InterfaceLang = 0;
-QString FontName;
-QString LastWord;
-int DictionaryKind = 0;
-bool MultiDictionary = false;
-int GlobalActiveStyle = 0;
-QString GlobalActiveName;
-int CollectionMode = 0;
+namespace {
+
+constexpr int ChannelBits = 8;
+constexpr int Channels = 3;
+constexpr int Full = 0xFF;
+
+Colour Shifted(Colour colour, int steps)
+{
+    colour = PlainColour(colour);
+    Colour shifted = 0;
+    for (int bit = 0; bit < Channels * ChannelBits; bit += ChannelBits) {
+        const int channel = static_cast<int>(colour >> bit & Full);
+        shifted |= static_cast<Colour>(std::clamp(channel + steps, 0, Full)) << bit;
+    }
+    return shifted;
+}
+
+} // namespace
 
 std::function<Colour(int code)> SystemColour;
 
@@ -39,21 +48,12 @@ bool IsDarkColour(Colour colour)
     return ContrastRatio(redFirst, 0) < leastContrast;
 }
 
-QString LowerAscii(QString text)
+Colour LightenColor(Colour colour, quint8 n)
 {
-    for (QChar &character : text) {
-        if (character >= u'A' && character <= u'Z')
-            character = QChar(character.unicode() + (u'a' - u'A'));
-    }
-    return text;
+    return Shifted(colour, n + 1);
 }
 
-QString UpperByCharacter(const QString &text)
+Colour DarkenColor(Colour colour, quint8 n)
 {
-    QString upper;
-    upper.reserve(text.size());
-    const QList<uint> characters = text.toUcs4();
-    for (const uint character : characters)
-        upper.append(QChar::fromUcs4(QChar::toUpper(character)));
-    return upper;
+    return Shifted(colour, -(n + 1));
 }

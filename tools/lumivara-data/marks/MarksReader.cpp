@@ -1,4 +1,4 @@
-#include "lumivara-data/marks/MarksSource.h"
+#include "lumivara-data/marks/MarksReader.h"
 
 #include "common/Report.h"
 #include "common/Tool.h"
@@ -43,14 +43,14 @@ std::optional<QDateTime> MomentOf(const QString &text)
 
 } // namespace
 
-MarksSource::MarksSource(QIODevice &device, const QString &fileName, Report &report)
+MarksReader::MarksReader(QIODevice &device, const QString &fileName, Report &report)
     : m_fileName(fileName), m_report(report), m_lines(device, fileName)
 {
     if (m_lines.WasConverted())
         m_report.Note(fileName, u"converted from UTF-16"_s);
 }
 
-bool MarksSource::IsStorable(const SourceMark &source)
+bool MarksReader::IsStorable(const MarkRecord &source)
 {
     const ExportedMark &mark = source.mark;
     const auto leave = [&](const QString &fault) {
@@ -82,7 +82,7 @@ QString FreshExcerpt(const QString &text)
 }
 
 CsvMarks::CsvMarks(QIODevice &device, const QString &fileName, Report &report)
-    : MarksSource(device, fileName, report), m_records(m_lines)
+    : MarksReader(device, fileName, report), m_records(m_lines)
 {
     CsvRecord header;
     if (!m_records.Next(header))
@@ -155,7 +155,7 @@ QString CsvMarks::Take(const CsvRecord &record, ExportedMark &mark) const
     return {};
 }
 
-bool CsvMarks::Next(SourceMark &mark)
+bool CsvMarks::Next(MarkRecord &mark)
 {
     for (CsvRecord record; m_records.Next(record);) {
         mark = {record.line, {}};

@@ -1,6 +1,6 @@
-#include "lumivara-data/sample/Passage.h"
+#include "lumivara-data/sample/SamplePassage.h"
 
-#include "lumivara-data/Verbs.h"
+#include "common/Tool.h"
 
 #include <optional>
 
@@ -28,7 +28,7 @@ public:
             Add(Segment::Kind::Paragraph, {}, line);
     }
 
-    QHash<QString, Passage> Take()
+    QHash<QString, SamplePassage> Take()
     {
         if (m_repetition)
             Fail(u"@repeat without @end"_s);
@@ -86,7 +86,7 @@ private:
     {
         if (!m_repetition)
             Fail(u"@end without @repeat"_s);
-        const Passage body = *m_repetition;
+        const SamplePassage body = *m_repetition;
         m_repetition.reset();
         for (int n = 1; n <= m_count; ++n) {
             for (Segment segment : body) {
@@ -113,14 +113,14 @@ private:
     QString m_fileName;
     int m_line = 0;
     QString m_key;
-    QHash<QString, Passage> m_sections;
-    std::optional<Passage> m_repetition;
+    QHash<QString, SamplePassage> m_sections;
+    std::optional<SamplePassage> m_repetition;
     int m_count = 0;
 };
 
 } // namespace
 
-QHash<QString, Passage> ParsePassages(const QString &source, const QString &fileName)
+QHash<QString, SamplePassage> ParsePassages(const QString &source, const QString &fileName)
 {
     Reader reader(fileName);
     for (const QString &line : source.split(u'\n'))

@@ -1,4 +1,4 @@
-#include "lumivara-data/marks/MarksSource.h"
+#include "lumivara-data/marks/MarksReader.h"
 
 #include "common/Console.h"
 #include "common/Report.h"
@@ -29,7 +29,7 @@ std::string Read(QByteArray bytes)
     testing::internal::CaptureStdout();
     try {
         CsvMarks source(buffer, u"f"_s, report);
-        for (SourceMark mark; source.Next(mark);)
+        for (MarkRecord mark; source.Next(mark);)
             marks += (mark.mark.title + u'|' + mark.mark.note + u'\n').toStdString();
     } catch (const ToolError &error) {
         failure = "! "s + error.what() + '\n';
@@ -37,7 +37,7 @@ std::string Read(QByteArray bytes)
     return marks + failure + testing::internal::GetCapturedStdout();
 }
 
-TEST(MarksSource, OneBadRecordIsToldAndTheOthersAreRead)
+TEST(MarksReader, OneBadRecordIsToldAndTheOthersAreRead)
 {
     const std::pair<QByteArray, const char *> cases[] = {
         {"6,1101,bad,,5,,x,\r\n", "f:3: the priority is 5, not 1 to 4"},
@@ -60,7 +60,7 @@ TEST(MarksSource, OneBadRecordIsToldAndTheOthersAreRead)
     EXPECT_LT(Read(Header + "6,1101,\"" + QByteArray(TextLines::MostBytes / 4, '\n') + "\"\n").size(), 200U);
 }
 
-TEST(MarksSource, ColumnsMayStandInAnyOrderButMustBeThere)
+TEST(MarksReader, ColumnsMayStandInAnyOrderButMustBeThere)
 {
     const std::pair<QByteArray, const char *> rows[]{
         {"TEXT,DESC_FOC,Mine,PRIORITY_FOC,NAME_FOC,NIC_SUT,KEYWORD_FOC,NIK_SUT\n\"a\nb\",\"one, "
@@ -73,7 +73,7 @@ TEST(MarksSource, ColumnsMayStandInAnyOrderButMustBeThere)
         EXPECT_THAT(Read(file), HasSubstr(told));
 }
 
-TEST(MarksSource, Utf16IsConvertedAndHalfPairsAreTold)
+TEST(MarksReader, Utf16IsConvertedAndHalfPairsAreTold)
 {
     const QString text = QString::fromUtf8(Header + "6,1101,\"Ngày \U0001F600\",,2,,x,\r\n") + u"6,1101,"_s +
                          QString(70000, u'ạ') + u",,2,,x,\r\n6,1101,half "_s + QChar(0xD83D) + u",,2,,x,\r\n"_s;

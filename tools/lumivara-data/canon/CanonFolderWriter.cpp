@@ -1,11 +1,11 @@
-#include "lumivara-data/canon/CanonExport.h"
+#include "lumivara-data/canon/CanonFolderWriter.h"
 
 #include "common/Console.h"
 #include "common/Report.h"
 #include "lumivara-data/canon/CanonRows.h"
 #include "lumivara-data/canon/CanonTable.h"
 #include "lumivara-data/files/ExportFolder.h"
-#include "lumivara-data/marks/MarksExport.h"
+#include "lumivara-data/files/HtmlText.h"
 
 using namespace Qt::StringLiterals;
 
@@ -45,7 +45,7 @@ private:
     {
         const qsizetype body = page.toLower().indexOf("<body");
         QStringList lines;
-        for (const QString &line : ExcerptText(QString::fromUtf8(page.mid(qMax<qsizetype>(body, 0)))).split(u'\n')) {
+        for (const QString &line : TextOfHtml(QString::fromUtf8(page.mid(qMax<qsizetype>(body, 0)))).split(u'\n')) {
             if (const QString words = line.simplified(); !words.isEmpty())
                 lines.append(words);
         }
@@ -79,16 +79,16 @@ private:
 };
 
 /// The folders of each group: its own and those above, by their keys and names.
-QHash<int, QString> GroupFolders(const QList<SourceGroup> &groups)
+QHash<int, QString> GroupFolders(const QList<CanonGroup> &groups)
 {
-    QHash<int, const SourceGroup *> known;
-    for (const SourceGroup &group : groups)
+    QHash<int, const CanonGroup *> known;
+    for (const CanonGroup &group : groups)
         known.insert(group.idVit, &group);
     QHash<int, QString> folders;
-    for (const SourceGroup &group : groups) {
+    for (const CanonGroup &group : groups) {
         QStringList parts;
         constexpr int deepest = 30; // also the end of a cycle
-        for (const SourceGroup *at = &group; at && parts.size() < deepest; at = known.value(at->parent)) {
+        for (const CanonGroup *at = &group; at && parts.size() < deepest; at = known.value(at->parent)) {
             QString name = at->namePali.left(40);
             name.removeIf([](QChar c) { return c == u'/' || c.unicode() < u' '; });
             parts.prepend((u"%1 "_s.arg(at->idVit) + name).trimmed());
@@ -103,8 +103,8 @@ QHash<int, QString> GroupFolders(const QList<SourceGroup> &groups)
 void WriteCanonFolder(CanonRows &rows, ExportFolder &folder, bool withSegments, Report &report, Console &console)
 {
     QByteArray table = CanonTable::Header();
-    const QList<SourceGroup> groups = rows.Groups(report);
-    for (const SourceGroup &group : groups)
+    const QList<CanonGroup> groups = rows.Groups(report);
+    for (const CanonGroup &group : groups)
         table += CanonTable::Line({true,
                                    true,
                                    {},

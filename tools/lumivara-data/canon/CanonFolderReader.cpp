@@ -1,4 +1,4 @@
-#include "lumivara-data/canon/CanonFolder.h"
+#include "lumivara-data/canon/CanonFolderReader.h"
 
 #include "common/Console.h"
 #include "common/Report.h"
@@ -72,7 +72,7 @@ QString FirstOf(std::initializer_list<QString> names)
 
 } // namespace
 
-CanonFolder::CanonFolder(const SourceFolder &folder, const QString &table, Report &report)
+CanonFolderReader::CanonFolderReader(const SourceFolder &folder, const QString &table, Report &report)
     : m_folder(folder), m_report(report)
 {
     const QString path = table.isEmpty() ? OwnTable(folder) : table;
@@ -86,12 +86,12 @@ CanonFolder::CanonFolder(const SourceFolder &folder, const QString &table, Repor
         (row.isGroup ? m_groups : m_texts).append(std::move(row));
 }
 
-bool CanonFolder::HasTable(const SourceFolder &folder)
+bool CanonFolderReader::HasTable(const SourceFolder &folder)
 {
     return !OwnTable(folder).isEmpty();
 }
 
-void CanonFolder::WriteTo(CanonWriter &writer, Console &console)
+void CanonFolderReader::WriteTo(CanonWriter &writer, Console &console)
 {
     WriteGroups(writer);
     GiveKeysAndNumbers();
@@ -104,12 +104,12 @@ void CanonFolder::WriteTo(CanonWriter &writer, Console &console)
     m_counts.Tell(m_report);
 }
 
-void CanonFolder::WriteGroups(CanonWriter &writer)
+void CanonFolderReader::WriteGroups(CanonWriter &writer)
 {
     constexpr int root = -1;
     QSet<int> keys;
     int last = 0;
-    const auto write = [&](const SourceGroup &group) {
+    const auto write = [&](const CanonGroup &group) {
         keys.insert(group.idVit);
         last = qMax(last, group.idVit);
         writer.Add(group);
@@ -120,8 +120,8 @@ void CanonFolder::WriteGroups(CanonWriter &writer)
         } else if (keys.contains(*row.key)) {
             m_report.Find(row.place, u"the key %1 is that of another group; not taken"_s.arg(*row.key));
         } else {
-            SourceGroup group{*row.key, row.group.value_or(root), NameFor(row.vietnamese, row, m_report),
-                              NameFor(row.pali, row, m_report), NameFor(row.english, row, m_report)};
+            CanonGroup group{*row.key, row.group.value_or(root), NameFor(row.vietnamese, row, m_report),
+                             NameFor(row.pali, row, m_report), NameFor(row.english, row, m_report)};
             if (!row.isFinished) {
                 const QString name = FirstOf({group.namePali, group.nameVietnamese, group.nameEnglish});
                 group.namePali = FirstOf({group.namePali, name});
@@ -144,7 +144,7 @@ void CanonFolder::WriteGroups(CanonWriter &writer)
     }
 }
 
-void CanonFolder::GiveKeysAndNumbers()
+void CanonFolderReader::GiveKeysAndNumbers()
 {
     TextKeys keys;
     QSet<int> numbers;
@@ -168,7 +168,7 @@ void CanonFolder::GiveKeysAndNumbers()
     }
 }
 
-void CanonFolder::WriteText(CanonWriter &writer, const CanonTableRow &row)
+void CanonFolderReader::WriteText(CanonWriter &writer, const CanonTableRow &row)
 {
     const qint64 place = qint64(*row.group) << 32 | quint32(*row.key);
     if (m_written.contains(place)) {
@@ -197,7 +197,7 @@ void CanonFolder::WriteText(CanonWriter &writer, const CanonTableRow &row)
     writer.Add(text, row.isFinished);
 }
 
-QByteArray CanonFolder::Page(const CanonTableRow &row, int page, const QString &title)
+QByteArray CanonFolderReader::Page(const CanonTableRow &row, int page, const QString &title)
 {
     constexpr Language languages[] = {Language::Pali, Language::English, Language::Vietnamese, Language::Pali};
     const QString &file = row.pages[page];

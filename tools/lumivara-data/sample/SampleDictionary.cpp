@@ -1,10 +1,10 @@
-#include "lumivara-data/sample/DictionarySource.h"
+#include "lumivara-data/sample/SampleDictionary.h"
 
-#include "lumivara-data/Verbs.h"
+#include "common/Tool.h"
 #include "lumivara-data/dictionary/DictionaryWriter.h"
 #include "lumivara-data/dictionary/WordLines.h"
 #include "lumivara-data/files/TextLines.h"
-#include "lumivara-data/sample/CanonSource.h"
+#include "lumivara-data/sample/SampleCanon.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -52,14 +52,14 @@ bool IsComment(const QString &line)
 
 } // namespace
 
-QList<DictionaryEntry> ParseDictionary(const QString &source, const QString &fileName)
+QList<SampleEntry> ParseDictionary(const QString &source, const QString &fileName)
 {
     QByteArray bytes = source.toUtf8();
     QBuffer device(&bytes);
     device.open(QIODevice::ReadOnly);
     TextLines lines(device, fileName);
     MarkUpWords words(lines, [&](qsizetype line, const QString &fault) { Place(fileName, line).Fail(fault); });
-    QList<DictionaryEntry> entries;
+    QList<SampleEntry> entries;
     QSet<QString> known;
     for (MarkUpWords::Word word; words.Next(word);) {
         const QString name = QString::fromUtf8(word.name);
@@ -77,7 +77,7 @@ QList<DictionaryEntry> ParseDictionary(const QString &source, const QString &fil
     return entries;
 }
 
-void AddForms(QList<DictionaryEntry> &entries, const QString &source, const QString &fileName)
+void AddForms(QList<SampleEntry> &entries, const QString &source, const QString &fileName)
 {
     QHash<std::pair<int, QString>, qsizetype> words;
     for (qsizetype i = 0; i < entries.size(); ++i)
@@ -115,12 +115,12 @@ void AddForms(QList<DictionaryEntry> &entries, const QString &source, const QStr
     }
 }
 
-QList<DictionaryEntry> ReadDictionarySources(const QString &folder)
+QList<SampleEntry> ReadSampleDictionary(const QString &folder)
 {
     const QDir dir(folder);
     if (!dir.exists())
         throw ToolError(u"%1: there is no such folder"_s.arg(folder));
-    QList<DictionaryEntry> entries;
+    QList<SampleEntry> entries;
     QList<std::pair<QString, QString>> forms;
     for (const QString &name : dir.entryList({u"*.txt"_s}, QDir::Files, QDir::Name)) {
         const QString path = dir.filePath(name);

@@ -23,14 +23,10 @@ struct ExportedMark
 /// Gives every mark of an open file, also those that the program does not list, by text and key.
 void VisitMarks(DataFile &file, const std::function<void(const ExportedMark &)> &visit);
 
-/// A stored excerpt as text: blocks on lines of their own, without tags.
-QString ExcerptText(const QString &html);
 /// The title that documents show: one line, "#" and the key where there is none.
 QString ShownTitle(const ExportedMark &mark);
 /// "Cao" for 2; the number where it is no priority.
 QString PriorityName(int priority);
-/// A text with LF alone for its line ends.
-QString WithUnixLineEnds(QString text);
 
 /// A document made mark by mark. HTML holds no mark-up of the excerpts. CSV has a header line, CR LF ends its
 /// records, and times are local in ISO form.

@@ -1,14 +1,12 @@
 #pragma once
 
+#include "lumivara-data/canon/Language.h"
+
 #include <QHash>
 #include <QList>
 #include <QString>
 
 #include <array>
-
-/// The languages that a passage is written in, in the order of the sources' columns.
-enum class Language { Pali, Vietnamese, English };
-inline constexpr int LanguageCount = 3;
 
 /// One aligned piece of a passage: the same thing said in up to three languages.
 struct Segment
@@ -23,9 +21,9 @@ struct Segment
 
     const QString &In(Language language) const { return text[size_t(language)]; }
 };
-using Passage = QList<Segment>;
+using SamplePassage = QList<Segment>;
 
 /// The sections of a passage source by key: "text 1101", "form opening". The mark-up is told in data/README.md.
 /// Throws ToolError with `fileName` and line for what it does not know, for a section that comes twice and for text
 /// outside of sections.
-QHash<QString, Passage> ParsePassages(const QString &source, const QString &fileName);
+QHash<QString, SamplePassage> ParsePassages(const QString &source, const QString &fileName);

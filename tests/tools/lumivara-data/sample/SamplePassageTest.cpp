@@ -19,7 +19,7 @@ TEST(PassageMarkup, InsideALineBecomesHtml)
 
 TEST(PageWriter, SetsBothLanguagesSideBySide)
 {
-    const Passage passage =
+    const SamplePassage passage =
         ParsePassages(u"@text 1\n@repeat 2\n{n}[^1] | ă[^1]\n@end\n@note 1 n | m"_s, u"p"_s).value(u"text 1"_s);
     const QByteArray page = PageWriter({}).ParallelPage(u"Pā"_s, u"Vi"_s, passage);
     EXPECT_EQ(page.count("<td"), 8); // titles, two paragraphs, note

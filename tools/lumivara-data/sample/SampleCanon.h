@@ -1,22 +1,15 @@
 #pragma once
 
-#include "lumivara-data/sample/Passage.h"
+#include "lumivara-data/canon/CanonGroup.h"
+#include "lumivara-data/sample/SamplePassage.h"
 
 #include <QByteArray>
 #include <QStringList>
 
-/// A group as the sources give it.
-struct SourceGroup
-{
-    int idVit = 0;
-    int parent = 0;
-    QString nameVietnamese;
-    QString namePali;
-    QString nameEnglish;
-};
+class Console;
 
 /// A text as the sources give it. A null name stays null in the database.
-struct SourceText
+struct SampleText
 {
     int number = 0;
     int idVic = 0;
@@ -29,12 +22,12 @@ struct SourceText
 };
 
 /// The readable sources of the canon: groups, texts, passages, formula sentences and pictures.
-struct CanonSource
+struct SampleCanon
 {
-    QList<SourceGroup> groups;
-    QList<SourceText> texts;
+    QList<CanonGroup> groups;
+    QList<SampleText> texts;
     /// Passages of their own ("text 1101") and formula sentences ("form opening").
-    QHash<QString, Passage> passages;
+    QHash<QString, SamplePassage> passages;
     QHash<QString, QByteArray> pictures;
 };
 
@@ -48,14 +41,14 @@ struct TextPages
 };
 
 /// Reads `folder` (data/canon). Throws ToolError, with file and line, for what is missing or wrong.
-CanonSource ReadCanonSource(const QString &folder);
+SampleCanon ReadSampleCanon(const QString &folder);
 
 /// A text's whole passage: the label that calls it a sample, an opening, its own passage or else a story made of
 /// formula sentences, then rule, analysis and close. The same sources always give the same passage.
-Passage AssemblePassage(const CanonSource &source, const SourceText &text);
+SamplePassage AssemblePassage(const SampleCanon &source, const SampleText &text);
 
 /// The pages of a text. English is written only for texts with an English title.
-TextPages ComposePages(const CanonSource &source, const SourceText &text);
+TextPages ComposePages(const SampleCanon &source, const SampleText &text);
 
 /// A whole file as UTF-8 text. Throws ToolError if it cannot be read or is no UTF-8.
 QString ReadTextFile(const QString &path);

@@ -8,12 +8,12 @@ class Console;
 
 /// A folder of pages (HTML, plain text, Markdown) with a table that says what they are. A page is read when its text's
 /// turn comes.
-class CanonFolder
+class CanonFolderReader
 {
 public:
     /// `table` may stand elsewhere; without one it is canon.csv or canon.json in the folder. Throws ToolError where
     /// there is none.
-    CanonFolder(const SourceFolder &folder, const QString &table, Report &report);
+    CanonFolderReader(const SourceFolder &folder, const QString &table, Report &report);
 
     /// True if the folder has a table of its own.
     static bool HasTable(const SourceFolder &folder);

@@ -1,8 +1,9 @@
-#include "lumivara-data/marks/MarksExport.h"
+#include "lumivara-data/marks/MarksForms.h"
 
-#include "base/PlainText.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/HtmlText.h"
+#include "lumivara-data/files/TextLines.h"
 #include "stores/data/FIBDataSet.h"
 
 #include <QRegularExpression>
@@ -14,8 +15,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Stand for a line end and a blank while the tags are taken out; no text holds them.
-const QString LineMark(QChar(0xFFFF));
-const QString BlankMark(QChar(0xFFFE));
 
 /// The name that a document puts above a text's marks.
 QString TextName(const ExportedMark &mark)
@@ -64,7 +63,7 @@ QString HtmlMark(const ExportedMark &mark, const ExportedMark *previous)
     if (BeginsText(mark, previous))
         page += u"<h1>%1</h1>\n"_s.arg(TextName(mark).toHtmlEscaped());
     page += u"<h2>%1</h2>\n<p><small>%2</small></p>\n<blockquote>%3</blockquote>\n"_s.arg(
-        ShownTitle(mark).toHtmlEscaped(), Facts(mark).toHtmlEscaped(), HtmlLines(ExcerptText(mark.excerptHtml)));
+        ShownTitle(mark).toHtmlEscaped(), Facts(mark).toHtmlEscaped(), HtmlLines(TextOfHtml(mark.excerptHtml)));
     if (!mark.note.isEmpty())
         page += u"<p>%1</p>\n"_s.arg(HtmlLines(mark.note));
     return page;
@@ -80,7 +79,7 @@ QString MarkdownMark(const ExportedMark &mark, const ExportedMark *previous)
     }
     text += MarkdownLines(ShownTitle(mark), u"## "_s) + u'\n';
     text += MarkdownLines(Facts(mark), {}) + u'\n';
-    text += MarkdownLines(ExcerptText(mark.excerptHtml), u"> "_s) + u'\n';
+    text += MarkdownLines(TextOfHtml(mark.excerptHtml), u"> "_s) + u'\n';
     if (!mark.note.isEmpty())
         text += MarkdownLines(mark.note, {}) + u'\n';
     return text;
@@ -99,7 +98,7 @@ QString CsvMark(const ExportedMark &mark, const ExportedMark *)
                             QString::number(mark.priority),
                             mark.time.toString(Qt::ISODate),
                             CsvCell(mark.note),
-                            CsvCell(ExcerptText(mark.excerptHtml)),
+                            CsvCell(TextOfHtml(mark.excerptHtml)),
                             CsvCell(mark.excerptHtml)};
     return cells.join(u',') + u"\r\n"_s;
 }
@@ -139,27 +138,6 @@ QString PriorityName(int priority)
     static constexpr std::array names{u"Đặc biệt", u"Cao", u"Bình thường", u"Thấp"};
     const auto index = static_cast<size_t>(priority - 1);
     return index < names.size() ? QString::fromUtf16(names[index]) : QString::number(priority);
-}
-
-QString WithUnixLineEnds(QString text)
-{
-    return text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
-}
-
-QString ExcerptText(const QString &html)
-{
-    static const QRegularExpression blockEnd(
-        uR"((<\s*(?:br|hr)\b|<\s*/\s*(?:p|div|h[1-6]|li|tr|blockquote|pre|dt|dd|table|ul|ol)\s*>))"_s,
-        QRegularExpression::CaseInsensitiveOption);
-    static const QRegularExpression cellEnd(uR"(<\s*/\s*t[dh]\s*>)"_s, QRegularExpression::CaseInsensitiveOption);
-    // The stripper drops line ends and the blanks before a tag, and words would join there.
-    static const QRegularExpression blank(uR"([\r\n]+|[ \t]+(?=[<\r\n]))"_s);
-    static const QRegularExpression blanks(u"[ \\t%1]+"_s.arg(BlankMark));
-    static const QRegularExpression lineEnds(u" ?%1[ %1]*"_s.arg(LineMark));
-    QString text = html;
-    text.replace(blank, BlankMark).replace(cellEnd, BlankMark).replace(blockEnd, LineMark + u"\\1"_s);
-    text.replace(u"&nbsp;"_s, QString(QChar::Nbsp));
-    return StripHtml(text).replace(blanks, u" "_s).replace(lineEnds, u"\n"_s).trimmed();
 }
 
 MarksForm MarksFormNamed(const QString &name)

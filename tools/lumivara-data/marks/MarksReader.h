@@ -1,14 +1,14 @@
 #pragma once
 
 #include "lumivara-data/files/CsvRecords.h"
-#include "lumivara-data/marks/MarksExport.h"
+#include "lumivara-data/marks/MarksForms.h"
 
 #include <QHash>
 
 class Report;
 
 /// A mark as an open format has it, and the line where it begins.
-struct SourceMark
+struct MarkRecord
 {
     qsizetype line = 0;
     ExportedMark mark;
@@ -16,20 +16,20 @@ struct SourceMark
 
 /// The marks of a file in an open format, one by one. What is no whole and storable mark is told to the report, with
 /// file name and line, and left out.
-class MarksSource
+class MarksReader
 {
 public:
-    MarksSource(QIODevice &device, const QString &fileName, Report &report);
-    virtual ~MarksSource() = default;
-    Q_DISABLE_COPY_MOVE(MarksSource)
+    MarksReader(QIODevice &device, const QString &fileName, Report &report);
+    virtual ~MarksReader() = default;
+    Q_DISABLE_COPY_MOVE(MarksReader)
 
     /// False at the end.
-    virtual bool Next(SourceMark &mark) = 0;
+    virtual bool Next(MarkRecord &mark) = 0;
 
 protected:
     QString Place(qsizetype line) const { return m_fileName + u':' + QString::number(line); }
     /// True if the file can hold the mark.
-    bool IsStorable(const SourceMark &mark);
+    bool IsStorable(const MarkRecord &mark);
 
     QString m_fileName;
     Report &m_report;
@@ -38,12 +38,12 @@ protected:
 
 /// A table with the columns of the export, in any order. The excerpt is TEXT_FOC, or a fresh page around TEXT where
 /// that is empty.
-class CsvMarks : public MarksSource
+class CsvMarks : public MarksReader
 {
 public:
     /// Throws ToolError if the columns are not those of marks.
     CsvMarks(QIODevice &device, const QString &fileName, Report &report);
-    bool Next(SourceMark &mark) override;
+    bool Next(MarkRecord &mark) override;
 
 private:
     /// Why the record is no mark; empty if it is one.
@@ -70,16 +70,16 @@ private:
 
 /// A document as the export writes it: a heading for each text, one below it for each mark, a line with priority, date
 /// and keywords, the excerpt as a quotation, the note. The mark gets a fresh page around its excerpt.
-class MarkdownMarks : public MarksSource
+class MarkdownMarks : public MarksReader
 {
 public:
     /// `texts` must outlive this.
     MarkdownMarks(QIODevice &device, const QString &fileName, Report &report, const KnownTexts &texts);
-    bool Next(SourceMark &mark) override;
+    bool Next(MarkRecord &mark) override;
 
 private:
     void TakeText(const QByteArray &heading);
-    bool TakeMark(const QByteArray &heading, SourceMark &mark);
+    bool TakeMark(const QByteArray &heading, MarkRecord &mark);
     /// The lines up to the next heading; false if they are no text or too many.
     bool ReadBody(QStringList &lines);
     bool Leave(qsizetype line, const QString &fault);

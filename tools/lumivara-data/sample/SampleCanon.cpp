@@ -1,6 +1,6 @@
-#include "lumivara-data/sample/CanonSource.h"
+#include "lumivara-data/sample/SampleCanon.h"
 
-#include "lumivara-data/Verbs.h"
+#include "common/Tool.h"
 #include "lumivara-data/files/CsvTable.h"
 #include "lumivara-data/files/PageFacts.h"
 #include "lumivara-data/sample/PageWriter.h"
@@ -23,10 +23,10 @@ QByteArray ReadFile(const QString &path)
     return file.readAll();
 }
 
-QList<SourceGroup> ReadGroups(const QString &path)
+QList<CanonGroup> ReadGroups(const QString &path)
 {
     const CsvTable table(ReadFile(path), path);
-    QList<SourceGroup> groups;
+    QList<CanonGroup> groups;
     for (qsizetype row = 0; row < table.RowCount(); ++row) {
         groups.append({table.Number(row, u"ID_VIT"_s), table.Number(row, u"P_ID_VIT"_s),
                        table.Text(row, u"NAME_VIT_VIE"_s), table.Text(row, u"NAME_VIT_PAL"_s),
@@ -35,10 +35,10 @@ QList<SourceGroup> ReadGroups(const QString &path)
     return groups;
 }
 
-QList<SourceText> ReadTexts(const QString &path)
+QList<SampleText> ReadTexts(const QString &path)
 {
     const CsvTable table(ReadFile(path), path);
-    QList<SourceText> texts;
+    QList<SampleText> texts;
     for (qsizetype row = 0; row < table.RowCount(); ++row) {
         texts.append({table.Number(row, u"NUMBER_VIC"_s), table.Number(row, u"ID_VIC"_s),
                       table.Number(row, u"ID_VIT"_s), table.Text(row, u"NAME_VIC_PAL"_s),
@@ -48,9 +48,9 @@ QList<SourceText> ReadTexts(const QString &path)
     return texts;
 }
 
-const SourceGroup &GroupOf(const CanonSource &source, const SourceText &text)
+const CanonGroup &GroupOf(const SampleCanon &source, const SampleText &text)
 {
-    for (const SourceGroup &group : source.groups) {
+    for (const CanonGroup &group : source.groups) {
         if (group.idVit == text.idVit)
             return group;
     }
@@ -58,7 +58,7 @@ const SourceGroup &GroupOf(const CanonSource &source, const SourceText &text)
 }
 
 /// A formula sentence for one text.
-Segment Fill(Segment segment, const SourceText &text, const SourceGroup &group)
+Segment Fill(Segment segment, const SampleText &text, const CanonGroup &group)
 {
     const QString titles[] = {text.namePali, text.nameVietnamese, text.nameEnglish};
     const QString groups[] = {group.namePali, group.nameVietnamese, group.nameEnglish};
@@ -80,12 +80,12 @@ QString ReadTextFile(const QString &path)
     return QString::fromUtf8(bytes);
 }
 
-CanonSource ReadCanonSource(const QString &folder)
+SampleCanon ReadSampleCanon(const QString &folder)
 {
     const QDir dir(folder);
     if (!dir.exists())
         throw ToolError(u"%1: there is no such folder"_s.arg(folder));
-    CanonSource source;
+    SampleCanon source;
     source.groups = ReadGroups(dir.filePath(u"groups.csv"_s));
     source.texts = ReadTexts(dir.filePath(u"texts.csv"_s));
 
@@ -94,7 +94,7 @@ CanonSource ReadCanonSource(const QString &folder)
     for (const QString &name : passages.entryList({u"*.txt"_s}, QDir::Files, QDir::Name))
         files.append(passages.filePath(name));
     for (const QString &file : files) {
-        const QHash<QString, Passage> sections = ParsePassages(ReadTextFile(file), file);
+        const QHash<QString, SamplePassage> sections = ParsePassages(ReadTextFile(file), file);
         for (auto it = sections.cbegin(); it != sections.cend(); ++it) {
             if (source.passages.contains(it.key()))
                 throw ToolError(u"%1: \"%2\" stands in another file too"_s.arg(file, it.key()));
@@ -114,10 +114,10 @@ CanonSource ReadCanonSource(const QString &folder)
     return source;
 }
 
-Passage AssemblePassage(const CanonSource &source, const SourceText &text)
+SamplePassage AssemblePassage(const SampleCanon &source, const SampleText &text)
 {
-    const SourceGroup &group = GroupOf(source, text);
-    Passage passage;
+    const CanonGroup &group = GroupOf(source, text);
+    SamplePassage passage;
     const auto heading = [&](qsizetype index) {
         Segment head = source.passages[u"form heads"_s][index];
         head.kind = Segment::Kind::Heading;
@@ -125,14 +125,14 @@ Passage AssemblePassage(const CanonSource &source, const SourceText &text)
     };
     // Strides with no common factor with the pools' sizes spread the sentences over the texts.
     const auto take = [&](const QString &form, qsizetype count, qsizetype stride) {
-        const Passage &pool = source.passages[u"form "_s + form];
+        const SamplePassage &pool = source.passages[u"form "_s + form];
         for (qsizetype i = 0; i < count; ++i)
             passage.append(Fill(pool[(text.number * stride + i) % pool.size()], text, group));
     };
 
     take(u"label"_s, 1, 0);
     take(u"opening"_s, 1, 1);
-    if (const Passage own = source.passages.value(u"text %1"_s.arg(text.idVic)); !own.isEmpty()) {
+    if (const SamplePassage own = source.passages.value(u"text %1"_s.arg(text.idVic)); !own.isEmpty()) {
         passage.append(own);
     } else {
         heading(0);
@@ -147,10 +147,10 @@ Passage AssemblePassage(const CanonSource &source, const SourceText &text)
     return passage;
 }
 
-TextPages ComposePages(const CanonSource &source, const SourceText &text)
+TextPages ComposePages(const SampleCanon &source, const SampleText &text)
 {
     const PageWriter writer(source.pictures);
-    const Passage passage = AssemblePassage(source, text);
+    const SamplePassage passage = AssemblePassage(source, text);
     TextPages pages;
     if (!text.without.contains(u"pal"_s))
         pages.pali = writer.Page(text.namePali, passage, Language::Pali);

@@ -1,0 +1,3 @@
+#include "base/InterfaceLanguage.h"
+
+int InterfaceLang = 0;
