@@ -1,3 +1,4 @@
+#include "stores/settings/Options.h"
 #include "reader/Main.h"
 
 #include "base/InterfaceLanguage.h"

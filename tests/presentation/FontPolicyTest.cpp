@@ -1,3 +1,4 @@
+#include "stores/settings/Options.h"
 #include "presentation/FontPolicy.h"
 
 #include "marks/MarksWindow.h"

@@ -1,3 +1,4 @@
+#include "stores/settings/Options.h"
 #include "presentation/Options.h"
 
 #include "reader/ReaderWindow.h"

@@ -1,5 +1,6 @@
 #include "program/ProgramRun.h"
 
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "stores/settings/Options.h"
+#include "base/InterfaceLanguage.h"
 #include "dictionary/DictionaryDM.h"
 #include "reader/Main.h"
 #include "stores/ClientsDM.h"

@@ -5,7 +5,7 @@
 #include "lumivara-data/canon/CanonFile.h"
 #include "lumivara-data/canon/CanonFolderWriter.h"
 #include "lumivara-data/canon/CanonRows.h"
-#include "lumivara-data/files/ExportFolder.h"
+#include "lumivara-data/canon/ExportFolder.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>

@@ -1,3 +1,4 @@
+#include "base/InterfaceLanguage.h"
 #include "toolkit/controls/ColorComboBox.h"
 
 #include "support/WaitFor.h"

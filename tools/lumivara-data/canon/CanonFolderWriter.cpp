@@ -4,7 +4,7 @@
 #include "common/Report.h"
 #include "lumivara-data/canon/CanonRows.h"
 #include "lumivara-data/canon/CanonTable.h"
-#include "lumivara-data/files/ExportFolder.h"
+#include "lumivara-data/canon/ExportFolder.h"
 #include "lumivara-data/files/HtmlText.h"
 
 using namespace Qt::StringLiterals;

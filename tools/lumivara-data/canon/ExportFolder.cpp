@@ -1,4 +1,4 @@
-#include "lumivara-data/files/ExportFolder.h"
+#include "lumivara-data/canon/ExportFolder.h"
 
 #include "common/Interrupt.h"
 #include "common/Tool.h"
