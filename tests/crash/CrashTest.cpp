@@ -2,10 +2,6 @@
 
 #include "support/TestSupport.h"
 
-#include <QRandomGenerator>
-#include <QThread>
-
-#include <cstdio>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -18,7 +14,7 @@ class Crash : public testing::Test
 protected:
     void SetUp() override { MakeMarks(Folder(), true); }
     QString Folder() const { return m_scratch.Path(u""_s); }
-    /// A copy at work: "work" without end and with a pause of so many milliseconds, "add" so many rows.
+    /// A copy at work, as told in Worker.cpp.
     std::unique_ptr<QProcess> Start(const QString &verb, char owner, qint64 firstId, int amount)
     {
         auto process = std::make_unique<QProcess>();
@@ -26,20 +22,6 @@ protected:
                                       QString::number(amount)});
         EXPECT_TRUE(process->waitForStarted());
         return process;
-    }
-    /// What a copy has said until it acknowledged something, or for too long nothing.
-    static QByteArray FirstWords(QProcess &copy)
-    {
-        QByteArray said;
-        while (!said.contains("end") && copy.waitForReadyRead(StallMilliseconds))
-            said += copy.readAllStandardOutput();
-        return said;
-    }
-    static QByteArray Kill(QProcess &copy)
-    {
-        copy.kill();
-        EXPECT_TRUE(copy.waitForFinished(PatienceMilliseconds));
-        return copy.readAllStandardOutput();
     }
 
     ScratchFolder m_scratch;
@@ -49,45 +31,30 @@ TEST_F(Crash, AKillLosesNothingThatWasAcknowledged)
 {
     const int kills = Amount("LUMIVARA_KILLS", 10);
     constexpr qint64 idsPerRound = 1000000;
-    constexpr quint32 longestLifeMicroseconds = 250000;
-    QRandomGenerator random(static_cast<quint32>(kills));
-    Ledger killed('k'), slow('s');
-    int stalls = 0, inside = 0;
-    const auto startSlow = [&](int round) { return Start(u"work"_s, 's', round * idsPerRound, 20); };
-    auto slowCopy = startSlow(0);
-    for (int round = 1; round <= kills && !HasFailure(); ++round) {
-        const auto victim = Start(u"work"_s, 'k', round * idsPerRound, 0);
-        QByteArray said = FirstWords(*victim);
-        const bool stalled = !said.contains("end");
-        QThread::usleep(random.bounded(longestLifeMicroseconds));
-        EXPECT_EQ(victim->state(), QProcess::Running) << victim->readAllStandardError().constData();
-        said += Kill(*victim);
-        killed.Hear(said);
-        inside += killed.IsPending() ? 1 : 0;
-
-        auto stored = ReadStored(Folder());
-        if (stalled || !stored) {
-            // The engine cannot mend every state that a kill leaves in the lock table. Once nobody has the file open,
-            // the table is made anew, and nothing is lost.
-            ++stalls;
-            slow.Hear(Kill(*slowCopy));
-            stored = ReadStored(Folder());
-            EXPECT_TRUE(stored.has_value());
-            slow.Prove(stored.value_or(StoredRows()));
-            slowCopy = startSlow(round);
-        }
+    constexpr int mostWrites = 12, operations = 5;
+    Ledger killed('k'), other('s');
+    const auto server = Start(u"serve"_s, 's', 1, 0);
+    QByteArray served;
+    for (int round = 0; round < kills && !HasFailure(); ++round) {
+        SCOPED_TRACE(round);
+        const auto victim = Start(u"die"_s, 'k', (round + 1) * idsPerRound, 1 + round % mostWrites);
+        server->write(QByteArray(operations, '\n')); // works beside it
+        EXPECT_TRUE(victim->waitForFinished(PatienceMilliseconds));
+        EXPECT_EQ(victim->exitStatus(), QProcess::CrashExit) << victim->readAllStandardError().constData();
+        killed.Hear(victim->readAllStandardOutput());
+        EXPECT_TRUE(killed.IsPending());
+        const auto stored = ReadStored(Folder());
+        EXPECT_TRUE(stored.has_value());
         killed.Prove(stored.value_or(StoredRows()));
-        slowCopy->waitForReadyRead(0); // so that its pipe does not fill
+        const int due = (round + 1) * operations;
+        while (served.count("end") < due && server->waitForReadyRead(StallMilliseconds))
+            served += server->readAllStandardOutput();
+        EXPECT_EQ(served.count("end"), due) << "the kill stopped the other copy";
     }
-    EXPECT_EQ(slowCopy->state(), QProcess::Running) << slowCopy->readAllStandardError().constData();
-    slow.Hear(Kill(*slowCopy));
-    slow.Prove(ReadStored(Folder()).value_or(StoredRows()));
-
-    std::printf("%d of %d kills inside an operation; %d times nobody got on until all were closed\n", inside, kills,
-                stalls);
-    EXPECT_GE(inside, 0.3 * kills);
-    EXPECT_GT(slow.acknowledged, kills);
-    EXPECT_LE(stalls, 1 + kills / 100);
+    server->closeWriteChannel();
+    EXPECT_TRUE(server->waitForFinished(PatienceMilliseconds));
+    other.Hear(served);
+    other.Prove(ReadStored(Folder()).value_or(StoredRows()));
 }
 
 TEST_F(Crash, TwoCopiesAtOnceLoseAndDoubleNothing)

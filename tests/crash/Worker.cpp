@@ -1,4 +1,5 @@
 #include "crash/CrashRow.h"
+#include "crash/DieAtWrite.h"
 
 #include "stores/ClientsDM.h"
 #include "stores/KeloraSuttaList.h"
@@ -9,7 +10,6 @@
 
 #include <QCoreApplication>
 #include <QRandomGenerator>
-#include <QThread>
 
 #include <clocale>
 #include <cstdio>
@@ -21,7 +21,8 @@ using namespace Qt::StringLiterals;
 // killed or has done its share. What it is about to do and what is done goes down the standard output, unbuffered.
 //
 //   crash_worker FOLDER seed                       enters the list of texts
-//   crash_worker FOLDER work OWNER FIRST MS        operations on rows of its own without end, with a pause
+//   crash_worker FOLDER die OWNER FIRST WRITE      operations on rows of its own, until one of them gets to that write
+//   crash_worker FOLDER serve OWNER FIRST 0        an operation on rows of its own for each line of the standard input
 //   crash_worker FOLDER add OWNER FIRST COUNT      COUNT new rows, and an edit after every third
 //   crash_worker FOLDER dump                       title and digest of the excerpt of every row
 
@@ -40,8 +41,10 @@ void Say(const QString &line)
 class Worker
 {
 public:
-    Worker(TfrmClientsDM &module, char owner, qint64 firstId)
-        : m_marks(module.qryFocus), m_owner(owner), m_nextId(firstId), m_random(static_cast<quint32>(firstId))
+    /// An operation that writes so often to the file ends the process at that write; 0 for none.
+    Worker(TfrmClientsDM &module, char owner, qint64 firstId, int deadlyWrite)
+        : m_marks(module.qryFocus), m_owner(owner), m_nextId(firstId), m_deadly(deadlyWrite),
+          m_random(static_cast<quint32>(firstId))
     {
         for (m_marks.Open(); !m_marks.Eof(); m_marks.Next()) {
             const QString title = m_marks.FieldByName(u"NAME_FOC"_s).AsString();
@@ -73,9 +76,11 @@ private:
     void Told(char kind, const CrashRow &row, Action action)
     {
         Say(u"begin %1 %2 %3"_s.arg(QChar::fromLatin1(kind)).arg(row.id).arg(row.version));
+        DieAtWrite(m_deadly);
         for (int tries = 0;; ++tries) {
             try {
                 action();
+                DieAtWrite(0);
                 return Say(u"end"_s);
             } catch (const DatabaseError &) {
                 // The other copy was at the same key or page. The row is pending, the same post is tried again.
@@ -130,6 +135,7 @@ private:
     TpFIBDataSet &m_marks;
     char m_owner;
     qint64 m_nextId;
+    int m_deadly;
     QRandomGenerator m_random;
     QList<CrashRow> m_rows;
 };
@@ -163,14 +169,12 @@ int Run(const QStringList &arguments)
             Say(module.qryFocus.FieldByName(u"NAME_FOC"_s).AsString() + u' ' + QString::fromLatin1(digest));
         }
     } else {
-        Worker worker(module, arguments[3].at(0).toLatin1(), arguments[4].toLongLong());
         const int amount = arguments[5].toInt();
+        Worker worker(module, arguments[3].at(0).toLatin1(), arguments[4].toLongLong(), verb == "die"_L1 ? amount : 0);
         for (int row = 1; verb == "add"_L1 && row <= amount; ++row)
             worker.AddAndChange(row % 3 == 0);
-        while (verb == "work"_L1) {
+        while (verb == "die"_L1 || (verb == "serve"_L1 && std::getchar() != EOF))
             worker.DoOne();
-            QThread::msleep(static_cast<unsigned long>(amount));
-        }
     }
     return 0;
 }

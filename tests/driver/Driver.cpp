@@ -19,7 +19,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <dlfcn.h>
 #include <functional>
+#include <memory>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -28,8 +30,7 @@ namespace {
 
 constexpr int PollMilliseconds = 20;
 constexpr int PatienceMilliseconds = 30000;
-// The first frames of a page come after its load.
-constexpr int FrameMilliseconds = 60;
+constexpr int FrameMilliseconds = 800;
 
 /// The visible widget of that name, else a hidden one.
 QWidget *FindWidget(const QString &name)
@@ -65,8 +66,7 @@ QRect FrameOf(const QWindow &window)
         return std::min({frame.left(), frame.top(), frame.right(), frame.bottom()}) >= 0;
     };
     // While the desktop is at it, the toolkit reads odd margins.
-    for (int tries = 0; tries < 40 && !isPlausible(window.frameMargins()); ++tries)
-        QTest::qWait(PollMilliseconds);
+    (void)QTest::qWaitFor([&] { return isPlausible(window.frameMargins()); }, FrameMilliseconds);
     return window.geometry().marginsAdded(window.frameMargins());
 }
 
@@ -141,19 +141,21 @@ private:
     }
     void Done(const QString &value = {}) { Answer(value.isEmpty() ? u"ok"_s : u"ok "_s + value); }
     void Fail(const QString &reason) { Answer(u"error "_s + reason); }
-    /// Answers once the condition holds, or fails when patience ends.
-    void WaitFor(const QString &what, std::function<bool()> condition)
+    /// Goes on once the condition holds, by default with the answer, or fails when patience ends.
+    void WaitFor(const QString &what, std::function<bool()> condition, std::function<void()> then = {})
     {
+        if (!then)
+            then = [this] { Done(); };
         QElapsedTimer clock;
         clock.start();
         auto *timer = new QTimer(this);
-        connect(timer, &QTimer::timeout, this, [this, what, condition, clock, timer] {
+        connect(timer, &QTimer::timeout, this, [this, what, condition, then, clock, timer] {
             const bool holds = condition();
             if (!holds && clock.elapsed() < PatienceMilliseconds)
                 return;
             timer->stop();
             timer->deleteLater();
-            holds ? Done() : Fail(u"timed out: "_s + what);
+            holds ? then() : Fail(u"timed out: "_s + what);
         });
         timer->start(PollMilliseconds);
     }
@@ -174,9 +176,15 @@ private:
         };
         using Alone = void (Driver::*)(const Command &);
         static const QHash<QString, Alone> others{
-            {u"press"_s, &Driver::Press},   {u"trigger"_s, &Driver::Trigger},      {u"get"_s, &Driver::Get},
-            {u"shot"_s, &Driver::Shot},     {u"script"_s, &Driver::Script},        {u"popup"_s, &Driver::Popup},
-            {u"answer"_s, &Driver::Choose}, {u"select-row"_s, &Driver::SelectRow},
+            {u"press"_s, &Driver::Press},
+            {u"trigger"_s, &Driver::Trigger},
+            {u"get"_s, &Driver::Get},
+            {u"shot"_s, &Driver::Shot},
+            {u"script"_s, &Driver::Script},
+            {u"popup"_s, &Driver::Popup},
+            {u"answer"_s, &Driver::Choose},
+            {u"select-row"_s, &Driver::SelectRow},
+            {u"die-at-write"_s, &Driver::DieAtWrite},
         };
         const QString name = command.Name();
         if (const auto handler = onWidgets.value(command.verb)) {
@@ -250,10 +258,19 @@ private:
         auto *view = qobject_cast<QWebEngineView *>(widget);
         if (!view)
             return Fail(u"no page "_s + command.Name());
-        // A load begins in a later turn of the event loop than the command that caused it.
-        QTimer::singleShot(FrameMilliseconds, this, [this, view = QPointer(view)] {
-            WaitFor(u"the page"_s, [view] { return view && !view->page()->isLoading(); });
-        });
+        // A load begins in a later turn of the event loop than the command that caused it, but before the engine
+        // answers what it is asked now.
+        const auto isDue = std::make_shared<bool>(false);
+        const auto due = [isDue] { *isDue = true; };
+        const auto ask = [this, page = QPointer(view->page()), due] {
+            if (!page || page->isLoading())
+                return due();
+            // What was asked may go with the old page.
+            connect(page.data(), &QWebEnginePage::loadStarted, this, due, Qt::SingleShotConnection);
+            page->runJavaScript(u"0"_s, QWebEngineScript::ApplicationWorld, [due](const QVariant &) { due(); });
+        };
+        QMetaObject::invokeMethod(this, ask, Qt::QueuedConnection);
+        WaitFor(u"the page"_s, [view = QPointer(view), isDue] { return *isDue && view && !view->page()->isLoading(); });
     }
 
     /// In the middle of the active window, for a menu that has no button of its own.
@@ -278,22 +295,30 @@ private:
     void Press(const Command &command)
     {
         const QKeySequence keys(command.Name());
+        if (keys.isEmpty())
+            return Fail(u"no key "_s + command.Name());
+        const auto focused = [] {
+            const QWidget *popup = QApplication::activePopupWidget();
+            return popup ? popup->windowHandle() : QGuiApplication::focusWindow();
+        };
         // Between a window that has closed and the one behind it nothing has the focus for a moment.
-        for (int tries = 0; tries < 100 && !QApplication::activePopupWidget() && !QGuiApplication::focusWindow();
-             ++tries)
-            QTest::qWait(PollMilliseconds);
-        QWindow *window = QApplication::activePopupWidget() ? QApplication::activePopupWidget()->windowHandle()
-                                                            : QGuiApplication::focusWindow();
-        if (!window || keys.isEmpty())
-            return Fail(u"no key, or no window with the focus"_s);
-        Act(window, [window, keys] { QTest::keyClick(window, keys[0].key(), keys[0].keyboardModifiers()); });
+        WaitFor(
+            u"a window with the focus"_s, [focused] { return focused() != nullptr; },
+            [this, focused, keys] {
+                Act(focused(), [window = focused(), keys] {
+                    QTest::keyClick(window, keys[0].key(), keys[0].keyboardModifiers());
+                });
+            });
     }
     void Trigger(const Command &command)
     {
-        auto *action = qobject_cast<QAction *>(FindObject(command.Name()));
-        if (!action || !action->isEnabled())
-            return Fail(u"no enabled action "_s + command.Name());
-        Act(action, [action] { action->trigger(); });
+        const QPointer<QAction> action = qobject_cast<QAction *>(FindObject(command.Name()));
+        if (!action)
+            return Fail(u"no action "_s + command.Name());
+        // Many become enabled when the program is idle.
+        WaitFor(
+            u"the enabled action "_s + command.Name(), [action] { return action && action->isEnabled(); },
+            [this, action] { Act(action, [action] { action->trigger(); }); });
     }
     void Choose(const Command &command)
     {
@@ -326,6 +351,12 @@ private:
             picture = picture.copy(QRect((QPointF(frame.topLeft()) * ratio).toPoint(), frame.size() * ratio));
         }
         picture.save(command.Name()) ? Done() : Fail(u"can't save "_s + command.Name());
+    }
+    /// By what the process was started with, see tests/crash/DieAtWrite.h.
+    void DieAtWrite(const Command &command)
+    {
+        const auto arm = reinterpret_cast<int (*)(int)>(::dlsym(RTLD_DEFAULT, "DieAtWrite"));
+        arm ? Done(QString::number(arm(command.Name().toInt()))) : Fail(u"started without the means"_s);
     }
     /// In the isolated world.
     void Script(const Command &command)

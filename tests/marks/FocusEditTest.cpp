@@ -5,8 +5,10 @@
 #include "marks/MarksWindow.h"
 #include "toolkit/controls/LayoutItem.h"
 
+#include <QClipboard>
 #include <QComboBox>
 #include <QFile>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 
@@ -134,5 +136,23 @@ TEST_F(FocusEdit, TextsStopAtTheirSizeTypedOrPasted)
         QTest::keyClick(&note, Qt::Key_Return); // two units: one too many
         Type(note, u"\u00A0xy"_s);
         EXPECT_EQ(Value("DESC_FOC"), u"\r\n"_s + QString(2044, u'é') + u"\u00A0"_s);
+        const auto paste = [&note](const QString &html, const QString &plain) {
+            auto *copied = new QMimeData;
+            copied->setHtml(html);
+            if (!plain.isNull())
+                copied->setText(plain);
+            QApplication::clipboard()->setMimeData(copied);
+            // With the control characters that the desktop sends along.
+            QTest::sendKeyEvent(QTest::Click, &note, Qt::Key_A, u"\u0001"_s, Qt::ControlModifier);
+            QTest::sendKeyEvent(QTest::Click, &note, Qt::Key_V, u"\u0016"_s, Qt::ControlModifier);
+        };
+        const QString lines = u"một\r\nhai\r\n"_s;
+        paste(u"<h1>khác</h1>"_s, u"một\nhai\r\n"_s + QString(2036, u'x') + pair + u"y"_s);
+        EXPECT_EQ(Value("DESC_FOC"), lines + QString(2036, u'x')) << "half a pair is none";
+        paste(u"<h1>khác</h1>"_s, {});
+        EXPECT_EQ(Value("DESC_FOC"), lines + QString(2036, u'x')) << "without a plain text";
+        paste(u"<h1>khác</h1>"_s, u"<b>thường</b>"_s);
+        EXPECT_EQ(Value("DESC_FOC"), u"<b>thường</b>"_s);
+        EXPECT_NE(note.textCursor().charFormat().fontWeight(), QFont::Bold);
     });
 }

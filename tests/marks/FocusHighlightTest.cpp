@@ -2,10 +2,13 @@
 
 #include "marks/FocusEdit.h"
 #include "marks/MarksWindow.h"
+#include "presentation/DKLang.h"
 #include "presentation/languages/DKLang.h"
 #include "toolkit/bound/CxGridDBTableView.h"
+#include "toolkit/bound/DBNavigator.h"
 #include "toolkit/controls/LayoutItem.h"
 
+#include <QAbstractEventDispatcher>
 #include <QComboBox>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -54,13 +57,20 @@ protected:
     {
         Title().setText(title);
         Title().setFocus();
-        Pause(30);
+        EXPECT_EQ(Actions(), "PCD");
         Press("bPost");
     }
-    /// After the rest of the event loop: which of post, cancel and delete are enabled.
+    /// Which of post, cancel and delete are enabled once the event loop has nothing left to do.
     std::string Actions()
     {
-        Pause(30);
+        QEventLoop loop;
+        // Behind all that is posted, and then behind the other handlers of the loop's rest.
+        const auto rest = [&loop] {
+            QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &loop,
+                             &QEventLoop::quit);
+        };
+        QMetaObject::invokeMethod(&loop, rest, Qt::QueuedConnection);
+        loop.exec();
         std::string enabled;
         for (const char *name : {"DataSetPost1", "DataSetCancel1", "DataSetDelete1"})
             enabled += InMarks<QAction>(name).isEnabled() ? name[7] : '-';
@@ -132,6 +142,33 @@ TEST_F(FocusHighlight, FiltersOnEachReleasedKey)
     EXPECT_EQ(CurrentId(), 9971);
 }
 
+TEST_F(FocusHighlight, TheNavigatorMovesThroughTheListAndReadsItAnew)
+{
+    OpenWithMarks();
+    const auto buttons = InMarks<TDBNavigator>("gtvFocusNavigator").findChildren<QToolButton *>();
+    const QStringList hints{u"Dòng đầu"_s, u"Dòng trước"_s, u"Dòng sau"_s, u"Dòng cuối"_s, u"Đọc lại"_s};
+    const auto state = [&] { // the row, and a letter for each button that is enabled
+        std::string told = std::to_string(Marks().RecNo()) + ' ';
+        for (const QToolButton *button : buttons)
+            told += button->isEnabled() ? "FPNLR"[hints.indexOf(button->toolTip())] : '-';
+        return told;
+    };
+    EXPECT_EQ(state(), "0 --NLR");
+    AddMark(*AnotherCopy(), u"new"_s);
+    const std::pair<int, const char *> rows[]{{0, "0 --NLR"}, {2, "1 FPNLR"}, {3, "2 FP--R"}, {2, "2 FP--R"},
+                                              {4, "2 FPNLR"}, {3, "3 FP--R"}, {1, "2 FPNLR"}, {0, "0 --NLR"}};
+    for (const auto &[button, after] : rows) {
+        QTest::mouseClick(buttons.at(button), Qt::LeftButton);
+        EXPECT_EQ(state(), after) << "after " << qPrintable(hints.at(button));
+        EXPECT_EQ(List().currentIndex().row(), Marks().RecNo());
+        EXPECT_TRUE(SearchBox().hasFocus());
+    }
+    for (const auto &[text, after] : {std::pair(u"100%"_s, "0 ----R"), {u"nothing"_s, "-1 ----R"}}) {
+        Search(text);
+        EXPECT_EQ(state(), after) << qPrintable(text);
+    }
+}
+
 TEST_F(FocusHighlight, AChangeIsPostedWithANewKey)
 {
     OpenWithMarks();
@@ -189,7 +226,7 @@ TEST_F(FocusHighlight, TheToggleMovesTheReader)
     // Behind the mark of its bytes an excerpt moves the tree and is not found again.
     Key(Qt::Key_Down);
     EXPECT_TRUE(WaitFor([&] { return CurrentId() == 1201 && Browser().IsComplete(); }));
-    Pause(300);
+    // The loop of that wait has ended, and with it all that the move began.
     EXPECT_EQ(Coloured(), QString());
     Key(Qt::Key_Down);
     EXPECT_TRUE(WaitFor([&] { return Coloured() == u"kinh|kinh|kinh"_s; }));
@@ -200,7 +237,7 @@ TEST_F(FocusHighlight, TheToggleMovesTheReader)
     toggle.click();
     Search(u""_s);
     Key(Qt::Key_Down);
-    Pause(200);
+    EXPECT_TRUE(WaitFor([&] { return Excerpt() == "\xEF\xBB\xBF<p>kinh</p>"; }));
     EXPECT_EQ(CurrentId(), 1101);
     // A window that is closed while its page is waited for takes nothing down.
     toggle.click();
@@ -219,7 +256,7 @@ TEST_F(FocusHighlight, WhatFollowsADeletedMarkMovesTheReaderAlsoWithTheSameExcer
     InMarks<QToolButton>("bIsViewSutta").click();
     EXPECT_TRUE(WaitFor([&] { return CurrentId() == 1101 && Browser().IsComplete(); }));
     List().setFocus();
-    Pause(30);
+    EXPECT_EQ(Actions(), "--D");
     answers = {true};
     Press("bDelete");
     TakeBox();

@@ -1,5 +1,5 @@
-#include "stores/settings/Options.h"
 #include "presentation/FontPolicy.h"
+#include "stores/settings/Options.h"
 
 #include "marks/MarksWindow.h"
 #include "presentation/FontRules.h"

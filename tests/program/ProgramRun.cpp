@@ -1,6 +1,5 @@
 #include "program/ProgramRun.h"
 
-
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -8,19 +7,50 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QThread>
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int LongestWait = 30000;
 const QString optionsKey = u"Software\\Melko\\Kelora\\Options"_s;
 
 } // namespace
+
+StandIn::StandIn(const QString &path, const QByteArray &work)
+{
+    const QByteArray calls = QFile::encodeName(path + u".calls"_s);
+    EXPECT_EQ(::mkfifo(calls.constData(), 0600), 0);
+    m_calls = ::open(calls.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    QFile script(path);
+    EXPECT_TRUE(script.open(QIODevice::WriteOnly));
+    script.write("#!/bin/sh\n" + work + "\necho \"$? $*\" >'" + calls + "'\n");
+    script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+StandIn::~StandIn()
+{
+    ::close(m_calls);
+}
+
+std::string StandIn::NextCall()
+{
+    for (pollfd ready{m_calls, POLLIN, 0}; !m_told.contains('\n') && ::poll(&ready, 1, LongestWait) == 1;) {
+        char buffer[4096];
+        m_told.append(buffer, std::max<ssize_t>(::read(m_calls, buffer, sizeof buffer), 0));
+    }
+    const qsizetype end = m_told.indexOf('\n');
+    const std::string call = m_told.left(std::max<qsizetype>(end, 0)).toStdString();
+    m_told.remove(0, end + 1);
+    return call;
+}
 
 ProductCopy::ProductCopy(const QString &name) : m_folder(m_scratch.Path(name))
 {
@@ -104,16 +134,6 @@ void ProgramRun::Open()
 {
     Start();
     Do({u"wait frmMain"_s, u"wait-page ebContent"_s});
-}
-
-bool ProgramRun::KillAfter(quint32 microseconds, const QString &command)
-{
-    m_process.write(command.toUtf8() + '\n');
-    m_process.waitForBytesWritten();
-    QThread::usleep(microseconds);
-    m_process.kill();
-    m_process.waitForFinished();
-    return m_process.readAllStandardOutput().startsWith("ok");
 }
 
 int ProgramRun::ExitCode(int milliseconds)

@@ -29,6 +29,24 @@ private:
     QString m_folder;
 };
 
+/// A script in the place of a program, which tells of each call when its work is done.
+class StandIn
+{
+public:
+    /// `work` is a command of the shell; nothing stands at `path`.
+    explicit StandIn(const QString &path, const QByteArray &work = ":");
+    ~StandIn();
+    StandIn(const StandIn &) = delete;
+    StandIn &operator=(const StandIn &) = delete;
+
+    /// Waits for a call: the work's exit code and the arguments; empty if none comes.
+    std::string NextCall();
+
+private:
+    int m_calls;
+    QByteArray m_told;
+};
+
 /// One run of the real program on a copy, driven through the toolkit's plug-in door.
 class ProgramRun
 {
@@ -46,8 +64,6 @@ public:
     void Do(const QStringList &commands);
     /// Starts, and waits for the window and its page.
     void Open();
-    /// Sends a command and kills the program so many microseconds later. True if it was answered before.
-    bool KillAfter(quint32 microseconds, const QString &command);
     /// Waits for the end; the exit code, -1 after a crash, -2 if it is still running.
     int ExitCode(int milliseconds = 30000);
     /// Closes the main window and answers the question with Yes.

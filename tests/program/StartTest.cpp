@@ -1,5 +1,6 @@
 #include "program/ProgramRun.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 
@@ -105,6 +106,35 @@ TEST(Start, FromAnUnusualPlaceOpensTheCanonAndLeaves)
         EXPECT_GT(program.Send(u"get qryTreeSutas RecordCount"_s).toInt(), 200);
         EXPECT_EQ(program.Quit(), 0);
         QFile::setPermissions(product.Folder(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+}
+
+TEST(Start, SavesTheMarksOnceADay)
+{
+    ProductCopy product;
+    const QString tool = product.File(u"lumivara-data"_s), moved = product.File(u"lumivara-saver"_s);
+    EXPECT_TRUE(QFile::rename(tool, moved));
+    StandIn saver(tool, '"' + QFile::encodeName(moved) + "\" \"$@\"");
+    // Where it is noon, so that no day ends meanwhile.
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const int behind = now.time().hour() - 12;
+    const QString day = now.addSecs(-3600 * behind).date().toString(Qt::ISODate);
+    QByteArray saved;
+    for (const char *start : {"first", "second"}) {
+        SCOPED_TRACE(start);
+        ProgramRun program(product);
+        program.environment.insert(u"TZ"_s, u"NOON%1"_s.arg(behind));
+        program.Open();
+        EXPECT_EQ(saver.NextCall(), "0 backup --daily");
+        EXPECT_EQ(QDir(product.File(u"backup"_s)).entryList(QDir::Files | QDir::Hidden).join(u' ').toStdString(),
+                  "TARUNECLIENT-" + day.toStdString() + ".fbk");
+        QFile backup(product.File(u"backup/TARUNECLIENT-%1.fbk"_s.arg(day)));
+        EXPECT_TRUE(backup.open(QIODevice::ReadOnly));
+        const QByteArray content = backup.readAll();
+        EXPECT_FALSE(content.isEmpty());
+        EXPECT_TRUE(saved.isEmpty() || content == saved) << "made anew";
+        saved = content;
+        EXPECT_EQ(program.Quit(), 0);
     }
 }
 

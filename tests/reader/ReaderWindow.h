@@ -1,11 +1,11 @@
 #pragma once
 
-#include "stores/settings/Options.h"
 #include "base/InterfaceLanguage.h"
 #include "dictionary/DictionaryDM.h"
 #include "reader/Main.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraDM.h"
+#include "stores/settings/Options.h"
 #include "stores/settings/SettingsDisk.h"
 #include "support/SkinSupport.h"
 #include "support/TestSupport.h"
@@ -126,6 +126,7 @@ protected:
                 return;
             poll.stop();
             wasOpen = true;
+            dialog->activateWindow();
             EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
             EXPECT_TRUE(dialog->isModal());
             inside(*dialog);

@@ -1,5 +1,5 @@
-#include "base/InterfaceLanguage.h"
 #include "toolkit/controls/ColorComboBox.h"
+#include "base/InterfaceLanguage.h"
 
 #include "support/WaitFor.h"
 #include "toolkit/program/ColorChooser.h"
@@ -93,7 +93,7 @@ TEST(ColorChooser, AsksInTheToolkitsDialogInBothLanguages)
     for (const bool isVietnamese : {true, false}) {
         InterfaceLang = isVietnamese ? 0 : 1;
         QString texts;
-        QTimer::singleShot(50, qApp, [&] {
+        QTimer::singleShot(0, qApp, [&] {
             auto *dialog = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
             texts = dialog->windowTitle();
             for (auto *widget : dialog->findChildren<QWidget *>()) {

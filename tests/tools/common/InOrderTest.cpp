@@ -2,16 +2,22 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <atomic>
-#include <chrono>
 #include <stdexcept>
 
 TEST(InOrder, KeepsTheOrderThrowsAFaultAtItsPlaceAndCanBeLeftEarly)
 {
+    std::array<std::atomic<bool>, 101> isMade{};
     InOrder<size_t> numbers(
         1000,
-        [](size_t at) {
-            std::this_thread::sleep_for(std::chrono::microseconds(at % 3 == 0 ? 300 : 0));
+        [&](size_t at) {
+            if (at < 100 && at % 3 == 0)
+                isMade[at + 1].wait(false); // the later one is there first
+            if (at <= 100) {
+                isMade[at] = true;
+                isMade[at].notify_all();
+            }
             return at == 100 ? throw std::runtime_error("in the middle") : at;
         },
         [](size_t) { return 1; });
@@ -23,12 +29,16 @@ TEST(InOrder, KeepsTheOrderThrowsAFaultAtItsPlaceAndCanBeLeftEarly)
 
 TEST(InOrder, MakesLargeThingsNotFarAhead)
 {
-    std::atomic<size_t> begun = 0;
+    std::atomic<size_t> asked = 0;
     InOrder<size_t> large(
-        50, [&](size_t at) { return ++begun, at; }, [](size_t) { return 64 * 1024 * 1024; });
+        50,
+        [&](size_t at) {
+            EXPECT_LE(at, asked + 1);
+            return at;
+        },
+        [](size_t) { return 64 * 1024 * 1024; });
     for (size_t at = 0; at < 50; ++at) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        EXPECT_LE(begun, at + 3);
+        ++asked;
         EXPECT_EQ(large.Take(), at);
     }
 }

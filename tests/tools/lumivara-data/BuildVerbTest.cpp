@@ -1,6 +1,6 @@
 #include "tools/ToolSupport.h"
 
-#include <QThread>
+#include <QDateTime>
 
 using namespace Qt::StringLiterals;
 using testing::HasSubstr;
@@ -72,12 +72,15 @@ TEST_F(BuildVerb, BuildsAgainOnlyWhenSourcesAreNewerAndSound)
 {
     Build();
     EXPECT_THAT(Build(), HasSubstr("KELORA.FDB: up to date\nPALIDICT.FDB: up to date"));
-    QThread::msleep(20);
-    Put(u"data/canon/passages/own.txt"_s, "@text 1101\nMới | Mới | New\n");
+    const QString own = u"data/canon/passages/own.txt"_s;
+    Put(own, "@text 1101\nMới | Mới | New\n");
+    QFile source(Path(own));
+    EXPECT_TRUE(source.open(QIODevice::Append) &&
+                source.setFileTime(QDateTime::currentDateTime().addSecs(9), QFileDevice::FileModificationTime));
     EXPECT_THAT(Build(), HasSubstr("KELORA.FDB: built\nPALIDICT.FDB: up to date"));
     EXPECT_THAT(Ask(Canon, CanonRows), HasSubstr(">New<"));
     const QByteArray before = Bytes(Canon);
-    Put(u"data/canon/passages/own.txt"_s, "@text 1101\n@picture none.svg x | y\n");
+    Put(own, "@text 1101\n@picture none.svg x | y\n");
     EXPECT_THAT(Build("--force canon", 2), HasSubstr("there is no picture \"none.svg\""));
     EXPECT_EQ(Bytes(Canon), before);
 }
