@@ -2,7 +2,6 @@
 
 #include "marks/FocusEdit.h"
 #include "marks/MarksWindow.h"
-#include "presentation/DKLang.h"
 #include "presentation/languages/DKLang.h"
 #include "toolkit/bound/CxGridDBTableView.h"
 #include "toolkit/bound/DBNavigator.h"
