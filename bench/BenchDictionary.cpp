@@ -10,7 +10,7 @@
 #include "common/Console.h"
 #include "dictionary/Dictionary.h"
 #include "dictionary/DictionaryDM.h"
-#include "lumivara-data/dictionary/DictionaryFile.h"
+#include "lumivara-data/sample/SampleWriter.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
 #include "toolkit/bound/CxGridDBTableView.h"

@@ -5,6 +5,7 @@
 #include "RawStatement.h"
 #include "Sample.h"
 #include "Suites.h"
+#include "reader/Main.h"
 
 #include "marks/Excerpt.h"
 #include "marks/FocusHighlight.h"

@@ -1,5 +1,5 @@
-#include "stores/settings/Options.h"
 #include "reader/Main.h"
+#include "stores/settings/Options.h"
 
 #include "base/InterfaceLanguage.h"
 #include "marks/Excerpt.h"

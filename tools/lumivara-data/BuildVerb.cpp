@@ -1,5 +1,5 @@
-#include "lumivara-data/sample/SampleWriter.h"
 #include "lumivara-data/Verbs.h"
+#include "lumivara-data/sample/SampleWriter.h"
 
 #include "common/Interrupt.h"
 #include "common/Report.h"

@@ -4,8 +4,8 @@
 #include "stores/engine/SqlParameters.h"
 #include "stores/engine/Values.h"
 
-#include <QDateTime>
 #include <QByteArray>
+#include <QDateTime>
 #include <QList>
 #include <QVariant>
 

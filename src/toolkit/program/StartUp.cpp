@@ -5,11 +5,8 @@
 #include <QByteArray>
 #include <QLoggingCategory>
 #include <QQuickWindow>
-#include <QtPlugin>
 
 #include <clocale>
-
-Q_IMPORT_PLUGIN(PictureEnginePlugin)
 
 #ifndef Q_OS_WIN
 #include <langinfo.h>

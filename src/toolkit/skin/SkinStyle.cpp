@@ -14,9 +14,13 @@
 #include <QTabBar>
 #include <QTableView>
 #include <QTextEdit>
+#include <QtPlugin>
 
 #include <algorithm>
 #include <utility>
+
+// Built in, but QIcon finds it only as a plug-in. Here, because every window asks for the style.
+Q_IMPORT_PLUGIN(PictureEnginePlugin)
 
 using namespace Qt::StringLiterals;
 
