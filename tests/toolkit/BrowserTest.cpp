@@ -38,6 +38,7 @@ BrowserTest::~BrowserTest()
     Control().OnShowContextMenu = nullptr;
     Control().OnClick = nullptr;
     Control().OnZoomWheel = nullptr;
+    Control().SetOpensLinksInside(false);
     Control().SetHostCSS({});
     Control().SetZoomPercent(100);
     Doors() = m_realDoors;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/WaitFor.h"
+#include "support/PageInput.h"
 #include "toolkit/BrowserControl.h"
 #include "toolkit/Doors.h"
 
@@ -33,6 +33,12 @@ protected:
     bool Becomes(const QString &expression)
     {
         return WaitFor([&] { return Value(expression).toBool(); });
+    }
+    /// Clicks the first element that a selector finds.
+    void Click(const QString &selector)
+    {
+        EXPECT_TRUE(TakesInput(Control()));
+        QTest::mouseClick(Input(), Qt::LeftButton, {}, PlaceOf(selector));
     }
     /// The widget in which the engine takes its input.
     QWidget *Input() { return Control().focusProxy(); }
