@@ -3,7 +3,7 @@
 #include "presentation/Contrast.h"
 #include "presentation/GlobalUnit.h"
 #include "reader/ReaderWindow.h"
-#include "support/WaitFor.h"
+#include "support/PageInput.h"
 #include "toolkit/BarCombo.h"
 #include "toolkit/BrowserControl.h"
 #include "toolkit/CxLinkLabel.h"
@@ -86,6 +86,12 @@ TEST_F(About, SendsLinksToTheSystemAndStays)
 {
     Show([&](TfrmGioithieu &box) {
         auto &page = In<TBrowserControl>(box, "wbAbout");
+        EXPECT_TRUE(TakesInput(page));
+        const QString mark = u"document.body.dataset.mark"_s;
+        page.Evaluate(mark + u" = 'same'"_s);
+        for (const QKeySequence keys : {u"F5"_s, u"Ctrl+R"_s, u"Alt+Left"_s})
+            QTest::keyClick(page.focusProxy(), keys[0].key(), keys[0].keyboardModifiers());
+        page.reload();
         for (int link : {0, 1}) {
             const QVariantList place =
                 page.Evaluate(u"(r => [r.left + 3, r.top + 3])(document.links[%1].getClientRects()[0])"_s.arg(link))
@@ -99,12 +105,7 @@ TEST_F(About, SendsLinksToTheSystemAndStays)
         EXPECT_TRUE(WaitFor([&] { return opened.size() == 4; }));
         EXPECT_EQ(opened, (QStringList{u"https://translator.lumivara.example/"_s, u"mailto:gopy@lumivara.example"_s,
                                        mail, u"https://example.org/"_s}));
-        const QString mark = u"document.body.dataset.mark"_s;
-        page.Evaluate(mark + u" = 'same'"_s);
-        for (const QKeySequence keys : {u"F5"_s, u"Ctrl+R"_s, u"Alt+Left"_s})
-            QTest::keyClick(page.focusProxy(), keys[0].key(), keys[0].keyboardModifiers());
-        page.reload();
-        Pause(200);
+        EXPECT_TRUE(WaitFor([&] { return !page.page()->isLoading(); }));
         EXPECT_EQ(page.Evaluate(mark).toString(), u"same"_s) << "nothing refreshes the page";
         // The page takes the keys first.
         page.setFocus();

@@ -1,6 +1,7 @@
 #include "reader/ReaderWindow.h"
 
 #include "support/FailingDisk.h"
+#include "support/PageInput.h"
 #include "toolkit/CxTextEdit.h"
 
 #include <QClipboard>
@@ -93,6 +94,7 @@ TEST_F(Content, TheEditKeysBelongToWhatHasTheFocus)
     const auto copied = [](const QString &text) {
         return WaitFor([&] { return QGuiApplication::clipboard()->text() == text; });
     };
+    ASSERT_TRUE(TakesInput(Browser()));
     Browser().setFocus();
     ASSERT_TRUE(WaitFor([this] { return Browser().focusProxy() && Browser().focusProxy()->hasFocus(); }));
     QTest::keyClick(Browser().focusProxy(), Qt::Key_A, Qt::ControlModifier);

@@ -21,7 +21,18 @@ QByteArray LongPage(int paragraphs)
 const QString visibility = u"getComputedStyle(document.querySelector('p')).contentVisibility"_s;
 
 class LongPageControl : public BrowserTest
-{};
+{
+protected:
+    /// Waits until the place is at the top of the view, and stays there from one painting to the next.
+    bool LandsOn(const QString &place)
+    {
+        Value(u"self.rest = 0, (function watch() {"
+              "    rest = Math.abs(%1.top) < 1 ? rest + 1 : 0;"
+              "    requestAnimationFrame(watch);"
+              "})()"_s.arg(place));
+        return Becomes(u"rest > 12"_s);
+    }
+};
 
 } // namespace
 
@@ -55,15 +66,11 @@ TEST_F(LongPageControl, IsAsLongAsInTheBareEngineWithinATenth)
 
 TEST_F(LongPageControl, LandsExactlyOnAnAnchorAndOnAHit)
 {
-    const QString top = u"Math.abs(document.getElementById('middle').getBoundingClientRect().top) < 1"_s;
     LoadBytes(LongPage(2500));
-    QTest::mouseClick(Input(), Qt::LeftButton, Qt::NoModifier, PlaceOf(u"#a"_s));
-    EXPECT_TRUE(Becomes(top));
-    Pause(200);
-    EXPECT_TRUE(Value(top).toBool()) << "it moved away again";
+    Click(u"#a"_s);
+    EXPECT_TRUE(LandsOn(u"document.getElementById('middle').getBoundingClientRect()"_s));
     LoadBytes(LongPage(2500));
     EXPECT_EQ(Control().SearchAndHighlight(u"needle"_s, {}, ScrollMode::None, {}, u"Yellow"_s), 1);
     EXPECT_TRUE(Control().ScrollToFirst(u"Needle"_s));
-    Pause(300);
-    EXPECT_TRUE(Value(u"Math.abs(document.querySelector('font').getClientRects()[0].top) < 1"_s).toBool());
+    EXPECT_TRUE(LandsOn(u"document.querySelector('font').getClientRects()[0]"_s));
 }
