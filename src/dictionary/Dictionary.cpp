@@ -49,7 +49,7 @@ QString CollectionKey()
 
 TfrmDictionary::TfrmDictionary(QWidget *parent)
     : QWidget(parent), qryWords(this), qryContents(this), qryCheckWord(this), dsWords(this), dsContents(this),
-      TimerDelta(this), ui(std::make_unique<Ui::frmDictionary>()), m_endScroll(this)
+      TimerDelta(this), TimerEndScroll(this), ui(std::make_unique<Ui::frmDictionary>())
 {
     InitDictionaryTexts();
     SetWindowFont(*this);
@@ -205,7 +205,7 @@ void TfrmDictionary::closeEvent(QCloseEvent *event)
 void TfrmDictionary::FormClose()
 {
     TimerDelta.stop();
-    m_endScroll.stop();
+    TimerEndScroll.stop();
     // What can't be stored is not remembered, without a word.
     try {
         frmKeloraDM->SetRegistryData(RegistryRoot::CurrentUser, CollectionKey(), vTypeDict, RegistryType::Integer,

@@ -53,7 +53,8 @@ public:
     TpFIBDataSet qryCheckWord;
     TDataSource dsWords;
     TDataSource dsContents;
-    QTimer TimerDelta; ///< runs from the first key on, and counts vDeltaT
+    QTimer TimerDelta;     ///< runs from the first key on, and counts vDeltaT
+    QTimer TimerEndScroll; ///< runs from each move in the list until its entry shows
 
     int vTypeDict = 0;
     QByteArray vHTMLString;
@@ -84,7 +85,6 @@ private:
 
     std::unique_ptr<Ui::frmDictionary> ui;
     QStringList vWordsDefQry; ///< the statement of the whole list
-    QTimer m_endScroll;
     int vDeltaT = 0;
     bool vIsInit = false;
     /// Off while a page is made: a web address then leaves for the system's browser, later it opens inside.

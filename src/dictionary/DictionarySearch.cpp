@@ -24,10 +24,10 @@ void TfrmDictionary::SetUpSearch()
     ConnectGuarded(&TimerDelta, &QTimer::timeout, this, [this] { TimerDeltaTimer(); });
     ui->edSearchWord->OnKeyDown = [this](int key, const QString &text) { edSearchWordKeyDown(key, text); };
 
-    m_endScroll.setSingleShot(true);
-    m_endScroll.setInterval(EndScrollRest);
-    ConnectGuarded(&m_endScroll, &QTimer::timeout, this, [this] { qryWordsEndScroll(); });
-    qryWords.AfterScroll = [this] { m_endScroll.start(); };
+    TimerEndScroll.setSingleShot(true);
+    TimerEndScroll.setInterval(EndScrollRest);
+    ConnectGuarded(&TimerEndScroll, &QTimer::timeout, this, [this] { qryWordsEndScroll(); });
+    qryWords.AfterScroll = [this] { TimerEndScroll.start(); };
 }
 
 void TfrmDictionary::edSearchWordKeyDown(int key, const QString &text)
@@ -103,7 +103,7 @@ void TfrmDictionary::RefreshWordList()
         if (vIsInit && !LastWord.isEmpty())
             qryWords.Locate(u"WORD_NAME"_s, LastWord);
     }
-    m_endScroll.stop();
+    TimerEndScroll.stop();
     qryContents.ParamByName(u"MULTI_DICT"_s).SetAsBoolean(MultiDictionary);
     qryContents.Open();
     ShowWordContent();

@@ -1,11 +1,13 @@
 #include "dictionary/DictionaryWindow.h"
 
 #include "stores/Scripter.h"
+#include "support/PageInput.h"
 #include "toolkit/CxGridDBTableView.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QProperty>
 
 using namespace Qt::StringLiterals;
 
@@ -121,7 +123,11 @@ TEST_F(Dictionary, ABurstOfKeysSearchesOnceAndOtherKeysNever)
     EXPECT_EQ(searches, 0);
     EXPECT_TRUE(WaitFor([&] { return searches == 1; }));
     EXPECT_EQ(Words(), (QStringList{u"nibbāna"_s, u"Nibbānapura"_s}));
-    Pause(500);
+    int ticks = 0;
+    const QObject scope;
+    QObject::connect(&form->TimerDelta, &QTimer::timeout, &scope, [&] { ++ticks; });
+    form->TimerDelta.setInterval(0);
+    EXPECT_TRUE(WaitFor([&] { return ticks > 100; }));
     EXPECT_EQ(searches, 1) << "the clock runs on, but does not meet its time again";
     QInputMethodEvent commit;
     commit.setCommitString(u"ā"_s);
@@ -142,13 +148,17 @@ TEST_F(Dictionary, KeysWalkTheListAndTheEntryComesWhenItRests)
     const Qt::Key keys[]{Qt::Key_Up,       Qt::Key_Down,     Qt::Key_PageDown, Qt::Key_PageUp, Qt::Key_PageUp,
                          Qt::Key_PageDown, Qt::Key_PageDown, Qt::Key_PageDown, Qt::Key_Down};
     QStringList rows;
+    int starts = 0;
+    const auto counting =
+        form->TimerEndScroll.bindableActive().onValueChanged([&] { starts += form->TimerEndScroll.isActive(); });
     for (const Qt::Key key : keys) {
+        const int row = form->qryWords.RecNo(), before = starts;
         Key(key);
         rows.append(QString::number(form->qryWords.RecNo()));
-        Pause(60);
-        EXPECT_EQ(Entry().Source(), page) << "each move puts the entry off";
+        EXPECT_EQ(starts > before, form->qryWords.RecNo() != row) << "each move puts it off";
     }
     EXPECT_EQ(rows.join(u' '), u"0 1 25 1 0 24 48 59 59"_s);
+    EXPECT_EQ(Entry().Source(), page);
     auto &list = In<TcxGridDBTableView>("gtvWords");
     EXPECT_TRUE(EntryShows(u"sense of v59"_s));
     EXPECT_EQ(LastWord, u"v59"_s);
@@ -268,6 +278,7 @@ TEST_F(Dictionary, AWordSelectedInTheEntryIsLookedUpByItsMenu)
         });
     };
     EXPECT_TRUE(areEnabled(false));
+    EXPECT_TRUE(TakesInput(Entry()));
     for (const Qt::KeyboardModifier modifier : {Qt::NoModifier, Qt::ControlModifier}) {
         QTest::mouseClick(Entry().focusProxy(), Qt::RightButton, modifier, QPoint(40, 60));
         EXPECT_TRUE(WaitFor([&] { return In<QMenu>("ppContent").isVisible(); })) << "with Ctrl as well";
@@ -301,13 +312,14 @@ TEST_F(Dictionary, ClosedOnTheWayItGoesWithoutATrace)
     for (const bool waitsForEntry : {false, true}) {
         OpenOn(5);
         Type(Edit(), u"dham"_s);
+        Key(Qt::Key_Down);
+        EXPECT_TRUE(form->TimerDelta.isActive() && form->TimerEndScroll.isActive());
         if (waitsForEntry) {
             Search(u"huge"_s);
             Multi().click();
         }
         form->close();
-        Pause(500);
-        EXPECT_EQ(Words().size(), waitsForEntry ? 1 : 68) << "nothing comes behind the closing";
+        EXPECT_FALSE(form->TimerDelta.isActive() || form->TimerEndScroll.isActive());
         // The program's own loop deletes it on its next turn.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         EXPECT_FALSE(form);
