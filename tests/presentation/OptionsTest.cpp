@@ -77,6 +77,7 @@ protected:
     {
         dialog = std::make_unique<TfrmOptions>();
         dialog->show();
+        dialog->activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
     }
     /// Chooses other values than the complete key has.

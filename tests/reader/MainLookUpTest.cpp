@@ -1,6 +1,10 @@
 #include "dictionary/DictionaryWindow.h"
+#include "support/PageInput.h"
 
 #include <QGuiApplication>
+#include <QScopedValueRollback>
+#include <QSignalSpy>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -9,11 +13,17 @@ namespace {
 class LookUp : public DictionaryWindow
 {
 protected:
-    /// A press on the end of the passage's first letters, as a hand does it.
+    /// A press on the end of the passage's first letters, as a hand does it, until what it calls has returned.
     void Press(Qt::KeyboardModifiers modifiers, Qt::MouseButton button = Qt::RightButton)
     {
+        bool isOver = false;
+        const auto answer = Browser().OnClick;
+        const QScopedValueRollback<decltype(Browser().OnClick)> watched(Browser().OnClick, [&](auto... press) {
+            answer(press...);
+            isOver = true;
+        });
         QTest::mouseClick(Browser().focusProxy(), button, modifiers, QPoint(14, 26));
-        Pause(150);
+        EXPECT_TRUE(WaitFor([&] { return isOver; }));
     }
     void LookUpAt() { Press(Qt::ControlModifier); }
     void Show(const QByteArray &page)
@@ -30,13 +40,16 @@ TEST_F(LookUp, TakesTheWordUnderTheMouseByCtrlAndTheRightButtonAlone)
 {
     StartReader();
     auto &menu = Find<QMenu>("ppContent");
+    const QSignalSpy asked(&Browser(), &QWidget::customContextMenuRequested);
+    EXPECT_TRUE(TakesInput(Browser()));
     Press({});
-    EXPECT_TRUE(menu.isVisible());
+    EXPECT_TRUE(WaitFor([&] { return menu.isVisible(); }));
     menu.close();
     Press(Qt::ControlModifier, Qt::LeftButton);
     Press({}, Qt::LeftButton);
     EXPECT_FALSE(FindForm(u"frmDictionary"_s));
     LookUpAt();
+    EXPECT_TRUE(WaitFor([&] { return asked.size() == 2; }));
     EXPECT_FALSE(menu.isVisible());
     FindDictionary();
     EXPECT_EQ(Edit().text(), u"pali"_s);
@@ -99,22 +112,23 @@ TEST_F(LookUp, RestoresAMinimisedWindowAndLeavesAnotherWhereItIs)
 {
     StartReader();
     OpenOn(5);
+    form->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(form));
-    for (const bool byGesture : {true, false}) {
-        form->showMinimized();
-        ASSERT_TRUE(WaitFor([&] { return form->isMinimized(); }));
-        byGesture ? LookUpAt() : Trigger("acDictionary");
-        EXPECT_TRUE(WaitFor([&] { return !form->isMinimized(); }));
-    }
-    (void)WaitFor([&] { return form->isActiveWindow(); }, 1000); // the desktop may be about to give it the focus
-    Pause(100);
     Activate();
+    const QSignalSpy focusMoves(qApp, &QGuiApplication::focusWindowChanged);
     LookUpAt();
     Trigger("acDictionary");
-    Pause(100);
-    EXPECT_TRUE(WaitFor([&] { return window->isActiveWindow(); }));
     EXPECT_EQ(FindForm(u"frmDictionary"_s), form);
     EXPECT_EQ(Edit().text(), u"pali"_s);
+    for (const bool byGesture : {true, false}) {
+        form->showMinimized();
+        ASSERT_TRUE(WaitFor([&] { return !form->windowHandle()->isExposed(); }));
+        // The desktop does one thing after the other, so that it would have moved the focus by now.
+        EXPECT_TRUE(!byGesture || focusMoves.isEmpty());
+        byGesture ? LookUpAt() : Trigger("acDictionary");
+        EXPECT_FALSE(form->isMinimized());
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(form));
+    }
 }
 
 TEST_F(LookUp, TheCommandTakesTheSelectionWithItsCapitals)

@@ -125,6 +125,7 @@ protected:
                 return;
             poll.stop();
             wasOpen = true;
+            dialog->activateWindow();
             EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
             EXPECT_TRUE(dialog->isModal());
             inside(*dialog);
