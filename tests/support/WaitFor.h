@@ -24,11 +24,3 @@ template <typename Condition>
         loop.exec();
     return holds;
 }
-
-/// Runs the event loop for a while.
-inline void Pause(int milliseconds)
-{
-    QEventLoop loop;
-    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
-    loop.exec();
-}

@@ -212,8 +212,8 @@ protected:
     void Walk(QWidget &window)
     {
         SCOPED_TRACE(window.objectName().toStdString());
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
         QApplication::sendPostedEvents();
-        Pause(50); // for layouts and the engine
         for (QWidget *widget : Shown(window)) {
             const bool isPage = qobject_cast<TBrowserControl *>(widget);
             if ((!TakesInput(*widget) && !isPage) || widget->focusProxy() || qobject_cast<QTabBar *>(widget))
@@ -239,7 +239,7 @@ protected:
                                             {"acOrganization", u"frmFocusHighlight"_s}}) {
             Trigger(command);
             QWidget *form = FindForm(name);
-            ASSERT_TRUE(form && QTest::qWaitForWindowActive(form)) << command;
+            ASSERT_TRUE(form) << command;
             Walk(*form);
             form->close();
             EXPECT_TRUE(WaitFor([&] { return !FindForm(name); }));
@@ -278,7 +278,7 @@ TEST_F(Access, EachWindow)
 {
     Open();
     AddMark(*AnotherCopy(), u"giới"_s);
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    Activate();
     Find<TBarCombo>("bcbInterface").SetItemIndex(24);
     WalkAll();
     Find<TBarCombo>("bcbLanguage").SetItemIndex(1);
@@ -302,11 +302,11 @@ TEST_F(Access, EachWindowWithTextHalfAsLargeAgain)
 TEST_F(Access, MenusOpenByTheKeyboard)
 {
     Open();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    Activate();
     for (const char *name : {"dbtSutas", "edFilterSutta", "ebContent"}) {
         Find<QWidget>(name).setFocus(Qt::TabFocusReason);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_F10, Qt::ShiftModifier);
-        EXPECT_TRUE(WaitFor([] { return QApplication::activePopupWidget() != nullptr; }, 1000)) << name;
+        EXPECT_TRUE(WaitFor([] { return QApplication::activePopupWidget() != nullptr; })) << name;
         while (QWidget *menu = QApplication::activePopupWidget())
             menu->close();
     }

@@ -92,7 +92,7 @@ TEST(ColorChooser, AsksInTheToolkitsDialogInBothLanguages)
     for (const bool isVietnamese : {true, false}) {
         InterfaceLang = isVietnamese ? 0 : 1;
         QString texts;
-        QTimer::singleShot(50, qApp, [&] {
+        QTimer::singleShot(0, qApp, [&] {
             auto *dialog = qobject_cast<QColorDialog *>(QApplication::activeModalWidget());
             texts = dialog->windowTitle();
             for (auto *widget : dialog->findChildren<QWidget *>()) {
