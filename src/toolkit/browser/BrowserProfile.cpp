@@ -23,7 +23,10 @@ public:
         const bool isOurs = url.scheme() == QLatin1StringView(PageScheme);
         // A page within itself would nest without end.
         const bool isPage = request.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame;
-        request.block(!MayRequest(url, request.firstPartyUrl(), isPage) || (isOurs && !isPage));
+        // The engine hears of a page of the web later than that page asks for what it holds: the first party is then
+        // still the page before, but the initiator is the one that asks.
+        const QUrl asking = IsWebAddress(request.initiator()) ? request.initiator() : request.firstPartyUrl();
+        request.block(!MayRequest(url, asking, isPage) || (isOurs && !isPage));
     }
 };
 
