@@ -8,6 +8,7 @@
 #include "lumivara-data/Verbs.h"
 #include "lumivara-data/canon/CanonRows.h"
 #include "lumivara-data/canon/CanonWriter.h"
+#include "stores/Schema.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -41,10 +42,10 @@ QByteArray Words(const QByteArray &words, int seed)
 }
 
 /// A segmented collection of 20 MB in three languages, and what becomes of it.
-class Collection
+class SegmentedTexts
 {
 public:
-    Collection()
+    SegmentedTexts()
     {
         QByteArray pali, vietnamese, english;
         for (int i = 0; i < 12; ++i) {
@@ -103,11 +104,9 @@ public:
         file.Create(path, 16384, false);
         file.RunSchema(u"canon"_s);
         {
-            const QStringList names{u"ID_VIT"_s,       u"ID_VIC"_s,       u"NUMBER_VIC"_s,
-                                    u"NAME_VIC_PAL"_s, u"NAME_VIC_VIE"_s, u"NAME_VIC_ENG"_s};
-            RowWriter rows(file, u"KELORA_CONTENT"_s, names + CanonText::PageColumns());
+            RowWriter rows(file, Table::KeloraContent, TextColumns());
             for (const CanonText &text : m_texts) {
-                rows.Append({text.idVit, text.idVic, *text.number, text.namePali, text.nameVietnamese, text.nameEnglish,
+                rows.Append({text.idVit, text.idVic, *text.number, text.nameVietnamese, text.namePali, text.nameEnglish,
                              text.pages[0], text.pages[1], text.pages[2], text.pages[3]});
             }
         }
@@ -132,7 +131,7 @@ public:
         QElapsedTimer clock;
         clock.start();
         QStringList selects;
-        for (const QString &column : CanonText::PageColumns())
+        for (const QString &column : PageColumns())
             selects.append(u"select N.%1 from KELORA_CONTENT N"_s.arg(column));
         RawStatement(Sample().Folder() + u"libfbclient.so.2"_s, Canon(), selects.join(u" union all "_s)).ReadBlobs();
         return Milliseconds(clock);
@@ -156,7 +155,7 @@ private:
 
 void RegisterCanonIoMeasures()
 {
-    const Lazy<Collection> collection{[] { return std::make_unique<Collection>(); }};
+    const Lazy<SegmentedTexts> collection{[] { return std::make_unique<SegmentedTexts>(); }};
     Register({.name = u"import-segmented"_s,
               .unit = u"ms"_s,
               .reach = u"at most 1.5 x"_s,

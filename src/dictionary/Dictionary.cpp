@@ -7,6 +7,7 @@
 #include "presentation/FontPolicy.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
+#include "stores/Schema.h"
 #include "stores/settings/Options.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Fonts.h"
@@ -30,7 +31,6 @@ static void InitDictionaryTexts()
 namespace {
 
 constexpr int SearchFontHeight = 15;
-constexpr int WordSize = 63;
 constexpr int ListWidth = 200;
 constexpr char16_t TaruneOptionsKey[] = u"\\Software\\Melko\\Tarune\\Options\\";
 
@@ -85,8 +85,8 @@ void TfrmDictionary::DeclareData()
         u"SELECT"_s, u"    e.WORD_NAME,"_s, u"    e.DICT_TYPE"_s, u"FROM"_s, u"    SP_GET_LIST_WORDS(:A_DICT) e"_s,
     };
     qryWords.RefreshSQL() = qryWords.SelectSQL();
-    qryWords.AddField(u"WORD_NAME"_s, FieldType::WideString, WordSize);
-    qryWords.AddField(u"DICT_TYPE"_s, FieldType::Integer);
+    qryWords.AddField(Field::WordName, FieldType::WideString, Length::Word);
+    qryWords.AddField(Field::DictType, FieldType::Integer);
 
     qryContents.setObjectName(u"qryContents"_s);
     qryContents.SelectSQL() = QStringList{
@@ -94,15 +94,15 @@ void TfrmDictionary::DeclareData()
         u"from SP_GET_WORD_CONTENT(:DICT_TYPE, :WORD_NAME, :MULTI_DICT) E  "_s,
     };
     qryContents.RefreshSQL() = qryContents.SelectSQL();
-    qryContents.AddField(u"WORD_CONTENT"_s, FieldType::Blob);
-    qryContents.AddField(u"WORD_CONTENT_2"_s, FieldType::Blob);
+    qryContents.AddField(Field::WordContent, FieldType::Blob);
+    qryContents.AddField(Field::WordContent2, FieldType::Blob);
 
     qryCheckWord.setObjectName(u"qryCheckWord"_s);
     qryCheckWord.SelectSQL() = QStringList{
         u"select sp.result"_s,
         u"from sp_check_word(:TYPE_DICT, :A_WORD) sp"_s,
     };
-    qryCheckWord.AddField(u"RESULT"_s, FieldType::Integer);
+    qryCheckWord.AddField(Field::Result, FieldType::Integer);
 
     for (TpFIBDataSet *dataSet : {&qryWords, &qryContents, &qryCheckWord}) {
         if (frmDictionaryDM) {
@@ -123,13 +123,13 @@ void TfrmDictionary::SetUpCommands()
     const auto wire = [this](QAction *action, auto execute) {
         ConnectGuarded(action, &QAction::triggered, this, execute);
     };
-    wire(ui->acEVShow, [this] { SelectDictionary(1, vSTextEV); });
-    wire(ui->acVEShow, [this] { SelectDictionary(2, vSTextVE); });
-    wire(ui->acPaliViet, [this] { SelectDictionary(5, vSTextPV); });
-    wire(ui->acVietPali, [this] { SelectDictionary(6, vSTextVP); });
+    wire(ui->acEVShow, [this] { SelectDictionary(DictKind::EnglishVietnamese, vSTextEV); });
+    wire(ui->acVEShow, [this] { SelectDictionary(DictKind::VietnameseEnglish, vSTextVE); });
+    wire(ui->acPaliViet, [this] { SelectDictionary(DictKind::PaliVietnamese, vSTextPV); });
+    wire(ui->acVietPali, [this] { SelectDictionary(DictKind::VietnamesePali, vSTextVP); });
     // Both take the text of the first kind along.
-    wire(ui->acEngPali, [this] { SelectDictionary(7, vSTextEV); });
-    wire(ui->acPaliEng, [this] { SelectDictionary(8, vSTextEV); });
+    wire(ui->acEngPali, [this] { SelectDictionary(DictKind::EnglishPali, vSTextEV); });
+    wire(ui->acPaliEng, [this] { SelectDictionary(DictKind::PaliEnglish, vSTextEV); });
     wire(ui->acCopy, [this] { ui->ebContentWord->Copy(); });
     wire(ui->acSelectAll, [this] { ui->ebContentWord->SelectAll(); });
     wire(ui->acGotoWord, [this] { acGotoWordExecute(); });
@@ -167,16 +167,16 @@ void TfrmDictionary::FormCreate()
     ui->bMultiDictionary->setChecked(MultiDictionary);
     vTypeDict = DictionaryKind;
     switch (vTypeDict) {
-    case 1:
-    case 2:
-    case 5:
-    case 6:
-    case 8:
+    case DictKind::EnglishVietnamese:
+    case DictKind::VietnameseEnglish:
+    case DictKind::PaliVietnamese:
+    case DictKind::VietnamesePali:
+    case DictKind::PaliEnglish:
         SwitchDictionary(vTypeDict, {}, GetDictionaryCaption(vTypeDict, InterfaceLang));
         break;
-    case 7:
+    case DictKind::EnglishPali:
         // Opens under the caption of its partner, until a dictionary is picked.
-        SwitchDictionary(7, {}, GetDictionaryCaption(8, InterfaceLang));
+        SwitchDictionary(vTypeDict, {}, GetDictionaryCaption(DictKind::PaliEnglish, InterfaceLang));
         break;
     default:
         break;
@@ -235,16 +235,16 @@ void TfrmDictionary::SaveSearchText()
 {
     const QString text = ui->edSearchWord->text();
     switch (vTypeDict) {
-    case 1:
+    case DictKind::EnglishVietnamese:
         vSTextEV = text;
         break;
-    case 2:
+    case DictKind::VietnameseEnglish:
         vSTextVE = text;
         break;
-    case 3:
+    case DictKind::FrenchVietnamese:
         vSTextFV = text;
         break;
-    case 4:
+    case DictKind::VietnameseFrench:
         vSTextVF = text;
         break;
     default:
@@ -264,7 +264,8 @@ void TfrmDictionary::SwitchDictionary(int kind, const QString &text, const QStri
 
 void TfrmDictionary::SaveHTMLFormatted()
 {
-    const QByteArray entry = qryContents.Active() ? qryContents.FieldByName(u"WORD_CONTENT"_s).AsBytes() : QByteArray();
+    const QByteArray entry =
+        qryContents.Active() ? qryContents.FieldByName(Field::WordContent).AsBytes() : QByteArray();
     vHTMLString = FormatEntry(entry, FontName);
 }
 
@@ -272,7 +273,7 @@ void TfrmDictionary::ShowWordContent()
 {
     try {
         FIsStartPage = false;
-        LastWord = qryWords.FieldByName(u"WORD_NAME"_s).AsString();
+        LastWord = qryWords.FieldByName(Field::WordName).AsString();
         ui->ebContentWord->SetHostCSS(EntryStyle());
         SaveHTMLFormatted();
         ui->ebContentWord->LoadFromString(vHTMLString, LastWord);
@@ -286,7 +287,7 @@ void TfrmDictionary::bMultiDictionaryClick()
     MultiDictionary = ui->bMultiDictionary->isChecked();
     GetDictionaryCaption(vTypeDict, InterfaceLang);
     qryContents.Close();
-    qryContents.ParamByName(u"MULTI_DICT"_s).SetAsBoolean(MultiDictionary);
+    qryContents.ParamByName(Parameter::MultiDict).SetAsBoolean(MultiDictionary);
     qryContents.Open();
     ShowWordContent();
 }

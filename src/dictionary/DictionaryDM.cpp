@@ -1,5 +1,6 @@
 #include "dictionary/DictionaryDM.h"
 
+#include "stores/Schema.h"
 #include "stores/settings/Options.h"
 
 TfrmDictionaryDM::TfrmDictionaryDM(ModuleDoors doors, QObject *owner)
@@ -14,7 +15,7 @@ TfrmDictionaryDM::TfrmDictionaryDM(ModuleDoors doors, QObject *owner)
 void TfrmDictionaryDM::DataModuleCreate()
 {
     vIsOKDictionary = true;
-    PrepareConnection(dbDictionary, trDictionary, AppPath + QStringLiteral("PALIDICT.FDB"), m_doors.exeName);
+    PrepareConnection(dbDictionary, trDictionary, AppPath + DatabaseFile::Dictionary, m_doors.exeName);
     try {
         dbDictionary.SetConnected(true);
         trDictionary.SetActive(true);

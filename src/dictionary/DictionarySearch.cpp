@@ -2,6 +2,7 @@
 
 #include "base/Texts.h"
 #include "dictionary/WordRules.h"
+#include "stores/Schema.h"
 #include "stores/settings/Options.h"
 #include "toolkit/program/Guard.h"
 #include "ui_Dictionary.h"
@@ -98,13 +99,13 @@ void TfrmDictionary::RefreshWordList()
             qryWords.ParamByName(u"SEARCHTEXT"_s).SetAsString(LowerForm(text));
             qryWords.ParamByName(u"SEARCHTEXT_MIXER"_s).SetAsString(MixedForm(text));
         }
-        qryWords.ParamByName(u"A_DICT"_s).SetAsInteger(vTypeDict);
+        qryWords.ParamByName(Parameter::ADict).SetAsInteger(vTypeDict);
         qryWords.Open();
         if (vIsInit && !LastWord.isEmpty())
-            qryWords.Locate(u"WORD_NAME"_s, LastWord);
+            qryWords.Locate(Field::WordName, LastWord);
     }
     TimerEndScroll.stop();
-    qryContents.ParamByName(u"MULTI_DICT"_s).SetAsBoolean(MultiDictionary);
+    qryContents.ParamByName(Parameter::MultiDict).SetAsBoolean(MultiDictionary);
     qryContents.Open();
     ShowWordContent();
 }
@@ -112,10 +113,10 @@ void TfrmDictionary::RefreshWordList()
 bool TfrmDictionary::HasWord(int kind, const QString &form)
 {
     qryCheckWord.Close();
-    qryCheckWord.ParamByName(u"A_WORD"_s).SetAsString(form);
-    qryCheckWord.ParamByName(u"TYPE_DICT"_s).SetAsInteger(kind);
+    qryCheckWord.ParamByName(Parameter::AWord).SetAsString(form);
+    qryCheckWord.ParamByName(Parameter::TypeDict).SetAsInteger(kind);
     qryCheckWord.Open();
-    return qryCheckWord.FieldByName(u"RESULT"_s).AsInteger() == 1;
+    return qryCheckWord.FieldByName(Field::Result).AsInteger() == 1;
 }
 
 void TfrmDictionary::SearchingText(const QString &text)

@@ -22,7 +22,7 @@ struct KindRow
     const char16_t *multiEnglish;
 };
 
-constexpr std::array<KindRow, 8> Kinds{{
+constexpr std::array<KindRow, DictKind::All.size()> Kinds{{
     {u"Anh-Việt", u"English-Vietnamese", u"+ Pāli", u"+ Pāli"},
     {u"Việt-Anh", u"Vietnamese-English", u"+ Pāli", u"+ Pāli"},
     {u"Pháp-Việt", u"French-Vietnamese", nullptr, nullptr},
@@ -35,7 +35,7 @@ constexpr std::array<KindRow, 8> Kinds{{
 
 const KindRow *RowOf(int kind)
 {
-    return kind >= 1 && kind <= static_cast<int>(Kinds.size()) ? &Kinds[kind - 1] : nullptr;
+    return IsOneOf(DictKind::All, kind) ? &Kinds[static_cast<size_t>(kind - DictKind::All.front())] : nullptr;
 }
 
 } // namespace
@@ -82,11 +82,11 @@ int DictionaryKindOf(int contentLanguage, int current)
 {
     switch (contentLanguage) {
     case PageMode::Pali:
-        return 5;
+        return DictKind::PaliVietnamese;
     case PageMode::Vietnamese:
-        return 6;
+        return DictKind::VietnamesePali;
     case PageMode::English:
-        return 1;
+        return DictKind::EnglishVietnamese;
     default:
         return current;
     }
@@ -104,19 +104,20 @@ QString MixedForm(const QString &text)
 
 QString TestedForm(int kind, const QString &text)
 {
-    return kind == 1 ? LowerAscii(text) : UpperByCharacter(text);
+    return kind == DictKind::EnglishVietnamese ? LowerAscii(text) : UpperByCharacter(text);
 }
 
 std::optional<WordPlace> FindDictionary(int kind, const QString &text,
                                         const std::function<bool(int kind, const QString &form)> &contains)
 {
-    constexpr std::array<int, 3> firstOfPair{1, 5, 7};
+    constexpr std::array<int, 3> firstOfPair{DictKind::EnglishVietnamese, DictKind::PaliVietnamese,
+                                             DictKind::EnglishPali};
     for (const int first : firstOfPair) {
         if (kind != first && kind != first + 1)
             continue;
         if (contains(first, TestedForm(first, text)))
             return WordPlace{first, text};
-        if (first == 1 && !text.isEmpty() && text.back().toLower() == u's')
+        if (first == DictKind::EnglishVietnamese && !text.isEmpty() && text.back().toLower() == u's')
             return WordPlace{first, text.chopped(1)};
         if (contains(first + 1, TestedForm(first + 1, text)))
             return WordPlace{first + 1, text};

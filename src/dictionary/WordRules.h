@@ -5,9 +5,7 @@
 #include <functional>
 #include <optional>
 
-/// The rules of the dictionary window that need no window. A kind is one directed dictionary: 1 English-Vietnamese,
-/// 2 Vietnamese-English, 3 and 4 the French pair, 5 Pāli-Vietnamese, 6 Vietnamese-Pāli, 7 English-Pāli,
-/// 8 Pāli-English; 0 is none. Texts are UTF-16.
+/// The rules of the dictionary window that need no window. A kind is one of DictKind, 0 is none. Texts are UTF-16.
 
 constexpr int WordPage = 24; ///< rows that Page Up and Page Down move, whatever the list's height
 
@@ -23,8 +21,8 @@ int DictionaryKindOf(int contentLanguage, int current);
 /// alone; the mixed form is not trimmed and has its first character in upper case by the full Unicode rule.
 QString LowerForm(const QString &text);
 QString MixedForm(const QString &text);
-/// The text as the existence test of a kind takes it: ASCII lower case for kind 1, full upper case, one character for
-/// one, for the others.
+/// The text as the existence test of a kind takes it: ASCII lower case for English-Vietnamese, full upper case, one
+/// character for one, for the others.
 QString TestedForm(int kind, const QString &text);
 
 struct WordPlace

@@ -5,6 +5,7 @@
 #include "marks/MarkCaptions.h"
 #include "stores/ClientsDM.h"
 #include "stores/Modules.h"
+#include "stores/Schema.h"
 #include "stores/settings/Options.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
@@ -19,7 +20,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int Priorities = 4;
 constexpr MarkCaptions captions{u"Tiêu đề", u"Mức quan tâm", u"Từ khóa", u"Ghi chú"};
 
 } // namespace
@@ -33,7 +33,7 @@ TfrmFocusEdit::TfrmFocusEdit(QWidget *parent)
     ui->setupUi(this);
     GrowWithText(*this);
     TranslateForm(*this);
-    for (int priority = 1; priority <= Priorities; ++priority)
+    for (const int priority : Priority::All)
         ui->edPriority->AddItem(priority);
     ui->edNameFocus->SetDataSource(&frmClientsDM->dsFocus);
     ui->edPriority->SetDataSource(&frmClientsDM->dsFocus);
@@ -91,15 +91,15 @@ void TfrmFocusEdit::ShowExcerpt()
     const QByteArray excerpt = excerptFile.Load();
     ui->ebContentFocus->LoadFromString(excerpt);
     TpFIBDataSet &qryFocus = frmClientsDM->qryFocus;
-    qryFocus.FieldByName(u"TEXT_FOC"_s).SetAsBytes(excerpt);
-    qryFocus.FieldByName(u"NAME_FOC"_s).SetAsString(DefaultTitle(qryFocus.FieldByName(u"TEXT_FOC"_s).AsBytes()));
+    qryFocus.FieldByName(Field::TextFoc).SetAsBytes(excerpt);
+    qryFocus.FieldByName(Field::NameFoc).SetAsString(DefaultTitle(qryFocus.FieldByName(Field::TextFoc).AsBytes()));
 }
 
 void TfrmFocusEdit::acOKExecute()
 {
     // Letters that the input method has not handed over yet belong to the mark.
     QGuiApplication::inputMethod()->commit();
-    frmClientsDM->qryFocus.FieldByName(u"TEXT_FOC"_s).SetAsBytes(excerptFile.Load());
+    frmClientsDM->qryFocus.FieldByName(Field::TextFoc).SetAsBytes(excerptFile.Load());
     frmClientsDM->qryFocus.Post();
     done(Accepted);
 }

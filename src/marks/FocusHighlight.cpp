@@ -10,6 +10,7 @@
 #include "presentation/languages/DKLang.h"
 #include "stores/ClientsDM.h"
 #include "stores/Modules.h"
+#include "stores/Schema.h"
 #include "stores/settings/Options.h"
 #include "toolkit/bound/DataSetActions.h"
 #include "toolkit/program/Fonts.h"
@@ -34,12 +35,9 @@ static void InitMarkImages()
 namespace {
 
 constexpr int ListWidth = 281;
-constexpr int Priorities = 4;
-constexpr int OrdinaryPriority = 3;
 constexpr int ImageSize = 16;
 constexpr MarkCaptions vietnameseCaptions{u"Tiêu đề", u"Mức", u"Từ khóa", u"Ghi chú"};
 constexpr MarkCaptions designedCaptions{u"Tiêu đề:", u"Mức", u"Từ khóa", u"Ghi chú:"};
-const QString excerptField = u"TEXT_FOC"_s;
 
 TpFIBDataSet &Marks()
 {
@@ -48,9 +46,9 @@ TpFIBDataSet &Marks()
 
 QIcon PriorityImage(int priority)
 {
-    if (priority != OrdinaryPriority)
+    if (priority != Priority::Normal)
         return QIcon(u":/marks/priority-%1.picture"_s.arg(priority));
-    // Nothing marks the ordinary, yet in a list its description stands under the others.
+    // Nothing marks a normal one, yet in a list its description stands under the others.
     QPixmap nothing(ImageSize, ImageSize);
     nothing.fill(Qt::transparent);
     return nothing;
@@ -82,7 +80,7 @@ void TfrmFocusHighlight::SetUpControls()
                                u"Tiểu Bộ"_s, u"Luật Tạng"_s});
     ui->lcLeftItemSuttaType->setVisible(CollectionMode != 1);
     ConnectGuarded(ui->cbSuttaType, &QComboBox::currentIndexChanged, this, [this] { cbSuttaTypePropertiesChange(); });
-    for (int priority = 1; priority <= Priorities; ++priority) {
+    for (const int priority : Priority::All) {
         ui->edPriority->AddItem(priority, PriorityImage(priority));
         ui->gtvFocusPRIORITY_FOC->SetImage(priority, PriorityImage(priority));
     }
@@ -180,7 +178,7 @@ TfrmFocusHighlight::Shown TfrmFocusHighlight::CurrentRow() const
 {
     const bool isPending = Marks().State() == DataSetState::Insert;
     return {m_openings, isPending ? Marks().RecordCount() : Marks().RecNo(),
-            Marks().FieldByName(u"NIC_SUT"_s).AsInteger(), Marks().FieldByName(excerptField).AsBytes()};
+            Marks().FieldByName(Field::NicSut).AsInteger(), Marks().FieldByName(Field::TextFoc).AsBytes()};
 }
 
 void TfrmFocusHighlight::gtvFocusSelectionChanged()
@@ -202,11 +200,11 @@ void TfrmFocusHighlight::FollowMark()
     m_following.Run([this] {
         if (!HasRow())
             return;
-        const int collection = Marks().FieldByName(u"NIK_SUT"_s).AsInteger();
-        const int number = Marks().FieldByName(u"NIC_SUT"_s).AsInteger();
+        const int collection = Marks().FieldByName(Field::NikSut).AsInteger();
+        const int number = Marks().FieldByName(Field::NicSut).AsInteger();
         // One character for each byte, the mark at the beginning included: only an excerpt without that mark and in
         // plain ASCII is found again.
-        const QString words = HtmlToPlainText(FromWindows1252(Marks().FieldByName(excerptField).AsBytes()));
+        const QString words = HtmlToPlainText(FromWindows1252(Marks().FieldByName(Field::TextFoc).AsBytes()));
         if (m_following.IsOver())
             return;
         m_reading.OpenMarkedText(collection, number);

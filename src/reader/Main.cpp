@@ -30,8 +30,6 @@ static void InitImages()
 
 namespace {
 
-constexpr int TreeIdSize = 31;
-constexpr int NameSize = 127;
 constexpr int TreeWidth = 320;
 constexpr quint16 DesignLanguage = 1066; // Vietnamese
 
@@ -94,13 +92,13 @@ void TfrmMain::DeclareTreeData()
         QStringLiteral("from KELORA_CONTENT N  "),
     };
     qryTreeSutas.RefreshSQL() = qryTreeSutas.SelectSQL();
-    qryTreeSutas.AddField(QStringLiteral("ID_VIC"), FieldType::Integer);
-    qryTreeSutas.AddField(QStringLiteral("TREE_ID"), FieldType::WideString, TreeIdSize);
-    qryTreeSutas.AddField(QStringLiteral("P_TREE_ID"), FieldType::WideString, TreeIdSize);
-    qryTreeSutas.AddField(QStringLiteral("NAME_VIC_VIE"), FieldType::WideString, NameSize);
-    qryTreeSutas.AddField(QStringLiteral("NAME_VIC_PAL"), FieldType::WideString, NameSize);
-    qryTreeSutas.AddField(QStringLiteral("NAME_VIC_ENG"), FieldType::WideString, NameSize);
-    qryTreeSutas.AddField(QStringLiteral("NUMBER_VIC"), FieldType::Integer);
+    qryTreeSutas.AddField(Field::IdVic, FieldType::Integer);
+    qryTreeSutas.AddField(Field::TreeId, FieldType::WideString, Length::TreeId);
+    qryTreeSutas.AddField(Field::ParentTreeId, FieldType::WideString, Length::TreeId);
+    qryTreeSutas.AddField(Field::NameVicVie, FieldType::WideString, Length::Name);
+    qryTreeSutas.AddField(Field::NameVicPal, FieldType::WideString, Length::Name);
+    qryTreeSutas.AddField(Field::NameVicEng, FieldType::WideString, Length::Name);
+    qryTreeSutas.AddField(Field::NumberVic, FieldType::Integer);
     dsTreeSutas.setObjectName(QStringLiteral("dsTreeSutas"));
     dsTreeSutas.SetDataSet(&qryTreeSutas);
     if (frmKeloraDM) {
@@ -126,18 +124,18 @@ void TfrmMain::DeclareContentData()
                                                   QStringLiteral("    and N.ID_VIC = :OLD_ID_VIC"),
                                                   QStringLiteral("     )"),
                                               };
-    qryKeloraContent.AddField(QStringLiteral("ID_VIT"), FieldType::Integer);
-    qryKeloraContent.AddField(QStringLiteral("ID_VIC"), FieldType::Integer);
-    qryKeloraContent.AddField(QStringLiteral("NAME_VIC_PAL"), FieldType::WideString, NameSize);
-    qryKeloraContent.AddField(QStringLiteral("NAME_VIC_ENG"), FieldType::WideString, NameSize);
-    qryKeloraContent.AddField(QStringLiteral("NAME_VIC_VIE"), FieldType::WideString, NameSize);
+    qryKeloraContent.AddField(Field::IdVit, FieldType::Integer);
+    qryKeloraContent.AddField(Field::IdVic, FieldType::Integer);
+    qryKeloraContent.AddField(Field::NameVicPal, FieldType::WideString, Length::Name);
+    qryKeloraContent.AddField(Field::NameVicEng, FieldType::WideString, Length::Name);
+    qryKeloraContent.AddField(Field::NameVicVie, FieldType::WideString, Length::Name);
     const auto addContent = [&](const QString &column, const QString &component) {
         qryKeloraContent.AddField(column, FieldType::Blob, 0, name + component);
     };
-    addContent(QStringLiteral("CONTENT_VIC_PAL"), QStringLiteral("CONTENT_PAL"));
-    addContent(QStringLiteral("CONTENT_VIC_ENG"), QStringLiteral("CONTENT_ENG"));
-    addContent(QStringLiteral("CONTENT_VIC_VIE"), QStringLiteral("CONTENT_VIE"));
-    addContent(QStringLiteral("CONTENT_VIC_PAL_VIE"), QStringLiteral("CONTENT_VIE_PAL"));
+    addContent(Field::ContentVicPal, QStringLiteral("CONTENT_PAL"));
+    addContent(Field::ContentVicEng, QStringLiteral("CONTENT_ENG"));
+    addContent(Field::ContentVicVie, QStringLiteral("CONTENT_VIE"));
+    addContent(Field::ContentVicPalVie, QStringLiteral("CONTENT_VIE_PAL"));
     dsKeloraContent.setObjectName(QStringLiteral("dsKeloraContent"));
     dsKeloraContent.SetDataSet(&qryKeloraContent);
     dsKeloraContent.OnDataChange = [this] { dsKeloraContentDataChange(); };
@@ -212,8 +210,8 @@ void TfrmMain::bcbLanguageChange()
     InterfaceLang = index;
     // The English interface reads the names in Pāli; a further language leaves the columns as they are.
     if (InterfaceLang == 0 || InterfaceLang == 1) {
-        ui->dbtSutas->Column(QStringLiteral("NAME_VIC_VIE"))->SetVisible(InterfaceLang == 0);
-        ui->dbtSutas->Column(QStringLiteral("NAME_VIC_PAL"))->SetVisible(InterfaceLang == 1);
+        ui->dbtSutas->Column(Field::NameVicVie)->SetVisible(InterfaceLang == 0);
+        ui->dbtSutas->Column(Field::NameVicPal)->SetVisible(InterfaceLang == 1);
     }
     frmKeloraDM->WriteOption(QStringLiteral("InterfaceLang"), InterfaceLang);
 }
@@ -242,8 +240,7 @@ void TfrmMain::closeEvent(QCloseEvent *event)
 
 void TfrmMain::StoreLastKelora()
 {
-    const int idVic =
-        qryKeloraContent.Active() ? qryKeloraContent.FieldByName(QStringLiteral("ID_VIC")).AsInteger() : 0;
+    const int idVic = qryKeloraContent.Active() ? qryKeloraContent.FieldByName(Field::IdVic).AsInteger() : 0;
     frmKeloraDM->WriteOption(QStringLiteral("LastKelora"), idVic);
 }
 

@@ -68,15 +68,14 @@ QByteArray TfrmMain::ComposePage(int mode)
     if (!page.isEmpty())
         return page;
     const auto nameOf = [this](const QString &field) { return qryTreeSutas.FieldByName(field).AsString(); };
-    return ComposeFallbackPage(FallbackText(qryTreeSutas.FieldByName(QStringLiteral("ID_VIC")).AsInteger(),
-                                            InterfaceLang, nameOf(QStringLiteral("NAME_VIC_VIE")),
-                                            nameOf(QStringLiteral("NAME_VIC_ENG"))));
+    return ComposeFallbackPage(FallbackText(qryTreeSutas.FieldByName(Field::IdVic).AsInteger(), InterfaceLang,
+                                            nameOf(Field::NameVicVie), nameOf(Field::NameVicEng)));
 }
 
 QString TfrmMain::PageTitle()
 {
     const TDBTreeListColumn *column = ShownNameColumn();
-    return qryTreeSutas.FieldByName(column ? column->FieldName() : QStringLiteral("NAME_VIC_VIE")).AsString();
+    return qryTreeSutas.FieldByName(column ? column->FieldName() : Field::NameVicVie).AsString();
 }
 
 void TfrmMain::SetContentLanguage(int mode)

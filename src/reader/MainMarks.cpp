@@ -1,4 +1,5 @@
 #include "reader/Main.h"
+#include "stores/Schema.h"
 #include "stores/settings/Options.h"
 
 #include "base/InterfaceLanguage.h"
@@ -22,12 +23,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr int KeloraCollection = 6;
-
-} // namespace
-
 void TfrmMain::DeclareSuttaListScript()
 {
     scInsKelora.setObjectName(u"scInsKelora"_s);
@@ -42,7 +37,7 @@ void TfrmMain::acFocusHighlightExecute()
     if (std::exchange(m_isMarking, true))
         return;
     const auto end = qScopeGuard([this] { m_isMarking = false; });
-    const int number = qryTreeSutas.FieldByName(u"ID_VIC"_s).AsInteger();
+    const int number = qryTreeSutas.FieldByName(Field::IdVic).AsInteger();
     TfrmFocusEdit editor(this);
     const QString selection = ui->ebContent->GetSelectedHtml();
     if (selection.isEmpty())
@@ -53,8 +48,8 @@ void TfrmMain::acFocusHighlightExecute()
     TpFIBDataSet &qryFocus = frmClientsDM->qryFocus;
     qryFocus.Open();
     qryFocus.Insert();
-    qryFocus.FieldByName(u"NIK_SUT"_s).SetAsInteger(KeloraCollection);
-    qryFocus.FieldByName(u"NIC_SUT"_s).SetAsInteger(number);
+    qryFocus.FieldByName(Field::NikSut).SetAsInteger(Collection::Kelora);
+    qryFocus.FieldByName(Field::NicSut).SetAsInteger(number);
     editor.exec();
 }
 
@@ -82,9 +77,9 @@ void TfrmMain::OpenMarkedText(int collection, int number)
     if (CollectionMode != 2)
         return;
     static const std::array commands{u"acDN"_s, u"acMN"_s, u"acAN"_s, u"acSN"_s, u"acKN"_s};
-    const bool isKnown = collection >= 1 && collection <= static_cast<int>(commands.size());
+    const bool isKnown = collection >= Collection::Digha && collection <= Collection::Khuddaka;
     if (isKnown && vTaruneBook != collection) {
-        if (auto *command = findChild<QAction *>(commands[static_cast<size_t>(collection - 1)]))
+        if (auto *command = findChild<QAction *>(commands[static_cast<size_t>(collection - Collection::Digha)]))
             command->trigger();
     }
     qryTreeSutas.Locate(u"ID_NIC"_s, number);

@@ -5,6 +5,7 @@
 #include "reader/ReaderRules.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
+#include "stores/Schema.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Guard.h"
 #include "ui_Main.h"
@@ -18,19 +19,15 @@ enum class OpenSutta { Last = 1, Random = 2 };
 struct NameColumnField
 {
     NameColumn column;
-    QString field;
+    SchemaName field;
 };
 
 /// The columns that hold names, in the order in which the filter looks for the one that shows.
-const std::array<NameColumnField, 3> &NameColumns()
-{
-    static const std::array<NameColumnField, 3> columns{{
-        {NameColumn::Pali, QStringLiteral("NAME_VIC_PAL")},
-        {NameColumn::Vietnamese, QStringLiteral("NAME_VIC_VIE")},
-        {NameColumn::English, QStringLiteral("NAME_VIC_ENG")},
-    }};
-    return columns;
-}
+constexpr std::array<NameColumnField, 3> NameColumns{{
+    {NameColumn::Pali, Field::NameVicPal},
+    {NameColumn::Vietnamese, Field::NameVicVie},
+    {NameColumn::English, Field::NameVicEng},
+}};
 
 } // namespace
 
@@ -39,12 +36,12 @@ void TfrmMain::SetUpTree()
     const auto addColumn = [this](const QString &field, bool isVisible) {
         ui->dbtSutas->AddColumn(field, QStringLiteral("dbtSutas") + field, isVisible);
     };
-    addColumn(QStringLiteral("ID_VIC"), false);
-    addColumn(QStringLiteral("TREE_ID"), false);
-    addColumn(QStringLiteral("P_TREE_ID"), false);
-    addColumn(QStringLiteral("NAME_VIC_VIE"), true);
-    addColumn(QStringLiteral("NAME_VIC_PAL"), false);
-    addColumn(QStringLiteral("NAME_VIC_ENG"), false);
+    addColumn(Field::IdVic, false);
+    addColumn(Field::TreeId, false);
+    addColumn(Field::ParentTreeId, false);
+    addColumn(Field::NameVicVie, true);
+    addColumn(Field::NameVicPal, false);
+    addColumn(Field::NameVicEng, false);
     ui->dbtSutas->SetDataSource(&dsTreeSutas);
     ConnectGuarded(ui->dbtSutas, &QWidget::customContextMenuRequested, this, [this](const QPoint &point) {
         ui->ppTreeKelora->popup(ui->dbtSutas->viewport()->mapToGlobal(point));
@@ -61,7 +58,7 @@ void TfrmMain::LoadContentData()
 
 void TfrmMain::OpenText(const QVariant &idVic)
 {
-    qryTreeSutas.Locate(QStringLiteral("ID_VIC"), idVic);
+    qryTreeSutas.Locate(Field::IdVic, idVic);
 }
 
 void TfrmMain::LoadKeloraTree()
@@ -72,7 +69,7 @@ void TfrmMain::LoadKeloraTree()
     if (!text.isEmpty()) {
         NameColumn column = NameColumn::None;
         const TDBTreeListColumn *shown = ShownNameColumn();
-        for (const NameColumnField &name : NameColumns()) {
+        for (const NameColumnField &name : NameColumns) {
             if (shown && shown->FieldName() == name.field)
                 column = name.column;
         }
@@ -92,17 +89,17 @@ void TfrmMain::LocateOpeningPassage()
     // A number that no row has leaves the cursor on the first row.
     switch (static_cast<OpenSutta>(frmKeloraDM->vOpenSutta)) {
     case OpenSutta::Last:
-        qryTreeSutas.Locate(QStringLiteral("ID_VIC"), frmKeloraDM->vLastKelora);
+        qryTreeSutas.Locate(Field::IdVic, frmKeloraDM->vLastKelora);
         break;
     case OpenSutta::Random:
-        qryTreeSutas.Locate(QStringLiteral("NUMBER_VIC"), RandomSuttaNumber(Doors().drawNumber()));
+        qryTreeSutas.Locate(Field::NumberVic, RandomSuttaNumber(Doors().drawNumber()));
         break;
     }
 }
 
 TDBTreeListColumn *TfrmMain::ShownNameColumn() const
 {
-    for (const NameColumnField &name : NameColumns()) {
+    for (const NameColumnField &name : NameColumns) {
         TDBTreeListColumn *column = ui->dbtSutas->Column(name.field);
         if (column->Visible())
             return column;
@@ -132,7 +129,7 @@ void TfrmMain::edFilterSuttaKeyUp(int key)
 void TfrmMain::ViewSuttaName(int mode)
 {
     const NameView view = NameViewOfMode(mode);
-    for (const NameColumnField &name : NameColumns())
+    for (const NameColumnField &name : NameColumns)
         ui->dbtSutas->Column(name.field)->SetVisible(name.column == view.column);
     ui->bTreeNamePAL->setChecked(view.toggle == NameColumn::Pali);
     ui->bTreeNameVIE->setChecked(view.toggle == NameColumn::Vietnamese);

@@ -19,12 +19,11 @@ QString TreeFilterClause(NameColumn column)
 
 QString TreeFilterValue(const QString &trimmedText)
 {
-    constexpr qsizetype longestName = 127;              // characters
-    constexpr qsizetype longestValue = 3 * longestName; // bytes that the engine takes for such a name
+    constexpr qsizetype longestValue = 3 * Length::Name; // bytes that the engine takes for such a name
     const QString value = QLatin1Char('%') + trimmedText.toLower() + QLatin1Char('%');
     // The statement with a value that the engine refuses would give no row at all, and the groups have to stay. So a
     // pattern that fits takes its place, which asks for one letter more than any name has.
-    return value.toUtf8().size() > longestValue ? QString(longestName + 1, QLatin1Char('_')) : value;
+    return value.toUtf8().size() > longestValue ? QString(Length::Name + 1, QLatin1Char('_')) : value;
 }
 
 NameView NameViewOfMode(int mode)

@@ -31,7 +31,7 @@ static void InitSearchImages()
 
 namespace {
 
-constexpr int NameSize = 127;
+constexpr SchemaName SampleText = u"SAMPLE_TEXT"; ///< of the results alone
 constexpr int WindowTop = 95;
 constexpr int RightGap = 25;
 constexpr int DesktopRest = 300;      ///< milliseconds after which a new window stands
@@ -77,11 +77,11 @@ void TfrmSearchSutas::DeclareListData()
         u"from KELORA_CONTENT N"_s,
         u"order by N.ID_VIC"_s,
     };
-    qryListSutas.AddField(u"ID_VIT"_s, FieldType::Integer);
-    qryListSutas.AddField(u"ID_VIC"_s, FieldType::Integer);
-    for (const QString &name : {u"NAME_VIC_PAL"_s, u"NAME_VIC_ENG"_s, u"NAME_VIC_VIE"_s})
-        qryListSutas.AddField(name, FieldType::WideString, NameSize);
-    for (const QString &content : {u"CONTENT_VIC_PAL"_s, u"CONTENT_VIC_VIE"_s, u"CONTENT_VIC_PAL_VIE"_s})
+    qryListSutas.AddField(Field::IdVit, FieldType::Integer);
+    qryListSutas.AddField(Field::IdVic, FieldType::Integer);
+    for (const SchemaName &name : {Field::NameVicPal, Field::NameVicEng, Field::NameVicVie})
+        qryListSutas.AddField(name, FieldType::WideString, Length::Name);
+    for (const SchemaName &content : {Field::ContentVicPal, Field::ContentVicVie, Field::ContentVicPalVie})
         qryListSutas.AddField(content, FieldType::Blob);
     if (frmKeloraDM) {
         qryListSutas.SetDatabase(&frmKeloraDM->dbKelora);
@@ -92,11 +92,11 @@ void TfrmSearchSutas::DeclareListData()
 void TfrmSearchSutas::DeclareResultData()
 {
     mdSearchResult.setObjectName(u"mdSearchResult"_s);
-    mdSearchResult.AddField(u"ID_VIT"_s, FieldType::Integer);
-    mdSearchResult.AddField(u"ID_VIC"_s, FieldType::Integer).SetDisplayLabel(u"STT"_s);
-    for (const QString &name : {u"NAME_VIC_VIE"_s, u"NAME_VIC_PAL"_s})
-        mdSearchResult.AddField(name, FieldType::WideString, NameSize).SetDisplayLabel(u"Tên tụng phẩm"_s);
-    mdSearchResult.AddField(u"SAMPLE_TEXT"_s, FieldType::WideString, SuttaScan::SampleLength);
+    mdSearchResult.AddField(Field::IdVit, FieldType::Integer);
+    mdSearchResult.AddField(Field::IdVic, FieldType::Integer).SetDisplayLabel(u"STT"_s);
+    for (const SchemaName &name : {Field::NameVicVie, Field::NameVicPal})
+        mdSearchResult.AddField(name, FieldType::WideString, Length::Name).SetDisplayLabel(u"Tên tụng phẩm"_s);
+    mdSearchResult.AddField(SampleText, FieldType::WideString, SuttaScan::SampleLength);
     mdSearchResult.AfterClose = [this] { ui->lcSearchSuttaItemResult->hide(); };
     dsSearchResult.setObjectName(u"dsSearchResult"_s);
     dsSearchResult.SetDataSet(&mdSearchResult);
@@ -242,9 +242,9 @@ void TfrmSearchSutas::AppendResult(const QString &sample)
     mdSearchResult.Append();
     // A row that cannot be stored is given up, or the next one would bring it again.
     auto giveUp = qScopeGuard([this] { mdSearchResult.Cancel(); });
-    for (const QString &field : {u"ID_VIT"_s, u"ID_VIC"_s, u"NAME_VIC_VIE"_s, u"NAME_VIC_PAL"_s})
+    for (const SchemaName &field : {Field::IdVit, Field::IdVic, Field::NameVicVie, Field::NameVicPal})
         mdSearchResult.FieldByName(field).SetValue(qryListSutas.FieldByName(field).Value());
-    mdSearchResult.FieldByName(u"SAMPLE_TEXT"_s).SetAsString(sample);
+    mdSearchResult.FieldByName(SampleText).SetAsString(sample);
     mdSearchResult.Post();
     giveUp.dismiss();
 }
@@ -264,7 +264,7 @@ void TfrmSearchSutas::dsSearchResultDataChange()
         return;
     // A list without a row has no key, and a tree may have rows without one.
     if (mdSearchResult.RecordCount() > 0)
-        m_reading.OpenText(mdSearchResult.FieldByName(u"ID_VIC"_s).Value());
+        m_reading.OpenText(mdSearchResult.FieldByName(Field::IdVic).Value());
     ColourPage();
 }
 

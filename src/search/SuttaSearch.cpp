@@ -1,6 +1,7 @@
 #include "search/SuttaSearch.h"
 
 #include "search/SuttaScan.h"
+#include "stores/Schema.h"
 #include "stores/data/FIBDataSet.h"
 
 namespace {
@@ -8,16 +9,8 @@ namespace {
 /// The column that is searched; empty where the language has none.
 QString SearchedColumn(int language)
 {
-    switch (language) {
-    case 0:
-        return QStringLiteral("CONTENT_VIC_PAL");
-    case 1:
-        return QStringLiteral("CONTENT_VIC_VIE");
-    case 10:
-        return QStringLiteral("CONTENT_VIC_PAL_VIE");
-    default:
-        return {};
-    }
+    // No search runs over the English pages.
+    return language == PageMode::English ? QString() : ContentColumn(language);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "stores/ClientsDM.h"
 
 #include "base/InterfaceLanguage.h"
+#include "stores/Schema.h"
 #include "stores/settings/Options.h"
 
 #include <array>
@@ -9,19 +10,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int TextSize = 127;
-constexpr int NoteSize = 2047;
-constexpr int NewMarkPriority = 2;
-
 QString CollectionPrefix(int collection, int interfaceLang)
 {
     static constexpr std::array vietnamese{u"(Trường Bộ - ",    u"(Trung Bộ - ", u"(Tăng Chi Bộ - ",
                                            u"(Tương Ưng Bộ - ", u"(Tiểu Bộ - ",  u"(Tạng Luật - "};
     static constexpr std::array english{u"(Digha Tarune - ",    u"(Majjhima Tarune - ", u"(Anguttara Tarune - ",
                                         u"(Samyutta Tarune - ", u"(Khuddaka Tarune - ", u"(Kelora - "};
-    if (collection < 1 || collection > static_cast<int>(vietnamese.size()))
+    static_assert(vietnamese.size() == Collection::Kelora && english.size() == vietnamese.size());
+    if (collection < Collection::Digha || collection > Collection::Kelora)
         return {};
-    const auto index = static_cast<size_t>(collection - 1);
+    const auto index = static_cast<size_t>(collection - Collection::Digha);
     switch (interfaceLang) {
     case 0:
         return QString::fromUtf16(vietnamese[index]);
@@ -116,21 +114,21 @@ void TfrmClientsDM::DescribeMarks()
     qryFocus.LockSQL() =
         QStringList{u"select F.DATETIME_FOC from SUTTA_TEXT_FOCUS F where F.ID_FOC = :OLD_ID_FOC with lock"_s};
 
-    qryFocus.AddField(u"ID_FOC"_s, FieldType::Integer);
-    qryFocus.AddField(u"NAME_FOC"_s, FieldType::WideString, TextSize);
-    qryFocus.AddField(u"TEXT_FOC"_s, FieldType::Blob);
-    qryFocus.AddField(u"PRIORITY_FOC"_s, FieldType::Integer);
-    qryFocus.AddField(u"DESC_FOC"_s, FieldType::WideString, NoteSize);
-    qryFocus.AddField(u"NIK_SUT"_s, FieldType::Integer);
-    qryFocus.AddField(u"NIC_SUT"_s, FieldType::Integer);
-    qryFocus.AddField(u"NAME_SUT_VIE"_s, FieldType::WideString, TextSize).OnGetText = [this](const TField &field) {
+    qryFocus.AddField(Field::IdFoc, FieldType::Integer);
+    qryFocus.AddField(Field::NameFoc, FieldType::WideString, Length::Name);
+    qryFocus.AddField(Field::TextFoc, FieldType::Blob);
+    qryFocus.AddField(Field::PriorityFoc, FieldType::Integer);
+    qryFocus.AddField(Field::DescFoc, FieldType::WideString, Length::Desc);
+    qryFocus.AddField(Field::NikSut, FieldType::Integer);
+    qryFocus.AddField(Field::NicSut, FieldType::Integer);
+    qryFocus.AddField(Field::NameSutVie, FieldType::WideString, Length::Name).OnGetText = [this](const TField &field) {
         return qryFocusNAME_SUT_VIEGetText(field);
     };
-    qryFocus.AddField(u"NAME_SUT_PAL"_s, FieldType::WideString, TextSize);
-    qryFocus.AddField(u"NAME_SUT_ENG"_s, FieldType::WideString, TextSize);
-    qryFocus.AddField(u"FAVOURITE_SUT"_s, FieldType::SmallInt);
-    qryFocus.AddField(u"DATETIME_FOC"_s, FieldType::DateTime);
-    qryFocus.AddField(u"KEYWORD_FOC"_s, FieldType::WideString, TextSize);
+    qryFocus.AddField(Field::NameSutPal, FieldType::WideString, Length::Name);
+    qryFocus.AddField(Field::NameSutEng, FieldType::WideString, Length::Name);
+    qryFocus.AddField(Field::FavouriteSut, FieldType::SmallInt);
+    qryFocus.AddField(Field::DatetimeFoc, FieldType::DateTime);
+    qryFocus.AddField(Field::KeywordFoc, FieldType::WideString, Length::Keyword);
     qryFocus.OnNewRecord = [this] { qryFocusNewRecord(); };
     qryFocus.BeforePost = [this] { qryFocusBeforePost(); };
     qryFocus.BeforeDelete = [this] { qryFocusBeforeDelete(); };
@@ -139,7 +137,7 @@ void TfrmClientsDM::DescribeMarks()
 void TfrmClientsDM::DataModuleCreate()
 {
     vIsOKClients = true;
-    PrepareConnection(dbClientTarune, trClientTarune, AppPath + u"TARUNECLIENT.FDB"_s, m_doors.exeName);
+    PrepareConnection(dbClientTarune, trClientTarune, AppPath + DatabaseFile::Marks, m_doors.exeName);
     try {
         dbClientTarune.SetConnected(true);
         trClientTarune.SetActive(true);
@@ -152,7 +150,7 @@ void TfrmClientsDM::DataModuleCreate()
 
 void TfrmClientsDM::qryFocusNewRecord()
 {
-    qryFocus.FieldByName(u"PRIORITY_FOC"_s).SetAsInteger(NewMarkPriority);
+    qryFocus.FieldByName(Field::PriorityFoc).SetAsInteger(Priority::OfNewMark);
 }
 
 void TfrmClientsDM::qryFocusBeforePost()
@@ -160,11 +158,11 @@ void TfrmClientsDM::qryFocusBeforePost()
     qryTemp.Close();
     qryTemp.SelectSQL() = QStringList{u"select max(S.ID_FOC) ID_FOC from SUTTA_TEXT_FOCUS S"_s};
     qryTemp.Open();
-    const qlonglong last = qryTemp.FieldByName(u"ID_FOC"_s).Value().toLongLong(); // 0 for null
-    qryFocus.FieldByName(u"ID_FOC"_s).SetValue(last + 1);
+    const qlonglong last = qryTemp.FieldByName(Field::IdFoc).Value().toLongLong(); // 0 for null
+    qryFocus.FieldByName(Field::IdFoc).SetValue(last + 1);
     qryTemp.Close();
     qryTemp.SelectSQL().clear();
-    qryFocus.FieldByName(u"DATETIME_FOC"_s).SetAsDateTime(m_doors.now());
+    qryFocus.FieldByName(Field::DatetimeFoc).SetAsDateTime(m_doors.now());
 }
 
 void TfrmClientsDM::qryFocusBeforeDelete()
@@ -181,12 +179,12 @@ QString TfrmClientsDM::qryFocusNAME_SUT_VIEGetText(const TField &field)
         name = field.AsString();
         break;
     case 1:
-        name = qryFocus.FieldByName(u"NAME_SUT_ENG"_s).AsString();
+        name = qryFocus.FieldByName(Field::NameSutEng).AsString();
         if (name.isEmpty())
-            name = qryFocus.FieldByName(u"NAME_SUT_PAL"_s).AsString();
+            name = qryFocus.FieldByName(Field::NameSutPal).AsString();
         break;
     default:
         return {};
     }
-    return CollectionPrefix(qryFocus.FieldByName(u"NIK_SUT"_s).AsInteger(), InterfaceLang) + name + u')';
+    return CollectionPrefix(qryFocus.FieldByName(Field::NikSut).AsInteger(), InterfaceLang) + name + u')';
 }

@@ -2,6 +2,7 @@
 
 #include "base/Colour.h"
 #include "base/InterfaceLanguage.h"
+#include "stores/Schema.h"
 #include "stores/settings/Options.h"
 
 #include <QFileInfo>
@@ -104,7 +105,7 @@ TfrmKeloraDM::TfrmKeloraDM(ModuleDoors doors, QObject *owner)
 void TfrmKeloraDM::DataModuleCreate()
 {
     AppPath = FolderOfExecutable(m_doors.exeName);
-    PrepareConnection(dbKelora, trKelora, AppPath + QStringLiteral("KELORA.FDB"), m_doors.exeName);
+    PrepareConnection(dbKelora, trKelora, AppPath + DatabaseFile::Canon, m_doors.exeName);
     dbKelora.SetCachePages(CanonCachePages);
     try {
         dbKelora.SetConnected(true);

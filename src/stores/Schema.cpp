@@ -1,16 +1,45 @@
 #include "stores/Schema.h"
 
+const QStringList &GroupColumns()
+{
+    static const QStringList columns{Field::IdVit, Field::ParentIdVit, Field::NameVitVie, Field::NameVitPal,
+                                     Field::NameVitEng};
+    return columns;
+}
+
+const QStringList &TextColumns()
+{
+    static const QStringList columns = QStringList{Field::IdVit,      Field::IdVic,      Field::NumberVic,
+                                                   Field::NameVicVie, Field::NameVicPal, Field::NameVicEng} +
+                                       PageColumns();
+    return columns;
+}
+
+const QStringList &PageColumns()
+{
+    static const QStringList columns{Field::ContentVicPal, Field::ContentVicEng, Field::ContentVicVie,
+                                     Field::ContentVicPalVie};
+    return columns;
+}
+
+const QStringList &ListColumns()
+{
+    static const QStringList columns{Field::NikSut, Field::NicSut, Field::NameSutVie, Field::NameSutPal,
+                                     Field::NameSutEng};
+    return columns;
+}
+
 QString ContentColumn(int mode)
 {
     switch (mode) {
     case PageMode::Pali:
-        return QStringLiteral("CONTENT_VIC_PAL");
+        return Field::ContentVicPal;
     case PageMode::Vietnamese:
-        return QStringLiteral("CONTENT_VIC_VIE");
+        return Field::ContentVicVie;
     case PageMode::English:
-        return QStringLiteral("CONTENT_VIC_ENG");
+        return Field::ContentVicEng;
     case PageMode::Parallel:
-        return QStringLiteral("CONTENT_VIC_PAL_VIE");
+        return Field::ContentVicPalVie;
     default:
         return {};
     }

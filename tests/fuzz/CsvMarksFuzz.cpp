@@ -1,6 +1,7 @@
 #include "fuzz/ToolInput.h"
 
 #include "lumivara-data/marks/MarksReader.h"
+#include "stores/Schema.h"
 
 #include <QBuffer>
 
@@ -38,8 +39,9 @@ QList<ExportedMark> MarksOf(QByteArray table)
 FUZZ_TARGET(CsvMarks)
 {
     for (const ExportedMark &mark : MarksOf(input)) {
-        REQUIRE(mark.collection > 0 && mark.text > 0 && mark.priority >= 1 && mark.priority <= 4);
-        REQUIRE(mark.title.size() <= 127 && mark.keywords.size() <= 127 && mark.note.size() <= 2047);
+        REQUIRE(mark.collection > 0 && mark.text > 0 && IsOneOf(Priority::All, mark.priority));
+        REQUIRE(mark.title.size() <= Length::Name && mark.keywords.size() <= Length::Keyword &&
+                mark.note.size() <= Length::Desc);
         const MarksForm form = MarksFormNamed(QStringLiteral("csv"));
         const QList<ExportedMark> again = MarksOf((form.head + form.mark(mark, nullptr)).toUtf8());
         REQUIRE(again.size() == 1 && again.first().title == mark.title && again.first().keywords == mark.keywords);

@@ -1,6 +1,7 @@
 #include "fuzz/ToolInput.h"
 
 #include "lumivara-data/marks/MarksReader.h"
+#include "stores/Schema.h"
 
 #include <QBuffer>
 
@@ -18,8 +19,8 @@ FUZZ_TARGET(MarkdownMarks)
     MarkdownMarks source(device, QStringLiteral("marks.md"), silent.report, texts);
     for (MarkRecord mark; source.Next(mark); ++marks) {
         REQUIRE(mark.line > 0 && mark.mark.collection > 0 && mark.mark.text > 0);
-        REQUIRE(mark.mark.priority >= 1 && mark.mark.priority <= 4 && mark.mark.title.size() <= 127);
-        REQUIRE(mark.mark.keywords.size() <= 127 && mark.mark.note.size() <= 2047);
+        REQUIRE(IsOneOf(Priority::All, mark.mark.priority) && mark.mark.title.size() <= Length::Name);
+        REQUIRE(mark.mark.keywords.size() <= Length::Keyword && mark.mark.note.size() <= Length::Desc);
     }
     REQUIRE(marks <= headings);
     // Nothing is lost without a word.

@@ -2,6 +2,7 @@
 
 #include "lumivara-data/sample/SampleDictionary.h"
 #include "lumivara-data/sample/SamplePassage.h"
+#include "stores/Schema.h"
 
 FUZZ_TARGET(Sources)
 {
@@ -9,7 +10,8 @@ FUZZ_TARGET(Sources)
     ReadOrRefuse(name, [&] { ParsePassages(text, name); });
     ReadOrRefuse(name, [&] {
         for (const SampleEntry &entry : ParseDictionary(text, name))
-            REQUIRE(entry.kind >= 1 && entry.kind <= 8 && entry.word.size() <= 63 && !entry.content.isEmpty());
+            REQUIRE(IsOneOf(DictKind::All, entry.kind) && entry.word.size() <= Length::Word &&
+                    !entry.content.isEmpty());
     });
     ReadOrRefuse(name, [&] {
         QList<SampleEntry> entries = ParseDictionary(QStringLiteral("dictionary 5\n% gata\ngone\n"), name);

@@ -2,6 +2,7 @@
 
 #include "lumivara-data/dictionary/DictionaryOrder.h"
 #include "lumivara-data/dictionary/StarDict.h"
+#include "stores/Schema.h"
 #include "tools/lumivara-data/dictionary/StarDictSample.h"
 
 #include <QFile>
@@ -60,8 +61,8 @@ int StrictWords::AddEntry(const QByteArray &content)
 void StrictWords::AddWord(int kind, const QString &word, int entry)
 {
     REQUIRE(kind == Kind && entry >= 1 && entry <= m_entries);
-    REQUIRE(!word.isEmpty() && word.size() <= 63 && word == word.trimmed());
-    for (int order = 1; order <= 8; ++order) {
+    REQUIRE(!word.isEmpty() && word.size() <= Length::Word && word == word.trimmed());
+    for (const int order : DictKind::All) {
         const QByteArray key = DictionarySortKey(order, word);
         REQUIRE(key.size() <= 190);
         for (const char c : key)

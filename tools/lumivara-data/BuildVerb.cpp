@@ -1,5 +1,6 @@
 #include "lumivara-data/Verbs.h"
 #include "lumivara-data/sample/SampleWriter.h"
+#include "stores/Schema.h"
 
 #include "common/Interrupt.h"
 #include "common/Report.h"
@@ -36,16 +37,16 @@ struct Target
 QList<Target> Targets(Console &console)
 {
     return {
-        {Thing::Canon, u"KELORA.FDB"_s, u"canon"_s,
+        {Thing::Canon, DatabaseFile::Canon, u"canon"_s,
          [&console](const QString &sources, const QString &path) {
              WriteCanon(ReadSampleCanon(sources), path, console);
          }},
-        {Thing::Dictionary, u"PALIDICT.FDB"_s, u"dictionary"_s,
+        {Thing::Dictionary, DatabaseFile::Dictionary, u"dictionary"_s,
          [&console](const QString &sources, const QString &path) {
              WriteDictionary(ReadSampleDictionary(sources), path, console);
          }},
         {Thing::Marks,
-         u"TARUNECLIENT.FDB"_s,
+         DatabaseFile::Marks,
          {},
          [](const QString &, const QString &path) {
              DataFile file;

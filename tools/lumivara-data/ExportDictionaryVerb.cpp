@@ -9,6 +9,7 @@
 #include "lumivara-data/dictionary/WordLines.h"
 #include "lumivara-data/files/PrivateCopy.h"
 #include "lumivara-data/files/UnfinishedFile.h"
+#include "stores/Schema.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>
@@ -110,7 +111,7 @@ int ExportDictionary(const QStringList &arguments, Console &console)
     if (ParseOrHelp(parser, u"export dictionary --kind N --out FILE [options]"_s, arguments, console))
         return ExitCode::Clean;
     const int kind = parser.value(u"kind"_s).toInt();
-    if (kind < 1 || kind > DictionaryWriter::LastKind)
+    if (!IsOneOf(DictKind::All, kind))
         throw ToolError(u"--kind wants a number from 1 to 8, see --help"_s);
     const QString out = parser.value(u"out"_s);
     if (out.isEmpty() || !parser.positionalArguments().isEmpty())

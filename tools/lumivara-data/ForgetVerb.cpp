@@ -3,6 +3,7 @@
 #include "common/Console.h"
 #include "common/Report.h"
 #include "lumivara-data/files/DataFile.h"
+#include "stores/Schema.h"
 #include "stores/settings/AutostartEntry.h"
 
 #include <QCommandLineParser>
@@ -45,13 +46,12 @@ QFileInfoList EntriesOf(const QString &folder, const QStringList &names)
 /// What the launcher and the program put into the user's program folder. By name, so that nothing else goes with it.
 void AddProgram(const QString &folder, QList<Trace> &traces, QStringList &kept)
 {
-    static const QStringList ours{
-        u"Lumivara"_s,   u"lumivara-data"_s,   u"lumivara-lang"_s,        u"lumivara-skins"_s,
-        u"launcher"_s,   u"firebird"_s,        u"libfbclient.so.2"_s,     u"lock"_s,
-        u"KELORA.FDB"_s, u"PALIDICT.FDB"_s,    u"AllSkins.skinres"_s,     u"LumivaraUserGuide.pdf"_s,
-        u"*.lng"_s,      u"tmpfocus.html"_s,   u"tmpfocus.html.??????"_s, u".new-??????"_s,
-        u"*.FDB.part"_s, u"*.FDB.part.lock"_s, u"*.FDB.part.copy"_s,      u"*.FDB.import.lock"_s};
-    static const QStringList notes{u"TARUNECLIENT.FDB"_s, u"backup"_s};
+    static const QStringList ours =
+        QStringList{DatabaseFile::Canon, DatabaseFile::Dictionary} +
+        u"Lumivara lumivara-data lumivara-lang lumivara-skins launcher firebird libfbclient.so.2 lock AllSkins.skinres "
+        "LumivaraUserGuide.pdf *.lng tmpfocus.html tmpfocus.html.?????? .new-?????? *.FDB.part *.FDB.part.lock "
+        "*.FDB.part.copy *.FDB.import.lock"_s.split(u' ');
+    static const QStringList notes{DatabaseFile::Marks, u"backup"_s};
     for (const QFileInfo &entry : EntriesOf(folder, {})) {
         if (notes.contains(entry.fileName()))
             continue;
@@ -167,7 +167,7 @@ int RunForgetMe(const QStringList &arguments, Console &console)
     report.TakeOptions(parser);
     const QString folder = QFileInfo(parser.value(u"folder"_s)).absoluteFilePath();
     const bool isFolder =
-        QFileInfo(folder + u"/TARUNECLIENT.FDB"_s).exists() || QFileInfo(folder + u"/Lumivara"_s).exists();
+        QFileInfo(folder + u'/' + DatabaseFile::Marks).exists() || QFileInfo(folder + u"/Lumivara"_s).exists();
     if (parser.isSet(u"folder"_s) && !isFolder)
         throw ToolError(u"%1: is no folder of the program"_s.arg(folder));
 
@@ -180,7 +180,7 @@ int RunForgetMe(const QStringList &arguments, Console &console)
     if (!parser.isSet(u"folder"_s))
         AddHalfMade(QFileInfo(folder).path(), traces);
     if (isFolder) {
-        RefuseWhileOpen(folder + u"/TARUNECLIENT.FDB"_s);
+        RefuseWhileOpen(folder + u'/' + DatabaseFile::Marks);
         AddProgram(folder, traces, kept);
     }
     if (!traces.isEmpty() && !parser.isSet(u"yes"_s))
@@ -199,7 +199,7 @@ int RunForgetMe(const QStringList &arguments, Console &console)
     QDir().rmdir(QFileInfo(folder).path());
     for (const QString &path : std::as_const(kept))
         report.Note(path, u"is not the program's: kept"_s);
-    if (QFileInfo::exists(folder + u"/TARUNECLIENT.FDB"_s))
-        report.Note(folder + u"/TARUNECLIENT.FDB"_s, u"the notes: kept"_s);
+    if (QFileInfo::exists(folder + u'/' + DatabaseFile::Marks))
+        report.Note(folder + u'/' + DatabaseFile::Marks, u"the notes: kept"_s);
     return report.Finish(traces.isEmpty() ? u"nothing to remove"_s : QString());
 }

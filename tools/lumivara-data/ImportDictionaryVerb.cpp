@@ -11,6 +11,7 @@
 #include "lumivara-data/files/PrivateCopy.h"
 #include "lumivara-data/files/TextLines.h"
 #include "lumivara-data/files/UnfinishedFile.h"
+#include "stores/Schema.h"
 
 #include <QCommandLineParser>
 #include <QFile>
@@ -55,7 +56,7 @@ Form FormOf(const QString &source, const QString &named)
 int KindIn(const QString &text)
 {
     const int kind = text.toInt();
-    if (kind < 1 || kind > DictionaryWriter::LastKind)
+    if (!IsOneOf(DictKind::All, kind))
         throw ToolError(u"--kind wants a number from 1 to 8, see --help"_s);
     return kind;
 }
@@ -73,7 +74,7 @@ void TakeOver(const QString &path, int newKind, bool replaces, DictionaryWriter 
         throw ToolError(
             u"%1: dictionary %2 has words already; --replace puts the new ones in their place"_s.arg(path).arg(
                 newKind));
-    for (int kind = 1; kind <= DictionaryWriter::LastKind; ++kind) {
+    for (const int kind : DictKind::All) {
         if (kind == newKind)
             continue;
         const qsizetype total = reader.CountWords(kind);

@@ -1,13 +1,14 @@
 #include "lumivara-data/Verbs.h"
 
 #include "common/Console.h"
+#include "stores/Schema.h"
 
 #include <QCoreApplication>
 #include <QDir>
 
 namespace {
 
-constexpr Verb Table[] = {
+constexpr Verb AllVerbs[] = {
     {u"build", u"make the databases from their sources", RunBuild},
     {u"check", u"tell what is wrong with a canon, a dictionary or a file of marks", RunCheck},
     {u"backup", u"save the marks, also while the program runs", RunBackup},
@@ -21,13 +22,13 @@ struct ThingName
 {
     Thing thing;
     QStringView name;
-    QStringView file;
+    SchemaName file;
 };
 
 constexpr ThingName Things[] = {
-    {Thing::Canon, u"canon", u"KELORA.FDB"},
-    {Thing::Dictionary, u"dictionary", u"PALIDICT.FDB"},
-    {Thing::Marks, u"marks", u"TARUNECLIENT.FDB"},
+    {Thing::Canon, u"canon", DatabaseFile::Canon},
+    {Thing::Dictionary, u"dictionary", DatabaseFile::Dictionary},
+    {Thing::Marks, u"marks", DatabaseFile::Marks},
 };
 
 using RunThing = int (*)(const QStringList &, Console &);
@@ -62,7 +63,7 @@ int RunByThing(const QString &verb, QStringList arguments, Console &console, Run
 
 std::span<const Verb> DataVerbs()
 {
-    return Table;
+    return AllVerbs;
 }
 
 int RunImport(const QStringList &arguments, Console &console)
@@ -106,7 +107,7 @@ QString DefaultFile(Thing thing)
 {
     for (const ThingName &known : Things) {
         if (known.thing == thing)
-            return QDir(QCoreApplication::applicationDirPath()).filePath(known.file.toString());
+            return QDir(QCoreApplication::applicationDirPath()).filePath(known.file);
     }
     return {};
 }

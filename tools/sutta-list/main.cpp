@@ -1,6 +1,7 @@
 #include "common/Console.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/CsvTable.h"
+#include "stores/Schema.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -35,9 +36,9 @@ int main(int argc, char **argv)
         const CsvTable texts(source.readAll(), arguments[1]);
         QString rows;
         for (qsizetype row = 0; row < texts.RowCount(); ++row) {
-            rows += u"{%1, %2, %3},\n"_s.arg(QString::number(texts.Number(row, u"ID_VIC"_s)),
-                                             Literal(texts.Text(row, u"NAME_VIC_VIE"_s)),
-                                             Literal(texts.Text(row, u"NAME_VIC_PAL"_s)));
+            rows += u"{%1, %2, %3},\n"_s.arg(QString::number(texts.Number(row, Field::IdVic)),
+                                             Literal(texts.Text(row, Field::NameVicVie)),
+                                             Literal(texts.Text(row, Field::NameVicPal)));
         }
         QSaveFile target(arguments[2]);
         const QByteArray bytes = rows.toUtf8();

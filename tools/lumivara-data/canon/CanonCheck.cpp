@@ -1,5 +1,7 @@
 #include "lumivara-data/canon/CanonCheck.h"
 
+#include "stores/Schema.h"
+
 #include <QHash>
 #include <QMap>
 #include <QSet>
@@ -13,7 +15,6 @@ namespace {
 constexpr int RootKey = -1;
 /// What the tree adds to a group's key to number its row.
 constexpr int GroupNumberBase = 1000;
-constexpr qsizetype LongestName = 127;
 
 QString NumberText(const std::optional<int> &number)
 {
@@ -190,21 +191,21 @@ private:
     {
         if (name.isEmpty() && (!mayBeNull || !name.isNull()))
             Report(row, name.isNull() ? u"%1 is null"_s.arg(column) : u"%1 is empty"_s.arg(column));
-        if (name.size() > LongestName)
-            Report(row, u"%1 has %2 characters, more than %3"_s.arg(column).arg(name.size()).arg(LongestName));
+        if (name.size() > Length::Name)
+            Report(row, u"%1 has %2 characters, more than %3"_s.arg(column).arg(name.size()).arg(Length::Name));
     }
 
     void CheckNames()
     {
         for (const CheckedGroup &group : m_canon.groups) {
-            CheckName(group, u"NAME_VIT_VIE"_s, group.nameVietnamese, false);
-            CheckName(group, u"NAME_VIT_PAL"_s, group.namePali, false);
-            CheckName(group, u"NAME_VIT_ENG"_s, group.nameEnglish, true);
+            CheckName(group, Field::NameVitVie, group.nameVietnamese, false);
+            CheckName(group, Field::NameVitPal, group.namePali, false);
+            CheckName(group, Field::NameVitEng, group.nameEnglish, true);
         }
         for (const CheckedText &text : m_canon.texts) {
-            CheckName(text, u"NAME_VIC_VIE"_s, text.nameVietnamese, false);
-            CheckName(text, u"NAME_VIC_PAL"_s, text.namePali, false);
-            CheckName(text, u"NAME_VIC_ENG"_s, text.nameEnglish, true);
+            CheckName(text, Field::NameVicVie, text.nameVietnamese, false);
+            CheckName(text, Field::NameVicPal, text.namePali, false);
+            CheckName(text, Field::NameVicEng, text.nameEnglish, true);
         }
     }
 

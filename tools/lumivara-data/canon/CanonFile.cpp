@@ -2,18 +2,12 @@
 
 #include "common/Console.h"
 #include "lumivara-data/files/DataFile.h"
+#include "stores/Schema.h"
 #include "stores/data/FIBDataSet.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QStringList &PageColumns()
-{
-    static const QStringList columns = {u"CONTENT_VIC_PAL"_s, u"CONTENT_VIC_ENG"_s, u"CONTENT_VIC_VIE"_s,
-                                        u"CONTENT_VIC_PAL_VIE"_s};
-    return columns;
-}
 
 std::optional<int> NumberOrNull(TDataSet &rows, const QString &column)
 {
@@ -37,9 +31,9 @@ QList<CheckedGroup> ReadGroups(DataFile &file)
                         u"from KELORA_TREE T order by T.ID_VIT"_s};
     QList<CheckedGroup> groups;
     for (rows.Open(); !rows.Eof(); rows.Next()) {
-        groups.append({NumberOrNull(rows, u"ID_VIT"_s), NumberOrNull(rows, u"P_ID_VIT"_s),
-                       NameOrNull(rows, u"NAME_VIT_VIE"_s), NameOrNull(rows, u"NAME_VIT_PAL"_s),
-                       NameOrNull(rows, u"NAME_VIT_ENG"_s)});
+        groups.append({NumberOrNull(rows, Field::IdVit), NumberOrNull(rows, Field::ParentIdVit),
+                       NameOrNull(rows, Field::NameVitVie), NameOrNull(rows, Field::NameVitPal),
+                       NameOrNull(rows, Field::NameVitEng)});
     }
     return groups;
 }
@@ -56,19 +50,19 @@ QList<CheckedText> ReadTexts(DataFile &file, Console &console)
     rows.Open();
     rows.FetchAll();
     for (rows.First(); !rows.Eof(); rows.Next()) {
-        CheckedText text{NumberOrNull(rows, u"ID_VIT"_s),
-                         NumberOrNull(rows, u"ID_VIC"_s),
-                         NumberOrNull(rows, u"NUMBER_VIC"_s),
-                         NameOrNull(rows, u"NAME_VIC_VIE"_s),
-                         NameOrNull(rows, u"NAME_VIC_PAL"_s),
-                         NameOrNull(rows, u"NAME_VIC_ENG"_s),
+        CheckedText text{NumberOrNull(rows, Field::IdVit),
+                         NumberOrNull(rows, Field::IdVic),
+                         NumberOrNull(rows, Field::NumberVic),
+                         NameOrNull(rows, Field::NameVicVie),
+                         NameOrNull(rows, Field::NameVicPal),
+                         NameOrNull(rows, Field::NameVicEng),
                          {}};
         for (const QString &column : PageColumns()) {
             if (const QByteArray page = rows.FieldByName(column).AsBytes(); !page.isEmpty())
                 text.pages.append({column, InspectPage(page)});
         }
         texts.append(text);
-        console.Progress(u"KELORA_CONTENT"_s, texts.size(), rows.RecordCount());
+        console.Progress(Table::KeloraContent, texts.size(), rows.RecordCount());
     }
     console.EndProgress();
     return texts;
@@ -78,7 +72,7 @@ QList<CheckedText> ReadTexts(DataFile &file, Console &console)
 
 bool IsCanon(DataFile &file)
 {
-    return file.HasTable(u"KELORA_TREE"_s) && file.HasTable(u"KELORA_CONTENT"_s);
+    return file.HasTable(Table::KeloraTree) && file.HasTable(Table::KeloraContent);
 }
 
 CheckedCanon ReadCanon(DataFile &file, Console &console)

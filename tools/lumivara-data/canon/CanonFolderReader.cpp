@@ -4,6 +4,7 @@
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "lumivara-data/canon/ImportedPage.h"
+#include "stores/Schema.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -43,8 +44,7 @@ QString OwnTable(const SourceFolder &folder)
 /// A name as its row wants it: a finished one is left alone as long as the column can take it.
 QString NameFor(const QString &name, const CanonTableRow &row, Report &report)
 {
-    constexpr qsizetype surelyFits = 127;
-    if (name.isNull() || (row.isFinished && name.size() <= surelyFits))
+    if (name.isNull() || (row.isFinished && name.size() <= Length::Name))
         return name;
     const QString fitting = FittingName(name, row.place, report);
     return fitting.isEmpty() ? QString() : fitting;

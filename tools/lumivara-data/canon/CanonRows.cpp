@@ -1,6 +1,7 @@
 #include "lumivara-data/canon/CanonRows.h"
 
 #include "common/Report.h"
+#include "stores/Schema.h"
 #include "stores/engine/Blobs.h"
 #include "stores/engine/Statement.h"
 
@@ -39,7 +40,7 @@ bool CanonRows::Next(CanonText &text, Report &report)
         m_texts = std::make_unique<Statement>(
             m_file.Database().Attachment(), m_file.Transaction().Native(),
             u"select N.ID_VIT, N.ID_VIC, N.NUMBER_VIC, N.NAME_VIC_PAL, N.NAME_VIC_VIE, N.NAME_VIC_ENG, N.%1 from "
-            u"KELORA_CONTENT N"_s.arg(CanonText::PageColumns().join(u", N."_s)));
+            u"KELORA_CONTENT N"_s.arg(PageColumns().join(u", N."_s)));
         m_texts->OpenCursor(m_file.Transaction().Native(), {});
     }
     while (Fetch(*m_texts)) {

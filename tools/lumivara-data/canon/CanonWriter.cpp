@@ -1,12 +1,11 @@
 #include "lumivara-data/canon/CanonWriter.h"
 
 #include "common/Report.h"
+#include "stores/Schema.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr qsizetype LongestName = 127;
 
 QVariant OrNull(const QString &text)
 {
@@ -20,13 +19,6 @@ QVariant OrNull(const QByteArray &bytes)
 
 } // namespace
 
-const QStringList &CanonText::PageColumns()
-{
-    static const QStringList columns = {u"CONTENT_VIC_PAL"_s, u"CONTENT_VIC_ENG"_s, u"CONTENT_VIC_VIE"_s,
-                                        u"CONTENT_VIC_PAL_VIE"_s};
-    return columns;
-}
-
 void CanonWriter::Open()
 {
     if (m_texts)
@@ -34,12 +26,8 @@ void CanonWriter::Open()
     constexpr int pageSize = 16384;
     m_data.Create(m_file.Path(), pageSize, false);
     m_data.RunSchema(u"canon"_s);
-    m_groups.emplace(m_data, u"KELORA_TREE"_s,
-                     QStringList{u"ID_VIT"_s, u"P_ID_VIT"_s, u"NAME_VIT_VIE"_s, u"NAME_VIT_PAL"_s, u"NAME_VIT_ENG"_s});
-    m_texts.emplace(m_data, u"KELORA_CONTENT"_s,
-                    QStringList{u"ID_VIT"_s, u"ID_VIC"_s, u"NUMBER_VIC"_s, u"NAME_VIC_VIE"_s, u"NAME_VIC_PAL"_s,
-                                u"NAME_VIC_ENG"_s} +
-                        CanonText::PageColumns());
+    m_groups.emplace(m_data, Table::KeloraTree, GroupColumns());
+    m_texts.emplace(m_data, Table::KeloraContent, TextColumns());
 }
 
 void CanonWriter::Add(const CanonGroup &group)
@@ -65,7 +53,7 @@ void CanonWriter::Add(const CanonText &text, bool isFinished)
         values.append(OrNull(page));
         m_pageCount += page.isEmpty() ? 0 : 1;
         if (isFinished && !page.isEmpty())
-            row.pages.append({CanonText::PageColumns()[i], InspectPage(page)});
+            row.pages.append({PageColumns()[i], InspectPage(page)});
     }
     m_texts->Append(values);
     m_rows.texts.append(row);
@@ -104,8 +92,8 @@ QString FittingName(const QString &name, const QString &place, Report &report)
     QString fitting = name;
     fitting.removeIf([](QChar c) { return c.category() == QChar::Other_Control && !c.isSpace(); });
     fitting = fitting.simplified();
-    if (fitting.size() <= LongestName)
+    if (fitting.size() <= Length::Name)
         return fitting;
-    report.Note(place, u"the name \"%1…\" is cut to %2 characters"_s.arg(fitting.left(40)).arg(LongestName));
-    return fitting.left(fitting[LongestName - 1].isHighSurrogate() ? LongestName - 1 : LongestName).trimmed();
+    report.Note(place, u"the name \"%1…\" is cut to %2 characters"_s.arg(fitting.left(40)).arg(Length::Name));
+    return fitting.left(fitting[Length::Name - 1].isHighSurrogate() ? Length::Name - 1 : Length::Name).trimmed();
 }

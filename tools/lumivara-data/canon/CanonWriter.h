@@ -12,8 +12,6 @@ class Report;
 /// A row of KELORA_CONTENT. Null names and pages are null in the file, empty ones empty.
 struct CanonText
 {
-    /// The columns of the pages, in the order of `pages`.
-    static const QStringList &PageColumns();
     static constexpr int Pages = 4;
 
     int idVit = 0;
@@ -22,7 +20,7 @@ struct CanonText
     QString namePali;
     QString nameVietnamese;
     QString nameEnglish;
-    QByteArray pages[Pages]; ///< Pāli, English, Vietnamese, parallel
+    QByteArray pages[Pages]; ///< in the order of PageColumns()
 };
 
 /// Writes a canon row by row; the file has its name, and is in read-only mode, once it is finished. Failures are thrown

@@ -3,6 +3,7 @@
 #include "common/Tool.h"
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/marks/MarksCheck.h"
+#include "stores/Schema.h"
 
 #include <QFileInfo>
 #include <QSet>
@@ -10,9 +11,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// The collection that a canon's texts belong to.
-constexpr int Kelora = 6;
 
 QVariant OrNull(const QString &name)
 {
@@ -42,18 +40,17 @@ qsizetype ClientList::AddMissing(const QString &path, const CheckedCanon &canon)
     file.Open(QFileInfo(path).absoluteFilePath());
     QSet<int> listed;
     for (const QList<QVariant> &row :
-         file.Rows(u"select S.NIC_SUT from SUTTA_LIST S where S.NIK_SUT = %1"_s.arg(Kelora)))
+         file.Rows(u"select S.NIC_SUT from SUTTA_LIST S where S.NIK_SUT = %1"_s.arg(Collection::Kelora)))
         listed.insert(row[0].toInt());
     qsizetype added = 0;
     {
-        RowWriter texts(file, u"SUTTA_LIST"_s,
-                        {u"NIK_SUT"_s, u"NIC_SUT"_s, u"NAME_SUT_VIE"_s, u"NAME_SUT_PAL"_s, u"NAME_SUT_ENG"_s});
+        RowWriter texts(file, Table::SuttaList, ListColumns());
         for (const CheckedText &text : canon.texts) {
             if (!text.idVic || listed.contains(*text.idVic))
                 continue;
             listed.insert(*text.idVic);
-            texts.Append(
-                {Kelora, *text.idVic, OrNull(text.nameVietnamese), OrNull(text.namePali), OrNull(text.nameEnglish)});
+            texts.Append({Collection::Kelora, *text.idVic, OrNull(text.nameVietnamese), OrNull(text.namePali),
+                          OrNull(text.nameEnglish)});
             ++added;
         }
     }

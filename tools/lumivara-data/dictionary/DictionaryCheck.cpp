@@ -3,6 +3,7 @@
 #include "dictionary/WordRules.h"
 #include "lumivara-data/dictionary/DictionaryOrder.h"
 #include "lumivara-data/files/PageFacts.h"
+#include "stores/Schema.h"
 
 #include <QRegularExpression>
 #include <QSet>
@@ -12,7 +13,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype LongestWord = 63;
 /// Of one sort of fault no more than this is told: a dictionary in another order would have one for every word.
 constexpr qsizetype MostOfASort = 20;
 
@@ -79,8 +79,8 @@ void DictionaryChecker::AddWord(const QString &word)
         Fault("empty words", u"dictionary %1, row %2"_s.arg(m_kind).arg(m_wordCount), u"the word is empty"_s);
         return;
     }
-    if (word.size() > LongestWord)
-        Fault("long words", row, u"has %1 characters, more than %2"_s.arg(word.size()).arg(LongestWord));
+    if (word.size() > Length::Word)
+        Fault("long words", row, u"has %1 characters, more than %2"_s.arg(word.size()).arg(Length::Word));
     if (const quint64 digest = qHash(word, size_t(0)); m_seen.contains(digest) && !m_seenTwice.contains(digest)) {
         m_seenTwice.insert(digest);
         Fault("words twice", row, u"comes more than once"_s);

@@ -3,18 +3,14 @@
 #include "common/Console.h"
 #include "dictionary/WordRules.h"
 #include "lumivara-data/dictionary/DictionaryReader.h"
-#include "lumivara-data/dictionary/DictionaryWriter.h"
 #include "lumivara-data/files/DataFile.h"
+#include "stores/Schema.h"
 #include "stores/data/FIBDataSet.h"
 #include "stores/engine/DatabaseError.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr char16_t ListProcedure[] = u"SP_GET_LIST_WORDS";
-constexpr char16_t ContentProcedure[] = u"SP_GET_WORD_CONTENT";
-constexpr char16_t CheckProcedure[] = u"SP_CHECK_WORD";
 
 /// A select on one of the procedures, prepared once and run for many words.
 class Question : public TpFIBDataSet
@@ -48,13 +44,13 @@ public:
         const auto checkWord = [&](const QString &word) {
             m_checker.AddWord(word);
             // A procedure that failed would fail for every other word too.
-            contentWorks = contentWorks && Try(ContentProcedure, [&] {
+            contentWorks = contentWorks && Try(Procedure::GetWordContent, [&] {
                                m_checker.AddEntry(word, Entry(word, false), Entry(word, true));
                            });
-            checkWorks = checkWorks && Try(CheckProcedure, [&] { m_checker.AddExistence(word, Exists(word)); });
+            checkWorks = checkWorks && Try(Procedure::CheckWord, [&] { m_checker.AddExistence(word, Exists(word)); });
             m_console.Progress(u"dictionary %1"_s.arg(m_kind), ++done, total);
         };
-        Try(ListProcedure, [&] {
+        Try(Procedure::GetListWords, [&] {
             total = reader.CountWords(m_kind);
             reader.EachWord(m_kind, checkWord);
         });
@@ -64,13 +60,13 @@ public:
 
 private:
     template <typename Action>
-    bool Try(const char16_t *procedure, const Action &action)
+    bool Try(const QString &procedure, const Action &action)
     {
         try {
             action();
             return true;
         } catch (const DatabaseError &error) {
-            m_checker.AddFailure(QString::fromUtf16(procedure), error.Text());
+            m_checker.AddFailure(procedure, error.Text());
             return false;
         }
     }
@@ -79,20 +75,20 @@ private:
     QByteArray Entry(const QString &word, bool several)
     {
         m_content.Close();
-        m_content.ParamByName(u"DICT_TYPE"_s).SetAsInteger(m_kind);
-        m_content.ParamByName(u"WORD_NAME"_s).SetAsString(word);
-        m_content.ParamByName(u"MULTI_DICT"_s).SetAsInteger(several ? 1 : 0);
+        m_content.ParamByName(Field::DictType).SetAsInteger(m_kind);
+        m_content.ParamByName(Field::WordName).SetAsString(word);
+        m_content.ParamByName(Parameter::MultiDict).SetAsInteger(several ? 1 : 0);
         m_content.Open();
-        return m_content.IsEmpty() ? QByteArray() : m_content.FieldByName(u"WORD_CONTENT"_s).AsBytes();
+        return m_content.IsEmpty() ? QByteArray() : m_content.FieldByName(Field::WordContent).AsBytes();
     }
 
     bool Exists(const QString &word)
     {
         m_check.Close();
-        m_check.ParamByName(u"TYPE_DICT"_s).SetAsInteger(m_kind);
-        m_check.ParamByName(u"A_WORD"_s).SetAsString(TestedForm(m_kind, word));
+        m_check.ParamByName(Parameter::TypeDict).SetAsInteger(m_kind);
+        m_check.ParamByName(Parameter::AWord).SetAsString(TestedForm(m_kind, word));
         m_check.Open();
-        return !m_check.IsEmpty() && m_check.FieldByName(u"RESULT"_s).AsInteger() == 1;
+        return !m_check.IsEmpty() && m_check.FieldByName(Field::Result).AsInteger() == 1;
     }
 
     DictionaryChecker m_checker;
@@ -109,8 +105,7 @@ bool IsDictionary(DataFile &file)
 {
     Question procedures(file, u"select P.RDB$PROCEDURE_ID from RDB$PROCEDURES P "
                               "where trim(P.RDB$PROCEDURE_NAME) in ('%1', '%2', '%3')"_s.arg(
-                                  QString::fromUtf16(ListProcedure), QString::fromUtf16(ContentProcedure),
-                                  QString::fromUtf16(CheckProcedure)));
+                                  Procedure::GetListWords, Procedure::GetWordContent, Procedure::CheckWord));
     procedures.Open();
     return !procedures.IsEmpty();
 }
@@ -118,7 +113,7 @@ bool IsDictionary(DataFile &file)
 DictionaryReport CheckDictionary(DataFile &file, Console &console)
 {
     DictionaryReport report;
-    for (int kind = 1; kind <= DictionaryWriter::LastKind; ++kind)
+    for (const int kind : DictKind::All)
         KindCheck(file, kind, console).Run().ReportInto(report);
     return report;
 }

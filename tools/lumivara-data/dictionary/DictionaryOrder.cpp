@@ -1,5 +1,7 @@
 #include "lumivara-data/dictionary/DictionaryOrder.h"
 
+#include "stores/Schema.h"
+
 #include <QHash>
 #include <QStringList>
 
@@ -24,14 +26,14 @@ enum class Language { Pali, Vietnamese, English, French };
 Language LanguageOf(int kind)
 {
     switch (kind) {
-    case 2:
-    case 4:
-    case 6:
+    case DictKind::VietnameseEnglish:
+    case DictKind::VietnameseFrench:
+    case DictKind::VietnamesePali:
         return Language::Vietnamese;
-    case 5:
-    case 8:
+    case DictKind::PaliVietnamese:
+    case DictKind::PaliEnglish:
         return Language::Pali;
-    case 3:
+    case DictKind::FrenchVietnamese:
         return Language::French;
     default:
         return Language::English;

@@ -243,7 +243,7 @@ void DictionaryWriter::DropUnusedEntries()
 /// made.
 void DictionaryWriter::ProveOrder()
 {
-    for (int kind = 1; kind <= LastKind; ++kind) {
+    for (const int kind : DictKind::All) {
         quint64 digest = 0;
         Statement words(m_file.Database().Attachment(), m_file.Transaction().Native(),
                         u"select L.WORD_NAME from DICTIONARY_LIST_%1 L"_s.arg(kind));

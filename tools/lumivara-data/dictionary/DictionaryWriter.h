@@ -3,6 +3,7 @@
 #include "lumivara-data/dictionary/EntryIntake.h"
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/files/RecordSorter.h"
+#include "stores/Schema.h"
 
 #include <QByteArray>
 #include <QString>
@@ -40,11 +41,8 @@ private:
 class DictionaryWriter : public WordStore
 {
 public:
-    /// Longest word, in UTF-16 units.
-    static constexpr qsizetype LongestWord = 63;
     /// Longest entry, in bytes.
     static constexpr qsizetype LongestEntry = 1 << 20;
-    static constexpr int LastKind = 8;
 
     /// Makes the file, which must not exist.
     explicit DictionaryWriter(const QString &path);
@@ -86,6 +84,6 @@ private:
     std::vector<bool> m_isUsed; ///< by the entry's number
     RecordSorter m_words;
     QByteArray m_record; ///< the memory of the one that is made
-    qsizetype m_storedWords[LastKind + 1] = {};
-    quint64 m_digests[LastKind + 1] = {}; ///< of the words of a kind in their order
+    qsizetype m_storedWords[DictKind::All.back() + 1] = {};
+    quint64 m_digests[DictKind::All.back() + 1] = {}; ///< of the words of a kind in their order
 };

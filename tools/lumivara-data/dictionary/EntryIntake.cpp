@@ -6,6 +6,7 @@
 #include "lumivara-data/dictionary/DictionaryCheck.h"
 #include "lumivara-data/dictionary/DictionaryWriter.h"
 #include "lumivara-data/files/PageFacts.h"
+#include "stores/Schema.h"
 
 #include <algorithm>
 #include <utility>
@@ -120,10 +121,10 @@ bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace
         LeaveOut(place, u"the word is empty"_s);
         return false;
     }
-    if (word.size() > DictionaryWriter::LongestWord) {
-        LeaveOut(place, u"\"%1…\" has %2 characters, more than %3"_s.arg(word.left(DictionaryWriter::LongestWord))
+    if (word.size() > Length::Word) {
+        LeaveOut(place, u"\"%1…\" has %2 characters, more than %3"_s.arg(word.left(Length::Word))
                             .arg(word.size())
-                            .arg(DictionaryWriter::LongestWord));
+                            .arg(Length::Word));
         return false;
     }
     if (!CanBeReached(word)) {

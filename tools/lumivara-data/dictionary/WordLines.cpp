@@ -4,6 +4,7 @@
 #include "lumivara-data/dictionary/DictionaryWriter.h"
 #include "lumivara-data/dictionary/EntryIntake.h"
 #include "lumivara-data/files/TextLines.h"
+#include "stores/Schema.h"
 
 #include <utility>
 
@@ -83,7 +84,7 @@ void MarkUpWords::ReadHead(const QByteArray &line)
     constexpr QByteArrayView heading("dictionary ");
     if (line.startsWith(heading)) {
         m_kind = line.mid(heading.size()).trimmed().toInt();
-        if (m_kind < 1 || m_kind > DictionaryWriter::LastKind)
+        if (!IsOneOf(DictKind::All, m_kind))
             m_fault(m_lines.Number(), u"the kind is a number from 1 to 8"_s);
     } else if (!line.trimmed().isEmpty() && !line.startsWith('#')) {
         m_fault(m_lines.Number(), u"text before the first word"_s);

@@ -2,6 +2,7 @@
 
 #include "common/Interrupt.h"
 #include "common/Report.h"
+#include "stores/Schema.h"
 
 #include <QRegularExpression>
 
@@ -11,8 +12,7 @@ namespace {
 
 constexpr QByteArrayView TextHeading("# ");
 constexpr QByteArrayView MarkHeading("## ");
-constexpr int NewMarkPriority = 2; // what the program gives
-constexpr int LowestPriority = 4;
+constexpr qsizetype QuotedLength = 63; ///< of a faulty line, in a message
 const QString Parting = u" · "_s;
 /// Joins the lines of a note, as the reader's own key does.
 const QString NoteLineEnd = u"\r\n"_s;
@@ -31,7 +31,7 @@ QString Plain(const QString &line)
 
 int PriorityNamed(const QString &name)
 {
-    for (int priority = 1; priority <= LowestPriority; ++priority) {
+    for (const int priority : Priority::All) {
         if (name == PriorityName(priority) || name == QString::number(priority))
             return priority;
     }
@@ -200,10 +200,10 @@ bool MarkdownMarks::TakeMark(const QByteArray &heading, MarkRecord &source)
         mark.title.clear();
     TakeWhile(body, IsBlank);
     const QStringList facts = TakeWhile(body, [](const QString &line) { return !IsBlank(line) && !IsQuotation(line); });
-    mark.priority = NewMarkPriority;
+    mark.priority = Priority::OfNewMark;
     if (!facts.isEmpty() && !TakeFacts(PlainLines(facts, u"\n"_s), mark))
-        return Leave(source.line,
-                     u"its first line does not begin with a priority: \"%1\""_s.arg(facts.first().trimmed().left(63)));
+        return Leave(source.line, u"its first line does not begin with a priority: \"%1\""_s.arg(
+                                      facts.first().trimmed().left(QuotedLength)));
     TakeWhile(body, IsBlank);
     QStringList excerpt = TakeWhile(body, IsQuotation);
     for (QString &line : excerpt)

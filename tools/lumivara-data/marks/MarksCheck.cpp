@@ -1,6 +1,7 @@
 #include "lumivara-data/marks/MarksCheck.h"
 
 #include "lumivara-data/files/DataFile.h"
+#include "stores/Schema.h"
 
 using namespace Qt::StringLiterals;
 
@@ -26,12 +27,12 @@ qsizetype CountOf(DataFile &file, const QString &table)
 
 bool IsMarks(DataFile &file)
 {
-    return file.HasTable(u"SUTTA_LIST"_s) && file.HasTable(u"SUTTA_TEXT_FOCUS"_s);
+    return file.HasTable(Table::SuttaList) && file.HasTable(Table::SuttaTextFocus);
 }
 
 MarksReport CheckMarks(DataFile &file)
 {
-    MarksReport report{CountOf(file, u"SUTTA_LIST"_s), CountOf(file, u"SUTTA_TEXT_FOCUS"_s), {}};
+    MarksReport report{CountOf(file, Table::SuttaList), CountOf(file, Table::SuttaTextFocus), {}};
     if (file.Rows(u"select MON$FORCED_WRITES from MON$DATABASE"_s)[0][0].toInt() == 0)
         report.findings.append({u"the file"_s, u"forced writes are off, a power cut may take marks with it"_s});
     const auto texts = file.Rows(u"select S.NIK_SUT, S.NIC_SUT, count(*) from SUTTA_LIST S group by 1, 2 "

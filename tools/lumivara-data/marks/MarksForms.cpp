@@ -4,6 +4,7 @@
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/files/HtmlText.h"
 #include "lumivara-data/files/TextLines.h"
+#include "stores/Schema.h"
 #include "stores/data/FIBDataSet.h"
 
 #include <QRegularExpression>
@@ -118,12 +119,13 @@ void VisitMarks(DataFile &file, const std::function<void(const ExportedMark &)> 
     for (rows.Open(); !rows.Eof(); rows.Next()) {
         const auto text = [&rows](const QString &name) { return rows.FieldByName(name).AsString(); };
         const auto number = [&rows](const QString &name) { return rows.FieldByName(name).AsInteger(); };
-        QString html = QString::fromUtf8(rows.FieldByName(u"TEXT_FOC"_s).AsBytes());
+        QString html = QString::fromUtf8(rows.FieldByName(Field::TextFoc).AsBytes());
         if (html.startsWith(QChar::ByteOrderMark))
             html.remove(0, 1);
-        visit({number(u"ID_FOC"_s), number(u"NIK_SUT"_s), number(u"NIC_SUT"_s), text(u"NAME_SUT_VIE"_s),
-               text(u"NAME_SUT_PAL"_s), text(u"NAME_SUT_ENG"_s), text(u"NAME_FOC"_s), text(u"KEYWORD_FOC"_s),
-               text(u"DESC_FOC"_s), number(u"PRIORITY_FOC"_s), rows.FieldByName(u"DATETIME_FOC"_s).AsDateTime(), html});
+        visit({number(Field::IdFoc), number(Field::NikSut), number(Field::NicSut), text(Field::NameSutVie),
+               text(Field::NameSutPal), text(Field::NameSutEng), text(Field::NameFoc), text(Field::KeywordFoc),
+               text(Field::DescFoc), number(Field::PriorityFoc), rows.FieldByName(Field::DatetimeFoc).AsDateTime(),
+               html});
     }
 }
 
@@ -136,7 +138,8 @@ QString ShownTitle(const ExportedMark &mark)
 QString PriorityName(int priority)
 {
     static constexpr std::array names{u"Đặc biệt", u"Cao", u"Bình thường", u"Thấp"};
-    const auto index = static_cast<size_t>(priority - 1);
+    static_assert(names.size() == Priority::All.size());
+    const auto index = static_cast<size_t>(priority - Priority::All.front());
     return index < names.size() ? QString::fromUtf16(names[index]) : QString::number(priority);
 }
 

@@ -3,6 +3,7 @@
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "marks/Excerpt.h"
+#include "stores/Schema.h"
 
 #include <array>
 #include <optional>
@@ -11,17 +12,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int LowestPriority = 4;
-constexpr qsizetype TextSize = 127; ///< UTF-16 units, as the program counts
-constexpr qsizetype NoteSize = 2047;
-
-const std::array NeededColumns{u"NIK_SUT", u"NIC_SUT", u"NAME_FOC", u"KEYWORD_FOC", u"PRIORITY_FOC", u"DESC_FOC"};
-const std::array OtherColumns{u"ID_FOC",       u"NAME_SUT_VIE", u"NAME_SUT_PAL", u"NAME_SUT_ENG",
-                              u"DATETIME_FOC", u"TEXT",         u"TEXT_FOC"};
+constexpr std::array NeededColumns{Field::NikSut,     Field::NicSut,      Field::NameFoc,
+                                   Field::KeywordFoc, Field::PriorityFoc, Field::DescFoc};
+constexpr SchemaName PlainText = u"TEXT"; ///< the excerpt without its HTML
+constexpr std::array OtherColumns{Field::IdFoc,       Field::NameSutVie, Field::NameSutPal, Field::NameSutEng,
+                                  Field::DatetimeFoc, PlainText,         Field::TextFoc};
 
 bool IsAmong(const auto &columns, const QString &name)
 {
-    return std::any_of(columns.begin(), columns.end(), [&](const char16_t *known) { return name == known; });
+    return std::any_of(columns.begin(), columns.end(), [&](const QString &known) { return name == known; });
 }
 
 /// A moment in ISO form, in local time where it names no zone; null for an empty text, nothing for anything else.
@@ -59,16 +58,17 @@ bool MarksReader::IsStorable(const MarkRecord &source)
     };
     if (mark.collection < 1 || mark.text < 1)
         return leave(u"text %1 of collection %2: there is no such text"_s.arg(mark.text).arg(mark.collection));
-    if (mark.priority < 1 || mark.priority > LowestPriority)
+    if (!IsOneOf(Priority::All, mark.priority))
         return leave(u"the priority is %1, not 1 to 4"_s.arg(mark.priority));
     const auto tooLong = [&](const QString &what, const QString &text, qsizetype most) {
         return text.size() > most && !leave(u"%1 is longer than %2 characters"_s.arg(what).arg(most));
     };
-    return !(tooLong(u"the title"_s, mark.title, TextSize) || tooLong(u"the keywords"_s, mark.keywords, TextSize) ||
-             tooLong(u"the note"_s, mark.note, NoteSize) ||
-             tooLong(u"the Vietnamese name"_s, mark.nameVietnamese, TextSize) ||
-             tooLong(u"the Pāli name"_s, mark.namePali, TextSize) ||
-             tooLong(u"the English name"_s, mark.nameEnglish, TextSize));
+    return !(tooLong(u"the title"_s, mark.title, Length::Name) ||
+             tooLong(u"the keywords"_s, mark.keywords, Length::Keyword) ||
+             tooLong(u"the note"_s, mark.note, Length::Desc) ||
+             tooLong(u"the Vietnamese name"_s, mark.nameVietnamese, Length::Name) ||
+             tooLong(u"the Pāli name"_s, mark.namePali, Length::Name) ||
+             tooLong(u"the English name"_s, mark.nameEnglish, Length::Name));
 }
 
 QString FreshExcerpt(const QString &text)
@@ -96,12 +96,12 @@ CsvMarks::CsvMarks(QIODevice &device, const QString &fileName, Report &report)
         m_columns[name] = i;
     }
     QStringList missing;
-    for (const char16_t *name : NeededColumns) {
-        if (!m_columns.contains(QString::fromUtf16(name)))
-            missing.append(QString::fromUtf16(name));
+    for (const SchemaName &name : NeededColumns) {
+        if (!m_columns.contains(name))
+            missing.append(name);
     }
-    if (!m_columns.contains(u"TEXT"_s) && !m_columns.contains(u"TEXT_FOC"_s))
-        missing.append(u"TEXT_FOC"_s);
+    if (!m_columns.contains(PlainText) && !m_columns.contains(Field::TextFoc))
+        missing.append(Field::TextFoc);
     if (!missing.isEmpty()) {
         throw ToolError(u"%1: no marks parted by commas, as \"export marks\" writes them; missing columns: %2"_s.arg(
             Place(header.line), missing.join(u", "_s)));
@@ -109,7 +109,7 @@ CsvMarks::CsvMarks(QIODevice &device, const QString &fileName, Report &report)
     for (const QByteArray &cell : std::as_const(header.cells)) {
         const QString name = QString::fromUtf8(cell).trimmed();
         if (!IsAmong(NeededColumns, name) && !IsAmong(OtherColumns, name))
-            m_report.Note(Place(header.line), u"the column \"%1\" means nothing here"_s.arg(name.left(TextSize)));
+            m_report.Note(Place(header.line), u"the column \"%1\" means nothing here"_s.arg(name.left(Length::Name)));
     }
 }
 
@@ -123,35 +123,35 @@ QString CsvMarks::Take(const CsvRecord &record, ExportedMark &mark) const
 {
     struct NumberColumn
     {
-        const char16_t *name;
+        SchemaName name;
         int &number;
     };
     const NumberColumn numbers[] = {
-        {u"NIK_SUT", mark.collection}, {u"NIC_SUT", mark.text}, {u"PRIORITY_FOC", mark.priority}};
+        {Field::NikSut, mark.collection}, {Field::NicSut, mark.text}, {Field::PriorityFoc, mark.priority}};
     for (const auto &[name, number] : numbers) {
-        const QString column = QString::fromUtf16(name);
+        const QString column = name;
         bool isNumber = false;
         number = Cell(record, column).toInt(&isNumber);
         if (!isNumber)
-            return u"%1 is no number: \"%2\""_s.arg(column, Cell(record, column).left(TextSize));
+            return u"%1 is no number: \"%2\""_s.arg(column, Cell(record, column).left(Length::Name));
     }
-    const auto moment = MomentOf(Cell(record, u"DATETIME_FOC"_s));
+    const auto moment = MomentOf(Cell(record, Field::DatetimeFoc));
     if (!moment)
         return u"DATETIME_FOC is no date such as 2024-02-29T23:59:58: \"%1\""_s.arg(
-            Cell(record, u"DATETIME_FOC"_s).left(TextSize));
+            Cell(record, Field::DatetimeFoc).left(Length::Name));
     mark.time = *moment;
-    mark.nameVietnamese = Cell(record, u"NAME_SUT_VIE"_s);
-    mark.namePali = Cell(record, u"NAME_SUT_PAL"_s);
-    mark.nameEnglish = Cell(record, u"NAME_SUT_ENG"_s);
-    mark.title = Cell(record, u"NAME_FOC"_s).remove(QChar::ByteOrderMark);
-    mark.keywords = Cell(record, u"KEYWORD_FOC"_s);
-    mark.note = Cell(record, u"DESC_FOC"_s);
-    mark.excerptHtml = Cell(record, u"TEXT_FOC"_s);
+    mark.nameVietnamese = Cell(record, Field::NameSutVie);
+    mark.namePali = Cell(record, Field::NameSutPal);
+    mark.nameEnglish = Cell(record, Field::NameSutEng);
+    mark.title = Cell(record, Field::NameFoc).remove(QChar::ByteOrderMark);
+    mark.keywords = Cell(record, Field::KeywordFoc);
+    mark.note = Cell(record, Field::DescFoc);
+    mark.excerptHtml = Cell(record, Field::TextFoc);
     // Stored excerpts begin with the mark of their encoding; it is put there again.
     if (mark.excerptHtml.startsWith(QChar::ByteOrderMark))
         mark.excerptHtml.remove(0, 1);
     if (mark.excerptHtml.isEmpty())
-        mark.excerptHtml = FreshExcerpt(Cell(record, u"TEXT"_s));
+        mark.excerptHtml = FreshExcerpt(Cell(record, PlainText));
     return {};
 }
 

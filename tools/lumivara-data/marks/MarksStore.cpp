@@ -7,6 +7,7 @@
 #include "lumivara-data/files/DataFile.h"
 #include "marks/Excerpt.h"
 #include "stores/KeloraSuttaList.h"
+#include "stores/Schema.h"
 #include "stores/engine/DatabaseError.h"
 #include "stores/engine/Scripter.h"
 #include "stores/engine/Statement.h"
@@ -19,8 +20,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int Kelora = 6;
 
 bool HoldsPairs(const QString &text)
 {
@@ -65,13 +64,13 @@ MarksStore::MarksStore(DataFile &file, const QString &path, const QString &sourc
         add(row);
     if (ListLacksKelora()) {
         for (const KeloraText &text : KeloraTexts())
-            m_known.Add(Kelora, text.number, {text.vietnamese, text.pali});
+            m_known.Add(Collection::Kelora, text.number, {text.vietnamese, text.pali});
     }
 }
 
 bool MarksStore::ListLacksKelora()
 {
-    return m_file.Rows(u"select first 1 1 from SUTTA_LIST S where S.NIK_SUT = %1"_s.arg(Kelora)).isEmpty();
+    return m_file.Rows(u"select first 1 1 from SUTTA_LIST S where S.NIK_SUT = %1"_s.arg(Collection::Kelora)).isEmpty();
 }
 
 bool MarksStore::IsStorable(const ExportedMark &mark) const
@@ -143,21 +142,21 @@ qsizetype MarksStore::WriteTexts(QList<std::pair<QString, QString>> &notes)
                             .arg(text.second))
                     .isEmpty();
     };
-    RowWriter list(m_file, u"SUTTA_LIST"_s,
-                   {u"NIK_SUT"_s, u"NIC_SUT"_s, u"NAME_SUT_VIE"_s, u"NAME_SUT_PAL"_s, u"NAME_SUT_ENG"_s});
+    RowWriter list(m_file, Table::SuttaList, ListColumns());
     const auto add = [&](const std::pair<int, int> &text, const Names &names) {
         list.Append({text.first, text.second, NullIfEmpty(names[0]), NullIfEmpty(names[1]), NullIfEmpty(names[2])});
     };
     // The program enters the Kelora's texts only as long as the list has none of them: one alone would keep the marks
     // on all others out of sight for ever.
-    const bool wantsKelora = m_wanted.lower_bound({Kelora, 0}) != m_wanted.lower_bound({Kelora + 1, 0});
+    const bool wantsKelora =
+        m_wanted.lower_bound({Collection::Kelora, 0}) != m_wanted.lower_bound({Collection::Kelora + 1, 0});
     const bool enters = wantsKelora && ListLacksKelora();
     QList<KeloraText> entered = enters ? KeloraTexts() : QList<KeloraText>();
     qsizetype count = 0;
     for (const auto &wanted : m_wanted) {
         const auto &[text, names] = wanted;
         const auto known = std::find_if(entered.begin(), entered.end(), [&wanted](const KeloraText &kelora) {
-            return std::pair(Kelora, kelora.number) == wanted.first;
+            return std::pair(Collection::Kelora, kelora.number) == wanted.first;
         });
         const bool isKnown = known != entered.end();
         if (isKnown ? HasNone(names) : isThere(text))
@@ -174,7 +173,7 @@ qsizetype MarksStore::WriteTexts(QList<std::pair<QString, QString>> &notes)
                            .arg(names[0].isEmpty() ? u"no name"_s : names[0])});
     }
     for (const KeloraText &text : std::as_const(entered))
-        add({Kelora, text.number}, {text.vietnamese, text.pali, {}});
+        add({Collection::Kelora, text.number}, {text.vietnamese, text.pali, {}});
     count += entered.size();
     return count;
 }
@@ -187,9 +186,9 @@ void MarksStore::WriteMarks(Console &console)
     qint64 key = m_file.Rows(u"select max(F.ID_FOC) from SUTTA_TEXT_FOCUS F"_s)[0][0].toLongLong();
     if (key + m_count > std::numeric_limits<qint32>::max())
         throw ToolError(u"%1: its keys are used up"_s.arg(m_path));
-    RowWriter rows(m_file, u"SUTTA_TEXT_FOCUS"_s,
-                   {u"ID_FOC"_s, u"NAME_FOC"_s, u"TEXT_FOC"_s, u"PRIORITY_FOC"_s, u"DESC_FOC"_s, u"NIK_SUT"_s,
-                    u"NIC_SUT"_s, u"DATETIME_FOC"_s, u"KEYWORD_FOC"_s});
+    RowWriter rows(m_file, Table::SuttaTextFocus,
+                   {Field::IdFoc, Field::NameFoc, Field::TextFoc, Field::PriorityFoc, Field::DescFoc, Field::NikSut,
+                    Field::NicSut, Field::DatetimeFoc, Field::KeywordFoc});
     for (qsizetype i = 0; i < m_count; ++i) {
         qint64 line = 0;
         ExportedMark mark;

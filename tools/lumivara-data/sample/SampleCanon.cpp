@@ -4,6 +4,7 @@
 #include "lumivara-data/files/CsvTable.h"
 #include "lumivara-data/files/PageFacts.h"
 #include "lumivara-data/sample/PageWriter.h"
+#include "stores/Schema.h"
 
 #include <QDir>
 #include <QFile>
@@ -28,9 +29,9 @@ QList<CanonGroup> ReadGroups(const QString &path)
     const CsvTable table(ReadFile(path), path);
     QList<CanonGroup> groups;
     for (qsizetype row = 0; row < table.RowCount(); ++row) {
-        groups.append({table.Number(row, u"ID_VIT"_s), table.Number(row, u"P_ID_VIT"_s),
-                       table.Text(row, u"NAME_VIT_VIE"_s), table.Text(row, u"NAME_VIT_PAL"_s),
-                       table.Text(row, u"NAME_VIT_ENG"_s)});
+        groups.append({table.Number(row, Field::IdVit), table.Number(row, Field::ParentIdVit),
+                       table.Text(row, Field::NameVitVie), table.Text(row, Field::NameVitPal),
+                       table.Text(row, Field::NameVitEng)});
     }
     return groups;
 }
@@ -40,9 +41,9 @@ QList<SampleText> ReadTexts(const QString &path)
     const CsvTable table(ReadFile(path), path);
     QList<SampleText> texts;
     for (qsizetype row = 0; row < table.RowCount(); ++row) {
-        texts.append({table.Number(row, u"NUMBER_VIC"_s), table.Number(row, u"ID_VIC"_s),
-                      table.Number(row, u"ID_VIT"_s), table.Text(row, u"NAME_VIC_PAL"_s),
-                      table.Text(row, u"NAME_VIC_VIE"_s), table.Text(row, u"NAME_VIC_ENG"_s),
+        texts.append({table.Number(row, Field::NumberVic), table.Number(row, Field::IdVic),
+                      table.Number(row, Field::IdVit), table.Text(row, Field::NameVicPal),
+                      table.Text(row, Field::NameVicVie), table.Text(row, Field::NameVicEng),
                       table.Text(row, u"WITHOUT"_s).split(u' ', Qt::SkipEmptyParts)});
     }
     return texts;

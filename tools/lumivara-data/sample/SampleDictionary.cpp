@@ -5,6 +5,7 @@
 #include "lumivara-data/dictionary/WordLines.h"
 #include "lumivara-data/files/TextLines.h"
 #include "lumivara-data/sample/SampleCanon.h"
+#include "stores/Schema.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -30,14 +31,14 @@ public:
     int KindOf(const QString &text) const
     {
         const int kind = text.trimmed().toInt();
-        if (kind < 1 || kind > 8)
+        if (!IsOneOf(DictKind::All, kind))
             Fail(u"the kind is a number from 1 to 8"_s);
         return kind;
     }
     void CheckWord(const QString &word) const
     {
-        if (word.isEmpty() || word.size() > DictionaryWriter::LongestWord)
-            Fail(u"a word has 1 to %1 characters"_s.arg(DictionaryWriter::LongestWord));
+        if (word.isEmpty() || word.size() > Length::Word)
+            Fail(u"a word has 1 to %1 characters"_s.arg(Length::Word));
     }
 
 private:

@@ -4,6 +4,7 @@
 #include "lumivara-data/canon/CanonWriter.h"
 #include "lumivara-data/dictionary/DictionaryWriter.h"
 #include "lumivara-data/files/DataFile.h"
+#include "stores/Schema.h"
 
 using namespace Qt::StringLiterals;
 
@@ -27,25 +28,21 @@ void WriteCanon(const SampleCanon &source, const QString &path, Console &console
     file.Create(path);
     file.RunSchema(u"canon"_s);
     {
-        RowWriter groups(file, u"KELORA_TREE"_s,
-                         {u"ID_VIT"_s, u"P_ID_VIT"_s, u"NAME_VIT_VIE"_s, u"NAME_VIT_PAL"_s, u"NAME_VIT_ENG"_s});
+        RowWriter groups(file, Table::KeloraTree, GroupColumns());
         for (const CanonGroup &group : source.groups) {
             groups.Append({group.idVit, group.parent, TextOrNull(group.nameVietnamese), TextOrNull(group.namePali),
                            TextOrNull(group.nameEnglish)});
         }
     }
     {
-        RowWriter texts(file, u"KELORA_CONTENT"_s,
-                        QStringList{u"ID_VIT"_s, u"ID_VIC"_s, u"NUMBER_VIC"_s, u"NAME_VIC_VIE"_s, u"NAME_VIC_PAL"_s,
-                                    u"NAME_VIC_ENG"_s} +
-                            CanonText::PageColumns());
+        RowWriter texts(file, Table::KeloraContent, TextColumns());
         qsizetype done = 0;
         for (const SampleText &text : source.texts) {
             const TextPages pages = ComposePages(source, text);
             texts.Append({text.idVit, text.idVic, text.number, TextOrNull(text.nameVietnamese),
                           TextOrNull(text.namePali), TextOrNull(text.nameEnglish), BytesOrNull(pages.pali),
                           BytesOrNull(pages.english), BytesOrNull(pages.vietnamese), BytesOrNull(pages.parallel)});
-            console.Progress(u"KELORA.FDB"_s, ++done, source.texts.size());
+            console.Progress(DatabaseFile::Canon, ++done, source.texts.size());
         }
     }
     console.EndProgress();
