@@ -215,7 +215,7 @@ void TfrmMain::bcbLanguageChange()
         ui->dbtSutas->Column(QStringLiteral("NAME_VIC_VIE"))->SetVisible(InterfaceLang == 0);
         ui->dbtSutas->Column(QStringLiteral("NAME_VIC_PAL"))->SetVisible(InterfaceLang == 1);
     }
-    frmKeloraDM->WriteOption(QStringLiteral("InterfaceLang"), InterfaceLang);
+    frmKeloraDM->WriteOption(Option::InterfaceLang, InterfaceLang);
 }
 
 bool TfrmMain::ConfirmQuit()
@@ -244,7 +244,7 @@ void TfrmMain::StoreLastKelora()
 {
     const int idVic =
         qryKeloraContent.Active() ? qryKeloraContent.FieldByName(QStringLiteral("ID_VIC")).AsInteger() : 0;
-    frmKeloraDM->WriteOption(QStringLiteral("LastKelora"), idVic);
+    frmKeloraDM->WriteOption(Option::LastKelora, idVic);
 }
 
 void TfrmMain::acExitExecute()
