@@ -32,7 +32,6 @@ namespace {
 
 constexpr int SearchFontHeight = 15;
 constexpr int ListWidth = 200;
-constexpr char16_t TaruneOptionsKey[] = u"\\Software\\Melko\\Tarune\\Options\\";
 
 QString CollectionKey()
 {
@@ -210,9 +209,9 @@ void TfrmDictionary::FormClose()
     // What can't be stored is not remembered, without a word.
     try {
         frmKeloraDM->SetRegistryData(RegistryRoot::CurrentUser, CollectionKey(), vTypeDict, RegistryType::Integer,
-                                     u"Dictionary"_s);
+                                     RowOf(Option::Dictionary).name);
         frmKeloraDM->SetRegistryData(RegistryRoot::CurrentUser, CollectionKey(), LastWord, RegistryType::String,
-                                     u"LastWord"_s);
+                                     RowOf(Option::LastWord).name);
         DictionaryKind = vTypeDict;
     } catch (const std::exception &) {
     }

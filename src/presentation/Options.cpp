@@ -1,7 +1,6 @@
 #include "presentation/Options.h"
 
 #include "base/InterfaceLanguage.h"
-#include "presentation/OptionValues.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
 #include "stores/settings/Options.h"
@@ -106,48 +105,50 @@ bool TfrmOptions::eventFilter(QObject *watched, QEvent *event)
 
 void TfrmOptions::LoadOptions()
 {
-    const StoredOptions stored = ReadStoredOptions(*frmKeloraDM->CreateRegistry());
-    if (stored.openSutta) {
-        const int value = *stored.openSutta;
+    const OptionValues stored = ReadDialogOptions(*frmKeloraDM->CreateRegistry());
+    if (stored.contains(Option::OpenSutta)) {
+        const int value = Get<int>(stored, Option::OpenSutta);
         ui->cbOpenSutta->setCurrentIndex(value >= 1 && value <= ui->cbOpenSutta->count() ? value - 1 : -1);
     }
-    if (stored.popupActive)
-        ui->cbPopupActive->setChecked(*stored.popupActive);
-    if (stored.popupTime)
-        ui->sePopupTime->setValue(*stored.popupTime);
-    if (stored.fontName)
-        ui->cbFontName->SetText(*stored.fontName);
-    if (stored.bgColor)
-        ui->ccbBgColor->SetColorValue(*stored.bgColor);
-    if (stored.seachHighlightColor)
-        ui->ccbSeachHighlightColor->SetColorValue(*stored.seachHighlightColor);
+    if (stored.contains(Option::PopupActive))
+        ui->cbPopupActive->setChecked(Get<bool>(stored, Option::PopupActive));
+    if (stored.contains(Option::PopupTime))
+        ui->sePopupTime->setValue(Get<int>(stored, Option::PopupTime));
+    if (stored.contains(Option::FontName))
+        ui->cbFontName->SetText(Get<QString>(stored, Option::FontName));
+    if (stored.contains(Option::BgColor))
+        ui->ccbBgColor->SetColorValue(Get<Colour>(stored, Option::BgColor));
+    if (stored.contains(Option::SeachHighlightColor))
+        ui->ccbSeachHighlightColor->SetColorValue(Get<Colour>(stored, Option::SeachHighlightColor));
 }
 
 void TfrmOptions::acOKExecute()
 {
-    const OptionValues values{.openSutta = ui->cbOpenSutta->currentIndex() + 1,
-                              .popupActive = ui->cbPopupActive->isChecked(),
-                              .popupTime = ui->sePopupTime->value(),
-                              .fontName = ui->cbFontName->Text(),
-                              .bgColor = ui->ccbBgColor->ColorValue(),
-                              .seachHighlightColor = ui->ccbSeachHighlightColor->ColorValue()};
-    // The store gets the list's name of the font, the program the text on show: a font that the system lacks can't be
-    // stored, and the list says so.
-    WriteOptions(*frmKeloraDM->CreateRegistry(), values,
-                 [this] { return ui->cbFontName->Item(ui->cbFontName->ItemIndex()); });
-    FontName = values.fontName;
-    frmKeloraDM->vBgColor = values.bgColor;
-    frmKeloraDM->vHighlightColor = values.seachHighlightColor;
-    frmKeloraDM->vOpenSutta = values.openSutta;
-    frmKeloraDM->vPopupTime = values.popupTime;
-    frmKeloraDM->vPopupActive = values.popupActive;
+    const OptionValues chosen{{Option::OpenSutta, ui->cbOpenSutta->currentIndex() + 1},
+                              {Option::PopupActive, ui->cbPopupActive->isChecked()},
+                              {Option::PopupTime, ui->sePopupTime->value()},
+                              {Option::FontName, ui->cbFontName->Text()},
+                              {Option::BgColor, ui->ccbBgColor->ColorValue()},
+                              {Option::SeachHighlightColor, ui->ccbSeachHighlightColor->ColorValue()}};
+    WriteDialogOptions(*frmKeloraDM->CreateRegistry(), [&](const OptionRow &row) -> OptionValue {
+        // The store gets the list's name of the font, the program the text on show: a font that the system lacks can't
+        // be stored, and the list says so.
+        if (row.option == Option::FontName)
+            return ui->cbFontName->Item(ui->cbFontName->ItemIndex());
+        return chosen.at(row.option);
+    });
+    FontName = Get<QString>(chosen, Option::FontName);
+    frmKeloraDM->vBgColor = Get<Colour>(chosen, Option::BgColor);
+    frmKeloraDM->vHighlightColor = Get<Colour>(chosen, Option::SeachHighlightColor);
+    frmKeloraDM->vOpenSutta = Get<int>(chosen, Option::OpenSutta);
+    frmKeloraDM->vPopupTime = Get<int>(chosen, Option::PopupTime);
+    frmKeloraDM->vPopupActive = Get<bool>(chosen, Option::PopupActive);
     done(Accepted);
 }
 
 void TfrmOptions::acDefaultExecute()
 {
-    const OptionValues defaults;
-    WriteOptions(*frmKeloraDM->CreateRegistry(), defaults, [&defaults] { return defaults.fontName; });
+    WriteDialogOptions(*frmKeloraDM->CreateRegistry(), [](const OptionRow &row) { return row.byDefault; });
     LoadOptions();
 }
 
@@ -157,7 +158,7 @@ void TfrmOptions::cbStartWinFocusChanged()
         ui->cbStartWin->isChecked() ? u'"' + frmKeloraDM->ExeName() + u'"' : QString(); // empty switches it off
     try {
         frmKeloraDM->SetRegistryData(RegistryRoot::LocalMachine, QString::fromUtf16(RunKey), command,
-                                     RegistryType::String, u"Kelora"_s);
+                                     RegistryType::String, QString::fromUtf16(RunValue));
     } catch (const std::exception &) {
         // Who may not write the start list goes on without.
     }

@@ -213,7 +213,7 @@ void TfrmMain::bcbLanguageChange()
         ui->dbtSutas->Column(Field::NameVicVie)->SetVisible(InterfaceLang == 0);
         ui->dbtSutas->Column(Field::NameVicPal)->SetVisible(InterfaceLang == 1);
     }
-    frmKeloraDM->WriteOption(QStringLiteral("InterfaceLang"), InterfaceLang);
+    frmKeloraDM->WriteOption(Option::InterfaceLang, InterfaceLang);
 }
 
 bool TfrmMain::ConfirmQuit()
@@ -241,7 +241,7 @@ void TfrmMain::closeEvent(QCloseEvent *event)
 void TfrmMain::StoreLastKelora()
 {
     const int idVic = qryKeloraContent.Active() ? qryKeloraContent.FieldByName(Field::IdVic).AsInteger() : 0;
-    frmKeloraDM->WriteOption(QStringLiteral("LastKelora"), idVic);
+    frmKeloraDM->WriteOption(Option::LastKelora, idVic);
 }
 
 void TfrmMain::acExitExecute()

@@ -18,7 +18,7 @@
 namespace {
 
 /// A choice that finds no place in the settings holds for this run all the same.
-void StoreSilently(const QString &option, int value)
+void StoreSilently(Option option, int value)
 {
     try {
         frmKeloraDM->WriteOption(option, value);
@@ -84,7 +84,7 @@ void TfrmMain::SetContentLanguage(int mode)
         return;
     frmKeloraDM->vLanguageSutta = mode;
     ViewSutta(mode);
-    StoreSilently(QStringLiteral("LanguageSutta"), mode);
+    StoreSilently(Option::LanguageSutta, mode);
 }
 
 void TfrmMain::LanguageButtonClick(int mode)
@@ -101,7 +101,7 @@ void TfrmMain::EnableMargins(bool enabled)
 
 void TfrmMain::SetMarginWidth(int level)
 {
-    StoreSilently(QStringLiteral("MarginWidth"), level);
+    StoreSilently(Option::MarginWidth, level);
     frmKeloraDM->vMarginWidth = level;
     ViewSutta(frmKeloraDM->vLanguageSutta);
     ui->btnMarginWidth->setText(QString::number(level));

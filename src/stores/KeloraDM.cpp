@@ -1,33 +1,11 @@
 #include "stores/KeloraDM.h"
 
-#include "base/Colour.h"
 #include "base/InterfaceLanguage.h"
 #include "stores/Schema.h"
-#include "stores/settings/Options.h"
 
 #include <QFileInfo>
 
 namespace {
-
-constexpr Colour SystemWindowColour = 0xFF000005;
-constexpr Colour Yellow = 0x0000FFFF;
-
-struct Style
-{
-    int number;
-    QString name;
-};
-
-Style ReadDefaultStyle()
-{
-    return {25, QStringLiteral("Office2010Blue")};
-}
-
-/// Differs from the default for reading; stored choices of users rest on both.
-Style WriteFallbackStyle()
-{
-    return {16, QStringLiteral("Office2007Blue")};
-}
 
 QString OptionsPath()
 {
@@ -126,48 +104,41 @@ void TfrmKeloraDM::ReadSystemOptions()
     const auto registry = m_doors.createRegistry();
     registry->RootKey = RegistryRoot::CurrentUser;
     if (registry->OpenKeyReadOnly(OptionsPath())) {
-        try {
-            vOpenSutta = registry->ReadInteger(QStringLiteral("OpenSutta"));
-            vLastKelora = registry->ReadInteger(QStringLiteral("LastKelora"));
-            vPopupActive = registry->ReadBool(QStringLiteral("PopupActive"));
-            vPopupTime = registry->ReadInteger(QStringLiteral("PopupTime"));
-            InterfaceLang = registry->ReadInteger(QStringLiteral("InterfaceLang"));
-            FontName = registry->ReadString(QStringLiteral("FontName"));
-            vBgColor = static_cast<Colour>(registry->ReadInteger(QStringLiteral("BgColor")));
-            vHighlightColor = static_cast<Colour>(registry->ReadInteger(QStringLiteral("SeachHighlightColor")));
-            LastWord = registry->ReadString(QStringLiteral("LastWord"));
-            vLanguageSutta = registry->ReadInteger(QStringLiteral("LanguageSutta"));
-        } catch (const std::exception &) {
-            SetDefaultOptions();
+        const auto stored = ReadTogether(*registry, OptionGroup::Start);
+        TakeStartOptions(stored ? *stored : DefaultsOf(OptionGroup::Start));
+        if (!stored) {
+            const OptionValues others = DefaultsOf(OptionGroup::WrittenOnly);
+            DictionaryKind = Get<int>(others, Option::Dictionary);
+            MultiDictionary = true;
+            vMarginWidth = Get<int>(others, Option::MarginWidth);
         }
-        registry->CloseKey();
     }
+    vOurOptions = ReadOurs(*registry); // all have their defaults without the key, too
+    registry->CloseKey();
 
     QString startCommand;
     try {
-        startCommand = GetRegistryData(RegistryRoot::LocalMachine, QString::fromUtf16(RunKey), QStringLiteral("Kelora"))
-                           .toString();
+        startCommand =
+            GetRegistryData(RegistryRoot::LocalMachine, QString::fromUtf16(RunKey), QString::fromUtf16(RunValue))
+                .toString();
     } catch (const std::exception &) {
         // No entry is the ordinary case.
     }
     vStartWin = startCommand == QLatin1Char('"') + m_doors.exeName + QLatin1Char('"');
 }
 
-void TfrmKeloraDM::SetDefaultOptions()
+void TfrmKeloraDM::TakeStartOptions(const OptionValues &values)
 {
-    vOpenSutta = 1;
-    vPopupActive = true;
-    vPopupTime = 30;
-    vLastKelora = 1;
-    InterfaceLang = 0;
-    FontName = QStringLiteral("Segoe UI");
-    vBgColor = SystemWindowColour;
-    vHighlightColor = Yellow;
-    LastWord.clear();
-    DictionaryKind = 1;
-    MultiDictionary = true;
-    vLanguageSutta = 1;
-    vMarginWidth = 0;
+    vOpenSutta = Get<int>(values, Option::OpenSutta);
+    vLastKelora = Get<int>(values, Option::LastKelora);
+    vPopupActive = Get<bool>(values, Option::PopupActive);
+    vPopupTime = Get<int>(values, Option::PopupTime);
+    InterfaceLang = Get<int>(values, Option::InterfaceLang);
+    FontName = Get<QString>(values, Option::FontName);
+    vBgColor = Get<Colour>(values, Option::BgColor);
+    vHighlightColor = Get<Colour>(values, Option::SeachHighlightColor);
+    LastWord = Get<QString>(values, Option::LastWord);
+    vLanguageSutta = Get<int>(values, Option::LanguageSutta);
 }
 
 void TfrmKeloraDM::ReadActiveStyle()
@@ -176,14 +147,10 @@ void TfrmKeloraDM::ReadActiveStyle()
     registry->RootKey = RegistryRoot::CurrentUser;
     if (!registry->OpenKeyReadOnly(OptionsPath()))
         return;
-    try {
-        GlobalActiveStyle = registry->ReadInteger(QStringLiteral("GlobalActiveStyle"));
-        GlobalActiveName = registry->ReadString(QStringLiteral("GlobalActiveName"));
-    } catch (const std::exception &) {
-        const Style style = ReadDefaultStyle();
-        GlobalActiveStyle = style.number;
-        GlobalActiveName = style.name;
-    }
+    const auto stored = ReadTogether(*registry, OptionGroup::Style);
+    const OptionValues style = stored ? *stored : DefaultsOf(OptionGroup::Style);
+    GlobalActiveStyle = Get<int>(style, Option::GlobalActiveStyle);
+    GlobalActiveName = Get<QString>(style, Option::GlobalActiveName);
     registry->CloseKey();
 }
 
@@ -201,14 +168,14 @@ void TfrmKeloraDM::WithOptionsKey(Write write)
 void TfrmKeloraDM::WirteActiveStyle()
 {
     WithOptionsKey([](TRegistry &registry) {
-        const auto write = [&registry](const Style &style) {
-            registry.WriteInteger(QStringLiteral("GlobalActiveStyle"), style.number);
-            registry.WriteString(QStringLiteral("GlobalActiveName"), style.name);
-        };
+        const OptionRow &number = RowOf(Option::GlobalActiveStyle);
+        const OptionRow &name = RowOf(Option::GlobalActiveName);
         try {
-            write({GlobalActiveStyle, GlobalActiveName});
+            ::WriteOption(registry, number, GlobalActiveStyle);
+            ::WriteOption(registry, name, GlobalActiveName);
         } catch (const RegistryError &) {
-            write(WriteFallbackStyle());
+            ::WriteOption(registry, number, number.writeFallback.value());
+            ::WriteOption(registry, name, name.writeFallback.value());
         }
     });
 }
@@ -276,12 +243,7 @@ QVariant TfrmKeloraDM::GetRegistryData(RegistryRoot root, const QString &path, c
     return value;
 }
 
-void TfrmKeloraDM::WriteOption(const QString &name, int value)
+void TfrmKeloraDM::WriteOption(Option option, const OptionValue &value)
 {
-    WithOptionsKey([&](TRegistry &registry) { registry.WriteInteger(name, value); });
-}
-
-void TfrmKeloraDM::WriteOption(const QString &name, const QString &value)
-{
-    WithOptionsKey([&](TRegistry &registry) { registry.WriteString(name, value); });
+    WithOptionsKey([&](TRegistry &registry) { ::WriteOption(registry, RowOf(option), value); });
 }

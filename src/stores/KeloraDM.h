@@ -2,6 +2,7 @@
 
 #include "base/Colour.h"
 #include "stores/engine/Database.h"
+#include "stores/settings/Options.h"
 #include "stores/settings/Registry.h"
 
 #include <QDateTime>
@@ -75,8 +76,7 @@ public:
     const QString &ExeName() const { return m_doors.exeName; }
     /// Writes one value of the options key, making the key if need be; an unopenable key is no failure and stores
     /// nothing.
-    void WriteOption(const QString &name, int value);
-    void WriteOption(const QString &name, const QString &value);
+    void WriteOption(Option option, const OptionValue &value);
 
     TpFIBDatabase dbKelora;
     TpFIBTransaction trKelora;
@@ -90,9 +90,10 @@ public:
     int vLanguageSutta = 0;
     int vMarginWidth = 0;
     bool vStartWin = false;
+    OptionValues vOurOptions; ///< of the group Ours, each as stored or by default
 
 private:
-    void SetDefaultOptions();
+    void TakeStartOptions(const OptionValues &values);
     template <typename Write>
     void WithOptionsKey(Write write);
 

@@ -57,7 +57,7 @@ public:
 
     QStringList Check()
     {
-        CheckColours();
+        m_findings += CheckColours(m_object.value("colours"_L1).toObject());
         CheckNumber(u"cornerRadius"_s, 0, 12);
         CheckNumber(u"lineWidth"_s, 1, 3);
         CheckNumber(u"focusWidth"_s, 1, 4);
@@ -72,25 +72,6 @@ public:
     }
 
 private:
-    void CheckColours()
-    {
-        const QJsonObject colours = m_object.value("colours"_L1).toObject();
-        QSet<QString> known;
-        for (int part = 0; part < static_cast<int>(SkinPart::Count); ++part) {
-            const QString name = SkinPartName(static_cast<SkinPart>(part));
-            known.insert(name);
-            if (!colours.contains(name))
-                m_findings += u"the colour \"%1\" is missing"_s.arg(name);
-            else if (!ReadSkinFill(colours.value(name)))
-                m_findings += u"\"%1\" is no colour like \"#1a2b3c\" and no pair of them"_s.arg(name);
-        }
-        const QStringList names = colours.keys();
-        for (const QString &name : names) {
-            if (!known.contains(name))
-                m_findings += u"no colour is called \"%1\""_s.arg(name);
-        }
-    }
-
     void CheckNumber(const QString &name, int least, int most)
     {
         if (!m_object.contains(name))
@@ -132,6 +113,26 @@ private:
 };
 
 } // namespace
+
+QStringList CheckColours(const QJsonObject &colours, std::span<const SkinPartRow> rows)
+{
+    QStringList findings;
+    QSet<QString> known;
+    for (const SkinPartRow &row : rows) {
+        const QString name = QStringView(row.name).toString();
+        known.insert(name);
+        if (!colours.contains(name) && row.neighbour.empty())
+            findings += u"the colour \"%1\" is missing"_s.arg(name);
+        else if (colours.contains(name) && !ReadSkinFill(colours.value(name)))
+            findings += u"\"%1\" is no colour like \"#1a2b3c\" and no pair of them"_s.arg(name);
+    }
+    const QStringList names = colours.keys();
+    for (const QString &name : names) {
+        if (!known.contains(name))
+            findings += u"no colour is called \"%1\""_s.arg(name);
+    }
+    return findings;
+}
 
 QStringList CheckSkins(const QJsonArray &skins)
 {

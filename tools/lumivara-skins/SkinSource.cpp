@@ -146,7 +146,7 @@ private:
         static const QRegularExpression placeholder(u"\\{([A-Za-z]+)\\}"_s);
         qsizetype from = 0;
         for (auto match = placeholder.match(svg); match.hasMatch(); match = placeholder.match(svg, from)) {
-            const auto fill = ReadSkinFill(colours.value(match.captured(1)));
+            const auto fill = ReadPartFill(colours, match.captured(1));
             if (!fill)
                 throw ToolError(u"%1: a picture wants the colour \"%2\""_s.arg(path, match.captured(1)));
             constexpr quint32 withoutAlpha = 0xFFFFFF;

@@ -10,54 +10,63 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr const char16_t *PartNames[] = {
-    u"window",
-    u"windowText",
-    u"disabledText",
-    u"base",
-    u"alternateBase",
-    u"text",
-    u"placeholderText",
-    u"selection",
-    u"selectionText",
-    u"inactiveSelection",
-    u"rowHover",
-    u"link",
-    u"frame",
-    u"gridLine",
-    u"focusRing",
-    u"bar",
-    u"barLine",
-    u"button",
-    u"buttonText",
-    u"buttonFrame",
-    u"buttonHover",
-    u"buttonPressed",
-    u"buttonChecked",
-    u"header",
-    u"headerText",
-    u"headerHover",
-    u"menu",
-    u"menuText",
-    u"menuSelection",
-    u"menuSelectionText",
-    u"menuSide",
-    u"menuFrame",
-    u"tab",
-    u"tabActive",
-    u"splitter",
-    u"scrollTrack",
-    u"scrollThumb",
-    u"scrollThumbHover",
-    u"toolTip",
-    u"toolTipText",
-    u"toolTipFrame",
-    u"progress",
-    u"iconInk",
-    u"iconAccent",
-    u"iconFill",
+constexpr SkinPartRow PartRows[] = {
+    {u"window"},
+    {u"windowText"},
+    {u"disabledText"},
+    {u"base"},
+    {u"alternateBase"},
+    {u"text"},
+    {u"placeholderText"},
+    {u"selection"},
+    {u"selectionText"},
+    {u"inactiveSelection"},
+    {u"rowHover"},
+    {u"link"},
+    {u"frame"},
+    {u"gridLine"},
+    {u"focusRing"},
+    {u"bar"},
+    {u"barLine"},
+    {u"button"},
+    {u"buttonText"},
+    {u"buttonFrame"},
+    {u"buttonHover"},
+    {u"buttonPressed"},
+    {u"buttonChecked"},
+    {u"header"},
+    {u"headerText"},
+    {u"headerHover"},
+    {u"menu"},
+    {u"menuText"},
+    {u"menuSelection"},
+    {u"menuSelectionText"},
+    {u"menuSide"},
+    {u"menuFrame"},
+    {u"tab"},
+    {u"tabActive"},
+    {u"splitter"},
+    {u"scrollTrack"},
+    {u"scrollThumb"},
+    {u"scrollThumbHover"},
+    {u"toolTip"},
+    {u"toolTipText"},
+    {u"toolTipFrame"},
+    {u"progress"},
+    {u"iconInk"},
+    {u"iconAccent"},
+    {u"iconFill"},
 };
-static_assert(std::size(PartNames) == static_cast<size_t>(SkinPart::Count));
+static_assert(std::size(PartRows) == static_cast<size_t>(SkinPart::Count));
+
+constexpr bool NeighboursStandAbove()
+{
+    for (const SkinPartRow *row = PartRows; row != std::end(PartRows); ++row)
+        if (!row->neighbour.empty() && std::ranges::find(PartRows, row, row->neighbour, &SkinPartRow::name) == row)
+            return false;
+    return true;
+}
+static_assert(NeighboursStandAbove());
 
 std::optional<quint32> ReadColour(const QJsonValue &value)
 {
@@ -116,9 +125,14 @@ QString ElementProblem(const QXmlStreamReader &reader, int depth)
 
 } // namespace
 
+std::span<const SkinPartRow> SkinPartRows()
+{
+    return PartRows;
+}
+
 QString SkinPartName(SkinPart part)
 {
-    return QString::fromUtf16(PartNames[static_cast<size_t>(part)]);
+    return QStringView(PartRows[static_cast<size_t>(part)].name).toString();
 }
 
 std::optional<QJsonArray> SkinObjects(const QByteArray &bytes, QString *problem)
@@ -164,6 +178,16 @@ std::optional<SkinFill> ReadSkinFill(const QJsonValue &value)
     return SkinFill{*top, *bottom};
 }
 
+std::optional<SkinFill> ReadPartFill(const QJsonObject &colours, QStringView part, std::span<const SkinPartRow> rows)
+{
+    if (const auto colour = colours.find(part); colour != colours.end())
+        return ReadSkinFill(*colour);
+    const auto row = std::ranges::find_if(rows, [part](const SkinPartRow &each) { return each.name == part; });
+    if (row == rows.end() || row->neighbour.empty())
+        return std::nullopt;
+    return ReadPartFill(colours, row->neighbour, rows);
+}
+
 std::optional<Skin> ReadSkin(const QJsonObject &object)
 {
     Skin skin;
@@ -177,7 +201,7 @@ std::optional<Skin> ReadSkin(const QJsonObject &object)
     skin.focusWidth = Limited(object.value("focusWidth"_L1), 1, 4, skin.focusWidth);
     const QJsonObject colours = object.value("colours"_L1).toObject();
     for (size_t part = 0; part < skin.fills.size(); ++part) {
-        const auto fill = ReadSkinFill(colours.value(SkinPartName(static_cast<SkinPart>(part))));
+        const auto fill = ReadPartFill(colours, PartRows[part].name);
         if (!fill)
             return std::nullopt;
         skin.fills[part] = *fill;

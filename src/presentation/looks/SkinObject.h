@@ -7,6 +7,8 @@
 #include <QJsonValue>
 
 #include <optional>
+#include <span>
+#include <string_view>
 
 /// The content of a skin file, shared by the program that reads it and the tool that makes and checks it.
 
@@ -16,7 +18,17 @@ inline constexpr int SkinFileVersion = 1;
 inline constexpr qint64 MaxSkinFileBytes = 16 * 1024 * 1024;
 inline constexpr qsizetype MaxPictureBytes = 64 * 1024;
 
-/// What a skin file calls a part: "window", "windowText" …
+/// A part of a skin in its file: "window", "windowText" …
+struct SkinPartRow
+{
+    std::u16string_view name;
+    /// The name of a part above it, whose colour it takes in a skin that has none for it; empty where each skin has to
+    /// have one. Parts that are added later have one, so that the skins of readers stay whole.
+    std::u16string_view neighbour = {};
+};
+
+/// The table of the parts, in their order.
+std::span<const SkinPartRow> SkinPartRows();
 QString SkinPartName(SkinPart part);
 
 /// The objects of a file's skins; none, and why in `problem`, for what is no skin file of this version.
@@ -28,8 +40,13 @@ bool IsSkinName(const QString &name);
 /// "#rrggbb", or two of them from top to bottom.
 std::optional<SkinFill> ReadSkinFill(const QJsonValue &value);
 
-/// The skin of an object that holds each colour; numbers are brought into their limits, pictures that are none left
-/// out.
+/// A part's paint out of a skin's "colours": its own, or where that is missing the neighbour's. None where neither is
+/// there or the one that counts is no colour.
+std::optional<SkinFill> ReadPartFill(const QJsonObject &colours, QStringView part,
+                                     std::span<const SkinPartRow> rows = SkinPartRows());
+
+/// The skin of an object that holds each required colour; numbers are brought into their limits, pictures that are none
+/// left out.
 std::optional<Skin> ReadSkin(const QJsonObject &object);
 
 /// Why a picture can't be shown: not well-formed, no drawing, or one that leads elsewhere. Empty for a good one.

@@ -1,12 +1,12 @@
 #include "stores/settings/JsonRegistry.h"
 
 #include "stores/settings/AutostartEntry.h"
+#include "stores/settings/Options.h"
 
 #include <cerrno>
 
 namespace {
 
-const QString StartListKey = QStringLiteral("SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run");
 const QString EntrySuffix = QStringLiteral(".desktop");
 
 QString NoSuchKeyText()
@@ -40,7 +40,8 @@ JsonRegistry::Place JsonRegistry::PlaceOf(const QString &path)
 {
     if (RootKey == RegistryRoot::CurrentUser)
         return m_settingsFolder.isEmpty() ? Place::None : Place::Settings;
-    const bool isStartList = SettingsFile::NormalPath(path).compare(StartListKey, Qt::CaseInsensitive) == 0;
+    const QString startList = SettingsFile::NormalPath(QString::fromUtf16(RunKey));
+    const bool isStartList = SettingsFile::NormalPath(path).compare(startList, Qt::CaseInsensitive) == 0;
     return isStartList && !m_autostartFolder.isEmpty() ? Place::Autostart : Place::None;
 }
 

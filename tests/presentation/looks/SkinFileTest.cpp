@@ -85,6 +85,27 @@ TEST_F(SkinFile, DoesNotLoadASkinWithoutEachColour)
         EXPECT_FALSE(LoadSkin(path, QString::number(index))) << index;
 }
 
+TEST(SkinPart, OfALaterVersionTakesTheColourOfItsNeighbour)
+{
+    constexpr SkinPartRow rows[]{{u"bar"}, {u"footBar", u"bar"}, {u"footLine", u"footBar"}};
+    const auto top = [&rows](const char *colours, QStringView part) {
+        const auto fill = ReadPartFill(QJsonDocument::fromJson(colours).object(), part, rows);
+        return fill ? fill->top & 0xFFFFFF : 0;
+    };
+    const std::tuple<const char *, QStringView, quint32> cases[]{
+        {R"({"bar":"#000001","footBar":"#000002","footLine":"#000003"})", u"footLine", 3},
+        {R"({"bar":"#000001","footBar":"#000002"})", u"footLine", 2},
+        {R"({"bar":"#000001"})", u"footLine", 1},
+        {R"({"footLine":"#000003"})", u"footLine", 3},
+        {R"({"footLine":"#000003"})", u"footBar", 0},
+        {R"({"bar":"#000001","footBar":"red"})", u"footBar", 0},
+        {R"({"bar":"#000001","footBar":"red"})", u"footLine", 0},
+        {R"({"footBar":"#000002"})", u"bar", 0},
+        {R"({"bar":"#000001","later":"#000004"})", u"later", 4}};
+    for (const auto &[colours, part, expected] : cases)
+        EXPECT_EQ(top(colours, part), expected) << colours << ' ' << qPrintable(part.toString());
+}
+
 TEST(SkinPicture, IsASmallDrawingThatLeadsNowhere)
 {
     EXPECT_EQ(PictureProblem(GoodPicture), QString());

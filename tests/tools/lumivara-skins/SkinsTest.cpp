@@ -47,6 +47,18 @@ TEST(SkinCheck, TellsWhatIsWrong)
         EXPECT_EQ(CheckSkins(skins).join(u'\n').section(u'\n', 0, 0).toStdString(), expected);
 }
 
+TEST(SkinCheck, AsksForNoColourThatANeighbourGives)
+{
+    constexpr SkinPartRow rows[]{{u"bar"}, {u"footBar", u"bar"}};
+    const auto findings = [&rows](const QJsonObject &colours) {
+        return CheckColours(colours, rows).join(u'\n').toStdString();
+    };
+    EXPECT_EQ(findings({{u"bar"_s, u"#000001"_s}}), "");
+    EXPECT_EQ(findings({{u"footBar"_s, u"#000001"_s}}), "the colour \"bar\" is missing");
+    EXPECT_EQ(findings({{u"bar"_s, u"#000001"_s}, {u"footBar"_s, 1}}),
+              "\"footBar\" is no colour like \"#1a2b3c\" and no pair of them");
+}
+
 class SkinsTool : public ToolTest
 {
 protected:
