@@ -1,6 +1,6 @@
 #include "stores/ClientsDM.h"
 
-#include "base/InterfaceLanguage.h"
+#include "base/Messages.h"
 #include "stores/settings/Options.h"
 
 #include <array>
@@ -13,23 +13,17 @@ constexpr int TextSize = 127;
 constexpr int NoteSize = 2047;
 constexpr int NewMarkPriority = 2;
 
-QString CollectionPrefix(int collection, int interfaceLang)
+/// By collection, from 1 on.
+constexpr std::array collectionPrefixes{
+    Message{u"(Trường Bộ - ", u"(Digha Tarune - "},       Message{u"(Trung Bộ - ", u"(Majjhima Tarune - "},
+    Message{u"(Tăng Chi Bộ - ", u"(Anguttara Tarune - "}, Message{u"(Tương Ưng Bộ - ", u"(Samyutta Tarune - "},
+    Message{u"(Tiểu Bộ - ", u"(Khuddaka Tarune - "},      Message{u"(Tạng Luật - ", u"(Kelora - "}};
+
+QString CollectionPrefix(int collection)
 {
-    static constexpr std::array vietnamese{u"(Trường Bộ - ",    u"(Trung Bộ - ", u"(Tăng Chi Bộ - ",
-                                           u"(Tương Ưng Bộ - ", u"(Tiểu Bộ - ",  u"(Tạng Luật - "};
-    static constexpr std::array english{u"(Digha Tarune - ",    u"(Majjhima Tarune - ", u"(Anguttara Tarune - ",
-                                        u"(Samyutta Tarune - ", u"(Khuddaka Tarune - ", u"(Kelora - "};
-    if (collection < 1 || collection > static_cast<int>(vietnamese.size()))
+    if (collection < 1 || collection > static_cast<int>(collectionPrefixes.size()))
         return {};
-    const auto index = static_cast<size_t>(collection - 1);
-    switch (interfaceLang) {
-    case 0:
-        return QString::fromUtf16(vietnamese[index]);
-    case 1:
-        return QString::fromUtf16(english[index]);
-    default:
-        return {};
-    }
+    return TextOrNone(collectionPrefixes[static_cast<size_t>(collection - 1)]);
 }
 
 } // namespace
@@ -188,5 +182,5 @@ QString TfrmClientsDM::qryFocusNAME_SUT_VIEGetText(const TField &field)
     default:
         return {};
     }
-    return CollectionPrefix(qryFocus.FieldByName(u"NIK_SUT"_s).AsInteger(), InterfaceLang) + name + u')';
+    return CollectionPrefix(qryFocus.FieldByName(u"NIK_SUT"_s).AsInteger()) + name + u')';
 }
