@@ -10,6 +10,7 @@
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/MenuKey.h"
+#include "toolkit/program/QtWords.h"
 #include "toolkit/program/StartUp.h"
 
 #include <QApplication>
@@ -49,6 +50,7 @@ int main(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
     InstallFontSubstitutes();
     InstallMenuKey();
+    ShowQtWords();
 
     // In this order, each finished before the next; they end in the reverse one, the pages of the window first.
     TInterfaceDM interfaceModule;

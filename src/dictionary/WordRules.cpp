@@ -1,5 +1,6 @@
 #include "dictionary/WordRules.h"
 
+#include "base/Messages.h"
 #include "base/Texts.h"
 #include "stores/Schema.h"
 
@@ -7,30 +8,28 @@
 
 namespace {
 
-constexpr int Vietnamese = 0;
-constexpr int English = 1;
 constexpr int DebounceDue = 200;
 constexpr int DebounceWrapsAbove = 400;
 constexpr int DebounceWrapsTo = 220;
 
 struct KindRow
 {
-    const char16_t *vietnamese;
-    const char16_t *english;
+    Message caption;
     /// Of the button while several dictionaries show; none where the button keeps its caption.
-    const char16_t *multiVietnamese;
-    const char16_t *multiEnglish;
+    Message multi;
 };
 
+constexpr Message oneDictionary{u"Hiển thị nhiều từ điển", u"Multi Dictionary"};
+
 constexpr std::array<KindRow, DictKind::All.size()> Kinds{{
-    {u"Anh-Việt", u"English-Vietnamese", u"+ Pāli", u"+ Pāli"},
-    {u"Việt-Anh", u"Vietnamese-English", u"+ Pāli", u"+ Pāli"},
-    {u"Pháp-Việt", u"French-Vietnamese", nullptr, nullptr},
-    {u"Việt-Pháp", u"Vietnamese-French", nullptr, nullptr},
-    {u"Pāli-Việt", u"Pāli-Vietnamese", u"+ Anh", u"+ English"},
-    {u"Việt-Pāli", u"Vietnamese-Pāli", u"+ Anh", u"+ English"},
-    {u"Anh-Pāli", u"English-Pāli", u"+ Việt", u"+ Vietnamese"},
-    {u"Pāli-Anh", u"Pāli-English", u"+ Việt", u"+ Vietnamese"},
+    {{u"Anh-Việt", u"English-Vietnamese"}, {u"+ Pāli", u"+ Pāli"}},
+    {{u"Việt-Anh", u"Vietnamese-English"}, {u"+ Pāli", u"+ Pāli"}},
+    {{u"Pháp-Việt", u"French-Vietnamese"}, {}},
+    {{u"Việt-Pháp", u"Vietnamese-French"}, {}},
+    {{u"Pāli-Việt", u"Pāli-Vietnamese"}, {u"+ Anh", u"+ English"}},
+    {{u"Việt-Pāli", u"Vietnamese-Pāli"}, {u"+ Anh", u"+ English"}},
+    {{u"Anh-Pāli", u"English-Pāli"}, {u"+ Việt", u"+ Vietnamese"}},
+    {{u"Pāli-Anh", u"Pāli-English"}, {u"+ Việt", u"+ Vietnamese"}},
 }};
 
 const KindRow *RowOf(int kind)
@@ -43,39 +42,19 @@ const KindRow *RowOf(int kind)
 QString DictionaryCaption(int kind, int interfaceLanguage)
 {
     const KindRow *row = RowOf(kind);
-    if (!row)
-        return {};
-    switch (interfaceLanguage) {
-    case Vietnamese:
-        return QString::fromUtf16(row->vietnamese);
-    case English:
-        return QString::fromUtf16(row->english);
-    default:
-        return {};
-    }
+    return row ? TextOrNone(row->caption, interfaceLanguage) : QString();
 }
 
 QString MultiDictionaryCaption(int kind, bool isMulti, int interfaceLanguage)
 {
-    if (!isMulti) {
-        switch (interfaceLanguage) {
-        case Vietnamese:
-            return QStringLiteral("Hiển thị nhiều từ điển");
-        case English:
-            return QStringLiteral("Multi Dictionary");
-        default:
-            return {};
-        }
-    }
+    if (!isMulti)
+        return TextOrNone(oneDictionary, interfaceLanguage);
     const KindRow *row = RowOf(kind);
-    if (!row || !row->multiVietnamese)
+    if (!row || !row->multi.vietnamese)
         return {};
     // Where both languages say the same, any language does.
-    const QString vietnamese = QString::fromUtf16(row->multiVietnamese);
-    const QString english = QString::fromUtf16(row->multiEnglish);
-    if (interfaceLanguage == Vietnamese || vietnamese == english)
-        return vietnamese;
-    return interfaceLanguage == English ? english : QString();
+    const bool isOneWord = QStringView(row->multi.vietnamese) == QStringView(row->multi.english);
+    return isOneWord ? TextOrEnglish(row->multi, interfaceLanguage) : TextOrNone(row->multi, interfaceLanguage);
 }
 
 int DictionaryKindOf(int contentLanguage, int current)

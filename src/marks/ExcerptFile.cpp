@@ -1,6 +1,6 @@
 #include "marks/ExcerptFile.h"
 
-#include "base/InterfaceLanguage.h"
+#include "base/Messages.h"
 
 #include <QFile>
 #include <QScopeGuard>
@@ -21,15 +21,17 @@ namespace {
 const QString fileName = u"tmpfocus.html"_s;
 constexpr mode_t readableByAll = 0644;
 
+constexpr Message cannotSave{u"Không ghi được tệp \"%1\": %2", u"The file \"%1\" cannot be written: %2"};
+constexpr Message cannotLoad{u"Không đọc được tệp \"%1\": %2", u"The file \"%1\" cannot be read: %2"};
+constexpr Message heldByAnother{u"một bản khác của chương trình đang mở cửa sổ đánh dấu.",
+                                u"another copy of the program has its marking window open."};
+
 enum class Deed { Save, Load };
 
 [[noreturn]] void Fail(Deed deed, const QString &path, const QString &cause)
 {
-    QString text =
-        u"The file \"%1\" cannot be %2: %3"_s.arg(path, deed == Deed::Save ? u"written"_s : u"read"_s, cause);
-    if (InterfaceLang == 0)
-        text = u"Không %2 được tệp \"%1\": %3"_s.arg(path, deed == Deed::Save ? u"ghi"_s : u"đọc"_s, cause);
-    throw std::runtime_error(text.toStdString());
+    const QString text = TextOrEnglish(deed == Deed::Save ? cannotSave : cannotLoad);
+    throw std::runtime_error(text.arg(path, cause).toStdString());
 }
 
 [[noreturn]] void FailBySystem(Deed deed, const QString &path)
@@ -67,9 +69,7 @@ void ExcerptFile::Hold()
     // The folder is what is locked: the file itself is another one after each save.
     if (::flock(folder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
         ::close(folder);
-        Fail(Deed::Save, m_folder + fileName,
-             InterfaceLang == 0 ? u"một bản khác của chương trình đang mở cửa sổ đánh dấu."_s
-                                : u"another copy of the program has its marking window open."_s);
+        Fail(Deed::Save, m_folder + fileName, TextOrEnglish(heldByAnother));
     }
     m_held = folder;
 }

@@ -1,15 +1,24 @@
 #include "marks/MarkCaptions.h"
 
-#include "base/InterfaceLanguage.h"
+#include "base/Messages.h"
 #include "toolkit/controls/LayoutItem.h"
+
+namespace {
+
+constexpr MarkCaptions englishCaptions{u"Title", u"Priority", u"Keywords", u"Description"};
+
+} // namespace
 
 void ShowMarkCaptions(const MarkItems &items, const MarkCaptions &designed, const MarkCaptions &vietnamese)
 {
-    static constexpr MarkCaptions english{u"Title", u"Priority", u"Keywords", u"Description"};
-    const MarkCaptions &captions = InterfaceLang == 0 ? vietnamese : InterfaceLang == 1 ? english : designed;
-    items.title->SetCaption(QString::fromUtf16(captions.title));
-    items.priority->SetCaption(QString::fromUtf16(captions.priority));
-    items.keyword->SetCaption(QString::fromUtf16(captions.keyword));
-    items.description->SetCaption(QString::fromUtf16(captions.description));
+    const std::pair<TdxLayoutItem *, const char16_t * MarkCaptions::*> captions[]{
+        {items.title, &MarkCaptions::title},
+        {items.priority, &MarkCaptions::priority},
+        {items.keyword, &MarkCaptions::keyword},
+        {items.description, &MarkCaptions::description},
+    };
+    for (const auto &[item, caption] : captions)
+        item->SetCaption(
+            TextOr(QString::fromUtf16(designed.*caption), {vietnamese.*caption, englishCaptions.*caption}));
     TdxLayoutItem::AlignCaptions({items.title, items.keyword, items.description});
 }

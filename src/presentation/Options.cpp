@@ -1,6 +1,6 @@
 #include "presentation/Options.h"
 
-#include "base/InterfaceLanguage.h"
+#include "base/Messages.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
 #include "stores/settings/Options.h"
@@ -15,6 +15,14 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr Message fontName{u"Phông chữ", u"Font name"};
+constexpr Message backgroundColour{u"Màu nền văn bản", u"Background color"};
+constexpr Message highlightColour{u"Màu kết quả tìm kiếm", u"Highlight color"};
+constexpr Message openWith{u"Mở ứng dụng theo", u"Open application with"};
+constexpr Message versePopup{u"Hiển thị popup Pháp Cú", u"Dhammapada popup"};
+constexpr Message popupTime{u"phút/1 lần", u"second/1"};
+constexpr Message startWithSystem{u"Khởi động cùng Windows", u"Start with Windows"};
 
 constexpr QSize DesignSize(394, 372); // with letters of DesignHeight
 constexpr qreal DesignHeight = 13;    // pixels
@@ -54,21 +62,17 @@ void TfrmOptions::FormCreate()
 
 void TfrmOptions::FormShow()
 {
-    const struct
-    {
-        TdxLayoutItem *item;
-        QString vietnamese, english;
-    } captions[] = {
-        {ui->lcFormatItemFontName, u"Phông chữ"_s, u"Font name"_s},
-        {ui->lcFormatItemBgColor, u"Màu nền văn bản"_s, u"Background color"_s},
-        {ui->lcFormatItemHighlightColor, u"Màu kết quả tìm kiếm"_s, u"Highlight color"_s},
-        {ui->lcSystemItemOpenAppWith, u"Mở ứng dụng theo"_s, u"Open application with"_s},
-        {ui->lcSystemItemDhammapadaPopup, u"Hiển thị popup Pháp Cú"_s, u"Dhammapada popup"_s},
-        {ui->lcSystemItemSecondPerNo, u"phút/1 lần"_s, u"second/1"_s},
-        {ui->lcSystemItemStartWithWindows, u"Khởi động cùng Windows"_s, u"Start with Windows"_s},
+    const std::pair<TdxLayoutItem *, Message> captions[] = {
+        {ui->lcFormatItemFontName, fontName},
+        {ui->lcFormatItemBgColor, backgroundColour},
+        {ui->lcFormatItemHighlightColor, highlightColour},
+        {ui->lcSystemItemOpenAppWith, openWith},
+        {ui->lcSystemItemDhammapadaPopup, versePopup},
+        {ui->lcSystemItemSecondPerNo, popupTime},
+        {ui->lcSystemItemStartWithWindows, startWithSystem},
     };
-    for (const auto &caption : captions)
-        caption.item->SetCaption(InterfaceLang == 1 ? caption.english : caption.vietnamese);
+    for (const auto &[item, caption] : captions)
+        item->SetCaption(TextOr(QString::fromUtf16(caption.vietnamese), caption));
     TdxLayoutItem::AlignCaptions({ui->lcFormatItemFontName, ui->lcFormatItemBgColor, ui->lcFormatItemHighlightColor});
     FitSize();
     move(screen()->availableGeometry().center() - rect().center());

@@ -13,6 +13,7 @@
 #include "toolkit/program/FormLanguage.h"
 #include "toolkit/program/Forms.h"
 #include "toolkit/program/Guard.h"
+#include "toolkit/program/QtWords.h"
 #include "ui_Main.h"
 
 #include <QApplication>
@@ -208,6 +209,7 @@ void TfrmMain::bcbLanguageChange()
     const int index = std::max(bcbLanguage->ItemIndex(), 0);
     LangManager().SetCurrentLanguage(LangManager().GetLanguageId(index));
     InterfaceLang = index;
+    ShowQtWords();
     // The English interface reads the names in Pāli; a further language leaves the columns as they are.
     if (InterfaceLang == 0 || InterfaceLang == 1) {
         ui->dbtSutas->Column(Field::NameVicVie)->SetVisible(InterfaceLang == 0);

@@ -1,6 +1,7 @@
 #include "reader/PageComposer.h"
 
 #include "base/Colour.h"
+#include "base/Messages.h"
 
 #include <QList>
 
@@ -9,6 +10,8 @@
 #include <cstring>
 
 namespace {
+
+constexpr Message noData{u"Chưa có dữ liệu...", u"No data to display..."};
 
 constexpr QByteArrayView StoredFont("Segoe UI");
 constexpr QByteArrayView StoredSize("150%");
@@ -160,12 +163,16 @@ QByteArray ComposeFallbackPage(const QByteArray &text)
 QByteArray FallbackText(int idVic, int interfaceLang, const QString &nameVietnamese, const QString &nameEnglish)
 {
     constexpr int firstNamedRow = 1000;
-    const bool isNamed = idVic >= firstNamedRow;
-    if (interfaceLang == 0)
-        return isNamed ? nameVietnamese.toUtf8() : QStringLiteral("Chưa có dữ liệu...").toUtf8();
-    if (interfaceLang == 1)
-        return isNamed ? nameEnglish.toUtf8() : QByteArrayLiteral("No data to display...");
-    return {};
+    if (idVic < firstNamedRow)
+        return TextOrNone(noData, interfaceLang).toUtf8();
+    switch (interfaceLang) {
+    case 0:
+        return nameVietnamese.toUtf8();
+    case 1:
+        return nameEnglish.toUtf8();
+    default:
+        return {};
+    }
 }
 
 QString HostStyle(Colour background)

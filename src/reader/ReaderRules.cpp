@@ -1,6 +1,15 @@
 #include "reader/ReaderRules.h"
 
+#include "base/Messages.h"
 #include "stores/Schema.h"
+
+namespace {
+
+constexpr Message quitTitle{u"Thông báo", u"Information"};
+constexpr Message quitText{u"Đồng ý thoát khỏi Lumivara?", u"Are you sure you wish to quit Lumivara?"};
+constexpr Message clientDatabaseNotOpen{u"Hệ thống dữ liệu chưa sẵn sàng!", u"Client database is not open!"};
+
+} // namespace
 
 QString TreeFilterClause(NameColumn column)
 {
@@ -50,18 +59,10 @@ int RandomSuttaNumber(quint32 drawn)
 
 BoxText QuitPrompt(int interfaceLang)
 {
-    if (interfaceLang == 0)
-        return {QStringLiteral("Thông báo"), QStringLiteral("Đồng ý thoát khỏi Lumivara?")};
-    if (interfaceLang == 1)
-        return {QStringLiteral("Information"), QStringLiteral("Are you sure you wish to quit Lumivara?")};
-    return {};
+    return {TextOrNone(quitTitle, interfaceLang), TextOrNone(quitText, interfaceLang)};
 }
 
 QString ClientDatabaseNotOpenText(int interfaceLang)
 {
-    if (interfaceLang == 0)
-        return QStringLiteral("Hệ thống dữ liệu chưa sẵn sàng!");
-    if (interfaceLang == 1)
-        return QStringLiteral("Client database is not open!");
-    return {};
+    return TextOrNone(clientDatabaseNotOpen, interfaceLang);
 }

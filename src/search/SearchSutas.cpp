@@ -1,6 +1,6 @@
 #include "search/SearchSutas.h"
 
-#include "base/InterfaceLanguage.h"
+#include "base/Messages.h"
 #include "base/Texts.h"
 #include "search/SuttaScan.h"
 #include "search/SuttaSearch.h"
@@ -30,6 +30,8 @@ static void InitSearchImages()
 }
 
 namespace {
+
+constexpr Message resultText{u"Kết quả tìm kiếm: ", u"Result: "};
 
 constexpr SchemaName SampleText = u"SAMPLE_TEXT"; ///< of the results alone
 constexpr int WindowTop = 95;
@@ -281,8 +283,7 @@ void TfrmSearchSutas::ShowNameColumn(int language)
 
 void TfrmSearchSutas::ShowResultCount(int count)
 {
-    if (InterfaceLang == 0)
-        ui->lbResult->setText(u"Kết quả tìm kiếm: "_s + QString::number(count));
-    else if (InterfaceLang == 1)
-        ui->lbResult->setText(u"Result: "_s + QString::number(count));
+    const QString text = TextOrNone(resultText);
+    if (!text.isNull())
+        ui->lbResult->setText(text + QString::number(count));
 }

@@ -1,6 +1,6 @@
 #include "stores/ClientsDM.h"
 
-#include "base/InterfaceLanguage.h"
+#include "base/Messages.h"
 #include "stores/Schema.h"
 #include "stores/settings/Options.h"
 
@@ -10,24 +10,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString CollectionPrefix(int collection, int interfaceLang)
+/// By collection, from Digha on.
+constexpr std::array collectionPrefixes{
+    Message{u"(Trường Bộ - ", u"(Digha Tarune - "},       Message{u"(Trung Bộ - ", u"(Majjhima Tarune - "},
+    Message{u"(Tăng Chi Bộ - ", u"(Anguttara Tarune - "}, Message{u"(Tương Ưng Bộ - ", u"(Samyutta Tarune - "},
+    Message{u"(Tiểu Bộ - ", u"(Khuddaka Tarune - "},      Message{u"(Tạng Luật - ", u"(Kelora - "}};
+static_assert(collectionPrefixes.size() == Collection::Kelora);
+
+QString CollectionPrefix(int collection)
 {
-    static constexpr std::array vietnamese{u"(Trường Bộ - ",    u"(Trung Bộ - ", u"(Tăng Chi Bộ - ",
-                                           u"(Tương Ưng Bộ - ", u"(Tiểu Bộ - ",  u"(Tạng Luật - "};
-    static constexpr std::array english{u"(Digha Tarune - ",    u"(Majjhima Tarune - ", u"(Anguttara Tarune - ",
-                                        u"(Samyutta Tarune - ", u"(Khuddaka Tarune - ", u"(Kelora - "};
-    static_assert(vietnamese.size() == Collection::Kelora && english.size() == vietnamese.size());
     if (collection < Collection::Digha || collection > Collection::Kelora)
         return {};
-    const auto index = static_cast<size_t>(collection - Collection::Digha);
-    switch (interfaceLang) {
-    case 0:
-        return QString::fromUtf16(vietnamese[index]);
-    case 1:
-        return QString::fromUtf16(english[index]);
-    default:
-        return {};
-    }
+    return TextOrNone(collectionPrefixes[static_cast<size_t>(collection - Collection::Digha)]);
 }
 
 } // namespace
@@ -186,5 +180,5 @@ QString TfrmClientsDM::qryFocusNAME_SUT_VIEGetText(const TField &field)
     default:
         return {};
     }
-    return CollectionPrefix(qryFocus.FieldByName(Field::NikSut).AsInteger(), InterfaceLang) + name + u')';
+    return CollectionPrefix(qryFocus.FieldByName(Field::NikSut).AsInteger()) + name + u')';
 }

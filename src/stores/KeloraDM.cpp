@@ -1,30 +1,24 @@
 #include "stores/KeloraDM.h"
 
-#include "base/InterfaceLanguage.h"
+#include "base/Messages.h"
 #include "stores/Schema.h"
 
 #include <QFileInfo>
 
 namespace {
 
+constexpr Message canonFailure{u"Kết nối dữ liệu không thành công!\r"
+                               "Vào Control Panel -> System Security -> Change User Account Control Settings\r"
+                               "-> Chọn mức Notyfi thấp hơn trong cửa sổ mới hiện ra (Never Notify)\r"
+                               "-> OK và khởi động lại máy!",
+                               u"Can not connect to database!\r"
+                               "(Control Panel -> System Security -> Change User Account Control Settings\r"
+                               "-> Set lower notify (Never Notify)\r"
+                               "-> OK and Restart operating system!)"};
+
 QString OptionsPath()
 {
     return QString::fromUtf16(OptionsKey);
-}
-
-QString CanonFailureText(int interfaceLang)
-{
-    if (interfaceLang == 0)
-        return QStringLiteral("Kết nối dữ liệu không thành công!\r"
-                              "Vào Control Panel -> System Security -> Change User Account Control Settings\r"
-                              "-> Chọn mức Notyfi thấp hơn trong cửa sổ mới hiện ra (Never Notify)\r"
-                              "-> OK và khởi động lại máy!");
-    if (interfaceLang == 1)
-        return QStringLiteral("Can not connect to database!\r"
-                              "(Control Panel -> System Security -> Change User Account Control Settings\r"
-                              "-> Set lower notify (Never Notify)\r"
-                              "-> OK and Restart operating system!)");
-    return {};
 }
 
 // The registry's own words for its errors 1012 and 1013.
@@ -90,7 +84,7 @@ void TfrmKeloraDM::DataModuleCreate()
         trKelora.SetActive(true);
         ReadSystemOptions();
     } catch (const std::exception &) {
-        const QString text = CanonFailureText(InterfaceLang);
+        const QString text = TextOrNone(canonFailure);
         if (!text.isEmpty() && m_doors.showMessage)
             m_doors.showMessage(text);
         if (m_doors.terminate)

@@ -1,6 +1,7 @@
 #include "toolkit/browser/BrowserControl.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/MenuKey.h"
+#include "toolkit/program/QtWords.h"
 #include "toolkit/program/StartUp.h"
 
 #include <QApplication>
@@ -16,6 +17,7 @@ int main(int argc, char **argv)
     SettleLocale();
     InstallFontSubstitutes();
     InstallMenuKey();
+    ShowQtWords();
     QApplication::setQuitOnLastWindowClosed(false);
     return RUN_ALL_TESTS();
 }

@@ -1,6 +1,6 @@
 #include "toolkit/bound/DBTreeList.h"
 
-#include "base/InterfaceLanguage.h"
+#include "base/Messages.h"
 #include "stores/data/DataSet.h"
 #include "stores/data/DataSource.h"
 #include "toolkit/bound/TreeShape.h"
@@ -15,15 +15,16 @@
 
 namespace {
 
+constexpr Message expanded{u"đang mở", u"expanded"};
+constexpr Message collapsed{u"đang đóng", u"collapsed"};
+
 constexpr int RowHeight = 23;
 constexpr int Indentation = 18;
 
 /// The toolkit's own word for it looks at the first column alone, which shows no names.
 QString StateText(bool isExpanded)
 {
-    if (InterfaceLang == 1)
-        return isExpanded ? QStringLiteral("expanded") : QStringLiteral("collapsed");
-    return isExpanded ? QStringLiteral("đang mở") : QStringLiteral("đang đóng");
+    return TextOrEnglish(isExpanded ? expanded : collapsed);
 }
 
 } // namespace

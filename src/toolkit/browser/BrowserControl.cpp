@@ -1,6 +1,6 @@
 #include "toolkit/browser/BrowserControl.h"
 
-#include "base/InterfaceLanguage.h"
+#include "base/Messages.h"
 #include "toolkit/browser/BrowserInput.h"
 #include "toolkit/browser/BrowserPage.h"
 #include "toolkit/browser/BrowserProfile.h"
@@ -24,6 +24,9 @@
 
 namespace {
 
+constexpr Message pageLost{u"Không hiển thị được trang này: bộ máy trình duyệt đã hai lần bị dừng.",
+                           u"The page could not be shown: the browser engine ended twice on it."};
+
 constexpr int leastZoom = 25; // per cent, the engine's own limits
 constexpr int greatestZoom = 500;
 
@@ -37,12 +40,6 @@ int NextOwner()
 QString WithoutPictures(QString text)
 {
     return text.remove(QChar::ObjectReplacementCharacter);
-}
-
-QString LostPageText()
-{
-    return InterfaceLang == 1 ? QStringLiteral("The page could not be shown: the browser engine ended twice on it.")
-                              : QStringLiteral("Không hiển thị được trang này: bộ máy trình duyệt đã hai lần bị dừng.");
 }
 
 } // namespace
@@ -199,8 +196,9 @@ void TBrowserControl::Private::RendererEnded()
     // Nobody answers any more: a command would wait for the next page, and act on that.
     isLost = true;
     wait.Renew();
-    RunGuarded(
-        [] { Doors().messageBox(QStringLiteral("Lumivara 1.0"), LostPageText(), BoxButtons::Ok, BoxIcon::Error); });
+    RunGuarded([] {
+        Doors().messageBox(QStringLiteral("Lumivara 1.0"), TextOrEnglish(pageLost), BoxButtons::Ok, BoxIcon::Error);
+    });
 }
 
 void TBrowserControl::Private::ApplyZoom()

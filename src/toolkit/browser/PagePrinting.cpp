@@ -1,6 +1,6 @@
 #include "toolkit/browser/PagePrinting.h"
 
-#include "base/InterfaceLanguage.h"
+#include "base/Messages.h"
 #include "toolkit/browser/BrowserControl.h"
 #include "toolkit/browser/BrowserScripts.h"
 #include "toolkit/browser/EngineWait.h"
@@ -28,6 +28,9 @@
 
 namespace {
 
+constexpr Message notLaidOut{u"Không dàn được trang để in.", u"The page could not be laid out for printing."};
+constexpr Message fileCut{u"Không ghi được trọn tập tin:\r%1", u"The file could not be written whole:\r%1"};
+
 constexpr qreal leastMargin = 18;     // millimetres: room for a line above and below the text
 constexpr qreal leastSideMargin = 15; // millimetres: lines to the very edge are hard to read
 constexpr qreal textDistance = 9;     // millimetres from the edge of the sheet to that line
@@ -35,19 +38,6 @@ constexpr qreal textPoints = 8;
 constexpr int printDots = 300;
 /// The preview keeps every page as a picture.
 constexpr int previewDots = 110;
-
-QString PrintFailure()
-{
-    return InterfaceLang == 1 ? QStringLiteral("The page could not be laid out for printing.")
-                              : QStringLiteral("Không dàn được trang để in.");
-}
-
-QString CutFileText(const QString &path)
-{
-    const QString text = InterfaceLang == 1 ? QStringLiteral("The file could not be written whole:\r%1")
-                                            : QStringLiteral("Không ghi được trọn tập tin:\r%1");
-    return text.arg(QDir::toNativeSeparators(path));
-}
 
 /// Whether a printed file has its end. The printer itself takes no notice of a full disk.
 bool IsWholeFile(const QString &path)
@@ -117,9 +107,9 @@ void PrintAs(QPrinter &printer, const QByteArray &pdf, const PageTexts &texts)
     const int last = isRange && printer.toPage() > 0 ? printer.toPage() : std::numeric_limits<int>::max();
     QString failure;
     if (!PaintPages(printer, pdf, texts, first, last, printDots))
-        failure = PrintFailure();
+        failure = TextOrEnglish(notLaidOut);
     else if (!printer.outputFileName().isEmpty() && !IsWholeFile(printer.outputFileName()))
-        failure = CutFileText(printer.outputFileName());
+        failure = TextOrEnglish(fileCut).arg(QDir::toNativeSeparators(printer.outputFileName()));
     if (!failure.isEmpty())
         Doors().messageBox(QStringLiteral("Lumivara 1.0"), failure, BoxButtons::Ok, BoxIcon::Error);
 }

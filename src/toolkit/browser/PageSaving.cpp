@@ -1,6 +1,6 @@
 #include "toolkit/browser/PageSaving.h"
 
-#include "base/InterfaceLanguage.h"
+#include "base/Messages.h"
 #include "toolkit/browser/BrowserControl.h"
 #include "toolkit/browser/BrowserScripts.h"
 #include "toolkit/program/Doors.h"
@@ -17,10 +17,10 @@ namespace {
 
 constexpr qsizetype longestName = 80; // characters; a letter has up to four bytes, a name 255
 
-QString Chosen(const QString &vietnamese, const QString &english)
-{
-    return InterfaceLang == 1 ? english : vietnamese;
-}
+constexpr Message saveTitle{u"Lưu thành tập tin", u"Save to a file"};
+constexpr Message pageFiles{u"Trang HTML (*.html *.htm)", u"HTML page (*.html *.htm)"};
+constexpr Message textFiles{u"Văn bản (*.txt)", u"Plain text (*.txt)"};
+constexpr Message cannotSave{u"Không lưu được tập tin", u"The file could not be saved"};
 
 } // namespace
 
@@ -66,16 +66,13 @@ void SavePage(TBrowserControl &control, const QString &fallbackTitle)
     if (!self)
         return;
 
-    const QString pageFilter =
-        Chosen(QStringLiteral("Trang HTML (*.html *.htm)"), QStringLiteral("HTML page (*.html *.htm)"));
-    const QString textFilter = Chosen(QStringLiteral("Văn bản (*.txt)"), QStringLiteral("Plain text (*.txt)"));
-    auto *dialog = new QFileDialog(control.window(),
-                                   Chosen(QStringLiteral("Lưu thành tập tin"), QStringLiteral("Save to a file")));
+    const QString textFilter = TextOrEnglish(textFiles);
+    auto *dialog = new QFileDialog(control.window(), TextOrEnglish(saveTitle));
     const QPointer<QFileDialog> shown = dialog;
     dialog->setObjectName(QStringLiteral("dlgSave"));
     dialog->setOption(QFileDialog::DontUseNativeDialog);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setNameFilters({pageFilter, textFilter});
+    dialog->setNameFilters({TextOrEnglish(pageFiles), textFilter});
     dialog->setDefaultSuffix(QStringLiteral("html"));
     QObject::connect(dialog, &QFileDialog::filterSelected, dialog, [dialog, textFilter](const QString &filter) {
         dialog->setDefaultSuffix(filter == textFilter ? QStringLiteral("txt") : QStringLiteral("html"));
@@ -93,10 +90,8 @@ void SavePage(TBrowserControl &control, const QString &fallbackTitle)
         return;
     const QString failure = WriteWhole(path, isText ? text.toUtf8() : source);
     if (!failure.isEmpty()) {
-        const QString message =
-            Chosen(QStringLiteral("Không lưu được tập tin"), QStringLiteral("The file could not be saved"));
-        Doors().messageBox(QStringLiteral("Lumivara 1.0"),
-                           QStringLiteral("%1:\r%2\r%3").arg(message, QDir::toNativeSeparators(path), failure),
-                           BoxButtons::Ok, BoxIcon::Error);
+        const QString text =
+            QStringLiteral("%1:\r%2\r%3").arg(TextOrEnglish(cannotSave), QDir::toNativeSeparators(path), failure);
+        Doors().messageBox(QStringLiteral("Lumivara 1.0"), text, BoxButtons::Ok, BoxIcon::Error);
     }
 }

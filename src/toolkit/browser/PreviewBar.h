@@ -2,5 +2,5 @@
 
 class QPrintPreviewDialog;
 
-/// Gives the toolkit's preview the pictures of the look and hints in the interface's language.
+/// Gives the toolkit's preview the pictures of the look.
 void DressPreview(QPrintPreviewDialog &window);

@@ -1,7 +1,6 @@
 #include "toolkit/program/Doors.h"
 
 #include "base/Colour.h"
-#include "base/InterfaceLanguage.h"
 #include "toolkit/program/ColorChooser.h"
 #include "toolkit/program/Guard.h"
 
@@ -43,16 +42,6 @@ bool ShowMessageBox(const QString &title, const QString &text, BoxButtons button
     const QList<QAbstractButton *> answers = box.buttons();
     for (QAbstractButton *button : answers)
         button->setIcon({});
-    if (InterfaceLang == 0) {
-        // The toolkit has no words in Vietnamese.
-        const std::pair<QMessageBox::StandardButton, QString> words[]{{QMessageBox::Yes, QStringLiteral("&Có")},
-                                                                      {QMessageBox::No, QStringLiteral("&Không")},
-                                                                      {QMessageBox::Ok, QStringLiteral("Đồ&ng ý")}};
-        for (const auto &[which, text] : words) {
-            if (QAbstractButton *button = box.button(which))
-                button->setText(text);
-        }
-    }
     const int answer = box.exec();
     return answer == QMessageBox::Yes || answer == QMessageBox::Ok;
 }
