@@ -16,7 +16,7 @@ FUZZ_TARGET(MarkdownMarks)
     if (input.startsWith("\xFF\xFE") || input.startsWith("\xFE\xFF") || input.startsWith("\xEF\xBB\xBF"))
         headings = input.size();
     MarkdownMarks source(device, QStringLiteral("marks.md"), silent.report, texts);
-    for (MarkRecord mark; source.Next(mark); ++marks) {
+    for (MarkAtLine mark; source.Next(mark); ++marks) {
         REQUIRE(mark.line > 0 && mark.mark.collection > 0 && mark.mark.text > 0);
         REQUIRE(mark.mark.priority >= 1 && mark.mark.priority <= 4 && mark.mark.title.size() <= 127);
         REQUIRE(mark.mark.keywords.size() <= 127 && mark.mark.note.size() <= 2047);

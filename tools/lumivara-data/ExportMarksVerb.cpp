@@ -22,9 +22,9 @@ namespace {
 qsizetype Write(DataFile &file, const MarksForm &form, const std::function<void(const QString &)> &write)
 {
     qsizetype count = 0;
-    std::optional<ExportedMark> previous;
+    std::optional<Mark> previous;
     write(form.head);
-    VisitMarks(file, [&](const ExportedMark &mark) {
+    VisitMarks(file, [&](const Mark &mark) {
         ThrowIfInterrupted();
         write(form.mark(mark, previous ? &*previous : nullptr));
         previous = mark;

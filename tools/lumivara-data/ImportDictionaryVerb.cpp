@@ -6,7 +6,7 @@
 #include "lumivara-data/dictionary/DictionaryReader.h"
 #include "lumivara-data/dictionary/DictionaryWriter.h"
 #include "lumivara-data/dictionary/EntryIntake.h"
-#include "lumivara-data/dictionary/StarDict.h"
+#include "lumivara-data/dictionary/StarDictReader.h"
 #include "lumivara-data/dictionary/WordLines.h"
 #include "lumivara-data/files/PrivateCopy.h"
 #include "lumivara-data/files/TextLines.h"
@@ -143,7 +143,7 @@ int ImportDictionary(const QStringList &arguments, Console &console)
     const qsizetype kept = writer.WordCount();
     EntryIntake intake(kind, writer, report);
     if (form == Form::StarDict)
-        StarDict(source, report).TakeAll(intake, console);
+        StarDictReader(source, report).TakeAll(intake, console);
     else
         TakeText(source, form, intake, console);
     if (writer.WordCount() == kept)

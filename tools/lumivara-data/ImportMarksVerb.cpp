@@ -23,7 +23,7 @@ namespace {
 
 /// What two marks must share to be one. A Markdown document shows texts without their mark-up and spacing, so by
 /// these it can only be compared.
-QByteArray Identity(const ExportedMark &mark, bool asShown)
+QByteArray Identity(const Mark &mark, bool asShown)
 {
     const auto lines = [&](const QString &text) {
         QStringList shown = WithUnixLineEnds(text).split(u'\n');
@@ -67,12 +67,12 @@ void Compare(MarksReader &source, const QFile &input, bool isMarkdown, DataFile 
              Report &report, Console &console)
 {
     QSet<QByteArray> known;
-    VisitMarks(file, [&](const ExportedMark &mark) {
+    VisitMarks(file, [&](const Mark &mark) {
         ThrowIfInterrupted();
         known.insert(Identity(mark, isMarkdown));
     });
     qsizetype there = 0;
-    for (MarkRecord mark; source.Next(mark);) {
+    for (MarkAtLine mark; source.Next(mark);) {
         console.Progress(u"reading marks"_s, input.pos(), input.size(), u"bytes"_s);
         if (!store.IsStorable(mark.mark)) {
             report.Find(u"%1:%2"_s.arg(input.fileName()).arg(mark.line),
