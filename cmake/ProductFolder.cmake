@@ -53,4 +53,4 @@ add_custom_command(
 add_custom_target(skin_file ALL DEPENDS ${LUMIVARA_PRODUCT_DIR}/AllSkins.skinres)
 
 # What a reader gets, without tests and benchmarks.
-add_custom_target(product DEPENDS Lumivara lumivara-data sample_databases language_files skin_file user_guide)
+add_custom_target(product DEPENDS Lumivara lumivara-data lumivara-lang sample_databases language_files skin_file user_guide)

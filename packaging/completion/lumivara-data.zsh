@@ -1,5 +1,5 @@
 #compdef lumivara-data lumivara-lang lumivara-skins
-# Completion for zsh; like that for bash it tells what the tools themselves tell.
+# Completion for zsh. Like that for bash it asks the tools for verbs and options, and knows the rest itself.
 
 local tool=$words[1] verb=${words[2]-} thing= line
 local -a found

@@ -42,11 +42,7 @@ QString FolderOfExecutable(const QString &exeName)
 
 QString ClientLibraryPath(const QString &folder)
 {
-#ifdef Q_OS_WIN
-    return folder + QStringLiteral("fbclient.dll");
-#else
     return folder + QStringLiteral("libfbclient.so.2");
-#endif
 }
 
 void PrepareConnection(TpFIBDatabase &database, TpFIBTransaction &transaction, const QString &file,

@@ -18,15 +18,15 @@ bool HasRecords(QByteArray table)
     return records.Next(record) && records.Next(record);
 }
 
-QList<ExportedMark> MarksOf(QByteArray table)
+QList<Mark> MarksOf(QByteArray table)
 {
     QBuffer device(&table);
     device.open(QIODevice::ReadOnly);
     SilentReport silent;
-    QList<ExportedMark> marks;
+    QList<Mark> marks;
     ReadOrRefuse(QStringLiteral("marks.csv"), [&] {
         CsvMarks source(device, QStringLiteral("marks.csv"), silent.report);
-        for (MarkRecord mark; source.Next(mark);)
+        for (MarkAtLine mark; source.Next(mark);)
             marks.append(mark.mark);
         // Nothing is lost without a word.
         REQUIRE(!marks.isEmpty() || silent.report.FindingCount() > 0 || !HasRecords(table));
@@ -38,12 +38,12 @@ QList<ExportedMark> MarksOf(QByteArray table)
 
 FUZZ_TARGET(CsvMarks)
 {
-    for (const ExportedMark &mark : MarksOf(input)) {
+    for (const Mark &mark : MarksOf(input)) {
         REQUIRE(mark.collection > 0 && mark.text > 0 && IsOneOf(Priority::All, mark.priority));
         REQUIRE(mark.title.size() <= Length::Name && mark.keywords.size() <= Length::Keyword &&
                 mark.note.size() <= Length::Desc);
         const MarksForm form = MarksFormNamed(QStringLiteral("csv"));
-        const QList<ExportedMark> again = MarksOf((form.head + form.mark(mark, nullptr)).toUtf8());
+        const QList<Mark> again = MarksOf((form.head + form.mark(mark, nullptr)).toUtf8());
         REQUIRE(again.size() == 1 && again.first().title == mark.title && again.first().keywords == mark.keywords);
         REQUIRE(again.first().note == mark.note && again.first().excerptHtml == mark.excerptHtml);
         REQUIRE(again.first().priority == mark.priority && again.first().text == mark.text);

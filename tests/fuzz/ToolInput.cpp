@@ -1,7 +1,7 @@
 #include "fuzz/ToolInput.h"
 
 #include "lumivara-data/dictionary/DictionaryOrder.h"
-#include "lumivara-data/dictionary/StarDict.h"
+#include "lumivara-data/dictionary/StarDictReader.h"
 #include "stores/Schema.h"
 #include "tools/lumivara-data/dictionary/StarDictSample.h"
 
@@ -81,5 +81,6 @@ void ImportStarDict(const char *ending, const QByteArray &input)
     SilentReport silent;
     StrictWords words;
     EntryIntake intake(StrictWords::Kind, words, silent.report);
-    ReadOrRefuse(path, [&] { StarDict(path + QStringLiteral(".ifo"), silent.report).TakeAll(intake, silent.console); });
+    ReadOrRefuse(path,
+                 [&] { StarDictReader(path + QStringLiteral(".ifo"), silent.report).TakeAll(intake, silent.console); });
 }

@@ -1,14 +1,11 @@
 #include "common/Console.h"
 
 #include "common/Interrupt.h"
+#include "common/Terminal.h"
 
 #include <QtGlobal>
 
 #include <cstdio>
-
-#ifdef Q_OS_UNIX
-#include <unistd.h>
-#endif
 
 using namespace Qt::StringLiterals;
 
@@ -19,15 +16,6 @@ bool Write(std::FILE *stream, const QString &text)
     const QByteArray bytes = text.toUtf8();
     const size_t written = std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
     return std::fflush(stream) == 0 && written == size_t(bytes.size());
-}
-
-bool ErrorsGoToATerminal()
-{
-#ifdef Q_OS_UNIX
-    return isatty(STDERR_FILENO) != 0;
-#else
-    return false;
-#endif
 }
 
 /// ", about 2 min left": told once the work has shown its pace, and as long as it matters.

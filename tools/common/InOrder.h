@@ -1,33 +1,34 @@
 #pragma once
 
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
-#include <exception>
 #include <functional>
+#include <future>
 #include <mutex>
-#include <optional>
 #include <thread>
 #include <vector>
 
-/// Makes things one after the other on threads of its own, ahead of the one who takes them in their order. A thing that
-/// waits counts as the bytes that it holds, so that large ones are not made far ahead.
-template <typename Thing>
+/// Runs jobs on threads of its own and gives their results in the order in which the jobs came. The one who puts jobs
+/// in asks HasRoom() first: each counts as the bytes that it or its result holds, until that is taken.
+template <typename Result>
 class InOrder
 {
 public:
-    /// `make` is called with 0 to `count` - 1, by several threads at once; `bytesOf` is asked about each thing once.
-    InOrder(size_t count, std::function<Thing(size_t)> make, std::function<size_t(const Thing &)> bytesOf)
-        : m_count(count), m_make(std::move(make)), m_bytesOf(std::move(bytesOf))
+    /// More threads than two would not pay: the one who takes has work of its own, and common machines have few cores.
+    /// With one thread a job begins when the one before has ended.
+    explicit InOrder(int threads = 2)
     {
-        for (int i = 0; i < Threads; ++i)
+        for (int i = 0; i < threads; ++i)
             m_threads.emplace_back([this] { Work(); });
     }
 
+    /// Waits for the jobs that run; those that have not begun never do.
     ~InOrder()
     {
         {
             const std::lock_guard lock(m_mutex);
-            m_count = 0;
+            m_isLeft = true;
         }
         m_changed.notify_all();
         for (std::thread &thread : m_threads)
@@ -36,69 +37,59 @@ public:
     InOrder(const InOrder &) = delete;
     InOrder &operator=(const InOrder &) = delete;
 
-    /// The next one; `count` calls are allowed. Throws what its making has thrown.
-    Thing Take()
+    bool IsEmpty() const { return m_results.empty(); }
+    /// Always true of an empty one, so that a single job may be of any size.
+    bool HasRoom() const { return IsEmpty() || m_bytes < MostBytes; }
+
+    void Put(size_t bytes, std::function<Result()> job)
     {
-        std::unique_lock lock(m_mutex);
-        m_changed.wait(lock, [this] { return !m_slots.empty() && m_slots.front().isMade; });
-        Slot slot = std::move(m_slots.front());
-        m_slots.pop_front();
-        ++m_taken;
-        m_bytes -= slot.bytes;
-        lock.unlock();
-        m_changed.notify_all();
-        if (slot.fault)
-            std::rethrow_exception(slot.fault);
-        return std::move(*slot.thing);
+        std::packaged_task<Result()> task(std::move(job));
+        m_results.push_back({task.get_future(), bytes});
+        m_bytes += bytes;
+        {
+            const std::lock_guard lock(m_mutex);
+            m_waiting.push_back(std::move(task));
+        }
+        m_changed.notify_one();
+    }
+
+    /// Waits for the oldest job, of which there must be one. Throws what that has thrown.
+    Result Take()
+    {
+        Coming oldest = std::move(m_results.front());
+        m_results.pop_front();
+        m_bytes -= oldest.bytes;
+        return oldest.result.get();
     }
 
 private:
-    /// The one who takes has work of its own, and common machines have few cores.
-    static constexpr int Threads = 2;
     static constexpr size_t MostBytes = 16 * 1024 * 1024;
 
-    struct Slot
+    struct Coming
     {
-        std::optional<Thing> thing;
-        std::exception_ptr fault;
-        size_t bytes = 0;
-        bool isMade = false;
+        std::future<Result> result;
+        size_t bytes;
     };
 
     void Work()
     {
-        std::unique_lock lock(m_mutex);
         for (;;) {
-            // What is made just now counts as nothing: a thread each is allowed whatever waits.
-            m_changed.wait(lock, [this] { return m_begun >= m_count || m_bytes < MostBytes || m_slots.empty(); });
-            if (m_begun >= m_count)
+            std::unique_lock lock(m_mutex);
+            m_changed.wait(lock, [this] { return m_isLeft || !m_waiting.empty(); });
+            if (m_isLeft)
                 return;
-            const size_t at = m_begun++;
-            m_slots.emplace_back();
+            std::packaged_task<Result()> task = std::move(m_waiting.front());
+            m_waiting.pop_front();
             lock.unlock();
-            Slot slot;
-            try {
-                slot.thing = m_make(at);
-                slot.bytes = m_bytesOf(*slot.thing);
-            } catch (...) {
-                slot.fault = std::current_exception();
-            }
-            slot.isMade = true;
-            lock.lock();
-            m_bytes += slot.bytes;
-            m_slots[at - m_taken] = std::move(slot);
-            m_changed.notify_all();
+            task();
         }
     }
 
-    std::mutex m_mutex; ///< over all that follows but the threads
-    std::condition_variable m_changed;
-    size_t m_count;
-    size_t m_begun = 0;
-    size_t m_taken = 0;
-    size_t m_bytes = 0;       ///< of what waits
-    std::deque<Slot> m_slots; ///< those begun and not taken
-    std::function<Thing(size_t)> m_make;
-    std::function<size_t(const Thing &)> m_bytesOf;
+    std::deque<Coming> m_results;
+    size_t m_bytes = 0; ///< of the results
     std::vector<std::thread> m_threads;
+    std::mutex m_mutex; ///< over what follows
+    std::condition_variable m_changed;
+    std::deque<std::packaged_task<Result()>> m_waiting;
+    bool m_isLeft = false;
 };

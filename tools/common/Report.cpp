@@ -32,11 +32,14 @@ void Report::AddOptions(QCommandLineParser &parser)
     parser.addOption({u"json"_s, u"Writes the report as one JSON object on the standard output."_s});
 }
 
-void Report::TakeOptions(const QCommandLineParser &parser)
+ReportOptions Report::OptionsOf(const QCommandLineParser &parser)
 {
-    m_isQuiet = parser.isSet(u"quiet"_s);
-    m_isJson = parser.isSet(u"json"_s);
-    m_console->SetShowsProgress(!m_isQuiet && !m_isJson);
+    return {parser.isSet(u"quiet"_s), parser.isSet(u"json"_s)};
+}
+
+Report::Report(Console &console, const ReportOptions &options) : m_console(&console), m_options(options)
+{
+    console.SetShowsProgress(!options.isQuiet && !options.isJson);
 }
 
 void Report::AddLine(QList<std::pair<QString, QString>> &lines, const QString &place, const QString &text)
@@ -57,7 +60,7 @@ void Report::Note(const QString &place, const QString &change)
 {
     ++m_noteCount;
     AddLine(m_notes, place, change);
-    if (!m_isQuiet && m_noteCount <= LinesKept)
+    if (!m_options.isQuiet && m_noteCount <= LinesKept)
         Print(place + u": "_s + change);
 }
 
@@ -83,13 +86,13 @@ void Report::Count(const QString &what, qsizetype number)
 
 void Report::Say(const QString &line)
 {
-    if (!m_isQuiet)
+    if (!m_options.isQuiet)
         Print(line);
 }
 
 void Report::Print(const QString &line)
 {
-    if (m_console && !m_isJson)
+    if (m_console && !m_options.isJson)
         m_console->Print(line + u'\n');
 }
 
@@ -114,7 +117,7 @@ QJsonObject Report::Json() const
 
 Report::~Report()
 {
-    if (m_console && m_isJson && !m_isFinished)
+    if (m_console && m_options.isJson && !m_isFinished)
         m_console->KeepReport(Json());
 }
 
@@ -122,15 +125,15 @@ int Report::Finish(const QString &verdict)
 {
     m_console->EndProgress();
     m_isFinished = true;
-    if (m_isJson) {
+    if (m_options.isJson) {
         m_console->Print(QString::fromUtf8(QJsonDocument(Json()).toJson()));
         return Code();
     }
-    for (const qsizetype untold : {m_findingCount - LinesKept, m_isQuiet ? 0 : m_noteCount - LinesKept}) {
+    for (const qsizetype untold : {m_findingCount - LinesKept, m_options.isQuiet ? 0 : m_noteCount - LinesKept}) {
         if (untold > 0)
             m_console->Print(u"… and %1 more\n"_s.arg(untold));
     }
-    if (m_isQuiet)
+    if (m_options.isQuiet)
         return Code();
     QStringList words;
     for (const auto &[what, number] : m_counts)

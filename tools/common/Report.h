@@ -10,13 +10,20 @@
 class Console;
 class QCommandLineParser;
 
+/// What the user wants of every report.
+struct ReportOptions
+{
+    bool isQuiet = false; ///< only what is wrong is told
+    bool isJson = false;  ///< one object on the standard output
+};
+
 /// What a verb has done and what it has not: counts, and one line for each thing that is wrong or was left out. Lines
 /// are printed as they come; the counts close the report. With --json the whole is one object on the standard output,
 /// with --quiet only what is wrong is told.
 class Report
 {
 public:
-    explicit Report(Console &console) : m_console(&console) {}
+    explicit Report(Console &console, const ReportOptions &options = {});
     /// Keeps what it is told, for another one to take over.
     Report() = default;
     /// Where a failure comes before Finish(), what is known goes to the console, to be told with the failure.
@@ -29,7 +36,7 @@ public:
     /// Gives a verb the options of every report, --quiet and --json.
     static void AddOptions(QCommandLineParser &parser);
     /// Reads them; call once the parser has parsed.
-    void TakeOptions(const QCommandLineParser &parser);
+    static ReportOptions OptionsOf(const QCommandLineParser &parser);
 
     /// One thing that is wrong or was not taken: where (file, line, row) and what. Makes the exit code 1.
     void Find(const QString &place, const QString &fault);
@@ -57,8 +64,7 @@ private:
     void Print(const QString &line);
 
     Console *m_console = nullptr;
-    bool m_isQuiet = false;
-    bool m_isJson = false;
+    ReportOptions m_options;
     bool m_isFinished = false;
     QList<std::pair<QString, QString>> m_findings;
     QList<std::pair<QString, QString>> m_notes;

@@ -71,7 +71,7 @@ bool SaveOfTheDay(const QString &file, const QDir &folder)
 
 } // namespace
 
-int RunBackup(const QStringList &arguments, Console &console)
+std::optional<BackupOptions> ParseBackup(const QStringList &arguments, Console &console)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -85,23 +85,27 @@ int RunBackup(const QStringList &arguments, Console &console)
         {u"daily"_s, u"Does nothing if there is a backup of this day, and keeps the seven newest days."_s});
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"backup [marks] [options]"_s, arguments, console))
-        return ExitCode::Clean;
+        return std::nullopt;
     if (const QStringList rest = WithoutMarksWord(parser.positionalArguments()); !rest.isEmpty())
         throw ToolError(u"backup does not know \"%1\""_s.arg(rest.first()));
     if (parser.isSet(u"to"_s) && parser.isSet(u"daily"_s))
         throw ToolError(u"--daily names its file itself"_s);
+    return BackupOptions{parser.value(u"file"_s), parser.value(u"to"_s), parser.isSet(u"daily"_s),
+                         Report::OptionsOf(parser)};
+}
 
-    Report report(console);
-    report.TakeOptions(parser);
-    const QString file = QFileInfo(parser.value(u"file"_s)).absoluteFilePath();
+int Run(const BackupOptions &options, Console &console)
+{
+    Report report(console, options.report);
+    const QString file = QFileInfo(options.file).absoluteFilePath();
     if (!QFileInfo(file).isFile())
         throw ToolError(u"%1: there is no such file"_s.arg(file));
-    QString backup = QFileInfo(parser.value(u"to"_s)).absoluteFilePath();
-    if (!parser.isSet(u"to"_s)) {
+    QString backup = QFileInfo(options.to).absoluteFilePath();
+    if (options.to.isEmpty()) {
         const QDir folder(QFileInfo(file).absolutePath() + u"/backup"_s);
         if (!folder.mkpath(u"."_s))
             throw ToolError(u"%1: the folder cannot be made"_s.arg(folder.path()));
-        if (parser.isSet(u"daily"_s)) {
+        if (options.isDaily) {
             if (!SaveOfTheDay(file, folder))
                 report.Say(u"nothing to do"_s);
             return report.Finish();

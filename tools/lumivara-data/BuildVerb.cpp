@@ -100,7 +100,7 @@ void Build(const Target &target, const QDir &data, const QDir &out, bool force, 
 
 } // namespace
 
-int RunBuild(const QStringList &arguments, Console &console)
+std::optional<BuildOptions> ParseBuild(const QStringList &arguments, Console &console)
 {
     const QString toolFolder = QCoreApplication::applicationDirPath();
     QCommandLineParser parser;
@@ -113,17 +113,21 @@ int RunBuild(const QStringList &arguments, Console &console)
     parser.addOption({u"force"_s, u"Builds canon and dictionary even if they are up to date."_s});
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"build [canon] [dictionary] [marks] [options]"_s, arguments, console))
-        return ExitCode::Clean;
-    QList<Thing> only;
+        return std::nullopt;
+    BuildOptions options{
+        {}, parser.value(u"data"_s), parser.value(u"out"_s), parser.isSet(u"force"_s), Report::OptionsOf(parser)};
     for (QStringList words = parser.positionalArguments(); !words.isEmpty();) {
-        only.append(TakeThing(words));
-        if (only.last() == Thing::None)
+        options.only.append(TakeThing(words));
+        if (options.only.last() == Thing::None)
             throw ToolError(u"build does not know \"%1\""_s.arg(words.first()));
     }
-    Report report(console);
-    report.TakeOptions(parser);
+    return options;
+}
 
-    const QDir out(QDir(parser.value(u"out"_s)).absolutePath());
+int Run(const BuildOptions &options, Console &console)
+{
+    Report report(console, options.report);
+    const QDir out(QDir(options.out).absolutePath());
     if (!out.exists())
         throw ToolError(u"%1: there is no such folder"_s.arg(out.path()));
     NoteInterrupts();
@@ -133,8 +137,8 @@ int RunBuild(const QStringList &arguments, Console &console)
                                                                    : u"%1: cannot be written"_s.arg(out.path()));
     }
     for (const Target &target : Targets(console)) {
-        if (only.isEmpty() || only.contains(target.thing))
-            Build(target, QDir(QDir(parser.value(u"data"_s)).absolutePath()), out, parser.isSet(u"force"_s), report);
+        if (options.only.isEmpty() || options.only.contains(target.thing))
+            Build(target, QDir(QDir(options.data).absolutePath()), out, options.isForced, report);
     }
     return report.Finish();
 }

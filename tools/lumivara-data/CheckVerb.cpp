@@ -56,7 +56,7 @@ Thing ThingIn(DataFile &file)
 
 } // namespace
 
-int RunCheck(const QStringList &arguments, Console &console)
+std::optional<CheckOptions> ParseCheck(const QStringList &arguments, Console &console)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -67,29 +67,32 @@ int RunCheck(const QStringList &arguments, Console &console)
     parser.addPositionalArgument(u"FILE"_s, u"Such as KELORA.FDB, PALIDICT.FDB or TARUNECLIENT.FDB."_s);
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"check [canon|dictionary|marks] FILE"_s, arguments, console))
-        return ExitCode::Clean;
+        return std::nullopt;
     QStringList words = parser.positionalArguments();
     // A file may be called like one of the three things.
     const Thing wanted = words.size() > 1 ? TakeThing(words) : Thing::None;
     if (words.size() != 1)
         throw ToolError(u"check wants one FILE; see \"lumivara-data check --help\""_s);
-    Report report(console);
-    report.TakeOptions(parser);
+    return CheckOptions{words.first(), wanted, Report::OptionsOf(parser)};
+}
 
+int Run(const CheckOptions &options, Console &console)
+{
+    Report report(console, options.report);
     const QTemporaryDir folder;
     if (!folder.isValid())
         throw ToolError(u"there is no place for a temporary copy: %1"_s.arg(folder.errorString()));
-    const PrivateCopy copy(words.first(), folder.filePath(u"copy.fdb"_s));
+    const PrivateCopy copy(options.file, folder.filePath(u"copy.fdb"_s));
     DataFile file;
-    OnFile(words.first(), [&] {
+    OnFile(options.file, [&] {
         file.Open(copy.Path());
         const Thing found = ThingIn(file);
         if (found == Thing::None)
             throw ToolError(
                 u"no canon (tables KELORA_TREE, KELORA_CONTENT), no dictionary (procedure SP_GET_LIST_WORDS) "
                 "and no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s);
-        if (wanted != Thing::None && wanted != found)
-            throw ToolError(u"%1: holds a %2, not a %3"_s.arg(words.first(), NameOf(found), NameOf(wanted)));
+        if (options.wanted != Thing::None && options.wanted != found)
+            throw ToolError(u"%1: holds a %2, not a %3"_s.arg(options.file, NameOf(found), NameOf(options.wanted)));
         report.Tell(u"kind"_s, NameOf(found));
         if (found == Thing::Canon)
             ProveCanon(file, console, report);

@@ -12,7 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-int ExportCanon(const QStringList &arguments, Console &console)
+std::optional<ExportCanonOptions> ParseExportCanon(const QStringList &arguments, Console &console)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Writes a canon as a folder: each page as it is stored, and the table canon.csv "
@@ -26,7 +26,7 @@ int ExportCanon(const QStringList &arguments, Console &console)
                       u"FORMAT"_s, u"folder"_s});
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"export canon --out FOLDER [options]"_s, arguments, console))
-        return ExitCode::Clean;
+        return std::nullopt;
     if (const QStringList rest = parser.positionalArguments(); !rest.isEmpty())
         throw ToolError(u"export canon does not know \"%1\""_s.arg(rest.first()));
     const QString format = parser.value(u"format"_s).toLower();
@@ -34,25 +34,29 @@ int ExportCanon(const QStringList &arguments, Console &console)
         throw ToolError(u"there is no format \"%1\": folder or segmented"_s.arg(parser.value(u"format"_s)));
     if (parser.value(u"out"_s).isEmpty())
         throw ToolError(u"export canon wants --out FOLDER"_s);
-    Report report(console);
-    report.TakeOptions(parser);
+    return ExportCanonOptions{parser.value(u"file"_s), parser.value(u"out"_s), format == "segmented"_L1,
+                              Report::OptionsOf(parser)};
+}
 
-    const QString path = QFileInfo(parser.value(u"file"_s)).absoluteFilePath();
+int Run(const ExportCanonOptions &options, Console &console)
+{
+    Report report(console, options.report);
+    const QString path = QFileInfo(options.file).absoluteFilePath();
     if (!QFileInfo(path).isFile())
         throw ToolError(u"%1: there is no such file"_s.arg(path));
-    ExportFolder folder(parser.value(u"out"_s));
+    ExportFolder folder(options.out);
     DataFile file;
     try {
         file.Open(path);
         if (!IsCanon(file))
             throw ToolError(u"%1: no canon (tables KELORA_TREE, KELORA_CONTENT)"_s.arg(path));
         CanonRows rows(file);
-        WriteCanonFolder(rows, folder, format == "segmented"_L1, report, console);
+        WriteCanonFolder(rows, folder, options.isSegmented, report, console);
     } catch (const DatabaseError &error) {
         throw ToolError(u"%1: %2"_s.arg(path, error.Text()));
     }
     file.Close();
     folder.Finish();
-    report.Tell(u"folder"_s, QFileInfo(parser.value(u"out"_s)).absoluteFilePath());
+    report.Tell(u"folder"_s, QFileInfo(options.out).absoluteFilePath());
     return report.Finish();
 }

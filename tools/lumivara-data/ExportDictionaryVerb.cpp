@@ -75,24 +75,30 @@ private:
     StarDictWriter m_writer;
 };
 
-std::unique_ptr<WordSink> MakeSink(const QString &path, QString form, int kind)
+WordForm FormOf(const QString &path, const QString &named)
 {
-    if (form.isEmpty()) {
-        const QString suffix = QFileInfo(path).suffix();
-        form = suffix == u"ifo" ? u"stardict"_s : suffix == u"txt" ? u"markup"_s : u"tsv"_s;
-    }
-    if (form == u"tsv")
-        return std::make_unique<TabbedSink>(path);
-    if (form == u"markup")
-        return std::make_unique<MarkUpSink>(path, kind);
-    if (form == u"stardict")
-        return std::make_unique<StarDictSink>(path, kind);
+    const QString suffix = QFileInfo(path).suffix();
+    const QString form = !named.isEmpty()   ? named
+                         : suffix == u"ifo" ? u"stardict"_s
+                         : suffix == u"txt" ? u"markup"_s
+                                            : u"tsv"_s;
+    if (const std::optional<WordForm> known = WordFormNamed(form))
+        return *known;
     throw ToolError(u"the format \"%1\" is not known; there are tsv, markup and stardict"_s.arg(form));
+}
+
+std::unique_ptr<WordSink> MakeSink(const QString &path, WordForm form, int kind)
+{
+    if (form == WordForm::Tabbed)
+        return std::make_unique<TabbedSink>(path);
+    if (form == WordForm::MarkUp)
+        return std::make_unique<MarkUpSink>(path, kind);
+    return std::make_unique<StarDictSink>(path, kind);
 }
 
 } // namespace
 
-int ExportDictionary(const QStringList &arguments, Console &console)
+std::optional<ExportDictionaryOptions> ParseExportDictionary(const QStringList &arguments, Console &console)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -109,18 +115,21 @@ int ExportDictionary(const QStringList &arguments, Console &console)
                       u"FORM"_s});
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"export dictionary --kind N --out FILE [options]"_s, arguments, console))
-        return ExitCode::Clean;
-    const int kind = parser.value(u"kind"_s).toInt();
-    if (!IsOneOf(DictKind::All, kind))
-        throw ToolError(u"--kind wants a number from 1 to 8, see --help"_s);
+        return std::nullopt;
+    const int kind = KindNamed(parser.value(u"kind"_s));
     const QString out = parser.value(u"out"_s);
     if (out.isEmpty() || !parser.positionalArguments().isEmpty())
         throw ToolError(u"export dictionary wants --out FILE; see \"lumivara-data export dictionary --help\""_s);
-    Report report(console);
-    report.TakeOptions(parser);
+    return ExportDictionaryOptions{parser.value(u"file"_s), kind, out, FormOf(out, parser.value(u"format"_s)),
+                                   Report::OptionsOf(parser)};
+}
 
-    const std::unique_ptr<WordSink> sink = MakeSink(out, parser.value(u"format"_s), kind);
-    const QString path = parser.value(u"file"_s);
+int Run(const ExportDictionaryOptions &options, Console &console)
+{
+    Report report(console, options.report);
+    const QString &path = options.file, &out = options.out;
+    const int kind = options.kind;
+    const std::unique_ptr<WordSink> sink = MakeSink(out, options.form, kind);
     const PrivateCopy copy(path, UnfinishedName(QFileInfo(out).absoluteFilePath()) + u".copy"_s);
     DataFile file;
     qsizetype done = 0;

@@ -22,9 +22,9 @@ namespace {
 qsizetype Write(DataFile &file, const MarksForm &form, const std::function<void(const QString &)> &write)
 {
     qsizetype count = 0;
-    std::optional<ExportedMark> previous;
+    std::optional<Mark> previous;
     write(form.head);
-    VisitMarks(file, [&](const ExportedMark &mark) {
+    VisitMarks(file, [&](const Mark &mark) {
         ThrowIfInterrupted();
         write(form.mark(mark, previous ? &*previous : nullptr));
         previous = mark;
@@ -55,7 +55,7 @@ qsizetype WriteWhole(DataFile &file, const MarksForm &form, const QString &path)
 
 } // namespace
 
-int ExportMarks(const QStringList &arguments, Console &console)
+std::optional<ExportMarksOptions> ParseExportMarks(const QStringList &arguments, Console &console)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -68,20 +68,25 @@ int ExportMarks(const QStringList &arguments, Console &console)
         {u"out"_s, u"The file to write, over one that exists; the standard output by default."_s, u"FILE"_s});
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"export marks [options]"_s, arguments, console))
-        return ExitCode::Clean;
+        return std::nullopt;
     if (const QStringList rest = parser.positionalArguments(); !rest.isEmpty())
         throw ToolError(u"export does not know \"%1\""_s.arg(rest.first()));
-    Report report(console);
-    report.TakeOptions(parser);
     const QString out = parser.value(u"out"_s);
     if (out.isEmpty() && parser.isSet(u"json"_s))
         throw ToolError(u"--json leaves no room for marks on the standard output; give --out"_s);
     if (out.isEmpty() && !parser.isSet(u"format"_s))
         throw ToolError(u"export wants --format or --out"_s);
-    const MarksForm form =
-        MarksFormNamed(parser.isSet(u"format"_s) ? parser.value(u"format"_s) : QFileInfo(out).suffix().toLower());
+    return ExportMarksOptions{
+        parser.value(u"file"_s), out,
+        MarksFormNamed(parser.isSet(u"format"_s) ? parser.value(u"format"_s) : QFileInfo(out).suffix().toLower()),
+        Report::OptionsOf(parser)};
+}
 
-    const QString path = QFileInfo(parser.value(u"file"_s)).absoluteFilePath();
+int Run(const ExportMarksOptions &options, Console &console)
+{
+    Report report(console, options.report);
+    const QString path = QFileInfo(options.file).absoluteFilePath();
+    const QString &out = options.out;
     if (!QFileInfo(path).isFile())
         throw ToolError(u"%1: there is no such file"_s.arg(path));
     DataFile file;
@@ -90,8 +95,8 @@ int ExportMarks(const QStringList &arguments, Console &console)
         file.Open(path);
         if (!IsMarks(file))
             throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
-        count = out.isEmpty() ? Write(file, form, [&console](const QString &text) { console.Print(text); })
-                              : WriteWhole(file, form, out);
+        count = out.isEmpty() ? Write(file, options.form, [&console](const QString &text) { console.Print(text); })
+                              : WriteWhole(file, options.form, out);
     });
     if (out.isEmpty())
         return ExitCode::Clean;

@@ -148,7 +148,7 @@ void Confirm(const QList<Trace> &traces, Console &console)
 
 } // namespace
 
-int RunForgetMe(const QStringList &arguments, Console &console)
+std::optional<ForgetMeOptions> ParseForgetMe(const QStringList &arguments, Console &console)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -160,15 +160,20 @@ int RunForgetMe(const QStringList &arguments, Console &console)
     parser.addOption({u"yes"_s, u"Does not ask."_s});
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"forget-me [options]"_s, arguments, console))
-        return ExitCode::Clean;
+        return std::nullopt;
     if (const QStringList rest = parser.positionalArguments(); !rest.isEmpty())
         throw ToolError(u"forget-me does not know \"%1\""_s.arg(rest.first()));
-    Report report(console);
-    report.TakeOptions(parser);
-    const QString folder = QFileInfo(parser.value(u"folder"_s)).absoluteFilePath();
+    return ForgetMeOptions{parser.value(u"folder"_s), parser.isSet(u"folder"_s), parser.isSet(u"yes"_s),
+                           Report::OptionsOf(parser)};
+}
+
+int Run(const ForgetMeOptions &options, Console &console)
+{
+    Report report(console, options.report);
+    const QString folder = QFileInfo(options.folder).absoluteFilePath();
     const bool isFolder =
         QFileInfo(folder + u'/' + DatabaseFile::Marks).exists() || QFileInfo(folder + u"/Lumivara"_s).exists();
-    if (parser.isSet(u"folder"_s) && !isFolder)
+    if (options.isFolderNamed && !isFolder)
         throw ToolError(u"%1: is no folder of the program"_s.arg(folder));
 
     const QString config = Place(QStandardPaths::GenericConfigLocation);
@@ -177,13 +182,13 @@ int RunForgetMe(const QStringList &arguments, Console &console)
     AddSettings(config + u"/lumivara"_s, traces);
     AddStartEntry(config + u"/autostart"_s, folder, traces, kept);
     AddCaches(traces);
-    if (!parser.isSet(u"folder"_s))
+    if (!options.isFolderNamed)
         AddHalfMade(QFileInfo(folder).path(), traces);
     if (isFolder) {
         RefuseWhileOpen(folder + u'/' + DatabaseFile::Marks);
         AddProgram(folder, traces, kept);
     }
-    if (!traces.isEmpty() && !parser.isSet(u"yes"_s))
+    if (!traces.isEmpty() && !options.isSure)
         Confirm(traces, console);
     for (const Trace &trace : std::as_const(traces)) {
         if (Remove(trace.path)) {

@@ -15,10 +15,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum class Form { Segmented, Folder, Copy };
+using Form = CanonForm;
 
-/// What the user says it is, else what it looks like.
-Form FormOf(const QString &source, const QString &format)
+std::optional<Form> FormNamed(const QString &format)
 {
     const QString wanted = format.toLower();
     if (wanted == "segmented"_L1)
@@ -29,6 +28,12 @@ Form FormOf(const QString &source, const QString &format)
         return Form::Copy;
     if (!wanted.isEmpty())
         throw ToolError(u"there is no format \"%1\": segmented, folder or copy"_s.arg(format));
+    return std::nullopt;
+}
+
+/// What it looks like.
+Form FormOf(const QString &source)
+{
     if (!QFileInfo(source).isDir())
         return Form::Copy;
     // An export may hold the same texts in both forms, and its table gives them back exactly.
@@ -36,13 +41,14 @@ Form FormOf(const QString &source, const QString &format)
     return SegmentedCanon::IsOne(folder) && !CanonFolderReader::HasTable(folder) ? Form::Segmented : Form::Folder;
 }
 
-void Refuse(const QCommandLineParser &parser, Form form)
+void Refuse(const ImportCanonOptions &options, Form form)
 {
-    const std::pair<const char16_t *, Form> belongs[] = {
-        {u"table", Form::Folder}, {u"author", Form::Segmented}, {u"repair", Form::Copy}};
-    for (const auto &[option, owner] : belongs) {
-        if (owner != form && parser.isSet(QString::fromUtf16(option)))
-            throw ToolError(u"--%1 has no meaning for this SOURCE"_s.arg(QString::fromUtf16(option)));
+    const std::tuple<QString, bool, Form> belongs[] = {{u"table"_s, !options.table.isEmpty(), Form::Folder},
+                                                       {u"author"_s, !options.authors.isEmpty(), Form::Segmented},
+                                                       {u"repair"_s, options.isMended, Form::Copy}};
+    for (const auto &[option, isSet, owner] : belongs) {
+        if (owner != form && isSet)
+            throw ToolError(u"--%1 has no meaning for this SOURCE"_s.arg(option));
     }
 }
 
@@ -74,7 +80,7 @@ void AddToList(const QString &client, const CheckedCanon &canon, const QString &
 
 } // namespace
 
-int ImportCanon(const QStringList &arguments, Console &console)
+std::optional<ImportCanonOptions> ParseImportCanon(const QStringList &arguments, Console &console)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -96,27 +102,37 @@ int ImportCanon(const QStringList &arguments, Console &console)
     parser.addOption({u"repair"_s, u"copy: mends in the copy what can be mended without loss."_s});
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"import canon SOURCE --into FILE [options]"_s, arguments, console))
-        return ExitCode::Clean;
+        return std::nullopt;
     if (parser.positionalArguments().size() != 1 || !parser.isSet(u"into"_s))
         throw ToolError(u"import canon wants one SOURCE and --into FILE; see \"lumivara-data import canon --help\""_s);
-    Report report(console);
-    report.TakeOptions(parser);
-    const QString source = parser.positionalArguments().first(), target = parser.value(u"into"_s);
-    const QString client = parser.value(u"client"_s);
+    return ImportCanonOptions{parser.positionalArguments().first(),
+                              parser.value(u"into"_s),
+                              FormNamed(parser.value(u"format"_s)),
+                              parser.value(u"table"_s),
+                              parser.values(u"author"_s),
+                              parser.value(u"client"_s),
+                              parser.isSet(u"repair"_s),
+                              Report::OptionsOf(parser)};
+}
+
+int Run(const ImportCanonOptions &options, Console &console)
+{
+    Report report(console, options.report);
+    const QString &source = options.source, &target = options.into, &client = options.client;
     if (!QFileInfo::exists(source))
         throw ToolError(u"%1: there is no such file or folder"_s.arg(source));
-    const Form form = FormOf(source, parser.value(u"format"_s));
-    Refuse(parser, form);
+    const Form form = options.form ? *options.form : FormOf(source);
+    Refuse(options, form);
     if (!client.isEmpty())
         ClientList::Prepare(client);
 
     std::optional<CheckedCanon> canon;
     if (form == Form::Copy)
-        canon = CopyCanon(source, target, parser.isSet(u"repair"_s), report, console);
+        canon = CopyCanon(source, target, options.isMended, report, console);
     else if (form == Form::Folder)
-        canon = ImportFrom<CanonFolderReader>(source, target, parser.value(u"table"_s), report, console);
+        canon = ImportFrom<CanonFolderReader>(source, target, options.table, report, console);
     else
-        canon = ImportFrom<SegmentedCanon>(source, target, parser.values(u"author"_s), report, console);
+        canon = ImportFrom<SegmentedCanon>(source, target, options.authors, report, console);
     if (canon && !client.isEmpty())
         AddToList(client, *canon, target, report);
     if (canon)

@@ -6,7 +6,7 @@
 #include "lumivara-data/dictionary/DictionaryReader.h"
 #include "lumivara-data/dictionary/DictionaryWriter.h"
 #include "lumivara-data/dictionary/EntryIntake.h"
-#include "lumivara-data/dictionary/StarDict.h"
+#include "lumivara-data/dictionary/StarDictReader.h"
 #include "lumivara-data/dictionary/WordLines.h"
 #include "lumivara-data/files/PrivateCopy.h"
 #include "lumivara-data/files/TextLines.h"
@@ -21,18 +21,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum class Form { StarDict, Tabbed, MarkUp };
+using Form = WordForm;
 
-Form FormOf(const QString &source, const QString &named)
+std::optional<Form> FormNamed(const QString &name)
 {
-    if (named == u"stardict")
-        return Form::StarDict;
-    if (named == u"tsv")
-        return Form::Tabbed;
-    if (named == u"markup")
-        return Form::MarkUp;
-    if (!named.isEmpty())
-        throw ToolError(u"the format \"%1\" is not known; there are stardict, tsv and markup"_s.arg(named));
+    const std::optional<Form> form = WordFormNamed(name);
+    if (!form && !name.isEmpty())
+        throw ToolError(u"the format \"%1\" is not known; there are stardict, tsv and markup"_s.arg(name));
+    return form;
+}
+
+/// What it looks like.
+Form FormOf(const QString &source)
+{
     const QFileInfo info(source);
     if (info.isDir() || info.suffix() == u"ifo")
         return Form::StarDict;
@@ -51,14 +52,6 @@ Form FormOf(const QString &source, const QString &named)
         }
     }
     throw ToolError(u"%1: which form is this? Name it by --format stardict, tsv or markup"_s.arg(source));
-}
-
-int KindIn(const QString &text)
-{
-    const int kind = text.toInt();
-    if (!IsOneOf(DictKind::All, kind))
-        throw ToolError(u"--kind wants a number from 1 to 8, see --help"_s);
-    return kind;
 }
 
 /// Hands over the words of the other kinds as they stand.
@@ -104,7 +97,26 @@ void TakeText(const QString &source, Form form, EntryIntake &intake, Console &co
 
 } // namespace
 
-int ImportDictionary(const QStringList &arguments, Console &console)
+std::optional<WordForm> WordFormNamed(const QString &name)
+{
+    if (name == u"stardict")
+        return WordForm::StarDict;
+    if (name == u"tsv")
+        return WordForm::Tabbed;
+    if (name == u"markup")
+        return WordForm::MarkUp;
+    return std::nullopt;
+}
+
+int KindNamed(const QString &text)
+{
+    const int kind = text.toInt();
+    if (kind < 1 || kind > DictionaryWriter::LastKind)
+        throw ToolError(u"--kind wants a number from 1 to 8, see --help"_s);
+    return kind;
+}
+
+std::optional<ImportDictionaryOptions> ParseImportDictionary(const QStringList &arguments, Console &console)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -124,27 +136,35 @@ int ImportDictionary(const QStringList &arguments, Console &console)
     parser.addOption({u"replace"_s, u"The words that FILE has of this kind go."_s});
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"import dictionary SOURCE --kind N [options]"_s, arguments, console))
-        return ExitCode::Clean;
+        return std::nullopt;
     const QStringList sources = parser.positionalArguments();
     if (sources.size() != 1)
         throw ToolError(u"import dictionary wants one SOURCE; see \"lumivara-data import dictionary --help\""_s);
-    const QString &source = sources.first();
-    const int kind = KindIn(parser.value(u"kind"_s));
+    return ImportDictionaryOptions{sources.first(),
+                                   KindNamed(parser.value(u"kind"_s)),
+                                   parser.value(u"into"_s),
+                                   FormNamed(parser.value(u"format"_s)),
+                                   parser.isSet(u"replace"_s),
+                                   Report::OptionsOf(parser)};
+}
+
+int Run(const ImportDictionaryOptions &options, Console &console)
+{
+    const QString &source = options.source;
+    const int kind = options.kind;
     if (!QFileInfo::exists(source))
         throw ToolError(u"%1: there is no such file"_s.arg(source));
-    const Form form = FormOf(source, parser.value(u"format"_s));
-    Report report(console);
-    report.TakeOptions(parser);
-
-    const QString path = QFileInfo(parser.value(u"into"_s)).absoluteFilePath();
+    const Form form = options.form ? *options.form : FormOf(source);
+    Report report(console, options.report);
+    const QString path = QFileInfo(options.into).absoluteFilePath();
     FileInTheMaking target(path);
     DictionaryWriter writer(target.Path());
     if (QFileInfo::exists(path))
-        OnFile(path, [&] { TakeOver(path, kind, parser.isSet(u"replace"_s), writer, console); });
+        OnFile(path, [&] { TakeOver(path, kind, options.replaces, writer, console); });
     const qsizetype kept = writer.WordCount();
     EntryIntake intake(kind, writer, report);
     if (form == Form::StarDict)
-        StarDict(source, report).TakeAll(intake, console);
+        StarDictReader(source, report).TakeAll(intake, console);
     else
         TakeText(source, form, intake, console);
     if (writer.WordCount() == kept)

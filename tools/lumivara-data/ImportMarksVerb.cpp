@@ -23,7 +23,7 @@ namespace {
 
 /// What two marks must share to be one. A Markdown document shows texts without their mark-up and spacing, so by
 /// these it can only be compared.
-QByteArray Identity(const ExportedMark &mark, bool asShown)
+QByteArray Identity(const Mark &mark, bool asShown)
 {
     const auto lines = [&](const QString &text) {
         QStringList shown = WithUnixLineEnds(text).split(u'\n');
@@ -42,13 +42,12 @@ QByteArray Identity(const ExportedMark &mark, bool asShown)
     return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
 }
 
-QString FormatOf(const QCommandLineParser &parser, const QString &path)
+bool IsMarkdown(const QString &name)
 {
-    const QString name = parser.isSet(u"format"_s) ? parser.value(u"format"_s) : QFileInfo(path).suffix().toLower();
     if (name == u"csv"_s)
-        return name;
+        return false;
     if (name == u"md"_s || name == u"markdown"_s)
-        return u"markdown"_s;
+        return true;
     throw ToolError(u"there is no format \"%1\" to import marks from: csv or markdown"_s.arg(name));
 }
 
@@ -67,12 +66,12 @@ void Compare(MarksReader &source, const QFile &input, bool isMarkdown, DataFile 
              Report &report, Console &console)
 {
     QSet<QByteArray> known;
-    VisitMarks(file, [&](const ExportedMark &mark) {
+    VisitMarks(file, [&](const Mark &mark) {
         ThrowIfInterrupted();
         known.insert(Identity(mark, isMarkdown));
     });
     qsizetype there = 0;
-    for (MarkRecord mark; source.Next(mark);) {
+    for (MarkAtLine mark; source.Next(mark);) {
         console.Progress(u"reading marks"_s, input.pos(), input.size(), u"bytes"_s);
         if (!store.IsStorable(mark.mark)) {
             report.Find(u"%1:%2"_s.arg(input.fileName()).arg(mark.line),
@@ -96,7 +95,7 @@ void Compare(MarksReader &source, const QFile &input, bool isMarkdown, DataFile 
 
 } // namespace
 
-int ImportMarks(const QStringList &arguments, Console &console)
+std::optional<ImportMarksOptions> ParseImportMarks(const QStringList &arguments, Console &console)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -110,16 +109,23 @@ int ImportMarks(const QStringList &arguments, Console &console)
     parser.addOption({u"format"_s, u"csv or markdown; by the ending of FILE by default."_s, u"FORMAT"_s});
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"import marks FILE [options]"_s, arguments, console))
-        return ExitCode::Clean;
+        return std::nullopt;
     if (parser.positionalArguments().size() != 1)
         throw ToolError(u"import marks wants one FILE; see \"lumivara-data import marks --help\""_s);
-    Report report(console);
-    report.TakeOptions(parser);
-    const QString name = parser.positionalArguments().first();
-    const bool isMarkdown = FormatOf(parser, name) == u"markdown"_s;
+    const QString file = parser.positionalArguments().first();
+    return ImportMarksOptions{
+        file, parser.value(u"into"_s),
+        IsMarkdown(parser.isSet(u"format"_s) ? parser.value(u"format"_s) : QFileInfo(file).suffix().toLower()),
+        Report::OptionsOf(parser)};
+}
+
+int Run(const ImportMarksOptions &options, Console &console)
+{
+    Report report(console, options.report);
+    const QString &name = options.file;
     QFile input(name);
     OpenSource(input);
-    const QString path = ExistingFile(parser.value(u"into"_s));
+    const QString path = ExistingFile(options.into);
 
     NoteInterrupts();
     // Two imports of one file would both find it new.
@@ -138,11 +144,11 @@ int ImportMarks(const QStringList &arguments, Console &console)
             throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
         MarksStore store(file, path, name, report);
         std::unique_ptr<MarksReader> source;
-        if (isMarkdown)
+        if (options.isMarkdown)
             source = std::make_unique<MarkdownMarks>(input, name, report, store.Texts());
         else
             source = std::make_unique<CsvMarks>(input, name, report);
-        Compare(*source, input, isMarkdown, file, store, report, console);
+        Compare(*source, input, options.isMarkdown, file, store, report, console);
         store.Write(console);
     });
     report.Tell(u"file"_s, path);

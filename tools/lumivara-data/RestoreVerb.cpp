@@ -29,7 +29,7 @@ QString Proved(const QString &path)
 
 } // namespace
 
-int RunRestore(const QStringList &arguments, Console &console)
+std::optional<RestoreOptions> ParseRestore(const QStringList &arguments, Console &console)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(u"Makes a file of marks out of a backup. A file that exists is never touched."_s);
@@ -38,14 +38,18 @@ int RunRestore(const QStringList &arguments, Console &console)
                       DefaultFile(Thing::Marks)});
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"restore [marks] BACKUP [options]"_s, arguments, console))
-        return ExitCode::Clean;
+        return std::nullopt;
     const QStringList rest = WithoutMarksWord(parser.positionalArguments());
     if (rest.size() != 1)
         throw ToolError(u"restore wants one BACKUP; see \"lumivara-data restore --help\""_s);
-    Report report(console);
-    report.TakeOptions(parser);
-    const QString backup = QFileInfo(rest.first()).absoluteFilePath();
-    const QString path = QFileInfo(parser.value(u"to"_s)).absoluteFilePath();
+    return RestoreOptions{rest.first(), parser.value(u"to"_s), Report::OptionsOf(parser)};
+}
+
+int Run(const RestoreOptions &options, Console &console)
+{
+    Report report(console, options.report);
+    const QString backup = QFileInfo(options.backup).absoluteFilePath();
+    const QString path = QFileInfo(options.to).absoluteFilePath();
     if (!QFileInfo(backup).isFile())
         throw ToolError(u"%1: there is no such file"_s.arg(backup));
     if (QFileInfo::exists(path))

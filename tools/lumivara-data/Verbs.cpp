@@ -8,16 +8,6 @@
 
 namespace {
 
-constexpr Verb AllVerbs[] = {
-    {u"build", u"make the databases from their sources", RunBuild},
-    {u"check", u"tell what is wrong with a canon, a dictionary or a file of marks", RunCheck},
-    {u"backup", u"save the marks, also while the program runs", RunBackup},
-    {u"restore", u"make a file of marks out of a backup", RunRestore},
-    {u"import", u"make a canon, a dictionary or marks out of open formats", RunImport},
-    {u"export", u"write a canon, a dictionary or marks in open formats", RunExport},
-    {u"forget-me", u"remove what the program keeps for this user, but not the notes", RunForgetMe},
-};
-
 struct ThingName
 {
     Thing thing;
@@ -59,22 +49,40 @@ int RunByThing(const QString &verb, QStringList arguments, Console &console, Run
     return fallback(arguments, console);
 }
 
+template <auto Parse>
+int ParseAndRun(const QStringList &arguments, Console &console)
+{
+    const auto options = Parse(arguments, console);
+    return options ? Run(*options, console) : ExitCode::Clean;
+}
+
+int RunImport(const QStringList &arguments, Console &console)
+{
+    return RunByThing(QStringLiteral("import"), arguments, console, ParseAndRun<ParseImportCanon>,
+                      ParseAndRun<ParseImportDictionary>, ParseAndRun<ParseImportMarks>);
+}
+
+int RunExport(const QStringList &arguments, Console &console)
+{
+    return RunByThing(QStringLiteral("export"), arguments, console, ParseAndRun<ParseExportCanon>,
+                      ParseAndRun<ParseExportDictionary>, ParseAndRun<ParseExportMarks>, ParseAndRun<ParseExportMarks>);
+}
+
+constexpr Verb AllVerbs[] = {
+    {u"build", u"make the databases from their sources", ParseAndRun<ParseBuild>},
+    {u"check", u"tell what is wrong with a canon, a dictionary or a file of marks", ParseAndRun<ParseCheck>},
+    {u"backup", u"save the marks, also while the program runs", ParseAndRun<ParseBackup>},
+    {u"restore", u"make a file of marks out of a backup", ParseAndRun<ParseRestore>},
+    {u"import", u"make a canon, a dictionary or marks out of open formats", RunImport},
+    {u"export", u"write a canon, a dictionary or marks in open formats", RunExport},
+    {u"forget-me", u"remove what the program keeps for this user, but not the notes", ParseAndRun<ParseForgetMe>},
+};
+
 } // namespace
 
 std::span<const Verb> DataVerbs()
 {
     return AllVerbs;
-}
-
-int RunImport(const QStringList &arguments, Console &console)
-{
-    return RunByThing(QStringLiteral("import"), arguments, console, ImportCanon, ImportDictionary, ImportMarks);
-}
-
-int RunExport(const QStringList &arguments, Console &console)
-{
-    return RunByThing(QStringLiteral("export"), arguments, console, ExportCanon, ExportDictionary, ExportMarks,
-                      ExportMarks);
 }
 
 Thing TakeThing(QStringList &words)

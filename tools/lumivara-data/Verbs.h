@@ -1,26 +1,13 @@
 #pragma once
 
+#include "common/Report.h"
 #include "common/Tool.h"
+#include "lumivara-data/marks/MarksForms.h"
+
+#include <optional>
 
 /// What the tool can do.
 std::span<const Verb> DataVerbs();
-
-/// The verbs. `arguments` is what follows the verb's name; failures are thrown as ToolError or DatabaseError.
-int RunBuild(const QStringList &arguments, Console &console);
-int RunCheck(const QStringList &arguments, Console &console);
-int RunBackup(const QStringList &arguments, Console &console);
-int RunRestore(const QStringList &arguments, Console &console);
-int RunImport(const QStringList &arguments, Console &console);
-int RunExport(const QStringList &arguments, Console &console);
-int RunForgetMe(const QStringList &arguments, Console &console);
-
-/// Import and export by what is meant; `arguments` is what follows that word.
-int ImportCanon(const QStringList &arguments, Console &console);
-int ImportDictionary(const QStringList &arguments, Console &console);
-int ImportMarks(const QStringList &arguments, Console &console);
-int ExportCanon(const QStringList &arguments, Console &console);
-int ExportDictionary(const QStringList &arguments, Console &console);
-int ExportMarks(const QStringList &arguments, Console &console);
 
 /// What a verb is about: the word that follows it.
 enum class Thing { None, Canon, Dictionary, Marks };
@@ -31,5 +18,130 @@ QString NameOf(Thing thing);
 /// What is left of a verb's words once the marks, its only thing, may have been named.
 QStringList WithoutMarksWord(const QStringList &positional);
 
+/// The forms of words, and of a canon.
+enum class WordForm { StarDict, Tabbed, MarkUp };
+enum class CanonForm { Segmented, Folder, Copy };
+/// "stardict", "tsv" or "markup".
+std::optional<WordForm> WordFormNamed(const QString &name);
+/// A kind of words, 1 to 8. Throws ToolError for anything else.
+int KindNamed(const QString &text);
+
 /// KELORA.FDB, PALIDICT.FDB or TARUNECLIENT.FDB beside the tool.
 QString DefaultFile(Thing thing);
+
+// A verb in two steps: its words become options, and the options work. A parser is given what follows the verb and, of
+// import and export, the thing. It throws ToolError for wrong usage, and gives nothing where only help was asked for,
+// which is then told. Run() gives the exit code; it throws ToolError or DatabaseError.
+
+struct BuildOptions
+{
+    QList<Thing> only; ///< all if empty
+    QString data, out;
+    bool isForced = false;
+    ReportOptions report;
+};
+
+struct CheckOptions
+{
+    QString file;
+    Thing wanted = Thing::None; ///< what the file must hold; None if anything will do
+    ReportOptions report;
+};
+
+struct BackupOptions
+{
+    QString file;
+    QString to; ///< empty for a name by the date
+    bool isDaily = false;
+    ReportOptions report;
+};
+
+struct RestoreOptions
+{
+    QString backup, to;
+    ReportOptions report;
+};
+
+struct ForgetMeOptions
+{
+    QString folder;
+    bool isFolderNamed = false; ///< by the user
+    bool isSure = false;        ///< is not asked
+    ReportOptions report;
+};
+
+struct ImportCanonOptions
+{
+    QString source, into;
+    std::optional<CanonForm> form; ///< by what the source looks like if there is none
+    QString table;                 ///< of Folder
+    QStringList authors;           ///< of Segmented
+    QString client;                ///< marks whose list gets the texts; may be empty
+    bool isMended = false;         ///< of Copy
+    ReportOptions report;
+};
+
+struct ImportDictionaryOptions
+{
+    QString source;
+    int kind = 0;
+    QString into;
+    std::optional<WordForm> form; ///< by what the source looks like if there is none
+    bool replaces = false;
+    ReportOptions report;
+};
+
+struct ImportMarksOptions
+{
+    QString file, into;
+    bool isMarkdown = false; ///< CSV else
+    ReportOptions report;
+};
+
+struct ExportCanonOptions
+{
+    QString file, out;
+    bool isSegmented = false; ///< too
+    ReportOptions report;
+};
+
+struct ExportDictionaryOptions
+{
+    QString file;
+    int kind = 0;
+    QString out;
+    WordForm form = WordForm::Tabbed;
+    ReportOptions report;
+};
+
+struct ExportMarksOptions
+{
+    QString file;
+    QString out; ///< the standard output if empty
+    MarksForm form;
+    ReportOptions report;
+};
+
+std::optional<BuildOptions> ParseBuild(const QStringList &arguments, Console &console);
+std::optional<CheckOptions> ParseCheck(const QStringList &arguments, Console &console);
+std::optional<BackupOptions> ParseBackup(const QStringList &arguments, Console &console);
+std::optional<RestoreOptions> ParseRestore(const QStringList &arguments, Console &console);
+std::optional<ForgetMeOptions> ParseForgetMe(const QStringList &arguments, Console &console);
+std::optional<ImportCanonOptions> ParseImportCanon(const QStringList &arguments, Console &console);
+std::optional<ImportDictionaryOptions> ParseImportDictionary(const QStringList &arguments, Console &console);
+std::optional<ImportMarksOptions> ParseImportMarks(const QStringList &arguments, Console &console);
+std::optional<ExportCanonOptions> ParseExportCanon(const QStringList &arguments, Console &console);
+std::optional<ExportDictionaryOptions> ParseExportDictionary(const QStringList &arguments, Console &console);
+std::optional<ExportMarksOptions> ParseExportMarks(const QStringList &arguments, Console &console);
+
+int Run(const BuildOptions &options, Console &console);
+int Run(const CheckOptions &options, Console &console);
+int Run(const BackupOptions &options, Console &console);
+int Run(const RestoreOptions &options, Console &console);
+int Run(const ForgetMeOptions &options, Console &console);
+int Run(const ImportCanonOptions &options, Console &console);
+int Run(const ImportDictionaryOptions &options, Console &console);
+int Run(const ImportMarksOptions &options, Console &console);
+int Run(const ExportCanonOptions &options, Console &console);
+int Run(const ExportDictionaryOptions &options, Console &console);
+int Run(const ExportMarksOptions &options, Console &console);

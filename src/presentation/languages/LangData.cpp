@@ -140,13 +140,6 @@ TDKLang_PropEntry *TDKLang_PropEntries::FindByName(const QString &name)
     return found != m_items.end() && found->wsPropName == name ? &*found : nullptr;
 }
 
-TDKLang_PropEntry *TDKLang_PropEntries::FindById(int id)
-{
-    const auto found =
-        std::find_if(m_items.begin(), m_items.end(), [id](const TDKLang_PropEntry &entry) { return entry.iID == id; });
-    return found != m_items.end() ? &*found : nullptr;
-}
-
 void TDKLang_PropEntries::RemoveUnvalidated()
 {
     std::erase_if(m_items, [](const TDKLang_PropEntry &entry) { return !entry.bValidated; });

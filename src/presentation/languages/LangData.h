@@ -29,8 +29,6 @@ public:
     TDKLang_PropEntry &Add(TDKLang_PropEntry entry);
     /// The entry of a name, by bisection; null if there is none. Valid until the list changes.
     TDKLang_PropEntry *FindByName(const QString &name);
-    /// The first entry of a number, in order of names; null if there is none.
-    TDKLang_PropEntry *FindById(int id);
     void RemoveUnvalidated();
 
     bool IsEmpty() const { return m_items.empty(); }

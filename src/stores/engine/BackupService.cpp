@@ -1,6 +1,7 @@
 #include "stores/engine/BackupService.h"
 
 #include "stores/engine/FirebirdClient.h"
+#include "stores/engine/SilentStreams.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -9,10 +10,8 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
-#include <fcntl.h>
 #include <memory>
 #include <thread>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -24,37 +23,6 @@ ParameterBlock NewBlock(FirebirdClient &client, unsigned kind)
 {
     return ParameterBlock(client.Util()->getXpbBuilder(client.Status(), kind, nullptr, 0));
 }
-
-/// Points standard input and output to nowhere. Where a backup ends early the engine prompts for its next part on the
-/// process's own terminal, and waits for an answer.
-class SilentStreams
-{
-public:
-    SilentStreams()
-    {
-        const int nowhere = ::open("/dev/null", O_RDWR | O_CLOEXEC);
-        for (size_t i = 0; i < m_kept.size() && nowhere >= 0; ++i) {
-            m_kept[i] = ::fcntl(static_cast<int>(i), F_DUPFD_CLOEXEC, 3);
-            ::dup2(nowhere, static_cast<int>(i));
-        }
-        ::close(nowhere);
-    }
-    ~SilentStreams()
-    {
-        std::fflush(stdout); // what the engine has buffered must not come later
-        for (size_t i = 0; i < m_kept.size(); ++i) {
-            if (m_kept[i] < 0)
-                continue;
-            ::dup2(m_kept[i], static_cast<int>(i));
-            ::close(m_kept[i]);
-        }
-    }
-    SilentStreams(const SilentStreams &) = delete;
-    SilentStreams &operator=(const SilentStreams &) = delete;
-
-private:
-    std::array<int, 2> m_kept{-1, -1};
-};
 
 /// Threads of this process, by number.
 QStringList Threads()

@@ -9,9 +9,7 @@
 #include <array>
 #include <chrono>
 #include <csignal>
-#include <sys/stat.h>
 #include <thread>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -149,14 +147,6 @@ std::shared_ptr<TpFIBDatabase::Handle> Attach(const TpFIBDatabase &database, Par
 
 } // namespace
 
-FileIdentity FileIdentity::Of(const QString &path)
-{
-    struct stat status = {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
-        return {};
-    return {static_cast<quint64>(status.st_dev), static_cast<quint64>(status.st_ino)};
-}
-
 TpFIBDatabase::Handle::~Handle()
 {
     try {
@@ -272,7 +262,7 @@ void TpFIBDatabase::CheckFileInPlace() const
             u"The file \"%1\" was renamed, replaced or deleted since it was opened; nothing was stored. "
             "Put it back in its place and try again."_s.arg(m_dbName));
     }
-    if (::access(QFile::encodeName(m_dbName).constData(), W_OK) != 0) {
+    if (!QFileInfo(m_dbName).isWritable()) {
         throw DatabaseError(u"The file \"%1\" may no longer be written; nothing was stored."_s.arg(m_dbName));
     }
 }

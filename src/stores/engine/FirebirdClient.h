@@ -32,7 +32,6 @@ public:
     /// Replaces the lock folder that the first database opened would choose. No effect once the library is loaded.
     static void SetLockFolder(const QString &folder);
 
-    Firebird::IMaster *Master() const { return m_master; }
     Firebird::IUtil *Util() const { return m_util; }
     Firebird::IProvider *Provider() const { return m_provider; }
     EngineStatus *Status() { return &m_status; }

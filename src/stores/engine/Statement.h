@@ -66,7 +66,6 @@ public:
     qsizetype MessageSize() const { return static_cast<qsizetype>(m_message.size()); }
     const unsigned char *Message() const { return m_message.data(); }
     void CloseCursor();
-    bool CursorIsOpen() const { return m_cursor != nullptr; }
 
     /// Runs a statement without a cursor and gives the number of rows that it changed. A text longer than its parameter
     /// throws.

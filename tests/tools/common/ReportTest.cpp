@@ -25,11 +25,10 @@ struct Written
 Written Reported(const QString &option, const std::function<int(Report &, Console &)> &verb)
 {
     Console console(u"tool"_s);
-    Report report(console);
     QCommandLineParser parser;
     Report::AddOptions(parser);
     parser.parse({u"tool"_s, option});
-    report.TakeOptions(parser);
+    Report report(console, Report::OptionsOf(parser));
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     const int code = verb(report, console);
@@ -84,11 +83,7 @@ TEST(Tool, AFailureEndsAVerbWithItsMessage)
         {u"fail", u"fails", [](const QStringList &, Console &) -> int { throw ToolError(u"Đích.FDB: is full"_s); }},
         {u"report", u"fails on its way",
          [](const QStringList &arguments, Console &console) -> int {
-             Report report(console);
-             QCommandLineParser parser;
-             Report::AddOptions(parser);
-             parser.parse(QStringList{u"tool"_s} + arguments);
-             report.TakeOptions(parser);
+             Report report(console, {.isJson = arguments.contains(u"--json"_s)});
              report.Find(u"a:1"_s, u"bad"_s);
              throw ToolError(u"is full"_s);
          }},

@@ -251,12 +251,10 @@ TEST_F(MarksVerbs, AnImportThatCannotBeDoneLeavesTheFileAsItWas)
 
     Put(u"other.FDB"_s, "no database");
     Put(u"folder.csv/x"_s, "");
-    Put(u"marks.html"_s, "<p>");
     Put(u"small.csv"_s, Header);
     for (const auto &[words, said] : std::initializer_list<std::pair<std::string, std::string>>{
              {"none.csv --into to/TARUNECLIENT.FDB", "none.csv: there is no such file"},
              {"folder.csv --into to/TARUNECLIENT.FDB", "folder.csv: is no regular file"},
-             {"marks.html --into to/TARUNECLIENT.FDB", "no format \"html\""},
              {"small.csv --into other.FDB", "other.FDB"},
              {"small.csv --into none.FDB", "none.FDB: there is no"}})
         EXPECT_THAT(Run(2, "import marks " + words), HasSubstr(said));

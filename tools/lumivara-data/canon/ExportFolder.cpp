@@ -3,19 +3,14 @@
 #include "common/Interrupt.h"
 #include "common/Tool.h"
 #include "lumivara-data/canon/CanonTable.h"
+#include "lumivara-data/files/Disk.h"
 #include "lumivara-data/files/UnfinishedFile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
-#include <algorithm>
 #include <filesystem>
-
-#ifdef Q_OS_LINUX
-#include <cstdio>
-#include <fcntl.h>
-#endif
 
 using namespace Qt::StringLiterals;
 
@@ -43,19 +38,6 @@ void RefuseForeign(const QString &path)
     }
 }
 
-/// Lets two folders change names in one step where the system can.
-bool Exchange(const QString &a, const QString &b)
-{
-#if defined(Q_OS_LINUX) && defined(RENAME_EXCHANGE)
-    return ::renameat2(AT_FDCWD, QFile::encodeName(a).constData(), AT_FDCWD, QFile::encodeName(b).constData(),
-                       RENAME_EXCHANGE) == 0;
-#else
-    Q_UNUSED(a);
-    Q_UNUSED(b);
-    return false;
-#endif
-}
-
 } // namespace
 
 ExportFolder::ExportFolder(const QString &target)
@@ -70,18 +52,16 @@ ExportFolder::ExportFolder(const QString &target)
         throw ToolError(m_lock.error() == QLockFile::LockFailedError
                             ? u"%1: another process is writing this export"_s.arg(m_target)
                             : u"%1: cannot be written"_s.arg(above));
-    // File systems make the files of one folder one after the other: more threads would wait.
-    m_writers.setMaxThreadCount(2);
     RefuseForeign(m_target);
     RefuseForeign(m_path);
     QDir(m_path).removeRecursively();
+    m_files.emplace();
     Write(Marker, "An export of lumivara-data; the next one to this place replaces the whole folder.\n");
 }
 
 ExportFolder::~ExportFolder()
 {
-    m_writers.clear();
-    m_writers.waitForDone();
+    m_files.reset();
     QDir(m_path).removeRecursively();
 }
 
@@ -92,37 +72,21 @@ void ExportFolder::Write(const QString &name, const QByteArray &bytes)
     if (folder != m_lastFolder && !QDir().mkpath(folder))
         throw ToolError(u"%1: cannot be made"_s.arg(folder));
     m_lastFolder = folder;
-    const int room = int(std::min<qsizetype>(bytes.size(), MostWaitingBytes));
-    m_room.acquire(room);
-    m_writers.start([this, path, bytes, room] {
+    while (!m_files->HasRoom())
+        m_files->Take();
+    m_files->Put(static_cast<size_t>(bytes.size()), [path, bytes] {
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(bytes) != bytes.size())
-            NoteFailure(u"%1: %2"_s.arg(path, WriteFault(file)));
-        m_room.release(room);
+            throw ToolError(u"%1: %2"_s.arg(path, WriteFault(file)));
     });
-    ThrowIfFailed();
-}
-
-void ExportFolder::NoteFailure(const QString &failure)
-{
-    const QMutexLocker lock(&m_failureLock);
-    if (m_failure.isEmpty())
-        m_failure = failure;
-}
-
-void ExportFolder::ThrowIfFailed()
-{
-    const QMutexLocker lock(&m_failureLock);
-    if (!m_failure.isEmpty())
-        throw ToolError(m_failure);
 }
 
 void ExportFolder::Finish()
 {
-    m_writers.waitForDone();
-    ThrowIfFailed();
+    while (!m_files->IsEmpty())
+        m_files->Take();
     ThrowIfInterrupted();
-    if (QFileInfo::exists(m_target) && Exchange(m_path, m_target))
+    if (QFileInfo::exists(m_target) && ExchangeFolders(m_path, m_target))
         return;
     // An older export goes away with what the destructor removes.
     QDir(m_target).removeRecursively();

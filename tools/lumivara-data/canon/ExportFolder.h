@@ -1,11 +1,12 @@
 #pragma once
 
+#include "common/InOrder.h"
+
 #include <QByteArray>
 #include <QLockFile>
-#include <QMutex>
-#include <QSemaphore>
 #include <QString>
-#include <QThreadPool>
+
+#include <optional>
 
 /// A folder that is written under another name and takes its own once it is whole, in place of an older export of the
 /// same name. Throws ToolError where something else stands there.
@@ -23,17 +24,10 @@ public:
     void Finish();
 
 private:
-    static constexpr int MostWaitingBytes = 16 * 1024 * 1024;
-
-    void NoteFailure(const QString &failure);
-    void ThrowIfFailed();
-
     QString m_target;
     QString m_path;
     QString m_lastFolder;
     QLockFile m_lock;
-    QSemaphore m_room{MostWaitingBytes};
-    QMutex m_failureLock;
-    QString m_failure; ///< the first one
-    QThreadPool m_writers;
+    /// File systems make the files of one folder one after the other: more threads than two would wait.
+    std::optional<InOrder<void>> m_files;
 };

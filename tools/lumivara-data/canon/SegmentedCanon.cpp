@@ -244,13 +244,19 @@ void SegmentedCanon::WriteTo(CanonWriter &writer, Console &console)
         const int left = groups[a->second.group], right = groups[b->second.group];
         return left != right ? left < right : NaturalLess(a->first, b->first);
     });
-    InOrder<ComposedText> texts(
-        ordered.size(), [&](size_t at) { return ComposeSegmented(m_folder, ordered[at]->first, ordered[at]->second); },
-        [](const ComposedText &composed) { return size_t(composed.Bytes()); });
+    InOrder<ComposedText> texts;
+    auto composeAhead = [&, next = ordered.cbegin()]() mutable {
+        for (; next != ordered.cend() && texts.HasRoom(); ++next) {
+            texts.Put(static_cast<size_t>((*next)->second.Bytes(m_folder)),
+                      [this, text = *next] { return ComposeSegmented(m_folder, text->first, text->second); });
+        }
+    };
+    composeAhead();
     WriteGroups(paths, groups, writer);
     CleaningCounts counts;
     int number = 0;
     for (size_t at = 0; at < ordered.size(); ++at) {
+        composeAhead();
         ComposedText composed = texts.Take();
         m_report.TakeOver(composed.told);
         counts += composed.counts;

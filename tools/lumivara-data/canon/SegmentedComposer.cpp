@@ -48,11 +48,11 @@ std::vector<AlignedSegment> Align(const SourceFolder &folder, const SegmentedFil
 
 } // namespace
 
-qsizetype ComposedText::Bytes() const
+qsizetype SegmentedFiles::Bytes(const SourceFolder &folder) const
 {
-    qsizetype bytes = 0;
-    for (int i = 0; text && i < CanonText::Pages; ++i)
-        bytes += text->pages[i].size();
+    qsizetype bytes = markup.isEmpty() ? 0 : folder.SizeOf(markup);
+    for (const QString &file : text)
+        bytes += file.isEmpty() ? 0 : folder.SizeOf(file);
     return bytes;
 }
 

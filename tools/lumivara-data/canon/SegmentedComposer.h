@@ -18,6 +18,9 @@ struct SegmentedFiles
     std::array<QString, LanguageCount> text;
     std::array<QString, LanguageCount> author;
     QString markup;
+
+    /// Of all of them.
+    qsizetype Bytes(const SourceFolder &folder) const;
 };
 
 /// A text with its names and pages, not its keys nor its number, and what is to be told of it.
@@ -26,9 +29,6 @@ struct ComposedText
     std::optional<CanonText> text; ///< none if no page is left
     Report told;
     CleaningCounts counts;
-
-    /// Of the pages.
-    qsizetype Bytes() const;
 };
 
 /// Reads a text's files and composes its pages. Threads may do so at once, each for another text.

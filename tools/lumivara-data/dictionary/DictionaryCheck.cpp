@@ -3,11 +3,14 @@
 #include "dictionary/WordRules.h"
 #include "lumivara-data/dictionary/DictionaryOrder.h"
 #include "lumivara-data/files/PageFacts.h"
+#include "lumivara-data/files/TagReader.h"
 #include "stores/Schema.h"
 
-#include <QRegularExpression>
 #include <QSet>
 #include <QStringList>
+
+#include <algorithm>
+#include <cctype>
 
 using namespace Qt::StringLiterals;
 
@@ -25,39 +28,44 @@ bool CanBeReached(const QString &word)
 
 QString TagFault(const QByteArray &html)
 {
-    static const QSet<QString> withoutEnd{u"area"_s, u"base"_s,  u"br"_s,   u"col"_s,  u"embed"_s, u"hr"_s,
-                                          u"img"_s,  u"input"_s, u"link"_s, u"meta"_s, u"wbr"_s};
-    static const QSet<QString> endOptional{u"p"_s,  u"li"_s, u"dt"_s,    u"dd"_s,    u"tr"_s,
-                                           u"td"_s, u"th"_s, u"tbody"_s, u"thead"_s, u"option"_s};
-    static const QRegularExpression tag(
-        uR"(<!--.*?(?:-->|\z)|<(/?)([A-Za-z][A-Za-z0-9]*)((?:"[^"]*"|'[^']*'|[^<>"'])*)(>?))"_s,
-        QRegularExpression::DotMatchesEverythingOption);
-    QStringList open;
-    QRegularExpressionMatchIterator tags = tag.globalMatch(QString::fromLatin1(html));
-    while (tags.hasNext()) {
-        const QRegularExpressionMatch match = tags.next();
-        const QString name = match.captured(2).toLower();
-        if (name.isEmpty())
+    static const QSet<QByteArray> withoutEnd{"area", "base",  "br",   "col",  "embed", "hr",
+                                             "img",  "input", "link", "meta", "wbr"};
+    static const QSet<QByteArray> endOptional{"p", "li", "dt", "dd", "tr", "td", "th", "tbody", "thead", "option"};
+    using Part = TagReader::Part;
+    const auto cut = [](QByteArrayView tag) {
+        qsizetype end = tag.startsWith("</") ? 2 : 1;
+        while (end < tag.size() && std::isalnum(static_cast<unsigned char>(tag[end])))
+            ++end;
+        return u"the tag %1 has no end"_s.arg(QString::fromLatin1(tag.first(end)).toLower());
+    };
+    QByteArrayList open;
+    TagReader reader(html, TagReader::Manner::Browser);
+    for (Part part = reader.Next(); part != Part::End; part = reader.Next()) {
+        if (part == Part::Broken)
+            return cut(reader.Source());
+        if (part != Part::Open && part != Part::Close)
             continue;
-        if (match.captured(4).isEmpty())
-            return u"the tag <%1%2 has no end"_s.arg(match.captured(1), name);
-        if (withoutEnd.contains(name) || match.captured(3).endsWith(u'/'))
+        const QByteArray &name = reader.Name();
+        const auto holdsTagSign = [](const TagReader::Attribute &attribute) { return attribute.name.contains('<'); };
+        if (name.contains('<') || std::any_of(reader.Attributes().begin(), reader.Attributes().end(), holdsTagSign))
+            return cut(reader.Source());
+        if (withoutEnd.contains(name) || reader.Source().endsWith("/>"))
             continue;
-        if (match.captured(1).isEmpty()) {
+        if (part == Part::Open) {
             open.append(name);
             continue;
         }
         while (!open.isEmpty() && open.last() != name && endOptional.contains(open.last()))
             open.removeLast();
         if (open.isEmpty())
-            return u"</%1> closes nothing"_s.arg(name);
+            return u"</%1> closes nothing"_s.arg(QString::fromLatin1(name));
         if (open.last() != name)
-            return u"</%1> comes before </%2>"_s.arg(name, open.last());
+            return u"</%1> comes before </%2>"_s.arg(QString::fromLatin1(name), QString::fromLatin1(open.last()));
         open.removeLast();
     }
     while (!open.isEmpty() && endOptional.contains(open.last()))
         open.removeLast();
-    return open.isEmpty() ? QString() : u"<%1> is not closed"_s.arg(open.last());
+    return open.isEmpty() ? QString() : u"<%1> is not closed"_s.arg(QString::fromLatin1(open.last()));
 }
 
 QString DictionaryChecker::RowName(const QString &word) const

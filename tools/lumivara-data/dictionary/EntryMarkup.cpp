@@ -1,6 +1,6 @@
 #include "lumivara-data/dictionary/EntryMarkup.h"
 
-#include "lumivara-data/files/TaggedText.h"
+#include "lumivara-data/files/TagReader.h"
 
 #include <QHash>
 
@@ -78,6 +78,14 @@ bool IsNumbered(QByteArrayView line)
     while (at < line.size() && at < 2 && line[at] >= '0' && line[at] <= '9')
         ++at;
     return at > 0 && at + 1 < line.size() && (line[at] == '.' || line[at] == ')') && line[at + 1] == ' ';
+}
+
+/// Elements whose content is nothing to read.
+bool HoldsNoText(const QByteArray &name)
+{
+    static const char *const names[] = {"script", "style", "head",  "title", "iframe",   "object",
+                                        "svg",    "audio", "video", "rref",  "template", "noscript"};
+    return std::any_of(std::begin(names), std::end(names), [&](const char *known) { return name == known; });
 }
 
 /// Calls `take` for each line that is not blank, without the blanks at its ends, until that returns false.
@@ -189,23 +197,19 @@ public:
 
     void Run(QByteArrayView text)
     {
-        TaggedText reader(text);
-        for (;;) {
-            switch (reader.Next()) {
-            case TaggedText::Part::Text:
-                AddText(reader.Value());
-                break;
-            case TaggedText::Part::Open:
-                Open(reader.Value());
-                break;
-            case TaggedText::Part::Close:
-                Close(reader.Value());
-                break;
-            case TaggedText::Part::End:
-                EndLine();
-                return;
-            }
+        using Part = TagReader::Part;
+        TagReader reader(text, TagReader::Manner::Forgiving);
+        for (Part part = reader.Next(); part != Part::End; part = reader.Next()) {
+            if (part == Part::Text)
+                AddText(WithoutEntities(reader.Source()));
+            else if (part == Part::Close)
+                Close(reader.Name());
+            else if (part == Part::Open && !HoldsNoText(reader.Name()))
+                Open(reader.Name());
+            else if (part == Part::Open && !reader.Source().endsWith("/>"))
+                reader.TakeRawText();
         }
+        EndLine();
     }
 
 private:

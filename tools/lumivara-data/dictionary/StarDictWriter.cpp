@@ -2,7 +2,7 @@
 
 #include "common/Tool.h"
 #include "dictionary/WordRules.h"
-#include "lumivara-data/dictionary/StarDict.h"
+#include "lumivara-data/dictionary/StarDictReader.h"
 
 #include <QtEndian>
 
@@ -117,7 +117,7 @@ void StarDictWriter::Finish()
                         "\nwordcount=" + QByteArray::number(count) +
                         "\nsynwordcount=" + QByteArray::number(m_formWords.Count()) +
                         "\nidxfilesize=" + QByteArray::number(m_index.Size()) + (isLarge ? "\nidxoffsetbits=64" : "") +
-                        "\nsametypesequence=m\n" + StarDict::MarkUpKey + "=1\n");
+                        "\nsametypesequence=m\n" + StarDictReader::MarkUpKey + "=1\n");
     m_texts.Finish();
     m_index.Finish();
     m_forms.Finish();

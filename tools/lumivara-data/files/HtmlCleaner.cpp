@@ -1,11 +1,11 @@
 #include "lumivara-data/files/HtmlCleaner.h"
 
 #include "common/Report.h"
+#include "lumivara-data/files/TagReader.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <cstring>
 #include <string_view>
 #include <vector>
 
@@ -35,11 +35,6 @@ constexpr std::array FetchingAttributes{"src"sv,      "srcset"sv,   "srcdoc"sv, 
 bool IsBlank(char c)
 {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f';
-}
-
-bool IsLetter(char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
 /// Without comments, with escapes undone, in lower case: what a browser reads, as far as names go.
@@ -130,7 +125,7 @@ QByteArray CleanCss(const QByteArray &css, CleaningCounts &counts)
 }
 
 /// True if a link may stay: a place in the page, a relative one, or one that the reader hands to the system.
-bool IsLink(const QByteArray &value)
+bool IsLink(QByteArrayView value)
 {
     QByteArray scheme;
     for (const char c : value) {
@@ -148,138 +143,52 @@ bool IsLink(const QByteArray &value)
     return true;
 }
 
-struct Attribute
-{
-    QByteArray name; ///< lower case
-    QByteArray value;
-    QByteArrayView source; ///< as it stands
-};
-
 class Cleaner
 {
 public:
     Cleaner(const QByteArray &html, CleaningCounts &counts)
-        : m_at(html.constData()), m_end(m_at + html.size()), m_counts(counts)
+        : m_reader(html, TagReader::Manner::Browser), m_counts(counts)
     {
         m_out.html.reserve(html.size() + html.size() / 64);
     }
 
     CleanedHtml Run()
     {
-        while (m_at < m_end) {
-            const void *found = std::memchr(m_at, '<', static_cast<size_t>(m_end - m_at));
-            const char *open = found ? static_cast<const char *>(found) : m_end;
-            m_out.html.append(m_at, open - m_at);
-            m_at = open;
-            if (m_at < m_end)
-                ReadMarkup();
+        using Part = TagReader::Part;
+        for (Part part = m_reader.Next(); part != Part::End; part = m_reader.Next()) {
+            if (part == Part::Text)
+                WriteText(m_reader.Source());
+            else if (part == Part::Open)
+                WriteStartTag();
+            else if (part == Part::Close)
+                WriteEndTag();
+            else if (part == Part::Aside &&
+                     m_reader.Source().first(qMin<qsizetype>(m_reader.Source().size(), 9)).toByteArray().toLower() ==
+                         "<!doctype")
+                AppendTag(m_reader.Source());
         }
         return std::move(m_out);
     }
 
 private:
-    char Peek(qsizetype ahead) const { return m_end - m_at > ahead ? m_at[ahead] : '\0'; }
-    QByteArrayView Rest() const { return {m_at, m_end - m_at}; }
+    using Attribute = TagReader::Attribute;
 
-    void ReadMarkup()
+    void WriteText(QByteArrayView text)
     {
-        if (Rest().startsWith("<!--")) {
-            const qsizetype end = Rest().sliced(2).indexOf("-->");
-            m_at = end < 0 ? m_end : m_at + 2 + end + 3;
-        } else if (Peek(1) == '!' || Peek(1) == '?' || (Peek(1) == '/' && !IsLetter(Peek(2)) && m_end - m_at > 2)) {
-            const QByteArrayView declaration = UpTo('>');
-            if (declaration.first(qMin<qsizetype>(declaration.size(), 9)).toByteArray().toLower() == "<!doctype")
-                AppendTag(declaration);
-        } else if (Peek(1) == '/' && IsLetter(Peek(2))) {
-            ReadEndTag();
-        } else if (IsLetter(Peek(1))) {
-            ReadStartTag();
-        } else {
+        const bool hasTagSign = text.startsWith('<');
+        if (hasTagSign)
             m_out.html.append("&lt;");
-            ++m_at;
-        }
+        m_out.html.append(text.sliced(hasTagSign ? 1 : 0));
     }
 
-    QByteArrayView UpTo(char last)
+    void WriteEndTag()
     {
-        const char *start = m_at;
-        const void *found = std::memchr(m_at, last, static_cast<size_t>(m_end - m_at));
-        m_at = found ? static_cast<const char *>(found) + 1 : m_end;
-        return {start, m_at - start};
-    }
-
-    QByteArray Name()
-    {
-        const char *start = m_at;
-        while (m_at < m_end && !IsBlank(*m_at) && *m_at != '/' && *m_at != '>')
-            ++m_at;
-        return QByteArray(start, m_at - start).toLower();
-    }
-
-    /// False if the page ends inside the tag.
-    bool ReadAttributes(std::vector<Attribute> &attributes)
-    {
-        for (;;) {
-            while (m_at < m_end && (IsBlank(*m_at) || *m_at == '/'))
-                ++m_at;
-            if (m_at == m_end)
-                return false;
-            if (*m_at == '>') {
-                ++m_at;
-                return true;
-            }
-            attributes.push_back(ReadAttribute());
-        }
-    }
-
-    Attribute ReadAttribute()
-    {
-        const char *start = m_at++; // a leading "=" is part of the name
-        while (m_at < m_end && !IsBlank(*m_at) && *m_at != '/' && *m_at != '>' && *m_at != '=')
-            ++m_at;
-        Attribute attribute{QByteArray(start, m_at - start).toLower(), {}, {}};
-        const char *end = m_at;
-        while (m_at < m_end && IsBlank(*m_at))
-            ++m_at;
-        if (m_at < m_end && *m_at == '=') {
-            ++m_at;
-            while (m_at < m_end && IsBlank(*m_at))
-                ++m_at;
-            attribute.value = ReadValue();
-            end = m_at;
-        }
-        attribute.source = {start, end - start};
-        return attribute;
-    }
-
-    QByteArray ReadValue()
-    {
-        if (m_at == m_end)
-            return {};
-        if (*m_at == '"' || *m_at == '\'') {
-            const char quote = *m_at++;
-            const QByteArrayView value = UpTo(quote);
-            return value.endsWith(quote) ? value.chopped(1).toByteArray() : value.toByteArray();
-        }
-        const char *start = m_at;
-        while (m_at < m_end && !IsBlank(*m_at) && *m_at != '>')
-            ++m_at;
-        return QByteArray(start, m_at - start);
-    }
-
-    void ReadEndTag()
-    {
-        const char *start = m_at;
-        m_at += 2;
-        const QByteArray name = Name();
-        std::vector<Attribute> attributes;
-        const bool isWhole = ReadAttributes(attributes);
-        if (!isWhole || IsDropped(name))
+        if (IsDropped(m_reader.Name()))
             return;
-        if (attributes.empty())
-            AppendTag({start, m_at - start});
+        if (m_reader.Attributes().empty())
+            AppendTag(m_reader.Source());
         else
-            AppendTag("</" + name + '>');
+            AppendTag("</" + m_reader.Name() + '>');
     }
 
     static bool IsDropped(const QByteArray &name)
@@ -288,30 +197,26 @@ private:
                (IsOneOf(name, RawTags) && name != "title");
     }
 
-    void ReadStartTag()
+    void WriteStartTag()
     {
-        const char *start = m_at++;
-        const QByteArray name = Name();
-        std::vector<Attribute> attributes;
-        if (!ReadAttributes(attributes))
-            return;
+        const QByteArray name = m_reader.Name();
         if (IsDropped(name)) {
             CountDropped(name);
-        } else if (name != "meta" || KeepsMeta(attributes)) {
+        } else if (name != "meta" || KeepsMeta(m_reader.Attributes())) {
             if (name == "body" && m_out.bodyTag < 0)
                 m_out.bodyTag = m_out.html.size();
-            WriteTag(name, attributes, {start, m_at - start});
+            WriteTag(name, m_reader.Attributes(), m_reader.Source());
             if (name == "head")
                 m_out.headStart = m_out.headStart < 0 ? m_out.html.size() : m_out.headStart;
             else if (name == "html")
                 m_out.htmlStart = m_out.htmlStart < 0 ? m_out.html.size() : m_out.htmlStart;
         }
         if (name == "script" || name == "iframe")
-            RawTextOf(name);
+            m_reader.TakeRawText();
         else if (name == "style")
-            WriteStyle(RawTextOf(name));
+            WriteStyle(m_reader.TakeRawText());
         else if (IsOneOf(name, RawTags))
-            m_out.html.append(RawTextOf(name).toByteArray().replace('<', "&lt;"));
+            m_out.html.append(m_reader.TakeRawText().toByteArray().replace('<', "&lt;"));
     }
 
     void CountDropped(const QByteArray &name)
@@ -330,10 +235,11 @@ private:
     bool KeepsMeta(const std::vector<Attribute> &attributes)
     {
         for (const Attribute &attribute : attributes) {
-            if (attribute.name == "http-equiv" && attribute.value.trimmed().toLower() == "refresh")
+            const bool isOrder = attribute.name.compare("http-equiv", Qt::CaseInsensitive) == 0;
+            if (isOrder && attribute.value.trimmed().compare("refresh", Qt::CaseInsensitive) == 0)
                 ++m_counts.refreshes;
             // Readers of few words look for a charset anywhere in the tag.
-            if (attribute.name == "http-equiv" || attribute.source.toByteArray().toLower().contains("charset"))
+            if (isOrder || attribute.source.toByteArray().toLower().contains("charset"))
                 return false;
         }
         return true;
@@ -344,18 +250,19 @@ private:
         // Behind another attribute it would be that one's value.
         if (attribute.name.startsWith('='))
             return false;
-        if (attribute.name.startsWith("on")) {
+        const QByteArray lower = attribute.name.toByteArray().toLower();
+        if (lower.startsWith("on")) {
             ++m_counts.handlers;
             return false;
         }
         bool keeps = true;
-        const QByteArray name = attribute.name.mid(attribute.name.lastIndexOf(':') + 1);
+        const QByteArray name = lower.mid(lower.lastIndexOf(':') + 1);
         if (name == "href")
             keeps = tag == "a" || tag == "area" ? IsLink(attribute.value) : attribute.value.trimmed().startsWith('#');
         else if (name == "src" && tag == "img")
             keeps = StaysInside(attribute.value);
         else if (name == "style")
-            keeps = StyleStaysInside(attribute.value);
+            keeps = StyleStaysInside(attribute.value.toByteArray());
         else
             keeps = !IsOneOf(name, FetchingAttributes);
         if (!keeps)
@@ -391,26 +298,6 @@ private:
             m_out.html.append(tag);
     }
 
-    /// What stands between a tag and its end tag, which stays to be read.
-    QByteArrayView RawTextOf(const QByteArray &name)
-    {
-        const char *start = m_at;
-        while (m_at < m_end) {
-            UpTo('<');
-            const QByteArrayView rest = Rest();
-            if (m_at == m_end && (start == m_end || m_end[-1] != '<'))
-                break;
-            const char after = rest.size() > name.size() + 1 ? rest[name.size() + 1] : '>';
-            if (rest.startsWith('/') && rest.size() > name.size() &&
-                qstrnicmp(rest.data() + 1, name.constData(), static_cast<size_t>(name.size())) == 0 &&
-                (IsBlank(after) || after == '/' || after == '>')) {
-                --m_at;
-                break;
-            }
-        }
-        return {start, m_at - start};
-    }
-
     void WriteStyle(QByteArrayView source)
     {
         // Blanks in their place, so that nothing new is made of what stands on both sides.
@@ -421,8 +308,7 @@ private:
         m_out.html.append(canHide ? "<!--" + css + "-->" : css);
     }
 
-    const char *m_at;
-    const char *m_end;
+    TagReader m_reader;
     CleaningCounts &m_counts;
     CleanedHtml m_out;
 };

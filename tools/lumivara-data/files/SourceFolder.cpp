@@ -94,6 +94,11 @@ bool SourceFolder::IsInside(const QString &path) const
     return QFileInfo(path).canonicalFilePath().startsWith(m_canonicalPath + u'/');
 }
 
+qint64 SourceFolder::SizeOf(const QString &name) const
+{
+    return QFileInfo(m_path + u'/' + name).size();
+}
+
 std::optional<QByteArray> SourceFolder::Read(const QString &name, Report &report) const
 {
     if (LeadsOut(name)) {

@@ -29,6 +29,8 @@ public:
     /// Every file below one of its folders, as names relative to this one, in no order. Hidden ones are passed over;
     /// what is no file in the folder is told.
     QStringList FilesBelow(const QString &folder, Report &report) const;
+    /// A file's bytes, 0 where there is no such file.
+    qint64 SizeOf(const QString &name) const;
     /// A file's bytes as they stand; nothing, and told, where it can't be read or is larger than LargestSourceFile.
     std::optional<QByteArray> Read(const QString &name, Report &report) const;
     /// A file's text as UTF-8 without a byte order mark. UTF-16 with a mark is converted and told; what is neither is

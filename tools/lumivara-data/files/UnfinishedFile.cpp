@@ -2,6 +2,7 @@
 
 #include "common/Interrupt.h"
 #include "common/Tool.h"
+#include "lumivara-data/files/Disk.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -9,35 +10,14 @@
 
 #include <filesystem>
 
-#ifdef Q_OS_UNIX
-#include <fcntl.h>
-#include <unistd.h>
-#endif
-
 using namespace Qt::StringLiterals;
 
 namespace {
 
-#ifdef Q_OS_UNIX
-bool BringToDisk(const QString &path)
-{
-    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
-    const bool done = ::fsync(descriptor) == 0;
-    ::close(descriptor);
-    return done;
-}
-#endif
-
 /// A new name is on the disk once its folder is.
 void SettleFolderOf(const QString &path)
 {
-#ifdef Q_OS_UNIX
     BringToDisk(QFileInfo(path).absolutePath());
-#else
-    Q_UNUSED(path);
-#endif
 }
 
 /// Renames over what has the name.
@@ -85,14 +65,10 @@ void RemoveStale(const QString &path)
 
 void Settle(const QString &path)
 {
-#ifdef Q_OS_UNIX
     if (!BringToDisk(path))
         throw ToolError(u"%1: cannot be written to the disk"_s.arg(path));
     // The engine gives a new file to its maker alone; these are for every user of the machine to read.
     QFile::setPermissions(path, QFile::permissions(path) | QFile::ReadGroup | QFile::ReadOther);
-#else
-    Q_UNUSED(path);
-#endif
 }
 
 bool TakeLock(QLockFile &lock)

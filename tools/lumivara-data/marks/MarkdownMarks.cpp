@@ -71,7 +71,7 @@ bool IsQuotation(const QString &line)
 }
 
 /// Priority, date and keywords; false if the line does not begin with a priority.
-bool TakeFacts(const QString &facts, ExportedMark &mark)
+bool TakeFacts(const QString &facts, Mark &mark)
 {
     QStringList words = facts.split(Parting);
     mark.priority = PriorityNamed(words.takeFirst().trimmed());
@@ -106,7 +106,7 @@ void KnownTexts::Add(int collection, int text, const QStringList &names)
     Enter(simple.join(Parting), {collection, text});
 }
 
-bool KnownTexts::Find(const QString &name, ExportedMark &mark) const
+bool KnownTexts::Find(const QString &name, Mark &mark) const
 {
     static const QRegularExpression numbers(QRegularExpression::anchoredPattern(uR"((\d{1,9})-(\d{1,9}))"_s));
     const auto match = numbers.match(name);
@@ -121,7 +121,7 @@ MarkdownMarks::MarkdownMarks(QIODevice &device, const QString &fileName, Report 
     : MarksReader(device, fileName, report), m_texts(texts)
 {}
 
-bool MarkdownMarks::Next(MarkRecord &mark)
+bool MarkdownMarks::Next(MarkAtLine &mark)
 {
     for (QByteArray line; m_lines.Next(line);) {
         ThrowIfInterrupted();
@@ -184,11 +184,11 @@ bool MarkdownMarks::Leave(qsizetype line, const QString &fault)
     return false;
 }
 
-bool MarkdownMarks::TakeMark(const QByteArray &heading, MarkRecord &source)
+bool MarkdownMarks::TakeMark(const QByteArray &heading, MarkAtLine &source)
 {
     static const QRegularExpression key(QRegularExpression::anchoredPattern(u"#\\d+"_s));
     source = {m_lines.Number(), m_text};
-    ExportedMark &mark = source.mark;
+    Mark &mark = source.mark;
     const bool isCut = m_lines.IsCut();
     QStringList body;
     if (!ReadBody(body) || !heading.isValidUtf8() || isCut)

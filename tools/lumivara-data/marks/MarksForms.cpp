@@ -18,20 +18,20 @@ namespace {
 /// Stand for a line end and a blank while the tags are taken out; no text holds them.
 
 /// The name that a document puts above a text's marks.
-QString TextName(const ExportedMark &mark)
+QString TextName(const Mark &mark)
 {
     QStringList names{mark.nameVietnamese, mark.namePali, mark.nameEnglish};
     names.removeAll(QString());
     return names.isEmpty() ? u"%1-%2"_s.arg(mark.collection).arg(mark.text) : names.join(u" · "_s);
 }
 
-bool BeginsText(const ExportedMark &mark, const ExportedMark *previous)
+bool BeginsText(const Mark &mark, const Mark *previous)
 {
     return !previous || mark.collection != previous->collection || mark.text != previous->text;
 }
 
 /// "Cao · 2024-02-29 23:59 · keywords"
-QString Facts(const ExportedMark &mark)
+QString Facts(const Mark &mark)
 {
     QStringList facts{PriorityName(mark.priority), mark.time.toString(u"yyyy-MM-dd HH:mm"_s), mark.keywords};
     facts.removeAll(QString());
@@ -58,7 +58,7 @@ QString CsvCell(QString text)
     return u'"' + text.replace(u'"', u"\"\""_s) + u'"';
 }
 
-QString HtmlMark(const ExportedMark &mark, const ExportedMark *previous)
+QString HtmlMark(const Mark &mark, const Mark *previous)
 {
     QString page;
     if (BeginsText(mark, previous))
@@ -70,7 +70,7 @@ QString HtmlMark(const ExportedMark &mark, const ExportedMark *previous)
     return page;
 }
 
-QString MarkdownMark(const ExportedMark &mark, const ExportedMark *previous)
+QString MarkdownMark(const Mark &mark, const Mark *previous)
 {
     QString text;
     // The comment is not shown. It finds the text again where names are missing or come twice.
@@ -86,7 +86,7 @@ QString MarkdownMark(const ExportedMark &mark, const ExportedMark *previous)
     return text;
 }
 
-QString CsvMark(const ExportedMark &mark, const ExportedMark *)
+QString CsvMark(const Mark &mark, const Mark *)
 {
     const QStringList cells{QString::number(mark.key),
                             QString::number(mark.collection),
@@ -106,7 +106,7 @@ QString CsvMark(const ExportedMark &mark, const ExportedMark *)
 
 } // namespace
 
-void VisitMarks(DataFile &file, const std::function<void(const ExportedMark &)> &visit)
+void VisitMarks(DataFile &file, const std::function<void(const Mark &)> &visit)
 {
     TpFIBDataSet rows;
     rows.SetDatabase(&file.Database());
@@ -129,7 +129,7 @@ void VisitMarks(DataFile &file, const std::function<void(const ExportedMark &)> 
     }
 }
 
-QString ShownTitle(const ExportedMark &mark)
+QString ShownTitle(const Mark &mark)
 {
     const QString title = QString(mark.title).remove(QChar::ByteOrderMark).simplified();
     return title.isEmpty() ? u"#%1"_s.arg(mark.key) : title;

@@ -7,8 +7,9 @@
 
 class DataFile;
 
-/// A mark as it leaves the file. Null texts are empty, and so are the names of a text that the list does not have.
-struct ExportedMark
+/// A mark of a file, with the names of its text. Null texts are empty, and so are the names of a text that the list
+/// does not have.
+struct Mark
 {
     int key = 0;
     int collection = 0;
@@ -21,10 +22,10 @@ struct ExportedMark
 };
 
 /// Gives every mark of an open file, also those that the program does not list, by text and key.
-void VisitMarks(DataFile &file, const std::function<void(const ExportedMark &)> &visit);
+void VisitMarks(DataFile &file, const std::function<void(const Mark &)> &visit);
 
 /// The title that documents show: one line, "#" and the key where there is none.
-QString ShownTitle(const ExportedMark &mark);
+QString ShownTitle(const Mark &mark);
 /// "Cao" for 2; the number where it is no priority.
 QString PriorityName(int priority);
 
@@ -35,7 +36,7 @@ struct MarksForm
     const char16_t *name;
     QString head;
     /// `previous` is the mark before, null for the first.
-    QString (*mark)(const ExportedMark &mark, const ExportedMark *previous);
+    QString (*mark)(const Mark &mark, const Mark *previous);
     QString tail;
 };
 /// "html", "markdown", "md" or "csv". Throws ToolError for another name.

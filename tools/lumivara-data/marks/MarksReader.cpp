@@ -49,9 +49,9 @@ MarksReader::MarksReader(QIODevice &device, const QString &fileName, Report &rep
         m_report.Note(fileName, u"converted from UTF-16"_s);
 }
 
-bool MarksReader::IsStorable(const MarkRecord &source)
+bool MarksReader::IsStorable(const MarkAtLine &source)
 {
-    const ExportedMark &mark = source.mark;
+    const Mark &mark = source.mark;
     const auto leave = [&](const QString &fault) {
         m_report.Find(Place(source.line), fault);
         return false;
@@ -119,7 +119,7 @@ QString CsvMarks::Cell(const CsvRecord &record, const QString &column) const
     return index < 0 ? QString() : record.Text(index);
 }
 
-QString CsvMarks::Take(const CsvRecord &record, ExportedMark &mark) const
+QString CsvMarks::Take(const CsvRecord &record, Mark &mark) const
 {
     struct NumberColumn
     {
@@ -155,7 +155,7 @@ QString CsvMarks::Take(const CsvRecord &record, ExportedMark &mark) const
     return {};
 }
 
-bool CsvMarks::Next(MarkRecord &mark)
+bool CsvMarks::Next(MarkAtLine &mark)
 {
     for (CsvRecord record; m_records.Next(record);) {
         mark = {record.line, {}};

@@ -8,10 +8,10 @@
 class Report;
 
 /// A mark as an open format has it, and the line where it begins.
-struct MarkRecord
+struct MarkAtLine
 {
     qsizetype line = 0;
-    ExportedMark mark;
+    Mark mark;
 };
 
 /// The marks of a file in an open format, one by one. What is no whole and storable mark is told to the report, with
@@ -24,12 +24,12 @@ public:
     Q_DISABLE_COPY_MOVE(MarksReader)
 
     /// False at the end.
-    virtual bool Next(MarkRecord &mark) = 0;
+    virtual bool Next(MarkAtLine &mark) = 0;
 
 protected:
     QString Place(qsizetype line) const { return m_fileName + u':' + QString::number(line); }
     /// True if the file can hold the mark.
-    bool IsStorable(const MarkRecord &mark);
+    bool IsStorable(const MarkAtLine &mark);
 
     QString m_fileName;
     Report &m_report;
@@ -43,11 +43,11 @@ class CsvMarks : public MarksReader
 public:
     /// Throws ToolError if the columns are not those of marks.
     CsvMarks(QIODevice &device, const QString &fileName, Report &report);
-    bool Next(MarkRecord &mark) override;
+    bool Next(MarkAtLine &mark) override;
 
 private:
     /// Why the record is no mark; empty if it is one.
-    QString Take(const CsvRecord &record, ExportedMark &mark) const;
+    QString Take(const CsvRecord &record, Mark &mark) const;
     QString Cell(const CsvRecord &record, const QString &column) const;
 
     CsvRecords m_records;
@@ -60,7 +60,7 @@ class KnownTexts
 public:
     void Add(int collection, int text, const QStringList &names);
     /// Sets the mark's text by a name, all of its names or "6-1101". False if it is none or not the only one.
-    bool Find(const QString &name, ExportedMark &mark) const;
+    bool Find(const QString &name, Mark &mark) const;
 
 private:
     void Enter(const QString &name, std::pair<int, int> text);
@@ -75,17 +75,17 @@ class MarkdownMarks : public MarksReader
 public:
     /// `texts` must outlive this.
     MarkdownMarks(QIODevice &device, const QString &fileName, Report &report, const KnownTexts &texts);
-    bool Next(MarkRecord &mark) override;
+    bool Next(MarkAtLine &mark) override;
 
 private:
     void TakeText(const QByteArray &heading);
-    bool TakeMark(const QByteArray &heading, MarkRecord &mark);
+    bool TakeMark(const QByteArray &heading, MarkAtLine &mark);
     /// The lines up to the next heading; false if they are no text or too many.
     bool ReadBody(QStringList &lines);
     bool Leave(qsizetype line, const QString &fault);
 
     const KnownTexts &m_texts;
-    ExportedMark m_text; ///< with the names and numbers of the last text's heading
+    Mark m_text; ///< with the names and numbers of the last text's heading
     bool m_isText = false;
     bool m_strayIsTold = false;
 };

@@ -73,22 +73,22 @@ bool MarksStore::ListLacksKelora()
     return m_file.Rows(u"select first 1 1 from SUTTA_LIST S where S.NIK_SUT = %1"_s.arg(Collection::Kelora)).isEmpty();
 }
 
-bool MarksStore::IsStorable(const ExportedMark &mark) const
+bool MarksStore::IsStorable(const Mark &mark) const
 {
     return m_storesPairs ||
            !HoldsPairs(mark.title + mark.keywords + mark.note + mark.nameVietnamese + mark.namePali + mark.nameEnglish);
 }
 
-void MarksStore::Want(const ExportedMark &mark)
+void MarksStore::Want(const Mark &mark)
 {
     Names &names = m_wanted[{mark.collection, mark.text}];
     if (HasNone(names))
         names = {mark.nameVietnamese, mark.namePali, mark.nameEnglish};
 }
 
-void MarksStore::Append(const MarkRecord &source)
+void MarksStore::Append(const MarkAtLine &source)
 {
-    const ExportedMark &mark = source.mark;
+    const Mark &mark = source.mark;
     m_stream << qint64(source.line) << mark.collection << mark.text << mark.title << mark.keywords << mark.note
              << mark.priority << mark.time << mark.excerptHtml;
     if (m_stream.status() != QDataStream::Ok)
@@ -191,7 +191,7 @@ void MarksStore::WriteMarks(Console &console)
                     Field::NicSut, Field::DatetimeFoc, Field::KeywordFoc});
     for (qsizetype i = 0; i < m_count; ++i) {
         qint64 line = 0;
-        ExportedMark mark;
+        Mark mark;
         m_stream >> line >> mark.collection >> mark.text >> mark.title >> mark.keywords >> mark.note >> mark.priority >>
             mark.time >> mark.excerptHtml;
         if (m_stream.status() != QDataStream::Ok)

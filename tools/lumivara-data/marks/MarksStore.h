@@ -21,10 +21,10 @@ public:
     /// The texts by which a mark can be found: those of the list and of the one that the program would enter.
     const KnownTexts &Texts() const { return m_known; }
     /// False if the file's columns garble a character of the mark.
-    bool IsStorable(const ExportedMark &mark) const;
+    bool IsStorable(const Mark &mark) const;
     /// Sees to it that the list will have the mark's text.
-    void Want(const ExportedMark &mark);
-    void Append(const MarkRecord &mark);
+    void Want(const Mark &mark);
+    void Append(const MarkAtLine &mark);
     qsizetype Count() const { return m_count; }
 
     /// Throws ToolError, with nothing written, where that can't be done.

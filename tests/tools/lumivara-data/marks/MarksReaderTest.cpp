@@ -29,7 +29,7 @@ std::string Read(QByteArray bytes)
     testing::internal::CaptureStdout();
     try {
         CsvMarks source(buffer, u"f"_s, report);
-        for (MarkRecord mark; source.Next(mark);)
+        for (MarkAtLine mark; source.Next(mark);)
             marks += (mark.mark.title + u'|' + mark.mark.note + u'\n').toStdString();
     } catch (const ToolError &error) {
         failure = "! "s + error.what() + '\n';

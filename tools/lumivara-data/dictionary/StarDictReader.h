@@ -16,17 +16,14 @@ class Report;
 /// A dictionary in the StarDict form: NAME.ifo and beside it NAME.idx or NAME.idx.gz, NAME.dict or NAME.dict.dz, and
 /// NAME.syn where words have more forms. What of it cannot be used at all throws ToolError; what is wrong with a word
 /// is told and the word left out.
-class StarDict
+class StarDictReader
 {
 public:
     /// `ifoPath` is NAME.ifo, or a folder that holds one such file.
-    StarDict(const QString &ifoPath, Report &report);
+    StarDictReader(const QString &ifoPath, Report &report);
 
     /// Hands over every word, form and entry. The entries are read in the order in which their texts stand.
     void TakeAll(EntryIntake &intake, Console &console);
-
-    /// What the description says of itself.
-    QString BookName() const { return m_bookName; }
 
     /// Name of a line in the description of a dictionary whose entries are in the line mark-up already.
     static constexpr char MarkUpKey[] = "lumivara-markup";
@@ -45,7 +42,6 @@ private:
     Report &m_report;
     QString m_base;   ///< path without the ending
     QString m_folder; ///< that all files must stand in, without links
-    QString m_bookName;
     QByteArray m_sameTypes;
     quint64 m_wordCount = 0;
     quint64 m_formCount = 0;

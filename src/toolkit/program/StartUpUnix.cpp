@@ -7,8 +7,6 @@
 #include <QQuickWindow>
 
 #include <clocale>
-
-#ifndef Q_OS_WIN
 #include <langinfo.h>
 
 namespace {
@@ -33,13 +31,10 @@ void ForceUtf8Environment()
 }
 
 } // namespace
-#endif
 
 void PrepareProcess()
 {
-#ifndef Q_OS_WIN
     ForceUtf8Environment();
-#endif
     qputenv("QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY", "1");
     // Pages of text gain nothing from the graphics card; without one, emulating it would cost every repaint of the
     // window twenty times what painting costs.
@@ -50,9 +45,7 @@ void PrepareProcess()
 
 void SettleLocale()
 {
-#ifndef Q_OS_WIN
     // A language that is not installed fails as a whole in the application object, and takes LC_CTYPE with it.
     if (!IsUtf8Locale())
         std::setlocale(LC_CTYPE, "C.UTF-8");
-#endif
 }

@@ -21,9 +21,7 @@ void NoteInterrupts()
 {
     std::signal(SIGINT, Note);
     std::signal(SIGTERM, Note);
-#ifdef SIGHUP
     std::signal(SIGHUP, Note);
-#endif
 }
 
 bool WasInterrupted()

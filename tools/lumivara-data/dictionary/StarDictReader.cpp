@@ -1,6 +1,7 @@
-#include "lumivara-data/dictionary/StarDict.h"
+#include "lumivara-data/dictionary/StarDictReader.h"
 
 #include "common/Console.h"
+#include "common/InOrder.h"
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "lumivara-data/dictionary/DictionaryWriter.h"
@@ -18,7 +19,6 @@
 
 #include <algorithm>
 #include <functional>
-#include <future>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -160,19 +160,19 @@ class TextReader
 {
 public:
     using Form = std::function<QByteArray(const QByteArray &word, const QByteArray &text)>;
+    static constexpr qsizetype MostBytes = 1 << 20;
 
     TextReader(RecordSorter &words, DictTexts &texts, const QString &indexPath, Form form)
         : m_words(words), m_texts(texts), m_indexPath(indexPath), m_form(std::move(form))
     {}
 
-    /// The next words, some megabyte of texts at most; none at the end.
+    /// The next words, about MostBytes of texts; none at the end.
     std::vector<ReadWord> Next()
     {
         constexpr size_t mostWords = 1024;
-        constexpr qsizetype mostBytes = 1 << 20;
         std::vector<ReadWord> batch;
         QByteArrayView bytes;
-        for (qsizetype held = 0; batch.size() < mostWords && held < mostBytes && m_words.Next(bytes);) {
+        for (qsizetype held = 0; batch.size() < mostWords && held < MostBytes && m_words.Next(bytes);) {
             batch.push_back(Read(IndexRecord(bytes)));
             held += batch.back().entry.content.size();
         }
@@ -218,7 +218,7 @@ private:
 
 } // namespace
 
-StarDict::StarDict(const QString &ifoPath, Report &report) : m_report(report)
+StarDictReader::StarDictReader(const QString &ifoPath, Report &report) : m_report(report)
 {
     QString path = ifoPath;
     if (QFileInfo(path).isDir()) {
@@ -235,7 +235,7 @@ StarDict::StarDict(const QString &ifoPath, Report &report) : m_report(report)
 }
 
 /// A file of the dictionary; empty if there is none.
-QString StarDict::Beside(const QString &ending) const
+QString StarDictReader::Beside(const QString &ending) const
 {
     const QFileInfo info(m_base + ending);
     if (!info.exists() && !info.isSymLink())
@@ -247,7 +247,7 @@ QString StarDict::Beside(const QString &ending) const
     return info.filePath();
 }
 
-quint64 StarDict::Number(const QHash<QByteArray, QByteArray> &values, const char *key, quint64 most) const
+quint64 StarDictReader::Number(const QHash<QByteArray, QByteArray> &values, const char *key, quint64 most) const
 {
     bool isNumber = false;
     const quint64 number = values.value(key).toULongLong(&isNumber);
@@ -257,7 +257,7 @@ quint64 StarDict::Number(const QHash<QByteArray, QByteArray> &values, const char
     return number;
 }
 
-void StarDict::ReadDescription()
+void StarDictReader::ReadDescription()
 {
     const QString path = Beside(u".ifo"_s);
     if (path.isEmpty())
@@ -292,12 +292,11 @@ void StarDict::ReadDescription()
     m_sameTypes = values.value("sametypesequence");
     if (m_sameTypes.size() > MostFields)
         throw ToolError(u"%1: sametypesequence has more than %2 types"_s.arg(path).arg(MostFields));
-    m_bookName = QString::fromUtf8(values.value("bookname"));
     m_isMarkedUp = values.value(MarkUpKey) == "1" && m_sameTypes == "m";
 }
 
 /// Puts the words of the index among `words` and gives the end of the texts that they name.
-quint64 StarDict::ReadIndex(RecordSorter &words, Console &console)
+quint64 StarDictReader::ReadIndex(RecordSorter &words, Console &console)
 {
     QString path = Beside(u".idx"_s);
     if (path.isEmpty())
@@ -345,20 +344,21 @@ quint64 StarDict::ReadIndex(RecordSorter &words, Console &console)
     return end;
 }
 
-void StarDict::TakeWords(RecordSorter &words, DictTexts &texts, EntryIntake &intake, Console &console)
+void StarDictReader::TakeWords(RecordSorter &words, DictTexts &texts, EntryIntake &intake, Console &console)
 {
     const QString fileName = FileName(m_base + u".idx"_s);
     words.Sort();
     TextReader reader(words, texts, m_base + u".idx"_s, [this](const QByteArray &word, const QByteArray &text) {
         return m_isMarkedUp ? text : EntryOf(word, text);
     });
-    const auto next = [&reader] { return std::async(std::launch::async, [&reader] { return reader.Next(); }); };
     int entry = 0;
     qsizetype done = 0;
     // While the engine stores some words the next ones are read.
-    std::future<std::vector<ReadWord>> coming = next();
-    for (std::vector<ReadWord> batch = coming.get(); !batch.empty(); batch = coming.get()) {
-        coming = next();
+    InOrder<std::vector<ReadWord>> batches(1);
+    const auto readOn = [&] { batches.Put(TextReader::MostBytes, [&reader] { return reader.Next(); }); };
+    readOn();
+    for (std::vector<ReadWord> batch = batches.Take(); !batch.empty(); batch = batches.Take()) {
+        readOn();
         for (const ReadWord &word : batch) {
             const SourcePlace place{fileName, static_cast<qsizetype>(word.number) + 1};
             console.Progress(u"reading words"_s, ++done, words.Count());
@@ -377,7 +377,7 @@ void StarDict::TakeWords(RecordSorter &words, DictTexts &texts, EntryIntake &int
     console.EndProgress();
 }
 
-void StarDict::TakeForms(EntryIntake &intake, Console &console)
+void StarDictReader::TakeForms(EntryIntake &intake, Console &console)
 {
     const QString path = Beside(u".syn"_s);
     if (path.isEmpty()) {
@@ -410,7 +410,7 @@ void StarDict::TakeForms(EntryIntake &intake, Console &console)
         m_report.Find(fileName, u"has %1 forms where the description tells %2"_s.arg(number).arg(m_formCount));
 }
 
-void StarDict::AddField(char type, QByteArrayView field, EntryMarkup &entry)
+void StarDictReader::AddField(char type, QByteArrayView field, EntryMarkup &entry)
 {
     switch (type) {
     case 'm':
@@ -443,7 +443,7 @@ void StarDict::AddField(char type, QByteArrayView field, EntryMarkup &entry)
     }
 }
 
-QByteArray StarDict::EntryOf(const QByteArray &word, const QByteArray &text)
+QByteArray StarDictReader::EntryOf(const QByteArray &word, const QByteArray &text)
 {
     EntryMarkup entry(word);
     QByteArrayView rest(text);
@@ -478,7 +478,7 @@ QByteArray StarDict::EntryOf(const QByteArray &word, const QByteArray &text)
     return entry.Take();
 }
 
-void StarDict::TellSkipped()
+void StarDictReader::TellSkipped()
 {
     QList<char> types = m_skipped.keys();
     std::sort(types.begin(), types.end());
@@ -490,7 +490,7 @@ void StarDict::TellSkipped()
     }
 }
 
-void StarDict::TakeAll(EntryIntake &intake, Console &console)
+void StarDictReader::TakeAll(EntryIntake &intake, Console &console)
 {
     // A record takes less than four times its bytes in the index, so that what fits is sorted without the disk.
     constexpr quint64 least = 1 << 16;

@@ -1,0 +1,8 @@
+#include "common/Terminal.h"
+
+#include <unistd.h>
+
+bool ErrorsGoToATerminal()
+{
+    return ::isatty(STDERR_FILENO) != 0;
+}
