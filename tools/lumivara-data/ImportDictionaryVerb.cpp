@@ -111,7 +111,7 @@ std::optional<WordForm> WordFormNamed(const QString &name)
 int KindNamed(const QString &text)
 {
     const int kind = text.toInt();
-    if (kind < 1 || kind > DictionaryWriter::LastKind)
+    if (!IsOneOf(DictKind::All, kind))
         throw ToolError(u"--kind wants a number from 1 to 8, see --help"_s);
     return kind;
 }
