@@ -1,5 +1,5 @@
-# Completion of lumivara-data, lumivara-lang and lumivara-skins for bash. Verbs and options are those that the tools
-# themselves tell, so they are never out of date.
+# Completion of lumivara-data, lumivara-lang and lumivara-skins for bash. Verbs and options come from the tools' --help;
+# the values after --format and --kind, and the words after a verb, are written here and must follow the tools.
 
 _lumivara_verbs() {
     "$1" --help 2>/dev/null | sed -n '/^Verbs:/,/^$/s/^  \([a-z][a-z-]*\) .*/\1/p'

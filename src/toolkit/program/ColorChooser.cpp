@@ -16,7 +16,7 @@ QString Plain(QString text)
     return text.remove(u'&');
 }
 
-/// The dialog's words in Vietnamese, by its own words; it brings none but English ones.
+/// The Vietnamese for a text of Qt's dialog, which comes in English only.
 QString Vietnamese(const QString &text)
 {
     static const QHash<QString, QString> words{
@@ -45,7 +45,7 @@ std::optional<Colour> ChooseColour(QWidget *parent, Colour initial)
     const bool isVietnamese = InterfaceLang == 0;
     dialog.setWindowTitle(isVietnamese ? u"Chọn màu"_s : u"Choose a color"_s);
     for (auto *button : dialog.findChildren<QAbstractButton *>()) {
-        // Its tool reads the screen, which desktops of today don't allow.
+        // It reads the screen, which current desktops don't allow.
         if (Plain(button->text()) == "Pick Screen Color"_L1)
             button->hide();
         else if (isVietnamese)

@@ -44,7 +44,7 @@ bool ShowMessageBox(const QString &title, const QString &text, BoxButtons button
     for (QAbstractButton *button : answers)
         button->setIcon({});
     if (InterfaceLang == 0) {
-        // The toolkit has no words in Vietnamese.
+        // Qt has no Vietnamese translation.
         const std::pair<QMessageBox::StandardButton, QString> words[]{{QMessageBox::Yes, QStringLiteral("&Có")},
                                                                       {QMessageBox::No, QStringLiteral("&Không")},
                                                                       {QMessageBox::Ok, QStringLiteral("Đồ&ng ý")}};
@@ -70,15 +70,15 @@ const QPalette &StartPalette()
     return palette;
 }
 
-/// What stands for the desktop's colours 0 to 30. Frames and captions have no role of their own in a palette and take
-/// the nearest one.
+/// Palette roles for the system colours 0 to 30. A palette has no roles for frames and captions; they use the nearest
+/// one.
 constexpr QPalette::ColorRole systemColourRoles[] = {
     QPalette::Button,          // 0 scroll bar
     QPalette::Window,          // 1 desktop
     QPalette::Highlight,       // 2 active caption
     QPalette::Mid,             // 3 inactive caption
     QPalette::Window,          // 4 menu
-    QPalette::Base,            // 5 window ground
+    QPalette::Base,            // 5 window background
     QPalette::Shadow,          // 6 window frame
     QPalette::WindowText,      // 7 menu text
     QPalette::Text,            // 8 window text
