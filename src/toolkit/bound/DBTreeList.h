@@ -26,7 +26,7 @@ public:
     void SetKeyField(const QString &name) { m_keyField = name; }
     const QString &ParentField() const { return m_parentField; }
     void SetParentField(const QString &name) { m_parentField = name; }
-    /// A row whose parent field equals it stands at the top level.
+    /// A row whose parent field equals it is at the top level.
     const QString &RootValue() const { return m_rootValue; }
     void SetRootValue(const QString &value) { m_rootValue = value; }
 

@@ -15,8 +15,8 @@ DataSetActions::DataSetActions(QWidget &window, QAction &post, QAction &cancel, 
 {
     const auto wire = [this](QAction &action, void (*act)(TDataSet &)) {
         ConnectGuarded(&action, &QAction::triggered, this, [this, act] { Run(act); });
-        // The actions act on the focused control, so their buttons must not take the focus; Alt and a letter presses
-        // them. A bar's button strips the "&" from the action's text, but not from its icon text.
+        // The actions act on the focused control, so their buttons don't take the focus and need a mnemonic. Bar
+        // buttons show the icon text, which by default is the text without its "&".
         const auto keepLetter = [&action] { action.setIconText(action.text()); };
         keepLetter();
         connect(&action, &QAction::changed, this, keepLetter);

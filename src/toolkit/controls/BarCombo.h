@@ -13,7 +13,7 @@ class TBarCombo : public QComboBox
 public:
     explicit TBarCombo(QWidget *parent = nullptr);
 
-    /// Appends an item; the chosen one stays, none included.
+    /// Appends an item. The choice does not change, even if it is none.
     void AddItem(const QString &text);
     int ItemIndex() const { return currentIndex(); }
     /// Chooses an item, none (-1) for an index without an item. OnChange runs if the index differs from the last one

@@ -97,12 +97,12 @@ constexpr QPalette::ColorRole systemColourRoles[] = {
     QPalette::Shadow,          // 21 dark shadow
     QPalette::Midlight,        // 22 light edge
     QPalette::ToolTipText,     // 23 hint text
-    QPalette::ToolTipBase,     // 24 hint ground
+    QPalette::ToolTipBase,     // 24 hint background
     QPalette::Window,          // 25 unused by the desktop
     QPalette::Link,            // 26 hot text
     QPalette::Highlight,       // 27 gradient of the active caption
     QPalette::Mid,             // 28 gradient of the inactive caption
-    QPalette::Highlight,       // 29 chosen menu item
+    QPalette::Highlight,       // 29 selected menu item
     QPalette::Window,          // 30 menu bar
 };
 
@@ -118,7 +118,7 @@ Colour SystemColourByCode(int code)
 
 quint32 DrawNumber()
 {
-    // The generator draws its seed from the system, so each run differs as with a seed by the clock.
+    // The generator is seeded by the system, so runs differ.
     return QRandomGenerator::global()->generate();
 }
 
@@ -127,7 +127,7 @@ QStringList FontNames()
     QStringList names;
     const QStringList families = QFontDatabase::families();
     for (const QString &family : families) {
-        // Two makers' fonts of one name come with the maker behind it, by which no page would find them.
+        // If two foundries have a font of one name, Qt appends the foundry, and no page would find that name.
         if (!QFontDatabase::isPrivateFamily(family))
             names.append(family.section(QStringLiteral(" ["), 0, 0));
     }
@@ -175,7 +175,7 @@ void ShowWaitCursor(bool on)
 
 void TerminateApplication(int exitCode)
 {
-    // exit() does nothing before the loop, and would be forgotten.
+    // Before the loop runs, exit() has no effect.
     if (isLoopRunning)
         QCoreApplication::exit(exitCode);
     else

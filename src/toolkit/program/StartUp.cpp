@@ -18,7 +18,7 @@ bool IsUtf8Locale()
     return QByteArray(nl_langinfo(CODESET)).compare("UTF-8", Qt::CaseInsensitive) == 0;
 }
 
-/// By the environment, because parts of the toolkit set the locale from it once more when they need it.
+/// Through the environment, because parts of Qt set the locale from it again when they need it.
 void ForceUtf8Environment()
 {
     std::setlocale(LC_ALL, "");
@@ -41,17 +41,17 @@ void PrepareProcess()
     ForceUtf8Environment();
 #endif
     qputenv("QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY", "1");
-    // Pages of text gain nothing from the graphics card; without one, emulating it would cost every repaint of the
-    // window twenty times what painting costs.
+    // Pages of text gain nothing from the graphics card; without one, emulation would make each repaint of the window
+    // twenty times as slow.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    // The engine would list its parameters at each start.
+    // Otherwise Qt WebEngine logs its parameters at each start.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext*=false"));
 }
 
 void SettleLocale()
 {
 #ifndef Q_OS_WIN
-    // A language that is not installed fails as a whole in the application object, and takes LC_CTYPE with it.
+    // If LANG is not installed, setting the locale in the application object fails for all categories, even LC_CTYPE.
     if (!IsUtf8Locale())
         std::setlocale(LC_CTYPE, "C.UTF-8");
 #endif
