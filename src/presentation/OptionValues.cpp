@@ -10,7 +10,7 @@ StoredOptions ReadStoredOptions(TRegistry &registry)
 {
     StoredOptions stored;
     registry.RootKey = RegistryRoot::CurrentUser;
-    // For reading only, so that options in a store that can't be written are shown.
+    // Read-only, so that options in a store that can't be written can be shown.
     if (!registry.OpenKeyReadOnly(QString::fromUtf16(OptionsKey)))
         return stored;
     try {
@@ -21,7 +21,7 @@ StoredOptions ReadStoredOptions(TRegistry &registry)
         stored.bgColor = Colour(registry.ReadInteger(u"BgColor"_s));
         stored.seachHighlightColor = Colour(registry.ReadInteger(u"SeachHighlightColor"_s));
     } catch (const std::exception &) {
-        // The rest keeps what it shows.
+        // The rest keeps its values.
     }
     registry.CloseKey();
     return stored;

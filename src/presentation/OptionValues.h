@@ -9,8 +9,8 @@
 
 class TRegistry;
 
-/// The options that the reader sets in the options dialog, as they are stored, in the order in which they are read and
-/// written. They begin with the defaults.
+/// The options of the options dialog, as they are stored, in the order of reading and writing. Initialised with the
+/// defaults.
 struct OptionValues
 {
     int openSutta = 1; ///< opening text: 1 last, 2 random, 3 none
@@ -21,7 +21,7 @@ struct OptionValues
     Colour seachHighlightColor = 0x0000FFFF;
 };
 
-/// What could be read of them: all up to the first that is missing or of another type.
+/// The options that could be read: all before the first one that is missing or of another type.
 struct StoredOptions
 {
     std::optional<int> openSutta;
@@ -32,10 +32,10 @@ struct StoredOptions
     std::optional<Colour> seachHighlightColor;
 };
 
-/// Reads from the options key. Nothing if there is none; never fails.
+/// Reads the options key. Empty if there is none; never fails.
 StoredOptions ReadStoredOptions(TRegistry &registry);
 
-/// Writes value by value to the options key, making it if need be; a key that can't be opened stores nothing and is no
-/// failure. Throws RegistryError when a value can't be stored; those before it are. The font's name is asked for when
-/// its turn has come, and what that throws passes through.
+/// Writes value by value to the options key, which is created if necessary. If the key can't be opened, silently stores
+/// nothing. Throws RegistryError if a value can't be stored; those before it are stored. The font's name is asked for
+/// when its turn comes; an exception from that passes through.
 void WriteOptions(TRegistry &registry, const OptionValues &values, const std::function<QString()> &fontName);

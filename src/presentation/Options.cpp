@@ -98,7 +98,7 @@ void TfrmOptions::changeEvent(QEvent *event)
 
 bool TfrmOptions::eventFilter(QObject *watched, QEvent *event)
 {
-    // Hiding the dialog takes the focus away, too, whatever key or button ended it.
+    // Hiding the dialog also takes the focus away, whatever key or button closed it.
     if (watched == ui->cbStartWin && (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut))
         cbStartWinFocusChanged();
     return QDialog::eventFilter(watched, event);
@@ -131,8 +131,8 @@ void TfrmOptions::acOKExecute()
                               .fontName = ui->cbFontName->Text(),
                               .bgColor = ui->ccbBgColor->ColorValue(),
                               .seachHighlightColor = ui->ccbSeachHighlightColor->ColorValue()};
-    // The store gets the list's name of the font, the program the text on show: a font that the system lacks can't be
-    // stored, and the list says so.
+    // The store gets the font's name from the list, the program the text on show: the name of a missing font can't be
+    // stored, and the list throws.
     WriteOptions(*frmKeloraDM->CreateRegistry(), values,
                  [this] { return ui->cbFontName->Item(ui->cbFontName->ItemIndex()); });
     FontName = values.fontName;
@@ -159,6 +159,6 @@ void TfrmOptions::cbStartWinFocusChanged()
         frmKeloraDM->SetRegistryData(RegistryRoot::LocalMachine, QString::fromUtf16(RunKey), command,
                                      RegistryType::String, u"Kelora"_s);
     } catch (const std::exception &) {
-        // Who may not write the start list goes on without.
+        // Not being able to write the start list is not reported.
     }
 }

@@ -11,7 +11,7 @@
 
 #include <array>
 
-// The resources of a static library come along only when asked for, and only outside of namespaces.
+// A static library's resources are linked only on request, and only from outside any namespace.
 static void InitPreviewImages()
 {
     Q_INIT_RESOURCE(preview);
@@ -26,7 +26,7 @@ struct Button
     const char16_t *english;
 };
 
-/// In the order of the toolkit's bar, whose actions have no names.
+/// In the order of Qt's bar, whose actions have no names.
 constexpr std::array<Button, 15> buttons{{
     {"width", u"Vừa chiều rộng", u"Fit width"},
     {"page", u"Vừa trang", u"Fit page"},
@@ -60,7 +60,7 @@ void DressPreview(QPrintPreviewDialog &window)
     QList<QAction *> actions = bar->actions();
     actions.removeIf(
         [](const QAction *action) { return action->isSeparator() || qobject_cast<const QWidgetAction *>(action); });
-    // Another release of the toolkit may have other buttons.
+    // Another version of Qt may have other buttons.
     if (actions.size() != qsizetype(buttons.size()))
         return;
     for (size_t at = 0; at < buttons.size(); ++at) {

@@ -2,5 +2,5 @@
 
 class QPrintPreviewDialog;
 
-/// Gives the toolkit's preview the pictures of the look and hints in the interface's language.
+/// Gives Qt's print preview our pictures, and hints in the interface's language.
 void DressPreview(QPrintPreviewDialog &window);

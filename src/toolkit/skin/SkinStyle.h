@@ -82,7 +82,7 @@ private:
     bool DrawMenuControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                          const QWidget *widget) const;
 
-    /// Draws a button's fill and frame for its state. False for a flat button at rest.
+    /// Draws a button's fill, frame and focus ring for its state. False if it has no fill, or is disabled.
     bool DrawButtonPanel(QPainter *painter, const QStyleOption *option, bool isFlat, bool isDefault) const;
     void DrawFieldPanel(QPainter *painter, const QStyleOption *option) const;
     void DrawCheck(QPainter *painter, const QStyleOption *option, bool isRadio) const;
