@@ -21,7 +21,7 @@ struct NameColumnField
     QString field;
 };
 
-/// The columns that hold names, in the order in which the filter looks for the one that shows.
+/// The columns with names, in the order in which the filter looks for the visible one.
 const std::array<NameColumnField, 3> &NameColumns()
 {
     static const std::array<NameColumnField, 3> columns{{
@@ -89,7 +89,7 @@ void TfrmMain::LoadKeloraTree()
 
 void TfrmMain::LocateOpeningPassage()
 {
-    // A number that no row has leaves the cursor on the first row.
+    // If no row has the number, the cursor stays on the first row.
     switch (static_cast<OpenSutta>(frmKeloraDM->vOpenSutta)) {
     case OpenSutta::Last:
         qryTreeSutas.Locate(QStringLiteral("ID_VIC"), frmKeloraDM->vLastKelora);

@@ -20,10 +20,10 @@ QString TreeFilterClause(NameColumn column)
 QString TreeFilterValue(const QString &trimmedText)
 {
     constexpr qsizetype longestName = 127;              // characters
-    constexpr qsizetype longestValue = 3 * longestName; // bytes that the engine takes for such a name
+    constexpr qsizetype longestValue = 3 * longestName; // bytes that Firebird accepts for such a name
     const QString value = QLatin1Char('%') + trimmedText.toLower() + QLatin1Char('%');
-    // The statement with a value that the engine refuses would give no row at all, and the groups have to stay. So a
-    // pattern that fits takes its place, which asks for one letter more than any name has.
+    // With a value that Firebird rejects the statement would return no rows at all, but the groups have to stay. So use
+    // a pattern that is accepted and matches no name: one letter longer than any.
     return value.toUtf8().size() > longestValue ? QString(longestName + 1, QLatin1Char('_')) : value;
 }
 
@@ -35,7 +35,7 @@ NameView NameViewOfMode(int mode)
     case PageMode::Vietnamese:
         return {NameColumn::Vietnamese, NameColumn::Vietnamese, true};
     case PageMode::Parallel:
-        // The parallel page has no margin to choose.
+        // The parallel page has no margin.
         return {NameColumn::Vietnamese, NameColumn::Vietnamese, false};
     default:
         return {};
@@ -44,7 +44,7 @@ NameView NameViewOfMode(int mode)
 
 int RandomSuttaNumber(quint32 drawn)
 {
-    // By multiplication: a remainder would favour the low numbers.
+    // By multiplication, because a remainder would favour low numbers.
     constexpr quint64 highest = 204;
     return 1 + static_cast<int>((drawn * highest) >> 32);
 }
