@@ -22,7 +22,7 @@ Style ReadDefaultStyle()
     return {25, QStringLiteral("Office2010Blue")};
 }
 
-/// Differs from the default for reading; stored choices of users rest on both.
+/// Differs from the default for reading; users' stored choices depend on both.
 Style WriteFallbackStyle()
 {
     return {16, QStringLiteral("Office2007Blue")};
@@ -48,7 +48,7 @@ QString CanonFailureText(int interfaceLang)
     return {};
 }
 
-// The registry's own words for its errors 1012 and 1013.
+// The registry's own texts for its errors 1012 and 1013.
 QString CannotReadText()
 {
     return QStringLiteral("The configuration registry key could not be read.");
@@ -121,7 +121,7 @@ void TfrmKeloraDM::DataModuleCreate()
 
 void TfrmKeloraDM::ReadSystemOptions()
 {
-    // For reading only, so that options in a store that cannot be written still count.
+    // Read-only, so that options in a store that can't be written still apply.
     const auto registry = m_doors.createRegistry();
     registry->RootKey = RegistryRoot::CurrentUser;
     if (registry->OpenKeyReadOnly(OptionsPath())) {
@@ -147,7 +147,7 @@ void TfrmKeloraDM::ReadSystemOptions()
         startCommand = GetRegistryData(RegistryRoot::LocalMachine, QString::fromUtf16(RunKey), QStringLiteral("Kelora"))
                            .toString();
     } catch (const std::exception &) {
-        // No entry is the ordinary case.
+        // Usually there is no entry.
     }
     vStartWin = startCommand == QLatin1Char('"') + m_doors.exeName + QLatin1Char('"');
 }
@@ -233,7 +233,7 @@ void TfrmKeloraDM::SetRegistryData(RegistryRoot root, const QString &path, const
         const qlonglong number = value.toLongLong(&isNumber);
         if (!isNumber)
             throw RegistryError(CannotWriteText());
-        // Colours come as unsigned values of the same 32 bits.
+        // Colours are unsigned values of the same 32 bits.
         registry->WriteInteger(name, static_cast<int>(static_cast<quint32>(number)));
         break;
     }

@@ -2,8 +2,7 @@
 
 #include <QString>
 
-/// The settings as they hold in the running program, save those that are the canon module's own, and the keys that they
-/// are stored under.
+/// The running program's current settings, except those of the canon module, and the keys under which they are stored.
 
 extern QString AppPath;       ///< folder of the executable with its trailing separator
 extern QString FontName;      ///< font of the page
