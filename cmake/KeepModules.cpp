@@ -1,5 +1,5 @@
-// Linked into the sanitizer builds' programs alone. What an unloaded library leaves behind counts as a leak, and under
-// no name that a suppression could tell; the threads of one can crash the search for leaks. So none is unloaded.
+// Linked only into programs of the sanitizer builds. It keeps libraries loaded: leaks of an unloaded library have no
+// name that a suppression could match, and its threads can crash the leak check.
 extern "C" int dlclose(void *)
 {
     return 0;

@@ -1,4 +1,4 @@
-# The folder beside the executable: client library, engine root and databases. Complete and movable.
+# The folder of the executable: client library, Firebird's root and databases. Self-contained and relocatable.
 
 find_library(FBCLIENT_LIBRARY NAMES libfbclient.so.2 fbclient REQUIRED)
 get_filename_component(FBCLIENT_REAL ${FBCLIENT_LIBRARY} REALPATH)
@@ -9,7 +9,7 @@ file(CREATE_LINK ${FBCLIENT_REAL} ${LUMIVARA_PRODUCT_DIR}/libfbclient.so.2 SYMBO
 foreach(part plugins plugins.conf firebird.msg)
     file(CREATE_LINK ${FIREBIRD_ROOT}/${part} ${LUMIVARA_PRODUCT_DIR}/firebird/${part} SYMBOLIC)
 endforeach()
-# A copy: behind a link the engine loads its character sets and then does not find them by the name that it knows.
+# A copy: through a link Firebird loads its character sets but then does not find them by the name that it knows.
 if(IS_SYMLINK ${LUMIVARA_PRODUCT_DIR}/firebird/intl)
     file(REMOVE ${LUMIVARA_PRODUCT_DIR}/firebird/intl)
 endif()
@@ -52,5 +52,5 @@ add_custom_command(
 )
 add_custom_target(skin_file ALL DEPENDS ${LUMIVARA_PRODUCT_DIR}/AllSkins.skinres)
 
-# What a reader gets, without tests and benchmarks.
+# The product, without tests and benchmarks.
 add_custom_target(product DEPENDS Lumivara lumivara-data lumivara-lang sample_databases language_files skin_file user_guide)

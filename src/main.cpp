@@ -42,7 +42,7 @@ int main(int argc, char **argv)
 {
     PrepareProcess();
     RegisterPageScheme();
-    // The program takes no arguments; toolkit and browser engine would find some of theirs.
+    // The program takes no arguments; Qt and Chromium would interpret some.
     int programName = std::min(argc, 1);
     QApplication application(programName, argv);
     SettleLocale();
@@ -52,7 +52,7 @@ int main(int argc, char **argv)
     InstallMenuKey();
     ShowQtWords();
 
-    // In this order, each finished before the next; they end in the reverse one, the pages of the window first.
+    // Each is complete before the next; they are destroyed in reverse order, the window's pages first.
     TInterfaceDM interfaceModule;
     InterfaceDM = &interfaceModule;
     interfaceModule.DataModuleCreate();
@@ -66,7 +66,7 @@ int main(int argc, char **argv)
     frmDictionaryDM = &dictionary;
     dictionary.DataModuleCreate();
     const TfrmMain mainWindow;
-    // Queued, so that the window is on the screen before another program takes its share of the machine.
+    // Queued, so that the window is on the screen before another process competes for the machine.
     if (clients.vIsOKClients) {
         const auto save = [] { StartDailyBackup(QCoreApplication::applicationFilePath()); };
         QMetaObject::invokeMethod(&application, save, Qt::QueuedConnection);

@@ -1,6 +1,5 @@
-# Completion of lumivara-data, lumivara-lang and lumivara-skins for bash. Verbs and options are those that the tools
-# themselves tell. What may follow a verb, --format and --kind stands here and must be kept up with the tools, and so
-# must the same in the completion for zsh.
+# Completion of lumivara-data, lumivara-lang and lumivara-skins for bash. Verbs and options come from the tools' --help;
+# the values after --format and --kind, and the words after a verb, are written here and must follow the tools.
 
 _lumivara_verbs() {
     "$1" --help 2>/dev/null | sed -n '/^Verbs:/,/^$/s/^  \([a-z][a-z-]*\) .*/\1/p'

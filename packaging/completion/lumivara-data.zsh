@@ -1,5 +1,5 @@
 #compdef lumivara-data lumivara-lang lumivara-skins
-# Completion for zsh. Like that for bash it asks the tools for verbs and options, and knows the rest itself.
+# Completion for zsh. As for bash, verbs and options come from the tools' --help; other words are written here.
 
 local tool=$words[1] verb=${words[2]-} thing= line
 local -a found

@@ -20,7 +20,7 @@ double Luminance(quint32 colour)
 
 double ContrastRatio(quint32 one, quint32 other)
 {
-    constexpr double glare = 0.05; // what a dark screen gives off anyway
+    constexpr double glare = 0.05; // the light that even a dark screen emits
     const auto [darker, lighter] = std::minmax({Luminance(one), Luminance(other)});
     return (lighter + glare) / (darker + glare);
 }

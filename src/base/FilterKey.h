@@ -2,5 +2,6 @@
 
 enum class FilterKey { Nothing, NextRow, PriorRow, Reload };
 
-/// Meaning of a key released in a box that filters a list, by Qt::Key: Enter and Return nothing, Down, Up, else reload.
+/// Meaning of a key (Qt::Key) released in a filter box: Enter and Return nothing, Down next, Up prior, any other
+/// reload.
 FilterKey MeaningOfFilterKey(int key);

@@ -1,4 +1,4 @@
 #pragma once
 
-/// Index of the interface language, as the language combo has it: 0 Vietnamese, 1 English.
+/// Index of the interface language in the language combo: 0 Vietnamese, 1 English.
 extern int InterfaceLang;

@@ -26,7 +26,7 @@ bool Goes(const char16_t *at, const char16_t *end)
 
 constexpr qsizetype LoadLength = 16;
 
-/// Sixteen units as bytes, those beyond ASCII as bytes without a meaning to us.
+/// Sixteen units as bytes; units beyond ASCII become bytes that match nothing.
 __m128i Narrowed(const char16_t *at)
 {
     const auto *halves = reinterpret_cast<const __m128i *>(at);
@@ -43,7 +43,7 @@ unsigned Bits(__m128i bytes)
     return static_cast<unsigned>(_mm_movemask_epi8(bytes));
 }
 
-/// A bit for each unit that goes, of all sixteen but the last, which is only looked at for the blank before it.
+/// A bit for each unit to remove, of the first fifteen of sixteen; the last only decides about a blank before it.
 unsigned GoingUnits(const char16_t *at)
 {
     const __m128i units = Narrowed(at);
@@ -58,12 +58,12 @@ unsigned GoingUnits(const char16_t *at)
 
 #endif
 
-/// Copies what stays up to the first unit that goes, or to the end, and moves both places behind it.
+/// Copies units up to the first one to remove, or to the end, and advances both pointers.
 void CopyRun(const char16_t *&from, const char16_t *end, char16_t *&to)
 {
 #ifdef __SSE2__
     while (end - from >= LoadLength) {
-        // Stored whole: the copy is never ahead of its source, so there is room.
+        // Stores all sixteen; there is room, because the copy is never ahead of its source.
         const auto *source = reinterpret_cast<const __m128i *>(from);
         auto *target = reinterpret_cast<__m128i *>(to);
         _mm_storeu_si128(target, _mm_loadu_si128(source));
@@ -80,7 +80,7 @@ void CopyRun(const char16_t *&from, const char16_t *end, char16_t *&to)
         *to++ = *from++;
 }
 
-/// Behind the tag that stands here; an unclosed one takes the rest.
+/// The position after the tag at `from`; an unclosed tag extends to the end.
 const char16_t *AfterTag(const char16_t *from, const char16_t *end)
 {
 #ifdef __SSE2__
@@ -93,7 +93,7 @@ const char16_t *AfterTag(const char16_t *from, const char16_t *end)
     return close == end ? end : close + 1;
 }
 
-/// Units of the entity at an "&", and 0 if none stands there.
+/// Length of the entity at an "&"; 0 if there is none.
 qsizetype EntityAt(QStringView text, char16_t &character)
 {
     for (const Entity &entity : Entities) {
@@ -106,7 +106,7 @@ qsizetype EntityAt(QStringView text, char16_t &character)
     return 0;
 }
 
-/// Decodes in place; returns the end of what is left.
+/// Decodes in place; returns the new end.
 char16_t *DecodeEntities(char16_t *begin, char16_t *end)
 {
     const auto nextMark = [end](char16_t *from) {
@@ -140,7 +140,7 @@ QString StripHtml(const QString &html)
         CopyRun(from, end, to);
         if (from == end)
             break;
-        // Tags and line ends mostly stand in rows, in which there is nothing to copy.
+        // Tags and line ends mostly follow each other, with nothing to copy in between.
         do
             from = *from == u'<' ? AfterTag(from, end) : from + 1;
         while (from < end && (*from == u'<' || IsLineEnd(*from)));

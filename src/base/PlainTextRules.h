@@ -3,8 +3,8 @@
 #include <array>
 #include <string_view>
 
-/// What a character means to the reading of HTML as plain text, in whatever unit the text comes: UTF-16 for
-/// StripHtml(), bytes of UTF-8 for a scan of stored pages. All marks are ASCII, so the two agree.
+/// The rules of plain text for one unit of HTML: UTF-16 for StripHtml(), UTF-8 bytes for a scan of stored pages. All
+/// special characters are ASCII, so both give the same.
 namespace PlainTextRules {
 
 template <typename Unit>
@@ -19,7 +19,7 @@ constexpr bool IsBlank(Unit unit)
     return unit == ' ' || unit == '\t';
 }
 
-/// Before such a character no blank stays.
+/// Characters before which a blank is removed.
 template <typename Unit>
 constexpr bool DropsBlankBefore(Unit unit)
 {
@@ -28,13 +28,13 @@ constexpr bool DropsBlankBefore(Unit unit)
 
 struct Entity
 {
-    /// What follows the "&".
+    /// The part after the "&".
     std::string_view name;
     char character;
 };
 
-/// None of them makes another one when it is decoded, save "&amp;", whose result is not read again: one pass from left
-/// to right gives the same as one pass for each.
+/// Decoding one never makes another one, except "&amp;", whose result is not read again. So a single pass from left to
+/// right gives the same as one pass for each.
 inline constexpr std::array<Entity, 5> Entities{Entity{"quot;", '"'}, Entity{"apos;", '\''}, Entity{"gt;", '>'},
                                                 Entity{"lt;", '<'}, Entity{"amp;", '&'}};
 

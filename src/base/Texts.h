@@ -3,10 +3,10 @@
 #include <QByteArrayView>
 #include <QString>
 
-/// Small rules for texts that several windows and stores share. Values in, values out; nothing here fails.
+/// Text functions that several windows and stores share. None of them fails.
 
-/// Characters of UTF-8, a leading U+FEFF included: Qt's own conversion takes that for a mark and drops it. U+FFFD where
-/// the bytes are not UTF-8.
+/// Decodes UTF-8 and keeps a leading U+FEFF, which Qt's own conversion drops as a byte order mark. Invalid bytes become
+/// U+FFFD.
 QString FromUtf8(QByteArrayView bytes);
 
 /// Trims characters up to U+0020 at both ends, and no others.
@@ -14,5 +14,5 @@ QString TrimControls(const QString &text);
 
 /// A to Z in lower case, every other character as it is.
 QString LowerAscii(QString text);
-/// Upper case by the full Unicode rule, character by character: what would grow, as "ß", stays.
+/// Upper case by Unicode, character by character; a character that would grow, such as "ß", stays.
 QString UpperByCharacter(const QString &text);

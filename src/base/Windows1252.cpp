@@ -5,7 +5,8 @@
 
 namespace {
 
-constexpr int firstOfOwn = 0x80; ///< from here to 0x9F the code page has signs of its own; elsewhere byte is character
+constexpr int firstOfOwn =
+    0x80; ///< from here to 0x9F the code page has its own characters; elsewhere byte equals character
 
 constexpr std::array<char16_t, 32> ownSigns{
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,

@@ -3,7 +3,7 @@
 #include "stores/KeloraDM.h"
 #include "stores/engine/Database.h"
 
-/// The connection to the dictionaries. Lives for the whole run; the program works without it.
+/// The connection to the dictionaries. Exists for the whole run; the program works without a connection.
 class TfrmDictionaryDM : public QObject
 {
     Q_OBJECT

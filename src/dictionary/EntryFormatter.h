@@ -3,17 +3,16 @@
 #include <QByteArray>
 #include <QString>
 
-/// Of a line of an entry at most so many bytes count.
+/// Bytes of an entry's line that are shown; the rest is ignored.
 constexpr qsizetype LongestEntryLine = 4096;
 
 /// The page of one dictionary entry.
 ///
-/// An entry is text in lines, each of a kind that its first character tells: "@" head, "*" class, "-" sense,
-/// "!" phrase, "=" example, "#" section, anything else plain. Its bytes are UTF-8 and pass as they stand; only ASCII
-/// marks are looked at, and HTML in an entry is live. Any bytes give a page, whose lists need not balance: the browser
-/// makes the best of them.
+/// An entry is text in lines; the first character of a line is its kind: "@" head, "*" class, "-" sense, "!" phrase,
+/// "=" example, "#" section, anything else plain. Its UTF-8 bytes are copied unchanged, only ASCII marks are
+/// interpreted, and HTML in an entry is live. Any bytes give a page; its lists may be unbalanced, which browsers
+/// tolerate.
 QByteArray FormatEntry(const QByteArray &entry, const QString &fontName);
 
-/// The style of the entry's page, handed to the browser as it stands: its placeholders are filled by nobody, and the
-/// engine drops the declarations that hold one.
+/// The style of the entry's page. Its placeholders are never filled in: Chromium drops the declarations that have one.
 QString EntryStyle();

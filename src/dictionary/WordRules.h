@@ -11,14 +11,14 @@ constexpr int WordPage = 24; ///< rows that Page Up and Page Down move, whatever
 
 /// Caption of a kind in an interface language (0 Vietnamese, 1 English); empty for any other kind or language.
 QString DictionaryCaption(int kind, int interfaceLanguage);
-/// What the button for several dictionaries says; null where it keeps what it said.
+/// Caption of the button for several dictionaries; null if it keeps its old one.
 QString MultiDictionaryCaption(int kind, bool isMulti, int interfaceLanguage);
 
-/// The kind that a passage's language asks for; `current` for a language without one.
+/// The kind for a passage's language; `current` for a language without one.
 int DictionaryKindOf(int contentLanguage, int current);
 
-/// The two prefixes that the list is filtered by, of the text as typed. The lower form is trimmed and folds A to Z
-/// alone; the mixed form is not trimmed and has its first character in upper case by the full Unicode rule.
+/// The two prefixes for filtering the list, made from the text as typed. The lower form is trimmed and folds only A to
+/// Z; the mixed form is not trimmed and has its first character in upper case by Unicode.
 QString LowerForm(const QString &text);
 QString MixedForm(const QString &text);
 /// The text as the existence test of a kind takes it: ASCII lower case for English-Vietnamese, full upper case, one
@@ -32,15 +32,15 @@ struct WordPlace
     bool operator==(const WordPlace &) const = default;
 };
 
-/// Which dictionary of the current kind's pair to turn to for a text; none if no dictionary of it has the word. An
-/// English plural that is in no dictionary under its own form is taken to be there without its "s".
+/// The dictionary of the current kind's pair that has a word; none if neither has it. An English plural that is in
+/// neither is looked up without its "s".
 std::optional<WordPlace> FindDictionary(int kind, const QString &text,
                                         const std::function<bool(int kind, const QString &form)> &contains);
 
 enum class WordKey { Nothing, Typing, NextRow, PriorRow, NextPage, PriorPage };
-/// What a key pressed in the search box means, by its Qt::Key and the text that it makes, whatever the modifiers.
+/// The meaning of a key pressed in the search box, by its Qt::Key and its text, ignoring modifiers.
 WordKey MeaningOfWordKey(int key, const QString &text);
 
 constexpr int DebounceTick = 20; ///< milliseconds
-/// One tick of the clock that waits for the typing to rest; true on the tick at which the search is due.
+/// One tick of the debounce timer; true on the tick at which the search is due.
 bool TickDebounce(int &deltaT);

@@ -1,5 +1,5 @@
 #pragma once
 
-/// Asks whether the chosen data shall be deleted, in Vietnamese under every interface language. Returns if the reader
-/// agrees, else throws SilentAbort.
+/// Asks whether to delete the chosen data, in Vietnamese in every interface language. Returns if the reader agrees,
+/// else throws SilentAbort.
 void ConfirmDelete();

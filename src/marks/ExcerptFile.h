@@ -3,10 +3,10 @@
 #include <QByteArray>
 #include <QString>
 
-/// The work file of the last excerpt, "tmpfocus.html" beside the program, which all copies of the program share. Who
-/// saves holds it for himself until the object dies, also when the process is killed. The file is created beside and
-/// renamed over, so that it is whole or the old one, and no link that stands in its place is followed.
-/// Failures are thrown as std::runtime_error, with a text in the interface's language (UTF-8) that names the cause.
+/// The work file of the last excerpt, "tmpfocus.html" beside the program, shared by all copies of the program. Saving
+/// takes an exclusive lock that lasts as long as this object; a killed process releases it. The file is written under
+/// another name and renamed, so that it is the new one or the old one, and a link in its place is not followed.
+/// Throws std::runtime_error with a text in the interface's language (UTF-8) that names the cause.
 class ExcerptFile
 {
 public:
@@ -16,7 +16,7 @@ public:
     ExcerptFile(const ExcerptFile &) = delete;
     ExcerptFile &operator=(const ExcerptFile &) = delete;
 
-    /// Throws also when another copy holds the file; the file is then left alone.
+    /// Also throws if another copy has the lock; the file is then unchanged.
     void Save(const QByteArray &bytes);
     QByteArray Load() const;
 

@@ -11,8 +11,8 @@ class frmFocusEdit;
 }
 
 /// The editor of a new mark. Its controls are bound to the pending row of the marks' dataset; OK posts that row, Cancel
-/// drops it, the close box does neither. Shown modally by the command that inserted the row; while it exists it holds
-/// the excerpt's file for this copy of the program, once that was saved. Needs the client module, which outlives it.
+/// drops it, the close box does neither. Shown modally by the command that inserted the row. Once the excerpt's file is
+/// saved, this copy of the program keeps it locked while the window exists. Needs the client module, which outlives it.
 class TfrmFocusEdit : public QDialog
 {
     Q_OBJECT

@@ -11,10 +11,9 @@ namespace Ui {
 class frmFocusHighlight;
 }
 
-/// The browser of marks: lists them, filters them by words of title and keywords, shows each excerpt, lets its words be
-/// edited or the mark deleted, and may move the main window to the text it came from. A tool window: opened by
-/// OpenForm(), gone when closed. It works on the marks' dataset itself, which the editor shares, and needs the client
-/// module and the main window, which outlive it.
+/// The browser of marks: lists marks, filters them by title and keywords, shows their excerpts, edits and deletes them,
+/// and can open a mark's text in the main window. A tool window: opened by OpenForm(), deleted when closed. It works on
+/// the marks' dataset, which the editor uses too, and needs the client module and the main window, which outlive it.
 class TfrmFocusHighlight : public QWidget
 {
     Q_OBJECT
@@ -22,7 +21,7 @@ public:
     explicit TfrmFocusHighlight(Reading &reading, QWidget *parent = nullptr);
     ~TfrmFocusHighlight() override;
 
-    /// Lists what the search box asks for and shows the first row. A pending edit is dropped. Throws DatabaseError.
+    /// Lists the marks that match the search box and shows the first one. Drops a pending edit. Throws DatabaseError.
     void LoadFocusHighLight();
 
 protected:
@@ -30,12 +29,12 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    /// The row last shown, so that it isn't shown again when the list tells of it, too.
+    /// The row last shown, so that it isn't shown again when the list also reports it.
     struct Shown
     {
         int opening = 0; ///< which opening of the dataset
         int row = -1;
-        int number = 0; ///< of its text: when a row is deleted, the next one takes its place
+        int number = 0; ///< of its text: after a deletion the next row has the same position
         QByteArray excerpt;
         bool operator==(const Shown &) const = default;
     };

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The text helpers, by the name under which they are known.
+/// The text helpers under their customary name.
 
 #include "base/PlainText.h"
 #include "marks/ConfirmDelete.h"

@@ -2,7 +2,6 @@
 
 #include <QString>
 
-/// Plain text of an HTML string as the browser engine reads it: the text of the body, laid out in lines, through a
-/// hidden closed page. Waits for the engine, processing events. Empty when there is no document, or when the program
-/// ends meanwhile.
+/// Plain text of an HTML string as Chromium renders it: the text of the body, laid out in lines, in a hidden closed
+/// page. Waits for Chromium, processing events. Empty if there is no document, or if the program ends meanwhile.
 QString HtmlToPlainText(const QString &html);

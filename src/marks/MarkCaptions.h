@@ -2,7 +2,7 @@
 
 class TdxLayoutItem;
 
-/// The cells that both windows of the marks have.
+/// The layout items that both windows of marks have.
 struct MarkItems
 {
     TdxLayoutItem *title;
@@ -16,5 +16,5 @@ struct MarkCaptions
     const char16_t *title, *priority, *keyword, *description;
 };
 
-/// Captions no language file changes: those of the interface's language, and as designed for any but the first two.
+/// Sets the captions that no language file changes: in Vietnamese or English, for other languages as designed.
 void ShowMarkCaptions(const MarkItems &items, const MarkCaptions &designed, const MarkCaptions &vietnamese);

@@ -2,14 +2,14 @@
 
 #include <QString>
 
-/// What the browser of marks lists.
+/// The filter of the browser of marks.
 struct MarksFilter
 {
     int collectionMode = 1; ///< 1: this program, 2: the sibling, which chooses a collection
     int suttaType = 0;      ///< collection code chosen in mode 2, 0 for all
     QString searchText;     ///< as typed
 
-    /// The select text, built anew from the one without any filter. Parameters in it: A_NIK, SEARCH_TEXT.
+    /// The select statement, built from the unfiltered one. Its parameters: A_NIK, SEARCH_TEXT.
     QString Statement(const QString &baseSql) const;
     bool ChoosesCollection() const { return collectionMode == 2 && suttaType > 0; }
     bool Searches() const;

@@ -16,7 +16,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The resources of a static library come along only when asked for, and only outside of namespaces.
+// A static library's resources are linked only on request, and only from outside any namespace.
 static void InitAboutTexts()
 {
     Q_INIT_RESOURCE(presentation);
@@ -32,7 +32,7 @@ constexpr int nameHeight = 24;
 constexpr int versionHeight = 13;
 constexpr int smallHeight = 12;
 
-// The words of the page are black by its own rule, so the ground under them is no matter of the look.
+// The page's text is black by its own rule, so the background must not follow the skin.
 const QString pageGround = u"html { background: #ffffff; color-scheme: light }"_s;
 
 void SetHeight(QWidget &label, int pixels)
@@ -58,7 +58,7 @@ TfrmGioithieu::TfrmGioithieu(QWidget *parent)
     ui->wbAbout->OnBeforeNavigate2 = [this](const QUrl &url) { return wbAboutBeforeNavigate2(url); };
     ConnectGuarded(ui->lbFernwhistle, &TcxLinkLabel::Click, this, [this] { lbFernwhistleClick(); });
     ConnectGuarded(ui->btnClose, &QPushButton::clicked, this, [this] { accept(); });
-    // The page keeps the key to itself while it has the focus.
+    // A focused page would consume the key.
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QDialog::reject);
     RunGuarded([this] { FormCreate(); });
 }
@@ -98,7 +98,7 @@ void TfrmGioithieu::ApplyFontSize()
     ui->wbAbout->SetZoomPercent(grown(100));
     ui->pnAboutContent->setFixedSize(grown(pageSize.width()), grown(pageSize.height()));
     const QSize wanted(grown(boxSize.width()), grown(boxSize.height()));
-    // No word is cut off in whatever language and font.
+    // No text is cut off in any language and font.
     setFixedSize(wanted.expandedTo(minimumSizeHint()));
 }
 
@@ -120,7 +120,7 @@ bool TfrmGioithieu::wbAboutBeforeNavigate2(const QUrl &url)
 {
     const QString address = url.toString(QUrl::FullyEncoded);
     if (FIsStartPage || !address.contains("http"_L1))
-        return false; // a mail link thus goes on to the system's mail program
+        return false; // so a mail link goes to the system's mail program
     OpenDocumentLater(address);
     return true;
 }

@@ -10,8 +10,8 @@ namespace Ui {
 class frmGioithieu;
 }
 
-/// The about box: name, version and owner of the program, and a page of its own about it, which is kept in the window's
-/// description and shown in one language only. Shown modally and freed by its caller.
+/// The about box: name, version and owner of the program, and a page about it, which is stored in the .ui file and
+/// exists in one language only. Shown modally and deleted by its caller.
 class TfrmGioithieu : public QDialog
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ protected:
 
 private:
     void FormCreate();
-    /// Told sizes are those of a window font of 13 pixels; they grow with it.
+    /// Sizes are given for a window font of 13 pixels and scale with it.
     void ApplyFontSize();
     bool wbAboutBeforeNavigate2(const QUrl &url);
     void lbFernwhistleClick();

@@ -1,5 +1,5 @@
 #pragma once
 
-/// The translation engine, by the name under which it is known.
+/// The translation engine under its customary name.
 
 #include "presentation/languages/DKLang.h"

@@ -9,7 +9,7 @@ class TcxStyleRepository;
 class TdxLayoutLookAndFeelList;
 class TdxLayoutSkinLookAndFeel;
 
-/// The look that all windows share. Lives for the whole run, the first of the modules.
+/// The look that all windows share. Exists for the whole run; the first of the modules.
 class TInterfaceDM : public QObject
 {
     Q_OBJECT
@@ -20,11 +20,11 @@ public:
     void DataModuleCreate();
 
     TdxLayoutLookAndFeelList *const dxLayoutLookAndFeelListGobal;
-    TdxLayoutSkinLookAndFeel *const SkinLookAndFeel; ///< of every layout of the program
+    TdxLayoutSkinLookAndFeel *const SkinLookAndFeel; ///< used by every layout of the program
     TcxHintStyleController *const cxHintStyleController1;
     TcxLookAndFeelController *const cxLookAndFeelController1;
     TcxStyleRepository *const GlobalStyleRepository;
-    /// The grid styles; no grid takes one.
+    /// The grid styles; no grid uses one.
     TcxStyle *const Supplement;
     TcxStyle *const SupplementOwner;
     TcxStyle *const SelectedGridRow;
@@ -33,5 +33,5 @@ public:
     TcxStyle *const BkgNoData;
 };
 
-/// The one module; null until the start has made it.
+/// The only instance; null until the start has made it.
 extern TInterfaceDM *InterfaceDM;

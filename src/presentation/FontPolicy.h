@@ -5,11 +5,11 @@
 class QFont;
 class QWidget;
 
-/// Gives one component the font that its kind and its property "Tag" ask for, see FontRules.h. Other components keep
-/// theirs. Renews BaseFontName and BaseFontSize.
+/// Gives one component the font for its kind and its property "Tag", see FontRules.h. A component without a rule keeps
+/// its font. Updates BaseFontName and BaseFontSize.
 void ApplyFontPolicy(QObject &component);
 
-/// Gives a font the quality 4 of its description: smoothed text.
+/// Gives a font quality 4: smoothed text.
 void SetFontQuality(QFont &font);
-/// The same for a control's font, which the controls inside it share.
+/// The same for a control's font, which the controls inside it inherit.
 void SetFontQuality(QWidget &control);

@@ -33,7 +33,7 @@ struct TaggedRule
     FontRule rule;
 };
 
-// The order decides where a control is of two kinds.
+// The order decides if a control is of two kinds.
 const Kind kinds[] = {
     {"TPanel", true, {.place = Font}},
     {"TcxDBLabel", false},

@@ -2,6 +2,6 @@
 
 #include "base/Colour.h"
 
-/// The colours that the shared look starts from, one row a style; what lightens and darkens them is in base/Colour.h.
+/// The base colours of the shared look, one for each style. base/Colour.h lightens and darkens them.
 inline constexpr Colour LabelColors[] = {0x000000}; ///< text of emphasised labels
-inline constexpr Colour BaseColors[] = {0x9D2000};  ///< ground of the shared grid styles
+inline constexpr Colour BaseColors[] = {0x9D2000};  ///< background of the shared grid styles

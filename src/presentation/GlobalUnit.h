@@ -1,7 +1,7 @@
 #pragma once
 
-/// What all windows and modules share, by the name under which it is known: the settings in force, the interface's
-/// language, colours, texts.
+/// Shared by all windows and modules, under its customary name: current settings, the interface's language, colours,
+/// texts.
 
 #include "base/Colour.h"
 #include "base/InterfaceLanguage.h"

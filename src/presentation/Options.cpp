@@ -101,7 +101,7 @@ void TfrmOptions::changeEvent(QEvent *event)
 
 bool TfrmOptions::eventFilter(QObject *watched, QEvent *event)
 {
-    // Hiding the dialog takes the focus away, too, whatever key or button ended it.
+    // Hiding the dialog also takes the focus away, whatever key or button closed it.
     if (watched == ui->cbStartWin && (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut))
         cbStartWinFocusChanged();
     return QDialog::eventFilter(watched, event);
@@ -164,6 +164,6 @@ void TfrmOptions::cbStartWinFocusChanged()
         frmKeloraDM->SetRegistryData(RegistryRoot::LocalMachine, QString::fromUtf16(RunKey), command,
                                      RegistryType::String, QString::fromUtf16(RunValue));
     } catch (const std::exception &) {
-        // Who may not write the start list goes on without.
+        // Not being able to write the start list is not reported.
     }
 }

@@ -11,10 +11,9 @@ namespace Ui {
 class frmOptions;
 }
 
-/// The options dialog. It reads the settings store and not the running program's values, and writes both: OK stores
-/// what it shows, "default" stores the defaults at once and leaves the program as it is. The check box of the start
-/// list writes whenever it gains or loses the focus, whatever button follows. Needs the canon module, which outlives
-/// it.
+/// The options dialog. It reads the settings store, not the running program's values. OK writes its values to both;
+/// "default" writes the defaults to the store at once and does not change the program. The check box of the start list
+/// writes whenever it gains or loses the focus, whatever button follows. Needs the canon module, which outlives it.
 class TfrmOptions : public QDialog
 {
     Q_OBJECT

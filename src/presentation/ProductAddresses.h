@@ -1,6 +1,6 @@
 #pragma once
 
-/// Where the system is sent for what lies outside the program. The about box's page names the others itself.
+/// Addresses that the program opens outside. The about box's page has the others.
 inline constexpr char16_t InformationPage[] = u"https://lumivara.example/thong-tin";
 
 /// The user guide's name, beside the executable.

@@ -1,6 +1,6 @@
 #pragma once
 
-/// What the enabled state of the reader's commands depends on.
+/// The facts that enable or disable the reader's commands.
 struct ReaderFacts
 {
     bool hasSelection = false; ///< text is selected in a complete page

@@ -44,7 +44,7 @@ TfrmMain::TfrmMain(QWidget *parent)
     SetWindowFont(*this);
     ui->setupUi(this);
     GrowWithText(*this);
-    QApplication::setWindowIcon(windowIcon()); // for the windows without a parent, too
+    QApplication::setWindowIcon(windowIcon()); // also for windows without a parent
     ui->spltMain->setStretchFactor(1, 1);
     ui->spltMain->setSizes({GrownPixels(TreeWidth), width() - GrownPixels(TreeWidth)});
 
@@ -67,7 +67,7 @@ TfrmMain::TfrmMain(QWidget *parent)
 TfrmMain::~TfrmMain()
 {
     DeleteForms();
-    // The widgets go after the data that they are bound to.
+    // The widgets are destroyed after their data.
     ui->dbtSutas->SetDataSource(nullptr);
     dsKeloraContent.OnDataChange = nullptr;
 }
@@ -153,7 +153,7 @@ void TfrmMain::FindLanguages()
     LangManager().ScanLanguageFiles(AppPath, QStringLiteral("*.lng"), false);
     for (int index = 0; index < LangManager().GetLanguageCount(); ++index)
         bcbLanguage->AddItem(LangManager().GetLanguageName(index));
-    // A language or a store that fails is told, and costs nobody the canon.
+    // A failing language or settings store is reported, and must not prevent reading.
     RunGuarded([this] { bcbLanguage->SetItemIndex(InterfaceLang == 0 || InterfaceLang == 1 ? InterfaceLang : -1); });
 }
 
@@ -195,12 +195,12 @@ void TfrmMain::showEvent(QShowEvent *event)
 
 void TfrmMain::FormShow()
 {
-    // The start-up is over also when the settings could not be written on the way: else no language button would work.
+    // Ends the start-up even if the settings could not be written; otherwise no language button would work.
     const auto endStartUp = qScopeGuard([this] { vIsInit = false; });
     ui->dbtSutas->FullExpand();
     bcbLanguageChange();
-    // Takes what the captions say now for those of the design language: after a start in another language they stay
-    // in it until the next start.
+    // Captures the current captions as those of the design language, so after a start in another language they stay in
+    // it until the next start.
     dkLang->Loaded();
 }
 
@@ -220,7 +220,7 @@ void TfrmMain::bcbLanguageChange()
 
 bool TfrmMain::ConfirmQuit()
 {
-    // The tray and the end of the session reach the window while the question is open: it is not asked twice.
+    // The tray or the end of the session may close the window while the question is open; don't ask twice.
     if (std::exchange(m_isAskingToQuit, true))
         return false;
     const auto endAsking = qScopeGuard([this] { m_isAskingToQuit = false; });
@@ -235,7 +235,7 @@ void TfrmMain::closeEvent(QCloseEvent *event)
     event->setAccepted(isLeaving);
     if (!isLeaving)
         return;
-    // A store that takes no value is told, but nobody is kept in the program by it.
+    // A failure to store is reported, but must not prevent quitting.
     RunGuarded([this] { StoreLastKelora(); });
     TerminateApplication();
 }
@@ -257,7 +257,7 @@ void TfrmMain::SetUpTray()
     tiMainTray = new QSystemTrayIcon(windowIcon(), this);
     tiMainTray->setObjectName(QStringLiteral("tiMainTray"));
     tiMainTray->setToolTip(QStringLiteral("Lumivara"));
-    // A desktop that keeps the icons in a process of its own shows the menu there; elsewhere the press shows it.
+    // A desktop that shows tray icons in another process also shows the menu there; otherwise the press does.
     tiMainTray->setContextMenu(ui->ppMainTray);
     ConnectGuarded(tiMainTray, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger)

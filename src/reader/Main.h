@@ -27,10 +27,9 @@ namespace Ui {
 class frmMain;
 }
 
-/// The main window: the canon as a tree, one passage as a page, and the commands on both. Creation runs the whole
-/// start-up and leaves the window visible with its first page on the way; a failure on the way is reported and the
-/// window stands without what it lacks. Uses the modules of stores/Modules.h, of which clients and dictionary may be
-/// missing.
+/// The main window: the canon as a tree, one passage as a page, and the commands on both. The constructor runs the
+/// whole start-up and leaves the window visible, with its first page loading. It reports failures and continues without
+/// the part that failed. Uses the modules of stores/Modules.h; clients and dictionary may be missing.
 class TfrmMain : public QWidget, public Reading
 {
     Q_OBJECT
@@ -46,7 +45,7 @@ public:
     void ViewSutta(int mode);
     /// Shows the names of the tree in the language of a mode; the page stays.
     void ViewSuttaName(int mode);
-    /// Chooses, shows and stores the language mode; nothing during the start-up.
+    /// Sets, shows and stores the language mode. Does nothing during the start-up.
     void SetContentLanguage(int mode);
     /// Composes the page again after a change of options.
     void ApplyOptions();

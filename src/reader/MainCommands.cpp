@@ -74,13 +74,13 @@ void TfrmMain::SetUpCommands()
     Wire(ui->acNameVIE, [this] { ViewSuttaName(PageMode::Vietnamese); });
     Wire(ui->acNameENG, [this] { ViewSuttaName(PageMode::English); });
     Wire(ui->acNameVietPali, [this] { ViewSuttaName(PageMode::Parallel); });
-    // The toggles follow the shown names; choosing one that is down already keeps it down.
+    // The toggles follow the shown names; clicking a checked one keeps it checked.
     ConnectGuarded(ui->bTreeNamePAL, &QAction::triggered, this, [this] { ViewSuttaName(PageMode::Pali); });
     ConnectGuarded(ui->bTreeNameVIE, &QAction::triggered, this, [this] { ViewSuttaName(PageMode::Vietnamese); });
 
     ui->acSearchSutas->setShortcuts({Qt::Key_F2, Qt::CTRL | Qt::SHIFT | Qt::Key_F});
 
-    // Shortcuts act in the whole window, and a command without a handler is disabled by that fact alone.
+    // Shortcuts act in the whole window; a command without a handler is disabled.
     for (QAction *action : findChildren<QAction *>()) {
         if (!action->objectName().startsWith(QStringLiteral("ac")))
             continue;
@@ -117,7 +117,7 @@ bool TfrmMain::HasSelection() const
 
 void TfrmMain::UpdateCommands()
 {
-    // Runs before each rest of the event loop: cached facts only, nothing is asked of the page.
+    // Runs whenever the event loop is about to go idle, so it uses cached facts only and never asks the page.
     const ReaderFacts facts{
         HasSelection(),
         frmClientsDM && frmClientsDM->vIsOKClients,
@@ -150,7 +150,7 @@ void TfrmMain::SetUpButtons()
     ui->btnZoomOut->SetAction(ui->acZoomOut);
     ui->btnFocusHighlight->SetAction(ui->acFocusHighlight);
 
-    // The body of the button is no "last level again": it takes the margin away.
+    // The button itself removes the margin; it does not restore the last width.
     ui->btnMarginWidth->SetDropDownMenu(ui->ppMarginWidth);
     ConnectGuarded(ui->btnMarginWidth, &QToolButton::clicked, this, [this] { SetMarginWidth(0); });
     ConnectGuarded(ui->btnPali, &QToolButton::clicked, this, [this] { LanguageButtonClick(PageMode::Pali); });
@@ -175,7 +175,7 @@ TBarCombo *TfrmMain::AddCombo(QMenu *menu, const QString &name)
 {
     auto *combo = new TBarCombo;
     combo->setObjectName(name);
-    // Named by the menu that holds it, in whatever language that is.
+    // Named after its menu, in the current language.
     const auto followTitle = [combo, menu] { combo->setAccessibleName(menu->title()); };
     followTitle();
     ConnectGuarded(menu->menuAction(), &QAction::changed, combo, followTitle);
@@ -199,7 +199,7 @@ void TfrmMain::acAboutExecute()
         open->activateWindow();
         return;
     }
-    // The program may end under the box.
+    // The program may end while the box is open.
     const QPointer<TfrmGioithieu> box = new TfrmGioithieu(this);
     box->exec();
     delete box;

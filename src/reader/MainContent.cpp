@@ -63,7 +63,7 @@ QByteArray TfrmMain::ComposePage(int mode)
 {
     const QString column = ContentColumn(mode);
     const QByteArray content = column.isEmpty() ? QByteArray() : qryKeloraContent.FieldByName(column).AsBytes();
-    // Whether there is a text is seen after the swaps: without a font's name a content can end up empty.
+    // Tests for a text after the replacements: with an empty font name the content can end up empty.
     QByteArray page = ComposePassage(content, {mode, frmKeloraDM->vMarginWidth, FontName});
     if (!page.isEmpty())
         return page;
@@ -140,7 +140,7 @@ void TfrmMain::ebContentDocumentComplete()
 {
     if (vFindSuttaStr.isEmpty())
         return;
-    // A page that cannot be searched stays as it is.
+    // A failed search leaves the page as it is.
     try {
         ui->ebContent->SearchAndHighlight(vFindSuttaStr, {}, ScrollMode::None, {},
                                           ColorToHtml(frmKeloraDM->vHighlightColor));

@@ -23,7 +23,7 @@ TfrmDictionary &TfrmMain::OpenDictionary()
     std::exception_ptr failure;
     QWidget *form = OpenForm(dictionaryName, [&] {
         auto *dictionary = new TfrmDictionary;
-        // A dictionary that can't be read leaves a window in which another can be picked.
+        // If the dictionary can't be read, the window stays open so that another one can be chosen.
         try {
             dictionary->FormCreate();
         } catch (const std::exception &) {
@@ -39,10 +39,10 @@ TfrmDictionary &TfrmMain::OpenDictionary()
 void TfrmMain::LookUpWord(const std::function<QString()> &takeWord)
 {
     ShowWaitCursor(true);
-    // No look-up reports anything.
+    // Look-ups deliberately report no failures.
     try {
         const QString word = takeWord();
-        // Nor does the list, which fetches what it shows under a guard of its own.
+        // Including those of the list, which fetches under its own guard.
         const QuietGuards quiet;
         const bool isOpen = FindForm(dictionaryName);
         DictionaryKind = DictionaryKindOf(frmKeloraDM->vLanguageSutta, DictionaryKind);

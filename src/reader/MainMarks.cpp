@@ -33,7 +33,7 @@ void TfrmMain::DeclareSuttaListScript()
 
 void TfrmMain::acFocusHighlightExecute()
 {
-    // The selection is waited for, processing events.
+    // Getting the selection processes events.
     if (std::exchange(m_isMarking, true))
         return;
     const auto end = qScopeGuard([this] { m_isMarking = false; });
@@ -41,7 +41,7 @@ void TfrmMain::acFocusHighlightExecute()
     TfrmFocusEdit editor(this);
     const QString selection = ui->ebContent->GetSelectedHtml();
     if (selection.isEmpty())
-        return; // the page went away meanwhile
+        return; // the page was destroyed meanwhile
     editor.vFocusS = ExcerptPage(selection);
     editor.excerptFile.Save(ExcerptFileBytes(editor.vFocusS));
     FillSuttaList();
@@ -66,7 +66,7 @@ void TfrmMain::FillSuttaList()
     try {
         scInsKelora.ExecuteScript();
     } catch (const std::exception &) {
-        // The mark is kept all the same, though not listed until its text is.
+        // The mark is kept anyway, but not listed until its text is.
     }
 }
 

@@ -28,7 +28,7 @@ void TfrmMain::FillSkins()
     ListSkins(SkinFilePath(), names);
     for (const QString &name : std::as_const(names))
         bcbInterface->AddItem(name);
-    // The combo keeps its width; its list shows the names whole.
+    // The combo keeps its width; its list shows the full names.
     QAbstractItemView *list = bcbInterface->view();
     list->setMinimumWidth(list->sizeHintForColumn(0) + 2 * list->frameWidth() +
                           list->style()->pixelMetric(QStyle::PM_ScrollBarExtent));

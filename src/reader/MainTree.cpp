@@ -86,7 +86,7 @@ void TfrmMain::LoadKeloraTree()
 
 void TfrmMain::LocateOpeningPassage()
 {
-    // A number that no row has leaves the cursor on the first row.
+    // If no row has the number, the cursor stays on the first row.
     switch (static_cast<OpenSutta>(frmKeloraDM->vOpenSutta)) {
     case OpenSutta::Last:
         qryTreeSutas.Locate(Field::IdVic, frmKeloraDM->vLastKelora);

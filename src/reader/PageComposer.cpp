@@ -32,15 +32,15 @@ Margin MarginOf(int mode, int level)
         Margin{QByteArrayView("<blockquote> <blockquote> <blockquote>"),
                QByteArrayView("</blockquote> </blockquote> </blockquote>")},
     };
-    // The parallel page is laid out as a table of its own and has no margin.
+    // The parallel page is a table and has no margin.
     const bool hasMargin = mode < 3;
     if (!hasMargin || level < 0 || level >= static_cast<int>(margins.size()))
         return margins[0];
     return margins[static_cast<std::size_t>(level)];
 }
 
-/// Eight bytes compared in one step; the bit that tells the cases of an ASCII letter apart is set on both sides, save
-/// at the blank, which a NUL would else equal.
+/// Compares eight bytes in one step, with the case bit of ASCII letters set on both sides, except at the blank, which
+/// would otherwise equal a NUL.
 bool IsStoredFontAt(const char *at)
 {
     static_assert(StoredFont.size() == sizeof(quint64));
@@ -53,20 +53,20 @@ bool IsStoredFontAt(const char *at)
     return (found | caseBits) == wanted;
 }
 
-/// Marks with FF where the name may begin, by two of its letters; reads `count` bytes and the name's length behind
-/// them. A plain loop without a branch, of which the compiler makes vector code: running text has so many of the name's
-/// letters that any search by jumps costs several times as much.
+/// Marks possible starts of the name with FF, by two of its letters; reads `count` bytes plus the name's length. A
+/// loop without branches, which the compiler vectorises: text has so many of the name's letters that any search by
+/// jumps costs several times as much.
 void MarkCandidates(const char *at, qsizetype count, unsigned char *marks)
 {
     const auto *bytes = reinterpret_cast<const unsigned char *>(at);
     for (qsizetype i = 0; i < count; ++i) {
-        // Kept to bytes throughout: one wider step would quarter the speed.
+        // Bytes only: one wider operation would quarter the speed.
         const auto difference = static_cast<unsigned char>((bytes[i] ^ 's') | (bytes[i + 2] ^ 'g'));
         marks[i] = (difference & 0xDF) == 0 ? 0xFF : 0;
     }
 }
 
-/// Where the stored font's name begins, in any mixture of ASCII case. It has no end that is its start, so no two
+/// The positions of the stored font's name, ignoring ASCII case. No end of the name is also its start, so no two
 /// overlap.
 QList<qsizetype> FindStoredFont(const QByteArray &content)
 {
@@ -142,7 +142,7 @@ QByteArray ComposePassage(const QByteArray &content, const PageOptions &options)
     }
     put(content.constData() + copied, content.size() - copied);
 
-    // After the font, whose name may itself complete the pattern.
+    // After the font, whose name may itself complete the pattern "150%".
     SwapSizes(body, to);
     if (hasMargin) {
         put("\r", 1);

@@ -43,7 +43,7 @@ NameView NameViewOfMode(int mode)
     case PageMode::Vietnamese:
         return {NameColumn::Vietnamese, NameColumn::Vietnamese, true};
     case PageMode::Parallel:
-        // The parallel page has no margin to choose.
+        // The parallel page has no margin.
         return {NameColumn::Vietnamese, NameColumn::Vietnamese, false};
     default:
         return {};
@@ -52,7 +52,7 @@ NameView NameViewOfMode(int mode)
 
 int RandomSuttaNumber(quint32 drawn)
 {
-    // By multiplication: a remainder would favour the low numbers.
+    // By multiplication, because a remainder would favour low numbers.
     constexpr quint64 highest = 204;
     return 1 + static_cast<int>((drawn * highest) >> 32);
 }

@@ -2,16 +2,16 @@
 
 #include <QString>
 
-/// The reader's small rules: which clause filters the tree, which names the tree shows. Values in,
-/// values out.
+/// The reader's rules: which clause filters the tree, which names the tree shows.
 
 enum class NameColumn { None, Pali, Vietnamese, English };
-/// The clause appended to the tree's statement to filter the column that shows; empty for None. Names SEARCH_TEXT.
+/// The clause appended to the tree's statement to filter the visible column; empty for None. Its parameter:
+/// SEARCH_TEXT.
 QString TreeFilterClause(NameColumn column);
 /// The value of SEARCH_TEXT: "%", the text in lower case by the full Unicode rule, "%".
 QString TreeFilterValue(const QString &trimmedText);
 
-/// What ViewSuttaName(mode) does to the tree's columns, toggles and margin controls.
+/// The state that ViewSuttaName(mode) gives to the tree's columns, toggles and margin controls.
 struct NameView
 {
     NameColumn column = NameColumn::None;
@@ -20,10 +20,10 @@ struct NameView
 };
 NameView NameViewOfMode(int mode);
 
-/// The running number that a random opening seeks: 1 to 204 inclusive, from one drawn 32-bit number.
+/// The running number of a randomly opened text: 1 to 204 inclusive, from one random 32-bit number.
 int RandomSuttaNumber(quint32 drawn);
 
-/// Titles and texts chosen by the interface language: empty beyond 0 and 1.
+/// Title and text of a box in the interface language; empty for languages other than 0 and 1.
 struct BoxText
 {
     QString title;

@@ -23,7 +23,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The resources of a static library come along only when asked for, and only outside of namespaces.
+// A static library's resources are linked only on request, and only from outside any namespace.
 static void InitSearchImages()
 {
     Q_INIT_RESOURCE(search);
@@ -36,7 +36,7 @@ constexpr Message resultText{u"Kết quả tìm kiếm: ", u"Result: "};
 constexpr SchemaName SampleText = u"SAMPLE_TEXT"; ///< of the results alone
 constexpr int WindowTop = 95;
 constexpr int RightGap = 25;
-constexpr int DesktopRest = 300;      ///< milliseconds after which a new window stands
+constexpr int DesktopRest = 300;      ///< milliseconds until the desktop has placed a new window
 constexpr int PassagesExpected = 400; ///< a fuller canon leaves the bar full, a smaller one never fills it
 
 } // namespace
@@ -65,7 +65,7 @@ TfrmSearchSutas::TfrmSearchSutas(Reading &reading, QWidget *parent)
 
 TfrmSearchSutas::~TfrmSearchSutas()
 {
-    // The view goes after the data that it is bound to.
+    // The view is destroyed after its data.
     ui->gtvSutas->SetDataSource(nullptr);
     dsSearchResult.OnDataChange = nullptr;
 }
@@ -115,7 +115,7 @@ void TfrmSearchSutas::showEvent(QShowEvent *event)
 void TfrmSearchSutas::FormShow()
 {
     PlaceAtTheRight();
-    // A busy desktop may put the window elsewhere when it comes to it.
+    // A busy desktop may move the window later.
     QTimer::singleShot(DesktopRest, this, [this] {
         if (!isMinimized() && !isMaximized())
             PlaceAtTheRight();
@@ -126,7 +126,7 @@ void TfrmSearchSutas::FormShow()
 
 bool TfrmSearchSutas::event(QEvent *event)
 {
-    // Edges are the frame's, which the desktop draws late, and while it is at it the toolkit reads odd margins.
+    // Edges are the frame's. The desktop draws it late, and until then Qt reports wrong margins.
     const bool isNormal = isVisible() && !isMinimized() && !isMaximized();
     const QMargins frame = isNormal ? windowHandle()->frameMargins() : QMargins();
     if (frame != m_frame && frame.top() > 0 && std::min({frame.left(), frame.right(), frame.bottom()}) >= 0) {
@@ -178,7 +178,7 @@ void TfrmSearchSutas::edSearchTextKeyPress(int key)
 {
     if (key != Qt::Key_Return && key != Qt::Key_Enter)
         return;
-    // By the key a search fails without a word, by the button it doesn't.
+    // A search started by the key fails silently; one started by the button reports.
     try {
         acSearchExecute();
     } catch (const std::exception &) {
@@ -201,7 +201,7 @@ void TfrmSearchSutas::LoadSutas()
     ui->pbSearch->setValue(0);
     const QString word = TrimControls(ui->edSearchText->text());
     m_reading.SetSoughtWords(word);
-    // A search that failed on its way has left them stopped.
+    // A failed search has left the controls disabled.
     while (mdSearchResult.ControlsDisabled())
         mdSearchResult.EnableControls();
     mdSearchResult.Close();
@@ -216,11 +216,11 @@ void TfrmSearchSutas::LoadSutas()
     vIsLoadData = false;
     GoToFirstResult();
     if (search != m_searches)
-        return; // while the first page was waited for, the reader searched again
+        return; // the reader searched again while the first page was loading
     ShowWaitCursor(false);
     ui->lcSearchSuttaItemProgress->hide();
     if (!mdSearchResult.Active())
-        return; // or cleared the list
+        return; // the reader cleared the list
     ui->lcSearchSuttaItemResult->show();
     ShowNameColumn(frmKeloraDM->vLanguageSutta);
     ShowResultCount(count);
@@ -234,7 +234,7 @@ int TfrmSearchSutas::Scan(const QString &word)
         ShowWaitCursor(false);
         ui->lcSearchSutta->hide();
     };
-    // The bar counts each row and paints itself at once, but only when that moves a point of it.
+    // The bar counts each row, but repaints at once only if that changes a pixel.
     events.onRow = [this] { ui->pbSearch->setValue(std::min(ui->pbSearch->value() + 1, PassagesExpected)); };
     return ScanSuttas(qryListSutas, word, frmKeloraDM->vLanguageSutta, events);
 }
@@ -242,7 +242,7 @@ int TfrmSearchSutas::Scan(const QString &word)
 void TfrmSearchSutas::AppendResult(const QString &sample)
 {
     mdSearchResult.Append();
-    // A row that cannot be stored is given up, or the next one would bring it again.
+    // A row that can't be stored is cancelled; otherwise the next one would post it again.
     auto giveUp = qScopeGuard([this] { mdSearchResult.Cancel(); });
     for (const SchemaName &field : {Field::IdVit, Field::IdVic, Field::NameVicVie, Field::NameVicPal})
         mdSearchResult.FieldByName(field).SetValue(qryListSutas.FieldByName(field).Value());
@@ -253,7 +253,7 @@ void TfrmSearchSutas::AppendResult(const QString &sample)
 
 void TfrmSearchSutas::GoToFirstResult()
 {
-    // A cursor that stands there already tells nobody, but the first result is to open all the same.
+    // If the cursor is there already no event follows, but the first result must still be opened.
     const bool isThere = mdSearchResult.RecNo() <= 0;
     mdSearchResult.First();
     if (isThere)

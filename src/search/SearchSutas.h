@@ -15,9 +15,9 @@ namespace Ui {
 class frmSearchSutas;
 }
 
-/// The search window: seeks a word in every passage, in the language that the reader is reading, lists the passages
-/// that hold it, and opens each in the main window when the list's cursor comes to it. A tool window: opened by
-/// OpenForm(), gone when closed. Borrows the reader and the canon module, which outlive it.
+/// The search window: searches all passages for a word, in the current language mode, lists those that contain it, and
+/// opens each in the main window when the list's cursor moves to it. A tool window: opened by OpenForm(), deleted when
+/// closed. Borrows the reader and the canon module, which outlive it.
 class TfrmSearchSutas : public QWidget
 {
     Q_OBJECT
@@ -25,8 +25,8 @@ public:
     explicit TfrmSearchSutas(Reading &reading, QWidget *parent = nullptr);
     ~TfrmSearchSutas() override;
 
-    /// Seeks the trimmed text of edSearchText, fills the list and opens its first row. A passage that cannot be read is
-    /// passed over; any other failure is thrown (DatabaseError) and leaves cursor and bar as they are.
+    /// Searches for the trimmed text of edSearchText, fills the list and opens its first row. Skips unreadable
+    /// passages; any other failure is thrown (DatabaseError) and leaves cursor and bar as they are.
     void LoadSutas();
 
     TpFIBDataSet qryListSutas;
@@ -58,8 +58,8 @@ private:
 
     Reading &m_reading;
     std::unique_ptr<Ui::frmSearchSutas> ui;
-    bool vIsLoadData = false; ///< the list is being filled, and opens no passage meanwhile
+    bool vIsLoadData = false; ///< the list is being filled and must open no passage
     int m_searches = 0;
-    QMargins m_frame; ///< for which the window was placed
+    QMargins m_frame; ///< the frame margins for which the window was placed
     NewestWait m_colouring{*this};
 };

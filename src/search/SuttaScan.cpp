@@ -15,10 +15,10 @@
 
 using namespace PlainTextRules;
 
-// A page is searched as it is stored, because making its plain text costs many times the search. Every mark that the
-// plain text drops or decodes is ASCII, and ASCII bytes are never part of another character, so the plain text can be
-// read from any place that is known to stand outside tags and entities. Invalid bytes need no look: the decoder gives
-// each of them a U+FFFD of its own and reads on at the next byte, so that a whole character is itself after any debris.
+// A page is searched as stored, because making its plain text costs many times the search. All characters that the
+// plain text drops or decodes are ASCII, and ASCII bytes are never part of another character. So plain text can be read
+// from any position outside tags and entities. Invalid bytes need no special treatment: the decoder turns each into a
+// U+FFFD and goes on at the next byte, so that valid characters after them are decoded correctly.
 
 namespace {
 
@@ -47,14 +47,14 @@ const char *Find(const char *from, const char *end, char byte)
     return found ? static_cast<const char *>(found) : end;
 }
 
-/// Behind the tag that the "<" before `from` opens; an unclosed one takes the rest.
+/// The position after the tag that the "<" before `from` opens; an unclosed tag extends to the end.
 const char *AfterTag(const char *from, const char *end)
 {
     const char *const close = Find(from, end, '>');
     return close == end ? end : close + 1;
 }
 
-/// Reads plain text byte by byte from a place outside tags and entities.
+/// Reads plain text byte by byte from a position outside tags and entities.
 class PlainReader
 {
 public:
@@ -67,12 +67,12 @@ public:
         const int byte = NextStripped();
         if (byte == '&')
             return DecodedEntity();
-        // The decoder sees the mark that was dropped here, so these bytes are no character for it.
+        // A tag interrupts these bytes; the decoder sees it, so they are not a character.
         m_isBroken |= IsContinuation(byte) && byte >= 0 && m_at != before + 1;
         return byte;
     }
     const char *At() const { return m_at; }
-    /// A character's bytes were parted by what was dropped between them.
+    /// True if something dropped has interrupted the bytes of a character.
     bool IsBroken() const { return m_isBroken; }
 
 private:
@@ -121,7 +121,7 @@ const char *FindMark(const char *from, const char *end)
     return std::find_if(from, end, [](char byte) { return byte == '<' || byte == '&'; });
 }
 
-/// From a place outside tags and entities on to `target`, or to the end of the tag or entity in which that stands.
+/// Starting outside tags and entities at `known`: `target`, or the end of the tag or entity around it.
 const char *Outside(const char *known, const char *target, const char *end)
 {
     while (known < target) {
@@ -139,10 +139,10 @@ const char *Outside(const char *known, const char *target, const char *end)
     return known;
 }
 
-/// Plain text from a place outside tags and entities; none if a character is parted there.
+/// Plain text from a position outside tags and entities; none if a character is interrupted there.
 std::optional<QString> SampleAt(const char *at, const char *end)
 {
-    // No unit takes more than three bytes, so the bytes suffice, even with a character cut off behind them.
+    // No unit takes more than three bytes, so these suffice even if they end inside a character.
     std::array<char, 3 * (SuttaScan::SampleLength + 1)> bytes;
     PlainReader reader(at, end);
     qsizetype size = 0;
@@ -157,7 +157,7 @@ std::optional<QString> SampleAt(const char *at, const char *end)
     return QString::fromUtf8(bytes.data(), size).left(SuttaScan::SampleLength);
 }
 
-/// For each start of the word, the length of its longest proper end that is a start, too.
+/// For each prefix of the word, the length of its longest proper suffix that is also a prefix.
 std::vector<qsizetype> BordersOf(QStringView word)
 {
     std::vector<qsizetype> borders(static_cast<std::size_t>(word.size()) + 1, 0);
@@ -191,7 +191,7 @@ SuttaScan::Filter SuttaScan::FilterFor(const QByteArray &word)
     const auto lead = static_cast<unsigned char>(word.front());
     const qsizetype length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
     filter.isOneCharacter = length > 1;
-    // The last two bytes of a character tell most about it.
+    // The last two bytes of a character are the most distinctive.
     filter.offset = std::max<qsizetype>(length - 2, 0);
     filter.first = word[filter.offset];
     filter.firstOther = filter.first;
@@ -222,7 +222,7 @@ bool SuttaScan::MayBegin(char first, char second) const
            (static_cast<unsigned char>(second) <= ' ' || second == '<' || second == '>' || second == '&');
 }
 
-/// Where the word may begin, or the end: everywhere between no hit begins.
+/// The next position where the word may begin, or the end; no hit begins before it.
 const char *SuttaScan::NextCandidate(const char *from, const char *end) const
 {
     if (end - from <= m_filter.offset)
@@ -262,7 +262,7 @@ const char *SuttaScan::NextCandidate(const char *from, const char *end) const
     return end;
 }
 
-/// Whether the plain text from here on begins with the word. Takes the bytes looked at off `effort`.
+/// Whether the plain text at `at` begins with the word. Subtracts the bytes read from `effort`.
 bool SuttaScan::MatchesAt(const char *at, const char *end, qsizetype &effort) const
 {
     PlainReader reader(at, end);
@@ -284,7 +284,7 @@ std::optional<QString> SuttaScan::FirstHit(const QByteArray &page) const
         known += ByteOrderMark.size();
     if (end - known < m_bytes.size())
         return {};
-    // A page and a word of few letters could keep us comparing for minutes.
+    // With a page and a word of few different letters, comparing could take minutes.
     qsizetype effort = 8 * page.size();
     const char *from = known;
     while (true) {
@@ -313,7 +313,7 @@ std::optional<QString> SuttaScan::FirstHitByCharacters(const QByteArray &page) c
     const QString plain = StripHtml(text);
     if (m_word.isEmpty())
         return plain.left(SampleLength);
-    // Knuth, Morris and Pratt: a time that no page can make long.
+    // Knuth-Morris-Pratt takes linear time for any page.
     qsizetype matched = 0;
     for (qsizetype i = 0; i < plain.size(); ++i) {
         QChar character = plain[i];

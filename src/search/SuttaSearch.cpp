@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The column that is searched; empty where the language has none.
+/// The column to search; empty if the language mode has none.
 QString SearchedColumn(int language)
 {
     // No search runs over the English pages.

@@ -104,7 +104,7 @@ void TfrmClientsDM::DescribeMarks()
                                        u"    ID_FOC = :OLD_ID_FOC"_s};
     qryFocus.DeleteSQL() =
         QStringList{u"DELETE FROM"_s, u"    SUTTA_TEXT_FOCUS"_s, u"WHERE"_s, u"        ID_FOC = :OLD_ID_FOC"_s};
-    // Keys are used again: what stands under the row's key by now may be another copy's mark.
+    // Keys are reused: by now the row's key may belong to another copy's mark.
     qryFocus.LockSQL() =
         QStringList{u"select F.DATETIME_FOC from SUTTA_TEXT_FOCUS F where F.ID_FOC = :OLD_ID_FOC with lock"_s};
 

@@ -5,8 +5,8 @@
 #include "stores/data/FIBDataSet.h"
 #include "stores/engine/Database.h"
 
-/// The connection to what the reader adds: the marked passages and the list of texts that they refer to. Lives for the
-/// whole run; the program works without it.
+/// The connection to the reader's marks and to the list of texts that they refer to. Exists for the whole run; the
+/// program works without a connection.
 class TfrmClientsDM : public QObject
 {
     Q_OBJECT
@@ -21,15 +21,15 @@ public:
     /// The list of texts of all collections. Nothing opens it.
     TpFIBDataSet qryFavSutta;
     TDataSource dsFavouriteSutta;
-    /// The marked passages with the names of their texts. A post gives the row a new key and time; an update or delete
-    /// fails, and stores nothing, where another copy has changed or deleted the row since it was read.
+    /// The marks with the names of their texts. A post gives the row a new key and time. An update or delete fails, and
+    /// stores nothing, if another copy has changed or deleted the row since it was read.
     TpFIBDataSet qryFocus;
     TDataSource dsFocus;
     /// Without a statement; each use sets its own.
     TpFIBDataSet qryTemp;
 
     bool vIsOKClients = false;
-    /// Select text of qryFocus as it stands at creation, lines parted by "\n". Empty without a connection.
+    /// Select text of qryFocus as created, lines separated by "\n". Empty without a connection.
     QString vDefFocusSQL;
 
     void qryFocusNewRecord();

@@ -2,6 +2,6 @@
 
 #include <QString>
 
-/// Starts the tool beside the executable that saves the marks once a day, and leaves it to itself: it outlives this
-/// process, writes to nobody's terminal, and its failure is nobody's concern.
+/// Starts the tool beside the executable that backs up the marks once a day, detached: it outlives this process, has no
+/// terminal, and its failures are not reported.
 void StartDailyBackup(const QString &exeName);

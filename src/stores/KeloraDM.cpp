@@ -90,7 +90,7 @@ void TfrmKeloraDM::DataModuleCreate()
 
 void TfrmKeloraDM::ReadSystemOptions()
 {
-    // For reading only, so that options in a store that cannot be written still count.
+    // Read-only, so that options in a store that can't be written still apply.
     const auto registry = m_doors.createRegistry();
     registry->RootKey = RegistryRoot::CurrentUser;
     if (registry->OpenKeyReadOnly(OptionsPath())) {
@@ -112,7 +112,7 @@ void TfrmKeloraDM::ReadSystemOptions()
             GetRegistryData(RegistryRoot::LocalMachine, QString::fromUtf16(RunKey), QString::fromUtf16(RunValue))
                 .toString();
     } catch (const std::exception &) {
-        // No entry is the ordinary case.
+        // Usually there is no entry.
     }
     vStartWin = startCommand == QLatin1Char('"') + m_doors.exeName + QLatin1Char('"');
 }
@@ -191,7 +191,7 @@ void TfrmKeloraDM::SetRegistryData(RegistryRoot root, const QString &path, const
         const qlonglong number = value.toLongLong(&isNumber);
         if (!isNumber)
             throw RegistryError(CannotWriteText());
-        // Colours come as unsigned values of the same 32 bits.
+        // Colours are unsigned values of the same 32 bits.
         registry->WriteInteger(name, static_cast<int>(static_cast<quint32>(number)));
         break;
     }

@@ -12,39 +12,39 @@
 #include <functional>
 #include <memory>
 
-/// What the modules need of the program around them. The window layer fills it; tests put in stand-ins.
+/// Functions that the modules need from the program. The window layer sets them; tests replace them.
 struct ModuleDoors
 {
     /// Full path of the running executable (Application.ExeName).
     QString exeName;
-    /// A box with one OK button and no title of its own; "\r" parts its lines.
+    /// Shows a box with one OK button and no title; "\r" separates lines.
     std::function<void(const QString &text)> showMessage;
     /// Asks the program to end; the caller goes on.
     std::function<void()> terminate;
-    /// Asks before a row is deleted; throws SilentAbort where the reader declines. Unset: nobody is asked.
+    /// Asks before a row is deleted; throws SilentAbort if the reader declines. If unset, nothing is asked.
     std::function<void()> confirmDelete;
-    /// The time of this moment.
+    /// The current time.
     std::function<QDateTime()> now = [] { return QDateTime::currentDateTime(); };
-    /// A fresh registry object for each use.
+    /// A new registry object for each use.
     std::function<std::unique_ptr<TRegistry>()> createRegistry = CreateSystemRegistry;
 };
 
-/// Full path of the database client library that stands beside the executable in `folder` (with trailing separator).
+/// Full path of Firebird's client library beside the executable in `folder` (with trailing separator).
 QString ClientLibraryPath(const QString &folder);
 
 /// Folder of the executable with one trailing separator.
 QString FolderOfExecutable(const QString &exeName);
 
-/// What the connections of all three modules have in common: closes the database if it is open, then sets file, login,
+/// Prepares the connection of any of the three modules: closes the database if it is open, then sets file, login,
 /// character set, client library and transaction. Opens nothing.
 void PrepareConnection(TpFIBDatabase &database, TpFIBTransaction &transaction, const QString &file,
                        const QString &exeName);
 
-/// An ordinary canon stays in memory from one search to the next. The other files are read here and there and need no
-/// more pages than the engine keeps by itself.
+/// Enough to keep an ordinary canon in memory from one search to the next. The other files are read sparsely, and
+/// Firebird's default suffices.
 inline constexpr int CanonCachePages = 2048;
 
-/// The canon's connection and the reader's options. Lives for the whole run.
+/// The canon's connection and the reader's options. Exists for the whole run.
 class TfrmKeloraDM : public QObject
 {
     Q_OBJECT
@@ -54,15 +54,15 @@ public:
     /// Connects to KELORA.FDB beside the executable and reads the options. On any failure shows the fixed message, asks
     /// the program to end and returns normally. Sets AppPath. Called once by the start, after construction.
     void DataModuleCreate();
-    /// Fills the fields and globals from the settings: all zero without the key, all defaults when one integer value is
-    /// missing or of another type, else what is stored.
+    /// Fills the fields and globals from the settings: all zero without the key, all defaults if one integer value is
+    /// missing or of another type, else the stored values.
     void ReadSystemOptions();
-    /// Fills the two style globals from the settings; nothing without the key, the default style when a value is
-    /// missing.
+    /// Fills the two style globals from the settings. Without the key they stay; if a value is missing they get the
+    /// default style.
     void ReadActiveStyle();
-    /// Stores the two style globals; where that fails, the fallback style. Throws RegistryError if that fails, too.
+    /// Stores the two style globals, or if that fails, the fallback style. Throws RegistryError if that fails, too.
     void WirteActiveStyle();
-    /// No favourites are kept.
+    /// Does nothing: there are no favourites.
     void LoadFavouriteSuttas() {}
 
     /// Writes one value of any type. Type 0 (Unknown) takes the type of the existing value. Throws RegistryError.
@@ -70,11 +70,11 @@ public:
                          const QString &name);
     /// Reads one value of any type: QString, int or QByteArray. Throws RegistryError.
     QVariant GetRegistryData(RegistryRoot root, const QString &path, const QString &name);
-    /// A fresh registry object of the settings, for who reads or writes several values.
+    /// A new registry object, for reading or writing several values.
     std::unique_ptr<TRegistry> CreateRegistry() const { return m_doors.createRegistry(); }
     /// Full path of the running executable.
     const QString &ExeName() const { return m_doors.exeName; }
-    /// Writes one value of the options key, making the key if need be; an unopenable key is no failure and stores
+    /// Writes one value of the options key, which is created if necessary. If the key can't be opened, silently stores
     /// nothing.
     void WriteOption(Option option, const OptionValue &value);
 

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-/// A text of the Kelora as the list of texts has it, without an English name.
+/// A text of the Kelora in the list of texts, without an English name.
 struct KeloraText
 {
     int number;
@@ -14,6 +14,6 @@ struct KeloraText
 /// The 205 texts of the Kelora.
 QList<KeloraText> KeloraTexts();
 
-/// The script of scInsKelora: enters the 205 texts of the Kelora into SUTTA_LIST, one insert a text, and commits. Made
-/// from the canon's own list of texts when the program is built.
+/// The script of scInsKelora: inserts the 205 texts of the Kelora into SUTTA_LIST, one statement each, and commits.
+/// Generated from the canon's list of texts when the program is built.
 QStringList KeloraSuttaListScript();

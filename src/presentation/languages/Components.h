@@ -4,6 +4,6 @@
 
 class QObject;
 
-/// The components of a window, nearest first: the named objects below it, of one name the nearest alone. Language
-/// controllers and the toolkit's own objects are none of them.
+/// The components of a window, nearest first: the named objects below it; of equal names only the nearest. Language
+/// controllers and Qt's own objects are excluded.
 QList<QObject *> ComponentsOf(const QObject &window);

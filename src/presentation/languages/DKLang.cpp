@@ -13,7 +13,7 @@
 
 namespace {
 
-// Settings of data and looks that are strings and no words.
+// String properties that are data or styles, not texts.
 const char *const ignoredByDefault[] = {"*.CaptionOptions",
                                         "*.DatabaseName",
                                         "*.DataField",
@@ -36,7 +36,7 @@ QByteArray FileBytes(const QString &path)
     return file.readAll();
 }
 
-// Names are cleared when bound, so what is bound already stays, and what a window has lost is dropped only once.
+// Binding clears an entry's name, so bound entries stay, and entries of missing components are dropped only once.
 void Bind(TDKLang_CompEntry &entry, QObject *component)
 {
     entry.FComponent = component;
@@ -219,7 +219,7 @@ void TDKLanguageController::UpdateEntries(UpdateMode mode, int highestEverUsed)
 {
     if (!parent())
         return;
-    // Counted before anything is dropped, so that no number is given twice.
+    // Determined before anything is dropped, so that no number is given twice.
     const int highest = std::max(highestEverUsed, FRootCompEntry->HighestId());
     Bind(*FRootCompEntry, parent());
     UpdateWalk(*this, mode, highest).Update(*FRootCompEntry);

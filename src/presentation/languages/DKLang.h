@@ -30,7 +30,7 @@ Q_DECLARE_OPERATORS_FOR_FLAGS(ControllerOptions)
 /// RunTime captures values only. DesignTime also adds and removes entries and gives new numbers.
 enum class UpdateMode { RunTime, DesignTime };
 
-/// Ties one window to its table of numbered texts. A child of the window, named "dkLang". Main thread only.
+/// Connects one window to its table of numbered texts. A child of the window, named "dkLang". Main thread only.
 class TDKLanguageController : public QObject
 {
     Q_OBJECT
@@ -54,17 +54,17 @@ public:
     std::function<void()> FOnLanguageChanging, FOnLanguageChanged;
 
     /// Binds the table to the window's components, captures their values as those of the default language, and applies
-    /// the current language if it is another. A second call captures anew, whatever language is on show.
+    /// the current language if it is another. A second call captures again, whatever language is on show.
     /// Throws EDKLangError if the current language can't be loaded.
     void Loaded();
     /// The section of the language files that is the window's.
     QString SectionName() const;
     TDKLang_CompEntry &RootEntry() { return *FRootCompEntry; }
 
-    /// Binds the table and brings it up to date with the live components. In DesignTime entries of what is gone are
-    /// removed, and new texts get the numbers after the highest of the table and of `highestEverUsed`.
+    /// Binds the table and updates it from the existing components. DesignTime also removes entries of missing
+    /// components and gives new texts the numbers after the highest of the table and of `highestEverUsed`.
     void UpdateEntries(UpdateMode mode, int highestEverUsed = 0);
-    /// Gives every numbered property its value of `section`, or where that has none, or is null, its default.
+    /// Gives every numbered property its value of `section`; its default if there is none, or if `section` is null.
     void ApplyTranslation(const TDKLang_CompTranslation *section);
 
 private:
@@ -76,7 +76,7 @@ private:
 
 enum LangResourceKind { dklrkResName, dklrkResID, dklrkFile, dklrkStream };
 
-/// Where the text of one language comes from.
+/// The source of one language.
 struct TDKLang_LangResource
 {
     LangResourceKind Kind = dklrkFile;
@@ -87,8 +87,8 @@ struct TDKLang_LangResource
     quint16 wLangID = 0;
 };
 
-/// The known languages, the controllers and the current language. One lock guards its lists and ids, and is free while
-/// texts are applied, so that a handler may make windows or switch again.
+/// The known languages, the controllers and the current language. One lock guards its lists and ids; it is released
+/// while texts are applied, so that a handler may create windows or switch again.
 class TDKLanguageManager
 {
 public:

@@ -51,7 +51,7 @@ void TDKLang_Constants::LoadFromBytes(const QByteArray &bytes)
                                .arg(version)
                                .arg(currentVersion));
     TDKLang_Constants read;
-    // The first two versions had no flag of its own for it.
+    // The first two versions had no separate flag.
     read.FAutoSaveLangSource = version < 2 ? version == 1 : reader.Boolean();
     const int count = reader.Count(4);
     for (int i = 0; i < count; ++i) {

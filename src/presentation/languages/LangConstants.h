@@ -9,7 +9,7 @@ enum TranState { dktsUntranslated = 1, dktsAutotranslated = 2 };
 Q_DECLARE_FLAGS(TranStates, TranState)
 Q_DECLARE_OPERATORS_FOR_FLAGS(TranStates)
 
-/// A text of the code itself, by name.
+/// A text used in code, by name.
 struct TDKLang_Constant
 {
     QString wsName;

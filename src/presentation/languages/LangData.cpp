@@ -76,7 +76,7 @@ private:
         return name;
     }
 
-    // Many short entries take far more memory than bytes. No window looks like that, so the table is refused.
+    // Many short entries take far more memory than bytes. No real window has such a table, so it is rejected.
     void Spend(qsizetype count, qsizetype each)
     {
         m_budget -= count * each;
@@ -121,7 +121,7 @@ bool NameBefore(const TDKLang_PropEntry &a, const TDKLang_PropEntry &b)
 void TDKLang_PropEntries::Assign(Items items)
 {
     m_items = std::move(items);
-    // A stored table is in order; stable_sort would take memory for it all the same.
+    // A stored table is sorted already; stable_sort would still allocate memory.
     if (!std::is_sorted(m_items.begin(), m_items.end(), NameBefore))
         std::sort(m_items.begin(), m_items.end(), NameBefore);
 }

@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-/// Ties one property of a component to its number in the language files.
+/// One property of a component and its number in the language files.
 struct TDKLang_PropEntry
 {
     int iID = 0;             ///< unique within one controller

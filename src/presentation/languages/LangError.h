@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 /// A failure of the interface translation: a damaged language file or table, or a misuse of the manager.
-/// what() is UTF-8, Text() the same as characters; lines are parted by "\r\n".
+/// what() is UTF-8, Text() the same as QString; lines are separated by "\r\n".
 class EDKLangError : public std::runtime_error
 {
 public:

@@ -105,7 +105,7 @@ int TDKLanguageManager::ScanLanguageFiles(const QString &folder, const QString &
 
 bool TDKLanguageManager::AddLanguageFile(const QString &path)
 {
-    // A pipe or a device may never answer.
+    // Reading a pipe or a device may block for ever.
     if (!QFileInfo(path).isFile())
         return false;
     TDKLang_LangResource file;
@@ -118,7 +118,7 @@ bool TDKLanguageManager::AddLanguageResource(TDKLang_LangResource resource)
     try {
         resource.wLangID = Load(resource, true).LangId();
     } catch (const EDKLangError &) {
-        return false; // what can't be read has no LANGID, and must not keep the others from being found
+        return false; // an unreadable file has no LANGID, and must not prevent others from being found
     }
     if (resource.wLangID == 0)
         return false;
@@ -217,7 +217,7 @@ void TDKLanguageManager::RemoveController(TDKLanguageController *controller)
     m_controllers.removeOne(controller);
 }
 
-/// Where a language comes from; nothing for the default language and for one that is not known.
+/// The source of a language; none for the default language and for an unknown one.
 std::optional<TDKLang_LangResource> TDKLanguageManager::FindResource(quint16 id) const
 {
     const QReadLocker lock(&m_lock);

@@ -76,7 +76,7 @@ QByteArray ReadLangHeader(QIODevice &device)
     constexpr qint64 piece = 64 * 1024, limit = 16 * 1024 * 1024;
     QByteArray header = device.read(piece);
     const Mark *mark = MarkOf(header);
-    // Without a mark the characters may turn out to be others, but lines, blanks and brackets are the same.
+    // Without a mark the encoding may turn out to be another, but lines, blanks and brackets are the same in both.
     QStringDecoder decoder(mark ? mark->encoding : QStringConverter::Utf8);
     SectionFinder finder;
     QByteArrayView unseen = QByteArrayView(header).sliced(mark ? mark->bytes.size() : 0);

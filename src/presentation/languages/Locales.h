@@ -4,7 +4,7 @@
 
 #include <span>
 
-/// One locale identifier of the desktop. The names are UTF-8 and live as long as the program.
+/// One Windows locale identifier. The names are UTF-8 and static.
 struct LocaleRow
 {
     quint16 id;

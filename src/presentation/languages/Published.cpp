@@ -40,7 +40,7 @@ constexpr Renamed renamedProperties[] = {
     {"QComboBox", "items", comboItemsName},
 };
 
-// Strings that are looks, state or the object's own name, not words.
+// String properties that are styles, state or the object's name, not texts.
 constexpr QByteArrayView unpublishedProperties[] = {"objectName", "styleSheet", "currentText", "inputMask"};
 
 /// One property of a class that the walk knows: a text, a nested object or a collection.
@@ -88,7 +88,7 @@ ClassMembers MembersOf(const QMetaObject *meta)
             member.kind = Member::Object;
         else if (!IsText(type) || !property.isWritable())
             continue;
-        // Properties come base first: a class that declares a name again means its own.
+        // Properties come base class first; one that a derived class declares again replaces the base's.
         const auto known = result.byName.constFind(member.name);
         if (known != result.byName.cend()) {
             result.members[*known] = member;
@@ -138,7 +138,7 @@ QAbstractItemModel *ComboModel(const QObject &combo)
     return combo.findChild<QAbstractItemModel *>(QString(), Qt::FindDirectChildrenOnly);
 }
 
-// What has a place of its own in the table is not entered from another component.
+// Components have their own entries in the table and are not entered from another one.
 bool IsComponent(const QObject &object)
 {
     return object.isWidgetType() || object.inherits("QAction") || !object.objectName().isEmpty();
@@ -217,7 +217,7 @@ QString PublishedName(const QList<QByteArray> &classChain, const QByteArray &pro
         const auto *row = rowOf(classChain[level], [&](const Renamed &r) { return r.property == property; });
         if (row == none)
             continue;
-        // A button's caption is its text, so its window title, which nobody sees, has no name.
+        // A button's caption is its text, so its invisible window title is not published.
         for (qsizetype nearer = 0; nearer < level; ++nearer)
             if (rowOf(classChain[nearer], [row](const Renamed &r) { return r.published == row->published; }) != none)
                 return {};
@@ -265,7 +265,7 @@ void PublishedText::Write(const QString &text) const
     }
 }
 
-/// The steps that finding one property and visiting all have in common.
+/// The steps shared by finding one property and visiting all.
 class PublishedWalk
 {
 public:

@@ -8,12 +8,12 @@
 
 #include <functional>
 
-/// Language tables call properties by published names ("Caption", "Hint"), whatever the toolkit calls them ("text",
-/// "windowTitle", "toolTip"). Texts are string properties, lists of strings and the entries of combo boxes; dynamic
-/// properties count like declared ones. Main thread only.
+/// Language tables use published names of properties ("Caption", "Hint") instead of Qt's ("text", "windowTitle",
+/// "toolTip"). Texts are string properties, string lists and the entries of combo boxes; dynamic properties count like
+/// declared ones. Main thread only.
 
 /// The published name of a text property. `classChain` are the object's classes by name, the most derived first.
-/// Empty if the property is not published: the object's name, the toolkit's internal ones, looks, and names that a more
+/// Empty if the property is not published: the object's name, Qt's internal properties, styles, and names that a more
 /// derived class has given to another property.
 QString PublishedName(const QList<QByteArray> &classChain, const QByteArray &property);
 
@@ -25,12 +25,12 @@ public:
 
     PublishedText() = default;
     bool IsValid() const { return m_kind != Kind::None; }
-    /// Whether a window's description would hold the property.
+    /// Whether a .ui file would store the property.
     bool IsStored() const;
-    /// Lines of a list are parted by CR LF; a list with an empty last line ends in one more.
+    /// Lines of a list are separated by CR LF; a list with an empty last line ends in one more.
     QString Read() const;
-    /// Line breaks of a list part its lines; in a string they become LF, which is what controls show as a line break.
-    /// A combo box keeps its choice and tells nobody.
+    /// Line breaks separate the lines of a list; in a string they become LF, which controls show as a line break.
+    /// A combo box keeps its choice and emits no signal.
     void Write(const QString &text) const;
 
 private:
@@ -41,14 +41,14 @@ private:
     QByteArray m_dynamicName;
 };
 
-/// Asked on the way to each property, with its full name and, where it is an object, that object:
-/// false leaves the property and everything below it out.
+/// Called for each property on the path, with its full name and, if it is an object, that object: false excludes the
+/// property and everything below it.
 using PublishedFilter = std::function<bool(const QString &fullName, const QObject *object)>;
 
-/// The text property of a full name, such as "Properties.Items[0].Description"; invalid if there is none or if `filter`
-/// refuses it or what holds it.
+/// The text property of a full name, such as "Properties.Items[0].Description"; invalid if there is none, or if
+/// `filter` excludes it.
 PublishedText FindPublished(QObject *component, const QString &fullName, const PublishedFilter &filter = {});
 
-/// Visits every text property of a component, nested objects and collections included; its name is none of them.
+/// Visits every text property of a component, including nested objects and collections, excluding its name.
 void WalkPublished(QObject *component, const PublishedFilter &filter,
                    const std::function<void(const QString &fullName, const PublishedText &)> &visit);

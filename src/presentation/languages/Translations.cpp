@@ -117,7 +117,7 @@ private:
         }
     }
 
-    // Short lines without end take far more memory than bytes. No language looks like that, so the text is refused.
+    // Very many short lines take far more memory than bytes. No real language looks like that, so the text is rejected.
     void Spend(qsizetype bytes)
     {
         m_budget -= bytes;
@@ -128,21 +128,21 @@ private:
     // What a string takes on the heap, its header and the allocator's included.
     static qsizetype TextBytes(qsizetype units) { return units > 0 ? (2 * units + 41) & ~qsizetype(15) : 0; }
 
-    // By halves: doubling would hold three times the values for a moment.
+    // Grows by half: doubling would briefly take three times the memory.
     static void Grow(TDKLang_CompTranslation::Items &items)
     {
         if (items.size() == items.capacity())
             items.reserve(items.size() + items.size() / 2 + 8);
     }
 
-    // The earliest line is the one to name, and a number may have been doubled before this one.
+    // Names the earliest faulty line: an earlier one may repeat a number.
     [[noreturn]] void Fail(const QString &reason)
     {
         SortSections();
         FailAtLine(m_line, reason);
     }
 
-    // Sorts once at the end: a file in any order costs no more than one that is sorted.
+    // Sorts once at the end, so that an unsorted file costs no more than a sorted one.
     void SortSections()
     {
         qint64 doubledLine = -1;
@@ -170,7 +170,7 @@ private:
             FailAtLine(doubledLine, DuplicateText(doubledId));
     }
 
-    // Cycle by cycle in place, since a copy would hold all values twice.
+    // In place, cycle by cycle, because a copy would double the memory.
     static void Permute(TDKLang_CompTranslation::Items &items, std::vector<quint32> &order)
     {
         for (quint32 first = 0; first < order.size(); ++first) {

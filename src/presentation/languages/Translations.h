@@ -39,7 +39,7 @@ private:
     Items m_items;
 };
 
-/// One language: what a .lng file holds.
+/// One language: the contents of a .lng file.
 class TDKLang_CompTranslations
 {
 public:
@@ -77,8 +77,8 @@ private:
     std::vector<std::unique_ptr<TDKLang_CompTranslation>> m_sections;
 };
 
-/// A value as it stands in a language file: backslash doubled, each line break one "\n", other control characters
-/// as a backslash and two digits.
+/// A value as written in a language file: backslash doubled, each line break one "\n", other control characters as a
+/// backslash and two digits.
 QString EncodeLangValue(const QString &value);
-/// The value that stands in a language file. A backslash that begins no escape stays.
+/// The value of a text in a language file. A backslash that begins no escape stays.
 QString DecodeLangValue(QStringView text);

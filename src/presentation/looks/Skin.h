@@ -6,31 +6,31 @@
 
 #include <array>
 
-/// What a skin colours. In the skin file each has the same name with a small first letter.
+/// The parts that a skin colours. In the skin file they have the same names with a small first letter.
 enum class SkinPart {
-    Window,            ///< ground of windows and panes
+    Window,            ///< background of windows and panes
     WindowText,        ///< captions on it
-    DisabledText,      ///< text and picture of what can't be used, on every ground
-    Base,              ///< ground of edits, lists, trees and grids
+    DisabledText,      ///< text and pictures of disabled controls, on every background
+    Base,              ///< background of edits, lists, trees and grids
     AlternateBase,     ///< every second row of a grid
     Text,              ///< text on Base and AlternateBase
     PlaceholderText,   ///< hint in an empty edit
-    Selection,         ///< ground of the chosen row and of marked text
+    Selection,         ///< background of selected rows and text
     SelectionText,     ///< text on Selection and InactiveSelection
     InactiveSelection, ///< the same while another control has the focus
     RowHover,          ///< row under the mouse, with Text on it
     Link,              ///< links in windows
     Frame,             ///< frames of edits, lists and groups
     GridLine,          ///< lines of a grid
-    FocusRing,         ///< ring around what has the focus, also the default button's frame
-    Bar,               ///< ground of a bar of buttons, with WindowText on it
+    FocusRing,         ///< ring around the focused control, also the default button's frame
+    Bar,               ///< background of a bar of buttons, with WindowText on it
     BarLine,           ///< the line below a bar
     Button,            ///< push buttons, combos, spin buttons, with ButtonText on them
     ButtonText,        ///< text on all four button fills
     ButtonFrame,       ///< frame of a button at rest
-    ButtonHover,       ///< under the mouse; also a flat button's only ground
-    ButtonPressed,     ///< held down, or its menu is open
-    ButtonChecked,     ///< stays down
+    ButtonHover,       ///< under the mouse; the only background of a flat button
+    ButtonPressed,     ///< pressed, or with its menu open
+    ButtonChecked,     ///< checked
     Header,            ///< headers of grids
     HeaderText,        ///< text on Header and HeaderHover
     HeaderHover,       ///< header under the mouse
@@ -43,7 +43,7 @@ enum class SkinPart {
     Tab,               ///< a page's tab, with WindowText on it
     TabActive,         ///< the tab of the page on show, with WindowText on it
     Splitter,          ///< the line between two panes
-    ScrollTrack,       ///< ground of a scroll bar
+    ScrollTrack,       ///< background of a scroll bar
     ScrollThumb,       ///< its thumb
     ScrollThumbHover,  ///< the thumb under the mouse or held
     ToolTip,           ///< tool tips
@@ -56,7 +56,7 @@ enum class SkinPart {
     Count
 };
 
-/// A part's paint: one colour, or a vertical blend of two. 0xAARRGGBB.
+/// A part's fill: one colour, or a vertical gradient of two. 0xAARRGGBB.
 struct SkinFill
 {
     quint32 top = 0;

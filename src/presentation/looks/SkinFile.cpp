@@ -13,7 +13,7 @@ namespace {
 
 QJsonArray ReadObjects(const QString &path)
 {
-    // A pipe would wait for its writer; and for a folder the toolkit has words of its own.
+    // Opening a pipe would block; for a folder Qt's own message differs from the system's.
     if (const QFileInfo info(path); info.exists() && !info.isFile())
         throw SkinFileError(u"%1: %2"_s.arg(path, qt_error_string(info.isDir() ? EISDIR : EINVAL)));
     QFile file(path);

@@ -10,7 +10,7 @@
 
 /// A skin file is one JSON document, described in docs/skins.md, that holds any number of whole skins.
 
-/// The file can't be opened. Text() names it and says why, in the system's words.
+/// The file can't be opened. Text() names it and gives the system's message.
 class SkinFileError : public std::runtime_error
 {
 public:
@@ -21,9 +21,9 @@ private:
     QString m_text;
 };
 
-/// The names of a file's skins in the file's order. Content that can't be read holds none. Throws SkinFileError.
+/// The names of a file's skins in the file's order; none if its content is invalid. Throws SkinFileError.
 QStringList SkinNames(const QString &path);
 
-/// The skin of that name; the first one where a file has it twice. None where the file has no such skin or its content
-/// can't be read. A picture that is none is left out. Throws SkinFileError.
+/// The skin of that name, the first one if there are two. None if the file has no such skin or is invalid. Ignores
+/// invalid pictures. Throws SkinFileError.
 std::optional<Skin> LoadSkin(const QString &path, const QString &name);

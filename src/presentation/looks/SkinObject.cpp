@@ -85,8 +85,8 @@ int Limited(const QJsonValue &value, int least, int most, int usual)
     return value.isDouble() ? static_cast<int>(std::lround(std::clamp<double>(value.toDouble(), least, most))) : usual;
 }
 
-/// What a small drawing is made of. Whatever repeats, moves, styles, scripts or includes is not among it: a picture
-/// must cost no more than its bytes say.
+/// The elements of a simple drawing. None of them repeats, animates, styles, scripts or includes: the cost of a picture
+/// must be bounded by its size.
 bool IsDrawingElement(QStringView name)
 {
     constexpr QStringView known[] = {u"svg",      u"g",       u"path",  u"rect", u"circle",         u"ellipse",
@@ -142,7 +142,7 @@ std::optional<QJsonArray> SkinObjects(const QByteArray &bytes, QString *problem)
             *problem = text;
         return std::nullopt;
     };
-    const QByteArray mark = QByteArrayLiteral("\xEF\xBB\xBF"); // editors put it in front
+    const QByteArray mark = QByteArrayLiteral("\xEF\xBB\xBF"); // some editors write it
     QJsonParseError error;
     const QJsonDocument document =
         QJsonDocument::fromJson(bytes.startsWith(mark) ? bytes.mid(mark.size()) : bytes, &error);
@@ -223,7 +223,7 @@ QString PictureProblem(const QByteArray &svg)
     int depth = 0;
     while (!reader.atEnd()) {
         const QXmlStreamReader::TokenType token = reader.readNext();
-        // Entities grow, and instructions name style sheets.
+        // Entities can expand without bound, and instructions can refer to style sheets.
         if (token == QXmlStreamReader::DTD || token == QXmlStreamReader::ProcessingInstruction)
             return u"declarations and instructions are not allowed"_s;
         if (token == QXmlStreamReader::EndElement)

@@ -10,11 +10,11 @@
 #include <span>
 #include <string_view>
 
-/// The content of a skin file, shared by the program that reads it and the tool that makes and checks it.
+/// The content of a skin file, for the program that reads it and the tool that makes and checks it.
 
 inline constexpr char16_t SkinFileFormat[] = u"lumivara-skins";
 inline constexpr int SkinFileVersion = 1;
-/// Larger files are not read at all.
+/// Larger files are not read.
 inline constexpr qint64 MaxSkinFileBytes = 16 * 1024 * 1024;
 inline constexpr qsizetype MaxPictureBytes = 64 * 1024;
 
@@ -31,7 +31,7 @@ struct SkinPartRow
 std::span<const SkinPartRow> SkinPartRows();
 QString SkinPartName(SkinPart part);
 
-/// The objects of a file's skins; none, and why in `problem`, for what is no skin file of this version.
+/// The objects of a file's skins; none, with the reason in `problem`, if it is not a skin file of this version.
 std::optional<QJsonArray> SkinObjects(const QByteArray &bytes, QString *problem = nullptr);
 
 /// A name for combo box and settings: 1 to 64 printable characters without blanks around.
@@ -49,5 +49,5 @@ std::optional<SkinFill> ReadPartFill(const QJsonObject &colours, QStringView par
 /// left out.
 std::optional<Skin> ReadSkin(const QJsonObject &object);
 
-/// Why a picture can't be shown: not well-formed, no drawing, or one that leads elsewhere. Empty for a good one.
+/// Why a picture can't be shown: malformed, not a simple drawing, or with references. Empty for a valid one.
 QString PictureProblem(const QByteArray &svg);

@@ -11,15 +11,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Rows that a walk through all of them asks for at once.
+/// Rows that a walk through all rows fetches at once.
 constexpr int RowsAtOnce = 64;
 
 } // namespace
 
-// The protocol between a dataset and its kinds. DoOpen readies the rows and may add fields; DoFetch then appends
-// some rows at a time. Rows are known by their index, so DoInsertRow appends, DoUpdateRow replaces and DoDeleteRow
-// takes out, and each does so only after the store has taken the change. The values handed over hold an UnreadBlob
-// where the edit did not touch a blob. The base class does all counting, moving and telling.
+// The protocol between TDataSet and its subclasses. DoOpen prepares the rows and may add fields; DoFetch then appends
+// some rows at a time. Rows are identified by their index: DoInsertRow appends, DoUpdateRow replaces and DoDeleteRow
+// removes one, each only after the change is stored. The values passed to them have an UnreadBlob for each blob that
+// the edit did not touch. The base class does all counting, moving and notifying.
 
 TDataSet::TDataSet(QObject *owner) : QObject(owner) {}
 
@@ -269,7 +269,7 @@ void TDataSet::Insert()
         EndEdit();
         throw;
     }
-    m_modified = false; // what the handler filled in is no work of the user's
+    m_modified = false; // values set by the handler are not an edit of the user's
     Notify(TDataSource::Event::State);
 }
 
@@ -311,7 +311,7 @@ void TDataSet::Post()
         return;
     Call(BeforePost);
     if (m_state == DataSetState::Insert) {
-        FetchAll(); // else the rest of the cursor might bring the new row a second time
+        FetchAll(); // otherwise the cursor might return the new row again
         DoInsertRow(m_editBuffer);
         m_current = m_rowCount++;
     } else if (m_state == DataSetState::Edit) {

@@ -16,12 +16,12 @@ enum class LocateOption { CaseInsensitive = 1, PartialKey = 2 };
 Q_DECLARE_FLAGS(LocateOptions, LocateOption)
 Q_DECLARE_OPERATORS_FOR_FLAGS(LocateOptions)
 
-/// Stands among pending values for a blob that the edit has not touched.
+/// Placeholder among pending values for a blob that the edit has not touched.
 struct UnreadBlob
 {};
 Q_DECLARE_METATYPE(UnreadBlob)
 
-/// What Locate looks for, converted once and not for each row.
+/// The value that Locate looks for, converted once and not for each row.
 struct LocateKey
 {
     LocateKey(const QVariant &value, LocateOptions options);
@@ -35,9 +35,9 @@ struct LocateKey
     QByteArray utf8;
 };
 
-/// Rows with a cursor: what TpFIBDataSet (a statement) and TdxMemData (a table in memory) have in common, and all that
-/// data sources and bound controls know. Rows are counted from 0. Main thread only. Events are plain callbacks: what
-/// they throw passes through the call that triggered them.
+/// Rows with a cursor: the base of TpFIBDataSet (a statement) and TdxMemData (a table in memory), and the interface for
+/// data sources and bound controls. Rows are counted from 0. Main thread only. Events are plain callbacks: their
+/// exceptions pass through the call that triggered them.
 class TDataSet : public QObject
 {
     Q_OBJECT
@@ -62,7 +62,7 @@ public:
     DataSetState State() const { return m_state; }
     /// Opens on the first row; nothing happens if open. Throws DatabaseError, and the dataset stays closed.
     void Open();
-    /// Drops a pending edit without a question; nothing happens if closed. Rows and field values are gone.
+    /// Drops a pending edit without asking, and all rows and field values. Does nothing if closed.
     void Close();
 
     /// Index of the current row, -1 if there is none.
@@ -76,7 +76,7 @@ public:
     Q_INVOKABLE void Last();
     Q_INVOKABLE void Next();
     Q_INVOKABLE void Prior();
-    /// Moves the cursor to a row by index, fetching up to it; clamps to the rows there are.
+    /// Moves the cursor to a row by index, fetching up to it; clamps to the existing rows.
     Q_INVOKABLE void MoveTo(int row);
     /// Fetches the remaining rows, without moving.
     void FetchAll();
@@ -85,8 +85,8 @@ public:
     bool AllFetched() const { return m_allFetched; }
 
     /// Moves to the first row whose field equals the value; with no options the comparison is exact.
-    /// False, and the current row stays, if there is none. Nobody is told when the cursor stands there already. Throws
-    /// if the field does not exist.
+    /// False, and the current row stays, if there is none. Sends no event if the cursor is there already. Throws if the
+    /// field does not exist.
     bool Locate(const QString &field, const QVariant &value, LocateOptions options = {});
     Q_INVOKABLE bool LocateExact(const QString &field, const QVariant &value) { return Locate(field, value); }
 
@@ -100,19 +100,19 @@ public:
     void Delete();
     bool Modified() const { return m_modified; }
 
-    /// Nestable. While off, data sources and their controls hear nothing; the last EnableControls tells them once.
+    /// Nestable. While disabled, data sources and their controls get no events; the last EnableControls sends one.
     void DisableControls();
     void EnableControls();
     bool ControlsDisabled() const { return m_controlsDisabled > 0; }
-    /// Nestable. While off, AfterScroll is not called.
+    /// Nestable. While disabled, AfterScroll is not called.
     void DisableScrollEvents();
     void EnableScrollEvents();
 
-    /// A value of any fetched row, the cursor staying where it is. A blob is read from the engine here.
+    /// A value of any fetched row, without moving the cursor. Reads a blob from the database.
     virtual QVariant ValueAt(int row, int field) const = 0;
     /// Text of a wide string or number of any fetched row, without OnGetText.
     virtual QString TextAt(int row, int field) const;
-    /// What a control shows for any fetched row, OnGetText included (it then sees that row as current).
+    /// The text that a control shows for any fetched row; calls OnGetText with that row as the current one.
     QString DisplayTextAt(int row, int field);
 
     std::function<void()> BeforeOpen, AfterOpen, BeforeClose, AfterClose, OnNewRecord, BeforePost, AfterPost,
@@ -121,10 +121,10 @@ public:
 protected:
     friend class TField;
     friend class TDataSource;
-    // What a kind of dataset supplies. See DataSet.cpp for the protocol.
+    // Implemented by subclasses. DataSet.cpp describes the protocol.
     virtual void DoOpen() = 0;
     virtual void DoClose() = 0;
-    /// Fetches up to `most` rows, at least one, and appends them. Their number; 0 at the end.
+    /// Fetches and appends one to `most` rows. Returns their number; 0 at the end.
     virtual int DoFetch(int most) = 0;
     virtual void DoInsertRow(const QList<QVariant> &values) = 0;
     virtual void DoUpdateRow(int row, const QList<QVariant> &values, const QList<QVariant> &oldValues) = 0;
@@ -132,7 +132,7 @@ protected:
     virtual QVariant DoOldValue(int field) const;
     virtual bool DoRowMatches(int row, int field, const LocateKey &key) const;
 
-    /// Ends an edit as a move does: posts a modified row, cancels an unmodified one. Throws if closed.
+    /// Ends an edit as before a move: posts a modified row, cancels an unmodified one. Throws if closed.
     void CheckBrowse();
     void NeedActive() const;
     /// Makes the first row the current one after the rows were replaced.
@@ -162,7 +162,7 @@ private:
     static void Call(const std::function<void()> &event);
     void Forget();
     void GoTo(int row);
-    /// Fetches up to `most` rows more; false if there are none.
+    /// Fetches up to `most` more rows; false if there are none.
     bool FetchSome(int most);
     void EndEdit();
     void SetPendingValue(int field, const QVariant &value);

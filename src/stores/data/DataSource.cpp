@@ -39,8 +39,8 @@ void TDataSource::RemoveLink(DataLink *link)
 
 void TDataSource::Notify(Event event)
 {
-    // A listener may remove links, close the dataset or fail; the others hear of the event all the same, and the first
-    // failure goes on to whoever caused the event.
+    // A listener may remove links, close the dataset or throw. The others still get the event, and the first exception
+    // is passed on to the event's cause.
     const QPointer<TDataSource> self(this);
     std::exception_ptr failure;
     const auto guarded = [&failure](auto &&call) {

@@ -9,24 +9,24 @@
 class TDataSet;
 class TField;
 
-/// What a bound control hears of its dataset, through a data source. Calls come on the main thread, in the order in
-/// which the links were added. A link removes itself before it dies.
+/// The events of a dataset, delivered to a bound control through a data source. Calls are on the main thread, in the
+/// order in which the links were added. A link must remove itself before it is destroyed.
 class DataLink
 {
 public:
     virtual ~DataLink() = default;
     /// The dataset opened or closed.
     virtual void ActiveChanged() {}
-    /// Rows came, went or may all have changed; the cursor may stand elsewhere.
+    /// Rows were added or removed, or all may have changed; the cursor may have moved.
     virtual void DataSetChanged() {}
-    /// The current row is another one.
+    /// The cursor has moved to another row.
     virtual void DataSetScrolled() {}
     /// A value of the current row changed, or its edit state.
     virtual void RecordChanged() {}
 };
 
-/// Joins a dataset to its detail datasets, to bound controls and to one handler. Borrows the dataset, which forgets it
-/// or is forgotten when either dies.
+/// Connects a dataset to its detail datasets, to bound controls and to one handler. Borrows the dataset; destroying
+/// either disconnects them.
 class TDataSource : public QObject
 {
     Q_OBJECT
@@ -40,10 +40,10 @@ public:
     void AddLink(DataLink *link);
     void RemoveLink(DataLink *link);
 
-    /// When the dataset opens, when the current row changes, on a refresh and when a value changes. Called after the
-    /// links, so that details already stand on the new row.
+    /// Called when the dataset opens, the current row changes, on a refresh and when a value changes. Called after the
+    /// links, so that details are at the new row already.
     std::function<void()> OnDataChange;
-    /// When the dataset's state changes.
+    /// Called when the dataset's state changes.
     std::function<void()> OnStateChange;
 
     enum class Event { Active, DataSet, Scroll, Record, State };
@@ -56,7 +56,7 @@ private:
     QList<DataLink *> m_links;
 };
 
-/// A link that keeps its place at one data source, and leaves it when it dies. Borrows the data source, which may die
+/// A link that registers with one data source, until its destruction. Borrows the data source, which may be destroyed
 /// first.
 class SourceLink : public DataLink
 {
@@ -67,7 +67,7 @@ public:
     SourceLink &operator=(const SourceLink &) = delete;
 
     TDataSource *DataSource() const { return m_dataSource; }
-    /// Leaves the data source that it was at; null for none.
+    /// Replaces the data source; null for none.
     void SetDataSource(TDataSource *dataSource);
     /// The dataset, open or not; null if there is none.
     TDataSet *DataSet() const { return m_dataSource ? m_dataSource->DataSet() : nullptr; }

@@ -34,10 +34,10 @@ struct TpFIBDataSet::Cursor
     QList<QVariant> boundValues;
     size_t declaredFields = 0;
     bool hasDynamicFields = false;
-    std::vector<unsigned char> messages; ///< room for those fetched at once
-    std::exception_ptr failure;          ///< met behind rows that were fetched with it
+    std::vector<unsigned char> messages; ///< buffer for the rows fetched at once
+    std::exception_ptr failure;          ///< thrown after the rows that were fetched before it
 
-    /// The statement of that text, prepared before or now.
+    /// The statement of that text, prepared now if necessary.
     Statement &Prepared(const QString &sql)
     {
         std::unique_ptr<Statement> &place = changes[sql];
@@ -141,7 +141,7 @@ void TpFIBDataSet::DoOpen()
     m_cursor->rows.Clear(select->Columns());
     m_cursor->failure = nullptr;
     m_cursor->boundValues = SelectValues();
-    // Without a cursor there is nothing to fetch: a detail without its master, or a text that no row can hold.
+    // Without a cursor there are no rows: a detail without its master, or a text too long for any row.
     if (!MasterIsMissing())
         select->OpenCursor(m_cursor->transaction, m_cursor->boundValues);
 }
@@ -169,7 +169,7 @@ void TpFIBDataSet::MatchFieldsToColumns()
         if (!match(*m_fields[i]))
             throw DatabaseError(u"%1: field \"%2\" not found"_s.arg(objectName(), m_fields[i]->FieldName()));
     }
-    // Fields made for the last statement stay the same objects while they still fit.
+    // Fields made for the last statement are kept as long as they fit.
     size_t kept = m_cursor->declaredFields;
     for (; kept < m_fields.size(); ++kept) {
         if (!match(*m_fields[kept]))
@@ -205,7 +205,7 @@ int TpFIBDataSet::DoFetch(int most)
     Statement &select = *m_cursor->select;
     if (m_cursor->failure)
         std::rethrow_exception(std::exchange(m_cursor->failure, nullptr));
-    // The engine's code and ours drive each other out of the processor's caches at each change from one to the other.
+    // Firebird's code and ours evict each other from the processor's caches at each switch.
     constexpr qsizetype mostBytes = 1 << 16;
     const qsizetype size = select.MessageSize();
     const int count = static_cast<int>(std::clamp<qsizetype>(mostBytes / std::max<qsizetype>(size, 1), 1, most));
@@ -218,7 +218,7 @@ int TpFIBDataSet::DoFetch(int most)
     } catch (const DatabaseError &) {
         if (fetched == 0)
             throw;
-        // Behind the rows that came before it.
+        // Reported after the rows before it.
         m_cursor->failure = std::current_exception();
     }
     for (const unsigned char *message = m_cursor->messages.data(); message < end; message += size)
@@ -339,7 +339,7 @@ void TpFIBDataSet::FullRefresh()
 
 void TpFIBDataSet::BlobInto(int row, int field, QByteArray &buffer) const
 {
-    buffer.resize(0); // keeps what it has reserved
+    buffer.resize(0); // keeps its capacity
     if (row < 0 || row >= m_cursor->rows.Count())
         return;
     const int column = m_cursor->columnOfField[static_cast<size_t>(field)];
@@ -437,7 +437,7 @@ void TpFIBDataSet::Change(const QStringList &sql, const QList<QVariant> &values,
             if (!field)
                 throw DatabaseError(u"%1: no field for parameter \"%2\""_s.arg(objectName(), name));
             QVariant value = (old ? oldValues : values).at(field->Index());
-            // An untouched blob stays where it is: its id is enough.
+            // An untouched blob is not written again; its id is enough.
             if (value.canConvert<UnreadBlob>())
                 value = m_cursor->rows.Value(m_current, m_cursor->columnOfField[static_cast<size_t>(field->Index())]);
             bound.append(value);
@@ -450,17 +450,17 @@ void TpFIBDataSet::Change(const QStringList &sql, const QList<QVariant> &values,
                 u"%1: %2 records have the key of this one, nothing was stored"_s.arg(objectName()).arg(changed));
         }
         if (m_autoCommit) {
-            // Once more, as close to the write as can be.
+            // Again, as close to the write as possible.
             m_database->CheckFileInPlace();
             transaction->CommitRetaining();
         }
     } catch (...) {
         if (m_autoCommit) {
-            // A transaction whose commit failed refuses everything until it is rolled back.
+            // After a failed commit the transaction rejects everything until it is rolled back.
             try {
                 transaction->RollbackRetaining();
             } catch (const std::exception &) {
-                // The first failure is the one to tell.
+                // The first failure is the one to report.
             }
         }
         throw;
@@ -502,7 +502,7 @@ void TpFIBDataSet::LockOldRow(const QList<QVariant> &oldValues)
 
 void TpFIBDataSet::RefuseUnstorableText(const QList<QVariant> &values) const
 {
-    // Over this connection a character above U+FFFF is garbled on its way into a column of another character set.
+    // On this connection a character above U+FFFF is garbled when stored in a column of another character set.
     for (const std::unique_ptr<TField> &field : m_fields) {
         const QVariant &value = values.at(field->Index());
         if (field->Type() != FieldType::WideString || !HoldsSurrogates(value.toString()))
@@ -530,7 +530,7 @@ bool TpFIBDataSet::ReadBack(const QList<QVariant> &values)
 {
     const QString sql = m_refreshSQL.join(u'\n');
     const QStringList names = ToPositional(sql).names;
-    // Without the key of the old row such a statement names no single row.
+    // Without the old row's key the statement does not identify one row.
     if (std::none_of(names.begin(), names.end(), [](const QString &name) { return name.startsWith(OldPrefix); }))
         return false;
     try {
@@ -551,7 +551,7 @@ bool TpFIBDataSet::ReadBack(const QList<QVariant> &values)
         refresh.CloseCursor();
         return found;
     } catch (const DatabaseError &) {
-        return false; // the row is stored; showing what was sent is as good as can be
+        return false; // the row is stored; the sent values are the best to show
     }
 }
 

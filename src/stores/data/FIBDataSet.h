@@ -10,7 +10,7 @@
 
 struct BlobId;
 
-/// A parameter of a select. Its value is set before Open() and stays for the next one.
+/// A parameter of a select. Its value is set before Open() and kept for the next Open().
 class TParam
 {
 public:
@@ -44,18 +44,18 @@ public:
     QStringList &UpdateSQL() { return m_updateSQL; }
     QStringList &DeleteSQL() { return m_deleteSQL; }
     /// A select that finds and locks the row before it is updated or deleted, by its `:OLD_` values and in the same
-    /// transaction. Its columns must hold what the fields of the same names held when the row was read; else, or if it
-    /// finds no row, the change fails. Empty: no such test.
+    /// transaction. The change fails if it finds no row, or if a column differs from the field of the same name as it
+    /// was read. Empty: no such test.
     QStringList &LockSQL() { return m_lockSQL; }
 
     TpFIBDatabase *Database() const;
     void SetDatabase(TpFIBDatabase *database);
-    /// The database's default transaction where none is set.
+    /// The transaction; by default the database's.
     TpFIBTransaction *Transaction() const;
     void SetTransaction(TpFIBTransaction *transaction);
     TDataSource *DataSource() const;
     void SetDataSource(TDataSource *master);
-    /// With it on each Post and Delete is committed at once, retaining the transaction and all open cursors.
+    /// If true, each Post and Delete is committed at once, retaining the transaction and all open cursors.
     bool AutoCommit() const { return m_autoCommit; }
     void SetAutoCommit(bool on) { m_autoCommit = on; }
 
@@ -63,12 +63,12 @@ public:
     TParam &ParamByName(const QString &name);
 
     /// Runs the select again and stays on the current record if it still exists (by the `:OLD_` columns of the refresh
-    /// statement, else by every field but blobs), else on the row of the same number. Data sources hear of it.
+    /// statement, else by every field but blobs), else on the row of the same number. Notifies data sources.
     void FullRefresh();
 
     QVariant ValueAt(int row, int field) const override;
     QString TextAt(int row, int field) const override;
-    /// Puts a blob's bytes into a buffer of the caller, whose memory is used again where it suffices; for scans.
+    /// Reads a blob into the caller's buffer and reuses its memory if it suffices; for scans.
     void BlobInto(int row, int field, QByteArray &buffer) const;
 
 protected:
@@ -91,13 +91,13 @@ private:
     /// Runs the select again for a changed master or a refresh; the rows are gone if that fails.
     void Rerun();
     void FollowMaster(bool onlyIfValuesChanged);
-    /// Runs a statement that must change a row, and commits or rolls back as AutoCommit asks.
+    /// Runs a statement that must change a row; with AutoCommit commits, or rolls back after a failure.
     void Change(const QStringList &sql, const QList<QVariant> &values, const QList<QVariant> &oldValues);
-    /// Makes sure that the row is still the one that was read, and that nobody changes it before this does.
+    /// Checks that the row is still as it was read, and locks it against others.
     void LockOldRow(const QList<QVariant> &oldValues);
     [[noreturn]] void ThrowChangedElsewhere() const;
     void RefuseUnstorableText(const QList<QVariant> &values) const;
-    /// The posted row as the database holds it, into the engine's message; false if there is no way to tell.
+    /// Reads the posted row back into the message buffer; false if it can't be identified.
     bool ReadBack(const QList<QVariant> &values);
     QList<QVariant> ByColumn(const QList<QVariant> &values, int row) const;
     QList<int> KeyFields() const;

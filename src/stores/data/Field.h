@@ -14,7 +14,7 @@ class TDataSet;
 
 /// One column of a dataset, its value that of the current row. Owned by its dataset and named like a control
 /// (dataset name and field name by default). A text column holds characters, a blob the bytes as stored; a blob is
-/// read from the engine when a value is asked for, not before.
+/// read only when its value is asked for.
 class TField : public QObject
 {
     Q_OBJECT
@@ -50,7 +50,7 @@ public:
     QVariant Value() const;
     /// The value the row had when it was read, before the edit.
     QVariant OldValue() const;
-    /// What a control shows: OnGetText's answer where there is one, else AsString().
+    /// The text that a control shows: OnGetText's if it is set, else AsString().
     QString DisplayText() const;
 
     /// Setters need the dataset in edit or insert state, else they throw. A string longer than Size() throws.
@@ -61,11 +61,11 @@ public:
     void SetValue(const QVariant &value);
     void Clear() { SetValue(QVariant()); }
 
-    /// Replaces what controls display; called with the dataset on the row in question.
+    /// Replaces the text that controls show; called with the dataset at that row.
     std::function<QString(const TField &)> OnGetText;
 
 private:
-    /// The value as this type of field keeps it. Throws DatabaseError if it cannot be one.
+    /// The value converted to this type of field. Throws DatabaseError if that is impossible.
     QVariant Converted(const QVariant &value) const;
     QVariant ConvertedNumber(const QVariant &value) const;
 

@@ -30,13 +30,13 @@ QStringList Threads()
     return QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
 }
 
-/// The thread that the engine has just started for a task. It outlives a failure that it has told, and the engine must
-/// not end under it. Where the system does not tell of threads there is nothing to wait for.
+/// The thread that Firebird has just started for a task. It goes on after reporting a failure, and Firebird must not be
+/// shut down before it ends. If the system does not list threads, there is nothing to wait for.
 class TaskThread
 {
 public:
     TaskThread() : m_before(Threads()) {}
-    /// Right after the start, before the task's thread has begun others, which stay.
+    /// Call right after the start, before the task's thread starts others, which stay.
     void Started()
     {
         for (const QString &thread : Threads()) {
@@ -59,7 +59,7 @@ private:
     QList<int> m_numbers;
 };
 
-/// One task of the engine, from its start to its end.
+/// One Firebird service task, from its start to its end.
 class ServiceTask
 {
 public:
@@ -75,7 +75,7 @@ public:
     }
     void Set(unsigned char tag, int value) { m_start->insertInt(m_client.Status(), tag, value); }
 
-    /// Gives what the task says, line by line. Throws what the engine raises.
+    /// Runs the task and returns its output, line by line. Throws Firebird's errors.
     QStringList Run()
     {
         EngineStatus *status = m_client.Status();
@@ -104,11 +104,11 @@ private:
         try {
             service->detach(FirebirdClient::Instance().Status());
         } catch (const std::exception &) {
-            service->release(); // what failed before is the thing to tell
+            service->release(); // an earlier failure is the one to report
         }
         thread.Wait();
     }
-    /// Waits for the end of the task; gives what it said.
+    /// Waits for the end of the task and returns its output.
     static QStringList Listen(Firebird::IService *service)
     {
         EngineStatus *status = FirebirdClient::Instance().Status();
@@ -136,8 +136,8 @@ FirebirdClient &Ready(const QString &libraryName, const QString &database)
     return client;
 }
 
-/// Runs a task that must say its last words: where a file ends early or the disk is full it may end without a failure.
-/// Lock files that it made are every user's, whether it succeeded or not.
+/// Runs a task and requires its last output line: with a truncated file or a full disk it may end without an error.
+/// In any case opens the lock files that it made to every user.
 void RunToItsEnd(FirebirdClient &client, ServiceTask &task, QLatin1StringView lastWords)
 {
     QStringList said;
@@ -161,7 +161,7 @@ void BackupService::Backup(const QString &database, const QString &backup) const
     ServiceTask task(client, isc_action_svc_backup);
     task.Set(isc_spb_dbname, database);
     task.Set(isc_spb_bkp_file, backup);
-    // Collecting garbage on the way would write into the file of somebody at work.
+    // Garbage collection would write to a file that another process is using.
     task.Set(isc_spb_options, isc_spb_bkp_no_garbage_collect);
     RunToItsEnd(client, task, "closing file, committing, and finishing"_L1);
 }

@@ -2,18 +2,17 @@
 
 #include <QString>
 
-/// The engine's own backup and restore. They run inside this process and beside whoever has the database open; a backup
-/// is the state of one moment. Failures are thrown as DatabaseError, and what was written until then stays behind.
+/// Firebird's own backup and restore. They run inside this process, even while others have the database open; a backup
+/// is a consistent snapshot. Throw DatabaseError, and leave a partly written file behind.
 class BackupService
 {
 public:
     /// Full path of the client library.
     explicit BackupService(QString libraryName) : m_libraryName(std::move(libraryName)) {}
 
-    /// Writes `database` to the file `backup`, over one that exists.
+    /// Writes `database` to the file `backup`; an existing one is overwritten.
     void Backup(const QString &database, const QString &backup) const;
-    /// Makes the new file `database` out of `backup`. Throws if it exists. The engine may take the beginning of a
-    /// backup for a whole one.
+    /// Makes the new file `database` from `backup`. Throws if it exists. Firebird may accept a truncated backup.
     void Restore(const QString &backup, const QString &database) const;
 
 private:

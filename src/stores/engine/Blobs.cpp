@@ -7,7 +7,7 @@ namespace {
 /// The largest segment. With segments of 80 bytes reading takes twenty times as long.
 constexpr qsizetype SegmentSize = 65535;
 
-/// Closes a blob at the end of a block; what is not finished by then is given up.
+/// Closes a blob at the end of a block; an unfinished one is cancelled.
 class OpenBlob
 {
 public:

@@ -79,8 +79,8 @@ std::shared_ptr<TpFIBDatabase::Handle> Adopt(Firebird::IAttachment *attachment, 
     return handle;
 }
 
-/// Gives back the signals that the engine takes for itself: on one of them it shuts down inside a program that goes on
-/// without it, where the reader or the end of the session asked the program to end. One that comes meanwhile waits.
+/// Restores the signal handlers that Firebird replaces: on a signal it would shut down by itself, but the program,
+/// asked to end by the reader or the session, would go on without it. Signals that arrive meanwhile wait.
 class SignalKeeper
 {
 public:
@@ -109,8 +109,8 @@ private:
     sigset_t m_mask{};
 };
 
-/// Runs what makes an attachment. The engine makes its lock files before it knows whether it can open the database, so
-/// they are settled after a failure, too: nobody else could start otherwise, not even once the file is there.
+/// Runs an action that attaches. Firebird makes its lock files before it knows whether it can open the database, so
+/// they are settled after a failure, too: otherwise no other user could ever start.
 template <typename Action>
 Firebird::IAttachment *MakeAttachment(Action action)
 {
@@ -123,7 +123,7 @@ Firebird::IAttachment *MakeAttachment(Action action)
             return action();
         } catch (const DatabaseError &error) {
             client.SettleLockFiles();
-            // Another user's copy that starts at this moment has made a lock file and not yet opened it to us.
+            // Another user's copy, starting right now, has made a lock file and not opened it to others yet.
             if (tries == mostTries || !error.Text().contains(client.LockFolder() + u'/'))
                 throw;
         }
@@ -136,7 +136,7 @@ std::shared_ptr<TpFIBDatabase::Handle> Attach(const TpFIBDatabase &database, Par
     FirebirdClient &client = FirebirdClient::Instance();
     client.PrepareLockFolder();
     EngineStatus *status = client.Status();
-    // Asked before: a file put there meanwhile is then taken for another one, and never the other way round.
+    // Determined before the attach, so that a file replaced meanwhile counts as another one, never as the same.
     const FileIdentity file = FileIdentity::Of(database.DBName());
     return Adopt(MakeAttachment([&] {
                      return client.Provider()->attachDatabase(status, database.DBName().toUtf8().constData(),
@@ -152,7 +152,7 @@ TpFIBDatabase::Handle::~Handle()
     try {
         Detach();
     } catch (const std::exception &) {
-        // Nobody is left to tell, and the process loses nothing but the engine's goodbye.
+        // There is no caller to report to, and only the clean detach is lost.
     }
 }
 
@@ -165,7 +165,7 @@ void TpFIBDatabase::Handle::Detach()
         try {
             last->Rollback();
         } catch (const DatabaseError &) {
-            // Detaching ends what the rollback could not.
+            // Detaching ends the transaction even if the rollback failed.
         }
     }
     Firebird::IAttachment *leaving = std::exchange(attachment, nullptr);
@@ -241,7 +241,7 @@ void TpFIBDatabase::SetReadOnlyMode(bool on)
 {
     Attachment();
     SetConnected(false);
-    // The mode is set by an attachment that is alone with the file.
+    // Setting the mode needs the only attachment to the file.
     ParameterBlock block = ConnectBlock(*this, m_dbParams);
     block->insertInt(FirebirdClient::Instance().Status(), isc_dpb_set_db_readonly, on ? 1 : 0);
     m_handle = Attach(*this, std::move(block));

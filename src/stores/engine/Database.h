@@ -10,8 +10,8 @@
 class TpFIBTransaction;
 
 /// A connection to one Firebird file by local path. Setting Connected attaches and detaches.
-/// Owns the attachment; transactions and datasets borrow it. Main thread only. Every call that reaches the engine
-/// throws DatabaseError with the engine's text.
+/// Owns the attachment; transactions and datasets borrow it. Main thread only. Every call that reaches Firebird throws
+/// DatabaseError with Firebird's text.
 class TpFIBDatabase : public QObject
 {
     Q_OBJECT
@@ -27,8 +27,7 @@ public:
     QStringList &DBParams() { return m_dbParams; }
     int SQLDialect() const { return m_sqlDialect; }
     void SetSQLDialect(int dialect) { m_sqlDialect = dialect; }
-    /// Pages of the file that the engine keeps in memory at most, taken as they are read; 0 leaves it to the engine,
-    /// which keeps 256. Counts from the next connection on.
+    /// Pages of the file that Firebird caches at most; 0 for its default of 256. Takes effect at the next connection.
     int CachePages() const { return m_cachePages; }
     void SetCachePages(int count) { m_cachePages = count; }
     /// Full path of the client library; loaded once per process.
@@ -40,26 +39,26 @@ public:
     bool Connected() const;
     void SetConnected(bool connected);
     /// Makes a new file at DBName (page size in bytes) and attaches to it. Throws if the file exists. Without forced
-    /// writes the engine does not wait for the disk at each of them: right for a file that nobody uses before it was
-    /// brought to the disk as a whole. Tools and tests.
+    /// writes Firebird does not wait for the disk, which is fine for a file that is not used before it is synced as a
+    /// whole. For tools and tests.
     void CreateDatabase(int pageSize = 16384, bool forcedWrites = true);
     /// Turns the attached file's read-only mode on or off; needs to be the only attachment. Its transactions
     /// end. Tools.
     void SetReadOnlyMode(bool on);
 
-    /// Throws unless the path still leads to the file that was attached, and that may be written. The engine itself
-    /// goes on writing into a file that was renamed, replaced or deleted, and says that all is well.
+    /// Throws unless the path still leads to the attached file, and that is writable. Firebird itself goes on writing
+    /// to a renamed, replaced or deleted file without an error.
     void CheckFileInPlace() const;
 
     TpFIBTransaction *DefaultTransaction() const;
     void SetDefaultTransaction(TpFIBTransaction *transaction);
 
     struct Handle;
-    /// The engine's side, for the classes of this layer. Throws DatabaseError when not connected.
+    /// Firebird's object, for the classes of this layer. Throws DatabaseError if not connected.
     const std::shared_ptr<Handle> &Attachment() const;
 
-    /// Replaces the lock folder ("lock" beside the first database opened) for this process; call before the first
-    /// connection. Every process that opens a database must use the same folder, or rows get lost.
+    /// Replaces the lock folder ("lock" beside the first opened database) for this process; call before the first
+    /// connection. All processes that open a database must use the same folder, or rows get lost.
     static void SetLockFolder(const QString &folder);
 
 private:
@@ -86,7 +85,7 @@ public:
 
     TpFIBDatabase *DefaultDatabase() const { return m_database; }
     void SetDefaultDatabase(TpFIBDatabase *database) { m_database = database; }
-    /// Words of the parameter block: "write", "isc_tpb_nowait", "read_committed", "rec_version" (the default).
+    /// Items of the parameter block: "write", "isc_tpb_nowait", "read_committed", "rec_version" (the default).
     QStringList &TRParams() { return m_trParams; }
     /// Kept for completeness: no time-out is ever set.
     TimeoutActionKind TimeoutAction = TimeoutActionKind::TARollback;
@@ -100,7 +99,7 @@ public:
     void RollbackRetaining();
 
     struct Handle;
-    /// The engine's side, for the classes of this layer. Throws DatabaseError when not active.
+    /// Firebird's object, for the classes of this layer. Throws DatabaseError if not active.
     const std::shared_ptr<Handle> &Native() const;
 
 private:

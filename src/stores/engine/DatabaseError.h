@@ -4,8 +4,8 @@
 
 #include <stdexcept>
 
-/// A failed call of the database engine or of the data-access layer. what() is UTF-8, Text() the same as characters:
-/// the engine's own text, its lines joined by "\n".
+/// A failed call of Firebird or of the data-access layer. what() is UTF-8, Text() the same as QString: Firebird's own
+/// text, its lines joined by "\n".
 class DatabaseError : public std::runtime_error
 {
 public:
@@ -13,7 +13,7 @@ public:
         : std::runtime_error(text.toUtf8().constData()), m_text(text), m_engineCode(engineCode)
     {}
     const QString &Text() const { return m_text; }
-    /// The engine's first error code (isc_…), 0 where the failure is our own.
+    /// Firebird's first error code (isc_…), 0 if the failure is our own.
     int EngineCode() const { return m_engineCode; }
 
 private:
@@ -21,7 +21,7 @@ private:
     int m_engineCode;
 };
 
-/// Ends an operation that the reader declined, such as a delete answered with No. Handlers pass it on without a word.
+/// Ends an operation that the reader declined, such as a delete answered with No. The guard does not report it.
 class SilentAbort : public std::exception
 {
 public:

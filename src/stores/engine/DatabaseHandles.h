@@ -5,7 +5,7 @@
 
 #include <vector>
 
-/// Which file of the system a path leads to, whatever its name.
+/// Identifies the file that a path leads to, independently of its name.
 struct FileIdentity
 {
     quint64 device = 0, number = 0;
@@ -14,21 +14,21 @@ struct FileIdentity
     static FileIdentity Of(const QString &path);
 };
 
-/// The engine's side of a connection. Shared with the transactions and statements made on it, so that they can tell in
-/// any order of destruction whether it is still there.
+/// Firebird's objects of a connection. Shared with its transactions and statements, so that they know in any order of
+/// destruction whether it still exists.
 struct TpFIBDatabase::Handle
 {
     Firebird::IAttachment *attachment = nullptr; ///< null once detached
     int dialect = 3;
-    FileIdentity file; ///< what the path led to just before the attach
+    FileIdentity file; ///< the file at the path just before the attach
     std::vector<TpFIBTransaction::Handle *> transactions;
 
     ~Handle();
-    /// Rolls back what is open and detaches. Throws DatabaseError; the attachment is gone all the same.
+    /// Rolls back open transactions and detaches. May throw DatabaseError; the attachment is gone anyway.
     void Detach();
 };
 
-/// The engine's side of a transaction.
+/// Firebird's object of a transaction.
 struct TpFIBTransaction::Handle
 {
     std::shared_ptr<TpFIBDatabase::Handle> database;
@@ -38,6 +38,6 @@ struct TpFIBTransaction::Handle
     ~Handle();
     void Rollback();
     void Commit();
-    /// Takes note that the engine has ended and freed the transaction.
+    /// Records that Firebird has ended and freed the transaction.
     void Ended();
 };

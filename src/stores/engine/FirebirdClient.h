@@ -6,7 +6,7 @@
 
 #include <firebird/Interface.h>
 
-/// The status object handed to every engine call: a call that fails throws DatabaseError with the engine's own text.
+/// The status object passed to every Firebird call: a failing call throws DatabaseError with Firebird's own text.
 class EngineStatus : public Firebird::BaseStatusWrapper<EngineStatus>
 {
 public:
@@ -14,10 +14,10 @@ public:
     static void checkException(EngineStatus *status);
 };
 
-/// The one door to the database client library. It is loaded once per process, by full path, and only the symbol
+/// The one door to Firebird's client library. It is loaded once per process, by full path, and only the symbol
 /// fb_get_master_interface is looked up. Main thread only.
 ///
-/// The engine reads three environment variables at its first call, so they are set here, before it:
+/// Firebird reads three environment variables at its first call, so they are set here, before it:
 /// FIREBIRD      the folder "firebird" beside the library: plug-ins, messages and firebird.conf.
 /// FIREBIRD_LOCK the lock folder, see PrepareLockFolder().
 /// FIREBIRD_TMP  the system's temporary folder.
@@ -29,7 +29,7 @@ public:
     /// Loads the library at `libraryPath` unless one is loaded; `databasePath` is the database about to be opened.
     /// Throws DatabaseError with the loader's text.
     static FirebirdClient &Load(const QString &libraryPath, const QString &databasePath);
-    /// Replaces the lock folder that the first database opened would choose. No effect once the library is loaded.
+    /// Replaces the lock folder beside the first opened database. No effect once the library is loaded.
     static void SetLockFolder(const QString &folder);
 
     Firebird::IUtil *Util() const { return m_util; }
@@ -41,7 +41,7 @@ public:
     bool LocksAreShared() const { return m_locksAreShared; }
     /// Without trailing separator.
     const QString &LockFolder() const { return m_lockFolder; }
-    /// Makes sure, before an attach, that the lock folder exists and has room for the engine's lock files.
+    /// Makes sure, before an attach, that the lock folder exists and has room for Firebird's lock files.
     void PrepareLockFolder();
     /// Opens the lock files to every user and allocates them in full, after an attach. Throws when the disk is full.
     void SettleLockFiles();
@@ -57,14 +57,14 @@ private:
     bool m_locksAreShared;
 };
 
-/// Lets go of an engine object at the end of a block, for those that are not reference counted.
+/// Disposes of a Firebird object that is not reference counted.
 template <typename Object>
 struct EngineDisposer
 {
     void operator()(Object *object) const { object->dispose(); }
 };
 
-/// Lets go of a reference-counted engine object.
+/// Releases a reference-counted Firebird object.
 template <typename Object>
 struct EngineReleaser
 {

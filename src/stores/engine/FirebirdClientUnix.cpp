@@ -14,17 +14,17 @@
 
 using namespace Qt::StringLiterals;
 
-/// In SharedLocksUnix.cpp: keeps the engine's locks usable after another process was killed inside one.
+/// In SharedLocksUnix.cpp: keeps Firebird's locks usable after another process was killed inside one.
 void KeepSharedLocks();
 
 namespace {
 
-/// More than the engine's lock, event and trace files take together.
+/// More than Firebird's lock, event and trace files take together.
 constexpr off_t LockFileRoom = off_t{4} * 1024 * 1024;
 
 std::unique_ptr<FirebirdClient> &TheClient()
 {
-    // Never destroyed: the engine has threads of its own, and attachments may outlive static objects.
+    // Never destroyed: Firebird has its own threads, and attachments may outlive static objects.
     static auto *client = new std::unique_ptr<FirebirdClient>;
     return *client;
 }
@@ -43,7 +43,7 @@ bool MakeFolder(const QString &folder, mode_t mode)
     struct stat status = {};
     if (::stat(path.constData(), &status) != 0 || !S_ISDIR(status.st_mode))
         return false;
-    // mkdir subtracts the umask. A folder that is not ours was opened by its owner.
+    // mkdir applies the umask, so set the mode. If the folder is another user's, that user's copy has done so.
     if (status.st_uid == ::geteuid())
         ::chmod(path.constData(), mode);
     return ::access(path.constData(), R_OK | W_OK | X_OK) == 0;
@@ -123,7 +123,7 @@ FirebirdClient &FirebirdClient::Load(const QString &libraryPath, const QString &
         lockFolder = PrivateLockFolder();
         MakeFolder(lockFolder, 0700);
     }
-    // Without links on the way, behind which the engine does not find all its character sets.
+    // With links resolved, because through a link Firebird does not find all its character sets.
     const QFileInfo root(QFileInfo(libraryPath).absolutePath() + u"/firebird"_s);
     qputenv("FIREBIRD", QFile::encodeName(root.exists() ? root.canonicalFilePath() : root.filePath()));
     qputenv("FIREBIRD_LOCK", QFile::encodeName(lockFolder));
@@ -136,13 +136,13 @@ void FirebirdClient::PrepareLockFolder()
 {
     if (!QFileInfo::exists(m_lockFolder))
         MakeFolder(m_lockFolder, m_locksAreShared ? 0777 : 0700);
-    // The engine maps sparse files and dies of a signal where the disk has no room for their pages. So ask first.
+    // Firebird maps sparse files and dies of a signal if the disk has no room for their pages. So check first.
     QByteArray probe = QFile::encodeName(m_lockFolder + u"/room-XXXXXX"_s);
     const int descriptor = ::mkstemp(probe.data());
     if (descriptor < 0) {
         if (errno == ENOSPC || errno == EDQUOT)
             ThrowDiskFull(m_lockFolder);
-        return; // the engine itself tells what it cannot do there
+        return; // Firebird itself reports what fails there
     }
     const bool room = Allocate(descriptor, LockFileRoom);
     ::unlink(probe.constData());
@@ -153,7 +153,7 @@ void FirebirdClient::PrepareLockFolder()
 
 void FirebirdClient::SettleLockFiles()
 {
-    // "fb_lock…" belongs to the client library, "fb12_monitor…" and "fb12_trace" to the engine.
+    // "fb_lock…" belongs to the client library, "fb12_monitor…" and "fb12_trace" to the engine plug-in.
     const QFileInfoList files = QDir(m_lockFolder).entryInfoList({u"fb*"_s}, QDir::Files | QDir::System);
     for (const QFileInfo &file : files) {
         const int descriptor = ::open(QFile::encodeName(file.filePath()).constData(), O_RDWR | O_CLOEXEC);
@@ -161,7 +161,7 @@ void FirebirdClient::SettleLockFiles()
             continue;
         struct stat status = {};
         const bool known = ::fstat(descriptor, &status) == 0;
-        // The engine makes them for the owner's group only, which would shut out the next user.
+        // Firebird makes them accessible to the owner's group only, which would lock out the next user.
         if (known && m_locksAreShared && status.st_uid == ::geteuid())
             ::fchmod(descriptor, 0666);
         const bool room = !known || Allocate(descriptor, status.st_size);

@@ -8,7 +8,7 @@ void StatementReleaser::operator()(Firebird::IStatement *statement) const noexce
             return;
         }
     } catch (const std::exception &) {
-        // The attachment's end frees it, too.
+        // The end of the attachment frees it, too.
     }
     statement->release();
 }

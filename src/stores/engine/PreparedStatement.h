@@ -4,7 +4,7 @@
 
 #include <memory>
 
-/// Gives a statement back to the engine, before or after the end of its connection. Never throws.
+/// Frees a statement, before or after the end of its connection. Never throws.
 struct StatementReleaser
 {
     std::shared_ptr<TpFIBDatabase::Handle> database;
@@ -13,6 +13,6 @@ struct StatementReleaser
 
 using PreparedStatement = std::unique_ptr<Firebird::IStatement, StatementReleaser>;
 
-/// Has the engine prepare a statement with its places marked by "?". Throws DatabaseError.
+/// Prepares a statement with "?" for each parameter. Throws DatabaseError.
 PreparedStatement Prepare(const std::shared_ptr<TpFIBDatabase::Handle> &database,
                           const std::shared_ptr<TpFIBTransaction::Handle> &transaction, const QString &sql);

@@ -7,9 +7,9 @@
 #include <memory>
 #include <vector>
 
-/// One statement that is run very many times, its places marked by "?". Values are put straight into the engine's
-/// message as the statement declares it, which saves half of what a Statement takes for a narrow row. Places count from
-/// 0, keep their values from run to run, and are never null. Every call throws DatabaseError.
+/// One statement that is run very many times, with "?" for each parameter. Values are written straight into Firebird's
+/// message, which takes half the time of a Statement for a narrow row. Places count from 0, keep their values from run
+/// to run, and are never null. Every call may throw DatabaseError.
 class RepeatedStatement
 {
 public:
@@ -19,11 +19,11 @@ public:
 
     /// An integer of 32 bits.
     void SetNumber(unsigned place, qint32 number);
-    /// UTF-8. Throws where the text is longer than its place.
+    /// UTF-8. Throws if the text is longer than its place.
     void SetText(unsigned place, QByteArrayView utf8);
     /// Stores the bytes as a new blob.
     void SetBlob(unsigned place, QByteArrayView bytes);
-    /// With the values that the places have by now.
+    /// Runs the statement with the current values of the places.
     void Run();
 
 private:

@@ -9,18 +9,18 @@
 
 namespace {
 
-// Each value begins with a head byte. A text's head is its length, where that fits; a number's is the number itself or
-// tells how many bytes of it follow; moments, blobs' ids and blobs' bytes stand behind a head that tells them apart.
+// Each value begins with a head byte. A text's head is its length, if that fits; a number's is the number itself, or
+// the number of bytes that follow. For times, blob ids and blob bytes the head gives the type of what follows.
 constexpr uchar NullHead = 0xFF;
 constexpr uchar LongTextHead = 0xFE;  ///< two bytes of length follow
 constexpr uchar LargestInHead = 0xE0; ///< of the numbers from 0 on
 constexpr uchar PlainHead = 0;        ///< eight bytes follow
 constexpr uchar InlineBytesHead = 1;  ///< four bytes of length follow, then so many
 
-// Of the fetched rows only each of so many has its start kept; the others are found from there.
+// Only the start of every so many fetched rows is kept; the others are found from there.
 constexpr int RowsOfStart = 4;
 
-// A row's place is the number of its chunk and where in that it begins.
+// A row's place is the number of its chunk and its offset in that.
 constexpr int PlaceBits = 18;
 constexpr size_t LargestChunk = size_t(1) << PlaceBits;
 constexpr size_t SmallestChunk = 4096;

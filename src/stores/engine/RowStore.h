@@ -8,7 +8,7 @@
 #include <vector>
 
 /// The fetched rows of a cursor, packed: each value takes the bytes that it uses and is decoded only when asked for.
-/// They lie in chunks that are never moved, so that a long list grows without a copy.
+/// They lie in chunks that are never moved, so that a long list grows without copying.
 /// A replaced or removed row's old bytes stay until Clear().
 class RowStore
 {
@@ -17,7 +17,7 @@ public:
     void Clear(const std::vector<Column> &columns);
     int Count() const { return m_count; }
 
-    /// Each takes the row that stands in the engine's message.
+    /// Each takes the row in Firebird's message.
     void Append(const unsigned char *message);
     void Replace(int row, const unsigned char *message);
     /// Each takes one value per column, blobs as bytes or BlobId.
@@ -42,12 +42,12 @@ private:
     void PutText(const void *text, quint16 size);
     void PutNumber(qint64 number);
     void PutPlain(const void *eightBytes);
-    /// Copies the encoded row into the last chunk; its place.
+    /// Copies the encoded row into the last chunk and returns its place.
     quint32 KeepRow();
     void AppendRow();
     void ReplaceRow(int row);
     quint32 Start(int row) const;
-    /// From then on rows need not lie one behind the other.
+    /// From then on rows need not be contiguous.
     void KeepEveryStart();
 
     struct Chunk

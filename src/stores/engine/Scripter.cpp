@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// True for a comment, which between statements counts for nothing.
+/// True for a comment, which is ignored between statements.
 bool IsComment(const QString &script, qsizetype at)
 {
     return QStringView(script).mid(at).startsWith("--"_L1) || QStringView(script).mid(at).startsWith("/*"_L1);
@@ -75,7 +75,7 @@ void TpFIBScripter::ExecuteScript(int from)
     const QStringList statements = SplitStatements(m_script.join(u'\n'));
     for (qsizetype i = std::max(from, 1) - 1; i < statements.size(); ++i) {
         const QString &statement = statements[i];
-        // Words of the engine's own tools, which the engine itself would refuse.
+        // Commands of Firebird's tools, which Firebird itself would reject.
         if (IsCommand(statement, u"commit(\\s+work)?"_s)) {
             if (own.Active())
                 own.Commit();
@@ -90,7 +90,7 @@ void TpFIBScripter::ExecuteScript(int from)
         const Firebird::ITransaction *left = attachment->attachment->execute(
             status, own.Native()->transaction, static_cast<unsigned>(text.size()), text.constData(),
             static_cast<unsigned>(attachment->dialect), nullptr, nullptr, nullptr, nullptr);
-        // A commit in other words than those above, such as one with a comment, reaches the engine.
+        // A commit in another form than those above, such as one with a comment, reaches Firebird.
         if (!left)
             own.Native()->Ended();
     }

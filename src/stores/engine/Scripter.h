@@ -6,9 +6,9 @@
 #include <QPointer>
 #include <QStringList>
 
-/// Runs a text of SQL statements in a transaction of its own. Comments and blank lines are skipped, "COMMIT WORK;"
-/// commits, "SET TERM" changes the terminator as in the engine's own tools. What is not committed when the run ends or
-/// fails is rolled back.
+/// Runs a script of SQL statements in its own transaction. Comments and blank lines are skipped, "COMMIT WORK;"
+/// commits, "SET TERM" changes the terminator as in Firebird's tools. Changes that are not committed when the run ends
+/// or fails are rolled back.
 class TpFIBScripter : public QObject
 {
     Q_OBJECT

@@ -1,10 +1,9 @@
-// Processes that have one database open share the engine's lock table, guarded by mutexes in a mapped file. The engine
-// of this platform was built without robust mutexes: a process that is killed inside such a lock leaves it locked for
-// ever, and every other copy of the program, and each that starts later, waits for ever. The engine itself knows how to
-// go on after a dead owner; it only has to get the lock. So the few calls that matter pass through here: process-shared
-// mutexes of the engine become robust, and a lock inherited from a dead process is declared consistent, as the engine
-// does where it was built with them. The program's own symbols come before those of the C library in every module that
-// is loaded later. Calls of all other modules go through unchanged.
+// Processes that have one database open share Firebird's lock table, guarded by mutexes in a mapped file. Debian builds
+// Firebird without robust mutexes: a process killed inside such a lock leaves it locked, and every other copy of the
+// program, running or started later, waits for ever. Firebird can recover from a dead owner once it gets the lock. So
+// the few relevant calls pass through here: Firebird's process-shared mutexes become robust, and a lock inherited from
+// a dead process is declared consistent, as Firebird does when built with robust mutexes. The program's own symbols
+// precede those of the C library in every module loaded later. Calls of all other modules pass unchanged.
 
 #include <atomic>
 #include <cerrno>
@@ -15,8 +14,8 @@
 
 namespace {
 
-/// The next definition of a function after the program's own, looked up at the first call. No function-local static:
-/// its guard might itself want a mutex.
+/// The next definition of a function after the program's own, looked up at the first call. Not a function-local static,
+/// whose guard might itself need a mutex.
 template <typename Function>
 class Real
 {
@@ -51,7 +50,7 @@ bool IsEngine(const void *caller)
     return std::strstr(module.dli_fname, "libEngine") || std::strstr(module.dli_fname, "libfbclient");
 }
 
-/// What a lock's result means to its caller: the engine goes on with a mutex whose owner died.
+/// Translates a lock's result for its caller: Firebird goes on with a mutex whose owner died.
 int Recovered(int result, pthread_mutex_t *mutex, const void *caller)
 {
     if (result != EOWNERDEAD || !IsEngine(caller))
@@ -93,5 +92,5 @@ int pthread_cond_timedwait(pthread_cond_t *condition, pthread_mutex_t *mutex, co
 
 } // extern "C"
 
-/// Called by the loader of the engine, so that no linker leaves this file out.
+/// Called by FirebirdClient, so that the linker keeps this file.
 void KeepSharedLocks() {}

@@ -7,12 +7,12 @@
 struct PositionalSql
 {
     QString sql;
-    /// Names in upper case, without the colon, one for each "?": a name used twice stands twice.
+    /// Names in upper case, without the colon, one for each "?"; a name used twice is there twice.
     QStringList names;
 };
 
-/// Replaces `:NAME` by "?". Literals, quoted identifiers and comments of both kinds are copied as they stand, and so is
-/// a whole statement that defines or runs procedural code, where a colon marks a variable. Never throws.
+/// Replaces `:NAME` by "?". Literals, quoted identifiers and comments of both kinds are copied unchanged, and so is a
+/// whole statement that defines or runs procedural code, where a colon marks a variable. Never throws.
 PositionalSql ToPositional(const QString &sql);
 
 /// Index just past the literal, quoted identifier or comment that begins at `from`; `from` itself where none begins.

@@ -14,7 +14,7 @@ using Metadata = std::unique_ptr<Firebird::IMessageMetadata, EngineReleaser<Fire
 
 /// Wide enough for any number or time as text.
 constexpr unsigned ConvertedTextBytes = 64;
-/// Bytes that a text parameter can take at all.
+/// The most bytes that a text parameter can take.
 constexpr qsizetype LongestText = 32765;
 constexpr unsigned TenthsOfMillisecond = 10;
 
@@ -29,7 +29,7 @@ qint64 EngineEpoch()
     return day;
 }
 
-/// Bytes that the engine counts for each declared character of a text, by its character set.
+/// Bytes that Firebird counts for each declared character of a text, by its character set.
 int BytesPerCharacter(unsigned charSet)
 {
     constexpr unsigned unicodeFss = 3, utf8 = 4;
@@ -53,7 +53,7 @@ bool IsTime(unsigned type)
     return type == SQL_TIMESTAMP || type == SQL_TYPE_DATE || type == SQL_TYPE_TIME;
 }
 
-/// The parameters of one run: what they are declared as in the message, and their bytes.
+/// The parameters of one run: their declarations and their bytes.
 class InputMessage
 {
 public:
@@ -75,8 +75,8 @@ public:
     }
 
     bool TextIsTooLong() const { return m_textIsTooLong; }
-    /// A text has more characters than its parameter, though no more bytes: whether that is too long depends on what
-    /// the engine turns it into, a procedure's own parameter or none.
+    /// True if a text has more characters than its parameter, but no more bytes. Whether that is too long depends on
+    /// Firebird's conversion, for example into a procedure's parameter.
     bool TextHasTooManyCharacters() const { return m_textHasTooManyCharacters; }
     Firebird::IMessageMetadata *Layout() const { return m_metadata.get(); }
     void *Bytes() { return m_bytes.empty() ? nullptr : m_bytes.data(); }
@@ -188,7 +188,7 @@ struct Shape
     FieldType fieldType;
 };
 
-/// Asks the engine to hand over one column in a form that ColumnKind knows.
+/// Makes Firebird return one column in a form that ColumnKind has.
 Shape Coerce(Firebird::IMessageMetadata *native, Firebird::IMetadataBuilder *builder, unsigned i)
 {
     const unsigned type = native->getType(Status(), i) & ~1U;
@@ -359,7 +359,7 @@ quint64 Statement::Execute(const TransactionHandle &transaction, const QList<QVa
     Firebird::ITransaction *after =
         m_statement->execute(Status(), transaction->transaction, input.Layout(), input.Bytes(), m_output.get(),
                              m_message.empty() ? nullptr : m_message.data());
-    // A statement that ends or starts a transaction has another answer; none such is run here.
+    // Only a statement that ends or starts a transaction returns another one; none is run here.
     if (after && after != transaction->transaction)
         after->release();
     return m_statement->getAffectedRecords(Status());

@@ -9,12 +9,12 @@
 namespace {
 
 const QString ExecKey = QStringLiteral("Exec");
-// Desktops start nothing while the file that this names is missing.
+// Desktops start nothing while the file named here is missing.
 const QString ConditionKey = QStringLiteral("TryExec");
 const QString CommandKey = QStringLiteral("X-Lumivara-Command");
 const QString ExpandableKey = QStringLiteral("X-Lumivara-Expandable");
 const QString HiddenKey = QStringLiteral("Hidden");
-// The switch that desktops' own dialogs for the start list turn.
+// The switch set by desktops' own dialogs for the start list.
 const QString EnabledKey = QStringLiteral("X-GNOME-Autostart-enabled");
 const QString True = QStringLiteral("true");
 const QString False = QStringLiteral("false");
@@ -102,7 +102,7 @@ QString ExecOf(const QString &command, const QString &launcher)
     // The launcher brings the user's copy of the program up to date first.
     if (!launcher.isEmpty())
         return QuotedArgument(launcher);
-    // The quotes around a path are the list's own: within them stands one file name, whatever letters it has.
+    // The quotes around a path are the list's own: between them is one file name, with any characters.
     if (const QString file = QuotedFile(command); !file.isEmpty())
         return QuotedArgument(file);
     QStringList arguments;
@@ -111,7 +111,7 @@ QString ExecOf(const QString &command, const QString &launcher)
     return arguments.join(QLatin1Char(' '));
 }
 
-/// A foreign Exec line as a command of the list: quotes stay, escapes in them and placeholders for files go.
+/// A foreign Exec line as a command of the list: keeps quotes, removes escapes and placeholders for files.
 QString CommandOf(const QString &exec)
 {
     QString command;
@@ -161,7 +161,7 @@ QByteArray AutostartFileOf(const QString &name, const AutostartEntry &entry)
     if (entry.command.isEmpty()) {
         lines += HiddenKey + QLatin1Char('=') + True;
     } else {
-        // Per cent escapes, because no other form of a value keeps every letter, blanks at the ends included.
+        // Percent-encoded, because no other form of a value keeps every character, including blanks at the ends.
         const QByteArray exact = QUrl::toPercentEncoding(entry.command, QByteArrayLiteral("/\"'()+,:@\\"));
         if (!entry.launcher.isEmpty())
             lines += ConditionKey + QLatin1Char('=') + EscapedValue(entry.launcher);
@@ -193,12 +193,12 @@ AutostartEntry ReadAutostartFile(const QByteArray &bytes)
     entry.isExpandable = values.value(ExpandableKey) == True;
     if (values.value(HiddenKey) == True || values.value(EnabledKey) == False)
         return entry;
-    // Every letter counts, a byte order mark in front included.
+    // Every character counts, even a byte order mark at the start.
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
     const QString exact =
         decoder.decode(QByteArray::fromPercentEncoding(UnescapedValue(values.value(CommandKey)).toLatin1()));
     const QString exec = UnescapedValue(values.value(ExecKey));
-    // An Exec line that was changed since is what the desktop runs.
+    // If the Exec line was changed since, that is what the desktop runs.
     entry.launcher = UnescapedValue(values.value(ConditionKey));
     entry.command = !exact.isEmpty() && ExecOf(exact, entry.launcher) == exec ? exact : CommandOf(exec);
     return entry;

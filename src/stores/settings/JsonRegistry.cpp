@@ -24,7 +24,7 @@ QString NotPermittedText()
     throw RegistryError(QStringLiteral("The settings hold no value \"%1\" of the type asked for.").arg(name));
 }
 
-/// Whether a value of the start list can be named so: its name is that of a file.
+/// Whether a value of the start list can have this name, which becomes a file name.
 bool IsEntryName(const QString &name)
 {
     return !name.isEmpty() && !name.contains(QLatin1Char('/')) && !name.contains(QChar(u'\0'));
@@ -147,7 +147,7 @@ std::optional<SettingsFile> JsonRegistry::Load(QString &errorText) const
     if (auto file = ReadOnce(isDamaged, errorText); !isDamaged)
         return file;
 
-    // Where it cannot be set aside the settings are still as on a first run; only writing has to fail then.
+    // If it can't be renamed, the settings are still as on a first run; only writing fails.
     QString ignored;
     if (const auto lock = m_disk.Acquire(LockPath(), LockPatience, ignored)) {
         if (auto file = LoadLocked(ignored))
@@ -158,7 +158,7 @@ std::optional<SettingsFile> JsonRegistry::Load(QString &errorText) const
 
 std::optional<SettingsFile> JsonRegistry::LoadLocked(QString &errorText) const
 {
-    // Once more, because another copy may have put things right while we waited.
+    // Again, because another copy may have repaired it while this one waited.
     bool isDamaged = false;
     if (auto file = ReadOnce(isDamaged, errorText); !isDamaged)
         return file;
@@ -189,7 +189,7 @@ bool JsonRegistry::Change(const std::function<void(SettingsFile &)> &change, QSt
     const QByteArray before = file->ToBytes();
     change(*file);
     const QByteArray after = file->ToBytes();
-    // A start stores much that is stored already, and the disk takes its time for each write.
+    // A start stores many unchanged values, and each write to the disk is slow.
     return after == before || m_disk.WriteAtomically(SettingsPath(), after, errorText);
 }
 
@@ -310,13 +310,13 @@ std::optional<SettingsValue> JsonRegistry::AutostartValue(const QString &name) c
 
 void JsonRegistry::WriteAutostart(const QString &name, const SettingsValue &value)
 {
-    // The value names a file of a folder that other programs read; a command is all that can stand there.
+    // The value becomes a file that other programs read; it can only be a command.
     const bool isCommand = value.type == RegistryType::String || value.type == RegistryType::ExpandString;
     if (!isCommand || !IsEntryName(name))
         throw RegistryError(qt_error_string(EINVAL));
     QString errorText;
     AutostartEntry entry{value.text, value.type == RegistryType::ExpandString, {}};
-    // Installed for all users, a program is started through its launcher, and not at all once that is gone.
+    // A program installed for all users is started through its launcher, and not at all once that is gone.
     QByteArray note;
     if (const QString place = LauncherNoteOf(value.text);
         !place.isEmpty() && m_disk.Read(place, note, errorText) == SettingsDisk::ReadResult::Read)

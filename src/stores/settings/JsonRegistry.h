@@ -7,16 +7,16 @@
 #include <chrono>
 #include <functional>
 
-/// The registry of a system that has none. The current user's keys stand in one file, registry.json; of the machine's
-/// keys there is the start list alone, and it is the desktop's autostart folder.
-/// Nothing is kept in memory: each read looks at the file, each write reads it again under a lock and changes one
-/// value, so that no copy of the program undoes another's. A file that is no settings file is set aside under a name
-/// with the time, and the settings are then as on a first run.
+/// The registry of a system without one. The current user's keys are in one file, registry.json; of the machine's keys
+/// only the start list exists, as the desktop's autostart folder.
+/// Nothing is cached: each read reads the file, each write reads it again under a lock and changes one value, so that
+/// no copy of the program undoes another's changes. A damaged file is renamed with the time in its name, and the
+/// settings are then as on a first run.
 class JsonRegistry : public TRegistry
 {
 public:
-    /// `settingsFolder` holds registry.json and may be missing; empty folders stand for a user without a home, where
-    /// nothing can be read or written. The disk must outlive the registry.
+    /// `settingsFolder` is for registry.json and may be missing. Empty names mean a user without a home: then nothing
+    /// can be read or written. The disk must outlive the registry.
     JsonRegistry(QString settingsFolder, QString autostartFolder, SettingsDisk &disk = RealSettingsDisk());
 
     /// How long a write waits for another copy of the program.
@@ -46,11 +46,10 @@ private:
     bool OpenAutostart();
     bool Refuse(const QString &text);
 
-    /// The file as it stands, empty settings where there is none. Null when it can't be read, or holds no settings:
-    /// the latter is told by `isDamaged`, which stays as it is otherwise.
+    /// The file's settings, empty ones if there is none. None if it can't be read or is damaged; only in the latter
+    /// case sets `isDamaged`.
     std::optional<SettingsFile> ReadOnce(bool &isDamaged, QString &errorText) const;
-    /// The settings as they stand now; a damaged file is set aside on the way. None, with the reason, if they cannot be
-    /// read.
+    /// The current settings; renames a damaged file. None, with the reason, if they can't be read.
     std::optional<SettingsFile> Load(QString &errorText) const;
     /// The same with the lock already held.
     std::optional<SettingsFile> LoadLocked(QString &errorText) const;

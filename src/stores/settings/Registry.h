@@ -8,13 +8,13 @@
 #include <optional>
 #include <stdexcept>
 
-/// The settings' door to the platform: keys with typed values, as Windows' registry has them. One key is open at a
-/// time. On Windows the real registry stands behind it, elsewhere JsonRegistry.
+/// The settings' door to the platform: keys with typed values, as in Windows' registry. One key is open at a time. On
+/// Windows it is the real registry, elsewhere JsonRegistry.
 
 enum class RegistryRoot { CurrentUser, LocalMachine };
 enum class RegistryType { Unknown = 0, String = 1, ExpandString = 2, Integer = 3, Binary = 4 };
 
-/// A failed read or write. Text() is what the system says.
+/// A failed read or write. Text() is the system's message.
 class RegistryError : public std::runtime_error
 {
 public:
@@ -33,11 +33,11 @@ public:
     RegistryRoot RootKey = RegistryRoot::CurrentUser;
 
     /// Opens a key for reading and writing; with `create` a missing key is made at once. False when it cannot be
-    /// opened. Paths are parted by backslashes; leading and trailing ones do not count, nor does case.
+    /// opened. Paths are separated by backslashes; leading and trailing ones, and case, are ignored.
     virtual bool OpenKey(const QString &path, bool create) = 0;
     virtual bool OpenKeyReadOnly(const QString &path) = 0;
     virtual void CloseKey() = 0;
-    /// The system's words for the last refusal of OpenKey.
+    /// The system's message for the last failure of OpenKey.
     virtual QString LastErrorText() const = 0;
 
     /// Throw RegistryError when the value is missing or of another type.

@@ -8,14 +8,14 @@
 #include <chrono>
 #include <memory>
 
-/// The settings' narrow door to the disk: the real one below, in tests one that fails at the n-th write. Paths are
-/// full. Nothing throws; a refusal comes back with the system's words.
+/// The settings' door to the disk: the real one below, in tests one that fails at the n-th write. Paths are full.
+/// Nothing throws; failures are returned with the system's message.
 class SettingsDisk
 {
 public:
     enum class ReadResult { Read, Missing, Failed };
 
-    /// Holds a lock until it dies; the system ends it with the process, so none is ever left behind.
+    /// Holds a lock until it is destroyed; the system releases it with the process, so none is ever left behind.
     class Lock
     {
     public:
@@ -33,16 +33,16 @@ public:
 
     /// Makes a folder and those above it; true if it exists already.
     virtual bool MakeFolder(const QString &folder, QString &errorText) = 0;
-    /// Whole old or whole new content, never half, and on the disk when it returns.
+    /// Leaves the old or the new content, never a mixture, synced to the disk when it returns.
     virtual bool WriteAtomically(const QString &path, const QByteArray &bytes, QString &errorText) = 0;
     /// Never overwrites: false if `to` exists.
     virtual bool Rename(const QString &from, const QString &to, QString &errorText) = 0;
 
-    /// Waits at most `patience` for other processes; null with the reason when it is not to be had.
+    /// Waits at most `patience` for other processes; null, with the reason, if the lock can't be taken.
     virtual std::unique_ptr<Lock> Acquire(const QString &lockFile, std::chrono::milliseconds patience,
                                           QString &errorText) = 0;
     virtual QDateTime Now() = 0;
 };
 
-/// The disk of this machine. Lives for the whole run.
+/// The disk of this machine. Exists for the whole run.
 SettingsDisk &RealSettingsDisk();

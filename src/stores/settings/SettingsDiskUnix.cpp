@@ -81,15 +81,15 @@ public:
     bool WriteAtomically(const QString &path, const QByteArray &bytes, QString &errorText) override
     {
         QSaveFile file(path);
-        // Unbuffered: what fails when the buffer is flushed is not seen by the commit, which on a full disk would put
-        // an empty file in the place of the settings.
+        // Unbuffered, because commit() does not notice a failure to flush the buffer; on a full disk it would replace
+        // the settings by an empty file.
         if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
             errorText = file.errorString();
             return false;
         }
         if (file.write(bytes) == bytes.size() && file.commit())
             return true;
-        // A disk that took a part only is no error by itself.
+        // A short write sets no error.
         errorText = file.error() == QFileDevice::NoError ? qt_error_string(ENOSPC) : file.errorString();
         return false;
     }
@@ -106,7 +106,7 @@ public:
     std::unique_ptr<Lock> Acquire(const QString &lockFile, std::chrono::milliseconds patience,
                                   QString &errorText) override
     {
-        // The kernel's lock and not a file with a process number: it ends with its holder, however that dies.
+        // The kernel's lock and not a file with a process id: it ends with its holder in any case.
         const int descriptor = ::open(QFile::encodeName(lockFile).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
         if (descriptor < 0) {
             errorText = qt_error_string(errno);
@@ -114,8 +114,8 @@ public:
         }
         auto lock = std::make_unique<FileLock>(descriptor);
         const auto end = std::chrono::steady_clock::now() + patience;
-        // A place at the door, kept while waiting inside: without it a copy that takes the lock again at once would
-        // always be faster than one that asks every now and then. Where folders know no locks, the lock alone serves.
+        // A lock on the folder, held while waiting for the file's: otherwise a copy that takes the lock again at once
+        // would always beat one that polls. Where folders can't be locked, the file's lock must do.
         const int folder = ::open(QFile::encodeName(QFileInfo(lockFile).absolutePath()).constData(),
                                   O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         const FileLock door(folder);
@@ -124,7 +124,7 @@ public:
             std::this_thread::sleep_for(RetryPause);
         while (::flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
             const int reason = errno;
-            // Some network folders know no locks; there a write without one beats no settings at all.
+            // Some network folders have no locks; writing without one is better than no settings at all.
             if (reason == ENOLCK || reason == EOPNOTSUPP || reason == ENOSYS)
                 return lock;
             if (reason != EWOULDBLOCK && reason != EINTR) {

@@ -30,7 +30,7 @@ std::optional<QString> FindMember(const QJsonObject &object, const QString &name
     return std::nullopt;
 }
 
-/// The key's own spelling, which a hand may have written with more backslashes than needed.
+/// The key's own spelling; a hand-written one may have extra backslashes.
 std::optional<QString> FindKey(const QJsonObject &keys, const QString &path)
 {
     const QString normal = SettingsFile::NormalPath(path);
@@ -43,7 +43,7 @@ std::optional<QString> FindKey(const QJsonObject &keys, const QString &path)
 
 std::optional<int> NumberOf(const QJsonValue &json)
 {
-    // Colours may stand as unsigned numbers of the same 32 bits.
+    // Colours may be unsigned numbers of the same 32 bits.
     const double number = json.toDouble(std::numeric_limits<double>::quiet_NaN());
     const bool isWhole = std::trunc(number) == number;
     if (!isWhole || number < std::numeric_limits<int>::min() || number > std::numeric_limits<quint32>::max())
@@ -51,7 +51,7 @@ std::optional<int> NumberOf(const QJsonValue &json)
     return static_cast<int>(static_cast<quint32>(static_cast<qint64>(number)));
 }
 
-/// None for an entry that no version of the program can have written.
+/// None for an entry that no version of the program could have written.
 std::optional<SettingsValue> ValueOf(const QJsonValue &entry)
 {
     if (!entry.isObject() || !entry[TypeMember].isString())

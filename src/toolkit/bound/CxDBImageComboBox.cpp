@@ -35,7 +35,7 @@ bool TcxDBImageComboBox::event(QEvent *event)
 
 void TcxDBImageComboBox::wheelEvent(QWheelEvent *event)
 {
-    // Who scrolls past it means no other value.
+    // The wheel scrolls past the combo and must not change its value.
     event->ignore();
 }
 

@@ -4,8 +4,8 @@
 
 #include <QComboBox>
 
-/// A choice among values of an integer field, each with a description and perhaps a picture. The descriptions are the
-/// properties "Properties.Items[0].Description" and so on, which the window's description stores.
+/// A combo of values of an integer field, each with a description and perhaps a picture. The descriptions are the
+/// properties "Properties.Items[0].Description" and so on, stored in the window's .ui file.
 class TcxDBImageComboBox : public QComboBox, public DataBoundControl
 {
     Q_OBJECT

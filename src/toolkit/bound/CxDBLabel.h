@@ -4,7 +4,7 @@
 
 #include <QLabel>
 
-/// What a field displays, read only.
+/// A label that shows the display text of a field.
 class TcxDBLabel : public QLabel, public DataBoundControl
 {
     Q_OBJECT

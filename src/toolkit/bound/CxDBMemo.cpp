@@ -21,7 +21,7 @@ TcxDBMemo::TcxDBMemo(QWidget *parent) : QPlainTextEdit(parent), m_link([this] { 
 
 QString TcxDBMemo::Text() const
 {
-    // The plain text of a document has lost its no-break spaces.
+    // toPlainText() would turn no-break spaces into blanks.
     return document()->toRawText().replace(QChar::ParagraphSeparator, u'\n');
 }
 
@@ -34,7 +34,7 @@ void TcxDBMemo::ShowField()
     const QString lines = WithLineFeeds(value);
     m_lineEnd = LineEndOf(value);
     const bool isSame = lines == m_shown;
-    // What was typed in one row is not to be undone in another.
+    // Undo must not bring text of one row into another.
     if (isSame && (m_link.IsEditing() || !document()->isUndoAvailable()))
         return;
     const int position = isSame ? textCursor().position() : 0;
@@ -47,7 +47,7 @@ void TcxDBMemo::ShowField()
 
 void TcxDBMemo::TakeText()
 {
-    // The document tells of changes of looks, too, and only a change of words touches the note.
+    // Format changes are signalled, too; only a changed text is written.
     if (m_isShowing || Text() == m_shown)
         return;
     m_shown = Text();
@@ -63,7 +63,7 @@ QString TcxDBMemo::Fitting(const QString &inserted) const
     const qsizetype kept = WithLineEnds(Text(), m_lineEnd).size() - WithLineEnds(selected, m_lineEnd).size();
     const QString lines = WithLineEnds(WithLineFeeds(inserted), m_lineEnd);
     QString fitting = FittingPart(lines, field->Size() - kept);
-    // Half a line end is none.
+    // A CR without its LF is no line end.
     if (fitting.size() < lines.size() && fitting.endsWith(u'\r') && m_lineEnd.size() > 1)
         fitting.chop(1);
     return WithLineFeeds(fitting);

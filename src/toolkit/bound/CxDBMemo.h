@@ -4,8 +4,8 @@
 
 #include <QPlainTextEdit>
 
-/// A box of several lines on a text field, like TcxDBTextEdit. A text that nobody touches keeps its line ends, one that
-/// is changed keeps their kind; each counts with its own length.
+/// A memo on a text field, otherwise like TcxDBTextEdit. An untouched text keeps its line ends; an edited one keeps
+/// their kind. Each counts with its own length.
 class TcxDBMemo : public QPlainTextEdit, public DataBoundControl
 {
     Q_OBJECT
@@ -30,7 +30,7 @@ private:
     QString Fitting(const QString &inserted) const;
 
     FieldLink m_link;
-    QString m_shown; ///< the text with LF that field and box agree on
+    QString m_shown; ///< the last text, with LF, that field and memo agreed on
     QString m_lineEnd;
     bool m_isShowing = false;
 };

@@ -25,7 +25,7 @@ void TcxDBTextEdit::ShowField()
     setMaxLength(field && field->Size() > 0 ? field->Size() : anySize);
     const QString value = field ? field->AsString() : QString();
     const bool isSame = value == text();
-    // What was typed in one row is not to be undone in another.
+    // Undo must not bring text of one row into another.
     if (isSame && (m_link.IsEditing() || !isUndoAvailable()))
         return;
     const int position = isSame ? cursorPosition() : 0;
@@ -43,7 +43,7 @@ void TcxDBTextEdit::TakeText()
 
 void TcxDBTextEdit::DropHalfPairs()
 {
-    // The edit cuts what it gets at its last place, in the middle of a pair if need be.
+    // QLineEdit cuts at its maximum length, even inside a surrogate pair.
     QString kept = text();
     if (kept.size() < maxLength())
         return;

@@ -4,8 +4,8 @@
 
 #include <QLineEdit>
 
-/// A line edit on a text field. What is typed or pasted goes to the field at once and stops at its size (UTF-16 units,
-/// no half pair), so that a post never misses a letter; without a row it is read only.
+/// A line edit on a text field. Typed or pasted text goes to the field at once and is cut at the field's size (UTF-16
+/// units, no half surrogate pair), so that a post never misses a keystroke. Without a row it is read only.
 class TcxDBTextEdit : public QLineEdit, public DataBoundControl
 {
     Q_OBJECT

@@ -9,8 +9,8 @@
 
 class TcxGridDBTableView;
 
-/// A column of a data-bound grid: a field of the dataset under a caption. Joins its view when it is made and is owned
-/// by it, so that a window's description can list the columns as the view's children.
+/// A column of a data-bound grid: a field of the dataset under a caption. It adds itself to its view, which owns it, so
+/// that a .ui file can list the columns as the view's children.
 class TcxGridDBColumn : public QObject
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ class TcxGridDBColumn : public QObject
 public:
     explicit TcxGridDBColumn(TcxGridDBTableView *view);
 
-    /// Where it is empty, the header shows the field's label.
+    /// If it is empty, the header shows the field's label.
     const QString &Caption() const { return m_caption; }
     void SetCaption(const QString &caption);
     const QString &FieldName() const { return m_fieldName; }
@@ -32,15 +32,15 @@ public:
     void SetWidth(int width);
     bool Visible() const { return m_visible; }
     void SetVisible(bool visible);
-    /// Takes no part in the sharing of the grid's width: it keeps its own.
+    /// A fixed column keeps its width; the others share the rest of the grid's.
     bool Fixed() const { return m_isFixed; }
     void SetFixed(bool fixed);
 
-    /// With an image for any value the column shows images in place of texts, none for the other values, and its header
-    /// shows no label of the field.
+    /// Once a value has an image, the column shows images instead of texts, nothing for values without one, and its
+    /// header does not fall back to the field's label.
     void SetImage(int value, const QIcon &image) { m_images.insert(value, image); }
     const QMap<int, QIcon> &Images() const { return m_images; }
-    /// Words for the image of a value, for those who can't see it, and for what has no image; shown as a hint, too.
+    /// The text for a value's image, and for a value without one: for screen readers, and as a hint.
     std::function<QString(int value)> OnDescribe;
 
 private:

@@ -28,13 +28,13 @@ namespace {
 
 constexpr int DefaultRowHeight = 22;
 constexpr int LeastColumnWidth = 20;
-constexpr int ScreensClaimed = 10; ///< that the scroll bar takes to follow at least, while the end is not known
+constexpr int ScreensClaimed = 10; ///< screens that the scroll bar assumes to follow at least, until the end is known
 constexpr int EveryRow = std::numeric_limits<int>::max() - 1;
 const char emptyTextProperty[] = "OptionsView.NoDataToDisplayInfoText";
 
 } // namespace
 
-/// Cells with a line at their right, and with a hint where the text is cut off or a picture stands for it.
+/// Cells with a line at their right. A cell whose text is cut off or replaced by a picture shows it as a hint.
 class TcxGridDBTableView::Delegate : public QStyledItemDelegate
 {
 public:
@@ -56,7 +56,7 @@ public:
             return QStyledItemDelegate::helpEvent(event, view, option, index);
         const bool isCut = index.isValid() && (sizeHint(option, index).width() > view->visualRect(index).width() ||
                                                !index.data(Qt::DisplayRole).isValid());
-        // As mark-up, so that long texts break into lines, with the text's own signs escaped.
+        // As escaped HTML, so that long texts wrap.
         const QString hint =
             isCut ? u"<qt>"_s + index.data(Qt::AccessibleTextRole).toString().toHtmlEscaped() + u"</qt>"_s : QString();
         QToolTip::showText(event->globalPos(), hint, view->viewport(), view->visualRect(index));
@@ -67,7 +67,7 @@ protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
     {
         QStyledItemDelegate::initStyleOption(option, index);
-        option->state &= ~QStyle::State_HasFocus; // a row is chosen, not a cell
+        option->state &= ~QStyle::State_HasFocus; // rows are selected, not cells
     }
 };
 
@@ -91,7 +91,7 @@ TcxGridDBTableView::TcxGridDBTableView(QWidget *parent) : QTableView(parent), m_
     horizontalHeader()->setMinimumSectionSize(LeastColumnWidth);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setSectionsClickable(false);
-    // Who takes hold of the thumb aims, and that takes the true length.
+    // Dragging the thumb needs the true length.
     connect(verticalScrollBar(), &QScrollBar::sliderPressed, this, [this] {
         m_model->FetchUpTo(EveryRow);
         ClaimRows();
@@ -180,7 +180,7 @@ void TcxGridDBTableView::FillWidth()
     for (size_t column = 0; column < m_columns.size(); ++column)
         setColumnHidden(static_cast<int>(column), !m_columns[column]->Visible());
     ShareWidth(0, viewport()->width());
-    // The keys do nothing on a focus that stands in a hidden column.
+    // Keys do nothing while a hidden column has the focus.
     const QModelIndex current = currentIndex();
     const std::vector<int> columns = VisibleColumns();
     if (!current.isValid() || columns.empty() || !isColumnHidden(current.column()))
@@ -205,7 +205,7 @@ void TcxGridDBTableView::ShareWidth(int firstColumn, int width)
     int shares = 0;
     for (const int column : columns)
         shares += m_columns[static_cast<size_t>(column)]->Width();
-    // What is left goes by what is left, so that the last column ends where the grid does.
+    // Each takes its share of what is left, so that the last column ends exactly where the grid does.
     int others = static_cast<int>(columns.size());
     for (const int column : columns) {
         const int share = m_columns[static_cast<size_t>(column)]->Width();
@@ -222,7 +222,7 @@ void TcxGridDBTableView::TakeWidth(int section, int width)
 {
     if (m_filling)
         return;
-    // The reader drew a border: what stands left of it stays, the columns on its right share the rest.
+    // The reader dragged a border: columns left of it keep their width, those on its right share the rest.
     const QScopedValueRollback filling(m_filling, true);
     const std::vector<int> columns = VisibleColumns();
     const auto next = std::upper_bound(columns.begin(), columns.end(), section);
@@ -241,7 +241,7 @@ void TcxGridDBTableView::FollowCursor()
     const QScopedValueRollback following(m_following, true);
     const int row = m_model->CursorRow();
     if (row == currentIndex().row())
-        return; // and the other selected rows stay
+        return; // the other rows stay selected
     const std::vector<int> columns = VisibleColumns();
     const QModelIndex index = m_model->index(row, columns.empty() ? 0 : columns.front());
     selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
@@ -269,7 +269,7 @@ void TcxGridDBTableView::MoveCursor()
         FollowCursor();
 }
 
-// A move of the cursor may wait, processing events, so it happens when the toolkit is done with the key or click.
+// Moving the cursor may process events, so it waits until Qt has finished with the key or click.
 
 void TcxGridDBTableView::keyPressEvent(QKeyEvent *event)
 {
@@ -371,7 +371,7 @@ bool TcxGridDBTableView::event(QEvent *event)
 void TcxGridDBTableView::paintEvent(QPaintEvent *event)
 {
     if (CellAutoHeight()) {
-        // Rows that grow push the focused one down, out of the view that it was just brought into.
+        // Growing rows push the focused one down, out of the view again.
         m_isFocusMoved &= FitVisibleRows();
         if (m_isFocusMoved)
             QMetaObject::invokeMethod(
@@ -408,8 +408,8 @@ void TcxGridDBTableView::ClaimRows()
     const int fetched = m_model->rowCount();
     QScrollBar *bar = verticalScrollBar();
     const int whole = std::max(1, bar->pageStep());
-    // As long as the end is unknown, as many rows as are known are taken to follow: the thumb then moves steadily, and
-    // what it says is right within a factor that shrinks towards the end.
+    // Until the end is known, assume that as many rows follow as are known: the thumb then moves steadily, and its
+    // error shrinks towards the end.
     const int claimed = m_model->HasAll() ? 0 : std::max(fetched, ScreensClaimed * whole);
     bar->setMaximum(std::max(0, fetched - whole) + claimed);
 }
@@ -419,14 +419,14 @@ void TcxGridDBTableView::scrollContentsBy(int dx, int dy)
     QScrollBar *bar = verticalScrollBar();
     const int value = bar->value();
     if (dy != 0 && !m_model->HasAll()) {
-        // The bottom of the bar is the end of the list, wherever that is.
+        // The bottom of the bar means the end of the list, known or not.
         const bool isEnd = value == bar->maximum();
         m_model->FetchUpTo(isEnd ? EveryRow : value + RowsOnScreen());
         ClaimRows();
         if (isEnd)
             bar->setValue(bar->maximum());
         if (bar->value() != value)
-            return; // has scrolled by that already
+            return; // going to the end has scrolled already
     }
     QTableView::scrollContentsBy(dx, dy);
 }

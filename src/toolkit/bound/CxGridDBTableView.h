@@ -9,11 +9,11 @@
 #include <memory>
 #include <vector>
 
-/// A table over the rows of a dataset: texts are read when they are painted, rows fetched when they come to be seen,
-/// all of them when the reader goes to the end or takes hold of the scroll bar's thumb. The focused row follows the
-/// dataset's cursor and moves it; more rows can be selected, and copied as lines with tabs. Read only, lines between
-/// the columns, which share the width. A row that is being inserted stands at the end. Rows are of one height, or as
-/// high as their texts need (CellAutoHeight). A cell that is cut off shows its text as a hint. An empty table shows the
+/// A read-only table over the rows of a dataset. Texts are read when they are painted. Rows are fetched when they
+/// become visible; all of them when the reader goes to the end or drags the scroll bar's thumb. The focused row follows
+/// the dataset's cursor and moves it. Several rows can be selected, and copied as lines with tabs. The columns share
+/// the width, with lines between them. A row that is being inserted is the last one. Rows have one height, or the
+/// height of their texts (CellAutoHeight). A cell that is cut off shows its text as a hint. An empty table shows the
 /// text of the property "OptionsView.NoDataToDisplayInfoText".
 class TcxGridDBTableView : public QTableView, public DataBoundControl
 {
@@ -25,24 +25,24 @@ public:
     explicit TcxGridDBTableView(QWidget *parent = nullptr);
     ~TcxGridDBTableView() override;
 
-    /// The field that tells rows apart.
+    /// The field that identifies rows.
     const QString &KeyField() const { return m_keyField; }
     void SetKeyField(const QString &name) { m_keyField = name; }
     /// Values of the key field in the selected rows, from the top.
     QVariantList SelectedKeys() const;
-    /// Set in pixels at 96 dpi, answered as it stands on this desktop.
+    /// Set in pixels at 96 dpi, returned in pixels of this desktop.
     int DataRowHeight() const;
     void SetDataRowHeight(int height);
-    /// Rows grow with their texts from the data row height up; each is measured when it comes to be seen.
+    /// Rows grow with their texts, from the data row height up; each is measured when it becomes visible.
     bool CellAutoHeight() const { return wordWrap(); }
     void SetCellAutoHeight(bool on) { setWordWrap(on); }
 
-    /// Borrows the data source, which must live until the view dies or gets another.
+    /// Borrows the data source, which must outlive the view or its next SetDataSource.
     void SetDataSource(TDataSource *dataSource);
     TDataSource *DataSource() const override;
 
-    /// After the focused row or the selection has changed, once the dataset's cursor has followed; a row of changes is
-    /// told once. Under the general guard.
+    /// Called once after a series of changes of focused row or selection, when the dataset's cursor has followed. Under
+    /// the general guard.
     std::function<void()> OnSelectionChanged;
 
     /// The texts of a row's visible columns, from the left.
@@ -79,7 +79,7 @@ private:
     void CopyRows();
     /// Rows that the view shows at least in part.
     int RowsOnScreen() const;
-    /// Makes the scroll bar as long as the list, or as it is taken to be until its end is known.
+    /// Makes the scroll bar as long as the list, or as its estimate until the end is known.
     void ClaimRows();
     std::vector<int> VisibleColumns() const;
 
@@ -87,9 +87,9 @@ private:
     std::vector<TcxGridDBColumn *> m_columns;
     std::unique_ptr<Model> m_model;
     bool m_following = false;
-    bool m_isMoved = false; ///< the focus has left the dataset's cursor behind
+    bool m_isMoved = false; ///< the focus has moved and the dataset's cursor has not followed yet
     bool m_filling = false;
-    bool m_isSelectionDue = false; ///< to be told
-    bool m_isFocusMoved = false;   ///< and is to stay in view while the rows around it grow
-    int m_handling = 0;            ///< events that the toolkit is at work on
+    bool m_isSelectionDue = false; ///< OnSelectionChanged is still to be called
+    bool m_isFocusMoved = false;   ///< keep the focused row in view while the rows around it grow
+    int m_handling = 0;            ///< nesting of Qt's event handlers
 };

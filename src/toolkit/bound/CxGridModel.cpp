@@ -22,7 +22,7 @@ QVariant TcxGridDBTableView::Model::data(const QModelIndex &index, int role) con
     const bool isKnown = role == Qt::DisplayRole || role == Qt::DecorationRole || role == Qt::AccessibleTextRole;
     if (!isKnown || !index.isValid() || !dataSet)
         return {};
-    // A text that cannot be read is an empty cell: the toolkit asks while it paints.
+    // An unreadable text is an empty cell: Qt asks while painting and must not see an exception.
     try {
         const TcxGridDBColumn &column = *m_view.m_columns[static_cast<size_t>(index.column())];
         const QMap<int, QIcon> &images = column.Images();
@@ -51,7 +51,7 @@ QVariant TcxGridDBTableView::Model::ValueOf(const TDataSet &dataSet, const QMode
     const int field = FieldOf(index.column());
     if (field < 0)
         return {};
-    // In the row that is being edited or inserted the pending value counts.
+    // The row that is being edited or inserted shows its pending values.
     return index.row() == CursorRow() ? FieldAt(dataSet, field).Value() : dataSet.ValueAt(index.row(), field);
 }
 
@@ -85,7 +85,7 @@ void TcxGridDBTableView::Model::FetchUpTo(int row)
     TDataSet *dataSet = OpenDataSet();
     if (!dataSet || m_hasFailed || m_isTelling)
         return;
-    // The view asks again and again: one failure is told once.
+    // The view asks repeatedly; one failure is reported once.
     m_hasFailed = !RunGuarded([&] { dataSet->FetchUpTo(row); });
     TakeFetched();
 }
@@ -152,7 +152,7 @@ void TcxGridDBTableView::Model::FollowPending()
     const bool hasPending = dataSet && dataSet->State() == DataSetState::Insert;
     if (hasPending == m_hasPending)
         return;
-    // The focus leaves a row that goes for another one: that is no wish of the reader's.
+    // When a row is removed its focus moves to another row; that must not move the cursor.
     const QScopedValueRollback following(m_view.m_following, true);
     if (hasPending)
         beginInsertRows({}, m_rowCount, m_rowCount);

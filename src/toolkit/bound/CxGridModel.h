@@ -9,7 +9,7 @@
 
 class TField;
 
-/// The rows that the dataset has fetched so far, as far as the view was told of them.
+/// The rows fetched so far, as far as they were announced to the view.
 class TcxGridDBTableView::Model : public QAbstractTableModel, public SourceLink
 {
 public:
@@ -25,13 +25,13 @@ public:
 
     bool canFetchMore(const QModelIndex &parent) const override;
     void fetchMore(const QModelIndex &parent) override;
-    /// Fetches until the row exists or the rows end. A failure is reported, once.
+    /// Fetches until the row exists or the rows end. Reports a failure once.
     void FetchUpTo(int row);
     /// True if no more rows will come.
     bool HasAll() const;
 
     void AppendColumn();
-    /// Takes fields and rows anew from the dataset.
+    /// Reads fields and rows from the dataset again.
     void Rebuild();
 
     void ActiveChanged() override { Rebuild(); }
@@ -39,7 +39,7 @@ public:
     void DataSetScrolled() override;
     void RecordChanged() override;
 
-    /// The row that the dataset's cursor stands on, -1 for none: the row being inserted stands behind all others.
+    /// The row of the dataset's cursor, -1 for none; a row being inserted comes after all others.
     int CursorRow() const;
     bool IsPending(int row) const { return m_hasPending && row == m_rowCount; }
 
@@ -56,5 +56,5 @@ private:
     bool m_hasPending = false; ///< a row is being inserted, and shown behind the fetched ones
     std::vector<int> m_fields; ///< by column: index of the dataset's field, -1 if it has none of that name
     bool m_hasFailed = false;
-    bool m_isTelling = false; ///< of rows: who hears of them may ask for more, and would tell the others out of turn
+    bool m_isTelling = false; ///< between begin- and endInsertRows; a listener that fetches more must not nest them
 };

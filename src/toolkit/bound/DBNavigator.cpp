@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The resources of a static library come along only when asked for, and only outside of namespaces.
+// A static library's resources are linked only on request, and only from outside any namespace.
 static void InitNavigatorImages()
 {
     Q_INIT_RESOURCE(navigator);
@@ -17,7 +17,7 @@ static void InitNavigatorImages()
 namespace {
 
 constexpr int PictureSize = 14;
-constexpr int LeastSide = 24; // that a hand hits
+constexpr int LeastSide = 24; // the smallest button that is easy to hit
 
 } // namespace
 

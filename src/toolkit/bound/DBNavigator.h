@@ -9,8 +9,8 @@
 
 class QToolButton;
 
-/// Buttons that move a dataset's cursor: first, prior, next, last, and one that reads the rows again. The mouse
-/// leaves the focus where it is, the tab key brings it to them.
+/// Buttons that move a dataset's cursor: first, prior, next, last, and one that reads the rows again. They take the
+/// focus by Tab, not by a click.
 class TDBNavigator : public QFrame, private SourceLink
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
     /// One for each button, from the left.
     QStringList Hints() const;
     void SetHints(const QStringList &hints);
-    /// Puts the buttons behind a control, which has been given its place before.
+    /// Puts the buttons after a control that is in the tab order already.
     void FollowInTabOrder(QWidget &control);
     /// Borrows the data source.
     void SetDataSource(TDataSource *dataSource);

@@ -21,7 +21,7 @@ constexpr Message collapsed{u"đang đóng", u"collapsed"};
 constexpr int RowHeight = 23;
 constexpr int Indentation = 18;
 
-/// The toolkit's own word for it looks at the first column alone, which shows no names.
+/// Qt's own state text looks only at the first column, which shows no names.
 QString StateText(bool isExpanded)
 {
     return TextOrEnglish(isExpanded ? expanded : collapsed);
@@ -217,7 +217,7 @@ void TDBTreeList::ShowColumns()
         setColumnHidden(column, !m_columns[static_cast<size_t>(column)]->Visible());
     if (treePosition() != branches) {
         setTreePosition(branches);
-        FollowCursor(); // the focus stands in the column that shows
+        FollowCursor(); // the focus is in the visible column
     }
 }
 
@@ -230,7 +230,7 @@ void TDBTreeList::FollowCursor()
 
 QItemSelectionModel::SelectionFlags TDBTreeList::selectionCommand(const QModelIndex &index, const QEvent *event) const
 {
-    // With Ctrl, or below the last node, the toolkit would take the selection off the node of the dataset's cursor.
+    // With Ctrl, or below the last node, Qt would deselect the node of the dataset's cursor.
     const QItemSelectionModel::SelectionFlags flags = QTreeView::selectionCommand(index, event);
     const bool takesOff = flags & (QItemSelectionModel::Deselect | QItemSelectionModel::Toggle);
     return takesOff || !index.isValid() ? QItemSelectionModel::NoUpdate : flags;
@@ -242,7 +242,7 @@ void TDBTreeList::currentChanged(const QModelIndex &current, const QModelIndex &
     if (m_following || !current.isValid())
         return;
     const int row = RowOf(current);
-    // A failing detail leaves the cursor where the dataset says, and the focus with it.
+    // If a detail dataset fails, the focus returns to the dataset's cursor.
     if (!RunGuarded([&] { m_model->DataSet()->MoveTo(row); }))
         FollowCursor();
 }

@@ -10,7 +10,7 @@
 class TDataSource;
 
 /// A tree over the rows of a dataset: nodes by a key and a parent field, texts read from the dataset when they are
-/// painted. The focused node follows the dataset's cursor and moves it. Odd keys never lose a row, see TreeShape.
+/// painted. The focused node follows the dataset's cursor and moves it. Faulty keys never lose a row, see TreeShape.
 /// Read only, no header, no icons; the selected node is bold. A change of the dataset's rows collapses all nodes.
 class TDBTreeList : public QTreeView
 {
@@ -26,17 +26,17 @@ public:
     void SetKeyField(const QString &name) { m_keyField = name; }
     const QString &ParentField() const { return m_parentField; }
     void SetParentField(const QString &name) { m_parentField = name; }
-    /// A row whose parent field equals it stands at the top level.
+    /// A row whose parent field equals it is at the top level.
     const QString &RootValue() const { return m_rootValue; }
     void SetRootValue(const QString &value) { m_rootValue = value; }
 
-    /// Adds a column with its object name. The visible columns share the tree's width, the first of them carries the
+    /// Adds a column with its object name. The visible columns share the tree's width; the first of them has the
     /// branches. REQUIRES: called before SetDataSource.
     TDBTreeListColumn &AddColumn(const QString &fieldName, const QString &objectName, bool visible);
     /// The column of a field; null if there is none.
     TDBTreeListColumn *Column(const QString &fieldName) const;
 
-    /// Borrows the data source, which must live until the tree dies or gets another.
+    /// Borrows the data source, which must outlive the tree or its next SetDataSource.
     void SetDataSource(TDataSource *dataSource);
     TDataSource *DataSource() const;
 
@@ -44,7 +44,7 @@ public:
     void FullExpand();
     void FullCollapse() { collapseAll(); }
 
-    /// The dataset's row of a node, -1 for none; and the node of a row, in the column that carries the branches.
+    /// The dataset's row of a node, -1 for none; and the node of a row, in the column that has the branches.
     int RowOf(const QModelIndex &node) const;
     QModelIndex NodeOf(int row) const;
 

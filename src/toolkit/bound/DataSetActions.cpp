@@ -15,8 +15,8 @@ DataSetActions::DataSetActions(QWidget &window, QAction &post, QAction &cancel, 
 {
     const auto wire = [this](QAction &action, void (*act)(TDataSet &)) {
         ConnectGuarded(&action, &QAction::triggered, this, [this, act] { Run(act); });
-        // Acting on what has the focus, their buttons must not take it: a letter with Alt presses them. A bar's button
-        // would drop that letter from a text that is not the short one.
+        // The actions act on the focused control, so their buttons don't take the focus and need a mnemonic. Bar
+        // buttons show the icon text, which by default is the text without its "&".
         const auto keepLetter = [&action] { action.setIconText(action.text()); };
         keepLetter();
         connect(&action, &QAction::changed, this, keepLetter);
@@ -31,7 +31,7 @@ DataSetActions::DataSetActions(QWidget &window, QAction &post, QAction &cancel, 
 
 TDataSource *DataSetActions::FocusedSource() const
 {
-    // The window's own focus, also while another window of the program is the active one.
+    // The focus within this window, even while another window is active.
     const QWidget *focus = m_window.focusWidget();
     for (; focus; focus = focus->parentWidget()) {
         if (const auto *bound = dynamic_cast<const DataBoundControl *>(focus))
@@ -54,7 +54,7 @@ void DataSetActions::Update()
 void DataSetActions::Run(void (*act)(TDataSet &))
 {
     const TDataSource *source = FocusedSource();
-    // Letters that the input method has not handed over yet belong to what is posted.
+    // Text that the input method has not committed yet is part of the post.
     QGuiApplication::inputMethod()->commit();
     if (source && source->DataSet())
         act(*source->DataSet());

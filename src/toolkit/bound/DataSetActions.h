@@ -7,16 +7,16 @@ class QAction;
 class QWidget;
 class TDataSource;
 
-/// The standard actions on a dataset: post, cancel, delete. They name no data source and act on that of the bound
-/// control that has the focus when they are triggered; before the event loop rests they are enabled by its state.
+/// The standard actions on a dataset: post, cancel, delete. They act on the data source of the bound control that has
+/// the focus when they are triggered; its state enables them, updated before the event loop goes idle.
 class DataSetActions : public QObject
 {
     Q_OBJECT
 public:
-    /// Borrows window and actions; belongs to the window.
+    /// Borrows the actions; a child of the window.
     DataSetActions(QWidget &window, QAction &post, QAction &cancel, QAction &deletion);
 
-    /// The data source in focus; null if the focus is on nothing that is bound. A combo's open list is the combo.
+    /// The focused control's data source; null if it is not bound. A combo's open list counts as the combo.
     TDataSource *FocusedSource() const;
     void Update();
 

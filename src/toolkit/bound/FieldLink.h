@@ -8,35 +8,35 @@
 
 class TField;
 
-/// A control that shows rows or values of a data source. Commands that act on "the data in focus" ask for it.
+/// A control that shows rows or values of a data source. DataSetActions asks the focused one for it.
 class DataBoundControl
 {
 public:
     virtual ~DataBoundControl() = default;
-    /// Null while it is bound to none.
+    /// Null while the control is not bound.
     virtual TDataSource *DataSource() const = 0;
 };
 
-/// The tie between an edit control and one field of a data source's current row. Borrows the data source.
+/// Connects an edit control to one field of a data source's current row. Borrows the data source.
 class FieldLink : public SourceLink
 {
 public:
-    /// `show` is called whenever the field may have another value, or may be edited where it could not be, or no more.
+    /// `show` is called whenever the field's value, or whether it can be edited, may have changed.
     explicit FieldLink(std::function<void()> show) : m_show(std::move(show)) {}
 
     void SetDataSource(TDataSource *dataSource);
     const QString &FieldName() const { return m_fieldName; }
-    /// The control then shows that field.
+    /// Binds the control to that field and shows its value.
     void SetFieldName(const QString &name);
 
     /// The field while the dataset is open and has it, else null.
     TField *Field() const;
-    /// False without a current or pending row: an edit never makes a row of its own.
+    /// False without a current or pending row: editing never inserts a row.
     bool CanEdit() const;
     /// The row is being edited or inserted.
     bool IsEditing() const;
-    /// Puts the dataset into edit state and lets `write` set the field; the control, which has the value already, is
-    /// not shown anew meanwhile. What fails is thrown after the control shows the field's value again.
+    /// Puts the dataset into edit state and lets `write` set the field, without a call of `show`, since the control has
+    /// the value already. After a failure the control shows the field's value again and the exception is passed on.
     void Write(const std::function<void(TField &)> &write);
 
     void ActiveChanged() override { Show(); }

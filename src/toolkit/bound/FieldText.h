@@ -2,15 +2,15 @@
 
 #include <QString>
 
-/// Texts of edit controls that are bound to a field of limited size, all in UTF-16 units.
+/// Texts of edit controls bound to a field of limited size, in UTF-16 units.
 
-/// The beginning of a text that fits in `room`, never with half a pair at its end.
+/// The beginning of a text that fits in `room` UTF-16 units; it never ends with half a surrogate pair.
 QString FittingPart(const QString &text, qsizetype room);
 
-/// How the lines of a field's text end. A control shows LF only; what it writes has the ends that the text came with,
-/// CR LF where it came with none. A text of several kinds takes LF, so that it does not grow.
+/// The line end of a field's text. Controls show LF only; they write the text's own line ends, CR LF if it had none.
+/// A text with several kinds gets LF, so that it does not grow.
 QString LineEndOf(const QString &text);
-/// With LF for every CR LF, CR and LF.
+/// The text with LF for every CR LF, CR and LF.
 QString WithLineFeeds(const QString &text);
-/// A text with LF as the field keeps it.
+/// A text with LF, converted to the field's line end.
 QString WithLineEnds(const QString &text, const QString &lineEnd);

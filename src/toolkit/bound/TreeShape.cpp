@@ -30,7 +30,7 @@ void TreeShape::ResolveParents(const QStringList &keys, const QStringList &paren
 {
     QHash<QStringView, int> rowOfKey;
     rowOfKey.reserve(keys.size());
-    for (int row = RowCount() - 1; row >= 0; --row) { // backwards, so that the first of equal keys stays
+    for (int row = RowCount() - 1; row >= 0; --row) { // backwards, so that the first of equal keys wins
         if (!keys[row].isEmpty())
             rowOfKey.insert(keys[row], row);
     }
@@ -42,7 +42,7 @@ void TreeShape::ResolveParents(const QStringList &keys, const QStringList &paren
 
 void TreeShape::OpenCircles()
 {
-    // Each row is walked upwards once; meeting a row of the same walk again means a circle.
+    // Walks up from each row once; meeting a row of the same walk again means a cycle.
     std::vector<int> walkOf(m_parent.size(), -1);
     for (int start = 0; start < RowCount(); ++start) {
         int row = start;

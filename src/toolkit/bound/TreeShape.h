@@ -5,10 +5,11 @@
 #include <vector>
 
 /// The tree that rows form by their keys and parent keys. Rows are numbers from 0, siblings keep the rows' order, and
-/// every row stands in the tree exactly once, whatever the keys say:
-/// a row without a parent among the rows stands at the top level; of rows with one key the first takes the children; a
-/// circle of parents is opened at its first row, which goes to the top level; what lies deeper than MaxDepth goes to
-/// the top level, too.
+/// every row is in the tree exactly once, whatever the keys are:
+/// - A row whose parent is missing is at the top level.
+/// - Of rows with the same key the first gets the children.
+/// - A cycle of parents is broken at its first row, which goes to the top level.
+/// - Rows deeper than MaxDepth go to the top level, too.
 class TreeShape
 {
 public:

@@ -36,7 +36,7 @@ int NextOwner()
     return ++lastOwner;
 }
 
-/// What a selection holds beside pictures, for each of which the engine puts a character of its own.
+/// The text of a selection without the placeholder characters that Chromium puts for pictures.
 QString WithoutPictures(QString text)
 {
     return text.remove(QChar::ObjectReplacementCharacter);
@@ -72,17 +72,17 @@ public:
     QString title;
     QString hostCss;
     bool isDark = false;
-    /// What our scripts selected: a selection made by script does not reach the engine's cache.
+    /// The text that our scripts selected; selections by script don't update Qt WebEngine's cached text.
     QString foundText;
-    bool isTextSelected = false; ///< in the engine's cache, as of its last change
+    bool isTextSelected = false; ///< in Qt WebEngine's cached selection
     int zoomPercent = 100;
     bool showsMenuWithCtrl = false;
     quint64 number = 0; ///< of the page handed over last
     bool isComplete = false;
     bool isTold = false; ///< OnDocumentComplete has returned for this page
-    bool isLost = false; ///< will not complete: nobody need wait
+    bool isLost = false; ///< will not complete, so waits end
     bool hasRendererEnded = false;
-    bool hasLeft = false; ///< the page went to an empty one by itself
+    bool hasLeft = false; ///< the page navigated to an empty one by itself
 };
 
 TBrowserControl::Private::Private(TBrowserControl *control) : q(control)
@@ -118,7 +118,7 @@ TBrowserControl::Private::Private(TBrowserControl *control) : q(control)
 TBrowserControl::Private::~Private()
 {
     profile->Pages().Withdraw(page->Address());
-    // Pages go before their profile.
+    // A page must be deleted before its profile.
     delete page;
 }
 
@@ -149,7 +149,7 @@ void TBrowserControl::Private::LoadingChanged(const QWebEngineLoadingInfo &info)
     }
     if (info.status() != QWebEngineLoadingInfo::LoadSucceededStatus)
         return;
-    // Out of the engine's own call first: a handler may wait for the engine.
+    // Not from within Chromium's call: a handler may wait for Chromium.
     QTimer::singleShot(0, this, [this, loaded = number] { Complete(loaded); });
 }
 
@@ -160,20 +160,20 @@ void TBrowserControl::Private::Complete(quint64 loaded)
     isComplete = true;
     ApplyZoom();
     const QPointer<Private> self = this;
-    // A copy: the handler may replace itself.
+    // A copy, because the handler may replace itself.
     if (const auto handler = q->OnDocumentComplete)
         RunGuarded(handler);
     if (!self || loaded != number)
         return;
-    // Who waits for the page goes on behind its handler, and so colours over it.
+    // Waits continue only after the handler, so that their highlighting goes over its own.
     isTold = true;
     wait.Wake();
 }
 
 void TBrowserControl::Private::AddressChanged(const QUrl &address)
 {
-    // The engine goes to "about:blank" without asking anyone. A page that does so by itself would do it again: once
-    // back is enough.
+    // Chromium navigates to "about:blank" without asking. A page that does so by itself would do it again, so it is
+    // restored only once.
     if (address.scheme() != QLatin1StringView("about") || number == 0 || hasLeft)
         return;
     hasLeft = true;
@@ -193,7 +193,7 @@ void TBrowserControl::Private::RendererEnded()
         ShowPage();
         return;
     }
-    // Nobody answers any more: a command would wait for the next page, and act on that.
+    // Nothing will answer any more; a command would wait for the next page and act on that.
     isLost = true;
     wait.Renew();
     RunGuarded([] {
@@ -203,7 +203,7 @@ void TBrowserControl::Private::RendererEnded()
 
 void TBrowserControl::Private::ApplyZoom()
 {
-    // The engine ignores a factor outside its range instead of clamping it.
+    // Qt WebEngine ignores a factor outside its range instead of clamping it.
     page->setZoomFactor(std::clamp(zoomPercent, leastZoom, greatestZoom) / 100.0);
 }
 
@@ -238,7 +238,7 @@ TBrowserControl::TBrowserControl(QWidget *parent) : QWebEngineView(parent)
 {
     d = std::make_unique<Private>(this);
     setPage(d->page);
-    QFont own = font(); // pages have fonts of their own: what a panel around it is given is none of its business
+    QFont own = font(); // pages have their own fonts and don't inherit a panel's
     own.setResolveMask(QFont::AllPropertiesResolved);
     setFont(own);
     setAcceptDrops(false);
@@ -325,7 +325,7 @@ bool TBrowserControl::WaitComplete()
 
 void TBrowserControl::Copy()
 {
-    // The engine's command, too, acts on what has the focus, and knows nothing of a selection made by a script.
+    // Chromium's command acts on its focused frame and does not know a selection made by script.
     if (isActiveWindow() && d->foundText.isEmpty()) {
         triggerPageAction(QWebEnginePage::Copy);
         return;
@@ -338,7 +338,7 @@ void TBrowserControl::Copy()
 void TBrowserControl::SelectAll()
 {
     d->foundText.clear();
-    // The engine's command acts on what has the focus, and does nothing in a window that is not the active one.
+    // Chromium's command acts on the focus, and does nothing in an inactive window.
     setFocus();
     if (isActiveWindow()) {
         triggerPageAction(QWebEnginePage::SelectAll);
@@ -393,7 +393,7 @@ void TBrowserControl::PrintPreview()
 void TBrowserControl::SaveDialog()
 {
     const QPointer<TBrowserControl> self = this;
-    // The text of a page that is not complete would be a part of it.
+    // Before the page is complete its text would be incomplete, too.
     WaitComplete();
     if (self)
         SavePage(*this, d->title);

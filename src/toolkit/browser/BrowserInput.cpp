@@ -14,7 +14,7 @@ namespace {
 
 constexpr int wheelStep = 120; // eighths of a degree in one notch
 
-/// Keys by which the engine would open, reload or leave a page.
+/// Keys by which Chromium would open, reload or leave a page.
 bool IsEngineCommand(const QKeyEvent &event)
 {
     const auto modifiers = event.modifiers() & ~Qt::KeypadModifier;
@@ -81,7 +81,7 @@ bool BrowserInput::eventFilter(QObject *watched, QEvent *event)
     case QEvent::NativeGesture:
         return static_cast<QNativeGestureEvent *>(event)->gestureType() == Qt::ZoomNativeGesture;
     case QEvent::ContextMenu:
-        // The key itself has called already.
+        // The key press has been reported already.
         return static_cast<QContextMenuEvent *>(event)->reason() == QContextMenuEvent::Keyboard;
     default:
         return false;

@@ -11,18 +11,18 @@ class QMouseEvent;
 class QWebEngineView;
 class QWheelEvent;
 
-/// Watches the widget in which the engine takes its input: keeps keys and gestures from the engine that would make it
-/// act behind the program's back, and tells of presses, the zoom wheel and the menu keys.
+/// Filters the events of Chromium's input widget: blocks keys and gestures by which Chromium would navigate on its own,
+/// and reports presses, the zoom wheel and the menu keys.
 class BrowserInput : public QObject
 {
     Q_OBJECT
 public:
     explicit BrowserInput(QWebEngineView *view);
 
-    /// Follows the engine's widget, which it replaces now and then.
+    /// Filters Chromium's current input widget; call again when it has been replaced.
     void Attach();
 
-    /// A press of the left or right button, in the view's coordinates; told in the turn after the press.
+    /// A press of the left or right button, in the view's coordinates; called in the next turn of the event loop.
     std::function<void(Qt::MouseButton, Qt::KeyboardModifiers, QPoint)> OnPress;
     std::function<void(int steps)> OnZoomWheel;
     /// The position in the view's coordinates.
@@ -30,19 +30,19 @@ public:
     /// F3 and Shift+F3.
     std::function<void(bool isBackward)> OnFindKey;
 
-    /// What was held at the last press.
+    /// The modifiers at the last press.
     Qt::KeyboardModifiers PressModifiers() const { return m_pressModifiers; }
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    /// True keeps the event from the engine.
+    /// True blocks the event.
     bool KeyPressed(QKeyEvent *event);
     bool MousePressed(QWidget *widget, QMouseEvent *event);
     bool WheelTurned(QWheelEvent *event);
     QPoint MenuPoint() const;
-    /// Tells in the next turn of the loop, when the engine has had the event.
+    /// Calls in the next turn of the event loop, after Chromium has had the event.
     void Tell(std::function<void()> call);
 
     QWebEngineView *m_view;

@@ -18,7 +18,8 @@
 
 namespace {
 
-/// Holds a closed page back from the web, behind the guard of the profile, which does not know who was let out.
+/// Blocks web requests of a closed page. The profile's interceptor, which runs first, can't tell which page may make
+/// them.
 class WebInterceptor : public QWebEngineUrlRequestInterceptor
 {
 public:
@@ -40,7 +41,7 @@ BrowserPage::BrowserPage(BrowserProfile *profile) : QWebEnginePage(profile)
 {
     setUrlRequestInterceptor(new WebInterceptor(this, m_isAway));
     RefuseRequests();
-    // A link that asks for a window of its own is a link like any other.
+    // A link that asks for a new window is treated like any other.
     connect(this, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest &request) {
         const QUrl url = request.requestedUrl();
         if (!FollowLink(url, true, request.isUserInitiated()))
@@ -85,7 +86,7 @@ bool BrowserPage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
         m_isHostLoading = false;
         return DecideNavigation(url, true, true, m_address) == Navigation::Load;
     }
-    // The mouse's Back button and the reload keys reach the engine past every shortcut.
+    // The mouse's Back button and the reload keys bypass all shortcuts.
     if (type == NavigationTypeBackForward || type == NavigationTypeReload || type == NavigationTypeFormSubmitted)
         return false;
     if (isMainFrame && !m_opening.isEmpty() && url == m_opening) {
@@ -99,11 +100,11 @@ bool BrowserPage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
 
 bool BrowserPage::FollowLink(const QUrl &asked, bool isMainFrame, bool isByReader)
 {
-    const QUrl url = m_isAway ? asked : AddressAskedFor(asked); // no page of the web asks so
+    const QUrl url = m_isAway ? asked : AddressAskedFor(asked); // web pages never use such addresses
     const Navigation decision = DecideNavigation(url, false, isMainFrame, m_address);
     if (decision == Navigation::Load && !isMainFrame)
         return true;
-    // What moves without the reader, such as a refresh by the page's own mark-up, opens nothing outside.
+    // Navigation that the reader did not cause, such as a refresh in the page's mark-up, opens nothing outside.
     if (decision == Navigation::Refuse || (decision == Navigation::OpenOutside && !isByReader))
         return false;
     bool isCancelled = false;
@@ -114,7 +115,7 @@ bool BrowserPage::FollowLink(const QUrl &asked, bool isMainFrame, bool isByReade
         m_isAway = true;
         return true;
     }
-    // The host opens web addresses in its own way; a mail link is known to the document door alone.
+    // The host handles web addresses itself; mail links go to the document door.
     if (!url.toString().contains(QStringLiteral("http")))
         OpenDocumentLater(url.toString(QUrl::FullyEncoded));
     return false;

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Stops every request but that for the page itself and for data that stand in it.
+/// Blocks every request except those for the page itself and for data: addresses in it.
 class ClosedPageInterceptor : public QWebEngineUrlRequestInterceptor
 {
 public:
@@ -21,10 +21,10 @@ public:
     {
         const QUrl url = request.requestUrl();
         const bool isOurs = url.scheme() == QLatin1StringView(PageScheme);
-        // A page within itself would nest without end.
+        // A page inside itself would nest without end.
         const bool isPage = request.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame;
-        // The engine hears of a page of the web later than that page asks for what it holds: the first party is then
-        // still the page before, but the initiator is the one that asks.
+        // A web page's first requests come before the first party is updated, which is then still the previous page.
+        // The initiator is the page that asks.
         const QUrl asking = IsWebAddress(request.initiator()) ? request.initiator() : request.firstPartyUrl();
         request.block(!MayRequest(url, asking, isPage) || (isOurs && !isPage));
     }
@@ -62,8 +62,7 @@ void CloseSettings(QWebEngineSettings &settings)
         settings.setAttribute(attribute, false);
     settings.setAttribute(Settings::PlaybackRequiresUserGesture, true);
     settings.setAttribute(Settings::WebRTCPublicInterfacesOnly, true);
-    // So that a mail link reaches the page's hook, which refuses it to the engine. Forbidden here, it would vanish
-    // unseen.
+    // Lets a mail link reach the page's hook, which keeps it from Chromium. Forbidden here, the link would do nothing.
     settings.setUnknownUrlSchemePolicy(Settings::AllowUnknownUrlSchemesFromUserInteraction);
     settings.setDefaultTextEncoding(QStringLiteral("utf-8"));
     if (!IsPageFontInstalled()) {

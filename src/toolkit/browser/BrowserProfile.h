@@ -6,13 +6,13 @@
 
 #include <memory>
 
-/// The engine's settings for closed pages, shared by all browser controls. Nothing is kept on disk, nothing is asked of
-/// the network, and what a page might ask of the engine is refused.
+/// The profile for closed pages, shared by all browser controls. It stores nothing on disk, makes no network requests,
+/// and refuses permissions, downloads and whatever else a page might ask for.
 class BrowserProfile : public QWebEngineProfile
 {
     Q_OBJECT
 public:
-    /// The profile that all controls share. It lives as long as someone holds it: pages must go before it.
+    /// The profile that all controls share. It exists as long as a pointer to it; pages must be deleted first.
     static std::shared_ptr<BrowserProfile> Shared();
     ~BrowserProfile() override;
 

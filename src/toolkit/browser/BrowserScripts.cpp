@@ -8,13 +8,13 @@
 
 static void InitScriptResources()
 {
-    // The library is static: without a call its resources would not be linked.
+    // In a static library resources are linked only if they are called for.
     Q_INIT_RESOURCE(scripts);
 }
 
 namespace {
 
-/// Below this a page is shown at once anyway.
+/// Shorter pages are shown at once anyway.
 constexpr qsizetype longPageBytes = 1'000'000;
 
 QString ReadScript(QStringView name)
@@ -34,7 +34,7 @@ QString ReadAllScripts(const QList<QStringView> &names)
     return source;
 }
 
-/// The text as a literal that the script language reads back.
+/// The value as a JavaScript literal.
 QString Literal(const QVariant &value)
 {
     const QByteArray array = QJsonDocument(QJsonArray{QJsonValue::fromVariant(value)}).toJson(QJsonDocument::Compact);
@@ -60,7 +60,7 @@ void InstallPageScripts(QWebEngineScriptCollection &scripts, const PageSetting &
     static const QString night = ReadAllScripts({u"nightcolours", u"nighttraits", u"night"});
     static const QString longPage = ReadAllScripts({u"long"});
     scripts.clear();
-    // Before the measuring of a long page, so that the engine computes its styles once.
+    // Before a long page is measured, so that Chromium computes its styles once.
     scripts.insert(OwnScript(QStringLiteral("const HOST_CSS = %1;\n").arg(Literal(setting.hostCss)) + host +
                                  (setting.isDark ? night : QString()),
                              true));

@@ -4,9 +4,9 @@
 
 namespace {
 
-/// Tells our own waking apart from the end of the program, which ends every loop.
+/// The exit code of our own waking; the end of the program ends every loop with another one.
 constexpr int wakeCode = 0x57616b65;
-/// A key held down begins a wait inside a wait for each repeat: beyond these the newest gives up at once.
+/// A held key begins a nested wait at each repeat; beyond this depth the newest one gives up at once.
 constexpr int mostWaits = 4;
 
 } // namespace

@@ -8,8 +8,8 @@
 
 class QEventLoop;
 
-/// Waits for the engine by processing events. A wait belongs to the page that stands when it begins: it is dropped when
-/// another page, the control or the program's event loop goes. Main thread only.
+/// Waits for Chromium by processing events. A wait belongs to the page at its start: it is dropped when another page
+/// comes, or when the control or the program's event loop ends. Main thread only.
 class EngineWait
 {
 public:
@@ -18,22 +18,22 @@ public:
     EngineWait(const EngineWait &) = delete;
     EngineWait &operator=(const EngineWait &) = delete;
 
-    /// Processes events until the condition holds, which is tested at each Wake(). False when the wait was dropped,
-    /// also when another Until() began inside it, or at once when too many waits stand upon each other.
+    /// Processes events until the condition holds, which is tested at each Wake(). False if the wait was dropped, or if
+    /// another Until() began inside it; false at once if too many waits are nested.
     bool Until(const std::function<bool()> &condition);
 
-    /// Calls `ask` with a function that takes the engine's answer, and waits for that. A default value when the wait
-    /// was dropped; the answer is then ignored.
+    /// Calls `ask` with a function that takes Chromium's answer, and waits for it. A default value if the wait was
+    /// dropped; a late answer is ignored.
     template <typename Value>
     Value For(const std::function<void(std::function<void(const Value &)>)> &ask);
 
     /// Lets all waits test their conditions.
     void Wake();
-    /// Another page stands now: drops all waits.
+    /// Drops all waits, because another page is there.
     void Renew();
 
 private:
-    /// What waits share with their owner, and what survives it.
+    /// Shared by the waits and their owner, and outlives the owner.
     struct State
     {
         QList<QEventLoop *> loops;

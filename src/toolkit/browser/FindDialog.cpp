@@ -15,7 +15,7 @@ FindDialog::FindDialog(QWidget *parent) : QDialog(parent), m_ui(std::make_unique
     setObjectName(QStringLiteral("dlgFind"));
     TranslateForm(*this)->FOnLanguageChanged = [this] {
         if (!m_ui->lbNotFound->text().isEmpty())
-            ShowResult(false); // what is said already is said anew
+            ShowResult(false); // translates the message on show
     };
     ConnectGuarded(m_ui->btnFindNext, &QPushButton::clicked, this, [this] { Find(false); });
     ConnectGuarded(m_ui->btnFindPrior, &QPushButton::clicked, this, [this] { Find(true); });

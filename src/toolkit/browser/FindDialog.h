@@ -9,7 +9,7 @@ namespace Ui {
 class FindDialog;
 }
 
-/// The dialog by which the reader finds a text in a page. Stays open beside the page.
+/// The dialog for finding a text in a page. It stays open beside the page.
 class FindDialog : public QDialog
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
     QString Text() const;
     bool IsCaseMatched() const;
     bool IsWholeWord() const;
-    /// Tells whether the last step found something.
+    /// Shows whether the last step found something.
     void ShowResult(bool isFound);
 
     std::function<void(bool isBackward)> OnFind;

@@ -9,7 +9,7 @@ bool IsPageAddress(const QUrl &url)
 
 bool IsPlaceInPage(const QUrl &url, const QUrl &page)
 {
-    // Without a fragment it would be a reload, and a reload of the passage never happens.
+    // Without a fragment it would be a reload, and passages are never reloaded.
     return url.hasFragment() && IsPageAddress(url) && url.matches(page, QUrl::RemoveFragment);
 }
 
@@ -24,7 +24,7 @@ QUrl AddressAskedFor(const QUrl &url)
 
 Navigation DecideNavigation(const QUrl &url, bool isStartPage, bool isMainFrame, const QUrl &page)
 {
-    // A frame loads by itself: whatever it names was asked for by nobody and must not reach the system's browser.
+    // A frame loads by itself: the reader did not ask for its address, which must not reach the system's browser.
     if (!isMainFrame)
         return Navigation::Refuse;
     if (isStartPage && IsPageAddress(url))

@@ -3,26 +3,27 @@
 #include <QString>
 #include <QUrl>
 
-/// What a page may do, decided in one place for every hook of the engine. In core so that a table can test it.
+/// What a page may do, decided in one place for all hooks of Qt WebEngine. In the core, so that a table can test it.
 
 enum class Navigation {
-    Load,        ///< our own page, or a place in it
-    OpenOutside, ///< to the system's program for it
+    Load,        ///< our own page, or an anchor in it
+    OpenOutside, ///< in the system's program for it
     Refuse,
 };
 
-/// What becomes of a navigation: address as the engine normalised it, whether the host is loading a page itself
-/// (`isStartPage`), whether it is for the main frame, and the address of the page on show.
-/// In the main frame the host's own page loads, any other address holding "http" goes outside, mail links go outside, a
-/// place in the page loads, and the rest is refused. In a frame everything is refused: frames load unasked.
+/// Decides on a navigation: `url` as normalised by Chromium, `isStartPage` while the host itself loads a page,
+/// `isMainFrame`, and `page`, the address on show.
+/// In the main frame the host's own page loads, any other address that contains "http" opens outside, mail links open
+/// outside, an anchor in the page loads, and the rest is refused. In other frames everything is refused, because frames
+/// load without the reader.
 Navigation DecideNavigation(const QUrl &url, bool isStartPage, bool isMainFrame, const QUrl &page);
 
-/// The address that a navigation is meant for: itself, but for one of ours by which a script asks for an address that
-/// the engine would drop without asking.
+/// The address that a navigation is meant for: `url` itself, or the address that one of our scripts has wrapped in it
+/// because Chromium would drop it without asking.
 QUrl AddressAskedFor(const QUrl &url);
 
-/// Whether a page may request a resource. Of our pages only the page itself by our scheme and data addresses. Of the
-/// web what a page of the web names, and a page for the main frame: there the navigation was decided before.
+/// Whether a page may request a resource. Our pages may request themselves, by our scheme, and data addresses. A web
+/// page may request what it names, and the main frame may load a web page, because that navigation was decided before.
 bool MayRequest(const QUrl &url, const QUrl &page, bool isForMainFrame);
 
 bool IsWebAddress(const QUrl &url);

@@ -36,7 +36,7 @@ constexpr qreal leastSideMargin = 15; // millimetres: lines to the very edge are
 constexpr qreal textDistance = 9;     // millimetres from the edge of the sheet to that line
 constexpr qreal textPoints = 8;
 constexpr int printDots = 300;
-/// The preview keeps every page as a picture.
+/// Dots per inch of the preview, which keeps every page as a picture.
 constexpr int previewDots = 110;
 
 /// Whether a printed file has its end. The printer itself takes no notice of a full disk.
@@ -48,7 +48,7 @@ bool IsWholeFile(const QString &path)
            file.readAll().contains("%%EOF");
 }
 
-/// The engine's pages for a sheet; empty if the page went away meanwhile.
+/// Chromium's PDF for a sheet; empty if the page was destroyed meanwhile.
 QByteArray LaidOut(TBrowserControl &control, const QPageLayout &sheet)
 {
     EngineWait wait;
@@ -65,7 +65,7 @@ QByteArray LaidOut(TBrowserControl &control, const QPageLayout &sheet)
     return self ? pdf : QByteArray();
 }
 
-/// What a preview shows, and for which sheet.
+/// The pages of a preview, and the sheet that they are laid out for.
 struct LaidOutPages
 {
     QByteArray pdf;
@@ -149,7 +149,7 @@ bool PaintPages(QPrinter &printer, const QByteArray &pdf, const PageTexts &texts
     for (int page = std::max(first, 1); page <= std::min(last, pageCount); ++page) {
         if (page > std::max(first, 1))
             printer.newPage();
-        // The engine leaves the margins transparent.
+        // Chromium leaves the margins transparent.
         QImage image((QSizeF(sheet.size()) * scale).toSize(), QImage::Format_RGB32);
         image.fill(Qt::white);
         QPainter imagePainter(&image);
@@ -170,7 +170,7 @@ void PrintPage(TBrowserControl &control, const QString &fallbackTitle)
     if (!self)
         return;
     printer.setDocName(texts.title);
-    // The window may go while the dialog stands, and the dialog with it.
+    // The window may be destroyed while the dialog is open, and the dialog with it.
     const QPointer<QPrintDialog> dialog = new QPrintDialog(&printer, control.window());
     dialog->setObjectName(QStringLiteral("dlgPrint"));
     dialog->setOption(QAbstractPrintDialog::PrintPageRange);
@@ -208,7 +208,7 @@ void PreviewPage(TBrowserControl &control, const QString &fallbackTitle)
     const auto pages = std::make_shared<LaidOutPages>(LaidOutPages{pdf, EngineLayout(start)});
     ConnectGuarded(window, &QPrintPreviewDialog::paintRequested, window,
                    [self, texts, pages, source = control.Source()](QPrinter *printer) {
-                       // Another sheet wants another layout, which only the page itself can give.
+                       // Another sheet needs another layout, which only Chromium can make.
                        const QPageLayout wanted = EngineLayout(printer->pageLayout());
                        if (wanted != pages->layout && self && self->Source() == source) {
                            const QByteArray laidOut = LaidOut(*self, printer->pageLayout());

@@ -7,21 +7,21 @@
 class QPrinter;
 class TBrowserControl;
 
-/// What stands in the margins of a printed page.
+/// The texts in the margins of a printed page.
 struct PageTexts
 {
-    QString title;   ///< header, left; "Page p of P" stands at its right
+    QString title;   ///< header, left; "Page p of P" is at its right
     QString address; ///< footer, left
     QString date;    ///< footer, right
 };
 
-/// Prints the control's page by the print dialog. `fallbackTitle` serves a document without a title.
+/// Prints the control's page through the print dialog. `fallbackTitle` is for a document without a title.
 void PrintPage(TBrowserControl &control, const QString &fallbackTitle);
 /// Opens the preview window, named "frmPrintPreview", on the control's page.
 void PreviewPage(TBrowserControl &control, const QString &fallbackTitle);
 
-/// The layout that the engine gets for a sheet: margins wide enough for header and footer.
+/// The layout that Chromium gets for a sheet: with margins wide enough for header and footer.
 QPageLayout EngineLayout(const QPageLayout &sheet);
-/// Draws the pages that the engine laid out, each with header and footer, from page `first` to page `last` (counted
-/// from 1, cut to those that exist). Images have `dotsPerInch` at most. False if the bytes are no document.
+/// Draws Chromium's pages, each with header and footer, from page `first` to page `last` (counted from 1, limited to
+/// those that exist). Images have at most `dotsPerInch`. False if the bytes are not a PDF.
 bool PaintPages(QPrinter &printer, const QByteArray &pdf, const PageTexts &texts, int first, int last, int dotsPerInch);

@@ -45,19 +45,19 @@ QString FileNameFor(const QString &title)
 QString WriteWhole(const QString &path, const QByteArray &bytes)
 {
     QSaveFile file(path);
-    // Unbuffered: what fails when the buffer is flushed is not seen by the commit.
+    // Unbuffered, because commit() does not notice a failure to flush the buffer.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return file.errorString();
     if (file.write(bytes) == bytes.size() && file.commit())
         return {};
-    // A disk that took a part only is no error by itself.
+    // A short write sets no error.
     return file.error() == QFileDevice::NoError ? qt_error_string(ENOSPC) : file.errorString();
 }
 
 void SavePage(TBrowserControl &control, const QString &fallbackTitle)
 {
     const QPointer<TBrowserControl> self = &control;
-    // The page of the moment, whatever is opened while the dialog stands.
+    // The page at this moment, whatever is opened while the dialog is open.
     const QByteArray source = control.Source();
     const QString title = control.Evaluate(QStringLiteral("document.title")).toString().trimmed();
     if (!self)

@@ -5,10 +5,10 @@
 
 class TBrowserControl;
 
-/// Lets the reader save the control's page: its bytes as they were handed over, or its plain text in UTF-8.
+/// Lets the reader save the control's page: its original bytes, or its plain text in UTF-8.
 void SavePage(TBrowserControl &control, const QString &fallbackTitle);
 
-/// A file name, without suffix, that every file system takes: bad characters become blanks; never empty.
+/// A file name without suffix that every file system accepts: bad characters become blanks. Never empty.
 QString FileNameFor(const QString &title);
-/// Writes the file whole or leaves what stands there. Empty on success, else why not.
+/// Writes the file completely, or leaves the old one. Empty on success, else the reason.
 QString WriteWhole(const QString &path, const QByteArray &bytes);

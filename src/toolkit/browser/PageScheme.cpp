@@ -10,7 +10,7 @@
 void RegisterPageScheme()
 {
     QWebEngineUrlScheme scheme{QByteArray(PageScheme)};
-    // With an authority the page has an origin, so that a document inside a frame of it stays within reach.
+    // With a host the page has an origin, so that our scripts can reach documents in its frames.
     scheme.setSyntax(QWebEngineUrlScheme::Syntax::Host);
     scheme.setFlags(QWebEngineUrlScheme::SecureScheme);
     QWebEngineUrlScheme::registerScheme(scheme);
@@ -40,6 +40,6 @@ void PageSchemeHandler::requestStarted(QWebEngineUrlRequestJob *job)
     device->setData(*page);
     device->open(QIODevice::ReadOnly);
     connect(job, &QObject::destroyed, device, &QObject::deleteLater);
-    // The charset of the answer wins over any that the page names.
+    // The charset of the answer overrides the page's.
     job->reply(QByteArrayLiteral("text/html; charset=utf-8"), device);
 }

@@ -5,18 +5,18 @@
 #include <QUrl>
 #include <QWebEngineUrlSchemeHandler>
 
-/// Serves the pages that controls hold ready, and nothing else, as UTF-8 HTML by our own scheme: no port, no file, and
-/// the bytes reach the engine as they stand.
+/// Serves the published pages, and nothing else, as UTF-8 HTML through our own scheme: no port, no file, and the bytes
+/// reach Chromium unchanged.
 class PageSchemeHandler : public QWebEngineUrlSchemeHandler
 {
     Q_OBJECT
 public:
     using QWebEngineUrlSchemeHandler::QWebEngineUrlSchemeHandler;
 
-    /// Holds a page ready and gives its address, which no other page of this run has. `owner` parts the controls: the
-    /// engine keeps a zoom for each.
+    /// Publishes a page and returns its address, which is unique in this run. `owner` is the control's number: Chromium
+    /// keeps a zoom for each.
     QUrl Publish(int owner, const QByteArray &page);
-    /// Forgets a page; its address leads nowhere from now on.
+    /// Forgets a page; its address is invalid from then on.
     void Withdraw(const QUrl &address);
 
     void requestStarted(QWebEngineUrlRequestJob *job) override;

@@ -9,7 +9,7 @@
 
 #include <array>
 
-// The resources of a static library come along only when asked for, and only outside of namespaces.
+// A static library's resources are linked only on request, and only from outside any namespace.
 static void InitPreviewImages()
 {
     Q_INIT_RESOURCE(preview);

@@ -4,8 +4,8 @@
 
 #include <functional>
 
-/// A combo on a bar or menu. OnChange runs when the chosen item changes: through the general guard when the user does
-/// it, directly when code does it through SetItemIndex, so that a failure reaches that code. Filling never fires.
+/// A combo on a bar or menu. OnChange runs when the chosen item changes: under the general guard if the user chose it,
+/// directly if code did by SetItemIndex, so that a failure reaches that code. Adding items never runs it.
 class TBarCombo : public QComboBox
 {
     Q_OBJECT
@@ -13,11 +13,11 @@ class TBarCombo : public QComboBox
 public:
     explicit TBarCombo(QWidget *parent = nullptr);
 
-    /// Appends an item; the chosen one stays, none included.
+    /// Appends an item. The choice does not change, even if it is none.
     void AddItem(const QString &text);
     int ItemIndex() const { return currentIndex(); }
-    /// Chooses an item, none (-1) for an index without an item. OnChange runs if the index asked for is another one
-    /// than before, also where no item has it.
+    /// Chooses an item, none (-1) for an index without an item. OnChange runs if the index differs from the last one
+    /// asked for, even if no item has it.
     void SetItemIndex(int index);
 
     std::function<void()> OnChange;

@@ -9,7 +9,7 @@ void TdxBarManager::SetFont(const QFont &font)
     m_font = font;
     for (TdxBar *bar : m_window.findChildren<TdxBar *>())
         bar->setFont(font);
-    // Menus are windows of their own and take no font from the one that owns them.
+    // Menus are top-level windows and do not inherit their owner's font.
     for (TdxBarSubItem *menu : m_window.findChildren<TdxBarSubItem *>())
         menu->setFont(font);
 }

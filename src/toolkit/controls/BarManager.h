@@ -5,13 +5,13 @@
 
 class QWidget;
 
-/// Stands for all bars and submenus of a window: what they hold shares its font.
+/// Represents all bars and submenus of a window: their contents use its font.
 class TdxBarManager : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(QFont Font READ Font WRITE SetFont)
 public:
-    /// `window` is the one whose bars it manages, and its owner.
+    /// Manages the bars of `window`, which owns the manager.
     explicit TdxBarManager(QWidget *window);
 
     const QFont &Font() const { return m_font; }

@@ -63,7 +63,7 @@ void PaintSwatch(QPainter &painter, const QRect &place, Colour colour, const QPa
     painter.restore();
 }
 
-/// An item as a swatch that leaves the ground of the chosen row to be seen around it.
+/// Paints an item as a swatch, with a margin that shows the selected row's background.
 class SwatchDelegate : public QStyledItemDelegate
 {
 public:
@@ -178,13 +178,13 @@ void TcxColorComboBox::paintEvent(QPaintEvent *)
 
 void TcxColorComboBox::keyPressEvent(QKeyEvent *event)
 {
-    // Keys that step through the closed list go no further than the last colour; only the open list asks for another.
+    // Stepping through the closed list ends at the last colour; only the open list offers any other one.
     const QScopedValueRollback stepping(m_isStepping, true);
     QComboBox::keyPressEvent(event);
 }
 
 void TcxColorComboBox::wheelEvent(QWheelEvent *event)
 {
-    // Who scrolls past it means no other colour.
+    // The wheel scrolls past the combo and must not change its colour.
     event->ignore();
 }

@@ -4,9 +4,9 @@
 
 #include <QComboBox>
 
-/// A choice of a colour: the colours that X11 has names for, hue by hue, as swatches without their names, and behind
-/// them any other. Names are for tool tips and for those who can't see a colour. Colours are values of the settings, so
-/// that one that names a system colour comes back as it was set.
+/// A combo of colours: X11's named colours by hue, as swatches without names, and last an item for any other colour.
+/// Names are for tool tips and screen readers. Colours are settings values, so a system colour is returned as it was
+/// set.
 class TcxColorComboBox : public QComboBox
 {
     Q_OBJECT
@@ -16,12 +16,12 @@ class TcxColorComboBox : public QComboBox
 public:
     explicit TcxColorComboBox(QWidget *parent = nullptr);
 
-    /// The chosen colour; DefaultColor while none is.
+    /// The chosen colour; DefaultColor if there is none.
     Colour ColorValue() const;
-    /// Chooses a colour. One without a name becomes an item of its own, in place of the former such item.
+    /// Chooses a colour. An unnamed one becomes an extra item, replacing the previous extra item.
     void SetColorValue(Colour colour);
 
-    /// The words of the last item, which asks for any other colour.
+    /// The text of the last item, which asks for any other colour.
     QString OtherColorCaption() const;
     void SetOtherColorCaption(const QString &caption);
 
@@ -36,6 +36,6 @@ private:
     void TakeChoice(int index);
 
     Colour m_defaultColor = 0;
-    int m_chosen = -1; ///< the last item that is a colour
+    int m_chosen = -1; ///< the last chosen item that is a colour
     bool m_isStepping = false;
 };

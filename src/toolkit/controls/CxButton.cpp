@@ -46,7 +46,7 @@ bool TcxButton::event(QEvent *event)
         }
     }
     if (event->type() == QEvent::ToolTipChange && !toolTip().isEmpty())
-        setAccessibleName(toolTip()); // a picture says nothing to a screen reader
+        setAccessibleName(toolTip()); // screen readers can't read a picture
     return QToolButton::event(event);
 }
 

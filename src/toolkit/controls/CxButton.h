@@ -3,8 +3,8 @@
 #include <QPointer>
 #include <QToolButton>
 
-/// A flat button that may run an action or drop a menu. It takes picture and enabled state from its action, while text
-/// and hint stay its own; with no hint of its own it shows the action's caption.
+/// A flat button that may run an action or drop down a menu. Picture and enabled state are the action's; text and hint
+/// are its own. Without a hint it shows the action's caption.
 class TcxButton : public QToolButton
 {
     Q_OBJECT
@@ -12,13 +12,13 @@ class TcxButton : public QToolButton
 public:
     explicit TcxButton(QWidget *parent = nullptr);
 
-    /// Off: the hint exists, but no tooltip shows it.
+    /// If false, the hint is kept but no tool tip shows it.
     bool ShowHint() const { return m_showHint; }
     void SetShowHint(bool on) { m_showHint = on; }
 
-    /// Borrows the action, which may die first.
+    /// Borrows the action, which may be destroyed first.
     void SetAction(QAction *action);
-    /// Gives the button an arrow that pops the menu up at the mouse; the body stays a button. Borrows the menu.
+    /// Adds an arrow that pops up the menu at the mouse; the rest stays a button. Borrows the menu.
     void SetDropDownMenu(QMenu *menu);
     QAction *Action() const { return m_action; }
 

@@ -4,14 +4,14 @@
 
 #include <functional>
 
-/// A line edit with buttons inside its right end: those that are its children, in the order in which they were made.
+/// A line edit with buttons inside its right end: its child buttons, in order of creation.
 class TcxButtonEdit : public QLineEdit
 {
     Q_OBJECT
 public:
     using QLineEdit::QLineEdit;
 
-    /// Runs under the general guard, before the edit takes the key. The key is a Qt::Key.
+    /// Runs under the general guard, before the edit handles the key. The key is a Qt::Key.
     std::function<void(int key)> OnKeyPress;
 
 protected:

@@ -52,7 +52,7 @@ void TcxLabel::FollowGround()
         return;
     QPalette changed = palette();
     const QColor wanted = ReadableOn(changed.color(QPalette::Active, QPalette::Window), m_textColor);
-    // Setting the palette comes back here.
+    // Setting the palette re-enters this function.
     if (changed.color(QPalette::Active, QPalette::WindowText) == wanted)
         return;
     changed = QPalette();

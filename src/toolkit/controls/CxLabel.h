@@ -3,9 +3,8 @@
 #include <QColor>
 #include <QLabel>
 
-/// A label with a colour of its own that stays readable: where the window's ground leaves too little contrast, the
-/// colour is moved towards white or black until it has enough, and comes back with another look. Its text may throw a
-/// shadow.
+/// A label whose text colour stays readable: if its contrast with the window's background is too low, the colour is
+/// moved towards white or black until it is enough; another look restores it. The text may have a shadow.
 class TcxLabel : public QLabel
 {
     Q_OBJECT
@@ -13,10 +12,10 @@ class TcxLabel : public QLabel
 public:
     explicit TcxLabel(QWidget *parent = nullptr);
 
-    /// The colour as it was asked for; invalid for the window's own.
+    /// The colour that was asked for; invalid for the window's own.
     QColor TextColor() const { return m_textColor; }
     void SetTextColor(const QColor &colour);
-    /// Draws the text in that colour first, so many pixels to the right and below; 0 for no shadow.
+    /// Draws the text first in `colour`, `depth` pixels to the right and below; 0 for no shadow.
     void SetShadow(int depth, const QColor &colour);
 
 protected:

@@ -2,7 +2,7 @@
 
 #include "toolkit/controls/CxLabel.h"
 
-/// A label that acts as a link: by a click, and by Enter or the space bar while it has the focus, which a frame shows.
+/// A label that acts as a link, by a click or by Enter or Space. A frame shows its focus.
 class TcxLinkLabel : public TcxLabel
 {
     Q_OBJECT

@@ -11,7 +11,7 @@ void TcxTabSheet::SetCaption(const QString &caption)
 
 TcxPageControl::TcxPageControl(QWidget *parent) : QTabWidget(parent)
 {
-    // Shortcuts, because some controls take these keys for letters of a search.
+    // Shortcuts, because some controls use these keys for their keyboard search.
     const auto turn = [this](QKeyCombination keys, int by) {
         connect(new QShortcut(keys, this), &QShortcut::activated, this, [this, by] {
             if (count() > 0)

@@ -2,8 +2,7 @@
 
 #include <QTabWidget>
 
-/// One page of a TcxPageControl. Its caption is the text of its tab, so that whoever translates the page's properties
-/// translates the tab.
+/// One page of a TcxPageControl. Its caption is the text of its tab, so that translating the page translates the tab.
 class TcxTabSheet : public QWidget
 {
     Q_OBJECT
@@ -21,7 +20,7 @@ private:
     QString m_caption;
 };
 
-/// Pages behind tabs. Ctrl+Tab and Ctrl+Shift+Tab turn them from anywhere in the window.
+/// Pages with tabs. Ctrl+Tab and Ctrl+Shift+Tab switch them from anywhere in the window.
 class TcxPageControl : public QTabWidget
 {
     Q_OBJECT

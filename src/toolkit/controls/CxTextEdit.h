@@ -4,8 +4,8 @@
 
 #include <functional>
 
-/// A line edit that tells of each key released in it, after the text has changed. A text committed by an input method
-/// counts as a released key (Qt::Key_unknown), what a held key repeats does not.
+/// A line edit that reports each released key, after the text has changed. A text committed by an input method counts
+/// as a released key (Qt::Key_unknown); auto-repeat does not.
 class TcxTextEdit : public QLineEdit
 {
     Q_OBJECT
@@ -14,9 +14,9 @@ public:
 
     /// Runs under the general guard. The key is a Qt::Key.
     std::function<void(int key)> OnKeyUp;
-    /// Before the edit takes a key that is pressed or held, under the general guard. `text` is what the key makes. A
-    /// text committed by an input method comes behind its change, as Qt::Key_unknown; one that only takes away, as
-    /// Qt::Key_Backspace.
+    /// Runs under the general guard, before the edit handles a pressed or repeated key. `text` is the key's text. A
+    /// text committed by an input method is reported after its change, as Qt::Key_unknown, or as Qt::Key_Backspace if
+    /// it only deletes.
     std::function<void(int key, const QString &text)> OnKeyDown;
 
 protected:

@@ -29,7 +29,7 @@ TcxFontNameComboBox::TcxFontNameComboBox(QWidget *parent) : QComboBox(parent)
     RunGuarded([this] { addItems(Doors().fontNames()); });
     setCurrentIndex(-1);
     ConnectGuarded(this, &QComboBox::currentIndexChanged, this, takeItem);
-    // Choosing the shown item anew takes its own letters.
+    // Choosing the shown item again takes its spelling.
     ConnectGuarded(this, &QComboBox::activated, this, takeItem);
 }
 
@@ -51,6 +51,6 @@ QString TcxFontNameComboBox::Item(int index) const
 
 void TcxFontNameComboBox::wheelEvent(QWheelEvent *event)
 {
-    // Who scrolls past it means no other font.
+    // The wheel scrolls past the combo and must not change its font.
     event->ignore();
 }

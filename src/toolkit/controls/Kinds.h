@@ -5,7 +5,7 @@
 #include <QMenu>
 #include <QPlainTextEdit>
 
-/// Controls that are the toolkit's own and bring nothing but the name of their kind, by which they are dressed.
+/// Qt's controls under class names of their own, by which fonts are chosen.
 
 /// An area that holds other controls.
 class TPanel : public QFrame
@@ -15,7 +15,7 @@ public:
     using QFrame::QFrame;
 };
 
-/// An area whose controls stand in layout items with captions.
+/// An area whose controls are in layout items with captions.
 class TdxLayoutControl : public QFrame
 {
     Q_OBJECT
@@ -26,7 +26,7 @@ public:
     void SetCaptionFont(const QFont &font);
 };
 
-/// A box of several lines.
+/// A text box of several lines.
 class TMemo : public QPlainTextEdit
 {
     Q_OBJECT
@@ -49,7 +49,7 @@ public:
     using QFrame::QFrame;
 };
 
-/// A menu that a bar or another menu drops.
+/// A submenu of a bar or menu.
 class TdxBarSubItem : public QMenu
 {
     Q_OBJECT

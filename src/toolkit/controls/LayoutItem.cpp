@@ -50,13 +50,13 @@ void TdxLayoutItem::SetCaption(const QString &caption)
     const int line = std::min(control->sizeHint().height(), 2 * fontMetrics().height());
     m_caption->setContentsMargins(0, std::max(0, (line - m_caption->fontMetrics().height()) / 2), 0, 0);
     control->setAccessibleName(caption);
-    m_caption->setBuddy(control); // a screen reader takes the name of a combo from its label alone
+    m_caption->setBuddy(control); // a screen reader gets a combo's name only from its label
 }
 
 void TdxLayoutItem::SetCaptionFont(const QFont &font)
 {
     m_caption->setFont(font);
-    SetCaption(Caption()); // it stands beside the control's first line, which depends on its height
+    SetCaption(Caption()); // its place beside the control's first line depends on the height
 }
 
 void TdxLayoutItem::AlignCaptions(const QList<TdxLayoutItem *> &items)

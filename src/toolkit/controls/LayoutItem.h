@@ -5,8 +5,8 @@
 
 class QLabel;
 
-/// A cell of a window's layout: a caption, and beside it what the cell's own layout holds. The caption's font is that
-/// of the layout look in force.
+/// A cell of a window's layout: a caption beside the contents of the cell's own layout. The caption's font is that of
+/// the current layout look.
 class TdxLayoutItem : public QWidget
 {
     Q_OBJECT
@@ -16,13 +16,13 @@ public:
     explicit TdxLayoutItem(QWidget *parent = nullptr);
 
     QString Caption() const;
-    /// The caption also names the control to those who can't see it. A check box shows it itself, so that a click on it
-    /// counts; else it stands before the control, or behind it with CaptionOnRight.
+    /// The caption is also the control's accessible name. A check box shows it itself, so that it can be clicked;
+    /// otherwise it is before the control, or after it with CaptionOnRight.
     void SetCaption(const QString &caption);
 
     void SetCaptionFont(const QFont &font);
 
-    /// Gives the captions of items that stand under each other one width.
+    /// Gives the captions of items below each other the same width.
     static void AlignCaptions(const QList<TdxLayoutItem *> &items);
 
 private:

@@ -14,7 +14,7 @@ public:
 protected:
     void resizeEvent(QResizeEvent *event) override
     {
-        // Not the handle's own: it would take the margins away, which is one more resize.
+        // Skips QSplitterHandle's handler, which would remove the margins and so resize again.
         const bool isUpright = orientation() == Qt::Horizontal;
         setContentsMargins(isUpright ? Grip : 0, isUpright ? 0 : Grip, isUpright ? Grip : 0, isUpright ? 0 : Grip);
         setAttribute(Qt::WA_MouseNoMask);

@@ -2,8 +2,8 @@
 
 #include <QSplitter>
 
-/// A splitter whose line is thin to see and easy to take hold of: the mouse finds it some pixels beside it, too. The
-/// toolkit does the same for lines of one pixel alone.
+/// A splitter whose thin line is easy to grab: it reacts to the mouse a few pixels beside it, too. Qt does the same
+/// only for lines of one pixel.
 class TSplitter : public QSplitter
 {
     Q_OBJECT

@@ -6,6 +6,6 @@
 
 class QWidget;
 
-/// Asks for any colour in the toolkit's own dialog, in the interface's language, beginning with `initial`. Nothing if
-/// the reader cancels.
+/// Asks for any colour in Qt's dialog, in the interface's language, starting with `initial`. Empty if the reader
+/// cancels.
 std::optional<Colour> ChooseColour(QWidget *parent, Colour initial);

@@ -59,15 +59,15 @@ const QPalette &StartPalette()
     return palette;
 }
 
-/// What stands for the desktop's colours 0 to 30. Frames and captions have no role of their own in a palette and take
-/// the nearest one.
+/// Palette roles for the system colours 0 to 30. A palette has no roles for frames and captions; they use the nearest
+/// one.
 constexpr QPalette::ColorRole systemColourRoles[] = {
     QPalette::Button,          // 0 scroll bar
     QPalette::Window,          // 1 desktop
     QPalette::Highlight,       // 2 active caption
     QPalette::Mid,             // 3 inactive caption
     QPalette::Window,          // 4 menu
-    QPalette::Base,            // 5 window ground
+    QPalette::Base,            // 5 window background
     QPalette::Shadow,          // 6 window frame
     QPalette::WindowText,      // 7 menu text
     QPalette::Text,            // 8 window text
@@ -86,12 +86,12 @@ constexpr QPalette::ColorRole systemColourRoles[] = {
     QPalette::Shadow,          // 21 dark shadow
     QPalette::Midlight,        // 22 light edge
     QPalette::ToolTipText,     // 23 hint text
-    QPalette::ToolTipBase,     // 24 hint ground
+    QPalette::ToolTipBase,     // 24 hint background
     QPalette::Window,          // 25 unused by the desktop
     QPalette::Link,            // 26 hot text
     QPalette::Highlight,       // 27 gradient of the active caption
     QPalette::Mid,             // 28 gradient of the inactive caption
-    QPalette::Highlight,       // 29 chosen menu item
+    QPalette::Highlight,       // 29 selected menu item
     QPalette::Window,          // 30 menu bar
 };
 
@@ -107,7 +107,7 @@ Colour SystemColourByCode(int code)
 
 quint32 DrawNumber()
 {
-    // The generator draws its seed from the system, so each run differs as with a seed by the clock.
+    // The generator is seeded by the system, so runs differ.
     return QRandomGenerator::global()->generate();
 }
 
@@ -116,7 +116,7 @@ QStringList FontNames()
     QStringList names;
     const QStringList families = QFontDatabase::families();
     for (const QString &family : families) {
-        // Two makers' fonts of one name come with the maker behind it, by which no page would find them.
+        // If two foundries have a font of one name, Qt appends the foundry, and no page would find that name.
         if (!QFontDatabase::isPrivateFamily(family))
             names.append(family.section(QStringLiteral(" ["), 0, 0));
     }
@@ -164,7 +164,7 @@ void ShowWaitCursor(bool on)
 
 void TerminateApplication(int exitCode)
 {
-    // exit() does nothing before the loop, and would be forgotten.
+    // Before the loop runs, exit() has no effect.
     if (isLoopRunning)
         QCoreApplication::exit(exitCode);
     else

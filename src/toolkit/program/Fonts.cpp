@@ -24,15 +24,15 @@ qreal TextScale()
     return screen ? screen->logicalDotsPerInchY() / designDpi : 1;
 }
 
-/// With every letter of Pāli and Vietnamese, the best first.
+/// Fonts with every letter of Pāli and Vietnamese, the best first.
 QStringList StandIns()
 {
     return {QStringLiteral("Noto Sans"), QStringLiteral("DejaVu Sans")};
 }
 
-/// The browser engine knows nothing of the toolkit's substitutes and asks the system for each family of a page's list,
-/// one after the other: without this, a list that goes on with a serif family would be drawn in that. The rule holds in
-/// this process alone. Where the library is another, pages fall back to the engine's standard families.
+/// Chromium ignores Qt's substitutes and asks the system for each family of a page's list in turn: without this, a list
+/// that continues with a serif family would be drawn in that one. The rule applies to this process only. Without
+/// a matching fontconfig, pages fall back to Chromium's standard families.
 void TellEngine(const QString &family, const QString &standIn)
 {
     using LoadRules = int (*)(void *configuration, const unsigned char *rules, int isComplaining);
@@ -73,7 +73,7 @@ void GrowControl(QWidget &control)
 
 bool IsPageFontInstalled()
 {
-    // Asked but once: afterwards the stand-in answers to the name.
+    // Asked only once: afterwards the substitute answers to the name.
     static const bool isInstalled = QFontDatabase::hasFamily(pageFont);
     return isInstalled;
 }

@@ -3,10 +3,9 @@
 class QWidget;
 class TDKLanguageController;
 
-/// Gives a window that has been built from its description the table of its texts, the resource ":/langdata/" with the
-/// window's name. The controller belongs to the window.
+/// Gives a window built from its .ui file the table of its texts, the resource ":/langdata/" with the window's name.
+/// The window owns the controller.
 TDKLanguageController *AddFormTexts(QWidget &form);
 
-/// The same, and the words of the current language. A language that can't be read is reported, and the window keeps the
-/// words that it was designed with.
+/// The same, and applies the current language. If that can't be read, reports it and keeps the designed texts.
 TDKLanguageController *TranslateForm(QWidget &form);

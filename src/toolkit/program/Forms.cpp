@@ -18,7 +18,7 @@ QList<QPointer<QWidget>> &Forms()
 
 QWidget *FindForm(const QString &name)
 {
-    // A closed window lives until its deletion is due, but is found no more.
+    // A closed window exists until its deferred deletion, but must not be found.
     const auto found = std::find_if(Forms().begin(), Forms().end(), [&](const QPointer<QWidget> &form) {
         return form && form->isVisible() && form->objectName() == name;
     });

@@ -12,7 +12,7 @@ void Report(const QString &text)
 {
     if (quietGuards > 0)
         return;
-    // Whatever a handler was waiting for has ended with it.
+    // The handler's wait has ended with it.
     ShowWaitCursor(false);
     Doors().messageBox(QStringLiteral("Lumivara 1.0"), text, BoxButtons::Ok, BoxIcon::Error);
 }
@@ -21,8 +21,8 @@ void Report(const QString &text)
 
 bool RunGuarded(const std::function<void()> &handler)
 {
-    // A guard inside another may be reached through the toolkit's own code, which must never see an exception; so each
-    // guard reports for itself, and routines that are to pass a failure on call their handlers directly.
+    // Qt's own code may lie between nested guards and must never see an exception. So each guard reports, and routines
+    // that must pass a failure on call their handlers directly.
     try {
         handler();
         return true;

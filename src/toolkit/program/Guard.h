@@ -6,13 +6,13 @@
 #include <type_traits>
 #include <utility>
 
-/// Runs a handler and reports what it throws in the general message box; a silent abort passes without a word.
-/// Each guard reports for itself, because toolkit code between two of them must never see an exception; a routine that
-/// is to pass a failure on to its caller calls handlers directly and not through a signal.
-/// True if the handler ended without a failure.
+/// Runs a handler and shows what it throws in the general message box; a silent abort is not shown.
+/// Nested guards report each by itself, because Qt's code between them must never see an exception. A routine that must
+/// pass a failure to its caller calls handlers directly and not through a signal.
+/// True if the handler did not fail.
 bool RunGuarded(const std::function<void()> &handler);
 
-/// The same for a handler that takes the arguments, or none of them.
+/// The same for a handler that takes all of the arguments or none.
 template <typename Handler, typename... Arguments>
 void CallGuarded(const Handler &handler, Arguments &&...arguments)
 {
@@ -26,7 +26,7 @@ void CallGuarded(const Handler &handler, Arguments &&...arguments)
 template <typename Sender, typename Signal, typename Handler>
 QMetaObject::Connection ConnectGuarded(const Sender *sender, Signal signal, QObject *context, Handler handler)
 {
-    // The toolkit tries the call with ever fewer arguments to learn how many the handler takes.
+    // Qt tries the call with ever fewer arguments to find out how many the handler takes.
     auto guarded = [handler = std::move(handler)](auto &&...args) requires(
         std::is_invocable_v<const Handler &, decltype(args)...> || std::is_invocable_v<const Handler &>)
     {
@@ -35,8 +35,8 @@ QMetaObject::Connection ConnectGuarded(const Sender *sender, Signal signal, QObj
     return QObject::connect(sender, signal, context, std::move(guarded));
 }
 
-/// While one lives, guards swallow what they catch without a word: for a routine none of whose failures is told, those
-/// of controls that it makes fetch included. No events may be processed meanwhile.
+/// While an instance exists, guards drop failures silently: for a routine whose failures are deliberately not reported,
+/// including those of controls that it makes fetch. No events may be processed meanwhile.
 class QuietGuards
 {
 public:

@@ -24,11 +24,11 @@ public:
         if (event->type() != QEvent::KeyPress)
             return false;
         const auto *key = static_cast<QKeyEvent *>(event);
-        // Before a look at the object: a page that goes away sends itself a key while it is half taken down.
+        // First, before touching the object: a page under destruction sends itself a key.
         if (key->key() != Qt::Key_F10 || key->modifiers() != Qt::ShiftModifier)
             return false;
         auto *control = qobject_cast<QWidget *>(watched);
-        // A page has its own way.
+        // Pages handle the key themselves.
         if (!control || IsInPage(control))
             return false;
         const QPoint point = control->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();

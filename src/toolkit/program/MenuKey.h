@@ -1,5 +1,5 @@
 #pragma once
 
-/// Lets Shift+F10 open the menu of what has the focus, as the menu key does: many keyboards have no such key, and the
-/// toolkit knows that one alone. Call once, after the application object exists.
+/// Lets Shift+F10 open the focused control's menu, as the menu key does: many keyboards have no menu key, and Qt knows
+/// no other. Call once, after the application object exists.
 void InstallMenuKey();

@@ -4,20 +4,21 @@
 
 class QWidget;
 
-/// For a window whose handler waits for a page, processing events, while newer rows may come: of such waits only one
-/// stands, and it goes over to the newest row instead of bearing another. The window that owns it may be closed
-/// meanwhile, and then lives until the wait ends.
+/// For a window whose handler waits for a page, processing events, while newer rows may arrive. Only one such wait runs
+/// at a time; it restarts for the newest row, so that waits never nest. If its window is closed meanwhile, the window
+/// is deleted when the wait ends.
 class NewestWait
 {
 public:
     explicit NewestWait(QWidget &window) : m_window(window) {}
 
-    /// Runs `wait`, and again while it was asked for meanwhile. Returns at once where one is running already. What
-    /// `wait` throws passes through and ends it.
+    /// Runs `wait`, and repeats it if it was called again meanwhile. Returns at once if one is running. Exceptions of
+    /// `wait` pass through and end it.
     void Run(const std::function<void()> &wait);
-    /// Inside `wait`: nobody needs its result any more.
+    /// Inside `wait`: true if its result is no longer needed.
     bool IsOver() const;
-    /// Call at the end of the window's close event: what waits below goes through the window on its way back.
+    /// Call at the end of the window's close event: a wait further down the stack still uses the window when it
+    /// returns.
     void WindowClosed();
 
 private:

@@ -149,8 +149,7 @@ constexpr Word fileDialog[]{
 };
 
 constexpr Word fileSystemModel[]{
-    {"Computer", u"Máy tính"},      {"Name", u"Tên"}, {"Size", u"Cỡ"}, {"Type", u"Loại"},
-    {"Date Modified", u"Ngày sửa"},
+    {"Computer", u"Máy tính"}, {"Name", u"Tên"}, {"Size", u"Cỡ"}, {"Type", u"Loại"}, {"Date Modified", u"Ngày sửa"},
 };
 
 constexpr Word fileKinds[]{

@@ -1,9 +1,9 @@
 #pragma once
 
-/// What must hold in the process before the application object exists: texts of the system in UTF-8, so that files can
-/// be named in any letters, pages open to screen readers, and drawing without a graphics card.
+/// Prepares the process; call before the application object exists. Sets a UTF-8 locale, so that file names may have
+/// any letters, makes pages accessible to screen readers, and selects drawing without a graphics card.
 void PrepareProcess();
 
-/// Makes sure of the texts in UTF-8 once more, after the application object, which takes the locale from the
-/// environment. Call before the first database.
+/// Sets the UTF-8 locale again after the application object, which has taken the locale from the environment. Call
+/// before opening the first database.
 void SettleLocale();

@@ -16,7 +16,7 @@ bool IsUtf8Locale()
     return QByteArray(nl_langinfo(CODESET)).compare("UTF-8", Qt::CaseInsensitive) == 0;
 }
 
-/// By the environment, because parts of the toolkit set the locale from it once more when they need it.
+/// Through the environment, because parts of Qt set the locale from it again when they need it.
 void ForceUtf8Environment()
 {
     std::setlocale(LC_ALL, "");
@@ -36,10 +36,10 @@ void PrepareProcess()
 {
     ForceUtf8Environment();
     qputenv("QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY", "1");
-    // Pages of text gain nothing from the graphics card; without one, emulating it would cost every repaint of the
-    // window twenty times what painting costs.
+    // Pages of text gain nothing from the graphics card; without one, emulation would make each repaint of the window
+    // twenty times as slow.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    // The engine would list its parameters at each start.
+    // Otherwise Qt WebEngine logs its parameters at each start.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext*=false"));
 }
 

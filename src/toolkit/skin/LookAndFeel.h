@@ -5,9 +5,9 @@
 #include <QFont>
 #include <QObject>
 
-/// What all windows share of their look, as values with names: each is a component of the module that holds it.
+/// The part of the look that all windows share, as named components of a module.
 
-/// The captions of one kind of thing in a layout.
+/// The captions of one kind of layout element.
 class TdxLayoutCaptionOptions : public QObject
 {
     Q_OBJECT
@@ -34,7 +34,7 @@ public:
     using QObject::QObject;
 };
 
-/// Distances, skin and caption fonts of a layout.
+/// Spacing, skin and caption fonts of a layout.
 class TdxLayoutSkinLookAndFeel : public QObject
 {
     Q_OBJECT
@@ -52,7 +52,7 @@ public:
     TdxLayoutCaptionOptions &GroupOptions() { return *m_groupOptions; }
     TdxLayoutCaptionOptions &ItemOptions() { return *m_itemOptions; }
 
-    /// The look that layout items follow: the first one made; null without any.
+    /// The look that layout items use: the first one created; null if there is none.
     static TdxLayoutSkinLookAndFeel *InForce();
 
 private:
@@ -87,7 +87,7 @@ private:
     QFont m_font;
 };
 
-/// The skin that controls take when nothing else is said.
+/// The default skin of controls.
 class TcxLookAndFeelController : public QObject
 {
     Q_OBJECT
@@ -107,7 +107,7 @@ class TcxStyle : public QObject
     Q_PROPERTY(quint32 Color MEMBER color)
     Q_PROPERTY(QFont Font MEMBER font)
 public:
-    static constexpr Colour Default = 0x20000000; ///< whatever the grid has
+    static constexpr Colour Default = 0x20000000; ///< the grid's own colour
     using QObject::QObject;
 
     Colour textColor = Default;
@@ -115,7 +115,7 @@ public:
     QFont font;
 };
 
-/// A sheet of styles for cards; a built-in one keeps what the toolkit gives it.
+/// A sheet of styles for cards; a built-in one keeps its defaults.
 class TcxCardsStyleSheet : public QObject
 {
     Q_OBJECT

@@ -1,4 +1,4 @@
-// QIcon looks for engines among plug-ins: this one is built in.
+// QIcon looks for icon engines among plug-ins; this one is static.
 #define QT_STATICPLUGIN
 
 #include "toolkit/skin/PictureEngine.h"
@@ -25,7 +25,7 @@ QRgb Mix(const QColor &from, const QColor &to, qreal share)
     return qRgb(channel(from.red(), to.red()), channel(from.green(), to.green()), channel(from.blue(), to.blue()));
 }
 
-/// A picture in one colour, its light parts a trace of it on `ground`.
+/// A picture in one colour; its light parts are `ground` with a tint of it.
 PictureColours OneColour(const QColor &colour, const QColor &ground)
 {
     constexpr qreal trace = 0.14;
@@ -55,7 +55,7 @@ PictureColours PaletteColours(const QPalette &palette, QIcon::Mode mode)
     case QIcon::Selected:
         return OneColour(palette.color(QPalette::HighlightedText), palette.color(QPalette::Highlight));
     default:
-        // Lines are a little softer than letters: they are thicker.
+        // Lines are thicker than letters, so a little lighter.
         return {Mix(palette.color(QPalette::ButtonText), ground, tint), palette.color(QPalette::Link).rgb(),
                 Mix(palette.color(QPalette::Base), palette.color(QPalette::Link), tint)};
     }
@@ -78,7 +78,7 @@ void PictureEngine::addFile(const QString &fileName, const QSize &, QIcon::Mode,
 {
     QFile file(fileName);
     m_svg = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    // Names first: a colour of the look may be one of the file's own.
+    // In two steps, because a colour of the skin may equal one of the file.
     m_svg.replace("#3f4f63", "{ink}").replace("#b8621b", "{accent}").replace("#fbf3e4", "{fill}");
     m_drawn.clear();
 }
@@ -141,7 +141,7 @@ QIconEngine *PictureEngine::clone() const
     return new PictureEngine(*this);
 }
 
-/// Tells QIcon of the engine.
+/// Registers the engine with QIcon.
 class PictureEnginePlugin : public QIconEnginePlugin
 {
     Q_OBJECT

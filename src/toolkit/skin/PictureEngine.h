@@ -10,18 +10,18 @@
 struct PictureColours
 {
     QRgb ink = 0;    ///< lines
-    QRgb accent = 0; ///< what the picture is about
+    QRgb accent = 0; ///< the picture's main element
     QRgb fill = 0;   ///< light parts
 
     bool operator==(const PictureColours &) const = default;
 };
 
-/// What pictures look like now: from the skin in force, else from the application's palette.
+/// The current colours of pictures: those of the current skin, else from the application's palette.
 PictureColours ColoursOfPictures(QIcon::Mode mode);
 
-/// Draws a command's picture in the colours of the present look, at the size of the device's pixels. QIcon finds it by
-/// the suffix "picture": such a file is an SVG drawn in the three colours #3f4f63 (ink), #b8621b (accent) and #fbf3e4
-/// (fill). A file that is missing or no SVG gives a null pixmap. Main thread only.
+/// Draws a command's picture in the colours of the current look, in device pixels. QIcon selects it by the suffix
+/// "picture": such a file is an SVG drawn in the three colours #3f4f63 (ink), #b8621b (accent) and #fbf3e4 (fill). A
+/// file that is missing or not an SVG gives a null pixmap. Main thread only.
 class PictureEngine : public QIconEngine
 {
 public:

@@ -17,7 +17,7 @@ namespace {
 
 std::optional<Skin> slot;
 
-/// The look that the desktop gave, kept while a skin covers it.
+/// The desktop's look, kept while a skin replaces it.
 struct PlatformLook
 {
     QStyle *style;
@@ -26,18 +26,18 @@ struct PlatformLook
 };
 
 std::optional<PlatformLook> covered;
-/// The application owns it and drops it for another style.
+/// Owned by the application, which deletes it when another style is set.
 QPointer<SkinStyle> skinStyle;
 
 void SetPalettes(const QPalette &palette, const QPalette &toolTips)
 {
     QToolTip::setPalette(toolTips);
     QApplication::setPalette(palette);
-    // The toolkit tells the windows later; a window must not be painted half in the old look until then.
+    // Qt would notify the windows later; until then a window could be painted half in the old look.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::ApplicationPaletteChange);
 }
 
-/// A skin may change sizes, and what the style gave a control when it first saw it.
+/// A skin may change sizes, and properties that the style set when it polished a control.
 void Restyle()
 {
     const QWidgetList widgets = QApplication::allWidgets();
@@ -61,7 +61,7 @@ void ApplySkin(const Skin &skin)
     }
     KeepSystemColours();
     covered = PlatformLook{QApplication::style(), QApplication::palette(), QToolTip::palette()};
-    covered->style->setParent(nullptr); // what the application owns it deletes, also under the control that asked
+    covered->style->setParent(nullptr); // the application deletes a style that it owns, even while a control uses it
     skinStyle = new SkinStyle(skin);
     QApplication::setStyle(skinStyle);
     SetPalettes(palette, palette);

@@ -7,13 +7,13 @@
 /// The one slot that holds a skin.
 inline constexpr char16_t UserSkin[] = u"UserSkin";
 
-/// Adds the names of a file's skins to a list, in the file's order. True if there is any. Throws SkinFileError.
+/// Appends the names of a file's skins, in the file's order. True if there are any. Throws SkinFileError.
 bool ListSkins(const QString &path, QStringList &names);
-/// Loads a skin of a file into the slot; false, and the slot as it was, if the file has no such skin. Nothing is
-/// painted with it before a Refresh. Throws SkinFileError.
+/// Loads a skin of a file into the slot. Returns false, with the slot unchanged, if the file has no such skin. The skin
+/// takes effect at the next Refresh. Throws SkinFileError.
 bool LoadUserSkin(const QString &path, const QString &name);
 
-/// Puts the skin of the slot on all windows of the program, those opened later included.
+/// Applies the slot's skin to all windows of the program, including those opened later.
 class TdxSkinController : public QObject
 {
     Q_OBJECT
@@ -23,10 +23,10 @@ class TdxSkinController : public QObject
 public:
     using QObject::QObject;
 
-    bool NativeStyle = false; ///< the platform's own look, whatever the slot holds
+    bool NativeStyle = false; ///< the platform's look, whatever is in the slot
     QString SkinName;         ///< the slot to follow
     bool UseSkins = true;     ///< paint by skin at all
 
-    /// Repaints all windows: with the skin where it is to be used and the slot has one, else as the platform paints.
+    /// Repaints all windows: with the skin if skins are used and the slot has one, else in the platform's style.
     void Refresh();
 };

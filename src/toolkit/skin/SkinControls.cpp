@@ -11,11 +11,12 @@
 
 #include <algorithm>
 
-// Buttons, fields and what is ticked.
+// Buttons, edits, check boxes and radio buttons.
 
 namespace {
 
-/// Light on a glossy surface: strong under dark text, faint under light text, which must stay readable.
+/// Strength of the highlight on a glossy surface: strong under dark text, faint under light text, which must stay
+/// readable.
 int Shine(const Skin &skin, SkinPart text)
 {
     constexpr int strong = 110;
@@ -31,7 +32,7 @@ bool IsBar(const QWidget *widget)
     return widget && (widget->inherits("TdxBar") || widget->objectName() == QLatin1StringView("bmMainBar1"));
 }
 
-/// What holds a page or a grid. Without a frame of its own it is parted by a line from what stands above it.
+/// The frame of a page or a grid. Without its own frame it gets a line at its top.
 bool IsPane(const QWidget *widget)
 {
     return widget->inherits("TPanel") || widget->inherits("TcxGrid");
@@ -66,7 +67,7 @@ bool SkinStyle::DrawButtonPanel(QPainter *painter, const QStyleOption *option, b
         pixels.DrawPanel(option->rect, panel);
     }
     if (isFocused) {
-        // A soft second ring tells the focus from the default button's frame.
+        // A faint second ring distinguishes the focus from the default button's frame.
         QColor halo = Ink(SkinPart::FocusRing);
         DrawFocus(pixels, option->rect, halo);
         halo.setAlpha(90);
@@ -147,21 +148,21 @@ bool SkinStyle::DrawControlPrimitive(PrimitiveElement element, const QStyleOptio
         DrawButtonPanel(painter, option, option->state & State_AutoRaise, false);
         return true;
     case PE_FrameDefaultButton:
-        return true; // is the button's own frame
+        return true; // the button draws its own frame
     case PE_PanelLineEdit: {
         const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
         if (frame && frame->lineWidth > 0) {
             DrawFieldPanel(painter, option);
             return true;
         }
-        // The edit inside a combo or a spin box lies on their ground.
+        // The edit inside a combo or spin box uses their background.
         const QWidget *parent = widget ? widget->parentWidget() : nullptr;
         if (!qobject_cast<const QComboBox *>(parent) && !qobject_cast<const QAbstractSpinBox *>(parent))
             SkinPainter(painter).Fill(option->rect, Ground(SkinPart::Base, option, QPalette::Base));
         return true;
     }
     case PE_FrameLineEdit:
-        return true; // came with the panel
+        return true; // drawn with the panel
     case PE_IndicatorCheckBox:
     case PE_IndicatorItemViewItemCheck:
         DrawCheck(painter, option, false);
@@ -177,7 +178,7 @@ bool SkinStyle::DrawControlPrimitive(PrimitiveElement element, const QStyleOptio
     case PE_FrameFocusRect: {
         const bool isSelected = option->state & State_Selected;
         if (isSelected && !m_skin.isHighContrast)
-            return true; // the selection tells it
+            return true; // the selection shows it
         SkinPainter pixels(painter);
         DrawFocus(pixels, option->rect, Ink(isSelected ? SkinPart::SelectionText : SkinPart::FocusRing));
         return true;
@@ -256,7 +257,7 @@ bool SkinStyle::DrawButtonControl(ControlElement element, const QStyleOption *op
             return true;
         }
         if (frame->frameShape == QFrame::NoFrame && widget) {
-            // A page's pane that keeps a line free around it wants a frame there.
+            // A pane with margins of one pixel leaves room for a frame.
             if (IsPane(widget) && widget->layout() && widget->layout()->contentsMargins() == QMargins(1, 1, 1, 1))
                 pixels.Ring(option->rect, Ink(SkinPart::Frame), 1, 0);
             for (const QObject *object : widget->children()) {
@@ -318,7 +319,7 @@ void SkinStyle::DrawCombo(const QStyleOptionComboBox &option, QPainter *painter,
         DrawFieldPanel(painter, &option);
     } else if (option.frame) {
         QStyleOption panel(option);
-        // The toolkit takes an open list for a button that stays down.
+        // Qt draws a combo with an open list as a pressed button.
         panel.state &= ~State_On;
         if (option.state & State_On)
             panel.state |= State_Sunken;

@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-// What is a window of its own: menus, tool tips, and the pictures of message boxes.
+// Menus, tool tips, and the pictures of message boxes.
 
 namespace {
 
@@ -146,7 +146,7 @@ void SkinStyle::DrawMenuItem(const QStyleOptionMenuItem &option, QPainter *paint
     const QRect textRect(row.left() + left + SkinMenuRoom, row.top(), row.width() - left - 2 * SkinMenuRoom,
                          row.height());
     if (option.menuItemType == QStyleOptionMenuItem::Separator && option.text.isEmpty()) {
-        constexpr double faint = 0.4; // parts, and does not cut
+        constexpr double faint = 0.4; // a separator, not a border
         const QRect line(textRect.left(), row.center().y(), row.right() + 1 - textRect.left(), 1);
         SkinPainter(painter).EdgeLine(place(line), Qt::TopEdge,
                                       Mixed(Ink(SkinPart::Menu), Ink(SkinPart::MenuFrame), faint));
@@ -172,7 +172,7 @@ void SkinStyle::DrawMenuItem(const QStyleOptionMenuItem &option, QPainter *paint
                                                                            .frame = Ink(SkinPart::ButtonFrame),
                                                                            .width = m_skin.lineWidth,
                                                                            .radius = m_skin.cornerRadius});
-        // A ticked picture lies on a ground of its own.
+        // The picture of a checked item has its own background.
         const QIcon::Mode mode = !isEnabled ? QIcon::Disabled : isChosen && !isTicked ? QIcon::Selected : QIcon::Normal;
         option.icon.paint(painter, square, Qt::AlignCenter, mode, isTicked ? QIcon::On : QIcon::Off);
     } else if (isTicked) {

@@ -96,7 +96,7 @@ QRect SkinStyle::subControlRect(ComplexControl control, const QStyleOptionComple
     if (control == CC_ComboBox && part == SC_ComboBoxArrow)
         return visualRect(option->direction, rect, arrows);
     if (control == CC_ComboBox && part == SC_ComboBoxEditField) {
-        // Without an edit nothing is between text and arrow: a long name may come close.
+        // A combo without an edit has nothing between text and arrow, so a long name may come close.
         const auto *combo = qstyleoption_cast<const QStyleOptionComboBox *>(option);
         const int arrow = combo && combo->editable ? SkinArrowWidth : SkinArrowWidth - 5;
         return visualRect(option->direction, rect,

@@ -100,7 +100,7 @@ void SkinPainter::DrawPanel(const QRect &rect, const Panel &panel)
     const bool isSolid = qAlpha(panel.fill.top) == 255 && qAlpha(panel.fill.bottom) == 255;
     if (width > 0) {
         QPainterPath ring = Rounded(outer, radius, panel.round);
-        // A solid ground covers the frame's inside, so that no seam shows between the two.
+        // A solid fill reaches under the frame, so that no seam shows between the two.
         if (!isSolid)
             ring = ring.subtracted(core);
         m_painter->fillPath(ring, panel.frame);

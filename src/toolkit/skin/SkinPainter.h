@@ -6,14 +6,14 @@
 #include <QPainter>
 #include <QRect>
 
-/// Draws in whole device pixels for as long as it lives, so that lines are sharp at every scale. Rectangles and lengths
-/// come in the painter's own units, and are rounded as their edges fall.
+/// Draws in whole device pixels, so that lines are sharp at every scale; the destructor restores the painter.
+/// Rectangles and lengths are in the painter's units; their edges are rounded.
 class SkinPainter
 {
 public:
     enum Side { Top = 1, Bottom = 2, AllSides = 3 };
 
-    /// A ground with a frame inside its edge. Width and radius are in units at 96 dpi.
+    /// A fill with a frame inside its edge. Width and radius are in units at 96 dpi.
     struct Panel
     {
         SkinFill fill;
@@ -21,7 +21,7 @@ public:
         int width = 1;
         int radius = 0;
         int round = AllSides; ///< sides whose corners are round
-        int shine = 0;        ///< strength of the light in the upper half, 0 to 255
+        int shine = 0;        ///< strength of the highlight in the upper half, 0 to 255
     };
 
     explicit SkinPainter(QPainter *painter);
@@ -33,11 +33,11 @@ public:
     int Pixels(double length) const;
 
     void DrawPanel(const QRect &rect, const Panel &panel);
-    /// Without rounding.
+    /// Fills without round corners.
     void Fill(const QRect &rect, const SkinFill &fill);
-    /// A frame alone.
+    /// Draws a frame only.
     void Ring(const QRect &rect, const QColor &ink, int width, int radius);
-    /// A line of one unit along the rectangle's edge.
+    /// Draws a line of one unit along the rectangle's edge.
     void EdgeLine(const QRect &rect, Qt::Edge edge, const QColor &ink);
     void Chevron(const QRect &rect, Qt::ArrowType direction, const QColor &ink);
     void CheckMark(const QRect &rect, const QColor &ink);

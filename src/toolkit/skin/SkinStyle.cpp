@@ -19,7 +19,7 @@
 #include <algorithm>
 #include <utility>
 
-// Built in, but QIcon finds it only as a plug-in. Here, because every window asks for the style.
+// A static plug-in, because QIcon finds engines only as plug-ins. Imported here because every window uses the style.
 Q_IMPORT_PLUGIN(PictureEnginePlugin)
 
 using namespace Qt::StringLiterals;
@@ -88,11 +88,11 @@ void SkinStyle::SetSkin(Skin skin)
     const QWidgetList widgets = QApplication::allWidgets();
     for (QWidget *widget : widgets) {
         Dress(widget);
-        widget->update(); // a palette that stays the same would repaint nothing
+        widget->update(); // an unchanged palette would repaint nothing
     }
 }
 
-/// Drop-down lists are lists to the toolkit, but look like menus here.
+/// Qt treats drop-down lists as lists; here they look like menus.
 void SkinStyle::Dress(QWidget *widget) const
 {
     if (!IsDropDown(widget))
@@ -113,7 +113,7 @@ void SkinStyle::polish(QWidget *widget)
     Dress(widget);
     if (auto *view = qobject_cast<QAbstractItemView *>(widget)) {
         view->viewport()->setAttribute(Qt::WA_Hover);
-        // The toolkit's own delegate of drop-down lists knows no room around its rows and asks no style.
+        // Qt's own delegate of drop-down lists has no padding and does not ask the style.
         if (view->inherits("QComboBoxListView") && view->itemDelegate()->inherits("QComboBoxDelegate"))
             view->setItemDelegate(new QStyledItemDelegate(view));
     } else if (qobject_cast<QTabBar *>(widget)) {
@@ -130,7 +130,7 @@ void SkinStyle::unpolish(QWidget *widget)
 
 QPixmap SkinStyle::generatedIconPixmap(QIcon::Mode mode, const QPixmap &pixmap, const QStyleOption *option) const
 {
-    // A picture on a chosen row keeps its colours.
+    // A picture on a selected row keeps its colours.
     return mode == QIcon::Selected ? pixmap : QProxyStyle::generatedIconPixmap(mode, pixmap, option);
 }
 

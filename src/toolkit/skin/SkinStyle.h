@@ -19,12 +19,12 @@ class QStyleOptionToolButton;
 class QStyleOptionViewItem;
 class SkinPainter;
 
-/// The palette of a skin: what controls that the style leaves alone, and pictures, take their colours from.
+/// The palette of a skin, for pictures and for controls that the style does not paint.
 QPalette SkinPalette(const Skin &skin);
 
-/// Paints every control of the program with a skin's fills and lines. It carries no font. A change of skin keeps the
-/// style object: set the skin, then the application's palette. Sizes are the same under every skin, so that a change
-/// moves nothing and costs a repaint. A QFrame of class TdxBar or named bmMainBar1 is painted as a bar.
+/// Paints every control of the program with a skin's fills and lines. It sets no fonts. To change the skin keep the
+/// style object, set the skin, then the application's palette. Sizes are the same in every skin, so a change moves
+/// nothing and costs one repaint. A QFrame of class TdxBar or named bmMainBar1 is painted as a bar.
 class SkinStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -61,14 +61,14 @@ public:
 
 private:
     QColor Ink(SkinPart part) const { return QColor::fromRgba(m_skin.Colour(part)); }
-    /// The skin's fill, unless a palette of the control's own has another colour in its place.
+    /// The skin's fill, unless the control's own palette replaces that colour.
     SkinFill Ground(SkinPart part, const QStyleOption *option, QPalette::ColorRole role) const;
-    /// A picture of the skin in the middle of the rectangle. False if the skin has none of that name.
+    /// Draws a picture of the skin in the middle of the rectangle. False if the skin has none of that name.
     bool DrawPicture(QPainter *painter, const QRect &rect, const QString &name) const;
     void DrawArrow(QPainter *painter, const QRect &rect, Qt::ArrowType direction, const QColor &ink) const;
     void DrawFocus(SkinPainter &pixels, const QRect &rect, const QColor &ink) const;
 
-    // Each draws what belongs to its room, and answers false for anything else.
+    // Each draws the elements of its source file and returns false for any other.
     bool DrawControlPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                               const QWidget *widget) const;
     bool DrawViewPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
@@ -82,7 +82,7 @@ private:
     bool DrawMenuControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                          const QWidget *widget) const;
 
-    /// A button's fill and the frame that belongs to it, for a state; none for a flat button at rest.
+    /// Draws a button's fill, frame and focus ring for its state. False if it has no fill, or is disabled.
     bool DrawButtonPanel(QPainter *painter, const QStyleOption *option, bool isFlat, bool isDefault) const;
     void DrawFieldPanel(QPainter *painter, const QStyleOption *option) const;
     void DrawCheck(QPainter *painter, const QStyleOption *option, bool isRadio) const;

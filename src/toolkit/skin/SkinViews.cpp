@@ -9,12 +9,12 @@
 
 #include <algorithm>
 
-// Lists, trees, grids, and what moves or parts them.
+// Lists, trees, grids, headers, tabs, scroll bars and splitters.
 
 namespace {
 
-/// The toolkit lights up one cell of a table; a row is what can be chosen.
-/// Where the mouse is below all rows, its row is that of no index.
+/// Qt highlights only the cell under the mouse; here rows are selected, so the whole row is.
+/// Below all rows the mouse has no index.
 bool IsRowUnderMouse(const QTableView &table, const QModelIndex &index)
 {
     const QWidget *viewport = table.viewport();
@@ -80,7 +80,7 @@ bool SkinStyle::DrawViewPrimitive(PrimitiveElement element, const QStyleOption *
     case PE_PanelItemViewItem:
         if (!row)
             return true;
-        // A row has its ground already; a cell may have a brush of its own.
+        // The row's background is drawn already; a cell may have its own brush.
         if (row->backgroundBrush.style() != Qt::NoBrush && !(row->state & State_Selected))
             painter->fillRect(row->rect, row->backgroundBrush);
         else if (qobject_cast<const QListView *>(widget) || row->state & State_Selected)
@@ -203,8 +203,8 @@ void SkinStyle::DrawTab(const QStyleOptionTab &option, QPainter *painter) const
     SkinFill fill = m_skin.Fill(isActive ? SkinPart::TabActive : SkinPart::Tab);
     SkinPainter pixels(painter);
     const bool isLast = option.position == QStyleOptionTab::End || option.position == QStyleOptionTab::OnlyOneTab;
-    const int shared = isActive || isLast ? 0 : m_skin.lineWidth; // with the next one
-    // The page's tab is open towards it, the others lie a little lower behind its edge.
+    const int shared = isActive || isLast ? 0 : m_skin.lineWidth; // shared with the next tab
+    // The active tab opens into the page; the others are a little lower, behind its edge.
     if (isTop)
         rect.adjust(0, isActive ? 0 : 2, shared, isActive ? m_skin.lineWidth : 0);
     else if (isBottom)
@@ -230,7 +230,7 @@ void SkinStyle::DrawTab(const QStyleOptionTab &option, QPainter *painter) const
 void SkinStyle::DrawScrollBar(const QStyleOptionSlider &option, QPainter *painter, const QWidget *widget) const
 {
     SkinPainter pixels(painter);
-    // With nothing to scroll a bar is no more than the ground beside it.
+    // With nothing to scroll a bar is only background.
     const bool isIdle = option.maximum <= option.minimum || !(option.state & State_Enabled);
     pixels.Fill(option.rect, m_skin.Fill(isIdle ? SkinPart::Base : SkinPart::ScrollTrack));
     if (isIdle)
@@ -275,7 +275,7 @@ void SkinStyle::DrawProgress(const QStyleOptionProgressBar &option, QPainter *pa
     }
     if (!option.textVisible || option.text.isEmpty())
         return;
-    // The text lies on both grounds, with the ink that each can bear.
+    // The text crosses both backgrounds, with a readable colour on each.
     const QColor ground = Ink(SkinPart::Progress);
     QColor over = Ink(SkinPart::Text);
     for (const SkinPart part : {SkinPart::Base, SkinPart::SelectionText})

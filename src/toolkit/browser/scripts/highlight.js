@@ -1,10 +1,10 @@
-// Colours the hits of a text and brings one of them to the top of the view.
+// Colours the hits of a text and scrolls one of them to the top of the view.
 (() => {
     'use strict';
 
     const { PageText, documentsOf } = lumivara;
-    // The elements that carry our colours, each around one text node. They never nest: a later colour parts or repaints
-    // those of an earlier one, so that the last one always shows.
+    // The elements with our colours, each around one text node. They never nest: a later colour splits or repaints those
+    // of an earlier one, so the last colour always wins.
     const painted = new WeakSet();
 
     function colour(element, foreground, background) {
@@ -14,7 +14,7 @@
             element.style.color = foreground;
     }
 
-    // Splits the node and does not build it anew: selections and places that are being scrolled to live in it.
+    // Splits the node instead of replacing it, because selections and scroll targets refer to it.
     function wrap(node, begin, end, model) {
         const middle = begin > 0 ? node.splitText(begin) : node;
         if (end - begin < middle.length)
@@ -50,7 +50,7 @@
         return target;
     }
 
-    // Parts of text nodes that the hits cover, hits that overlap taken together.
+    // Parts of text nodes that the hits cover; overlapping hits are merged.
     function coveredParts(text, spans) {
         const parts = [];
         let index = 0;
@@ -85,10 +85,10 @@
             return 0;
         const target = options.scroll === 1 ? spans[0].begin : options.scroll === 2 && count > 1 ? lastBegin : -1;
         if (options.foreground || options.background) {
-            // Copies of one element share its style: the engine reads the colours once and not for each hit.
+            // Copies of one element share its style, so that Chromium parses the colours once and not for each hit.
             const model = page.createElement('font');
             colour(model, options.foreground, options.background);
-            // From the end, so that the offsets before it stay true.
+            // From the end, so that earlier offsets stay valid.
             const styles = new Set();
             for (const { node, begin, end } of coveredParts(text, spans).reverse()) {
                 const element = painted.has(node.parentNode)
@@ -96,12 +96,12 @@
                     : wrap(node, begin, end, model);
                 styles.add(element.getAttribute('style'));
             }
-            // Text that was lightened for the ground of a dark page may not be readable on the hit's.
+            // Text lightened for a dark page may be unreadable on the hit's background.
             const { lumivaraNight } = page.defaultView;
             if (lumivaraNight)
                 lumivaraNight.addHits([...styles]);
         }
-        // Colouring has moved the nodes, but not the characters.
+        // Colouring has changed the nodes, but not the characters.
         if (target >= 0)
             lumivara.settle(new PageText(page.body, options.matchCase).range(target, target + 1), true);
         return count;
@@ -116,7 +116,7 @@
             let place = null;
             text.forEachHit(query, false, (begin, end) => {
                 const range = text.range(begin, end);
-                // A hit in hidden text is found and can't be shown: the next one serves.
+                // A hit in hidden text can't be shown, so take the next one.
                 if (!place || range.getClientRects().length)
                     place = range;
                 return place.getClientRects().length === 0;

@@ -1,10 +1,10 @@
-// Leaves the paragraphs of a long page unrendered until they come near the view. On the screen alone: on paper, and for
-// the number of its pages, the page is laid out as ever. Not in tables, whose columns are as wide as what they hold.
+// Leaves the paragraphs of a long page unrendered until they come near the view. On the screen only: printing lays out
+// the whole page. Not in tables, because the width of their columns depends on their contents.
 (() => {
     'use strict';
 
     const selector = 'p:not(table p)';
-    const firstHeight = 60; // until some paragraphs were measured
+    const firstHeight = 60; // until some paragraphs have been measured
     const sampleSize = 80;
     const sheet = new CSSStyleSheet();
 
@@ -13,7 +13,7 @@
             + ' { content-visibility: auto; contain-intrinsic-height: auto ' + height.toFixed(2) + 'px } } }');
     }
 
-    // Heights of some paragraphs from all over the page, rendered for the purpose.
+    // Heights of a sample of paragraphs from all over the page, rendered for the measurement.
     function heightsOf(paragraphs) {
         const styles = paragraphs.map((paragraph) => paragraph.getAttribute('style'));
         for (const paragraph of paragraphs)
@@ -54,7 +54,7 @@
     }
 
     give(firstHeight);
-    // While the page still comes in, each piece of it would lay out all the pieces before it once more.
+    // While the page is loading, each new piece would lay out all pieces before it again.
     const curtain = new CSSStyleSheet();
     curtain.replaceSync('@media screen { body { display: none !important } }');
     document.adoptedStyleSheets = [...document.adoptedStyleSheets, sheet, curtain];
@@ -62,8 +62,8 @@
         document.adoptedStyleSheets = document.adoptedStyleSheets.filter((other) => other !== curtain);
         estimate();
     });
-    // Another width, other heights; measured once when the dragging rests. By frames: the engine runs no timers where the
-    // page's scripts are off.
+    // Another width changes the heights; measured once when the dragging pauses. By frames, because Chromium runs no
+    // timers where the page's scripts are off.
     let lastResize = 0;
     addEventListener('resize', () => {
         const isWaiting = lastResize > 0;

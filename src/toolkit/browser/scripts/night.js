@@ -1,19 +1,19 @@
-// On a dark page: gives text without a colour of its own a light one, and lightens stored colours that could not be read
-// on the ground that is really behind them. By a style sheet of the host for the screen alone: the document is not
-// touched, so that nothing of this is marked, saved or printed.
+// On a dark page: makes text without a colour light, and lightens stored colours that would be unreadable on the
+// background that is really behind them. It does so by a style sheet for the screen only; the document is not changed, so
+// that marks, saved files and prints have the stored colours.
 //
-// The elements that carry a colour or a ground are few kinds, told apart by what makes them so: attributes and rules of
-// the page. Each kind becomes one rule; only a kind that needs different colours in different places is also told by what
-// it stands in. The engine computes one element of each kind and place, with the page as it came.
+// The elements that declare a colour or a background fall into few kinds, by the attributes and the page's rules that do
+// so. Each kind becomes one rule; a kind that needs different colours in different places gets rules that also name what
+// surrounds it. Chromium computes the original style of one element of each kind and place.
 (() => {
     'use strict';
 
     const { white, black, parse, resolve, over, write, isDark, lightOn, lightened, judge } = NightColours;
     const { Traits, escaped, isQuirky } = NightTraits;
 
-    const mostKinds = 1000; // beyond these limits, too, rules would cost more than they are worth
+    const mostKinds = 1000; // beyond these limits rules would cost more than they are worth
     const mostPlaces = 4000;
-    const mostTrials = 5000000; // of a rule on an element
+    const mostTrials = 5000000; // tests of a rule against an element
     const deepestPlace = 24;
 
     const carriers = '[style*="color" i], [style*="background" i], [bgcolor], font[color], a[href], mark, html, body';
@@ -22,7 +22,7 @@
 
     // ---- Kinds of elements, places of kinds ----
 
-    // Whether the rule of one place fits what stands in the other, of the same kind.
+    // Whether the rule of one place also matches elements in the other place of the same kind.
     function isAround(one, other) {
         for (let at = other; one.depth > 0; at = at.parent) {
             if (at.depth < one.depth)
@@ -39,16 +39,16 @@
         constructor() {
             this.traits = new Traits();
             this.kinds = new Map();
-            this.kindOfTexts = new Map(); // texts of the attributes, and the rules
+            this.kindOfTexts = new Map(); // by the texts of the attributes and the rules
             this.places = 0;
             this.placeOf = new Map();
             this.hits = new Map();
-            this.isPlain = false; // too colourful a page: every text light, every ground off
+            this.isPlain = false; // too colourful a page: all text light, all backgrounds off
             this.ground = black;
             this.link = [0, 0, 238, 1];
         }
 
-        // Null for an element that carries nothing.
+        // Null for an element that declares no colour or background.
         kindOf(element) {
             const tag = element.localName;
             const texts = Traits.attributes(element);
@@ -76,7 +76,7 @@
             return kind;
         }
 
-        // `read` gives stored colour, ground and whether there is a picture, for a place that is new.
+        // `read` returns stored colour, background and whether there is a picture; called for a new place.
         placeIn(parent, kind, read) {
             if (parent && parent.kind === kind)
                 return parent;
@@ -104,7 +104,7 @@
             return outer ? this.placeOf.get(outer) : null;
         }
 
-        // As the engine computes it; once for a kind, unless what it declares means something else in each place.
+        // As Chromium computes it; once for a kind, unless its declarations depend on the place.
         lookOf(element, kind) {
             if (kind.look)
                 return kind.look;
@@ -112,7 +112,7 @@
             const look = {
                 colour: parse(style.color) || black.concat(1),
                 back: parse(style.backgroundColor) || black.concat(0),
-                hasPicture: style.backgroundImage !== 'none', // what it looks like is unknown
+                hasPicture: style.backgroundImage !== 'none', // its colours are unknown
             };
             if (!kind.traits.some((trait) => trait.isPlaceBound))
                 kind.look = look;
@@ -133,7 +133,7 @@
         readPage() {
             for (const sheet of document.styleSheets)
                 this.traits.readRules(sheet, new Set());
-            // Without a type of document the engine keeps the colours around a table out of it.
+            // Without a doctype Chromium does not inherit colours into a table.
             const all = [carriers + (isQuirky() ? ', table' : ''), ...this.traits.selectors].join(', ');
             for (const element of document.querySelectorAll(all)) {
                 const kind = this.kindOf(element);
@@ -144,8 +144,8 @@
             }
         }
 
-        // Hits are coloured by us, each around mere text. They are no kinds: each place tells by a variable what colour its
-        // text has in a hit.
+        // Hits are our own elements, each around text only. They are not kinds: a variable of each place gives the colour of
+        // its text in a hit.
         addHits(styles) {
             for (const style of styles) {
                 const hit = document.createElement('font');
@@ -169,7 +169,7 @@
                 + (this.traits.hasImportant ? ` -webkit-text-fill-color: ${colour} !important;` : '');
         }
 
-        // What a place is given, as declarations by suffix of its selector.
+        // The declarations for a place, by suffix of its selector.
         givenTo(place) {
             const { stored, isOwn, ground } = place;
             const declare = (colour) => this.declare(colour);
@@ -189,8 +189,8 @@
             return given;
         }
 
-        // What a kind's rule fits besides its own has all the kind's traits and others, and weighs no less: so few traits go
-        // before many, and likewise for places, whose surroundings weigh nothing.
+        // A kind's rule also matches kinds that have all its traits and more, whose specificity is no lower. So kinds with
+        // few traits come first. The same goes for places, whose surroundings add no specificity.
         rules() {
             const rules = [];
             const kinds = [...this.kinds.values()].filter((kind) => kind.places.length);
@@ -205,7 +205,7 @@
             return rules.concat(this.hitRules());
         }
 
-        // One for the kind, and one for each place where that or an earlier one would give something else.
+        // One rule for the kind, and one for each place where that or an earlier rule would give the wrong colour.
         addRules(rules, kind) {
             const counts = new Map();
             for (const place of kind.places) {
@@ -256,7 +256,7 @@
         }
 
         text() {
-            // The engine's own selection greys light letters out as soon as the window is not the active one.
+            // Chromium's own selection greys out light letters while the window is inactive.
             const scheme = isDark(this.ground)
                 ? ':root { color-scheme: dark !important }\n'
                     + '::selection { background-color: rgba(52, 94, 150, 0.996); color: white }\n' : '';
@@ -269,8 +269,8 @@
 
     const sheet = new CSSStyleSheet();
     const curtain = new CSSStyleSheet();
-    // Until the colours are known: nothing flashes up, and the engine computes no style that will not last. The ground of
-    // the body to come is drawn meanwhile, as a picture, which no colour is mistaken for.
+    // Until the colours are known: avoids a flash, and styles that Chromium would compute in vain. The body's background
+    // is drawn meanwhile as a picture, so that it is not mistaken for a background colour.
     const host = new CSSStyleSheet();
     host.replaceSync(HOST_CSS);
     const ground = [...host.cssRules].filter((rule) => rule.selectorText === 'body').map((rule) => rule.style.backgroundColor);
@@ -279,7 +279,7 @@
     document.adoptedStyleSheets = [...document.adoptedStyleSheets, curtain];
     let night = null;
 
-    // A page with too many colours, or one we don't understand, can still be read.
+    // A page with too many colours, or one that can't be analysed, stays readable.
     function attempt(work) {
         try {
             work();
@@ -307,7 +307,7 @@
         }
     });
 
-    // Called by what colours hits, with the texts of their style attributes.
+    // Called by highlight.js, with the texts of the hits' style attributes.
     globalThis.lumivaraNight = {
         addHits(styles) {
             const added = night ? styles.filter((style) => !night.hits.has(style)) : [];
@@ -316,11 +316,11 @@
         },
     };
 
-    // ---- What leaves the page bears its stored colours ----
+    // ---- Copied and dragged content keeps its stored colours ----
 
-    // The engine writes computed colours into what it copies, right after this event. Without ours, but on the host's
-    // ground, it would copy black on black. The host's other rules stay: lines of another height would move the view. The
-    // next frame is drawn with everything again.
+    // Chromium writes computed colours into the copied content, right after this event. Without our sheet but on the
+    // host's background it would copy black on black. The host's other rules stay, because a changed line height would
+    // move the view. The next frame is drawn with everything again.
     const bare = new CSSStyleSheet();
     bare.replaceSync('@media screen { @layer bare { body { background-color: transparent } } }');
     bare.disabled = true;
@@ -336,7 +336,7 @@
     addEventListener('copy', stepAside, true);
     addEventListener('cut', stepAside, true);
 
-    // What is dragged was written before this event.
+    // Dragged content was written before this event.
     addEventListener('dragstart', (event) => {
         const selection = getSelection();
         if (event.target.nodeType !== Node.TEXT_NODE || selection.isCollapsed)

@@ -1,10 +1,10 @@
-// Colours of a dark page: [red, green, blue], and with it [.., opacity].
+// Colours of a dark page: [red, green, blue], or with the opacity as a fourth number.
 const NightColours = (() => {
     'use strict';
 
     const leastContrast = 3; // below this a stored colour is not kept
     const goodContrast = 4.5;
-    const calmContrast = 7; // white glares where a grey is as clear
+    const calmContrast = 7; // white glares where a grey is clear enough
     const grey = [228, 228, 228];
     const white = [255, 255, 255];
     const black = [0, 0, 0];
@@ -16,7 +16,7 @@ const NightColours = (() => {
 
     const canvas = new OffscreenCanvas(1, 1).getContext('2d');
 
-    // A colour as a page writes it; null for none that can be read.
+    // A colour as a page writes it; null if it can't be parsed.
     function resolve(text) {
         const probes = ['#010203', '#030201'].map((probe) => {
             canvas.fillStyle = probe;
@@ -48,7 +48,7 @@ const NightColours = (() => {
     const isDark = (ground) => contrast(black, ground) < goodContrast;
     const lightOn = (ground) => (contrast(grey, ground) >= calmContrast ? grey : white);
 
-    // Of the same hue, just as light as it must be.
+    // The same hue, no lighter than needed.
     function lightened(colour, ground) {
         const high = Math.max(...colour.slice(0, 3)) / 255;
         const low = Math.min(...colour.slice(0, 3)) / 255;
@@ -71,7 +71,7 @@ const NightColours = (() => {
         return at(light);
     }
 
-    // The colour to show for a stored one, and for none.
+    // The colour to show for a stored one, or for none.
     function judge(stored, isOwn, ground, isHit = false) {
         if (!isOwn)
             return write(isDark(ground) ? lightOn(ground) : black);

@@ -1,4 +1,4 @@
-// What makes an element of a dark page a carrier of colour: traits, given by attributes and by rules of the page.
+// The traits by which elements of a dark page declare colours: attributes, and rules of the page.
 const NightTraits = (() => {
     'use strict';
 
@@ -18,13 +18,13 @@ const NightTraits = (() => {
     class Traits {
         constructor() {
             this.known = new Map();
-            this.byElement = new Map(); // those that rules of the page give
+            this.byElement = new Map(); // traits from rules of the page
             this.selectors = [];
             this.hasImportant = false;
             this.matches = 0;
         }
 
-        // `text` is what the trait declares: whether it means the same everywhere.
+        // `text` is the trait's declaration; it decides whether the trait means the same in every place.
         give(selector, isOwn, text) {
             let trait = this.known.get(selector);
             if (!trait) {
@@ -34,7 +34,7 @@ const NightTraits = (() => {
             return trait;
         }
 
-        // The texts of the attributes that may colour, one after the other: equal ones give equal traits.
+        // The texts of all attributes that may set a colour, joined: equal texts give equal traits.
         static attributes(element) {
             const tag = element.localName;
             const own = tag === 'font' ? 'color' : tag === 'body' ? 'text' : tag === 'a' ? 'href' : null;
@@ -48,7 +48,7 @@ const NightTraits = (() => {
             const traits = [];
             if (style !== null && anyStyle.test(style)) {
                 this.hasImportant = this.hasImportant || /!\s*important/i.test(style);
-                // Read by the engine: what it can't parse is no colour.
+                // Parsed by Chromium: a value that it can't parse is no colour.
                 traits.push(this.give(`[style="${escaped(style)}"]`, !noColour.test(element.style.color), style));
             }
             if (ground !== null)
@@ -60,13 +60,13 @@ const NightTraits = (() => {
             return traits.concat(this.byElement.get(element) || []);
         }
 
-        // Rules of the page that colour; `read` are sheets on the way here, against rings.
+        // Rules of the page that set colours; `read` has the importing sheets, to stop cycles.
         readRules(sheet, read) {
             let rules = null;
             try {
                 rules = sheet.cssRules;
             } catch {
-                return; // was not allowed to load
+                return; // blocked from loading
             }
             if (read.has(sheet) || read.size > deepestImport)
                 return;

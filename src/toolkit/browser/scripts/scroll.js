@@ -1,4 +1,4 @@
-// Brings a place of the page to the top of the view and keeps it there while paragraphs around it take their true height.
+// Scrolls a place of the page to the top of the view and keeps it there while paragraphs around it get their true height.
 (() => {
     'use strict';
 
@@ -51,7 +51,7 @@
         step();
     }
 
-    // The reader's hand wins over ours.
+    // The reader's own scrolling ends ours.
     for (const event of ['wheel', 'mousedown', 'keydown', 'touchstart'])
         addEventListener(event, () => ++turn, { capture: true, passive: true });
 

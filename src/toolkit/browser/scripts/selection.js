@@ -1,16 +1,16 @@
-// What the reader selected, the word under a point, and the steps of the find dialog.
+// The reader's selection, the word under a point, and the steps of the find dialog.
 (() => {
     'use strict';
 
     const { PageText, documentsOf } = lumivara;
 
-    // Elements whose children mean nothing without them: a cell without its table is mere text, an item has no list.
+    // Elements that their children need: without its table a cell is mere text, without its list an item has no number.
     const frames = new Set(['table', 'thead', 'tbody', 'tfoot', 'tr', 'colgroup', 'ul', 'ol', 'menu', 'dl', 'ruby']);
-    // Looks that words bear wherever they go, and blocks that only their whole text takes along.
+    // Formatting that a part of the text keeps, and blocks that are kept only if all of their text is selected.
     const looks = new Set(['b', 'strong', 'i', 'em', 'u', 's', 'small', 'big', 'sup', 'sub', 'tt', 'code', 'font', 'span']);
     const blocks = new Set(['p', 'h1', 'h2', 'h3', 'h4', 'h5', 'h6', 'pre', 'center', 'blockquote']);
 
-    // What a range holds, with the empty shells around it that its parts need to stay what they are.
+    // The contents of a range, inside empty copies of the surrounding elements that they need.
     function contentsOf(range) {
         const bare = (text) => text.replace(/\s/g, '');
         const text = bare(range.toString());
@@ -51,8 +51,8 @@
         return page.getSelection().toString();
     };
 
-    // The engine follows a link to an empty page without asking, and drops one to a file: of that our host is asked by an
-    // address that the engine does let through.
+    // Chromium follows a link to an empty page without asking, and drops one to a file. So such a link is wrapped in an
+    // address for which Chromium does ask the host.
     addEventListener('click', (event) => {
         const link = event.composedPath().find((element) => element.localName === 'a' || element.localName === 'area');
         if (link && /^\s*about:/i.test(link.getAttribute('href') || ''))
@@ -76,7 +76,7 @@
         return false;
     }
 
-    // The run of text without a gap around a node: a word may reach over the borders of elements.
+    // The text around a node without a gap: a word may cross the borders of elements.
     function runAround(node) {
         const text = new PageText(PageText.blockOf(node), true);
         const index = text.pieces.findIndex((piece) => piece.node === node);
@@ -127,7 +127,7 @@
         return selection.toString();
     }
 
-    // Position in the text of where the next search begins: the end of the selection that marks the last hit.
+    // The position in the text where the next search begins: the end of the last hit's selection.
     function positionOf(text, page, isBackward) {
         const selection = page.getSelection();
         if (!selection || !selection.rangeCount)
@@ -146,7 +146,7 @@
         return -1;
     }
 
-    // Selects the next or the prior hit, around the end of the page if need be. Gives the selected text, or an empty one.
+    // Selects the next or the previous hit, wrapping at the end of the page. Returns the selected text, or an empty one.
     lumivara.findStep = (query, matchCase, wholeWord, isBackward) => {
         const hits = [];
         let current = -1;

@@ -1,9 +1,9 @@
-// The text of a document as it is read: one string over all text nodes, with the way back to each node.
+// The text of a document as it is read: one string over all text nodes, with a mapping back to each node.
 (() => {
     'use strict';
 
     const unread = new Set(['script', 'style', 'template', 'textarea', 'select', 'title', 'object', 'iframe', 'noframes']);
-    // Between two of these the reader sees a gap: no word and no hit reaches over it.
+    // The borders of these are gaps, which no word and no hit crosses.
     const blocks = new Set([
         'address', 'article', 'aside', 'blockquote', 'body', 'br', 'caption', 'center', 'dd', 'details', 'dir', 'div', 'dl',
         'dt', 'fieldset', 'figcaption', 'figure', 'footer', 'form', 'frameset', 'h1', 'h2', 'h3', 'h4', 'h5', 'h6', 'head',
@@ -11,7 +11,7 @@
         'tbody', 'td', 'tfoot', 'th', 'thead', 'tr', 'ul',
     ]);
 
-    // Lower case by one character after the other: a whole string's lower case depends on neighbours ("Σ").
+    // Lower case character by character, because in a whole string it depends on the neighbours ("Σ").
     function foldCharacter(character) {
         return character.toLowerCase();
     }
@@ -42,7 +42,7 @@
             this.parts = null;
         }
 
-        // By hand and not by recursion: pages may nest thousands deep.
+        // Not recursive, because pages may nest thousands deep.
         walk(root) {
             let node = root;
             while (node) {
@@ -90,7 +90,7 @@
             }
         }
 
-        // Runs of blanks count as one blank, as they are shown, and letters may change their number in lower case.
+        // A run of blanks is one blank, as shown; lower case may change the number of characters.
         addMapped(node, data) {
             const map = [];
             let text = '';
@@ -144,7 +144,7 @@
             return -1;
         }
 
-        // Where the character at a position begins in its node, and where it ends.
+        // The offsets in its node at which the character at a position begins and ends.
         static offsetOf(piece, index) {
             return piece.map ? piece.map[index] : index;
         }
@@ -172,8 +172,7 @@
             return /[\p{L}\p{M}\p{N}]/u.test(String.fromCodePoint(code));
         }
 
-        // Calls back with begin and end of each hit, from the start or, if told, from the end; a hit may begin in
-        // another. Stops when the call answers false.
+        // Calls `onHit` with begin and end of each hit; hits may overlap. Stops when it returns false.
         forEachHit(query, wholeWord, onHit) {
             let wanted = query.replace(/[\t\n\r\f ]+/g, ' ');
             if (!this.matchCase)
@@ -191,7 +190,7 @@
             }
         }
 
-        // The nearest element around a node beyond which no word reaches.
+        // The nearest element around a node that no word crosses.
         static blockOf(node) {
             let element = node.parentElement;
             while (element.parentElement && !blocks.has(element.localName))
@@ -209,8 +208,8 @@
         }
     }
 
-    // The documents whose text the reader sees: that of the page, or those of its frames if it has any. A frame that
-    // was not allowed to load has none.
+    // The documents whose text is visible: that of the page, or those of its frames if it has any. A blocked frame has
+    // none.
     function documentsOf(top) {
         const found = [];
         for (const frame of top.querySelectorAll('iframe, frame')) {
