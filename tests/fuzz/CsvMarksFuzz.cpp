@@ -27,7 +27,7 @@ QList<ExportedMark> MarksOf(QByteArray table)
         CsvMarks source(device, QStringLiteral("marks.csv"), silent.report);
         for (MarkRecord mark; source.Next(mark);)
             marks.append(mark.mark);
-        // Nothing is lost without a word.
+        // Nothing is lost silently.
         REQUIRE(!marks.isEmpty() || silent.report.FindingCount() > 0 || !HasRecords(table));
     });
     return marks;

@@ -22,6 +22,6 @@ FUZZ_TARGET(MarkdownMarks)
         REQUIRE(mark.mark.keywords.size() <= 127 && mark.mark.note.size() <= 2047);
     }
     REQUIRE(marks <= headings);
-    // Nothing is lost without a word.
+    // Nothing is lost silently.
     REQUIRE(marks == headings || silent.report.FindingCount() > 0 || headings == input.size());
 }

@@ -9,8 +9,8 @@
 #include <thread>
 #include <vector>
 
-/// Makes things one after the other on threads of its own, ahead of the one who takes them in their order. A thing that
-/// waits counts as the bytes that it holds, so that large ones are not made far ahead.
+/// Makes items on its own threads, ahead of the consumer, which takes them in order. The bytes of waiting items are
+/// limited, so that large ones are not made far ahead.
 template <typename Thing>
 class InOrder
 {
@@ -36,7 +36,7 @@ public:
     InOrder(const InOrder &) = delete;
     InOrder &operator=(const InOrder &) = delete;
 
-    /// The next one; `count` calls are allowed. Throws what its making has thrown.
+    /// The next item; `count` calls are allowed. Rethrows the exception of its making.
     Thing Take()
     {
         std::unique_lock lock(m_mutex);
@@ -53,7 +53,7 @@ public:
     }
 
 private:
-    /// The one who takes has work of its own, and common machines have few cores.
+    /// The consumer works too, and common machines have few cores.
     static constexpr int Threads = 2;
     static constexpr size_t MostBytes = 16 * 1024 * 1024;
 
@@ -69,7 +69,7 @@ private:
     {
         std::unique_lock lock(m_mutex);
         for (;;) {
-            // What is made just now counts as nothing: a thread each is allowed whatever waits.
+            // Items being made are not counted: each thread may make one, whatever is waiting.
             m_changed.wait(lock, [this] { return m_begun >= m_count || m_bytes < MostBytes || m_slots.empty(); });
             if (m_begun >= m_count)
                 return;

@@ -2,7 +2,7 @@
 
 #include "common/Tool.h"
 
-/// What the tool can do.
+/// The verbs of the tool.
 std::span<const Verb> DataVerbs();
 
 /// The verbs. `arguments` is what follows the verb's name; failures are thrown as ToolError or DatabaseError.
@@ -14,7 +14,7 @@ int RunImport(const QStringList &arguments, Console &console);
 int RunExport(const QStringList &arguments, Console &console);
 int RunForgetMe(const QStringList &arguments, Console &console);
 
-/// Import and export by what is meant; `arguments` is what follows that word.
+/// Import and export of each thing; `arguments` follow its name.
 int ImportCanon(const QStringList &arguments, Console &console);
 int ImportDictionary(const QStringList &arguments, Console &console);
 int ImportMarks(const QStringList &arguments, Console &console);
@@ -22,13 +22,13 @@ int ExportCanon(const QStringList &arguments, Console &console);
 int ExportDictionary(const QStringList &arguments, Console &console);
 int ExportMarks(const QStringList &arguments, Console &console);
 
-/// What a verb is about: the word that follows it.
+/// The thing that a verb acts on: the word after it.
 enum class Thing { None, Canon, Dictionary, Marks };
-/// The thing that the first of `words` names, which is then taken away; None if it names none.
+/// Removes the first of `words` and returns the thing that it names; None, and nothing removed, if it names none.
 Thing TakeThing(QStringList &words);
 /// The thing's name.
 QString NameOf(Thing thing);
-/// What is left of a verb's words once the marks, its only thing, may have been named.
+/// The words of a verb that acts on marks only, without an optional "marks".
 QStringList WithoutMarksWord(const QStringList &positional);
 
 /// KELORA.FDB, PALIDICT.FDB or TARUNECLIENT.FDB beside the tool.

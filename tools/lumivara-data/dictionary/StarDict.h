@@ -14,18 +14,18 @@ class RecordSorter;
 class Report;
 
 /// A dictionary in the StarDict form: NAME.ifo and beside it NAME.idx or NAME.idx.gz, NAME.dict or NAME.dict.dz, and
-/// NAME.syn where words have more forms. What of it cannot be used at all throws ToolError; what is wrong with a word
-/// is told and the word left out.
+/// NAME.syn if words have more forms. Throws ToolError if the dictionary is unusable; reports and skips single faulty
+/// words.
 class StarDict
 {
 public:
     /// `ifoPath` is NAME.ifo, or a folder that holds one such file.
     StarDict(const QString &ifoPath, Report &report);
 
-    /// Hands over every word, form and entry. The entries are read in the order in which their texts stand.
+    /// Passes every word, form and entry on. Entries are read in the order of their texts.
     void TakeAll(EntryIntake &intake, Console &console);
 
-    /// What the description says of itself.
+    /// The values of the description.
     QString BookName() const { return m_bookName; }
 
     /// Name of a line in the description of a dictionary whose entries are in the line mark-up already.
@@ -44,7 +44,7 @@ private:
 
     Report &m_report;
     QString m_base;   ///< path without the ending
-    QString m_folder; ///< that all files must stand in, without links
+    QString m_folder; ///< resolved; all files must be in it
     QString m_bookName;
     QByteArray m_sameTypes;
     quint64 m_wordCount = 0;

@@ -8,11 +8,11 @@
 
 class Report;
 
-/// The largest file that an import reads as one piece. Bytes.
+/// The largest file that an import reads, in bytes.
 inline constexpr qint64 LargestSourceFile = 64LL * 1024 * 1024;
 
-/// A folder of files from elsewhere. Only regular files that really stand in it are read: names that lead out of it,
-/// links to other places, devices and pipes are told and refused.
+/// A folder of foreign files. Only regular files that are really inside it are read: names that lead out of it, links
+/// to other places, devices and pipes are reported and rejected.
 class SourceFolder
 {
 public:
@@ -29,7 +29,7 @@ public:
     /// Every file below one of its folders, as names relative to this one, in no order. Hidden ones are passed over;
     /// what is no file in the folder is told.
     QStringList FilesBelow(const QString &folder, Report &report) const;
-    /// A file's bytes as they stand; nothing, and told, where it can't be read or is larger than LargestSourceFile.
+    /// A file's bytes; none, with a report, if it can't be read or is larger than LargestSourceFile.
     std::optional<QByteArray> Read(const QString &name, Report &report) const;
     /// A file's text as UTF-8 without a byte order mark. UTF-16 with a mark is converted and told; what is neither is
     /// told and not read.

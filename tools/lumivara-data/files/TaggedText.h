@@ -3,9 +3,9 @@
 #include <QByteArray>
 #include <QByteArrayView>
 
-/// Reads a text with tags as browsers do, forgiving whatever is wrong with it: texts between tags with their entities
-/// decoded, and the tags. What stands in comments, declarations, scripts, styles and embedded things is passed over.
-/// Bytes are UTF-8 and pass as they stand; any bytes are read in linear time.
+/// Reads a text with tags as tolerantly as browsers: the texts between tags with their entities decoded, and the tags.
+/// Skips comments, declarations, scripts, styles and embedded objects. UTF-8 bytes pass unchanged; any bytes are read
+/// in linear time.
 class TaggedText
 {
 public:
