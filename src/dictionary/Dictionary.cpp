@@ -21,7 +21,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The resources of a static library come along only when asked for, and only outside of namespaces.
+// A static library's resources are linked only on request, and only from outside any namespace.
 static void InitDictionaryTexts()
 {
     Q_INIT_RESOURCE(dictionary);
@@ -73,7 +73,7 @@ TfrmDictionary::TfrmDictionary(QWidget *parent)
 
 TfrmDictionary::~TfrmDictionary()
 {
-    // The view goes after the data that it is bound to.
+    // The view is destroyed after its data.
     ui->gtvWords->SetDataSource(nullptr);
     qryWords.AfterScroll = nullptr;
 }
@@ -127,7 +127,7 @@ void TfrmDictionary::SetUpCommands()
     wire(ui->acVEShow, [this] { SelectDictionary(2, vSTextVE); });
     wire(ui->acPaliViet, [this] { SelectDictionary(5, vSTextPV); });
     wire(ui->acVietPali, [this] { SelectDictionary(6, vSTextVP); });
-    // Both take the text of the first kind along.
+    // Both keep the text of the first kind.
     wire(ui->acEngPali, [this] { SelectDictionary(7, vSTextEV); });
     wire(ui->acPaliEng, [this] { SelectDictionary(8, vSTextEV); });
     wire(ui->acCopy, [this] { ui->ebContentWord->Copy(); });
@@ -175,7 +175,7 @@ void TfrmDictionary::FormCreate()
         SwitchDictionary(vTypeDict, {}, GetDictionaryCaption(vTypeDict, InterfaceLang));
         break;
     case 7:
-        // Opens under the caption of its partner, until a dictionary is picked.
+        // Has the caption of its partner until a dictionary is chosen.
         SwitchDictionary(7, {}, GetDictionaryCaption(8, InterfaceLang));
         break;
     default:
@@ -207,7 +207,7 @@ void TfrmDictionary::FormClose()
 {
     TimerDelta.stop();
     TimerEndScroll.stop();
-    // What can't be stored is not remembered, without a word.
+    // Not being able to store this is not worth a message.
     try {
         frmKeloraDM->SetRegistryData(RegistryRoot::CurrentUser, CollectionKey(), vTypeDict, RegistryType::Integer,
                                      u"Dictionary"_s);
@@ -254,7 +254,7 @@ void TfrmDictionary::SaveSearchText()
 
 void TfrmDictionary::SwitchDictionary(int kind, const QString &text, const QString &caption)
 {
-    // The text is a reference to one of those that are kept, and may be the very one that is kept now.
+    // The text refers to one of the stored texts, perhaps to the one that is stored now.
     SaveSearchText();
     vTypeDict = kind;
     ui->edSearchWord->setText(text);

@@ -25,7 +25,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The resources of a static library come along only when asked for, and only outside of namespaces.
+// A static library's resources are linked only on request, and only from outside any namespace.
 static void InitMarkImages()
 {
     Q_INIT_RESOURCE(marks);
@@ -50,7 +50,7 @@ QIcon PriorityImage(int priority)
 {
     if (priority != OrdinaryPriority)
         return QIcon(u":/marks/priority-%1.picture"_s.arg(priority));
-    // Nothing marks the ordinary, yet in a list its description stands under the others.
+    // Normal priority has no icon; a blank one keeps its text aligned.
     QPixmap nothing(ImageSize, ImageSize);
     nothing.fill(Qt::transparent);
     return nothing;
@@ -65,7 +65,7 @@ TfrmFocusHighlight::TfrmFocusHighlight(Reading &reading, QWidget *parent)
     SetWindowFont(*this);
     ui->setupUi(this);
     GrowWithText(*this);
-    AddFormTexts(*this)->Loaded(); // what fails is for who makes the window, and he says nothing
+    AddFormTexts(*this)->Loaded(); // failures reach the caller, which ignores them on purpose
     ui->spltFocus->setStretchFactor(1, 1);
     ui->spltFocus->setSizes({GrownPixels(ListWidth), width() - GrownPixels(ListWidth)});
     move(screen()->availableGeometry().center() - rect().center());
@@ -128,7 +128,7 @@ void TfrmFocusHighlight::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     if (event->spontaneous())
         return;
-    // Who opens the window is told of nothing that fails on the way.
+    // Failures while opening are deliberately not reported.
     try {
         FormShow();
     } catch (const std::exception &) {
@@ -204,8 +204,8 @@ void TfrmFocusHighlight::FollowMark()
             return;
         const int collection = Marks().FieldByName(u"NIK_SUT"_s).AsInteger();
         const int number = Marks().FieldByName(u"NIC_SUT"_s).AsInteger();
-        // One character for each byte, the mark at the beginning included: only an excerpt without that mark and in
-        // plain ASCII is found again.
+        // One character for each byte, including the byte order mark: only a plain ASCII excerpt without that mark is
+        // found again.
         const QString words = HtmlToPlainText(FromWindows1252(Marks().FieldByName(excerptField).AsBytes()));
         if (m_following.IsOver())
             return;

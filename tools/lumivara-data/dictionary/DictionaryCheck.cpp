@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype LongestWord = 63;
-/// Of one sort of fault no more than this is told: a dictionary in another order would have one for every word.
+/// Faults of one sort that are listed: a dictionary in another order would have one for every word.
 constexpr qsizetype MostOfASort = 20;
 
 } // namespace

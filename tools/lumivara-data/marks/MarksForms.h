@@ -25,7 +25,7 @@ void VisitMarks(DataFile &file, const std::function<void(const ExportedMark &)> 
 
 /// The title that documents show: one line, "#" and the key where there is none.
 QString ShownTitle(const ExportedMark &mark);
-/// "Cao" for 2; the number where it is no priority.
+/// "Cao" for 2; the number itself if it is not a priority.
 QString PriorityName(int priority);
 
 /// A document made mark by mark. HTML holds no mark-up of the excerpts. CSV has a header line, CR LF ends its

@@ -14,8 +14,8 @@ struct MarkRecord
     ExportedMark mark;
 };
 
-/// The marks of a file in an open format, one by one. What is no whole and storable mark is told to the report, with
-/// file name and line, and left out.
+/// The marks of a file in an open format, one by one. Incomplete or unstorable marks are reported with file name and
+/// line, and skipped.
 class MarksReader
 {
 public:
@@ -46,7 +46,7 @@ public:
     bool Next(MarkRecord &mark) override;
 
 private:
-    /// Why the record is no mark; empty if it is one.
+    /// Why the record is not a mark; empty if it is one.
     QString Take(const CsvRecord &record, ExportedMark &mark) const;
     QString Cell(const CsvRecord &record, const QString &column) const;
 
