@@ -87,7 +87,7 @@ public:
         Run(ImportCanon, {Source(), u"--into"_s, Canon(), u"--quiet"_s});
         return Milliseconds(clock);
     }
-    /// Every file read and parsed by the toolkit, and the rows that the import gives written as they are.
+    /// Reads every file, parses it with Qt, and writes the import's rows.
     double ParseAndInsertTime() const
     {
         const QString path = Sample().ScratchFile(u"floor.fdb"_s);

@@ -32,7 +32,7 @@ constexpr int Settling = 50; ///< milliseconds in which what a switch has posted
 
 using Setter = std::function<void(const QString &)>;
 
-/// The toolkit's own setter of a text that the tables number.
+/// Qt's own setter of a text that the tables number.
 Setter SetterOf(QObject *object, const QString &property)
 {
     const auto bind = [](auto *target, auto set) {

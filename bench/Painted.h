@@ -7,7 +7,7 @@
 #include <QWebEngineView>
 
 /// Tells when the page of a view is on the screen: two animation frames after its load, or after Ask(). The same probe
-/// for the program and for the floor. It tells by the document's title, because that signal needs no polling.
+/// for the program and for the floor. It signals by the document's title, which needs no polling.
 class PaintedProbe : public QObject
 {
 public:

@@ -67,7 +67,7 @@ public:
         QTest::qWait(Settling);
         return Time([this] { Choose(m_next); });
     }
-    /// The same with the toolkit's plain style and a palette.
+    /// The same with Qt's plain style and a palette.
     double PlainTime()
     {
         m_isOther = !m_isOther;

@@ -22,7 +22,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The resources of a static library come along only when asked for, and only outside of namespaces.
+// A static library's resources are linked only on request, and only from outside any namespace.
 static void InitDictionaryTexts()
 {
     Q_INIT_RESOURCE(dictionary);
@@ -72,7 +72,7 @@ TfrmDictionary::TfrmDictionary(QWidget *parent)
 
 TfrmDictionary::~TfrmDictionary()
 {
-    // The view goes after the data that it is bound to.
+    // The view is destroyed after its data.
     ui->gtvWords->SetDataSource(nullptr);
     qryWords.AfterScroll = nullptr;
 }
@@ -206,7 +206,7 @@ void TfrmDictionary::FormClose()
 {
     TimerDelta.stop();
     TimerEndScroll.stop();
-    // What can't be stored is not remembered, without a word.
+    // Not being able to store this is not worth a message.
     try {
         frmKeloraDM->SetRegistryData(RegistryRoot::CurrentUser, CollectionKey(), vTypeDict, RegistryType::Integer,
                                      RowOf(Option::Dictionary).name);
@@ -253,7 +253,7 @@ void TfrmDictionary::SaveSearchText()
 
 void TfrmDictionary::SwitchDictionary(int kind, const QString &text, const QString &caption)
 {
-    // The text is a reference to one of those that are kept, and may be the very one that is kept now.
+    // The text refers to one of the stored texts, perhaps to the one that is stored now.
     SaveSearchText();
     vTypeDict = kind;
     ui->edSearchWord->setText(text);

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int EndScrollRest = 300; ///< milliseconds that the list rests before its entry shows
+constexpr int EndScrollRest = 300; ///< milliseconds without a move in the list until the entry is shown
 
 } // namespace
 
@@ -71,7 +71,7 @@ void TfrmDictionary::RunWordSearch()
     RefreshWordList();
     if (FIsStartPage || !qryWords.IsEmpty())
         return;
-    // The entry of the word before could not be replaced, but it must not stand beside an empty list.
+    // The previous word's entry could not be replaced, but it must not be shown beside an empty list.
     try {
         SaveHTMLFormatted();
         ui->ebContentWord->LoadFromString(vHTMLString);
@@ -86,7 +86,7 @@ void TfrmDictionary::RefreshWordList()
     {
         qryWords.DisableControls();
         qryWords.DisableScrollEvents();
-        // Also where the statement fails: a list without its grid would never come back.
+        // Also after a failure: otherwise the grid would stay without its list.
         const auto enable = qScopeGuard([this] {
             qryWords.EnableScrollEvents();
             qryWords.EnableControls();
@@ -129,8 +129,8 @@ void TfrmDictionary::SearchingText(const QString &text)
         RunWordSearch();
         return;
     }
-    // A plural is shortened before the text of the kind being left is kept. The switch reads the list, and a second
-    // reading would find the same.
+    // A plural is shortened before the text of the kind being left is stored. The switch reads the list, so reading it
+    // again is not necessary.
     ui->edSearchWord->setText(place->text);
     SelectDictionary(place->kind, place->text);
 }

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Marks behind which a plus is no longer seen: the last two bytes of a line.
+/// The last bytes of a line, in which a plus is ignored.
 constexpr qsizetype UnseenTail = 2;
 constexpr char NoKind = '\0';
 
@@ -28,7 +28,7 @@ const char *Find(char sign, const char *begin, const char *end)
     return found ? static_cast<const char *>(found) : end;
 }
 
-/// The trimmed lines of a text, cut at CR LF, CR and LF. An empty last line is none.
+/// The trimmed lines of a text, split at CR LF, CR and LF. An empty last line does not count.
 class LineSource
 {
 public:
@@ -43,7 +43,7 @@ public:
     {
         const char *begin = m_rest.data();
         const char *end = begin + m_rest.size();
-        // Each end is sought only once, so that a text without one of the two is not searched again for each line.
+        // Each line end is searched for only once, so that a text without CR or LF is not scanned again for each line.
         if (m_return < begin)
             m_return = Find('\r', begin, end);
         if (m_feed < begin)
@@ -67,7 +67,7 @@ char KindOf(QByteArrayView line)
     return line.empty() ? NoKind : line.front();
 }
 
-/// A line parted at its plus sign: word and translation.
+/// A line split at its plus sign: word and translation.
 struct PlusSplit
 {
     QByteArrayView front;
@@ -83,7 +83,7 @@ PlusSplit SplitAtPlus(QByteArrayView line)
     if (first == end)
         return split;
     split.front = QByteArrayView(begin, first - begin);
-    // A second plus takes the translation away again.
+    // With a second plus there is no translation.
     if (Find('+', first + 1, end) == end)
         split.back = QByteArrayView(first + 1, line.data() + line.size() - first - 1);
     return split;

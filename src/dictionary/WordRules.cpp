@@ -121,8 +121,8 @@ WordKey MeaningOfWordKey(int key, const QString &text)
     default:
         break;
     }
-    // The toolkit numbers keys that make a character by that character, the others beyond Unicode; a dead key's result
-    // and an input method come as a text without a key.
+    // Qt numbers keys with a character by that character, the others beyond Unicode; the result of a dead key or an
+    // input method comes as a text without a key.
     constexpr int firstWithoutCharacter = 0x01000000;
     const bool hasCharacter = key > 0 && key < firstWithoutCharacter;
     // Its first unit may be half of a character, or a joiner that shows nothing.

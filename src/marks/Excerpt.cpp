@@ -34,7 +34,7 @@ QString AsLines(const QString &text)
 
 QString ExcerptPage(const QString &selection)
 {
-    // The nesting is odd, and stays: every excerpt in the readers' files is made like this.
+    // The nesting is odd but must stay: all excerpts in the readers' files have it.
     return AsLines(
         u"<HTML>\r<head>\r<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />\r<body>\r"
         "<blockquote>\r<font face = \"Segoe UI\">"_s +

@@ -66,7 +66,7 @@ void ExcerptFile::Hold()
     const int folder = ::open(QFile::encodeName(m_folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (folder < 0)
         FailBySystem(Deed::Save, m_folder + fileName);
-    // The folder is what is locked: the file itself is another one after each save.
+    // Locks the folder, because each save replaces the file.
     if (::flock(folder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
         ::close(folder);
         Fail(Deed::Save, m_folder + fileName, TextOrEnglish(heldByAnother));

@@ -61,7 +61,7 @@ void TfrmFocusEdit::showEvent(QShowEvent *event)
 
 void TfrmFocusEdit::keyPressEvent(QKeyEvent *event)
 {
-    // No key ends the window by itself: Escape would leave the row pending like the close box, Enter would store it.
+    // No key closes the window: Escape would leave the row pending like the close box, Enter would store it.
     // On a button Enter presses that button.
     auto *button = qobject_cast<QPushButton *>(focusWidget());
     if (button && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
@@ -77,7 +77,7 @@ void TfrmFocusEdit::FormShow()
         try {
             ShowExcerpt();
         } catch (const std::exception &) {
-            // The window opens with what it got; a file that can't be read is told when the mark is stored.
+            // The window opens anyway; an unreadable file is reported when the mark is stored.
         }
     }
     ShowMarkCaptions(
@@ -97,7 +97,7 @@ void TfrmFocusEdit::ShowExcerpt()
 
 void TfrmFocusEdit::acOKExecute()
 {
-    // Letters that the input method has not handed over yet belong to the mark.
+    // Text that the input method has not committed yet is part of the mark.
     QGuiApplication::inputMethod()->commit();
     frmClientsDM->qryFocus.FieldByName(Field::TextFoc).SetAsBytes(excerptFile.Load());
     frmClientsDM->qryFocus.Post();

@@ -26,7 +26,7 @@
 
 using namespace Qt::StringLiterals;
 
-// The resources of a static library come along only when asked for, and only outside of namespaces.
+// A static library's resources are linked only on request, and only from outside any namespace.
 static void InitMarkImages()
 {
     Q_INIT_RESOURCE(marks);
@@ -63,7 +63,7 @@ TfrmFocusHighlight::TfrmFocusHighlight(Reading &reading, QWidget *parent)
     SetWindowFont(*this);
     ui->setupUi(this);
     GrowWithText(*this);
-    AddFormTexts(*this)->Loaded(); // what fails is for who makes the window, and he says nothing
+    AddFormTexts(*this)->Loaded(); // failures reach the caller, which ignores them on purpose
     ui->spltFocus->setStretchFactor(1, 1);
     ui->spltFocus->setSizes({GrownPixels(ListWidth), width() - GrownPixels(ListWidth)});
     move(screen()->availableGeometry().center() - rect().center());
@@ -126,7 +126,7 @@ void TfrmFocusHighlight::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     if (event->spontaneous())
         return;
-    // Who opens the window is told of nothing that fails on the way.
+    // Failures while opening are deliberately not reported.
     try {
         FormShow();
     } catch (const std::exception &) {

@@ -28,7 +28,7 @@ QString HtmlToPlainText(const QString &html)
         });
         QObject::connect(&page, &QWebEnginePage::renderProcessTerminated, &page, [&] {
             load = Load::Failed;
-            wait.Renew(); // nobody answers any more
+            wait.Renew(); // nothing will answer any more
         });
         page.LoadFromHost(address);
         if (wait.Until([&] { return load != Load::Running; }) && load == Load::Done) {

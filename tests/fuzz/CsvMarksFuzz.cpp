@@ -28,7 +28,7 @@ QList<Mark> MarksOf(QByteArray table)
         CsvMarks source(device, QStringLiteral("marks.csv"), silent.report);
         for (MarkAtLine mark; source.Next(mark);)
             marks.append(mark.mark);
-        // Nothing is lost without a word.
+        // Nothing is lost silently.
         REQUIRE(!marks.isEmpty() || silent.report.FindingCount() > 0 || !HasRecords(table));
     });
     return marks;

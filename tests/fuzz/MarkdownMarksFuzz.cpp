@@ -23,6 +23,6 @@ FUZZ_TARGET(MarkdownMarks)
         REQUIRE(mark.mark.keywords.size() <= Length::Keyword && mark.mark.note.size() <= Length::Desc);
     }
     REQUIRE(marks <= headings);
-    // Nothing is lost without a word.
+    // Nothing is lost silently.
     REQUIRE(marks == headings || silent.report.FindingCount() > 0 || headings == input.size());
 }

@@ -39,7 +39,7 @@ void ReadOrRefuse(const QString &source, const Parse &parse)
     }
 }
 
-/// Holds a reader of words to what a dictionary may get.
+/// Checks that a reader of words passes on only what a dictionary accepts.
 class StrictWords : public WordStore
 {
 public:

@@ -101,7 +101,7 @@ TEST_F(FocusHighlight, OpensOnceOnAnEmptyListAndStartsAnew)
     OpenMarks();
     EXPECT_FALSE(InMarks<QToolButton>("bIsViewSutta").isChecked());
     form->close();
-    // What fails while it is made is passed over without a word.
+    // Failures while the window is made are deliberately not reported.
     LangManager().SetCurrentLanguage(1033);
     AddLanguage(u"English.lng"_s, "LANGID=1033\n[frmFocusHighlight]\n1=a\n1=b\n");
     Trigger("acOrganization");

@@ -186,7 +186,7 @@ TEST_F(Installed, PlaceThatCannotBeUsedIsNamed)
 {
     Put(Home() + u"/file"_s, "");
     Put(Home() + u"/taken/lumivara/Lumivara"_s, "");
-    // A folder that is no full path counts as none.
+    // A relative folder is ignored.
     const std::tuple<QString, QString, QString> cases[]{{Home() + u"/file/data"_s, Home(), u"Not a directory"_s},
                                                         {Home() + u"/taken"_s, Home(), u"not a folder"_s},
                                                         {u"data"_s, QString(), u"no home folder"_s}};

@@ -38,7 +38,7 @@ TEST(Start, WithoutACanonShowsTheFixedMessageThenTheReportAndEnds)
         program.Start();
         program.Do({u"wait msgBox"_s});
         EXPECT_TRUE(program.Send(u"get msgBox text"_s).startsWith(u"Kết nối dữ liệu không thành công!"_s));
-        // A failed start shuts nobody out of the lock folder.
+        // A failed start leaves the lock folder open to other users.
         for (const QFileInfo &lock : QDir(product.File(u"lock"_s)).entryInfoList(QDir::Files | QDir::System)) {
             struct stat status = {};
             EXPECT_EQ(::stat(QFile::encodeName(lock.filePath()).constData(), &status), 0);
@@ -70,7 +70,7 @@ TEST(Start, RunsWithoutMarksAndDictionaryAndTakesNoArguments)
     QFile::remove(product.File(u"TARUNECLIENT.FDB"_s));
     Overwrite(product.File(u"PALIDICT.FDB"_s), "not a database");
     ProgramRun program(product);
-    program.arguments = QStringList{u"-reverse"_s}; // the toolkit would lay out everything from right to left
+    program.arguments = QStringList{u"-reverse"_s}; // Qt would lay out everything from right to left
     program.Open();
     EXPECT_EQ(program.Send(u"get frmMain layoutDirection"_s), u"LeftToRight"_s);
     EXPECT_EQ(program.Send(u"get acFocusHighlight enabled"_s), u"false"_s);

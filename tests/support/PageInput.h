@@ -6,7 +6,7 @@
 #include <QCoreApplication>
 #include <QMouseEvent>
 
-/// Waits until the page hears the mouse: what comes before the engine has painted a page for the first time is dropped.
+/// Waits until the page gets mouse events: Chromium drops them before its first paint of a page.
 [[nodiscard]] inline bool TakesInput(TBrowserControl &page)
 {
     int moves = 0;

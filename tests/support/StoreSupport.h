@@ -53,7 +53,7 @@ inline QString EmptyDatabase()
     return path;
 }
 
-/// A database file of its own for each test, open, with its transaction.
+/// Gives each test its own database file, open, with a transaction.
 class StoreTest : public testing::Test
 {
 protected:

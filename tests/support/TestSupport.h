@@ -6,7 +6,7 @@
 /// The product folder beside the test binaries, with trailing separator: client library, engine and sample files.
 QString ProductFolder();
 
-/// A folder of its own for one test, beside which the engine keeps its locks; gone with the object.
+/// A folder for one test, beside which Firebird keeps its locks; deleted with the object.
 class ScratchFolder
 {
 public:

@@ -43,7 +43,7 @@ public:
     void Execute(const QString &statement) { RunScript(statement + QChar(u';')); }
     /// Statements as the scripter takes them, committed.
     void RunScript(const QString &script);
-    /// A statement that nobody else sees before Commit().
+    /// A statement whose effect is invisible to others before Commit().
     void Hold(const QString &statement);
     void Commit() { m_transaction.Commit(); }
 
@@ -85,5 +85,5 @@ private:
     QString m_tool;
 };
 
-/// Each of the parts must stand in the text.
+/// Each of the parts must be in the text.
 void ExpectParts(const std::string &text, const std::vector<std::string> &parts);

@@ -9,26 +9,26 @@
 class Console
 {
 public:
-    /// `tool` is the name that stands before messages.
+    /// `tool` is the name before messages.
     explicit Console(const QString &tool) : m_tool(tool) {}
     const QString &Tool() const { return m_tool; }
 
-    /// Text as it stands; lines end by "\n".
+    /// Writes text unchanged; lines end in "\n".
     void Print(const QString &text);
     void PrintError(const QString &text);
     /// One message line, with the tool's name in front.
     void Error(const QString &message);
-    /// How far a long work is. On a terminal one line is rewritten, with an estimate of the time that is left;
-    /// elsewhere the first call of a work prints a line. Throws ToolError when the user wants the tool to end.
+    /// Shows the progress of a long operation. On a terminal it rewrites one line, with an estimate of the remaining
+    /// time; otherwise the first call for an operation prints a line. Throws ToolError after an interrupt.
     void Progress(const QString &work, qsizetype done, qsizetype total, const QString &unit = QStringLiteral("rows"));
-    /// Off: long works are silent.
+    /// If false, no progress is shown.
     void SetShowsProgress(bool on) { m_showsProgress = on; }
     /// Ends the line that Progress rewrites.
     void EndProgress();
-    /// What a report in JSON knew when a failure cut it off.
+    /// The part of a JSON report that was known when a failure ended it.
     void KeepReport(const QJsonObject &report) { m_keptReport = report; }
     const QJsonObject &KeptReport() const { return m_keptReport; }
-    /// False once something that went to the standard output has not arrived there.
+    /// False once a write to standard output has failed.
     bool IsOutputWhole() const { return m_isOutputWhole; }
 
 private:

@@ -1,7 +1,7 @@
 #pragma once
 
-/// From now on Ctrl+C and the system's wish that the process end are only noted, so that a long work can put its files
-/// in order first. A second one ends the process at once.
+/// From now on SIGINT and SIGTERM are only recorded, so that a long operation can clean up its files first. A second
+/// one ends the process at once.
 void NoteInterrupts();
 /// True once one was noted.
 bool WasInterrupted();

@@ -26,7 +26,7 @@ public:
     explicit Report(Console &console, const ReportOptions &options = {});
     /// Keeps what it is told, for another one to take over.
     Report() = default;
-    /// Where a failure comes before Finish(), what is known goes to the console, to be told with the failure.
+    /// If there was no Finish(), passes the findings so far to the console, to be printed with the failure.
     ~Report();
     Report(const Report &) = default;
     Report &operator=(const Report &) = default;
@@ -38,24 +38,24 @@ public:
     /// Reads them; call once the parser has parsed.
     static ReportOptions OptionsOf(const QCommandLineParser &parser);
 
-    /// One thing that is wrong or was not taken: where (file, line, row) and what. Makes the exit code 1.
+    /// One thing that is wrong or was skipped: where (file, line, row) and what. Makes the exit code 1.
     void Find(const QString &place, const QString &fault);
-    /// More things that are wrong, of which no line tells.
+    /// Counts further problems without lines of their own.
     void AddUntold(qsizetype number) { m_findingCount += number; }
-    /// One thing that was taken otherwise than it stands: it changes no exit code.
+    /// One thing that was imported with a change; the exit code stays.
     void Note(const QString &place, const QString &change);
-    /// Finds and notes what one without a console has kept.
+    /// Takes over the findings and notes of a report without a console.
     void TakeOver(const Report &kept);
     /// A number of the summary, in the order of the first calls; `what` is a plural such as "texts". Adds up.
     void Count(const QString &what, qsizetype number);
-    /// What a line of text on the way says, such as "KELORA.FDB: built". Not told in JSON.
+    /// A line of text during the work, such as "KELORA.FDB: built". Not part of the JSON.
     void Say(const QString &line);
     /// A value beside the counts in JSON alone, such as the file that was written.
     void Tell(const QString &key, const QString &value) { m_values[key] = value; }
 
     qsizetype FindingCount() const { return m_findingCount; }
     int Code() const;
-    /// Prints the summary, closed by a verdict where one is given ("nothing wrong"), and gives the exit code.
+    /// Prints the summary, with a verdict if one is given ("nothing wrong"), and returns the exit code.
     int Finish(const QString &verdict = {});
 
 private:

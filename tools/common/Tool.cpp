@@ -38,7 +38,7 @@ int RunVerb(const Verb &verb, const QStringList &arguments, Console &console)
         if (WasInterrupted() && !text.startsWith("interrupted"_L1))
             text.prepend("interrupted: "_L1);
         console.Error(text);
-        // Who reads JSON gets some whatever happens.
+        // With --json even a failure prints JSON.
         if (arguments.contains("--json"_L1)) {
             QJsonObject report = console.KeptReport();
             report[u"error"_s] = text;

@@ -9,14 +9,14 @@ class Console;
 class QCommandLineParser;
 class QFile;
 
-/// What a tool ends with.
+/// Exit codes of the tools.
 namespace ExitCode {
 inline constexpr int Clean = 0;
 inline constexpr int Findings = 1;
 inline constexpr int Failure = 2; // wrong usage, unreadable input, or an output that cannot be written
 } // namespace ExitCode
 
-/// Ends a verb with a message: what cannot be read, written or understood.
+/// Ends a verb with a message: something can't be read, written or understood.
 class ToolError : public std::runtime_error
 {
 public:
@@ -27,7 +27,7 @@ private:
     QString m_text;
 };
 
-/// A verb of a tool. It gets what follows its name and gives the exit code; what it throws ends the tool with a
+/// A verb of a tool. It gets the arguments after its name and returns the exit code; an exception ends the tool with a
 /// message.
 struct Verb
 {
@@ -36,13 +36,13 @@ struct Verb
     int (*run)(const QStringList &, Console &);
 };
 
-/// Opens a file of a reader's own choice for reading once it is known to be one: a pipe or a device may never end.
+/// Opens a file named by the user for reading, if it is a regular file: a pipe or a device may never end.
 /// Throws ToolError, which names it.
 void OpenSource(QFile &file);
 
-/// Runs the verb that the first argument names and gives the exit code. Never throws.
+/// Runs the verb that the first argument names and returns the exit code. Never throws.
 int RunTool(std::span<const Verb> verbs, const QStringList &arguments, Console &console);
 
-/// Reads a verb's options; throws ToolError for what it does not know. True if only help was asked for, which is then
-/// printed under `synopsis` ("check FILE").
+/// Reads a verb's options; throws ToolError for unknown ones. True if only help was asked for, which is then printed
+/// under `synopsis` ("check FILE").
 bool ParseOrHelp(QCommandLineParser &parser, const QString &synopsis, const QStringList &arguments, Console &console);

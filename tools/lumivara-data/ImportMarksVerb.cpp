@@ -61,7 +61,7 @@ QString ExistingFile(const QString &name)
     return file.canonicalFilePath();
 }
 
-/// Reads the source, tells what is left out and gives the marks that the file does not have to the store.
+/// Reads the source, reports what it skips, and passes new marks to the store.
 void Compare(MarksReader &source, const QFile &input, bool isMarkdown, DataFile &file, MarksStore &store,
              Report &report, Console &console)
 {

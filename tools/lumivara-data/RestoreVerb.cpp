@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Throws unless a restored file holds marks; tells how many.
+/// Throws unless a restored file is one of marks; returns their number.
 QString Proved(const QString &path)
 {
     DataFile file;

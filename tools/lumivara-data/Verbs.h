@@ -6,16 +6,16 @@
 
 #include <optional>
 
-/// What the tool can do.
+/// The verbs of the tool.
 std::span<const Verb> DataVerbs();
 
 /// What a verb is about: the word that follows it.
 enum class Thing { None, Canon, Dictionary, Marks };
-/// The thing that the first of `words` names, which is then taken away; None if it names none.
+/// Removes the first of `words` and returns the thing that it names; None, and nothing removed, if it names none.
 Thing TakeThing(QStringList &words);
 /// The thing's name.
 QString NameOf(Thing thing);
-/// What is left of a verb's words once the marks, its only thing, may have been named.
+/// The words of a verb that acts on marks only, without an optional "marks".
 QStringList WithoutMarksWord(const QStringList &positional);
 
 /// The forms of words, and of a canon.

@@ -28,7 +28,7 @@ QByteArray BytesOrNothing(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// A table that is as it should be stays untouched, so that nothing is built anew for it.
+/// An up-to-date table is not written, so that nothing is rebuilt.
 void WriteTable(const WindowTable &window, Console &console)
 {
     if (BytesOrNothing(window.LangDataPath()) == window.langData)

@@ -84,7 +84,7 @@ private:
     {
         const qsizetype index = m_window.components.size();
         const QString name = Attribute("name"_L1);
-        // The toolkit names an unnamed layout by itself; nobody can find it by that name.
+        // Qt names an unnamed layout by itself; that name is useless for finding it.
         if (name.isEmpty())
             Fail(u"a component without a name"_s);
         if (m_names.contains(name))

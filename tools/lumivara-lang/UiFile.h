@@ -8,7 +8,7 @@
 /// A text that a window's description stores for a component.
 struct UiText
 {
-    QByteArray property;            ///< the toolkit's name, such as "toolTip"; "items" for the lines of a combo box
+    QByteArray property;            ///< Qt's name, such as "toolTip"; "items" for the lines of a combo box
     QStringList lines;              ///< one for a plain text, any number for a list of strings
     bool isList = false;            ///< the property is a list of strings
     bool isMeantForReaders = false; ///< not marked as a name that stays the same in every language

@@ -2,5 +2,5 @@
 
 #include <QByteArray>
 
-/// The class that a class of the toolkit derives from, as far as descriptions of windows use it; empty if unknown.
+/// The base class of one of Qt's classes, as far as .ui files use it; empty if unknown.
 QByteArray BaseClass(const QByteArray &className);

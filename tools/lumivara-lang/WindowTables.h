@@ -24,7 +24,7 @@ struct WindowTable
     QByteArray langData;       ///< what belongs into the file at LangDataPath()
     QList<WindowText> texts;   ///< by number
     QList<WindowText> newOnes; ///< those without a number so far: the one here is the one to give
-    QList<WindowText> gone;    ///< those that have a number and stand in the description no more; without a value
+    QList<WindowText> gone;    ///< those with a number that are no longer in the .ui file; without a value
 
     /// Main.ui -> Main.langdata
     QString LangDataPath() const;

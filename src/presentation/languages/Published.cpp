@@ -16,7 +16,7 @@ constexpr int maxNesting = 16; // objects may point back at those that hold them
 constexpr QLatin1StringView lineBreak("\r\n");
 constexpr QLatin1StringView comboItemsName("Properties.Items");
 
-// What the tables call the toolkit's properties.
+// The tables' names for Qt's properties.
 struct Renamed
 {
     QByteArrayView className, property;

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A server that notes who called, and for what.
+/// A server that records the requests that it gets.
 class Listener : public QTcpServer
 {
 public:

@@ -53,7 +53,7 @@ TEST_F(LongPageControl, IsAsLongAsInTheBareEngineWithinATenth)
         return std::pair(Text(all), pdf.count("/Type /Page\n"));
     };
     const auto copiedAndPrinted = left();
-    // The engine's own way: the same page, the rule for long ones taken back.
+    // Chromium's own layout: the same page without the rule for long ones.
     const qreal whole = Value(u"document.adoptedStyleSheets = [], "_s + height).toReal();
     EXPECT_NEAR(estimated / whole, 1, 0.1);
     EXPECT_EQ(copiedAndPrinted, left());

@@ -173,7 +173,7 @@ void CheckSizes(QWidget &window)
     }
 }
 
-/// A line that is thin to see has room around it that takes hold of it, and no more.
+/// A thin line can be grabbed within a margin around it, and no further.
 void CheckSplitters(const QWidget &window)
 {
     for (const QSplitter *splitter : window.findChildren<QSplitter *>()) {

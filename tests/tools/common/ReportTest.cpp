@@ -98,7 +98,7 @@ TEST(Tool, AFailureEndsAVerbWithItsMessage)
         EXPECT_EQ(run.code, code) << told;
         EXPECT_THAT(run.output + run.errors, testing::HasSubstr(told));
     }
-    // Who reads JSON gets some, with what was found until then.
+    // A failure still prints JSON, with the findings so far.
     const Written json = Reported({}, [&](Report &, Console &console) {
         return RunTool(verbs, {u"report"_s, u"--json"_s}, console);
     });

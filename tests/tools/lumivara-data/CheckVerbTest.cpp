@@ -30,7 +30,7 @@ TEST_F(CheckVerb, AnOutputThatDoesNotArriveIsAFailure)
     EXPECT_EQ(process.readAllStandardError(), "lumivara-data: the standard output cannot be written\n");
 }
 
-/// A dictionary with tables of its own, and a fault of each kind.
+/// A dictionary with other tables, and a fault of each kind.
 const char16_t ForeignDictionary[] = uR"(
 create table MUC_TU (K integer, N integer, W varchar(80) character set UNICODE_FSS, C blob sub_type 0);
 COMMIT WORK;

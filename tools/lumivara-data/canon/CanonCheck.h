@@ -18,7 +18,7 @@ struct CheckedGroup
     QString nameEnglish;
 };
 
-/// One stored page of a text. REQUIRES: not empty; empty pages are no fault and not listed.
+/// One stored page of a text. REQUIRES: not empty; empty pages are not faults and not listed.
 struct CheckedPage
 {
     QString column;
@@ -43,7 +43,7 @@ struct CheckedCanon
     QList<CheckedText> texts;
 };
 
-/// Everything that keeps the reader from showing a canon rightly: keys of the tree that clash, groups whose number in
+/// Everything that keeps the reader from showing a canon correctly: clashing keys of the tree, groups whose number in
 /// the tree is a text's, missing parents and cycles, numbers that are not unique or do not run from 1, names that are
-/// missing or too long, pages that are no UTF-8 or name no charset. Ordered by kind of fault, then by row.
+/// missing or too long, pages that are not UTF-8 or declare no charset. Ordered by kind of fault, then by row.
 QList<Finding> CheckCanon(const CheckedCanon &canon);

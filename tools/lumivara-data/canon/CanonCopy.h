@@ -5,11 +5,11 @@
 class Console;
 class Report;
 
-/// Copies a canon's file after a check and puts the copy, in read-only mode, in its place. What the check finds is
-/// told, and then nothing is put there. With `repair` what can be mended without loss is mended in the copy, and told:
-/// running numbers, groups whose parent is missing or that are their own ancestor (put at the root), empty English
-/// names (made null), pages in UTF-8 that name no charset or another one. The rows that were written, nothing if none
-/// were. Throws ToolError for what is no canon.
+/// Checks a canon and copies it, in read-only mode, to its destination. Findings are reported, and then nothing is
+/// written. With `repair` the copy is repaired where that loses nothing, and the repairs are reported: running numbers,
+/// groups whose parent is missing or that are their own ancestor (moved to the root), empty English names (set to
+/// null), UTF-8 pages that declare no charset or another one. Returns the rows written, none if nothing was. Throws
+/// ToolError if the file is not a canon.
 std::optional<CheckedCanon> CopyCanon(const QString &source, const QString &target, bool repair, Report &report,
                                       Console &console);
 

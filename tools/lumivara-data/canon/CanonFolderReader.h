@@ -6,13 +6,13 @@
 
 class Console;
 
-/// A folder of pages (HTML, plain text, Markdown) with a table that says what they are. A page is read when its text's
-/// turn comes.
+/// A folder of pages (HTML, plain text, Markdown) with a table that describes them. A page is read when its text is
+/// imported.
 class CanonFolderReader
 {
 public:
-    /// `table` may stand elsewhere; without one it is canon.csv or canon.json in the folder. Throws ToolError where
-    /// there is none.
+    /// `table` may be elsewhere; by default it is canon.csv or canon.json in the folder. Throws ToolError if there is
+    /// none.
     CanonFolderReader(const SourceFolder &folder, const QString &table, Report &report);
 
     /// True if the folder has a table of its own.

@@ -10,10 +10,10 @@ public:
     explicit CanonRows(DataFile &file);
     ~CanonRows();
 
-    /// Groups without a key are told and left out.
+    /// Reports and skips groups without a key.
     QList<CanonGroup> Groups(Report &report);
     qsizetype TextCount();
-    /// The next text with its pages; false at the end. Texts without keys are told and left out.
+    /// The next text with its pages; false at the end. Reports and skips texts without keys.
     bool Next(CanonText &text, Report &report);
 
 private:

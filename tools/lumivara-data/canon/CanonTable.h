@@ -2,13 +2,13 @@
 
 #include "lumivara-data/canon/CanonWriter.h"
 
-/// A group or a text as the table of a folder names it.
+/// A group or a text in the table of a folder.
 struct CanonTableRow
 {
     bool isGroup = false;
-    /// Its names and keys stand as they are to be, and its pages are stored byte for byte.
+    /// Names and keys are final, and the pages are stored byte for byte.
     bool isFinished = false;
-    /// Where it stands in the table.
+    /// Its place in the table.
     QString place;
     std::optional<int> key;
     std::optional<int> group; ///< of a group: the one above
@@ -27,10 +27,10 @@ namespace CanonTable {
 inline constexpr char16_t FileName[] = u"canon.csv";
 inline constexpr char16_t JsonFileName[] = u"canon.json";
 
-/// The rows that can be understood; the others are told. `bytes` is UTF-8. Throws ToolError for what is no such table.
+/// The valid rows; reports the others. `bytes` is UTF-8. Throws ToolError if it is not such a table.
 QList<CanonTableRow> Read(const QByteArray &bytes, const QString &fileName, Report &report);
 
-/// What a comma separated table begins with, and a row of it.
+/// The header line of a comma separated table, and a row of it.
 QByteArray Header();
 QByteArray Line(const CanonTableRow &row);
 

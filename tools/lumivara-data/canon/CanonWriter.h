@@ -23,23 +23,23 @@ struct CanonText
     QByteArray pages[Pages]; ///< in the order of PageColumns()
 };
 
-/// Writes a canon row by row; the file has its name, and is in read-only mode, once it is finished. Failures are thrown
-/// as ToolError or DatabaseError and leave what was there.
+/// Writes a canon row by row; the file gets its name, and read-only mode, when it is finished. Throws ToolError or
+/// DatabaseError and leaves an existing file unchanged.
 class CanonWriter
 {
 public:
     explicit CanonWriter(const QString &target) : m_file(target) {}
 
     void Add(const CanonGroup &group);
-    /// With `isFinished` the pages come from elsewhere as they are, and are looked at as a check does.
+    /// With `isFinished` the pages are foreign and unchanged, so they are checked.
     void Add(const CanonText &text, bool isFinished);
-    /// All rows so far, pages that were not looked at left out.
+    /// All rows so far, without unchecked pages.
     const CheckedCanon &Rows() const { return m_rows; }
-    /// Tells and counts what was written, tells what a check would find, and puts the file in its place.
+    /// Reports and counts what was written, reports what a check would find, and renames the file.
     void Finish(Report &report);
 
 private:
-    /// Makes the engine's file, at the first row: a source may begin to read meanwhile.
+    /// Makes the database file, at the first row, so that the source can start reading earlier.
     void Open();
 
     FileInTheMaking m_file;
@@ -50,9 +50,8 @@ private:
     qsizetype m_pageCount = 0;
 };
 
-/// Keys for texts that have none: made of the text's own name, so that it keeps its key, and the reader the marks, when
-/// the collection grows. All have eight digits: joined to a group's key none reads like another, and none is a group's
-/// number in the tree.
+/// Keys for texts without one, derived from the text's name, so that text and marks keep the key when the collection
+/// grows. All have eight digits: joined to a group's key no two are equal, and none is a group's number in the tree.
 class TextKeys
 {
 public:
@@ -63,6 +62,6 @@ private:
     QSet<int> m_used;
 };
 
-/// A name as the columns take it: in one line, without control characters, at most 127 characters. `place` is told if
-/// it is cut.
+/// A name for the columns: one line, without control characters, at most 127 characters. If it is cut, that is reported
+/// with `place`.
 QString FittingName(const QString &name, const QString &place, Report &report);

@@ -8,8 +8,8 @@
 
 #include <optional>
 
-/// A folder that is written under another name and takes its own once it is whole, in place of an older export of the
-/// same name. Throws ToolError where something else stands there.
+/// A folder that is written under another name and renamed when it is complete, replacing an older export. Throws
+/// ToolError if the name is taken by anything else.
 class ExportFolder
 {
 public:
@@ -17,7 +17,7 @@ public:
     ~ExportFolder();
     Q_DISABLE_COPY_MOVE(ExportFolder)
 
-    /// Writes a file, its folders included, soon and on a thread of its own; a failure is thrown by a later call.
+    /// Writes a file and its folders in the background; a failure is thrown by a later call.
     /// `name` is relative.
     void Write(const QString &name, const QByteArray &bytes);
     /// Waits for all files. Throws ToolError, also for those that could not be written.

@@ -3,17 +3,17 @@
 #include "lumivara-data/canon/Language.h"
 #include "lumivara-data/files/HtmlCleaner.h"
 
-/// Pages made of texts from elsewhere, in the manner that the reader expects: the font "Segoe UI" and sizes of "150%"
-/// to exchange, the charset named, nothing that leads out. All bytes are UTF-8.
+/// Pages made from imported texts as the reader expects them: with the replaceable font "Segoe UI" and sizes of "150%",
+/// with a charset, without external references. All bytes are UTF-8.
 namespace ImportedPage {
 
-/// Text with what HTML reads as marks escaped.
+/// Text with HTML's special characters escaped.
 QByteArray Escaped(const QByteArray &text);
 /// A whole page around a body. A title is plain text.
 QByteArray Frame(const QByteArray &title, Language language, const QByteArray &body);
-/// A page, or a piece of one, cleaned and brought into this manner.
+/// A page, or a fragment of one, cleaned and adapted.
 QByteArray FromHtml(const QByteArray &html, const QByteArray &title, Language language, CleaningCounts &counts);
-/// Plain text: empty lines part paragraphs, line ends within one stay.
+/// Plain text: empty lines separate paragraphs, line ends within one stay.
 QByteArray FromText(const QByteArray &text, const QByteArray &title, Language language);
 /// CommonMark; HTML in it is cleaned like a page's.
 QByteArray FromMarkdown(const QByteArray &markdown, const QByteArray &title, Language language, CleaningCounts &counts);

@@ -166,7 +166,7 @@ void SegmentedCanon::Take(const QString &id, Language language, const QString &a
         m_report.Find(file, u"the id \"%1\" is that of %2 too; not taken"_s.arg(id, place));
         return;
     }
-    // What stands in root/ is by nobody and comes first.
+    // Files in root/ have no author and come first.
     const auto rank = [this](const QString &name) { return std::pair(name.isEmpty() ? -1 : Rank(name), name); };
     const bool isBetter = place.isEmpty() || rank(author) < rank(placeAuthor);
     if (!place.isEmpty())

@@ -6,12 +6,12 @@
 
 class Console;
 
-/// A collection of segmented texts: root/, translation/LANGUAGE/AUTHOR/ and html/, one JSON object a text. Only the
-/// names of the files are kept; a text's files are read when its turn comes.
+/// A collection of segmented texts: root/, translation/LANGUAGE/AUTHOR/ and html/, one JSON object for each text. Keeps
+/// only file names; a text's files are read when it is composed.
 class SegmentedCanon
 {
 public:
-    /// `authors` are preferred to others, in this order. What is not taken is told.
+    /// `authors` are preferred to others, in this order. Reports what it skips.
     SegmentedCanon(const SourceFolder &folder, const QStringList &authors, Report &report);
 
     static bool IsOne(const SourceFolder &folder);
@@ -27,7 +27,7 @@ private:
     void ShortenGroups();
     bool IsJson(const QString &file);
     int Rank(const QString &author) const;
-    /// Parents before their own.
+    /// Parents before their children.
     QStringList GroupPaths() const;
     void WriteGroups(const QStringList &paths, const QHash<QString, int> &keys, CanonWriter &writer);
 

@@ -23,7 +23,7 @@ struct SegmentedFiles
     qsizetype Bytes(const SourceFolder &folder) const;
 };
 
-/// A text with its names and pages, not its keys nor its number, and what is to be told of it.
+/// A text with its names and pages, without keys and number, and the findings about it.
 struct ComposedText
 {
     std::optional<CanonText> text; ///< none if no page is left
@@ -31,5 +31,5 @@ struct ComposedText
     CleaningCounts counts;
 };
 
-/// Reads a text's files and composes its pages. Threads may do so at once, each for another text.
+/// Reads a text's files and composes its pages. Several threads may do so at once, for different texts.
 ComposedText ComposeSegmented(const SourceFolder &folder, const QString &id, const SegmentedFiles &files);

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-/// A file of segments that can't be understood: the line, from 1, and what is wrong there.
+/// An invalid file of segments: the line, from 1, and the fault.
 class SegmentFault : public std::runtime_error
 {
 public:
@@ -31,10 +31,10 @@ struct TextSegment
 };
 
 /// The segments of one JSON object whose values are all strings, in the order of the file, repeated ids included.
-/// `json` is UTF-8 without a byte order mark. Throws SegmentFault; nothing nested is ever entered, so no depth harms.
+/// `json` is UTF-8 without a byte order mark. Throws SegmentFault; never recurses, so deep nesting is harmless.
 std::vector<TextSegment> ParseSegments(const QByteArray &json);
 
-/// What a text has of each segment: its forms by column and its mark-up.
+/// One segment of a text: its forms by column and its mark-up.
 struct AlignedSegment
 {
     static constexpr int Columns = 3;
@@ -45,15 +45,15 @@ struct AlignedSegment
     QByteArray markup;
 };
 
-/// Brings the files of one text together by segment id. The first file gives the order; an id that it lacks stands
-/// behind the one that it follows in its own file.
+/// Merges the files of one text by segment id. The first file gives the order; an id that it lacks comes after its
+/// predecessor in its own file.
 class Alignment
 {
 public:
     /// Ids that a file has twice go into `repeated`; their first value stays.
     void AddText(int column, const std::vector<TextSegment> &segments, std::vector<QByteArray> &repeated);
     void AddMarkup(const std::vector<TextSegment> &segments, std::vector<QByteArray> &repeated);
-    /// In order. Leaves nothing behind.
+    /// The segments in order; leaves the object empty.
     std::vector<AlignedSegment> Take();
 
 private:

@@ -8,13 +8,13 @@
 #include <QSet>
 #include <QString>
 
-/// What a check of a dictionary found.
+/// The findings of a dictionary's check.
 struct DictionaryReport
 {
     qsizetype wordCount = 0;
-    /// Of each sort of fault in a kind the first few, then one that tells how many more there are.
+    /// The first few of each sort of fault in a kind, then one with the number of further ones.
     QList<Finding> findings;
-    /// All faults, those not told one by one included.
+    /// The number of all faults, including those not listed.
     qsizetype faultCount = 0;
 };
 
@@ -26,7 +26,7 @@ public:
 
     /// A word of the list: its length, its place, whether it comes twice and whether a search can reach it.
     void AddWord(const QString &word);
-    /// The entry of a word, as the procedure gives it without and with other dictionaries; null for no row or a null.
+    /// The entry of a word from the procedure, without and with other dictionaries; null for no row or a null.
     void AddEntry(const QString &word, const QByteArray &entry, const QByteArray &joined);
     /// The existence test's answer for a word that the list has.
     void AddExistence(const QString &word, bool found);
@@ -53,6 +53,6 @@ private:
 /// A word is found by its own text if one of the two forms that the search makes of it is the word.
 bool CanBeReached(const QString &word);
 
-/// What is wrong with the nesting of the tags in a text, in words; empty if nothing is. Elements that need no end tag
-/// and "<" before anything but a letter or "/" are no fault.
+/// Describes a fault in the nesting of a text's tags; empty if there is none. Elements without a required end tag, and
+/// "<" before anything but a letter or "/", are not faults.
 QString TagFault(const QByteArray &html);

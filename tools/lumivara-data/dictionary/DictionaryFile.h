@@ -8,5 +8,5 @@ class DataFile;
 /// True if an open file has one of the three procedures of a dictionary.
 bool IsDictionary(DataFile &file);
 
-/// Proves an open dictionary through its three procedures alone, so that it may have any tables.
+/// Checks an open dictionary through its three procedures alone, so that it may have any tables.
 DictionaryReport CheckDictionary(DataFile &file, Console &console);

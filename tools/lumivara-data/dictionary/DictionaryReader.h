@@ -14,7 +14,7 @@ public:
     qsizetype CountWords(int kind);
     /// Each word of a kind in the order of the list. A row that says it is of another kind throws.
     void EachWord(int kind, const std::function<void(const QString &word)> &take);
-    /// The same with the word's entry; null where it has none. A word has one entry, the first that is given for it.
+    /// The same with the word's entry, null if it has none. If a word has several, the first counts.
     void EachEntry(int kind, const std::function<void(const QString &word, const QByteArray &content)> &take);
 
 private:

@@ -16,11 +16,11 @@ class RepeatedStatement;
 class Report;
 class Statement;
 
-/// Numbers of texts that were met before, by the texts' digests.
+/// Finds equal texts by their digests.
 class TextNumbers
 {
 public:
-    /// The number of an equal text met before, or `number`, which is then its own.
+    /// The number of an earlier equal text; else stores the text under `number` and returns that.
     int Number(const QByteArray &text, int number);
 
 private:
@@ -35,9 +35,9 @@ private:
     size_t m_used = 0;
 };
 
-/// Makes a dictionary database row by row, of any size and within a fixed memory but for some bytes for each entry. The
-/// entries go into the file as they come, equal ones once; the words are sorted outside the memory and follow at the
-/// end. Failures are thrown as ToolError or DatabaseError.
+/// Makes a dictionary database row by row, of any size, in fixed memory plus a few bytes for each entry. Entries are
+/// written at once, equal ones only once; words are sorted on disk and written at the end. Throws ToolError or
+/// DatabaseError.
 class DictionaryWriter : public WordStore
 {
 public:
@@ -53,7 +53,7 @@ public:
     qsizetype WordCount() const { return m_words.Count(); }
 
     /// Stores the words in dictionary order and leaves the file in read-only mode. Entries of one word are joined by a
-    /// blank line, which `report` is told; without a report a word that comes twice is refused by ToolError.
+    /// blank line and reported; without a report a repeated word throws ToolError.
     void Finish(Console &console, Report *report);
 
     /// Words of a kind as they were stored, duplicates joined. After Finish().

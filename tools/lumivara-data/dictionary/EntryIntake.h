@@ -6,18 +6,18 @@
 
 class Report;
 
-/// What keeps words and entries.
+/// A store of words and entries.
 class WordStore
 {
 public:
     virtual ~WordStore() = default;
-    /// Stores an entry, of any size, and gives its number from 1; equal ones have the same.
+    /// Stores an entry of any size and returns its number, from 1; equal entries have the same number.
     virtual int AddEntry(const QByteArray &content) = 0;
-    /// Gives a kind (1 to 8) a word of 1 to 63 UTF-16 units, which leads to an entry.
+    /// Adds a word of 1 to 63 UTF-16 units to a kind (1 to 8), with the number of its entry.
     virtual void AddWord(int kind, const QString &word, int entry) = 0;
 };
 
-/// Where a word stands in its source; made a text only when there is something to tell.
+/// The place of a word in its source; converted to text only for a report.
 struct SourcePlace
 {
     QString file;
@@ -26,28 +26,28 @@ struct SourcePlace
     QString Text() const { return file + u':' + QString::number(number); }
 };
 
-/// An entry as it can be taken, and what there is to tell of it.
+/// An entry ready for import, and the findings about it.
 struct CheckedEntry
 {
     QByteArray content;
-    QString fault;       ///< why it is left out; null if it is not
-    QStringList changes; ///< what of it is taken otherwise
+    QString fault;       ///< why it is skipped; null if it is not
+    QStringList changes; ///< what was changed in it
 };
 
-/// Takes words and entries from elsewhere into one kind of a dictionary, in the form that its procedures and the search
-/// ask for. What cannot be taken, and what is taken otherwise, is told.
+/// Imports words and entries into one kind of a dictionary, in the form that its procedures and the search need.
+/// Reports what it skips or changes.
 class EntryIntake
 {
 public:
     EntryIntake(int kind, WordStore &store, Report &report) : m_kind(kind), m_store(store), m_report(report) {}
 
-    /// Takes a word and its entry, UTF-8 in the line mark-up. The entry's number, or 0 if it was left out.
+    /// Imports a word and its entry, UTF-8 in the line mark-up. Returns the entry's number, 0 if it was skipped.
     int Take(const QByteArray &word, QByteArray content, const SourcePlace &place);
-    /// Looks at an entry without taking it; of any thread.
+    /// Checks an entry without importing it; may be called on any thread.
     static CheckedEntry Check(QByteArray content);
-    /// An entry for words to come; 0 if it was left out.
+    /// Imports an entry for later words; 0 if it was skipped.
     int TakeEntry(const CheckedEntry &entry, const SourcePlace &place);
-    /// One more word for an entry that was taken.
+    /// Adds a word for an imported entry.
     bool TakeWord(const QByteArray &word, int entry, const SourcePlace &place);
 
     int Kind() const { return m_kind; }

@@ -3,19 +3,18 @@
 #include <QByteArray>
 #include <QByteArrayView>
 
-/// Which tags a text has.
+/// The kind of tags in a text.
 enum class TagDialect { Html, Pango, Xdxf };
 
-/// Makes an entry in the line mark-up out of texts in other forms. Bytes are UTF-8. What the mark-up would take for
-/// marks or tags stands as entities, lines fit into what the formatter reads of them, and tags are balanced, whatever
-/// the source.
+/// Makes an entry in the line mark-up from texts in other forms. Bytes are UTF-8. For any source, characters that the
+/// mark-up would interpret are entities, lines fit the formatter's limit, and tags are balanced.
 class EntryMarkup
 {
 public:
     /// `word` is the one that the entry is for.
     explicit EntryMarkup(const QByteArray &word);
 
-    /// How the word sounds, for its head line: "/ … /" or "[ … ]".
+    /// The pronunciation for the head line: "/ … /" or "[ … ]".
     void AddSound(QByteArrayView text, char open, char close);
     /// A plain text. One whose lines have the marks of the line mark-up, a head or classes among them, keeps them.
     void AddPlain(QByteArrayView text);

@@ -28,7 +28,7 @@ namespace {
 constexpr qint64 LongestDescription = 1 << 20;
 /// A word of the form has fewer than 256 bytes; some dictionaries pass that.
 constexpr qsizetype LongestName = 4096;
-/// So many broken words in a row of them, and the file is no index.
+/// After so many broken words in a row the file is not an index.
 constexpr qsizetype MostBroken = 10'000;
 /// Sizes that add up to more than so many times the texts are lies.
 constexpr quint64 MostTimesTheTexts = 4;

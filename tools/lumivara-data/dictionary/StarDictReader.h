@@ -22,7 +22,7 @@ public:
     /// `ifoPath` is NAME.ifo, or a folder that holds one such file.
     StarDictReader(const QString &ifoPath, Report &report);
 
-    /// Hands over every word, form and entry. The entries are read in the order in which their texts stand.
+    /// Passes every word, form and entry on. Entries are read in the order of their texts.
     void TakeAll(EntryIntake &intake, Console &console);
 
     /// Name of a line in the description of a dictionary whose entries are in the line mark-up already.

@@ -6,7 +6,7 @@
 
 #include <QFile>
 
-/// A file that is written from its begin to its end and made whole or not at all. Throws ToolError.
+/// A file that is written sequentially, and completely or not at all. Throws ToolError.
 class WrittenFile
 {
 public:
@@ -21,8 +21,8 @@ private:
     quint64 m_size = 0;
 };
 
-/// Writes a StarDict dictionary, NAME.ifo and what stands beside it. Words with equal entries become one word and its
-/// forms. Entries are in the line mark-up, which the description tells to whom it concerns. Throws ToolError.
+/// Writes a StarDict dictionary, NAME.ifo and the files beside it. Words with equal entries become one word and its
+/// forms. Entries are in the line mark-up, and the description says so. Throws ToolError.
 class StarDictWriter
 {
 public:

@@ -11,11 +11,11 @@ class QIODevice;
 class TextLines;
 
 /// Words and entries in the source form of a dictionary: "dictionary KIND", then for each entry "% word" and its lines.
-/// A line that begins with a backslash is taken as it stands behind it, ends and blanks included.
+/// A line that begins with a backslash is taken literally after it, including blanks at its ends.
 class MarkUpWords
 {
 public:
-    /// What is told of a line: its number and the fault.
+    /// Called for a faulty line, with its number and the fault.
     using Fault = std::function<void(qsizetype line, const QString &fault)>;
 
     struct Word
@@ -32,7 +32,7 @@ public:
     /// The kind that the last "dictionary KIND" before the first word told; 0 for none.
     int Kind() const { return m_kind; }
 
-    /// An entry's lines as this form has them, each ended by "\n". Reading them gives the same bytes.
+    /// An entry's lines in this form, each ended by "\n". Reading them gives the same bytes.
     static QByteArray Written(const QByteArray &content);
 
 private:
@@ -45,13 +45,12 @@ private:
     int m_kind = 0;
 };
 
-/// Puts an entry on a line, and back: a backslash, a tab and the signs that end lines stand as "\\", "\t", "\n" and
-/// "\r".
+/// Escapes an entry for one line, and back: backslash, tab and line ends become "\\", "\t", "\n" and "\r".
 void AppendEscapedEntry(QByteArray &line, QByteArrayView content);
 QByteArray UnescapedEntry(QByteArrayView text);
 
-/// Takes all words of a text: "word TAB entry", one a line, or the source form. The device is open; `fileName` names it
-/// in what is told.
+/// Imports all words of a text: "word TAB entry" on each line, or the source form. The device is open; `fileName` is
+/// for reports.
 void TakeTabbedWords(QIODevice &device, const QString &fileName, EntryIntake &intake,
                      const std::function<void()> &progress);
 void TakeMarkUpWords(QIODevice &device, const QString &fileName, EntryIntake &intake,

@@ -2,7 +2,7 @@
 
 #include "lumivara-data/files/TextLines.h"
 
-/// One record of a comma separated text, or a part of the text that is none.
+/// One record of a comma separated text, or a damaged part of it.
 struct CsvRecord
 {
     qsizetype line = 0;   ///< where it begins
@@ -14,15 +14,15 @@ struct CsvRecord
     QString Text(qsizetype cell) const;
 };
 
-/// The records one by one, each with the same number of cells. Cells may stand in double quotes, with a quote inside
-/// doubled; only there they hold commas and line ends. Nothing that is damaged is guessed at: it comes as a fault, and
-/// the records go on behind it, at the next line that begins a whole one.
+/// The records one by one, each with the same number of cells. Cells may be in double quotes, with inner quotes
+/// doubled; only quoted cells can have commas and line ends. Damage is never guessed at: it is returned as a fault, and
+/// reading goes on at the next line that begins a complete record.
 class CsvRecords
 {
 public:
     explicit CsvRecords(TextLines &lines) : m_lines(lines) {}
 
-    /// False at the end. The first record says how many cells each has.
+    /// False at the end. The first record sets the number of cells.
     bool Next(CsvRecord &record);
 
 private:

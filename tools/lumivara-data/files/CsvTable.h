@@ -14,7 +14,7 @@ public:
     qsizetype RowCount() const { return m_records.size() - 1; }
     /// An empty cell is a null string. Throws ToolError if there is no such column.
     QString Text(qsizetype row, const QString &column) const;
-    /// Throws ToolError for a cell that is no number.
+    /// Throws ToolError for a cell that is not a number.
     int Number(qsizetype row, const QString &column) const;
 
 private:

@@ -13,7 +13,7 @@
 
 class Statement;
 
-/// Does some work on a file. The engine's failures name it then: of themselves they name none, or a copy of it.
+/// Runs an action on a file and adds the file's name to Firebird's errors, which name none, or a copy.
 template <typename Work>
 auto OnFile(const QString &path, Work work)
 {
@@ -28,8 +28,8 @@ auto OnFile(const QString &path, Work work)
 class DataFile
 {
 public:
-    /// Makes a new file with pages of that many bytes. Throws if it exists. Without forced writes the rows come many
-    /// times faster, and the file has to be brought to the disk at the end.
+    /// Makes a new file with pages of that many bytes. Throws if it exists. Without forced writes inserting is many
+    /// times as fast, but the file must be synced at the end.
     void Create(const QString &path, int pageSize = 16384, bool forcedWrites = true);
     void Open(const QString &path);
     void Close();
@@ -42,7 +42,7 @@ public:
     bool HasTable(const QString &table);
     /// All rows of a select, values as their fields give them. For small answers.
     QList<QList<QVariant>> Rows(const QString &select);
-    /// Commits and closes; with `readOnly` the file is in the engine's read-only mode from then on.
+    /// Commits and closes; with `readOnly` sets Firebird's read-only mode.
     void Finish(bool readOnly);
 
 private:

@@ -139,13 +139,13 @@ private:
     QByteArray m_chunk;
 };
 
-/// The head of a gzip file as far as a dictzip account may stand in it.
+/// The header of a gzip file, as far as a dictzip table may be in it.
 struct GzipHead
 {
     static constexpr char HasHeadSum = 2, HasExtra = 4, HasName = 8, HasComment = 16;
 
     qint64 size = 0;
-    quint32 chunkSize = 0; ///< 0 where there is no account
+    quint32 chunkSize = 0; ///< 0 if there is no table
     std::vector<quint16> sizes;
 };
 

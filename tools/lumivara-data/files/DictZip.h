@@ -8,9 +8,9 @@
 #include <memory>
 #include <vector>
 
-/// The texts of a StarDict dictionary: a plain file, one compressed in chunks that are found by an account in its head
-/// (dictzip), or one compressed as a whole, which is expanded into a temporary file. Throws ToolError, with the file's
-/// name, for what is none of them.
+/// The texts of a StarDict dictionary: a plain file, one compressed in chunks with a table in its header (dictzip), or
+/// one compressed as a whole, which is expanded into a temporary file. Throws ToolError with the file's name for any
+/// other.
 class DictTexts
 {
 public:
@@ -18,7 +18,7 @@ public:
 
     /// Bytes that the texts have at most.
     virtual quint64 Size() const = 0;
-    /// False, with the fault in words, where so many bytes do not stand there.
+    /// False, with the fault, if there are not so many bytes.
     virtual bool Read(quint64 offset, qsizetype size, QByteArray &bytes, QString &fault) = 0;
 
     /// Opens a file whose name ends in ".dz" if it is compressed. Of one that is compressed as a whole no more than

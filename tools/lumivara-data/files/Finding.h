@@ -3,7 +3,7 @@
 #include <QList>
 #include <QString>
 
-/// One thing that is wrong: the row that it was found in, and the fault in words.
+/// One finding: the row, and a description of the fault.
 struct Finding
 {
     QString row;

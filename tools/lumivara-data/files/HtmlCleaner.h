@@ -4,12 +4,12 @@
 
 class Report;
 
-/// What was taken out of pages.
+/// The numbers of things removed from pages.
 struct CleaningCounts
 {
     qsizetype scripts = 0;
     qsizetype handlers = 0;   ///< attributes that hold script
-    qsizetype references = 0; ///< to what does not stand in the page itself
+    qsizetype references = 0; ///< to anything outside the page
     qsizetype frames = 0;
     qsizetype forms = 0; ///< forms and what they are made of
     qsizetype refreshes = 0;
@@ -19,7 +19,7 @@ struct CleaningCounts
     void Tell(Report &report) const;
 };
 
-/// A page without what the reader shuts out anyway, so that a stored page is closed by itself.
+/// A cleaned page: without everything that the reader blocks anyway, so that the stored page is closed.
 struct CleanedHtml
 {
     QByteArray html;
@@ -29,7 +29,7 @@ struct CleanedHtml
     qsizetype bodyTag = -1;
 };
 
-/// Takes out scripts, handlers, frames, forms, refreshes, declarations of a charset, comments, and each reference but
-/// links of anchors and pictures inside the page. Reads tags, attributes and raw text as browsers do; everything else
-/// stays as it is. UTF-8 in and out, in linear time.
+/// Removes scripts, handlers, frames, forms, refreshes, charset declarations, comments, and all references except links
+/// of anchors and pictures inside the page. Parses tags, attributes and raw text as browsers do; everything else is
+/// unchanged. UTF-8 in and out, in linear time.
 CleanedHtml CleanHtml(const QByteArray &html, CleaningCounts &counts);

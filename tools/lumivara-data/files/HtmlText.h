@@ -2,6 +2,6 @@
 
 #include <QString>
 
-/// The text of a stored page or excerpt: blocks on lines of their own, cells and blanks parted by one blank, without
-/// tags.
+/// The text of a stored page or excerpt without tags: each block on its own line, cells and words separated by one
+/// blank.
 QString TextOfHtml(const QString &html);

@@ -29,7 +29,7 @@ qsizetype SequenceLength(const QByteArray &bytes, qsizetype at)
 
 qsizetype FirstBadUtf8Byte(const QByteArray &bytes)
 {
-    // The toolkit is quicker at a whole page, but does not say where it fails.
+    // Qt is faster on a whole page, but does not report where it fails.
     if (bytes.isValidUtf8())
         return -1;
     for (qsizetype at = 0; at < bytes.size();) {

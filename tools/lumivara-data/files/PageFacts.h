@@ -3,11 +3,11 @@
 #include <QByteArray>
 #include <QRegularExpression>
 
-/// What a check needs to know of a stored page, so that the pages themselves need not be kept.
+/// The facts about a stored page that a check needs, so that the pages themselves need not be kept.
 struct PageFacts
 {
     qsizetype byteCount = 0;
-    /// Offset of the first byte that is no UTF-8, -1 if there is none.
+    /// Offset of the first byte that is not valid UTF-8, -1 if there is none.
     qsizetype firstBadByte = -1;
     /// The charset that a meta element or a byte order mark names, lower case; empty if none.
     QByteArray charset;

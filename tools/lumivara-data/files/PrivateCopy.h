@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// A database file copied under a name of our own, for as long as this lives. The engine writes into whatever it opens
-/// (header page, lock files beside it) and refuses some files without write permission: who only reads must do neither.
+/// A temporary copy of a database file, deleted with this object. Firebird writes to every file that it opens (header
+/// page, lock files beside it) and rejects some read-only files, so a reading tool works on a copy.
 class PrivateCopy
 {
 public:

@@ -7,15 +7,15 @@
 #include <memory>
 #include <vector>
 
-/// Puts byte strings in the order of their bytes, of any number and within a fixed memory: what does not fit is sorted
-/// in runs on the disk, which are merged while they are read. Failures of the disk are thrown as ToolError.
+/// Sorts any number of byte strings by their bytes, in fixed memory: what does not fit is sorted in runs on disk, which
+/// are merged while they are read. Throws ToolError for failures of the disk.
 class RecordSorter
 {
 public:
     static constexpr qsizetype LongestRecord = 65535;
     static constexpr qsizetype UsualMemory = 48 << 20;
 
-    /// `memory` in bytes is what the records take until they go to the disk.
+    /// `memory`: bytes that records may take before a run is written.
     explicit RecordSorter(qsizetype memory = UsualMemory);
     ~RecordSorter();
     Q_DISABLE_COPY_MOVE(RecordSorter)

@@ -8,11 +8,11 @@
 
 class Report;
 
-/// The largest file that an import reads as one piece. Bytes.
+/// The largest file that an import reads, in bytes.
 inline constexpr qint64 LargestSourceFile = 64LL * 1024 * 1024;
 
-/// A folder of files from elsewhere. Only regular files that really stand in it are read: names that lead out of it,
-/// links to other places, devices and pipes are told and refused.
+/// A folder of foreign files. Only regular files that are really inside it are read: names that lead out of it, links
+/// to other places, devices and pipes are reported and rejected.
 class SourceFolder
 {
 public:

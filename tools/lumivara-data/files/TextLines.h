@@ -25,7 +25,7 @@ public:
     bool IsCut() const { return m_isCut; }
     /// The number of the last line, from 1.
     qsizetype Number() const { return m_number; }
-    /// Lets the last so many lines come again.
+    /// Goes back by so many lines.
     void GiveBack(const QByteArrayList &lines);
 
     bool WasConverted() const { return m_decoder.isValid(); }
@@ -45,5 +45,5 @@ private:
     bool m_isCut = false;
 };
 
-/// A text with LF alone for its line ends.
+/// A text with its line ends converted to LF.
 QString WithUnixLineEnds(QString text);

@@ -76,7 +76,7 @@ bool TakeLock(QLockFile &lock)
     lock.setStaleLockTime(0);
     if (lock.tryLock(0))
         return true;
-    // Who was killed before it could write its number has left an empty file, which would count as locked for ever.
+    // A process killed before writing its id has left an empty file, which would count as locked for ever.
     constexpr unsigned long longestWriteMilliseconds = 200;
     const auto isEmpty = [&lock] {
         return QFileInfo::exists(lock.fileName()) && QFileInfo(lock.fileName()).size() == 0;

@@ -14,8 +14,8 @@ struct MarkAtLine
     Mark mark;
 };
 
-/// The marks of a file in an open format, one by one. What is no whole and storable mark is told to the report, with
-/// file name and line, and left out.
+/// The marks of a file in an open format, one by one. Incomplete or unstorable marks are reported with file name and
+/// line, and skipped.
 class MarksReader
 {
 public:
