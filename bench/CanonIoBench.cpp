@@ -84,7 +84,7 @@ public:
     {
         QElapsedTimer clock;
         clock.start();
-        Run(ImportCanon, {Source(), u"--into"_s, Canon(), u"--quiet"_s});
+        Run(ParseAndRun<ParseImportCanon>, {Source(), u"--into"_s, Canon(), u"--quiet"_s});
         return Milliseconds(clock);
     }
     /// Reads every file, parses it with Qt, and writes the import's rows.
@@ -123,7 +123,7 @@ public:
         const QString folder = Sample().ScratchFile(u"exported-%1"_s.arg(++m_exports));
         QElapsedTimer clock;
         clock.start();
-        Run(ExportCanon, {u"--file"_s, Canon(), u"--out"_s, folder, u"--quiet"_s});
+        Run(ParseAndRun<ParseExportCanon>, {u"--file"_s, Canon(), u"--out"_s, folder, u"--quiet"_s});
         return Milliseconds(clock);
     }
     double ReadTime() const

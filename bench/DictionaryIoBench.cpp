@@ -78,7 +78,7 @@ public:
         QFile::remove(Dictionary());
         QElapsedTimer clock;
         clock.start();
-        Run(ImportDictionary,
+        Run(ParseAndRun<ParseImportDictionary>,
             {Base() + u".ifo"_s, u"--kind"_s, QString::number(BenchKind), u"--into"_s, Dictionary(), u"--quiet"_s});
         return Milliseconds(clock);
     }
@@ -126,8 +126,8 @@ public:
     {
         QElapsedTimer clock;
         clock.start();
-        Run(ExportDictionary, {u"--file"_s, Dictionary(), u"--kind"_s, QString::number(BenchKind), u"--out"_s,
-                               Sample().ScratchFile(u"exported.tsv"_s), u"--quiet"_s});
+        Run(ParseAndRun<ParseExportDictionary>, {u"--file"_s, Dictionary(), u"--kind"_s, QString::number(BenchKind),
+                                                 u"--out"_s, Sample().ScratchFile(u"exported.tsv"_s), u"--quiet"_s});
         return Milliseconds(clock);
     }
     double ReadTime() const

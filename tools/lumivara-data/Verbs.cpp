@@ -49,13 +49,6 @@ int RunByThing(const QString &verb, QStringList arguments, Console &console, Run
     return fallback(arguments, console);
 }
 
-template <auto Parse>
-int ParseAndRun(const QStringList &arguments, Console &console)
-{
-    const auto options = Parse(arguments, console);
-    return options ? Run(*options, console) : ExitCode::Clean;
-}
-
 int RunImport(const QStringList &arguments, Console &console)
 {
     return RunByThing(QStringLiteral("import"), arguments, console, ParseAndRun<ParseImportCanon>,

@@ -145,3 +145,11 @@ int Run(const ImportMarksOptions &options, Console &console);
 int Run(const ExportCanonOptions &options, Console &console);
 int Run(const ExportDictionaryOptions &options, Console &console);
 int Run(const ExportMarksOptions &options, Console &console);
+
+/// A verb, both steps of it. Throws as they do.
+template <auto Parse>
+int ParseAndRun(const QStringList &arguments, Console &console)
+{
+    const auto options = Parse(arguments, console);
+    return options ? Run(*options, console) : ExitCode::Clean;
+}
