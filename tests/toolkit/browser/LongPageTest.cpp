@@ -30,7 +30,7 @@ protected:
               "    rest = Math.abs(%1.top) < 1 ? rest + 1 : 0;"
               "    requestAnimationFrame(watch);"
               "})()"_s.arg(place));
-        return Becomes(u"rest > 12"_s);
+        return Becomes(u"rest > 4"_s); // more frames than a late estimate takes to move it
     }
 };
 
