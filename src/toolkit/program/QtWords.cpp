@@ -328,13 +328,6 @@ constexpr Word printJob[]{
 };
 
 /// What a file that can't be written has to say.
-constexpr Word fileErrors[]{
-    {"Permission denied", u"Không có quyền truy cập"},
-    {"Too many open files", u"Quá nhiều tập tin đang mở"},
-    {"No such file or directory", u"Không có tập tin hay thư mục này"},
-    {"No space left on device", u"Đĩa đã đầy"},
-};
-
 constexpr Word savedFileErrors[]{
     {"Existing file %1 is not writable", u"Không ghi được lên tập tin %1 đã có"},
     {"Filename refers to a directory", u"Tên này là của một thư mục"},
@@ -353,7 +346,6 @@ constexpr Context contexts[]{
     {"QCupsJobWidget", printJob},
     {"QFileDialog", fileDialog},
     {"QFileSystemModel", fileSystemModel},
-    {"QIODevice", fileErrors},
     {"QLineEdit", lineEdit},
     {"QMessageBox", messageBox},
     {"QPageSetupDialog", pageSetupDialog},
