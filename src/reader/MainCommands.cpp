@@ -78,7 +78,8 @@ void TfrmMain::SetUpCommands()
     ConnectGuarded(ui->bTreeNamePAL, &QAction::triggered, this, [this] { ViewSuttaName(PageMode::Pali); });
     ConnectGuarded(ui->bTreeNameVIE, &QAction::triggered, this, [this] { ViewSuttaName(PageMode::Vietnamese); });
 
-    ui->acSearchSutas->setShortcuts({Qt::Key_F2, Qt::CTRL | Qt::SHIFT | Qt::Key_F});
+    ui->acSearchSutas->setShortcuts(ui->acSearchSutas->shortcuts() +
+                                    QList<QKeySequence>{Qt::CTRL | Qt::SHIFT | Qt::Key_F});
 
     // Shortcuts act in the whole window; a command without a handler is disabled.
     for (QAction *action : findChildren<QAction *>()) {
