@@ -4,17 +4,9 @@ find_library(FBCLIENT_LIBRARY NAMES libfbclient.so.2 fbclient REQUIRED)
 get_filename_component(FBCLIENT_REAL ${FBCLIENT_LIBRARY} REALPATH)
 find_path(FIREBIRD_ROOT plugins/libEngine12.so PATHS /usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/firebird/3.0 REQUIRED)
 
-file(MAKE_DIRECTORY ${LUMIVARA_PRODUCT_DIR}/firebird)
+include(cmake/EngineRoot.cmake)
 file(CREATE_LINK ${FBCLIENT_REAL} ${LUMIVARA_PRODUCT_DIR}/libfbclient.so.2 SYMBOLIC)
-foreach(part plugins plugins.conf firebird.msg)
-    file(CREATE_LINK ${FIREBIRD_ROOT}/${part} ${LUMIVARA_PRODUCT_DIR}/firebird/${part} SYMBOLIC)
-endforeach()
-# A copy: through a link Firebird loads its character sets but then does not find them by the name that it knows.
-if(IS_SYMLINK ${LUMIVARA_PRODUCT_DIR}/firebird/intl)
-    file(REMOVE ${LUMIVARA_PRODUCT_DIR}/firebird/intl)
-endif()
-configure_file(${FIREBIRD_ROOT}/intl/libfbintl.so ${LUMIVARA_PRODUCT_DIR}/firebird/intl/libfbintl.so COPYONLY)
-configure_file(cmake/firebird.conf ${LUMIVARA_PRODUCT_DIR}/firebird/firebird.conf COPYONLY)
+make_engine_root(${LUMIVARA_PRODUCT_DIR}/firebird ${FIREBIRD_ROOT})
 
 # Language files are found beside the executable.
 file(GLOB LUMIVARA_LANGUAGES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/data/languages/*.lng)
@@ -53,4 +45,4 @@ add_custom_command(
 add_custom_target(skin_file ALL DEPENDS ${LUMIVARA_PRODUCT_DIR}/AllSkins.skinres)
 
 # The product, without tests and benchmarks.
-add_custom_target(product DEPENDS Lumivara lumivara-data lumivara-lang sample_databases language_files skin_file user_guide)
+add_custom_target(product DEPENDS NestedConnectionGuard Lumivara lumivara-data lumivara-lang sample_databases language_files skin_file user_guide)

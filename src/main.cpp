@@ -2,10 +2,13 @@
 #include "dictionary/DictionaryDM.h"
 #include "marks/ConfirmDelete.h"
 #include "presentation/DMInterface.h"
+#include "presentation/DatabaseWait.h"
 #include "stores/ClientsDM.h"
 #include "stores/DailyBackup.h"
+#include "stores/FileScout.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
+#include "stores/Schema.h"
 #include "toolkit/browser/BrowserControl.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Fonts.h"
@@ -16,6 +19,7 @@
 #include <QApplication>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace {
 
@@ -26,13 +30,31 @@ QString Title()
     return QStringLiteral("Lumivara 1.0");
 }
 
-ModuleDoors RealDoors()
+/// The databases, in the order in which the modules connect.
+QStringList DatabaseFiles()
+{
+    const QString folder = FolderOfExecutable(QCoreApplication::applicationFilePath());
+    return {folder + DatabaseFile::Canon, folder + DatabaseFile::Marks, folder + DatabaseFile::Dictionary};
+}
+
+/// True to go on waiting. Nothing is open yet that would have to be closed.
+bool WaitOrLeave(const QString &file, QIODevice &answers)
+{
+    if (!WaitForDatabase(file, answers))
+        std::quick_exit(CanonFailed);
+    return true;
+}
+
+ModuleDoors RealDoors(FileScout &scout)
 {
     ModuleDoors doors;
     doors.exeName = QCoreApplication::applicationFilePath();
     doors.showMessage = [](const QString &text) { Doors().messageBox(Title(), text, BoxButtons::Ok, BoxIcon::None); };
     doors.confirmDelete = ConfirmDelete;
     doors.terminate = [] { TerminateApplication(CanonFailed); };
+    doors.verdictOn = [&scout](const QString &file) {
+        return scout.VerdictOn(file, [&file](QIODevice &answers) { return WaitOrLeave(file, answers); });
+    };
     return doors;
 }
 
@@ -45,6 +67,9 @@ int main(int argc, char **argv)
     // The program takes no arguments; Qt and Chromium would interpret some.
     int programName = std::min(argc, 1);
     QApplication application(programName, argv);
+    FileScout scout(FolderOfExecutable(QCoreApplication::applicationFilePath()) + QStringLiteral("lumivara-data"),
+                    DatabaseFiles());
+    TpFIBDatabase::SetLockFolder(FolderOfExecutable(QCoreApplication::applicationFilePath()) + QStringLiteral("lock"));
     SettleLocale();
     QApplication::setApplicationName(Title());
     QApplication::setQuitOnLastWindowClosed(false);
@@ -56,13 +81,13 @@ int main(int argc, char **argv)
     TInterfaceDM interfaceModule;
     InterfaceDM = &interfaceModule;
     interfaceModule.DataModuleCreate();
-    TfrmKeloraDM kelora(RealDoors());
+    TfrmKeloraDM kelora(RealDoors(scout));
     frmKeloraDM = &kelora;
     kelora.DataModuleCreate();
-    TfrmClientsDM clients(RealDoors());
+    TfrmClientsDM clients(RealDoors(scout));
     frmClientsDM = &clients;
     clients.DataModuleCreate();
-    TfrmDictionaryDM dictionary(RealDoors());
+    TfrmDictionaryDM dictionary(RealDoors(scout));
     frmDictionaryDM = &dictionary;
     dictionary.DataModuleCreate();
     const TfrmMain mainWindow;

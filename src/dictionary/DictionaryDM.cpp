@@ -17,8 +17,7 @@ void TfrmDictionaryDM::DataModuleCreate()
     vIsOKDictionary = true;
     PrepareConnection(dbDictionary, trDictionary, AppPath + DatabaseFile::Dictionary, m_doors.exeName);
     try {
-        dbDictionary.SetConnected(true);
-        trDictionary.SetActive(true);
+        Connect(dbDictionary, trDictionary, m_doors);
     } catch (const std::exception &) {
         vIsOKDictionary = false;
     }

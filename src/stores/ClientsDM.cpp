@@ -133,8 +133,7 @@ void TfrmClientsDM::DataModuleCreate()
     vIsOKClients = true;
     PrepareConnection(dbClientTarune, trClientTarune, AppPath + DatabaseFile::Marks, m_doors.exeName);
     try {
-        dbClientTarune.SetConnected(true);
-        trClientTarune.SetActive(true);
+        Connect(dbClientTarune, trClientTarune, m_doors);
     } catch (const std::exception &) {
         vIsOKClients = false;
         return;

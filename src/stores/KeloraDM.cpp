@@ -2,6 +2,7 @@
 
 #include "base/Messages.h"
 #include "stores/Schema.h"
+#include "stores/engine/DatabaseError.h"
 
 #include <QFileInfo>
 
@@ -62,6 +63,28 @@ void PrepareConnection(TpFIBDatabase &database, TpFIBTransaction &transaction, c
                               QStringLiteral("read_committed"), QStringLiteral("rec_version")};
 }
 
+void Connect(TpFIBDatabase &database, TpFIBTransaction &transaction, const ModuleDoors &doors)
+{
+    const QString file = database.DBName();
+    const auto isSameFile = [](const FileStamp &a, const FileStamp &b) {
+        return a.device == b.device && a.number == b.number;
+    };
+    Verdict verdict{Verdict::Manner::AsItIs};
+    if (doors.verdictOn)
+        verdict = doors.verdictOn(file);
+    if (verdict.manner == Verdict::Manner::NotAtAll)
+        throw DatabaseError(verdict.reason);
+    if (verdict.manner == Verdict::Manner::AsCopy)
+        database.SetDBName(verdict.copy);
+    database.SetConnected(true);
+    // Whoever exchanges the file after its examination gets no connection.
+    if (verdict.stamp != FileStamp() && !isSameFile(verdict.stamp, FileStamp::Of(file))) {
+        database.SetConnected(false);
+        throw DatabaseError(QStringLiteral("The file \"%1\" was exchanged while it was opened").arg(file));
+    }
+    transaction.SetActive(true);
+}
+
 TfrmKeloraDM::TfrmKeloraDM(ModuleDoors doors, QObject *owner)
     : QObject(owner), dbKelora(this), trKelora(this), m_doors(std::move(doors))
 {
@@ -76,8 +99,7 @@ void TfrmKeloraDM::DataModuleCreate()
     PrepareConnection(dbKelora, trKelora, AppPath + DatabaseFile::Canon, m_doors.exeName);
     dbKelora.SetCachePages(CanonCachePages);
     try {
-        dbKelora.SetConnected(true);
-        trKelora.SetActive(true);
+        Connect(dbKelora, trKelora, m_doors);
         ReadSystemOptions();
     } catch (const std::exception &) {
         const QString text = TextOrNone(canonFailure);

@@ -2,6 +2,7 @@
 
 #include "base/Colour.h"
 #include "stores/engine/Database.h"
+#include "stores/examination/ExaminedFiles.h"
 #include "stores/settings/Options.h"
 #include "stores/settings/Registry.h"
 
@@ -23,6 +24,8 @@ struct ModuleDoors
     std::function<void()> terminate;
     /// Asks before a row is deleted; throws SilentAbort if the reader declines. If unset, nothing is asked.
     std::function<void()> confirmDelete;
+    /// How a database file may be opened; waits until that is known. If unset, as it is.
+    std::function<Verdict(const QString &file)> verdictOn;
     /// The current time.
     std::function<QDateTime()> now = [] { return QDateTime::currentDateTime(); };
     /// A new registry object for each use.
@@ -39,6 +42,9 @@ QString FolderOfExecutable(const QString &exeName);
 /// character set, client library and transaction. Opens nothing.
 void PrepareConnection(TpFIBDatabase &database, TpFIBTransaction &transaction, const QString &file,
                        const QString &exeName);
+
+/// Connects the prepared database as the verdict on its file says, and starts the transaction. Throws DatabaseError.
+void Connect(TpFIBDatabase &database, TpFIBTransaction &transaction, const ModuleDoors &doors);
 
 /// Enough to keep an ordinary canon in memory from one search to the next. The other files are read sparsely, and
 /// Firebird's default suffices.

@@ -52,6 +52,8 @@ void Console::Error(const QString &message)
 void Console::Progress(const QString &work, qsizetype done, qsizetype total, const QString &unit)
 {
     ThrowIfInterrupted();
+    if (m_progressTaker)
+        return m_progressTaker(work, done, total, unit);
     if (!m_showsProgress)
         return;
     const bool isNew = m_work != work;

@@ -4,6 +4,8 @@
 #include <QJsonObject>
 #include <QString>
 
+#include <functional>
+
 /// A tool's standard output and error streams, in UTF-8 whatever the locale. Results go to the output, messages and
 /// progress to the error stream.
 class Console
@@ -23,6 +25,10 @@ public:
     void Progress(const QString &work, qsizetype done, qsizetype total, const QString &unit = QStringLiteral("rows"));
     /// If false, no progress is shown.
     void SetShowsProgress(bool on) { m_showsProgress = on; }
+    /// Passes progress on instead of showing it.
+    using ProgressTaker =
+        std::function<void(const QString &work, qsizetype done, qsizetype total, const QString &unit)>;
+    void SetProgressTaker(ProgressTaker taker) { m_progressTaker = std::move(taker); }
     /// Ends the line that Progress rewrites.
     void EndProgress();
     /// The part of a JSON report that was known when a failure ended it.
@@ -37,6 +43,7 @@ private:
     QJsonObject m_keptReport;
     bool m_isOutputWhole = true;
     bool m_showsProgress = true;
+    ProgressTaker m_progressTaker;
     QElapsedTimer m_sinceStart; ///< of the work
     QElapsedTimer m_sinceShown; ///< of the line on the terminal
 };

@@ -72,6 +72,8 @@ void Report::TakeOver(const Report &kept)
         Note(place, change);
     m_findingCount += kept.m_findingCount - kept.m_findings.size();
     m_noteCount += kept.m_noteCount - kept.m_notes.size();
+    for (const auto &[what, number] : kept.m_counts)
+        Count(what, number);
 }
 
 void Report::Count(const QString &what, qsizetype number)

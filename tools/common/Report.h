@@ -54,6 +54,10 @@ public:
     void Tell(const QString &key, const QString &value) { m_values[key] = value; }
 
     qsizetype FindingCount() const { return m_findingCount; }
+    /// Place and text of each line kept, and the counts.
+    const QList<std::pair<QString, QString>> &Findings() const { return m_findings; }
+    const QList<std::pair<QString, QString>> &Notes() const { return m_notes; }
+    const QList<std::pair<QString, qsizetype>> &Counts() const { return m_counts; }
     int Code() const;
     /// Prints the summary, with a verdict if one is given ("nothing wrong"), and returns the exit code.
     int Finish(const QString &verdict = {});

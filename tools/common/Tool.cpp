@@ -19,9 +19,12 @@ QString Usage(std::span<const Verb> verbs, const QString &tool)
     qsizetype width = leastWidth;
     for (const Verb &verb : verbs)
         width = qMax(width, QStringView(verb.name).size());
-    for (const Verb &verb : verbs)
+    for (const Verb &verb : verbs) {
+        if (verb.summary[0] == u'\0')
+            continue;
         text +=
             u"  %1  %2\n"_s.arg(QString::fromUtf16(verb.name).leftJustified(width), QString::fromUtf16(verb.summary));
+    }
     text += u"\n\"%1 VERB --help\" tells a verb's options.\n"_s.arg(tool);
     text += u"Exit codes: 0 clean, 1 findings, 2 wrong usage or a file that cannot be read or written.\n"_s;
     return text;

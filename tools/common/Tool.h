@@ -32,7 +32,7 @@ private:
 struct Verb
 {
     const char16_t *name;
-    const char16_t *summary;
+    const char16_t *summary; ///< empty for a verb that is not told of
     int (*run)(const QStringList &, Console &);
 };
 

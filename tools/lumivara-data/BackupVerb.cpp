@@ -2,6 +2,7 @@
 
 #include "common/Interrupt.h"
 #include "common/Report.h"
+#include "lumivara-data/files/BackupChecksum.h"
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/files/UnfinishedFile.h"
 #include "stores/KeloraDM.h"
@@ -51,6 +52,7 @@ void Save(const QString &file, const QString &backup)
     FileInTheMaking making(backup);
     OnFile(u"%1 into %2"_s.arg(file, backup), [&] {
         BackupService(ClientLibraryPath(QCoreApplication::applicationDirPath() + u'/')).Backup(file, making.Path());
+        BackupChecksum::Append(making.Path());
     });
     making.FinishNew();
 }

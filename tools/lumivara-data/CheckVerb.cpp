@@ -2,59 +2,12 @@
 
 #include "common/Console.h"
 #include "common/Report.h"
-#include "lumivara-data/canon/CanonFile.h"
-#include "lumivara-data/dictionary/DictionaryFile.h"
-#include "lumivara-data/files/DataFile.h"
-#include "lumivara-data/files/PrivateCopy.h"
-#include "lumivara-data/marks/MarksCheck.h"
+#include "lumivara-data/sealed/Examination.h"
+#include "lumivara-data/sealed/SealedRun.h"
 
 #include <QCommandLineParser>
-#include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-void Tell(const QList<Finding> &findings, Report &report)
-{
-    for (const Finding &finding : findings)
-        report.Find(finding.row, finding.fault);
-}
-
-void ProveCanon(DataFile &file, Console &console, Report &report)
-{
-    const CheckedCanon canon = ReadCanon(file, console);
-    Tell(CheckCanon(canon), report);
-    report.Count(u"groups"_s, canon.groups.size());
-    report.Count(u"texts"_s, canon.texts.size());
-}
-
-void ProveDictionary(DataFile &file, Console &console, Report &report)
-{
-    const DictionaryReport found = CheckDictionary(file, console);
-    Tell(found.findings, report);
-    report.Count(u"words"_s, found.wordCount);
-    report.AddUntold(found.faultCount - found.findings.size());
-}
-
-void ProveMarks(DataFile &file, Report &report)
-{
-    const MarksReport found = CheckMarks(file);
-    Tell(found.findings, report);
-    report.Count(u"texts"_s, found.textCount);
-    report.Count(u"marks"_s, found.markCount);
-}
-
-Thing ThingIn(DataFile &file)
-{
-    if (IsCanon(file))
-        return Thing::Canon;
-    if (IsDictionary(file))
-        return Thing::Dictionary;
-    return IsMarks(file) ? Thing::Marks : Thing::None;
-}
-
-} // namespace
 
 std::optional<CheckOptions> ParseCheck(const QStringList &arguments, Console &console)
 {
@@ -76,31 +29,57 @@ std::optional<CheckOptions> ParseCheck(const QStringList &arguments, Console &co
     return CheckOptions{words.first(), wanted, Report::OptionsOf(parser)};
 }
 
+namespace {
+
+/// What the file asks of Firebird besides keeping rows, and what that means in the program.
+void TellWishes(const StoredFile &facts, Report &report)
+{
+    if (facts.namesFiles)
+        report.Find(u"the file"_s, u"names shadows or other files; the program reads a private copy without them"_s);
+    if (facts.WantsTooMuchCache())
+        report.Find(u"the file"_s,
+                    u"asks for a cache of %1 MB; the program reads a private copy"_s.arg(facts.cacheBytes >> 20));
+}
+
+void TellAbility(const QString &key, const QString &thing, Report &report)
+{
+    if (key == Ability::Dynamic)
+        report.Find(thing,
+                    u"composes statements when it runs; the program reads a private copy, where they do nothing, "
+                    "and refuses a file of marks"_s);
+    else if (key == Ability::ForeignCode)
+        report.Find(thing, u"is code outside of the file; the program does not open it"_s);
+    else if (key == Ability::Outside)
+        report.Note(thing, u"lies outside of the file and is never read"_s);
+    else if (key == Ability::AtConnection)
+        report.Note(thing, u"would run at a connection and is never run"_s);
+}
+
+} // namespace
+
 int Run(const CheckOptions &options, Console &console)
 {
     Report report(console, options.report);
-    const QTemporaryDir folder;
-    if (!folder.isValid())
-        throw ToolError(u"there is no place for a temporary copy: %1"_s.arg(folder.errorString()));
-    const PrivateCopy copy(options.file, folder.filePath(u"copy.fdb"_s));
-    DataFile file;
-    OnFile(options.file, [&] {
-        file.Open(copy.Path());
-        const Thing found = ThingIn(file);
-        if (found == Thing::None)
-            throw ToolError(
-                u"no canon (tables KELORA_TREE, KELORA_CONTENT), no dictionary (procedure SP_GET_LIST_WORDS) "
-                "and no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s);
-        if (options.wanted != Thing::None && options.wanted != found)
-            throw ToolError(u"%1: holds a %2, not a %3"_s.arg(options.file, NameOf(found), NameOf(options.wanted)));
-        report.Tell(u"kind"_s, NameOf(found));
-        if (found == Thing::Canon)
-            ProveCanon(file, console, report);
-        else if (found == Thing::Dictionary)
-            ProveDictionary(file, console, report);
+    SealedRun run(options.file, console);
+    const StoredFile facts = run.PrepareDatabase();
+    QString kind;
+    Report found;
+    run.takeValue = [&](const QString &key, const QString &value) {
+        if (key == u"kind"_s)
+            kind = value;
         else
-            ProveMarks(file, report);
-        file.Close();
-    });
+            TellAbility(key, value, found);
+    };
+    run.Run(u"check"_s, {}, found);
+    if (kind.isEmpty()) {
+        throw ToolError(
+            u"%1: no canon (tables KELORA_TREE, KELORA_CONTENT), no dictionary (procedure "
+            "SP_GET_LIST_WORDS) and no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(options.file));
+    }
+    if (options.wanted != Thing::None && kind != NameOf(options.wanted))
+        throw ToolError(u"%1: holds a %2, not a %3"_s.arg(options.file, kind, NameOf(options.wanted)));
+    report.Tell(u"kind"_s, kind);
+    report.TakeOver(found);
+    TellWishes(facts, report);
     return report.Finish(report.FindingCount() == 0 ? u"nothing wrong"_s : u"%1 findings"_s.arg(report.FindingCount()));
 }

@@ -1,30 +1,57 @@
 #include "lumivara-data/Verbs.h"
 
 #include "common/Report.h"
+#include "lumivara-data/files/BackupChecksum.h"
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/files/UnfinishedFile.h"
-#include "lumivara-data/marks/MarksCheck.h"
-#include "stores/KeloraDM.h"
-#include "stores/engine/BackupService.h"
+#include "lumivara-data/marks/MarksRows.h"
+#include "lumivara-data/sealed/SealedRun.h"
 
 #include <QCommandLineParser>
-#include <QCoreApplication>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Throws unless a restored file is one of marks; returns their number.
-QString Proved(const QString &path)
+/// Refuses, or tells, what differs from the bytes that were backed up.
+void CheckBytes(const SealedRun &run, const RestoreOptions &options, Report &report)
+{
+    switch (BackupChecksum::TakeOff(run.CopyPath())) {
+    case BackupChecksum::State::Right:
+        break;
+    case BackupChecksum::State::None:
+        report.Note(options.backup, u"has no checksum, so damage may go unnoticed"_s);
+        break;
+    case BackupChecksum::State::Wrong:
+        throw ToolError(u"%1: is damaged, its checksum is another one"_s.arg(options.backup));
+    }
+}
+
+/// Writes the rows of the backup into a new file. Returns what it holds beside them.
+QStringList WriteRows(SealedRun &run, const QString &path, Report &report)
 {
     DataFile file;
-    file.Open(path);
-    if (!IsMarks(file))
-        throw ToolError(u"the backup holds no marks, or not all of them"_s);
-    const MarksReport report = CheckMarks(file);
-    file.Close();
-    return u"%1 texts, %2 marks"_s.arg(report.textCount).arg(report.markCount);
+    file.Create(path);
+    file.RunSchema(u"client"_s);
+    file.Transaction().SetActive(true);
+    MarksRowWriter writer(file);
+    QStringList strange;
+    run.takeValue = [&strange](const QString &key, const QString &thing) {
+        if (key == u"strange"_s)
+            strange.append(thing);
+    };
+    run.takeRow = [&](const QString &table, const QList<QVariant> &row) {
+        try {
+            writer.Append(table, row);
+        } catch (const DatabaseError &error) {
+            throw ToolError(u"a row of %1 (%2, %3) cannot be stored: %4"_s.arg(
+                table, row.value(0).toString(), row.value(1).toString(), error.Text().simplified()));
+        }
+    };
+    run.Run(u"restore"_s, {}, report);
+    file.Finish(false);
+    return strange;
 }
 
 } // namespace
@@ -36,13 +63,15 @@ std::optional<RestoreOptions> ParseRestore(const QStringList &arguments, Console
     parser.addPositionalArgument(u"BACKUP"_s, u"Such as backup/TARUNECLIENT-2024-02-29.fbk."_s);
     parser.addOption({u"to"_s, u"The file to make; TARUNECLIENT.FDB beside the tool by default."_s, u"FILE"_s,
                       DefaultFile(Thing::Marks)});
+    parser.addOption(
+        {u"drop"_s, u"Leaves out what a file of marks has no place for; it is named, and refused else."_s});
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"restore [marks] BACKUP [options]"_s, arguments, console))
         return std::nullopt;
     const QStringList rest = WithoutMarksWord(parser.positionalArguments());
     if (rest.size() != 1)
         throw ToolError(u"restore wants one BACKUP; see \"lumivara-data restore --help\""_s);
-    return RestoreOptions{rest.first(), parser.value(u"to"_s), Report::OptionsOf(parser)};
+    return RestoreOptions{rest.first(), parser.value(u"to"_s), parser.isSet(u"drop"_s), Report::OptionsOf(parser)};
 }
 
 int Run(const RestoreOptions &options, Console &console)
@@ -56,12 +85,17 @@ int Run(const RestoreOptions &options, Console &console)
         throw ToolError(u"%1: the file exists; move it away first"_s.arg(path));
 
     FileInTheMaking making(path);
-    const QString content = OnFile(u"%1 into %2"_s.arg(backup, path), [&] {
-        BackupService(ClientLibraryPath(QCoreApplication::applicationDirPath() + u'/')).Restore(backup, making.Path());
-        return Proved(making.Path());
-    });
+    SealedRun run(backup, console);
+    CheckBytes(run, options, report);
+    Report found;
+    const QStringList strange =
+        OnFile(u"%1 into %2"_s.arg(backup, path), [&] { return WriteRows(run, making.Path(), found); });
+    for (const QString &thing : strange)
+        report.Note(thing, options.drops ? u"left out"_s : u"has no place in a file of marks"_s);
+    if (!strange.isEmpty() && !options.drops)
+        throw ToolError(u"%1: holds more than marks; --drop leaves it out"_s.arg(options.backup));
     making.FinishNew();
-    report.Say(u"%1: restored, %2"_s.arg(path, content));
+    report.TakeOver(found);
     report.Tell(u"file"_s, path);
-    return report.Finish();
+    return report.Finish(u"%1 restored"_s.arg(path));
 }

@@ -69,6 +69,9 @@ constexpr Verb AllVerbs[] = {
     {u"import", u"make a canon, a dictionary or marks out of open formats", RunImport},
     {u"export", u"write a canon, a dictionary or marks in open formats", RunExport},
     {u"forget-me", u"remove what the program keeps for this user, but not the notes", ParseAndRun<ParseForgetMe>},
+    // Without a summary, for the program and the tool themselves.
+    {u"scout", u"", RunScout},
+    {u"sealed", u"", RunSealed},
 };
 
 } // namespace

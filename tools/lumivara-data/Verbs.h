@@ -59,6 +59,7 @@ struct BackupOptions
 struct RestoreOptions
 {
     QString backup, to;
+    bool drops = false; ///< what is no mark
     ReportOptions report;
 };
 
@@ -145,6 +146,11 @@ int Run(const ImportMarksOptions &options, Console &console);
 int Run(const ExportCanonOptions &options, Console &console);
 int Run(const ExportDictionaryOptions &options, Console &console);
 int Run(const ExportMarksOptions &options, Console &console);
+
+/// The task of a process that SealedRun has started.
+int RunSealed(const QStringList &arguments, Console &console);
+/// What the program starts to learn, of each of the files, how it may be opened: a verdict as JSON on a line each.
+int RunScout(const QStringList &files, Console &console);
 
 /// A verb, both steps of it. Throws as they do.
 template <auto Parse>

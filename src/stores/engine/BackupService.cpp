@@ -1,6 +1,7 @@
 #include "stores/engine/BackupService.h"
 
 #include "stores/engine/FirebirdClient.h"
+#include "stores/engine/PathAlias.h"
 #include "stores/engine/SilentStreams.h"
 
 #include <QDir>
@@ -76,7 +77,7 @@ public:
     void Set(unsigned char tag, int value) { m_start->insertInt(m_client.Status(), tag, value); }
 
     /// Runs the task and returns its output, line by line. Throws Firebird's errors.
-    QStringList Run()
+    QStringList Run(const std::function<void()> &onLine)
     {
         EngineStatus *status = m_client.Status();
         const ParameterBlock login = NewBlock(m_client, Firebird::IXpbBuilder::SPB_ATTACH);
@@ -89,7 +90,7 @@ public:
         try {
             service->start(status, m_start->getBufferLength(status), m_start->getBuffer(status));
             thread.Started();
-            said = Listen(service);
+            said = Listen(service, onLine);
         } catch (...) {
             Leave(service, thread);
             throw;
@@ -109,7 +110,7 @@ private:
         thread.Wait();
     }
     /// Waits for the end of the task and returns its output.
-    static QStringList Listen(Firebird::IService *service)
+    static QStringList Listen(Firebird::IService *service, const std::function<void()> &onLine)
     {
         EngineStatus *status = FirebirdClient::Instance().Status();
         const unsigned char wanted[] = {isc_info_svc_line};
@@ -122,6 +123,8 @@ private:
             if (answer[0] != isc_info_svc_line || length == 0)
                 return lines;
             lines.append(QString::fromUtf8(reinterpret_cast<const char *>(answer + 3), length));
+            if (onLine)
+                onLine();
         }
     }
 
@@ -138,12 +141,13 @@ FirebirdClient &Ready(const QString &libraryName, const QString &database)
 
 /// Runs a task and requires its last output line: with a truncated file or a full disk it may end without an error.
 /// In any case opens the lock files that it made to every user.
-void RunToItsEnd(FirebirdClient &client, ServiceTask &task, QLatin1StringView lastWords)
+void RunToItsEnd(FirebirdClient &client, ServiceTask &task, QLatin1StringView lastWords,
+                 const std::function<void()> &onLine = {})
 {
     QStringList said;
     try {
         const SilentStreams silent;
-        said = task.Run();
+        said = task.Run(onLine);
     } catch (...) {
         client.SettleLockFiles();
         throw;
@@ -159,21 +163,24 @@ void BackupService::Backup(const QString &database, const QString &backup) const
 {
     FirebirdClient &client = Ready(m_libraryName, database);
     ServiceTask task(client, isc_action_svc_backup);
-    task.Set(isc_spb_dbname, database);
+    const PathAlias from(database);
+    task.Set(isc_spb_dbname, from.Path());
     task.Set(isc_spb_bkp_file, backup);
     // Garbage collection would write to a file that another process is using.
-    task.Set(isc_spb_options, isc_spb_bkp_no_garbage_collect);
+    task.Set(isc_spb_options, isc_spb_bkp_no_garbage_collect | isc_spb_bkp_no_triggers);
     RunToItsEnd(client, task, "closing file, committing, and finishing"_L1);
 }
 
-void BackupService::Restore(const QString &backup, const QString &database) const
+void BackupService::Restore(const QString &backup, const QString &database, const std::function<void()> &onLine) const
 {
     if (QFileInfo::exists(database))
         throw DatabaseError(u"The file \"%1\" exists"_s.arg(database));
     FirebirdClient &client = Ready(m_libraryName, database);
     ServiceTask task(client, isc_action_svc_restore);
     task.Set(isc_spb_bkp_file, backup);
-    task.Set(isc_spb_dbname, database);
-    task.Set(isc_spb_options, isc_spb_res_create);
-    RunToItsEnd(client, task, "finishing, closing, and going home"_L1);
+    const PathAlias to(database);
+    task.Set(isc_spb_dbname, to.Path());
+    // A backup may name other files for the engine to make.
+    task.Set(isc_spb_options, isc_spb_res_create | isc_spb_res_no_shadow);
+    RunToItsEnd(client, task, "finishing, closing, and going home"_L1, onLine);
 }

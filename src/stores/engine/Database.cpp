@@ -2,6 +2,7 @@
 
 #include "stores/engine/DatabaseHandles.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
@@ -48,6 +49,9 @@ ParameterBlock ConnectBlock(const TpFIBDatabase &database, const QStringList &li
     InsertText(block.get(), isc_dpb_user_name, user);
     InsertText(block.get(), isc_dpb_lc_ctype, charSet.isEmpty() ? u"UNICODE_FSS"_s : charSet);
     block->insertTag(status, isc_dpb_utf8_filename);
+    // A trigger at the connection is a program of whoever made the file.
+    block->insertInt(status, isc_dpb_no_db_triggers, 1);
+    block->insertInt(status, isc_dpb_no_garbage_collect, 1);
     block->insertInt(status, isc_dpb_sql_dialect, database.SQLDialect());
     if (database.CachePages() > 0)
         block->insertInt(status, isc_dpb_num_buffers, database.CachePages());
@@ -64,10 +68,11 @@ bool IsReadOnly(Firebird::IAttachment *attachment)
 }
 
 std::shared_ptr<TpFIBDatabase::Handle> Adopt(Firebird::IAttachment *attachment, const TpFIBDatabase &database,
-                                             const FileIdentity &file)
+                                             const FileIdentity &file, const PathAlias &alias)
 {
     auto handle = std::make_shared<TpFIBDatabase::Handle>();
     handle->attachment = attachment;
+    handle->alias = alias;
     handle->file = file;
     handle->dialect = database.SQLDialect();
     FirebirdClient &client = FirebirdClient::Instance();
@@ -138,11 +143,12 @@ std::shared_ptr<TpFIBDatabase::Handle> Attach(const TpFIBDatabase &database, Par
     EngineStatus *status = client.Status();
     // Determined before the attach, so that a file replaced meanwhile counts as another one, never as the same.
     const FileIdentity file = FileIdentity::Of(database.DBName());
+    const PathAlias alias(database.DBName());
     return Adopt(MakeAttachment([&] {
-                     return client.Provider()->attachDatabase(status, database.DBName().toUtf8().constData(),
+                     return client.Provider()->attachDatabase(status, alias.Path().toUtf8().constData(),
                                                               block->getBufferLength(status), block->getBuffer(status));
                  }),
-                 database, file);
+                 database, file, alias);
 }
 
 } // namespace
@@ -230,11 +236,26 @@ void TpFIBDatabase::CreateDatabase(int pageSize, bool forcedWrites)
     block->insertInt(status, isc_dpb_page_size, pageSize);
     block->insertInt(status, isc_dpb_force_write, forcedWrites ? 1 : 0);
     InsertText(block.get(), isc_dpb_set_db_charset, u"UNICODE_FSS"_s);
+    // A link to a file that does not exist yet is no way to make it, so a name with a colon comes afterwards.
+    const QFileInfo wanted(m_dbName);
+    const bool isNamedLater = wanted.fileName().contains(u':');
+    const QString name = isNamedLater
+                             ? wanted.absolutePath() + u"/lumivara-%1.part"_s.arg(QCoreApplication::applicationPid())
+                             : m_dbName;
+    const PathAlias alias(name);
     Firebird::IAttachment *made = MakeAttachment([&] {
-        return client.Provider()->createDatabase(status, m_dbName.toUtf8().constData(), block->getBufferLength(status),
-                                                 block->getBuffer(status));
+        return client.Provider()->createDatabase(status, alias.Path().toUtf8().constData(),
+                                                 block->getBufferLength(status), block->getBuffer(status));
     });
-    m_handle = Adopt(made, *this, FileIdentity::Of(m_dbName));
+    m_handle = Adopt(made, *this, FileIdentity::Of(name), alias);
+    if (!isNamedLater)
+        return;
+    SetConnected(false);
+    if (!QFile::rename(name, m_dbName)) {
+        QFile::remove(name);
+        throw DatabaseError(u"The file \"%1\" cannot be made"_s.arg(m_dbName));
+    }
+    SetConnected(true);
 }
 
 void TpFIBDatabase::SetReadOnlyMode(bool on)

@@ -2,6 +2,7 @@
 
 #include "stores/engine/Database.h"
 #include "stores/engine/FirebirdClient.h"
+#include "stores/engine/PathAlias.h"
 
 #include <vector>
 
@@ -21,6 +22,7 @@ struct TpFIBDatabase::Handle
     Firebird::IAttachment *attachment = nullptr; ///< null once detached
     int dialect = 3;
     FileIdentity file; ///< the file at the path just before the attach
+    PathAlias alias;   ///< under which Firebird knows the file
     std::vector<TpFIBTransaction::Handle *> transactions;
 
     ~Handle();

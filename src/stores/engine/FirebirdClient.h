@@ -2,9 +2,12 @@
 
 #include "stores/engine/DatabaseError.h"
 
+#include <QByteArrayView>
 #include <QString>
 
 #include <firebird/Interface.h>
+
+#include <functional>
 
 /// The status object passed to every Firebird call: a failing call throws DatabaseError with Firebird's own text.
 class EngineStatus : public Firebird::BaseStatusWrapper<EngineStatus>
@@ -35,6 +38,8 @@ public:
     Firebird::IUtil *Util() const { return m_util; }
     Firebird::IProvider *Provider() const { return m_provider; }
     EngineStatus *Status() { return &m_status; }
+    /// Passes the instructions of a compiled body, line by line and in words, to `take`. False if it can't be read.
+    bool PrintBody(const QByteArray &body, const std::function<void(QByteArrayView line)> &take) const;
 
     /// True if the lock folder is the one beside the databases, common to all processes. Without it a database that can
     /// be written must not be attached: two processes with different lock folders lose each other's rows.
@@ -47,8 +52,9 @@ public:
     void SettleLockFiles();
 
 private:
-    explicit FirebirdClient(Firebird::IMaster *master, const QString &lockFolder, bool shared);
+    FirebirdClient(void *library, Firebird::IMaster *master, const QString &lockFolder, bool shared);
 
+    void *m_library;
     Firebird::IMaster *m_master;
     Firebird::IUtil *m_util;
     Firebird::IProvider *m_provider;

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <ibase.h>
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -82,8 +83,8 @@ void EngineStatus::checkException(EngineStatus *status)
     throw DatabaseError(text, static_cast<int>(status->getErrors()[1]));
 }
 
-FirebirdClient::FirebirdClient(Firebird::IMaster *master, const QString &lockFolder, bool shared)
-    : m_master(master), m_util(master->getUtilInterface()), m_provider(master->getDispatcher()),
+FirebirdClient::FirebirdClient(void *library, Firebird::IMaster *master, const QString &lockFolder, bool shared)
+    : m_library(library), m_master(master), m_util(master->getUtilInterface()), m_provider(master->getDispatcher()),
       m_status(master->getStatus()), m_lockFolder(lockFolder), m_locksAreShared(shared)
 {}
 
@@ -128,8 +129,22 @@ FirebirdClient &FirebirdClient::Load(const QString &libraryPath, const QString &
     qputenv("FIREBIRD", QFile::encodeName(root.exists() ? root.canonicalFilePath() : root.filePath()));
     qputenv("FIREBIRD_LOCK", QFile::encodeName(lockFolder));
     qputenv("FIREBIRD_TMP", QFile::encodeName(QDir::tempPath()));
-    TheClient().reset(new FirebirdClient(masterFunction(), lockFolder, shared));
+    TheClient().reset(new FirebirdClient(library, masterFunction(), lockFolder, shared));
     return *TheClient();
+}
+
+bool FirebirdClient::PrintBody(const QByteArray &body, const std::function<void(QByteArrayView line)> &take) const
+{
+    using Line = void (*)(void *user, ISC_SHORT offset, const char *line);
+    using Print = int (*)(const ISC_UCHAR *body, ISC_ULONG length, Line line, void *user, ISC_SHORT language);
+    const auto print = reinterpret_cast<Print>(::dlsym(m_library, "fb_print_blr"));
+    if (!print)
+        return false;
+    const Line passOn = [](void *user, ISC_SHORT, const char *line) {
+        (*static_cast<const std::function<void(QByteArrayView)> *>(user))(line);
+    };
+    return print(reinterpret_cast<const ISC_UCHAR *>(body.constData()), static_cast<ISC_ULONG>(body.size()), passOn,
+                 const_cast<void *>(static_cast<const void *>(&take)), 0) == 0;
 }
 
 void FirebirdClient::PrepareLockFolder()

@@ -2,53 +2,22 @@
 // Firebird without robust mutexes: a process killed inside such a lock leaves it locked, and every other copy of the
 // program, running or started later, waits for ever. Firebird can recover from a dead owner once it gets the lock. So
 // the few relevant calls pass through here: Firebird's process-shared mutexes become robust, and a lock inherited from
-// a dead process is declared consistent, as Firebird does when built with robust mutexes. The program's own symbols
-// precede those of the C library in every module loaded later. Calls of all other modules pass unchanged.
+// a dead process is declared consistent, as Firebird does when built with robust mutexes. Calls of all other modules
+// pass unchanged.
 
-#include <atomic>
+#include "stores/engine/FirebirdCallsUnix.h"
+
 #include <cerrno>
-#include <cstring>
 #include <ctime>
-#include <dlfcn.h>
 #include <pthread.h>
 
 namespace {
-
-/// The next definition of a function after the program's own, looked up at the first call. Not a function-local static,
-/// whose guard might itself need a mutex.
-template <typename Function>
-class Real
-{
-public:
-    explicit constexpr Real(const char *name) : m_name(name) {}
-    Function *operator()()
-    {
-        Function *function = m_function.load(std::memory_order_relaxed);
-        if (!function) {
-            function = reinterpret_cast<Function *>(::dlsym(RTLD_NEXT, m_name));
-            m_function.store(function, std::memory_order_relaxed);
-        }
-        return function;
-    }
-
-private:
-    const char *m_name;
-    std::atomic<Function *> m_function{nullptr};
-};
 
 constinit Real<int(pthread_mutexattr_t *, int)> RealSetShared("pthread_mutexattr_setpshared");
 constinit Real<int(pthread_mutex_t *)> RealLock("pthread_mutex_lock");
 constinit Real<int(pthread_mutex_t *)> RealTryLock("pthread_mutex_trylock");
 constinit Real<int(pthread_cond_t *, pthread_mutex_t *)> RealWait("pthread_cond_wait");
 constinit Real<int(pthread_cond_t *, pthread_mutex_t *, const timespec *)> RealTimedWait("pthread_cond_timedwait");
-
-bool IsEngine(const void *caller)
-{
-    Dl_info module = {};
-    if (::dladdr(caller, &module) == 0 || !module.dli_fname)
-        return false;
-    return std::strstr(module.dli_fname, "libEngine") || std::strstr(module.dli_fname, "libfbclient");
-}
 
 /// Translates a lock's result for its caller: Firebird goes on with a mutex whose owner died.
 int Recovered(int result, pthread_mutex_t *mutex, const void *caller)

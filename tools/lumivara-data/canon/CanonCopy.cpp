@@ -7,6 +7,8 @@
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/files/PageFacts.h"
 #include "lumivara-data/files/UnfinishedFile.h"
+#include "lumivara-data/sealed/SealedRun.h"
+#include "stores/Schema.h"
 #include "stores/data/FIBDataSet.h"
 #include "stores/engine/Statement.h"
 
@@ -23,29 +25,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int RootKey = -1;
-
-void CopyBytes(const QString &source, const QString &target, Console &console)
-{
-    QFile from(source), to(target);
-    if (!from.open(QIODevice::ReadOnly))
-        throw ToolError(u"%1: %2"_s.arg(source, from.errorString()));
-    if (!to.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-        throw ToolError(u"%1: %2"_s.arg(target, to.errorString()));
-    constexpr qint64 chunk = 1 << 20;
-    const qint64 size = from.size();
-    for (qint64 done = 0; done < size;) {
-        const QByteArray bytes = from.read(chunk);
-        if (bytes.isEmpty())
-            throw ToolError(u"%1: ends early: %2"_s.arg(source, from.errorString()));
-        if (to.write(bytes) != bytes.size())
-            throw ToolError(u"%1: %2"_s.arg(target, WriteFault(to)));
-        done += bytes.size();
-        console.Progress(u"copy"_s, done, size, u"bytes"_s);
-    }
-    console.EndProgress();
-    if (!to.flush())
-        throw ToolError(u"%1: %2"_s.arg(target, to.errorString()));
-}
 
 /// A statement that mends one row.
 struct Repair
@@ -179,9 +158,6 @@ private:
 
 void Make(const QList<Repair> &repairs, DataFile &file, Report &report)
 {
-    file.Transaction().SetActive(false);
-    file.Database().SetReadOnlyMode(false);
-    file.Transaction().SetActive(true);
     for (const Repair &repair : repairs) {
         QList<QVariant> values = repair.values;
         if (!repair.pageColumn.isEmpty()) {
@@ -212,8 +188,6 @@ std::optional<CheckedCanon> Prove(DataFile &file, bool repair, Report &report, C
             Make(repairs.All(), file, report);
             canon = ReadCanon(file, console);
             findings = CheckCanon(canon);
-        } else if (!repairs.All().isEmpty()) {
-            report.Say(u"--repair would change %1 things that can be mended"_s.arg(repairs.All().size()));
         }
     }
     for (const Finding &finding : findings)
@@ -221,7 +195,58 @@ std::optional<CheckedCanon> Prove(DataFile &file, bool repair, Report &report, C
     return findings.isEmpty() ? std::optional(canon) : std::nullopt;
 }
 
+/// True if the source may be taken: it is a canon, and nothing is wrong with it, or something that a repair may mend.
+bool IsSound(SealedRun &run, const QString &source, bool repair, Report &report)
+{
+    QString kind;
+    qsizetype repairs = 0;
+    run.takeValue = [&](const QString &key, const QString &value) {
+        if (key == u"kind"_s)
+            kind = value;
+        else if (key == u"repairs"_s)
+            repairs = value.toLongLong();
+    };
+    Report found;
+    run.Run(u"check"_s, {}, found);
+    if (kind != u"canon"_s)
+        throw ToolError(u"%1: no canon (tables KELORA_TREE, KELORA_CONTENT)"_s.arg(source));
+    if (found.FindingCount() == 0 || (repair && repairs > 0))
+        return true;
+    if (repairs > 0)
+        report.Say(u"--repair would change %1 things that can be mended"_s.arg(repairs));
+    report.TakeOver(found);
+    return false;
+}
+
+/// Writes the source's rows, and nothing else of it; false if one can't be.
+bool WriteRows(SealedRun &run, DataFile &file, Report &report)
+{
+    bool isWhole = true;
+    RowWriter groups(file, Table::KeloraTree, GroupColumns());
+    RowWriter texts(file, Table::KeloraContent, TextColumns());
+    run.takeRow = [&](const QString &table, const QList<QVariant> &row) {
+        const bool isText = table == QString(Table::KeloraContent);
+        try {
+            (isText ? texts : groups).Append(row);
+        } catch (const DatabaseError &error) {
+            isWhole = false;
+            report.Find(isText ? u"text %1 of group %2"_s.arg(row.value(1).toString(), row.value(0).toString())
+                               : u"group "_s + row.value(0).toString(),
+                        error.Text().simplified());
+        }
+    };
+    Report found;
+    run.Run(u"canon"_s, {}, found);
+    report.TakeOver(found);
+    return isWhole && found.FindingCount() == 0;
+}
+
 } // namespace
+
+qsizetype PossibleRepairs(const CheckedCanon &canon)
+{
+    return Repairs(canon).All().size();
+}
 
 std::optional<CheckedCanon> CopyCanon(const QString &source, const QString &target, bool repair, Report &report,
                                       Console &console)
@@ -229,22 +254,20 @@ std::optional<CheckedCanon> CopyCanon(const QString &source, const QString &targ
     if (!QFileInfo(source).isFile())
         throw ToolError(u"%1: is no regular file"_s.arg(source));
     FileInTheMaking making(target);
-    CopyBytes(source, making.Path(), console);
-    DataFile file;
+    SealedRun run(source, console);
+    run.PrepareDatabase();
+    if (!IsSound(run, source, repair, report))
+        return std::nullopt;
     std::optional<CheckedCanon> canon;
-    try {
-        file.Open(making.Path());
-        if (!IsCanon(file))
-            throw ToolError(u"%1: no canon (tables KELORA_TREE, KELORA_CONTENT)"_s.arg(source));
-        canon = Prove(file, repair, report, console);
-        if (canon) {
-            file.Transaction().SetActive(false);
-            file.Database().SetReadOnlyMode(true);
-        }
-        file.Close();
-    } catch (const DatabaseError &error) {
-        throw ToolError(u"%1: %2"_s.arg(source, error.Text()));
-    }
+    OnFile(source, [&] {
+        DataFile file;
+        constexpr int pageSize = 16384;
+        file.Create(making.Path(), pageSize, false);
+        file.RunSchema(u"canon"_s);
+        if (WriteRows(run, file, report))
+            canon = Prove(file, repair, report, console);
+        file.Finish(canon.has_value());
+    });
     if (!canon)
         return std::nullopt;
     report.Count(u"groups"_s, canon->groups.size());

@@ -4,6 +4,7 @@
 #include "lumivara-data/files/DataFile.h"
 #include "stores/Schema.h"
 #include "stores/data/FIBDataSet.h"
+#include "stores/engine/DatabaseError.h"
 
 using namespace Qt::StringLiterals;
 
@@ -38,7 +39,14 @@ QList<CheckedGroup> ReadGroups(DataFile &file)
     return groups;
 }
 
-QList<CheckedText> ReadTexts(DataFile &file, Console &console)
+QString PlaceOf(const CheckedText &text)
+{
+    const auto shown = [](const std::optional<int> &key) { return key ? QString::number(*key) : u"null"_s; };
+    return u"text %1 of group %2"_s.arg(shown(text.idVic), shown(text.idVit));
+}
+
+/// One damaged page is a finding, and the others are read on.
+QList<CheckedText> ReadTexts(DataFile &file, Console &console, QList<Finding> &unreadable)
 {
     TpFIBDataSet rows;
     rows.SetDatabase(&file.Database());
@@ -47,8 +55,14 @@ QList<CheckedText> ReadTexts(DataFile &file, Console &console)
                         PageColumns().join(u", "_s),
                         u"from KELORA_CONTENT N order by N.NUMBER_VIC, N.ID_VIC, N.ID_VIT"_s};
     QList<CheckedText> texts;
-    rows.Open();
-    rows.FetchAll();
+    try {
+        rows.Open();
+        rows.FetchAll();
+    } catch (const DatabaseError &error) {
+        unreadable.append({Table::KeloraContent, u"not every row can be read: "_s + error.Text().simplified()});
+        if (!rows.Active())
+            return texts;
+    }
     for (rows.First(); !rows.Eof(); rows.Next()) {
         CheckedText text{NumberOrNull(rows, Field::IdVit),
                          NumberOrNull(rows, Field::IdVic),
@@ -58,8 +72,12 @@ QList<CheckedText> ReadTexts(DataFile &file, Console &console)
                          NameOrNull(rows, Field::NameVicEng),
                          {}};
         for (const QString &column : PageColumns()) {
-            if (const QByteArray page = rows.FieldByName(column).AsBytes(); !page.isEmpty())
-                text.pages.append({column, InspectPage(page)});
+            try {
+                if (const QByteArray page = rows.FieldByName(column).AsBytes(); !page.isEmpty())
+                    text.pages.append({column, InspectPage(page)});
+            } catch (const DatabaseError &error) {
+                unreadable.append({PlaceOf(text), u"%1 cannot be read: %2"_s.arg(column, error.Text().simplified())});
+            }
         }
         texts.append(text);
         console.Progress(Table::KeloraContent, texts.size(), rows.RecordCount());
@@ -77,5 +95,8 @@ bool IsCanon(DataFile &file)
 
 CheckedCanon ReadCanon(DataFile &file, Console &console)
 {
-    return {ReadGroups(file), ReadTexts(file, console)};
+    CheckedCanon canon;
+    canon.groups = ReadGroups(file);
+    canon.texts = ReadTexts(file, console, canon.unreadable);
+    return canon;
 }

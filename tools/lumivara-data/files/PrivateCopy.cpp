@@ -3,31 +3,16 @@
 #include "common/Interrupt.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/UnfinishedFile.h"
+#include "stores/examination/StoredFile.h"
 
 #include <QFile>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
-PrivateCopy::PrivateCopy(const QString &path, const QString &copyPath) : m_path(copyPath)
-{
-    // The copy has to go at the end.
-    NoteInterrupts();
-    RemoveStale(m_path);
-    try {
-        Copy(path);
-    } catch (...) {
-        QFile::remove(m_path);
-        throw;
-    }
-}
+namespace {
 
-PrivateCopy::~PrivateCopy()
-{
-    QFile::remove(m_path);
-}
-
-void PrivateCopy::Copy(const QString &path) const
+void Copy(const QString &path, const QString &target)
 {
     const QFileInfo info(path);
     if (!info.exists())
@@ -35,9 +20,10 @@ void PrivateCopy::Copy(const QString &path) const
     if (!info.isFile())
         throw ToolError(u"%1: not a file"_s.arg(path));
     QFile original(path);
-    QFile copy(m_path);
-    if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-        throw ToolError(u"%1: there is no place for a temporary copy, %2: %3"_s.arg(path, m_path, copy.errorString()));
+    QFile copy(target);
+    constexpr QFile::Permissions mine = QFile::ReadOwner | QFile::WriteOwner;
+    if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly, mine))
+        throw ToolError(u"%1: there is no place for a temporary copy, %2: %3"_s.arg(path, target, copy.errorString()));
     if (!original.open(QIODevice::ReadOnly))
         throw ToolError(u"%1: %2"_s.arg(path, original.errorString()));
     constexpr qint64 chunk = 1 << 20;
@@ -47,8 +33,41 @@ void PrivateCopy::Copy(const QString &path) const
         if (bytes.isEmpty())
             throw ToolError(u"%1: %2"_s.arg(path, original.errorString()));
         if (copy.write(bytes) != bytes.size())
-            throw ToolError(u"%1: there is no room for a temporary copy, %2: %3"_s.arg(path, m_path, WriteFault(copy)));
+            throw ToolError(u"%1: there is no room for a temporary copy, %2: %3"_s.arg(path, target, WriteFault(copy)));
     }
     if (!copy.flush())
-        throw ToolError(u"%1: there is no room for a temporary copy, %2: %3"_s.arg(path, m_path, WriteFault(copy)));
+        throw ToolError(u"%1: there is no room for a temporary copy, %2: %3"_s.arg(path, target, WriteFault(copy)));
+}
+
+} // namespace
+
+void CopyPrivately(const QString &path, const QString &target)
+{
+    RemoveStale(target);
+    try {
+        Copy(path, target);
+    } catch (...) {
+        QFile::remove(target);
+        throw;
+    }
+}
+
+PrivateCopy::PrivateCopy(const QString &path, const QString &copyPath) : m_path(copyPath)
+{
+    // The copy has to go at the end.
+    NoteInterrupts();
+    CopyPrivately(path, m_path);
+    try {
+        if (const StoredFile facts = ReadStoredFile(m_path); !facts.fault.isEmpty())
+            throw ToolError(u"%1: %2"_s.arg(path, facts.fault));
+        MakeHarmless(m_path);
+    } catch (...) {
+        QFile::remove(m_path);
+        throw;
+    }
+}
+
+PrivateCopy::~PrivateCopy()
+{
+    QFile::remove(m_path);
 }

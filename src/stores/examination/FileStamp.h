@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+/// Which file stands at a path and when it was changed last; equal for a file that nobody has touched.
+struct FileStamp
+{
+    quint64 device = 0, number = 0, bytes = 0;
+    qint64 changed = 0; ///< its bytes, in nanoseconds since 1970
+    qint64 touched = 0; ///< its bytes or its name, mode or owner
+    bool operator==(const FileStamp &) const = default;
+    /// All zero if there is none.
+    static FileStamp Of(const QString &path);
+};

@@ -1,0 +1,173 @@
+#include "lumivara-data/Verbs.h"
+
+#include "common/Console.h"
+#include "common/Report.h"
+#include "lumivara-data/canon/CanonCopy.h"
+#include "lumivara-data/canon/CanonFile.h"
+#include "lumivara-data/canon/CanonRows.h"
+#include "lumivara-data/dictionary/DictionaryFile.h"
+#include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/marks/MarksCheck.h"
+#include "lumivara-data/marks/MarksRows.h"
+#include "lumivara-data/sealed/Examination.h"
+#include "lumivara-data/sealed/Frames.h"
+#include "lumivara-data/sealed/Seal.h"
+#include "lumivara-data/sealed/SealedStream.h"
+#include "stores/KeloraDM.h"
+#include "stores/Schema.h"
+#include "stores/engine/BackupService.h"
+#include "stores/examination/CompiledBodies.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+// The tasks of a sealed process: see SealedRun, which starts it. Its arguments are the task and the private copy.
+
+namespace {
+
+void Tell(const QList<Finding> &findings, Report &report)
+{
+    for (const Finding &finding : findings)
+        report.Find(finding.row, finding.fault);
+}
+
+Thing ThingIn(DataFile &file)
+{
+    if (IsCanon(file))
+        return Thing::Canon;
+    if (IsDictionary(file))
+        return Thing::Dictionary;
+    return IsMarks(file) ? Thing::Marks : Thing::None;
+}
+
+void ProveCanon(DataFile &file, Console &console, Report &report, SealedStream &stream)
+{
+    const CheckedCanon canon = ReadCanon(file, console);
+    Tell(CheckCanon(canon), report);
+    Tell(canon.unreadable, report);
+    report.Count(u"groups"_s, canon.groups.size());
+    report.Count(u"texts"_s, canon.texts.size());
+    stream.Value(u"repairs"_s, QString::number(PossibleRepairs(canon)));
+}
+
+void ProveDictionary(DataFile &file, Console &console, Report &report)
+{
+    const DictionaryReport found = CheckDictionary(file, console);
+    Tell(found.findings, report);
+    report.Count(u"words"_s, found.wordCount);
+    report.AddUntold(found.faultCount - found.findings.size());
+}
+
+void ProveMarks(DataFile &file, Report &report)
+{
+    const MarksReport found = CheckMarks(file);
+    Tell(found.findings, report);
+    for (const Finding &remark : found.remarks)
+        report.Note(remark.row, remark.fault);
+    report.Count(u"texts"_s, found.textCount);
+    report.Count(u"marks"_s, found.markCount);
+}
+
+void Check(DataFile &file, Console &console, SealedStream &stream)
+{
+    Report report;
+    const Thing found = ThingIn(file);
+    stream.Value(u"kind"_s, NameOf(found));
+    if (found == Thing::Canon)
+        ProveCanon(file, console, report, stream);
+    else if (found == Thing::Dictionary)
+        ProveDictionary(file, console, report);
+    else if (found == Thing::Marks)
+        ProveMarks(file, report);
+    stream.Send(report);
+}
+
+void Examine(DataFile &file, SealedStream &stream)
+{
+    const Abilities abilities = AbilitiesOf(file.Database(), file.Transaction());
+    const std::pair<const QStringList &, QLatin1StringView> found[] = {{abilities.dynamic, Ability::Dynamic},
+                                                                       {abilities.foreignCode, Ability::ForeignCode},
+                                                                       {abilities.outside, Ability::Outside},
+                                                                       {abilities.atConnection, Ability::AtConnection}};
+    for (const auto &[things, key] : found) {
+        for (const QString &thing : things)
+            stream.Value(key, thing);
+    }
+}
+
+/// Rows with the values of GroupColumns() and TextColumns().
+void SendCanon(DataFile &file, Console &console, SealedStream &stream)
+{
+    Report report;
+    CanonRows rows(file);
+    for (const CanonGroup &group : rows.Groups(report))
+        stream.Row(Table::KeloraTree,
+                   {group.idVit, group.parent, group.nameVietnamese, group.namePali, group.nameEnglish});
+    const qsizetype total = rows.TextCount();
+    qsizetype done = 0;
+    for (CanonText text; rows.Next(text, report);) {
+        QList<QVariant> values{text.idVit,          text.idVic,    text.number ? QVariant(*text.number) : QVariant(),
+                               text.nameVietnamese, text.namePali, text.nameEnglish};
+        for (const QByteArray &page : text.pages)
+            values.append(page);
+        stream.Row(Table::KeloraContent, values);
+        console.Progress(Table::KeloraContent, ++done, total);
+    }
+    stream.Send(report);
+}
+
+void SendMarks(DataFile &file, Console &console, SealedStream &stream)
+{
+    if (!IsMarks(file))
+        throw ToolError(u"it holds no marks, or not all of them"_s);
+    for (const QString &thing : StrangeThings(file))
+        stream.Value(u"strange"_s, thing);
+    EachMarksRow(file, [&](const QString &table, const QList<QVariant> &row, qsizetype done, qsizetype total) {
+        stream.Row(table, row);
+        console.Progress(table, done, total);
+    });
+    Report report;
+    ProveMarks(file, report);
+    stream.Send(report);
+}
+
+} // namespace
+
+int RunSealed(const QStringList &arguments, Console &console)
+{
+    const QString task = arguments.value(0), copy = arguments.value(1);
+    const QString folder = QFileInfo(copy).absolutePath();
+    TpFIBDatabase::SetLockFolder(folder + u"/lock"_s);
+    SealedStream stream;
+    console.SetProgressTaker([&stream](const QString &work, qsizetype done, qsizetype total, const QString &unit) {
+        stream.Progress(work, done, total, unit);
+    });
+    SealProcess(folder);
+    try {
+        DataFile file;
+        if (task == "restore"_L1) {
+            const QString made = folder + u"/restored"_s;
+            BackupService(ClientLibraryPath(QCoreApplication::applicationDirPath() + u'/')).Restore(copy, made, [&] {
+                stream.Progress(u"restoring"_s, 0, 0, {});
+            });
+            file.Open(made);
+            SendMarks(file, console, stream);
+        } else {
+            file.Open(copy);
+            if (task == "check"_L1)
+                Check(file, console, stream);
+            if (task == "check"_L1 || task == "examine"_L1)
+                Examine(file, stream);
+            else if (task == "canon"_L1)
+                SendCanon(file, console, stream);
+        }
+        file.Close();
+        stream.Done();
+    } catch (const std::exception &error) {
+        stream.Failure(QString::fromUtf8(error.what()));
+    }
+    return ExitCode::Clean;
+}

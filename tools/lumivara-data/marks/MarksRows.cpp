@@ -1,0 +1,117 @@
+#include "lumivara-data/marks/MarksRows.h"
+
+#include "lumivara-data/files/DataFile.h"
+#include "stores/Schema.h"
+#include "stores/engine/Blobs.h"
+#include "stores/engine/RowStore.h"
+#include "stores/engine/Statement.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString Tables[] = {Table::SuttaList, Table::SuttaTextFocus};
+
+/// A value as a select gives it: a time goes as text, because its own form here has no more than milliseconds.
+QString Selected(const QString &column)
+{
+    return column == QString(Field::DatetimeFoc) ? u"cast(%1 as varchar(30)) %1"_s.arg(column) : column;
+}
+
+QString Stored(const QString &column)
+{
+    return column == QString(Field::DatetimeFoc) ? u"cast(cast(:%1 as varchar(30)) as timestamp)"_s.arg(column)
+                                                 : u':' + column;
+}
+
+template <typename Strings, typename Form>
+QString Joined(const Strings &columns, Form form)
+{
+    QStringList all;
+    for (const QString &column : columns)
+        all.append(form(column));
+    return all.join(u", "_s);
+}
+
+} // namespace
+
+QStringList MarksColumns(const QString &table)
+{
+    if (table == QString(Table::SuttaList))
+        return {Field::NikSut,     Field::NicSut,     Field::NameSutVie,
+                Field::NameSutPal, Field::NameSutEng, Field::FavouriteSut};
+    return {Field::IdFoc,  Field::NameFoc, Field::TextFoc,     Field::PriorityFoc, Field::DescFoc,
+            Field::NikSut, Field::NicSut,  Field::DatetimeFoc, Field::KeywordFoc};
+}
+
+void EachMarksRow(DataFile &file,
+                  const std::function<void(const QString &, const QList<QVariant> &, qsizetype, qsizetype)> &take)
+{
+    for (const QString &table : Tables) {
+        const auto total = file.Rows(u"select count(*) from "_s + table)[0][0].toLongLong();
+        const QStringList columns = MarksColumns(table);
+        const auto attachment = file.Database().Attachment();
+        const auto transaction = file.Transaction().Native();
+        Statement select(attachment, transaction, u"select %1 from %2"_s.arg(Joined(columns, Selected), table));
+        select.OpenCursor(transaction, {});
+        RowStore row;
+        for (qsizetype done = 1; select.Fetch(); ++done) {
+            row.Clear(select.Columns());
+            row.Append(select.Message());
+            QList<QVariant> values;
+            for (int i = 0; i < columns.size(); ++i) {
+                QVariant value = row.Value(0, i);
+                if (value.canConvert<BlobId>()) {
+                    QByteArray bytes("");
+                    ReadBlob(attachment, transaction, value.value<BlobId>(), bytes);
+                    value = bytes.isNull() ? QByteArray("") : bytes;
+                }
+                values.append(value);
+            }
+            take(table, values, done, total);
+        }
+    }
+}
+
+void MarksRowWriter::Append(const QString &table, const QList<QVariant> &row)
+{
+    if (!m_insert || m_table != table) {
+        const QStringList columns = MarksColumns(table);
+        m_table = table;
+        m_insert = std::make_unique<Statement>(
+            m_file.Database().Attachment(), m_file.Transaction().Native(),
+            u"insert into %1 (%2) values (%3)"_s.arg(table, columns.join(u", "_s), Joined(columns, Stored)));
+    }
+    m_insert->Execute(m_file.Transaction().Native(), row);
+}
+
+MarksRowWriter::MarksRowWriter(DataFile &file) : m_file(file) {}
+
+MarksRowWriter::~MarksRowWriter() = default;
+
+QStringList StrangeThings(DataFile &file)
+{
+    constexpr auto known = "'SUTTA_LIST', 'SUTTA_TEXT_FOCUS'"_L1;
+    const std::pair<QString, QString> selects[] = {
+        {u"table"_s, u"select RDB$RELATION_NAME from RDB$RELATIONS where RDB$SYSTEM_FLAG = 0 and RDB$RELATION_NAME "
+                     "not in (%1)"_s.arg(known)},
+        {u"procedure"_s, u"select RDB$PROCEDURE_NAME from RDB$PROCEDURES where coalesce(RDB$SYSTEM_FLAG, 0) = 0"_s},
+        {u"function"_s, u"select RDB$FUNCTION_NAME from RDB$FUNCTIONS where coalesce(RDB$SYSTEM_FLAG, 0) = 0"_s},
+        // Those of checks come with their table.
+        {u"trigger"_s, u"select RDB$TRIGGER_NAME from RDB$TRIGGERS where coalesce(RDB$SYSTEM_FLAG, 0) = 0"_s},
+    };
+    QStringList found;
+    for (const auto &[kind, select] : selects) {
+        for (const QList<QVariant> &row : file.Rows(select))
+            found.append(kind + u' ' + row[0].toString().trimmed());
+    }
+    for (const QString &table : Tables) {
+        const QStringList columns = MarksColumns(table);
+        for (const QList<QVariant> &row :
+             file.Rows(u"select RDB$FIELD_NAME from RDB$RELATION_FIELDS where RDB$RELATION_NAME = '%1'"_s.arg(table))) {
+            if (const QString column = row[0].toString().trimmed(); !columns.contains(column))
+                found.append(u"column %1 of %2"_s.arg(column, table));
+        }
+    }
+    return found;
+}

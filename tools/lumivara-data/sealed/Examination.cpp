@@ -1,0 +1,85 @@
+#include "lumivara-data/sealed/Examination.h"
+
+#include "common/Console.h"
+#include "common/Interrupt.h"
+#include "common/Report.h"
+#include "common/Tool.h"
+#include "lumivara-data/sealed/SealedRun.h"
+#include "stores/engine/DatabaseError.h"
+
+#include <QFile>
+#include <QUuid>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Why a file may not be opened as it is; empty if it may.
+struct Doubts
+{
+    QString refusal; ///< not even as a copy
+    QString copying;
+};
+
+Doubts DoubtsAbout(SealedRun &run, const StoredFile &facts)
+{
+    Doubts doubts;
+    if (facts.namesFiles)
+        doubts.copying = u"it names shadows or other files"_s;
+    if (facts.WantsTooMuchCache())
+        doubts.copying = u"it asks for a cache of %1 MB"_s.arg(facts.cacheBytes >> 20);
+    run.takeValue = [&doubts](const QString &key, const QString &thing) {
+        if (key == Ability::Dynamic)
+            doubts.copying = thing + u" composes statements when it runs"_s;
+        else if (key == Ability::ForeignCode)
+            doubts.refusal = thing + u" is code outside of the file"_s;
+    };
+    Report ignored;
+    run.Run(u"examine"_s, {}, ignored);
+    return doubts;
+}
+
+/// Gives the copy a place where it stays.
+Verdict KeepCopy(const SealedRun &run, const QString &reason, const ExaminedFiles &memory)
+{
+    const QString path = memory.Folder() + u"/copy-%1.fdb"_s.arg(QUuid::createUuid().toString(QUuid::WithoutBraces));
+    QFile copy(run.CopyPath());
+    if (!copy.setPermissions(QFile::ReadOwner) || !copy.rename(path))
+        return {Verdict::Manner::NotAtAll, {}, u"%1, and there is no place for a private copy"_s.arg(reason)};
+    return {Verdict::Manner::AsCopy, path, reason};
+}
+
+Verdict Examined(const QString &path, bool mayBeCopied, const ExaminedFiles &memory, Console &console)
+{
+    const QString base = memory.MakeFolder() ? memory.Folder() : QString();
+    SealedRun run(path, console, base);
+    const StoredFile facts = run.PrepareDatabase();
+    const Doubts doubts = DoubtsAbout(run, facts);
+    if (!doubts.refusal.isEmpty())
+        return {Verdict::Manner::NotAtAll, {}, doubts.refusal};
+    if (doubts.copying.isEmpty())
+        return {Verdict::Manner::AsItIs};
+    if (!mayBeCopied)
+        return {Verdict::Manner::NotAtAll, {}, doubts.copying};
+    return KeepCopy(run, doubts.copying, memory);
+}
+
+} // namespace
+
+Verdict VerdictOn(const QString &path, bool mayBeCopied, ExaminedFiles &memory, Console &console)
+{
+    if (const auto known = memory.Find(path); known && (mayBeCopied || known->manner != Verdict::Manner::AsCopy))
+        return *known;
+    const FileStamp stamp = FileStamp::Of(path);
+    Verdict verdict;
+    try {
+        verdict = Examined(path, mayBeCopied, memory, console);
+        verdict.stamp = stamp;
+        memory.Remember(path, verdict);
+    } catch (const std::exception &error) {
+        ThrowIfInterrupted();
+        // Not remembered: it may be a full disk.
+        verdict = {Verdict::Manner::NotAtAll, {}, QString::fromUtf8(error.what()), stamp};
+    }
+    return verdict;
+}
