@@ -20,6 +20,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <memory>
 
 namespace {
 
@@ -58,6 +59,16 @@ ModuleDoors RealDoors(FileScout &scout)
     return doors;
 }
 
+/// Nobody is left to be told of a failure, and nothing is lost: each post has committed itself.
+void Leave(TpFIBDatabase &database)
+{
+    try {
+        database.SetConnected(false);
+        FileScout::RememberLeft(database);
+    } catch (const std::exception &) {
+    }
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -90,12 +101,16 @@ int main(int argc, char **argv)
     TfrmDictionaryDM dictionary(RealDoors(scout));
     frmDictionaryDM = &dictionary;
     dictionary.DataModuleCreate();
-    const TfrmMain mainWindow;
+    auto mainWindow = std::make_unique<TfrmMain>();
     // Queued, so that the window is on the screen before another process competes for the machine.
     if (clients.vIsOKClients) {
         const auto save = [] { StartDailyBackup(QCoreApplication::applicationFilePath()); };
         QMetaObject::invokeMethod(&application, save, Qt::QueuedConnection);
     }
 
-    return RunApplication();
+    const int exitCode = RunApplication();
+    mainWindow.reset();
+    for (TpFIBDatabase *database : {&kelora.dbKelora, &clients.dbClientTarune, &dictionary.dbDictionary})
+        Leave(*database);
+    return exitCode;
 }

@@ -64,3 +64,12 @@ Verdict FileScout::VerdictOn(const QString &file, const std::function<bool(QIODe
     }
     return m_verdicts[file];
 }
+
+void FileScout::RememberLeft(const TpFIBDatabase &database)
+{
+    ExaminedFiles memory(ExaminedFiles::UsualFolder());
+    const bool isCopy = database.DBName().startsWith(memory.Folder() + u'/');
+    if (!database.StampLeft() || isCopy || memory.Find(database.DBName()))
+        return;
+    memory.Remember(database.DBName(), {Verdict::Manner::AsItIs, {}, {}, *database.StampLeft()});
+}

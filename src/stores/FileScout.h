@@ -1,5 +1,6 @@
 #pragma once
 
+#include "stores/engine/Database.h"
 #include "stores/examination/ExaminedFiles.h"
 
 #include <QProcess>
@@ -22,6 +23,9 @@ public:
     /// which the answer will come; where that returns false, the file counts as refused. Without the tool nothing is
     /// known of any file, and it is judged by its pages alone.
     Verdict VerdictOn(const QString &file, const std::function<bool(QIODevice &answers)> &isPatient);
+
+    /// Call once the connection has ended: a file that nobody but the program has changed stays known.
+    static void RememberLeft(const TpFIBDatabase &database);
 
     static constexpr int PatienceMilliseconds = 5000;
 

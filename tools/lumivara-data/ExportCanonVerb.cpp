@@ -6,6 +6,7 @@
 #include "lumivara-data/canon/CanonFolderWriter.h"
 #include "lumivara-data/canon/CanonRows.h"
 #include "lumivara-data/canon/ExportFolder.h"
+#include "lumivara-data/sealed/Examination.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>
@@ -47,7 +48,7 @@ int Run(const ExportCanonOptions &options, Console &console)
     ExportFolder folder(options.out);
     DataFile file;
     try {
-        file.Open(path);
+        file.Open(OpenablePath(path, true, console));
         if (!IsCanon(file))
             throw ToolError(u"%1: no canon (tables KELORA_TREE, KELORA_CONTENT)"_s.arg(path));
         CanonRows rows(file);

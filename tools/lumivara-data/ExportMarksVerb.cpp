@@ -7,6 +7,7 @@
 #include "lumivara-data/files/UnfinishedFile.h"
 #include "lumivara-data/marks/MarksCheck.h"
 #include "lumivara-data/marks/MarksForms.h"
+#include "lumivara-data/sealed/Examination.h"
 
 #include <QCommandLineParser>
 #include <QFile>
@@ -92,7 +93,7 @@ int Run(const ExportMarksOptions &options, Console &console)
     DataFile file;
     qsizetype count = 0;
     OnFile(path, [&] {
-        file.Open(path);
+        file.Open(OpenablePath(path, true, console));
         if (!IsMarks(file))
             throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
         count = out.isEmpty() ? Write(file, options.form, [&console](const QString &text) { console.Print(text); })

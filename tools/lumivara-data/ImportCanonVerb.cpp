@@ -124,7 +124,7 @@ int Run(const ImportCanonOptions &options, Console &console)
     const Form form = options.form ? *options.form : FormOf(source);
     Refuse(options, form);
     if (!client.isEmpty())
-        ClientList::Prepare(client);
+        ClientList::Prepare(client, console);
 
     std::optional<CheckedCanon> canon;
     if (form == Form::Copy)

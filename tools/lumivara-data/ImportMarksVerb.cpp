@@ -9,6 +9,7 @@
 #include "lumivara-data/marks/MarksCheck.h"
 #include "lumivara-data/marks/MarksReader.h"
 #include "lumivara-data/marks/MarksStore.h"
+#include "lumivara-data/sealed/Examination.h"
 
 #include <QCommandLineParser>
 #include <QCryptographicHash>
@@ -139,7 +140,7 @@ int Run(const ImportMarksOptions &options, Console &console)
     constexpr int pagesInMemory = 4096; // with the few of the default each new mark waits for the disk
     file.Database().SetCachePages(pagesInMemory);
     OnFile(path, [&] {
-        file.Open(path);
+        file.Open(OpenablePath(path, false, console));
         if (!IsMarks(file))
             throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
         MarksStore store(file, path, name, report);

@@ -98,6 +98,21 @@ void Examine(DataFile &file, SealedStream &stream)
     }
 }
 
+/// Reads what the program will read, so that damage that breaks Firebird down does so here. A failure that it tells by
+/// itself is the program's to show, when it comes to that place.
+void TryToRead(DataFile &file, Console &console)
+{
+    try {
+        if (IsCanon(file)) {
+            ReadCanon(file, console);
+        } else if (IsMarks(file)) {
+            EachMarksRow(file, [&console](const QString &table, const QList<QVariant> &, qsizetype done,
+                                          qsizetype total) { console.Progress(table, done, total); });
+        }
+    } catch (const DatabaseError &) {
+    }
+}
+
 /// Rows with the values of GroupColumns() and TextColumns().
 void SendCanon(DataFile &file, Console &console, SealedStream &stream)
 {
@@ -159,6 +174,8 @@ int RunSealed(const QStringList &arguments, Console &console)
             file.Open(copy);
             if (task == "check"_L1)
                 Check(file, console, stream);
+            if (task == "examine"_L1)
+                TryToRead(file, console);
             if (task == "check"_L1 || task == "examine"_L1)
                 Examine(file, stream);
             else if (task == "canon"_L1)

@@ -216,11 +216,16 @@ void TpFIBDatabase::SetConnected(bool connected)
         return;
     if (!connected) {
         const auto handle = std::exchange(m_handle, nullptr);
+        handle->changes.Before(m_dbName);
         handle->Detach();
+        if (handle->changes.AreAll())
+            m_stampLeft = FileStamp::Of(m_dbName);
         return;
     }
+    m_stampLeft.reset();
     FirebirdClient::Load(m_libraryName, m_dbName);
     m_handle = Attach(*this, ConnectBlock(*this, m_dbParams));
+    m_handle->changes.After(m_dbName);
 }
 
 void TpFIBDatabase::CreateDatabase(int pageSize, bool forcedWrites)
@@ -277,6 +282,7 @@ const std::shared_ptr<TpFIBDatabase::Handle> &TpFIBDatabase::Attachment() const
 
 void TpFIBDatabase::CheckFileInPlace() const
 {
+    Attachment()->changes.Before(m_dbName);
     const FileIdentity file = FileIdentity::Of(m_dbName);
     if (file == FileIdentity() || file != Attachment()->file) {
         throw DatabaseError(
@@ -385,6 +391,7 @@ void TpFIBTransaction::SetActive(bool active)
     if (!m_database)
         throw DatabaseError(u"The transaction has no database"_s);
     m_handle = std::make_shared<Handle>(m_database->Attachment(), m_trParams);
+    m_database->Attachment()->changes.After(m_database->DBName()); // Firebird numbers its transactions in the file
 }
 
 void TpFIBTransaction::Commit()
@@ -402,6 +409,8 @@ void TpFIBTransaction::Rollback()
 void TpFIBTransaction::CommitRetaining()
 {
     Native()->transaction->commitRetaining(FirebirdClient::Instance().Status());
+    if (m_database)
+        m_database->Attachment()->changes.After(m_database->DBName());
 }
 
 void TpFIBTransaction::RollbackRetaining()

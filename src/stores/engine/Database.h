@@ -1,11 +1,14 @@
 #pragma once
 
+#include "stores/engine/FileStamp.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QString>
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 
 class TpFIBTransaction;
 
@@ -50,6 +53,9 @@ public:
     /// to a renamed, replaced or deleted file without an error.
     void CheckFileInPlace() const;
 
+    /// Of the last connection, once that has ended: the file as it was left, if nobody else has changed it meanwhile.
+    const std::optional<FileStamp> &StampLeft() const { return m_stampLeft; }
+
     TpFIBTransaction *DefaultTransaction() const;
     void SetDefaultTransaction(TpFIBTransaction *transaction);
 
@@ -69,6 +75,7 @@ private:
     int m_sqlDialect = 3;
     int m_cachePages = 0;
     QPointer<TpFIBTransaction> m_defaultTransaction;
+    std::optional<FileStamp> m_stampLeft;
     std::shared_ptr<Handle> m_handle;
 };
 

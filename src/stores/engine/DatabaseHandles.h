@@ -1,6 +1,7 @@
 #pragma once
 
 #include "stores/engine/Database.h"
+#include "stores/engine/FileStamp.h"
 #include "stores/engine/FirebirdClient.h"
 #include "stores/engine/PathAlias.h"
 
@@ -15,6 +16,21 @@ struct FileIdentity
     static FileIdentity Of(const QString &path);
 };
 
+/// Tells whether a file was changed by this connection alone.
+class OwnChanges
+{
+public:
+    /// Notes the file as it is after a change of ours.
+    void After(const QString &path) { m_last = FileStamp::Of(path); }
+    /// Looks, before one, whether somebody else has changed it.
+    void Before(const QString &path) { m_areAll = m_areAll && FileStamp::Of(path) == m_last; }
+    bool AreAll() const { return m_areAll; }
+
+private:
+    FileStamp m_last;
+    bool m_areAll = true;
+};
+
 /// Firebird's objects of a connection. Shared with its transactions and statements, so that they know in any order of
 /// destruction whether it still exists.
 struct TpFIBDatabase::Handle
@@ -23,6 +39,7 @@ struct TpFIBDatabase::Handle
     int dialect = 3;
     FileIdentity file; ///< the file at the path just before the attach
     PathAlias alias;   ///< under which Firebird knows the file
+    OwnChanges changes;
     std::vector<TpFIBTransaction::Handle *> transactions;
 
     ~Handle();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "stores/examination/FileStamp.h"
+#include "stores/engine/FileStamp.h"
 
 #include <QJsonObject>
 #include <QString>

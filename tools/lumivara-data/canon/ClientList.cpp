@@ -3,6 +3,7 @@
 #include "common/Tool.h"
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/marks/MarksCheck.h"
+#include "lumivara-data/sealed/Examination.h"
 #include "stores/Schema.h"
 
 #include <QFileInfo>
@@ -19,7 +20,7 @@ QVariant OrNull(const QString &name)
 
 } // namespace
 
-void ClientList::Prepare(const QString &path)
+void ClientList::Prepare(const QString &path, Console &console)
 {
     const QFileInfo info(path);
     if (!info.isFile())
@@ -28,7 +29,7 @@ void ClientList::Prepare(const QString &path)
         throw ToolError(u"%1: cannot be written"_s.arg(path));
     TpFIBDatabase::SetLockFolder(info.absolutePath() + u"/lock"_s);
     DataFile file;
-    file.Open(info.absoluteFilePath());
+    file.Open(OpenablePath(info.absoluteFilePath(), false, console));
     if (!IsMarks(file))
         throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
     file.Close();

@@ -83,3 +83,12 @@ Verdict VerdictOn(const QString &path, bool mayBeCopied, ExaminedFiles &memory, 
     }
     return verdict;
 }
+
+QString OpenablePath(const QString &path, bool mayBeCopied, Console &console)
+{
+    ExaminedFiles memory(ExaminedFiles::UsualFolder());
+    const Verdict verdict = VerdictOn(path, mayBeCopied, memory, console);
+    if (verdict.manner == Verdict::Manner::NotAtAll)
+        throw ToolError(verdict.reason.startsWith(path) ? verdict.reason : u"%1: %2"_s.arg(path, verdict.reason));
+    return verdict.manner == Verdict::Manner::AsCopy ? verdict.copy : path;
+}

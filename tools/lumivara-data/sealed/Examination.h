@@ -19,3 +19,7 @@ inline constexpr QLatin1StringView AtConnection("at connection");
 /// in the folder of `memory`; without, it is refused. Never throws but for an interrupt: what can't be examined is
 /// refused.
 Verdict VerdictOn(const QString &path, bool mayBeCopied, ExaminedFiles &memory, Console &console);
+
+/// The path under which a verb of the tool may open a database that anybody may have made: the file's own, or that of
+/// its private copy. Throws ToolError, with the reason, where it may not be opened.
+QString OpenablePath(const QString &path, bool mayBeCopied, Console &console);

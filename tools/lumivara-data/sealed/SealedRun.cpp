@@ -6,7 +6,7 @@
 #include "common/Tool.h"
 #include "lumivara-data/files/PrivateCopy.h"
 #include "lumivara-data/sealed/Seal.h"
-#include "stores/examination/FileStamp.h"
+#include "stores/engine/FileStamp.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -23,16 +23,22 @@ constexpr qint64 LongestSilenceMilliseconds = 20000;
 constexpr int LookMilliseconds = 50; // between two looks at the process and at interrupts
 constexpr int MostCopies = 3;        // of a file that changes while it is copied
 
+QString BaseFolder(const QString &wanted)
+{
+    const QString base = wanted.isEmpty() ? QDir::tempPath() : wanted;
+    // Firebird could not open a file there, see PathAlias; a sealed process can make no link elsewhere.
+    return base.contains(u':') ? u"/tmp"_s : base;
+}
+
 QString FolderTemplate(const QString &base)
 {
-    return (base.isEmpty() ? QDir::tempPath() : base) +
-           u"/lumivara-data-%1-XXXXXX"_s.arg(QCoreApplication::applicationPid());
+    return base + u"/lumivara-data-%1-XXXXXX"_s.arg(QCoreApplication::applicationPid());
 }
 
 /// Folders of runs that were killed.
 void ClearLeftovers(const QString &base)
 {
-    const QDir folder(base.isEmpty() ? QDir::tempPath() : base);
+    const QDir folder(base);
     for (const QFileInfo &left :
          folder.entryInfoList({u"lumivara-data-*-??????"_s}, QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot)) {
         const QString process = left.fileName().section(u'-', 2, 2);
@@ -44,10 +50,10 @@ void ClearLeftovers(const QString &base)
 } // namespace
 
 SealedRun::SealedRun(const QString &source, Console &console, const QString &base)
-    : m_source(source), m_console(console), m_folder(FolderTemplate(base))
+    : m_source(source), m_console(console), m_folder(FolderTemplate(BaseFolder(base)))
 {
     NoteInterrupts();
-    ClearLeftovers(base);
+    ClearLeftovers(BaseFolder(base));
     if (!m_folder.isValid())
         throw ToolError(u"there is no place for a temporary copy: %1"_s.arg(m_folder.errorString()));
     m_copy = m_folder.filePath(u"copy"_s);

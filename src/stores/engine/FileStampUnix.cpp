@@ -1,4 +1,4 @@
-#include "stores/examination/FileStamp.h"
+#include "stores/engine/FileStamp.h"
 
 #include <QFile>
 
