@@ -1,4 +1,5 @@
 #include "common/Console.h"
+#include "common/Interrupt.h"
 #include "lumivara-data/Verbs.h"
 
 #include <QCoreApplication>
@@ -7,6 +8,7 @@
 
 int main(int argc, char **argv)
 {
+    NoteInterrupts();
     QCoreApplication application(argc, argv);
     // The engine refuses file names outside ASCII in a process without a UTF-8 locale. After the application object,
     // which takes the locale from the environment.
