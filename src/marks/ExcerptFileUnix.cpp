@@ -39,6 +39,14 @@ enum class Deed { Save, Load };
     Fail(deed, path, QString::fromLocal8Bit(std::strerror(errno)));
 }
 
+/// What the umask leaves to others; the file is made for its writer alone.
+mode_t ModeOfNew()
+{
+    const mode_t mask = ::umask(077);
+    ::umask(mask);
+    return readableByAll & ~mask;
+}
+
 void WriteAll(int file, const QByteArray &bytes, const QString &path)
 {
     for (qsizetype written = 0; written < bytes.size();) {
@@ -86,7 +94,7 @@ void ExcerptFile::Save(const QByteArray &bytes)
     {
         const auto close = qScopeGuard([&] { ::close(file); });
         WriteAll(file, bytes, path);
-        if (::fchmod(file, readableByAll) != 0)
+        if (::fchmod(file, ModeOfNew()) != 0)
             FailBySystem(Deed::Save, path);
     }
     if (::rename(beside.constData(), QFile::encodeName(path).constData()) != 0)
@@ -101,6 +109,11 @@ QByteArray ExcerptFile::Load() const
     const int handle = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (handle < 0)
         FailBySystem(Deed::Load, path);
+    struct stat status = {};
+    if (::fstat(handle, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(handle);
+        Fail(Deed::Load, path, QString::fromLocal8Bit(std::strerror(EACCES)));
+    }
     QFile file;
     if (!file.open(handle, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
         Fail(Deed::Load, path, file.errorString());

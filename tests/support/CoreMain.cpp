@@ -16,6 +16,6 @@ int main(int argc, char **argv)
     std::setlocale(LC_CTYPE, "C.UTF-8");
     // Each test has its own folder of databases; the engine keeps its lock folder for the whole process.
     const QTemporaryDir locks;
-    TpFIBDatabase::SetLockFolder(locks.path());
+    TpFIBDatabase::SetLockFolder(locks.filePath(QStringLiteral("lock")));
     return RUN_ALL_TESTS();
 }

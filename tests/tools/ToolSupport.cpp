@@ -85,6 +85,12 @@ QString BesideTests(const QString &name)
     return QCoreApplication::applicationDirPath() + u'/' + name;
 }
 
+QString LiveFolder()
+{
+    OpenedDatabase(ProductFolder() + u"KELORA.FDB"_s); // makes the locks of this process
+    return QFileInfo(qEnvironmentVariable("FIREBIRD_LOCK")).path();
+}
+
 QByteArray BytesOf(const QString &path)
 {
     QFile file(path);

@@ -27,6 +27,8 @@ ToolRun RunDataTool(const QStringList &arguments);
 
 /// "windows": a copy of their descriptions and tables and of the language files; "data": sources of the samples.
 QString BesideTests(const QString &name);
+/// The folder whose folder "lock" is this process's: here a database can be open in this process and in a tool.
+QString LiveFolder();
 QByteArray BytesOf(const QString &path);
 /// Writes a file, its folder included.
 void WriteFile(const QString &path, const QByteArray &bytes);

@@ -37,6 +37,9 @@ int RunVerb(const Verb &verb, const QStringList &arguments, Console &console)
         code = verb.run(arguments, console);
     } catch (const std::exception &error) {
         QString text = QString::fromUtf8(error.what());
+        // What can't be printed is told below, and an interrupt by the thread that waits for it, if that was first.
+        if (!console.IsOutputWhole() || (WasInterrupted() && !TakeLastWord()))
+            return code;
         // The engine hears of it too, and its words for that are other ones.
         if (WasInterrupted() && !text.startsWith("interrupted"_L1))
             text.prepend("interrupted: "_L1);

@@ -1,9 +1,9 @@
 #include "lumivara-data/Verbs.h"
 
-#include "common/Interrupt.h"
 #include "common/Report.h"
 #include "lumivara-data/files/BackupChecksum.h"
 #include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/Disk.h"
 #include "lumivara-data/files/UnfinishedFile.h"
 #include "stores/KeloraDM.h"
 #include "stores/engine/BackupService.h"
@@ -12,8 +12,9 @@
 #include <QCoreApplication>
 #include <QDate>
 #include <QDir>
-#include <QLockFile>
 #include <QRegularExpression>
+
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -37,36 +38,43 @@ void Rotate(const QDir &folder, const QString &file)
         QFile::remove(folder.filePath(backups[i]));
 }
 
-/// The first dated name that is not taken.
-QString FreeName(const QDir &folder, const QString &file)
+/// False if there is such a backup, or another process is making it at this moment.
+bool SaveNew(const QString &file, const QString &backup)
+{
+    if (QFileInfo::exists(backup))
+        return false;
+    try {
+        FileInTheMaking making(backup);
+        if (QFileInfo::exists(backup))
+            return false;
+        OnFile(u"%1 into %2"_s.arg(file, backup), [&] {
+            BackupService(ClientLibraryPath(QCoreApplication::applicationDirPath() + u'/')).Backup(file, making.Path());
+            BackupChecksum::Append(making.Path());
+        });
+        making.FinishNew();
+    } catch (const MadeElsewhere &) {
+        return false;
+    }
+    return true;
+}
+
+/// Saves under the first dated name that is not taken, and gives that.
+QString SaveUnderFreeName(const QString &file, const QDir &folder)
 {
     const QString name = DatedName(file, QDate::currentDate());
     QString path = folder.filePath(name);
-    for (int number = 2; QFileInfo::exists(path); ++number)
+    for (int number = 2;; ++number) {
+        if (SaveNew(file, path))
+            return path;
         path = folder.filePath(u"%1-%2.fbk"_s.arg(QFileInfo(name).completeBaseName()).arg(number));
-    return path;
-}
-
-void Save(const QString &file, const QString &backup)
-{
-    FileInTheMaking making(backup);
-    OnFile(u"%1 into %2"_s.arg(file, backup), [&] {
-        BackupService(ClientLibraryPath(QCoreApplication::applicationDirPath() + u'/')).Backup(file, making.Path());
-        BackupChecksum::Append(making.Path());
-    });
-    making.FinishNew();
+    }
 }
 
 /// One backup a day; true if it was made, false if there is nothing to do.
 bool SaveOfTheDay(const QString &file, const QDir &folder)
 {
-    const QString backup = folder.filePath(DatedName(file, QDate::currentDate()));
-    NoteInterrupts();
-    QLockFile lock(folder.filePath(u".lumivara-data.lock"_s));
-    // Another copy of the program that started at this moment is making the same file.
-    if (QFileInfo::exists(backup) || !lock.tryLock(0))
+    if (!SaveNew(file, folder.filePath(DatedName(file, QDate::currentDate()))))
         return false;
-    Save(file, backup);
     Rotate(folder, file);
     return true;
 }
@@ -105,18 +113,17 @@ int Run(const BackupOptions &options, Console &console)
     QString backup = QFileInfo(options.to).absoluteFilePath();
     if (options.to.isEmpty()) {
         const QDir folder(QFileInfo(file).absolutePath() + u"/backup"_s);
-        if (!folder.mkpath(u"."_s))
-            throw ToolError(u"%1: the folder cannot be made"_s.arg(folder.path()));
+        if (!MakeSharedFolder(folder.path()))
+            throw ToolError(u"%1: the folder cannot be made: %2"_s.arg(folder.path(), qt_error_string(errno)));
         if (options.isDaily) {
             if (!SaveOfTheDay(file, folder))
                 report.Say(u"nothing to do"_s);
             return report.Finish();
         }
-        backup = FreeName(folder, file);
-    } else if (QFileInfo::exists(backup)) {
-        throw ToolError(u"%1: the file exists"_s.arg(backup));
+        backup = SaveUnderFreeName(file, folder);
+    } else if (!SaveNew(file, backup)) {
+        throw ToolError(u"%1: the file exists, or is being made"_s.arg(backup));
     }
-    Save(file, backup);
     report.Say(u"%1: saved"_s.arg(backup));
     report.Tell(u"file"_s, backup);
     return report.Finish();

@@ -14,15 +14,14 @@
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
-#include <QLockFile>
+#include <QElapsedTimer>
+#include <QThread>
 
 #include <functional>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int PatienceMilliseconds = 60000;
 
 /// A file to build: what it is called on the command line, its name, and how it is made.
 struct Target
@@ -98,6 +97,20 @@ void Build(const Target &target, const QDir &data, const QDir &out, bool force, 
     report.Say(u"%1: built"_s.arg(target.fileName));
 }
 
+void WaitFor(FileLock &lock, const QString &folder)
+{
+    constexpr qint64 patienceMilliseconds = 60000;
+    constexpr unsigned long pauseMilliseconds = 20;
+    QElapsedTimer waited;
+    waited.start();
+    while (!lock.Take()) {
+        ThrowIfInterrupted();
+        if (waited.elapsed() > patienceMilliseconds)
+            throw ToolError(u"another build is at work in %1"_s.arg(folder));
+        QThread::msleep(pauseMilliseconds);
+    }
+}
+
 } // namespace
 
 std::optional<BuildOptions> ParseBuild(const QStringList &arguments, Console &console)
@@ -130,12 +143,9 @@ int Run(const BuildOptions &options, Console &console)
     const QDir out(QDir(options.out).absolutePath());
     if (!out.exists())
         throw ToolError(u"%1: there is no such folder"_s.arg(out.path()));
-    NoteInterrupts();
-    QLockFile lock(out.filePath(u".lumivara-data.lock"_s));
-    if (!lock.tryLock(PatienceMilliseconds)) {
-        throw ToolError(lock.error() == QLockFile::LockFailedError ? u"another build is at work in %1"_s.arg(out.path())
-                                                                   : u"%1: cannot be written"_s.arg(out.path()));
-    }
+    FileLock lock(out.filePath(u".lumivara-data.lock"_s));
+    WaitFor(lock, out.path());
+    UsePrivateLocks();
     for (const Target &target : Targets(console)) {
         if (options.only.isEmpty() || options.only.contains(target.thing))
             Build(target, QDir(QDir(options.data).absolutePath()), out, options.isForced, report);

@@ -130,7 +130,9 @@ int Run(const ExportDictionaryOptions &options, Console &console)
     const QString &path = options.file, &out = options.out;
     const int kind = options.kind;
     const std::unique_ptr<WordSink> sink = MakeSink(out, options.form, kind);
-    const PrivateCopy copy(path, UnfinishedName(QFileInfo(out).absoluteFilePath()) + u".copy"_s);
+    const PrivateFolder scratch(UnfinishedName(QFileInfo(out).absoluteFilePath()) + u".copy"_s);
+    const PrivateCopy copy(path, scratch.Path(u"copy.fdb"_s));
+    UsePrivateLocks();
     DataFile file;
     qsizetype done = 0;
     OnFile(path, [&] {

@@ -35,6 +35,14 @@ qsizetype Write(DataFile &file, const MarksForm &form, const std::function<void(
     return count;
 }
 
+/// Ends when nobody reads any more.
+void Show(const QString &text, Console &console)
+{
+    console.Print(text);
+    if (!console.IsOutputWhole())
+        throw ToolError(u"the standard output cannot be written"_s);
+}
+
 qsizetype WriteWhole(DataFile &file, const MarksForm &form, const QString &path)
 {
     FileInTheMaking target(path);
@@ -96,7 +104,7 @@ int Run(const ExportMarksOptions &options, Console &console)
         file.Open(OpenablePath(path, true, console));
         if (!IsMarks(file))
             throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
-        count = out.isEmpty() ? Write(file, options.form, [&console](const QString &text) { console.Print(text); })
+        count = out.isEmpty() ? Write(file, options.form, [&console](const QString &text) { Show(text, console); })
                               : WriteWhole(file, options.form, out);
     });
     if (out.isEmpty())

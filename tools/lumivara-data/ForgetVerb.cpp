@@ -12,6 +12,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <filesystem>
 #include <iostream>
 #include <string>
 
@@ -49,8 +50,8 @@ void AddProgram(const QString &folder, QList<Trace> &traces, QStringList &kept)
     static const QStringList ours =
         QStringList{DatabaseFile::Canon, DatabaseFile::Dictionary} +
         u"Lumivara lumivara-data lumivara-lang lumivara-skins launcher firebird libfbclient.so.2 lock AllSkins.skinres "
-        "LumivaraUserGuide.pdf *.lng tmpfocus.html tmpfocus.html.?????? .new-?????? *.FDB.part *.FDB.part.lock "
-        "*.FDB.part.copy *.FDB.import.lock"_s.split(u' ');
+        "LumivaraUserGuide.pdf *.lng tmpfocus.html tmpfocus.html.?????? .new-?????? *.FDB.part *.FDB.part-?????? "
+        "*.FDB.part.lock *.FDB.part.copy *.FDB.import.lock"_s.split(u' ');
     static const QStringList notes{DatabaseFile::Marks, u"backup"_s};
     for (const QFileInfo &entry : EntriesOf(folder, {})) {
         if (notes.contains(entry.fileName()))
@@ -103,7 +104,7 @@ void AddCaches(QList<Trace> &traces)
         traces.append({entry.filePath(), u"cache"_s});
     const QString runtime = Place(QStandardPaths::RuntimeLocation);
     for (const QFileInfo &entry : EntriesOf(runtime, {u"lumivara-lock-*"_s})) {
-        if (!runtime.isEmpty() && entry.isDir())
+        if (!runtime.isEmpty() && entry.isDir() && !entry.isSymLink())
             traces.append({entry.filePath(), u"cache"_s});
     }
 }
@@ -130,8 +131,8 @@ void RefuseWhileOpen(const QString &marks)
 /// Links themselves go, never what they lead to.
 bool Remove(const QString &path)
 {
-    const QFileInfo entry(path);
-    return entry.isDir() && !entry.isSymLink() ? QDir(path).removeRecursively() : QFile::remove(path);
+    std::error_code error;
+    return std::filesystem::remove_all(QFileInfo(path).filesystemFilePath(), error) > 0 && !error;
 }
 
 void Confirm(const QList<Trace> &traces, Console &console)

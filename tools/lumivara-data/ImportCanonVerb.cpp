@@ -6,6 +6,7 @@
 #include "lumivara-data/canon/CanonFolderReader.h"
 #include "lumivara-data/canon/ClientList.h"
 #include "lumivara-data/canon/SegmentedCanon.h"
+#include "lumivara-data/files/PrivateFolder.h"
 #include "stores/engine/DatabaseError.h"
 
 #include <QCommandLineParser>
@@ -123,7 +124,10 @@ int Run(const ImportCanonOptions &options, Console &console)
         throw ToolError(u"%1: there is no such file or folder"_s.arg(source));
     const Form form = options.form ? *options.form : FormOf(source);
     Refuse(options, form);
-    if (!client.isEmpty())
+    // The marks are a live file, which has its own.
+    if (client.isEmpty())
+        UsePrivateLocks();
+    else
         ClientList::Prepare(client, console);
 
     std::optional<CheckedCanon> canon;

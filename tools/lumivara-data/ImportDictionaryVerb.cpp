@@ -55,9 +55,10 @@ Form FormOf(const QString &source)
 }
 
 /// Hands over the words of the other kinds as they stand.
-void TakeOver(const QString &path, int newKind, bool replaces, DictionaryWriter &writer, Console &console)
+void TakeOver(const QString &path, const QString &copyPath, int newKind, bool replaces, DictionaryWriter &writer,
+              Console &console)
 {
-    const PrivateCopy copy(path, UnfinishedName(path) + u".copy"_s);
+    const PrivateCopy copy(path, copyPath);
     DataFile file;
     file.Open(copy.Path());
     if (!IsDictionary(file))
@@ -158,9 +159,10 @@ int Run(const ImportDictionaryOptions &options, Console &console)
     Report report(console, options.report);
     const QString path = QFileInfo(options.into).absoluteFilePath();
     FileInTheMaking target(path);
+    UsePrivateLocks();
     DictionaryWriter writer(target.Path());
     if (QFileInfo::exists(path))
-        OnFile(path, [&] { TakeOver(path, kind, options.replaces, writer, console); });
+        OnFile(path, [&] { TakeOver(path, target.Path() + u".copy"_s, kind, options.replaces, writer, console); });
     const qsizetype kept = writer.WordCount();
     EntryIntake intake(kind, writer, report);
     if (form == Form::StarDict)

@@ -4,8 +4,8 @@
 #include "common/Interrupt.h"
 #include "common/Report.h"
 #include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/FileLock.h"
 #include "lumivara-data/files/HtmlText.h"
-#include "lumivara-data/files/UnfinishedFile.h"
 #include "lumivara-data/marks/MarksCheck.h"
 #include "lumivara-data/marks/MarksReader.h"
 #include "lumivara-data/marks/MarksStore.h"
@@ -15,7 +15,6 @@
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
-#include <QLockFile>
 #include <QSet>
 
 using namespace Qt::StringLiterals;
@@ -128,14 +127,10 @@ int Run(const ImportMarksOptions &options, Console &console)
     OpenSource(input);
     const QString path = ExistingFile(options.into);
 
-    NoteInterrupts();
     // Two imports of one file would both find it new.
-    QLockFile lock(path + u".import.lock"_s);
-    if (!TakeLock(lock)) {
-        throw ToolError(lock.error() == QLockFile::LockFailedError
-                            ? u"%1: another import into this file is running"_s.arg(path)
-                            : u"%1: cannot be written"_s.arg(QFileInfo(path).path()));
-    }
+    FileLock lock(path + u".import.lock"_s);
+    if (!lock.Take())
+        throw ToolError(u"%1: another import into this file is running"_s.arg(path));
     DataFile file;
     constexpr int pagesInMemory = 4096; // with the few of the default each new mark waits for the disk
     file.Database().SetCachePages(pagesInMemory);

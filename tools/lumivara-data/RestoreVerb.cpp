@@ -84,6 +84,7 @@ int Run(const RestoreOptions &options, Console &console)
     if (QFileInfo::exists(path))
         throw ToolError(u"%1: the file exists; move it away first"_s.arg(path));
 
+    UsePrivateLocks();
     FileInTheMaking making(path);
     SealedRun run(backup, console);
     CheckBytes(run, options, report);

@@ -5,6 +5,7 @@
 #include "lumivara-data/marks/MarksForms.h"
 
 #include <optional>
+#include <string_view>
 
 /// The verbs of the tool.
 std::span<const Verb> DataVerbs();
@@ -147,7 +148,8 @@ int Run(const ExportCanonOptions &options, Console &console);
 int Run(const ExportDictionaryOptions &options, Console &console);
 int Run(const ExportMarksOptions &options, Console &console);
 
-/// The task of a process that SealedRun has started.
+/// The task of a process that SealedRun has started, and the verb's name.
+inline constexpr std::string_view SealedVerb = "sealed";
 int RunSealed(const QStringList &arguments, Console &console);
 /// What the program starts to learn, of each of the files, how it may be opened: a verdict as JSON on a line each.
 int RunScout(const QStringList &files, Console &console);

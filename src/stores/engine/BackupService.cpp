@@ -162,6 +162,11 @@ void RunToItsEnd(FirebirdClient &client, ServiceTask &task, QLatin1StringView la
 void BackupService::Backup(const QString &database, const QString &backup) const
 {
     FirebirdClient &client = Ready(m_libraryName, database);
+    // It attaches as everyone does, and the service would not refuse by itself.
+    if (!client.LocksAreShared()) {
+        throw DatabaseError(u"The lock folder beside the databases cannot be used, and without it \"%1\" cannot be "
+                            "backed up"_s.arg(database));
+    }
     ServiceTask task(client, isc_action_svc_backup);
     const PathAlias from(database);
     task.Set(isc_spb_dbname, from.Path());

@@ -32,7 +32,8 @@ public:
     /// Loads the library at `libraryPath` unless one is loaded; `databasePath` is the database about to be opened.
     /// Throws DatabaseError with the loader's text.
     static FirebirdClient &Load(const QString &libraryPath, const QString &databasePath);
-    /// Replaces the lock folder beside the first opened database. No effect once the library is loaded.
+    /// Replaces the lock folder beside the first opened database; one that exists keeps its mode, so that a folder of
+    /// the caller's own keeps others out. No effect once the library is loaded.
     static void SetLockFolder(const QString &folder);
 
     Firebird::IUtil *Util() const { return m_util; }
@@ -46,7 +47,8 @@ public:
     bool LocksAreShared() const { return m_locksAreShared; }
     /// Without trailing separator.
     const QString &LockFolder() const { return m_lockFolder; }
-    /// Makes sure, before an attach, that the lock folder exists and has room for Firebird's lock files.
+    /// Makes sure, before an attach, that the lock folder exists, holds no traps and has room for Firebird's lock
+    /// files. Throws DatabaseError.
     void PrepareLockFolder();
     /// Opens the lock files to every user and allocates them in full, after an attach. Throws when the disk is full.
     void SettleLockFiles();

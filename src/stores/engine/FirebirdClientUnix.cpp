@@ -1,16 +1,15 @@
 #include "stores/engine/FirebirdClient.h"
 
+#include "stores/engine/LockFolder.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
 
-#include <cerrno>
-#include <cstring>
+#include <cstdlib>
 #include <dlfcn.h>
-#include <fcntl.h>
 #include <ibase.h>
 #include <memory>
-#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -19,9 +18,6 @@ using namespace Qt::StringLiterals;
 void KeepSharedLocks();
 
 namespace {
-
-/// More than Firebird's lock, event and trace files take together.
-constexpr off_t LockFileRoom = off_t{4} * 1024 * 1024;
 
 std::unique_ptr<FirebirdClient> &TheClient()
 {
@@ -36,38 +32,18 @@ QString &ChosenLockFolder()
     return folder;
 }
 
-bool MakeFolder(const QString &folder, mode_t mode)
-{
-    const QByteArray path = QFile::encodeName(folder);
-    if (::mkdir(path.constData(), mode) != 0 && errno != EEXIST)
-        return false;
-    struct stat status = {};
-    if (::stat(path.constData(), &status) != 0 || !S_ISDIR(status.st_mode))
-        return false;
-    // mkdir applies the umask, so set the mode. If the folder is another user's, that user's copy has done so.
-    if (status.st_uid == ::geteuid())
-        ::chmod(path.constData(), mode);
-    return ::access(path.constData(), R_OK | W_OK | X_OK) == 0;
-}
-
+/// A folder of this user's own, for databases that can't be written. Empty if there is no place for one.
 QString PrivateLockFolder()
 {
     QString base = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
     if (base.isEmpty())
         base = QDir::tempPath();
-    return base + u"/lumivara-lock-"_s + QString::number(::getuid());
-}
-
-/// Reserves the whole of a file of the lock folder; false on a full disk.
-bool Allocate(int descriptor, off_t size)
-{
-    const int error = size > 0 ? ::posix_fallocate(descriptor, 0, size) : 0;
-    return error != ENOSPC && error != EDQUOT;
-}
-
-[[noreturn]] void ThrowDiskFull(const QString &folder)
-{
-    throw DatabaseError(u"No space left on device for the lock files in \"%1\""_s.arg(folder));
+    const QString common = base + u"/lumivara-lock-"_s + QString::number(::getuid());
+    if (LockFolder::Make(common, LockFolder::Users::Self))
+        return common;
+    // Another user has taken the name.
+    QByteArray other = QFile::encodeName(common + u"-XXXXXX"_s);
+    return ::mkdtemp(other.data()) ? QFile::decodeName(other) : QString();
 }
 
 } // namespace
@@ -117,13 +93,14 @@ FirebirdClient &FirebirdClient::Load(const QString &libraryPath, const QString &
     }
 
     QString lockFolder = ChosenLockFolder();
-    if (lockFolder.isEmpty())
+    const bool isChosen = !lockFolder.isEmpty();
+    if (!isChosen)
         lockFolder = QFileInfo(databasePath).absolutePath() + u"/lock"_s;
-    const bool shared = MakeFolder(lockFolder, 0777);
-    if (!shared) {
+    const bool shared = LockFolder::Make(lockFolder, isChosen ? LockFolder::Users::Chosen : LockFolder::Users::All);
+    if (!shared)
         lockFolder = PrivateLockFolder();
-        MakeFolder(lockFolder, 0700);
-    }
+    if (lockFolder.isEmpty())
+        throw DatabaseError(u"There is no place for the database engine's lock files"_s);
     // With links resolved, because through a link Firebird does not find all its character sets.
     const QFileInfo root(QFileInfo(libraryPath).absolutePath() + u"/firebird"_s);
     qputenv("FIREBIRD", QFile::encodeName(root.exists() ? root.canonicalFilePath() : root.filePath()));
@@ -150,38 +127,12 @@ bool FirebirdClient::PrintBody(const QByteArray &body, const std::function<void(
 void FirebirdClient::PrepareLockFolder()
 {
     if (!QFileInfo::exists(m_lockFolder))
-        MakeFolder(m_lockFolder, m_locksAreShared ? 0777 : 0700);
-    // Firebird maps sparse files and dies of a signal if the disk has no room for their pages. So check first.
-    QByteArray probe = QFile::encodeName(m_lockFolder + u"/room-XXXXXX"_s);
-    const int descriptor = ::mkstemp(probe.data());
-    if (descriptor < 0) {
-        if (errno == ENOSPC || errno == EDQUOT)
-            ThrowDiskFull(m_lockFolder);
-        return; // Firebird itself reports what fails there
-    }
-    const bool room = Allocate(descriptor, LockFileRoom);
-    ::unlink(probe.constData());
-    ::close(descriptor);
-    if (!room)
-        ThrowDiskFull(m_lockFolder);
+        LockFolder::Make(m_lockFolder, m_locksAreShared ? LockFolder::Users::All : LockFolder::Users::Self);
+    LockFolder::Guard(m_lockFolder);
+    LockFolder::RequireRoom(m_lockFolder);
 }
 
 void FirebirdClient::SettleLockFiles()
 {
-    // "fb_lock…" belongs to the client library, "fb12_monitor…" and "fb12_trace" to the engine plug-in.
-    const QFileInfoList files = QDir(m_lockFolder).entryInfoList({u"fb*"_s}, QDir::Files | QDir::System);
-    for (const QFileInfo &file : files) {
-        const int descriptor = ::open(QFile::encodeName(file.filePath()).constData(), O_RDWR | O_CLOEXEC);
-        if (descriptor < 0)
-            continue;
-        struct stat status = {};
-        const bool known = ::fstat(descriptor, &status) == 0;
-        // Firebird makes them accessible to the owner's group only, which would lock out the next user.
-        if (known && m_locksAreShared && status.st_uid == ::geteuid())
-            ::fchmod(descriptor, 0666);
-        const bool room = !known || Allocate(descriptor, status.st_size);
-        ::close(descriptor);
-        if (!room)
-            ThrowDiskFull(m_lockFolder);
-    }
+    LockFolder::Settle(m_lockFolder);
 }

@@ -10,6 +10,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -39,14 +40,15 @@ public:
     {
         if (IsAbsent(path))
             return ReadResult::Missing;
-        // Opening a pipe of that name would wait for its other end.
-        if (!QFileInfo(path).isFile()) {
-            errorText = qt_error_string(EACCES);
-            return ReadResult::Failed;
-        }
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly)) {
-            errorText = file.errorString();
+        // Opening a pipe of that name would wait for its other end. A link is the user's own way to keep the file
+        // elsewhere.
+        const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        struct stat status = {};
+        const bool isFile = descriptor >= 0 && ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+        QFile file;
+        if (!isFile || !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+            errorText = qt_error_string(descriptor < 0 ? errno : EACCES);
+            ::close(descriptor);
             return ReadResult::Failed;
         }
         QByteArray content = file.readAll();
@@ -107,7 +109,8 @@ public:
                                   QString &errorText) override
     {
         // The kernel's lock and not a file with a process id: it ends with its holder in any case.
-        const int descriptor = ::open(QFile::encodeName(lockFile).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        const int descriptor = ::open(QFile::encodeName(lockFile).constData(),
+                                      O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600);
         if (descriptor < 0) {
             errorText = qt_error_string(errno);
             return nullptr;

@@ -1,15 +1,12 @@
 #include "common/Report.h"
 
 #include "common/Console.h"
-#include "common/Interrupt.h"
 #include "common/Tool.h"
 
 #include <QCommandLineParser>
 #include <QJsonDocument>
 
 #include <gmock/gmock.h>
-
-#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -106,28 +103,6 @@ TEST(Tool, AFailureEndsAVerbWithItsMessage)
     EXPECT_EQ(told[u"error"_s].toString() + told[u"findings"_s][0][u"place"_s].toString(), u"is fulla:1"_s)
         << json.output;
     EXPECT_EQ(json.errors, "tool: is full\n");
-}
-
-/// Each in a process of its own, because an interrupt is remembered.
-TEST(Interrupt, TheFirstOneLetsTheWorkEndInOrderAndTheSecondOneKills)
-{
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
-    const auto work = [](int signal, int times) {
-        NoteInterrupts();
-        ThrowIfInterrupted(); // not yet
-        for (int i = 0; i < times; ++i)
-            std::raise(signal);
-        try {
-            Console(u"tool"_s).Progress(u"work"_s, 0, 1);
-        } catch (const ToolError &error) {
-            std::fputs(error.what(), stderr);
-            std::_Exit(7);
-        }
-    };
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        EXPECT_EXIT(work(signal, 1), testing::ExitedWithCode(7), "interrupted");
-        EXPECT_EXIT(work(signal, 2), testing::KilledBySignal(signal), "");
-    }
 }
 
 } // namespace

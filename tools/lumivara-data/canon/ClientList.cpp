@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/ClientList.h"
 
+#include "common/Leftover.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/marks/MarksCheck.h"
@@ -56,6 +57,6 @@ qsizetype ClientList::AddMissing(const QString &path, const CheckedCanon &canon)
         }
     }
     file.Database().CheckFileInPlace();
-    file.Finish(false);
+    Leftover::Complete(path, [&file] { file.Finish(false); });
     return added;
 }

@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <filesystem>
 
 using namespace Qt::StringLiterals;
@@ -41,20 +42,16 @@ void RefuseForeign(const QString &path)
 } // namespace
 
 ExportFolder::ExportFolder(const QString &target)
-    : m_target(QDir::cleanPath(QFileInfo(target).absoluteFilePath())), m_path(m_target + u".part"_s),
-      m_lock(m_path + u".lock"_s)
+    : m_target(QDir::cleanPath(QFileInfo(target).absoluteFilePath())), m_lock(UnfinishedName(m_target) + u".lock"_s)
 {
-    NoteInterrupts();
     const QString above = QFileInfo(m_target).absolutePath();
     if (!QFileInfo(above).isDir())
         throw ToolError(u"%1: there is no such folder"_s.arg(above));
-    if (!TakeLock(m_lock))
-        throw ToolError(m_lock.error() == QLockFile::LockFailedError
-                            ? u"%1: another process is writing this export"_s.arg(m_target)
-                            : u"%1: cannot be written"_s.arg(above));
+    if (!m_lock.Take())
+        throw ToolError(u"%1: another process is writing this export"_s.arg(m_target));
     RefuseForeign(m_target);
-    RefuseForeign(m_path);
-    QDir(m_path).removeRecursively();
+    m_private.emplace(UnfinishedName(m_target));
+    m_path = m_private->Path(QFileInfo(m_target).fileName());
     m_files.emplace();
     Write(Marker, "An export of lumivara-data; the next one to this place replaces the whole folder.\n");
 }
@@ -62,11 +59,11 @@ ExportFolder::ExportFolder(const QString &target)
 ExportFolder::~ExportFolder()
 {
     m_files.reset();
-    QDir(m_path).removeRecursively();
 }
 
 void ExportFolder::Write(const QString &name, const QByteArray &bytes)
 {
+    ThrowIfInterrupted();
     const QString path = m_path + u'/' + name;
     const QString folder = QFileInfo(path).path();
     if (folder != m_lastFolder && !QDir().mkpath(folder))
@@ -86,12 +83,23 @@ void ExportFolder::Finish()
     while (!m_files->IsEmpty())
         m_files->Take();
     ThrowIfInterrupted();
+    if (!SettleFolder(m_path, m_target))
+        throw ToolError(u"%1: %2"_s.arg(m_target, qt_error_string(errno)));
+    Leftover::Complete(m_target, [this] { PutInPlace(); });
+}
+
+void ExportFolder::PutInPlace()
+{
+    // An older export goes away with the private folder.
     if (QFileInfo::exists(m_target) && ExchangeFolders(m_path, m_target))
         return;
-    // An older export goes away with what the destructor removes.
-    QDir(m_target).removeRecursively();
     std::error_code error;
-    std::filesystem::rename(QFileInfo(m_path).filesystemFilePath(), QFileInfo(m_target).filesystemFilePath(), error);
+    const std::filesystem::path place = QFileInfo(m_target).filesystemFilePath();
+    const QString old = m_private->Path(u"old"_s);
+    if (QFileInfo::exists(m_target))
+        std::filesystem::rename(place, QFileInfo(old).filesystemFilePath(), error);
+    if (!error)
+        std::filesystem::rename(QFileInfo(m_path).filesystemFilePath(), place, error);
     if (error)
         throw ToolError(u"%1: %2"_s.arg(m_target, QString::fromStdString(error.message())));
 }

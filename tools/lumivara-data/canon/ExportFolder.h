@@ -1,9 +1,10 @@
 #pragma once
 
 #include "common/InOrder.h"
+#include "lumivara-data/files/FileLock.h"
+#include "lumivara-data/files/PrivateFolder.h"
 
 #include <QByteArray>
-#include <QLockFile>
 #include <QString>
 
 #include <optional>
@@ -24,10 +25,13 @@ public:
     void Finish();
 
 private:
+    void PutInPlace();
+
     QString m_target;
     QString m_path;
     QString m_lastFolder;
-    QLockFile m_lock;
+    FileLock m_lock;
+    std::optional<PrivateFolder> m_private;
     /// File systems make the files of one folder one after the other: more threads than two would wait.
     std::optional<InOrder<void>> m_files;
 };

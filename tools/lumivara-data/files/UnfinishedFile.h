@@ -1,8 +1,13 @@
 #pragma once
 
+#include "common/Tool.h"
+#include "lumivara-data/files/FileLock.h"
+#include "lumivara-data/files/PrivateFolder.h"
+
 #include <QFileDevice>
-#include <QLockFile>
 #include <QString>
+
+#include <optional>
 
 /// How a finished file gets its name: made under another one, brought to the disk, renamed. So an interruption, be it a
 /// power cut, leaves the old state or the new one. Failures are thrown as ToolError.
@@ -13,24 +18,24 @@ QString UnfinishedName(const QString &path);
 QString WriteFault(const QFileDevice &file);
 /// Removes what an interrupted run has left under a name.
 void RemoveStale(const QString &path);
-/// Brings a file's bytes to the disk and lets every user read it.
-void Settle(const QString &path);
+/// Another process is making the same file.
+class MadeElsewhere : public ToolError
+{
+public:
+    using ToolError::ToolError;
+};
 
-/// Takes a lock that ends with its process, without waiting.
-bool TakeLock(QLockFile &lock);
-
-/// A file that is made whole or not at all: written under the other name, which goes away again unless Finish() is
-/// reached. Interrupts wait for ThrowIfInterrupted() from the first of these on.
+/// A file that is made whole or not at all: written in a private folder beside its place, which goes away again with
+/// this object. Finished, a new file gets the mode that the umask leaves, one that replaces another has its mode, and
+/// until then nobody else can read it.
 class FileInTheMaking
 {
 public:
     /// Throws ToolError where the folder of `target` can't be written, `target` is something else than a file that may
-    /// be written, or another process is making the same file.
+    /// be written; MadeElsewhere.
     explicit FileInTheMaking(const QString &target);
-    ~FileInTheMaking();
-    Q_DISABLE_COPY_MOVE(FileInTheMaking)
 
-    /// Where to write; no such file exists at first.
+    /// Where to write; no such file exists at first, and others may be made beside it that go with this object.
     const QString &Path() const { return m_path; }
     /// Brings the file to the disk and gives it its name, over one that exists. A program that has the old file open
     /// goes on with that.
@@ -39,7 +44,10 @@ public:
     void FinishNew();
 
 private:
+    void Settle(const QString &replaced) const;
+
     QString m_target;
     QString m_path;
-    QLockFile m_lock;
+    FileLock m_lock;
+    std::optional<PrivateFolder> m_folder;
 };

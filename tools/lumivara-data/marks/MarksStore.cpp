@@ -2,6 +2,7 @@
 
 #include "common/Console.h"
 #include "common/Interrupt.h"
+#include "common/Leftover.h"
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/DataFile.h"
@@ -127,7 +128,7 @@ void MarksStore::WriteAll(Console &console)
     ThrowIfInterrupted();
     // The engine itself would go on in a file that was moved away.
     m_file.Database().CheckFileInPlace();
-    m_file.Transaction().Commit();
+    Leftover::Complete(m_path, [this] { m_file.Transaction().Commit(); });
     m_report.Count(u"texts added to the list"_s, texts);
     for (const auto &[place, note] : std::as_const(notes))
         m_report.Note(place, note);

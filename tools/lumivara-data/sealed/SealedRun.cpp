@@ -2,6 +2,7 @@
 
 #include "common/Console.h"
 #include "common/Interrupt.h"
+#include "common/Leftover.h"
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/PrivateCopy.h"
@@ -9,9 +10,7 @@
 #include "stores/engine/FileStamp.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QElapsedTimer>
-#include <QFileInfo>
 #include <QProcess>
 
 using namespace Qt::StringLiterals;
@@ -23,40 +22,19 @@ constexpr qint64 LongestSilenceMilliseconds = 20000;
 constexpr int LookMilliseconds = 50; // between two looks at the process and at interrupts
 constexpr int MostCopies = 3;        // of a file that changes while it is copied
 
-QString BaseFolder(const QString &wanted)
+QString FolderPrefix(const QString &wanted)
 {
-    const QString base = wanted.isEmpty() ? QDir::tempPath() : wanted;
+    const QString prefix = wanted.isEmpty() ? PrivateFolder::TemporaryPrefix() : wanted + u"/sealed"_s;
     // Firebird could not open a file there, see PathAlias; a sealed process can make no link elsewhere.
-    return base.contains(u':') ? u"/tmp"_s : base;
-}
-
-QString FolderTemplate(const QString &base)
-{
-    return base + u"/lumivara-data-%1-XXXXXX"_s.arg(QCoreApplication::applicationPid());
-}
-
-/// Folders of runs that were killed.
-void ClearLeftovers(const QString &base)
-{
-    const QDir folder(base);
-    for (const QFileInfo &left :
-         folder.entryInfoList({u"lumivara-data-*-??????"_s}, QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot)) {
-        const QString process = left.fileName().section(u'-', 2, 2);
-        if (left.isWritable() && !QFileInfo::exists(u"/proc/"_s + process))
-            QDir(left.filePath()).removeRecursively();
-    }
+    return prefix.contains(u':') ? u"/tmp/lumivara-work"_s : prefix;
 }
 
 } // namespace
 
 SealedRun::SealedRun(const QString &source, Console &console, const QString &base)
-    : m_source(source), m_console(console), m_folder(FolderTemplate(BaseFolder(base)))
+    : m_source(source), m_console(console), m_folder(FolderPrefix(base))
 {
-    NoteInterrupts();
-    ClearLeftovers(BaseFolder(base));
-    if (!m_folder.isValid())
-        throw ToolError(u"there is no place for a temporary copy: %1"_s.arg(m_folder.errorString()));
-    m_copy = m_folder.filePath(u"copy"_s);
+    m_copy = m_folder.Path(u"copy"_s);
     Copy();
 }
 
@@ -91,13 +69,15 @@ void SealedRun::Run(const QString &task, const QStringList &words, Report &repor
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"TMPDIR"_s, m_folder.path());
+    environment.insert(u"TMPDIR"_s, m_folder.Path());
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.setStandardInputFile(QProcess::nullDevice());
+    process.setChildProcessModifier(LetInterruptsThrough);
     process.start(QCoreApplication::applicationFilePath(), QStringList{u"sealed"_s, task, m_copy} + words);
     if (!process.waitForStarted())
         Fail(process.errorString());
+    const ChildOfWork child(process.processId());
     const auto end = [&process] {
         process.kill();
         process.waitForFinished();

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "lumivara-data/files/PrivateFolder.h"
 #include "lumivara-data/sealed/Frames.h"
 #include "stores/examination/StoredFile.h"
 
 #include <QString>
-#include <QTemporaryDir>
 
 #include <functional>
 
@@ -40,7 +40,7 @@ private:
 
     QString m_source;
     Console &m_console;
-    QTemporaryDir m_folder;
+    PrivateFolder m_folder;
     QString m_copy;
     QString m_place; ///< where the task was last
     QString m_failure;
