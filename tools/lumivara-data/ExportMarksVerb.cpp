@@ -95,7 +95,7 @@ int Run(const ExportMarksOptions &options, Console &console)
         file.Open(path);
         if (!IsMarks(file))
             throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
-        count = out.isEmpty() ? Write(file, options.form, [&console](const QString &text) { console.Print(text); })
+        count = out.isEmpty() ? Write(file, options.form, [&console](const QString &text) { console.Put(text); })
                               : WriteWhole(file, options.form, out);
     });
     if (out.isEmpty())
