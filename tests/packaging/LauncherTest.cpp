@@ -148,6 +148,50 @@ TEST_F(Installed, UpdateRenewsWhatIsThePackagesAndKeepsWhatIsTheUsers)
     EXPECT_EQ(Read(u"KELORA.FDB"_s), "2");
 }
 
+TEST_F(Installed, AUsersOwnLinkStaysWhereverItLeads)
+{
+    EXPECT_EQ(Launch(u"lumivara-data"_s).code, 7);
+    const QString elsewhere = Home() + u"/share/lumivara/"_s;
+    Put(elsewhere + u"KELORA.FDB"_s, "own canon");
+    const QString before = u"/opt/before"_s;
+    Put(Own(u"launcher"_s), (before + u"/bin/lumivara\n"_s).toUtf8());
+    const std::tuple<QString, QString, QString> links[]{
+        {u"KELORA.FDB"_s, elsewhere + u"KELORA.FDB"_s, elsewhere + u"KELORA.FDB"_s},
+        {u"Stick.lng"_s, u"/media/stick/share/lumivara/Stick.lng"_s, u"/media/stick/share/lumivara/Stick.lng"_s},
+        {u"Mine.lng"_s, Data(u"Gone.lng"_s), Data(u"Gone.lng"_s)},
+        {u"Gone.lng"_s, Data(u"Gone.lng"_s), QString()},
+        {u"Older.lng"_s, before + u"/share/lumivara/Older.lng"_s, QString()},
+        {u"firebird"_s, before + u"/lib/lumivara/firebird"_s, Program(u"firebird"_s)}};
+    for (const auto &[name, target, after] : links) {
+        QFile::remove(Own(name));
+        QFile::link(target, Own(name));
+    }
+    EXPECT_EQ(Launch(u"lumivara-data"_s).errors, QString());
+    for (const auto &[name, target, after] : links)
+        EXPECT_EQ(QFileInfo(Own(name)).symLinkTarget(), after) << qPrintable(name);
+}
+
+/// As on a stick or a share: neither links nor modes.
+TEST_F(Installed, FirstSettingsAreWrittenWhereThereAreNoHardLinks)
+{
+    for (const QString &command : {u"ln"_s, u"chmod"_s})
+        Put(At(u"poor/"_s + command), "#!/bin/sh\nexit 1\n");
+    environment.insert(u"PATH"_s, At(u"poor:"_s) + environment.value(u"PATH"_s));
+    environment.insert(u"XDG_CONFIG_HOME"_s, Home());
+    const QString settings = Home() + u"/lumivara/registry.json"_s;
+    const auto write = [&] {
+        QProcess script;
+        Begin(script, QCoreApplication::applicationDirPath() + u"/packaging/first-settings"_s, {Home()});
+        return script.waitForFinished() ? script.exitCode() : -1;
+    };
+    EXPECT_EQ(write(), 0);
+    EXPECT_TRUE(QFileInfo(settings).size() > 100);
+    EXPECT_EQ(NamesIn(Home() + u"/lumivara"_s), QStringList{u"registry.json"_s});
+    Put(settings, "mine");
+    EXPECT_EQ(write(), 0);
+    EXPECT_EQ(QFileInfo(settings).size(), 4);
+}
+
 TEST_F(Installed, HelpOfAToolAndWhatClearsTheFolderMakeNone)
 {
     for (const QStringList &arguments : {QStringList{u"check"_s, u"--help"_s}, QStringList{u"forget-me"_s, u"--yes"_s}})

@@ -5,11 +5,21 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
 #include <cstdio>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// What steers a terminal, turns the direction of what follows, or begins a line where none is begun.
+bool Steers(QChar c)
+{
+    const char16_t unit = c.unicode();
+    return (unit < u' ' && unit != u'\n' && unit != u'\t') || (unit >= 0x7F && unit < 0xA0) || unit == 0x061C ||
+           unit == 0x200E || unit == 0x200F || unit == QChar::LineSeparator || unit == QChar::ParagraphSeparator ||
+           (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
+}
 
 bool Write(std::FILE *stream, const QString &text)
 {
@@ -32,16 +42,45 @@ QString TimeLeft(qint64 elapsedMilliseconds, qsizetype done, qsizetype total)
 
 } // namespace
 
+QString Harmless(const QString &text)
+{
+    if (std::none_of(text.cbegin(), text.cend(), Steers))
+        return text;
+    QString harmless;
+    harmless.reserve(text.size());
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        const QChar c = text[at];
+        if (!Steers(c))
+            harmless += c;
+        else if (c == u'\r' && at + 1 < text.size() && text[at + 1] == u'\n')
+            harmless += u' ';
+        else
+            harmless += u"\\u%1"_s.arg(ushort(c.unicode()), 4, 16, QLatin1Char('0'));
+    }
+    return harmless;
+}
+
 void Console::Print(const QString &text)
 {
     EndProgress();
-    m_isOutputWhole = Write(stdout, text) && m_isOutputWhole;
+    m_isOutputWhole = Write(stdout, Harmless(text)) && m_isOutputWhole;
+}
+
+void Console::PrintLine(const QString &line)
+{
+    Print(QString(line).replace(u"\r\n"_s, u" "_s).replace(u'\n', u' ') + u'\n');
+}
+
+void Console::Put(const QString &data)
+{
+    EndProgress();
+    m_isOutputWhole = Write(stdout, OutputGoesToATerminal() ? Harmless(data) : data) && m_isOutputWhole;
 }
 
 void Console::PrintError(const QString &text)
 {
     EndProgress();
-    Write(stderr, text);
+    Write(stderr, Harmless(text));
 }
 
 void Console::Error(const QString &message)
@@ -65,7 +104,7 @@ void Console::Progress(const QString &work, qsizetype done, qsizetype total, con
     }
     if (!ErrorsGoToATerminal()) {
         if (isNew)
-            Write(stderr, u"%1: %2 %3\n"_s.arg(work).arg(total).arg(unit));
+            Write(stderr, u"%1: %2 %3\n"_s.arg(Harmless(work)).arg(total).arg(unit));
         return;
     }
     constexpr qint64 restMilliseconds = 100;
@@ -73,8 +112,10 @@ void Console::Progress(const QString &work, qsizetype done, qsizetype total, con
         return;
     m_sinceShown.start();
     constexpr auto clearRest = "\x1b[K";
-    Write(stderr, u"\r%1: %2 of %3%4%5"_s.arg(work).arg(done).arg(total).arg(
-                      TimeLeft(m_sinceStart.elapsed(), done, total), QLatin1StringView(clearRest)));
+    Write(stderr, u"\r%1: %2 of %3%4%5"_s.arg(Harmless(work))
+                      .arg(done)
+                      .arg(total)
+                      .arg(TimeLeft(m_sinceStart.elapsed(), done, total), QLatin1StringView(clearRest)));
 }
 
 void Console::EndProgress()

@@ -6,6 +6,10 @@
 
 #include <functional>
 
+/// A text that cannot harm who reads it on a terminal: control characters other than line ends and tabs, and those that
+/// turn the direction of writing, become "\uXXXX", which JSON reads as the character itself.
+QString Harmless(const QString &text);
+
 /// A tool's standard output and error streams, in UTF-8 whatever the locale. Results go to the output, messages and
 /// progress to the error stream.
 class Console
@@ -15,8 +19,13 @@ public:
     explicit Console(const QString &tool) : m_tool(tool) {}
     const QString &Tool() const { return m_tool; }
 
-    /// Writes text unchanged; lines end in "\n".
+    /// Writes text, made harmless; lines end in "\n".
     void Print(const QString &text);
+    /// One line; line ends in it, as names of files may have them, become blanks.
+    void PrintLine(const QString &line);
+    /// Writes what the user has asked for unchanged, and harmless on a terminal.
+    void Put(const QString &data);
+    /// As Print().
     void PrintError(const QString &text);
     /// One message line, with the tool's name in front.
     void Error(const QString &message);

@@ -38,8 +38,8 @@ public:
     InOrder &operator=(const InOrder &) = delete;
 
     bool IsEmpty() const { return m_results.empty(); }
-    /// Always true of an empty one, so that a single job may be of any size.
-    bool HasRoom() const { return IsEmpty() || m_bytes < MostBytes; }
+    /// For a job of so many bytes. Always true of an empty one, so that a single job may be of any size.
+    bool HasRoom(size_t bytes = 0) const { return IsEmpty() || m_bytes + bytes < MostBytes; }
 
     void Put(size_t bytes, std::function<Result()> job)
     {

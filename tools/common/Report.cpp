@@ -95,7 +95,7 @@ void Report::Say(const QString &line)
 void Report::Print(const QString &line)
 {
     if (m_console && !m_options.isJson)
-        m_console->Print(line + u'\n');
+        m_console->PrintLine(line);
 }
 
 int Report::Code() const
@@ -142,6 +142,6 @@ int Report::Finish(const QString &verdict)
         words.append(u"%1 %2"_s.arg(number).arg(what));
     const QString counts = words.join(u", "_s);
     if (!counts.isEmpty() || !verdict.isEmpty())
-        m_console->Print(counts + (counts.isEmpty() || verdict.isEmpty() ? u""_s : u": "_s) + verdict + u'\n');
+        m_console->PrintLine(counts + (counts.isEmpty() || verdict.isEmpty() ? u""_s : u": "_s) + verdict);
     return Code();
 }

@@ -6,3 +6,8 @@ bool ErrorsGoToATerminal()
 {
     return ::isatty(STDERR_FILENO) != 0;
 }
+
+bool OutputGoesToATerminal()
+{
+    return ::isatty(STDOUT_FILENO) != 0;
+}

@@ -38,7 +38,7 @@ qsizetype Write(DataFile &file, const MarksForm &form, const std::function<void(
 /// Ends when nobody reads any more.
 void Show(const QString &text, Console &console)
 {
-    console.Print(text);
+    console.Put(text);
     if (!console.IsOutputWhole())
         throw ToolError(u"the standard output cannot be written"_s);
 }

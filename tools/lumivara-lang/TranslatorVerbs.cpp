@@ -121,7 +121,7 @@ int RunFresh(const QStringList &arguments, Console &console)
 
     const QString text = FreshFile(id, WindowsOf(parser));
     if (words.size() == 1) {
-        console.Print(text);
+        console.Put(text);
         return ExitCode::Clean;
     }
     QFile file(words[1]);

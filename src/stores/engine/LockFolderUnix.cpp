@@ -1,6 +1,7 @@
 #include "stores/engine/LockFolder.h"
 
 #include "stores/engine/DatabaseError.h"
+#include "stores/engine/FirebirdCallsUnix.h"
 
 #include <QDir>
 #include <QFile>
@@ -12,7 +13,6 @@
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <string>
 #include <sys/file.h>
@@ -84,6 +84,10 @@ int OpenInPlace(const Place &place, const char *name, int flags, mode_t mode)
         ::fchmod(descriptor, everyUser);
     return descriptor;
 }
+
+constinit Real<int(const char *, int, ...)> RealOpen("open64");
+constinit Real<int(const char *, mode_t)> RealChmod("chmod");
+constinit Real<int(const char *, uid_t, gid_t)> RealChown("chown");
 
 [[noreturn]] void Refuse(const QString &path, const QString &why)
 {
@@ -250,7 +254,6 @@ int ChownForEngine(const char *path, uid_t owner, gid_t group) __asm__("chown");
 
 int OpenForEngine(const char *path, int flags, ...)
 {
-    static auto *const next = Next<int(const char *, int, ...)>("open64");
     mode_t mode = 0;
     if ((flags & O_CREAT) || (flags & O_TMPFILE) == O_TMPFILE) {
         va_list rest;
@@ -261,21 +264,19 @@ int OpenForEngine(const char *path, int flags, ...)
     const Place *place = thePlace.load(std::memory_order_acquire);
     const char *name = NameInPlace(place, path);
     return name && IsEngine(__builtin_return_address(0)) ? OpenInPlace(*place, name, flags, mode)
-                                                         : next(path, flags, mode);
+                                                         : RealOpen()(path, flags, mode);
 }
 
 int ChmodForEngine(const char *path, mode_t mode)
 {
-    static auto *const next = Next<int(const char *, mode_t)>("chmod");
     const bool isSettled = NameInPlace(thePlace.load(), path) && IsEngine(__builtin_return_address(0));
-    return isSettled ? 0 : next(path, mode);
+    return isSettled ? 0 : RealChmod()(path, mode);
 }
 
 int ChownForEngine(const char *path, uid_t owner, gid_t group)
 {
-    static auto *const next = Next<int(const char *, uid_t, gid_t)>("chown");
     const bool isSettled = NameInPlace(thePlace.load(), path) && IsEngine(__builtin_return_address(0));
-    return isSettled ? 0 : next(path, owner, group);
+    return isSettled ? 0 : RealChown()(path, owner, group);
 }
 
 } // extern "C"

@@ -8,6 +8,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -61,6 +63,34 @@ TEST(Report, TellsAsMuchAsItIsAskedTo)
         "findingCount": 2, "findings": [{"place": "a.csv:3", "fault": "is \"bad\""}],
         "noteCount": 1, "notes": [{"place": "a.csv", "change": "converted"}]})"))
         << json.output;
+}
+
+TEST(Console, WhatSteersATerminalOrTheDirectionOfWritingIsShown)
+{
+    const std::pair<QString, std::string> rows[]{
+        {u"Đích ạ\u0301 \U0001F600 a\\b\uFEFF"_s, "Đích ạ\u0301 \U0001F600 a\\b\uFEFF"},
+        {u"a\x1b[2J\x1b]0;t\a"_s, "a\\u001b[2J\\u001b]0;t\\u0007"},
+        {u"a\rb\tc\r\nd\0\x7f"_s, "a\\u000db\tc d\\u0000\\u007f"},
+        {u"\u009b31m\u2028"_s, "\\u009b31m\\u2028"},
+        {u"\u202Agpj\u202E.\u2066x\u2069\u200E\u200F\u061C"_s,
+         "\\u202agpj\\u202e.\\u2066x\\u2069\\u200e\\u200f\\u061c"},
+    };
+    for (const auto &[text, shown] : rows) {
+        const auto tell = [&text = text](Report &report, Console &console) {
+            report.Find(text, u"bad"_s);
+            console.Error(text);
+            console.Progress(text, 0, 1);
+            return report.Finish();
+        };
+        const Written plain = Reported(u"--quiet"_s, tell), json = Reported(u"--json"_s, tell);
+        EXPECT_EQ(plain.output, shown + ": bad\n");
+        const auto object = QJsonDocument::fromJson(QByteArray::fromStdString(json.output));
+        EXPECT_EQ(object[u"findings"_s][0][u"place"_s].toString(), text) << json.output;
+        EXPECT_FALSE(std::any_of(json.output.begin(), json.output.end(),
+                                 [](char c) { return c != '\n' && (uchar(c) < ' ' || c == '\x7f'); }));
+        EXPECT_THAT(plain.errors, testing::Not(testing::HasSubstr("\x1b")));
+        EXPECT_EQ(Harmless(Harmless(text)), Harmless(text));
+    }
 }
 
 TEST(Report, AMillionFaultsStayReadable)

@@ -129,19 +129,23 @@ private:
         }
     }
 
-    /// A group is on a cycle if the way up comes back to it; groups below a cycle are not reported with it.
+    /// A group is on a cycle if the way up comes back to it; groups below a cycle are not reported with it. Each group
+    /// is passed once.
     void CheckCycles()
     {
-        for (const CheckedGroup &group : m_canon.groups) {
-            if (!group.idVit)
+        QHash<int, qsizetype> passedBy; // the way on which a group was passed first, from 1
+        QSet<int> cyclic;
+        for (qsizetype way = 1; way <= m_canon.groups.size(); ++way) {
+            int at = m_canon.groups[way - 1].idVit.value_or(RootKey);
+            for (; at != RootKey && !passedBy.contains(at); at = m_parents.value(at, RootKey))
+                passedBy.insert(at, way);
+            if (at == RootKey || passedBy[at] != way)
                 continue;
-            QSet<int> passed;
-            int above = m_parents.value(*group.idVit, RootKey);
-            while (above != *group.idVit && above != RootKey && !passed.contains(above)) {
-                passed.insert(above);
-                above = m_parents.value(above, RootKey);
-            }
-            if (above == *group.idVit && above != RootKey)
+            for (; !cyclic.contains(at); at = m_parents.value(at, RootKey))
+                cyclic.insert(at);
+        }
+        for (const CheckedGroup &group : m_canon.groups) {
+            if (group.idVit && cyclic.contains(*group.idVit))
                 Report(group, u"is its own ancestor"_s);
         }
     }

@@ -216,8 +216,13 @@ QByteArray CanonFolderReader::Page(const CanonTableRow &row, int page, const QSt
     const std::optional<QByteArray> bytes = m_folder.ReadText(file, m_report);
     if (!bytes)
         return {};
-    if (isText)
-        return ImportedPage::FromText(*bytes, title.toUtf8(), languages[page]);
-    return isMarkdown ? ImportedPage::FromMarkdown(*bytes, title.toUtf8(), languages[page], m_counts)
-                      : ImportedPage::FromHtml(*bytes, title.toUtf8(), languages[page], m_counts);
+    try {
+        if (isText)
+            return ImportedPage::FromText(*bytes, title.toUtf8(), languages[page]);
+        return isMarkdown ? ImportedPage::FromMarkdown(*bytes, title.toUtf8(), languages[page], m_counts)
+                          : ImportedPage::FromHtml(*bytes, title.toUtf8(), languages[page], m_counts);
+    } catch (const PageFault &fault) {
+        m_report.Find(fault.Place(file), fault.Fault() + u"; not taken"_s);
+        return {};
+    }
 }

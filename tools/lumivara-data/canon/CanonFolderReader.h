@@ -4,6 +4,8 @@
 #include "lumivara-data/files/HtmlCleaner.h"
 #include "lumivara-data/files/SourceFolder.h"
 
+#include <QSet>
+
 class Console;
 
 /// A folder of pages (HTML, plain text, Markdown) with a table that describes them. A page is read when its text is

@@ -65,6 +65,11 @@ bool MakeRow(const Cells &cells, CanonTableRow &row, Report &report)
     return true;
 }
 
+QString TooMany()
+{
+    return u"the table has more than %1 rows"_s.arg(CanonTable::MostRows);
+}
+
 QList<CanonTableRow> ReadCsv(const QByteArray &bytes, const QString &fileName, Report &report)
 {
     QBuffer device;
@@ -91,9 +96,12 @@ QList<CanonTableRow> ReadCsv(const QByteArray &bytes, const QString &fileName, R
     if (!columns.contains(Kind))
         throw ToolError(placeOf(record) + u": there is no column \"kind\""_s);
     QList<CanonTableRow> rows;
+    qsizetype count = 0;
     while (records.Next(record)) {
         CanonTableRow row;
         row.place = placeOf(record);
+        if (++count > CanonTable::MostRows)
+            throw ToolError(row.place + u": "_s + TooMany());
         // Behind an open quote no row is sure.
         if (record.isOpen)
             throw ToolError(row.place + u": "_s + record.fault);
@@ -129,6 +137,18 @@ QList<CanonTableRow> ReadJson(const QByteArray &bytes, const QString &fileName, 
         throw ToolError(u"%1: has %2 bytes, more than %3; larger tables are comma separated ones"_s.arg(fileName)
                             .arg(bytes.size())
                             .arg(largest));
+    // Before it is read: what a document holds takes many times its bytes.
+    constexpr qsizetype mostValues = CanonTable::MostRows * (ColumnCount + 1);
+    const auto beginsValue = [](char c) { return c == '{' || c == '[' || c == ','; };
+    qsizetype rowCount = 0, valueCount = 0, line = 1;
+    for (const char c : bytes) {
+        line += c == '\n';
+        valueCount += beginsValue(c);
+        rowCount += c == '{';
+        // The whole is an object too.
+        if (rowCount > CanonTable::MostRows + 1 || valueCount > mostValues)
+            throw ToolError(u"%1:%2: "_s.arg(fileName).arg(line) + TooMany());
+    }
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     if (document.isNull())

@@ -24,10 +24,14 @@ struct CanonTableRow
 /// nothing in it is empty and one without quotes is null; elsewhere both are null.
 namespace CanonTable {
 
+/// Rows of a table; large canons have a tenth of that.
+inline constexpr qsizetype MostRows = 100'000;
+
 inline constexpr char16_t FileName[] = u"canon.csv";
 inline constexpr char16_t JsonFileName[] = u"canon.json";
 
-/// The valid rows; reports the others. `bytes` is UTF-8. Throws ToolError if it is not such a table.
+/// The valid rows; reports the others. `bytes` is UTF-8. Throws ToolError if it is not such a table, or has
+/// more than MostRows.
 QList<CanonTableRow> Read(const QByteArray &bytes, const QString &fileName, Report &report);
 
 /// The header line of a comma separated table, and a row of it.

@@ -3,9 +3,13 @@
 #include "common/Report.h"
 #include "stores/Schema.h"
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int FirstTextKey = 10'000'000, TextKeyCount = 90'000'000;
 
 QVariant OrNull(const QString &text)
 {
@@ -73,17 +77,26 @@ void CanonWriter::Finish(Report &report)
     m_file.Finish();
 }
 
+int TextKeys::After(int key)
+{
+    return key >= FirstTextKey && key + 1 < FirstTextKey + TextKeyCount ? key + 1 : FirstTextKey;
+}
+
 int TextKeys::For(const QString &name)
 {
-    constexpr int first = 10'000'000, count = 90'000'000;
     // FNV-1a: the same on every machine and in every version, as keys in readers' files must be.
     quint64 hash = 14695981039346656037ULL;
     for (const char byte : name.toUtf8())
         hash = (hash ^ uchar(byte)) * 1099511628211ULL;
-    int key = first + int(hash % count);
-    while (m_used.contains(key))
-        key = key + 1 < first + count ? key + 1 : first;
-    m_used.insert(key);
+    const int start = FirstTextKey + int(hash % TextKeyCount);
+    int key = start;
+    for (auto used = m_next.constFind(key); used != m_next.cend(); used = m_next.constFind(key))
+        key = *used;
+    const int after = After(key);
+    m_next.insert(key, after);
+    // The whole way leads here now.
+    for (int passed = start; passed != key;)
+        passed = std::exchange(m_next[passed], after);
     return key;
 }
 

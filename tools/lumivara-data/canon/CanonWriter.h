@@ -5,7 +5,7 @@
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/files/UnfinishedFile.h"
 
-#include <QSet>
+#include <QHash>
 
 class Report;
 
@@ -55,11 +55,13 @@ private:
 class TextKeys
 {
 public:
-    void Claim(int key) { m_used.insert(key); }
+    void Claim(int key) { m_next.insert(key, After(key)); }
     int For(const QString &name);
 
 private:
-    QSet<int> m_used;
+    static int After(int key);
+
+    QHash<int, int> m_next; ///< behind a used key one that may be free, so that no run of used ones is walked twice
 };
 
 /// A name for the columns: one line, without control characters, at most 127 characters. If it is cut, that is reported

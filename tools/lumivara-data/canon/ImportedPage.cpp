@@ -1,12 +1,15 @@
 #include "lumivara-data/canon/ImportedPage.h"
 
-#include <QList>
+#include <QString>
 
 #include <cmark.h>
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -33,6 +36,60 @@ QByteArray Code(Language language)
     return codes[int(language)];
 }
 
+const char *EntityOf(char c)
+{
+    return c == '&'    ? "&amp;"
+           : c == '<'  ? "&lt;"
+           : c == '>'  ? "&gt;"
+           : c == '"'  ? "&quot;"
+           : c == '\0' ? "\xEF\xBF\xBD"
+                       : nullptr;
+}
+
+bool IsEscaped(char c)
+{
+    return uchar(c) <= '>' && c != ' ' && EntityOf(c);
+}
+
+/// Depth of what a line of Markdown begins; a line of nothing but marks may be a rule.
+qsizetype DepthOf(QByteArrayView line)
+{
+    qsizetype depth = 0;
+    for (qsizetype at = 0; at < line.size(); ++at) {
+        const char c = line[at];
+        const bool endsMark = at + 1 == line.size() || line[at + 1] == ' ' || line[at + 1] == '\t';
+        if (c == '>' || ((c == '-' || c == '+' || c == '*' || c == '.' || c == ')') && endsMark))
+            ++depth;
+        else if (c != ' ' && c != '\t' && (c < '0' || c > '9'))
+            break;
+    }
+    return depth;
+}
+
+/// The parser of Markdown holds a tree of all that may be a mark.
+void RefuseTangledMarkdown(const QByteArray &markdown)
+{
+    constexpr QByteArrayView signs("\n\r!#&()*+-.:<=>[\\]_`~\"'");
+    bool mayBeMark[256] = {};
+    for (const char sign : signs)
+        mayBeMark[uchar(sign)] = true;
+    if (ImportedPage::EscapedSize(markdown) > LargestPage)
+        throw PageFault::TooLarge();
+    qsizetype marks = 0, line = 1;
+    const char *const end = markdown.constData() + markdown.size();
+    for (const char *at = markdown.constData(); at < end; ++line) {
+        const char *lineEnd = std::find(at, end, '\n');
+        marks += 1 + std::count_if(at, lineEnd, [&](char c) { return mayBeMark[uchar(c)]; });
+        if (marks > ImportedPage::MostMarks)
+            throw PageFault(line,
+                            u"the Markdown has more than %1 signs that may be marks"_s.arg(ImportedPage::MostMarks));
+        if (DepthOf(QByteArrayView(at, lineEnd)) > ImportedPage::DeepestMarks)
+            throw PageFault(line,
+                            u"the line begins more than %1 quotations or lists"_s.arg(ImportedPage::DeepestMarks));
+        at = lineEnd + 1;
+    }
+}
+
 QByteArray Head(const QByteArray &title)
 {
     return QByteArray("<head>\r\n") + Charset + "<title>" + ImportedPage::Escaped(title) + "</title>\r\n" + Style +
@@ -43,27 +100,26 @@ QByteArray Head(const QByteArray &title)
 
 QByteArray ImportedPage::Escaped(const QByteArray &text)
 {
-    const auto entityOf = [](char c) {
-        return c == '&'    ? "&amp;"
-               : c == '<'  ? "&lt;"
-               : c == '>'  ? "&gt;"
-               : c == '"'  ? "&quot;"
-               : c == '\0' ? "\xEF\xBF\xBD"
-                           : nullptr;
-    };
-    const auto isMark = [&](char c) { return uchar(c) <= '>' && c != ' ' && entityOf(c); };
     const char *copied = text.constData();
     const char *end = copied + text.size();
-    const char *at = std::find_if(copied, end, isMark);
+    const char *at = std::find_if(copied, end, IsEscaped);
     if (at == end)
         return text;
     QByteArray escaped;
     escaped.reserve(text.size() + text.size() / 32);
-    for (; at != end; at = std::find_if(copied, end, isMark)) {
-        escaped.append(copied, at - copied).append(entityOf(*at));
+    for (; at != end; at = std::find_if(copied, end, IsEscaped)) {
+        escaped.append(copied, at - copied).append(EntityOf(*at));
         copied = at + 1;
     }
     return escaped.append(copied, end - copied);
+}
+
+qsizetype ImportedPage::EscapedSize(QByteArrayView text)
+{
+    qsizetype size = text.size();
+    for (const char c : text)
+        size += IsEscaped(c) ? qsizetype(std::strlen(EntityOf(c))) - 1 : 0;
+    return size;
 }
 
 QByteArray ImportedPage::Frame(const QByteArray &title, Language language, const QByteArray &body)
@@ -92,19 +148,24 @@ QByteArray ImportedPage::FromHtml(const QByteArray &html, const QByteArray &titl
 
 QByteArray ImportedPage::FromText(const QByteArray &text, const QByteArray &title, Language language)
 {
-    QByteArray lines = text;
-    lines.replace("\r\n", "\n").replace('\r', '\n');
     QByteArray body = "<h1>" + Escaped(title) + "</h1>\r\n";
     bool isOpen = false;
-    for (const QByteArray &line : lines.split('\n')) {
-        const QByteArray words = line.trimmed();
+    qsizetype number = 0;
+    for (qsizetype at = 0; at <= text.size();) {
+        const auto *const end =
+            std::find_if(text.cbegin() + at, text.cend(), [](char c) { return c == '\n' || c == '\r'; });
+        const QByteArrayView words = QByteArrayView(text.cbegin() + at, end).trimmed();
+        at = end - text.cbegin() + (QByteArrayView(end, text.cend()).startsWith("\r\n") ? 2 : 1);
+        ++number;
+        if (body.size() + EscapedSize(words) > LargestPage)
+            throw PageFault::TooLarge(number);
         if (words.isEmpty()) {
             body += isOpen ? "</p>\r\n" : "";
             isOpen = false;
             continue;
         }
         body += isOpen ? "<br>\r\n" : "<p>";
-        body += Escaped(words);
+        body += Escaped(words.toByteArray());
         isOpen = true;
     }
     return Frame(title, language, body + (isOpen ? "</p>" : ""));
@@ -113,6 +174,7 @@ QByteArray ImportedPage::FromText(const QByteArray &text, const QByteArray &titl
 QByteArray ImportedPage::FromMarkdown(const QByteArray &markdown, const QByteArray &title, Language language,
                                       CleaningCounts &counts)
 {
+    RefuseTangledMarkdown(markdown);
     const std::unique_ptr<char, decltype(&std::free)> html(
         cmark_markdown_to_html(markdown.constData(), static_cast<size_t>(markdown.size()), CMARK_OPT_UNSAFE),
         &std::free);

@@ -246,9 +246,12 @@ void SegmentedCanon::WriteTo(CanonWriter &writer, Console &console)
     });
     InOrder<ComposedText> texts;
     auto composeAhead = [&, next = ordered.cbegin()]() mutable {
-        for (; next != ordered.cend() && texts.HasRoom(); ++next) {
-            texts.Put(static_cast<size_t>((*next)->second.Bytes(m_folder)),
-                      [this, text = *next] { return ComposeSegmented(m_folder, text->first, text->second); });
+        for (; next != ordered.cend(); ++next) {
+            // Its pages have each text twice.
+            const auto bytes = 2 * static_cast<size_t>((*next)->second.Bytes(m_folder));
+            if (!texts.HasRoom(bytes))
+                return;
+            texts.Put(bytes, [this, text = *next] { return ComposeSegmented(m_folder, text->first, text->second); });
         }
     };
     composeAhead();

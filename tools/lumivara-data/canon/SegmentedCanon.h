@@ -2,6 +2,8 @@
 
 #include "lumivara-data/canon/SegmentedComposer.h"
 
+#include <QSet>
+
 #include <map>
 
 class Console;

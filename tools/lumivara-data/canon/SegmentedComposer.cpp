@@ -7,6 +7,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+QString PlaceOf(const QString &file, int line)
+{
+    return line == 0 ? file : u"%1:%2"_s.arg(file).arg(line);
+}
+
 std::optional<std::vector<TextSegment>> Read(const SourceFolder &folder, const QString &file, Report &report)
 {
     if (file.isEmpty())
@@ -17,7 +22,7 @@ std::optional<std::vector<TextSegment>> Read(const SourceFolder &folder, const Q
     try {
         return ParseSegments(*json);
     } catch (const SegmentFault &fault) {
-        report.Find(u"%1:%2"_s.arg(file).arg(fault.Line()), fault.Fault() + u"; not taken"_s);
+        report.Find(PlaceOf(file, fault.Line()), fault.Fault() + u"; not taken"_s);
     }
     return std::nullopt;
 }
@@ -46,6 +51,19 @@ std::vector<AlignedSegment> Align(const SourceFolder &folder, const SegmentedFil
     return alignment.Take();
 }
 
+/// Escapes the words of a language; where they would make too large a page, they go.
+void Escape(std::vector<AlignedSegment> &segments, int language, const QString &file, Report &report)
+{
+    qsizetype size = 0;
+    for (const AlignedSegment &segment : segments)
+        size += ImportedPage::EscapedSize(segment.text[language]);
+    const bool isTooLarge = size > LargestPage;
+    if (isTooLarge)
+        report.Find(file, PageFault::TooLarge().Fault() + u"; not taken"_s);
+    for (AlignedSegment &segment : segments)
+        segment.text[language] = isTooLarge ? QByteArray() : ImportedPage::Escaped(segment.text[language]);
+}
+
 } // namespace
 
 qsizetype SegmentedFiles::Bytes(const SourceFolder &folder) const
@@ -60,7 +78,18 @@ ComposedText ComposeSegmented(const SourceFolder &folder, const QString &id, con
 {
     ComposedText composed;
     bool hasMarkup = false;
-    std::vector<AlignedSegment> segments = Align(folder, files, hasMarkup, composed.told);
+    std::vector<AlignedSegment> segments;
+    if (const qsizetype bytes = files.Bytes(folder); bytes > LargestSegmentedText) {
+        composed.told.Find(id,
+                           u"its files have %1 bytes, more than %2; not taken"_s.arg(bytes).arg(LargestSegmentedText));
+        return composed;
+    }
+    try {
+        segments = Align(folder, files, hasMarkup, composed.told);
+    } catch (const SegmentFault &fault) {
+        composed.told.Find(id, fault.Fault() + u"; not taken"_s);
+        return composed;
+    }
 
     std::array<QByteArray, LanguageCount> titles;
     std::array<QString, LanguageCount> names;
@@ -68,10 +97,8 @@ ComposedText ComposeSegmented(const SourceFolder &folder, const QString &id, con
         titles[size_t(i)] = SegmentedPage::Title(segments, Language(i));
         names[size_t(i)] = FittingName(QString::fromUtf8(titles[size_t(i)]), files.text[size_t(i)], composed.told);
     }
-    for (AlignedSegment &segment : segments) {
-        for (QByteArray &words : segment.text)
-            words = ImportedPage::Escaped(words);
-    }
+    for (int i = 0; i < LanguageCount; ++i)
+        Escape(segments, i, files.text[size_t(i)], composed.told);
     const auto named = [&](Language language) {
         for (const Language other : {language, Language::Pali, Language::Vietnamese, Language::English}) {
             if (const QString &name = names[size_t(other)]; !name.isEmpty())
@@ -82,7 +109,12 @@ ComposedText ComposeSegmented(const SourceFolder &folder, const QString &id, con
     const auto single = [&](Language language) {
         const QByteArray title =
             titles[size_t(language)].isEmpty() ? named(language).toUtf8() : titles[size_t(language)];
-        return SegmentedPage::Single(segments, language, hasMarkup, title, composed.counts);
+        try {
+            return SegmentedPage::Single(segments, language, hasMarkup, title, composed.counts);
+        } catch (const PageFault &fault) {
+            composed.told.Find(files.text[size_t(language)], fault.Fault() + u" in its mark-up; not taken"_s);
+            return QByteArray();
+        }
     };
     CanonText text;
     text.namePali = named(Language::Pali);

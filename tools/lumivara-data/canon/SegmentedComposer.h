@@ -11,6 +11,9 @@
 #include <optional>
 #include <vector>
 
+/// Bytes of all files of one text; those of long texts have a tenth of that.
+inline constexpr qsizetype LargestSegmentedText = 32 << 20;
+
 /// The files of one segmented text, by their names in the folder. Empty where there is none.
 struct SegmentedFiles
 {

@@ -1,11 +1,18 @@
 #include "lumivara-data/canon/SegmentedText.h"
 
+#include <QHashFunctions>
+
 #include <algorithm>
 #include <cstring>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+QString TooMany()
+{
+    return u"the text has more than %1 segments"_s.arg(MostSegments);
+}
 
 /// Reads one flat object.
 class Parser
@@ -19,6 +26,8 @@ public:
         Expect('{', u"a JSON object is expected"_s);
         if (SkipBlanks() != '}') {
             do {
+                if (segments.size() == MostSegments)
+                    Fail(TooMany());
                 TextSegment segment;
                 segment.id = String(u"a segment id in quotes is expected"_s);
                 Expect(':', u"a colon is missing behind a segment id"_s);
@@ -149,6 +158,11 @@ std::vector<TextSegment> ParseSegments(const QByteArray &json)
     return Parser(json).Run();
 }
 
+size_t Alignment::SeededHash::operator()(std::string_view id) const
+{
+    return qHashBits(id.data(), id.size(), QHashSeed::globalSeed());
+}
+
 template <typename Place>
 void Alignment::Add(const std::vector<TextSegment> &segments, std::vector<QByteArray> &repeated, Place place)
 {
@@ -168,6 +182,8 @@ void Alignment::Add(const std::vector<TextSegment> &segments, std::vector<QByteA
             continue;
         }
         if (at < 0) {
+            if (m_segments.size() == MostSegments)
+                throw SegmentFault(0, TooMany());
             at = static_cast<int>(m_segments.size());
             m_segments.push_back({segment.id, {}, {}});
             m_next.push_back(following);

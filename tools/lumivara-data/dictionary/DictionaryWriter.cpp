@@ -76,7 +76,7 @@ int TextNumbers::Number(const QByteArray &text, int number)
 {
     const QByteArray digest = QCryptographicHash::hash(text, QCryptographicHash::Blake2b_160);
     const auto high = qFromBigEndian<quint64>(digest.constData());
-    const auto low = qFromBigEndian<quint64>(digest.constData() + sizeof high);
+    const auto low = qFromBigEndian<quint32>(digest.constData() + sizeof high);
     if (3 * (m_used + 1) > 2 * m_slots.size()) {
         std::vector<Slot> old(std::max<size_t>(1024, 2 * m_slots.size()));
         old.swap(m_slots);
@@ -93,10 +93,10 @@ int TextNumbers::Number(const QByteArray &text, int number)
     return slot.number;
 }
 
-TextNumbers::Slot &TextNumbers::Find(quint64 high, quint64 low)
+TextNumbers::Slot &TextNumbers::Find(quint64 high, quint32 low)
 {
     const size_t mask = m_slots.size() - 1;
-    size_t at = low & mask;
+    size_t at = high & mask;
     while (m_slots[at].number && (m_slots[at].high != high || m_slots[at].low != low))
         at = (at + 1) & mask;
     return m_slots[at];
@@ -125,6 +125,8 @@ int DictionaryWriter::AddEntry(const QByteArray &content)
         m_entries->SetBlob(1, content);
         m_entries->Run();
         m_lastEntry = number;
+        m_sizes.push_back(static_cast<quint32>(content.size()));
+        m_entryBytes += static_cast<quint64>(content.size());
         if (number % RowsOfTransaction == 0)
             m_file.Transaction().CommitRetaining();
     }
@@ -172,9 +174,26 @@ QByteArray DictionaryWriter::Content(int entry)
     return content;
 }
 
+/// True if there is room for one more joined entry: a few large ones could come in any number of pairs.
+bool DictionaryWriter::MayJoin(const std::vector<int> &entries)
+{
+    constexpr quint64 costOfReading = 64;
+    quint64 cost = 0;
+    for (const int entry : entries)
+        cost += m_sizes[static_cast<size_t>(entry) - 1] + costOfReading;
+    m_joinedBytes += std::min<quint64>(cost, LongestEntry);
+    return m_joinedBytes <= m_mostJoined;
+}
+
 int DictionaryWriter::Join(const Word &word, const std::vector<int> &entries, Report &report)
 {
     const QString place = u"dictionary %1, \"%2\""_s.arg(word.kind).arg(QString::fromUtf8(word.name));
+    if (!MayJoin(entries)) {
+        report.Find(place, u"only the first of its %1 entries is taken: the joined ones have more than %2 times the "
+                           "bytes of all"_s.arg(entries.size())
+                               .arg(MostTimesJoined));
+        return entries.front();
+    }
     QByteArray joined;
     for (const int entry : entries) {
         const QByteArray content = Content(entry);
@@ -267,6 +286,8 @@ void DictionaryWriter::Finish(Console &console, Report *report)
     m_file.Transaction().SetActive(true);
     // Joined entries are written on the way.
     m_entries = Prepared(InsertEntry);
+    constexpr quint64 alwaysJoined = 16 * LongestEntry;
+    m_mostJoined = MostTimesJoined * m_entryBytes + alwaysJoined;
     console.Progress(u"sorting words"_s, 0, m_words.Count());
     m_words.Sort();
     StoreWords(console, report);

@@ -26,10 +26,11 @@ public:
 private:
     struct Slot
     {
-        quint64 high = 0, low = 0;
+        quint64 high = 0;
+        quint32 low = 0;
         int number = 0; ///< 0 for an empty slot
     };
-    Slot &Find(quint64 high, quint64 low);
+    Slot &Find(quint64 high, quint32 low);
 
     std::vector<Slot> m_slots;
     size_t m_used = 0;
@@ -43,6 +44,8 @@ class DictionaryWriter : public WordStore
 public:
     /// Longest entry, in bytes.
     static constexpr qsizetype LongestEntry = 1 << 20;
+    /// Entries joined for words that have several, in bytes: so many times those of all entries that were added.
+    static constexpr quint64 MostTimesJoined = 4;
 
     /// Makes the file, which must not exist.
     explicit DictionaryWriter(const QString &path);
@@ -70,6 +73,7 @@ private:
     };
     bool NextWord(Word &word);
     int Join(const Word &word, const std::vector<int> &entries, Report &report);
+    bool MayJoin(const std::vector<int> &entries);
     QByteArray Content(int entry);
     void StoreWords(Console &console, Report *report);
     void DropUnusedEntries();
@@ -81,7 +85,10 @@ private:
     std::unique_ptr<Statement> m_content;
     TextNumbers m_numbers;
     int m_lastEntry = 0;
-    std::vector<bool> m_isUsed; ///< by the entry's number
+    std::vector<bool> m_isUsed;   ///< by the entry's number
+    std::vector<quint32> m_sizes; ///< of the entries, by the number before theirs
+    quint64 m_entryBytes = 0;
+    quint64 m_joinedBytes = 0, m_mostJoined = 0;
     RecordSorter m_words;
     QByteArray m_record; ///< the memory of the one that is made
     qsizetype m_storedWords[DictKind::All.back() + 1] = {};

@@ -1,6 +1,7 @@
 #include "lumivara-data/dictionary/EntryIntake.h"
 
 #include "common/Report.h"
+#include "common/Tool.h"
 #include "dictionary/EntryFormatter.h"
 #include "dictionary/WordRules.h"
 #include "lumivara-data/dictionary/DictionaryCheck.h"
@@ -14,6 +15,9 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// Longer ones need not be composed to be seen as too long.
+constexpr qsizetype MostWordBytes = 4096;
 
 bool IsControl(char c)
 {
@@ -109,8 +113,11 @@ bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace
         LeaveOut(place, u"the word is not UTF-8"_s);
         return false;
     }
-    const QString given = QString::fromUtf8(bytes);
-    QString word = given.trimmed();
+    if (bytes.size() > MostWordBytes) {
+        LeaveOut(place, u"the word has %1 bytes, more than %2"_s.arg(bytes.size()).arg(MostWordBytes));
+        return false;
+    }
+    QString word = QString::fromUtf8(bytes).trimmed();
     if (std::any_of(word.cbegin(), word.cend(), IsControlUnit)) {
         word = WithoutControls(word);
         m_report.Note(place.Text(), u"control characters are taken out of \"%1\""_s.arg(word));
@@ -131,6 +138,8 @@ bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace
         m_report.Note(place.Text(), u"\"%1\" is taken in lower case, or no search would find it"_s.arg(word));
         word = LowerForm(word);
     }
+    if (++m_wordCount > MostWords)
+        throw ToolError(u"%1: more than %2 words"_s.arg(place.Text()).arg(MostWords));
     m_store.AddWord(m_kind, word, entry);
     return true;
 }

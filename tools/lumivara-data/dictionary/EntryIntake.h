@@ -39,6 +39,9 @@ struct CheckedEntry
 class EntryIntake
 {
 public:
+    /// Words and forms of one source; large dictionaries have a tenth of that.
+    static constexpr qsizetype MostWords = 5'000'000;
+
     EntryIntake(int kind, WordStore &store, Report &report) : m_kind(kind), m_store(store), m_report(report) {}
 
     /// Imports a word and its entry, UTF-8 in the line mark-up. Returns the entry's number, 0 if it was skipped.
@@ -47,7 +50,7 @@ public:
     static CheckedEntry Check(QByteArray content);
     /// Imports an entry for later words; 0 if it was skipped.
     int TakeEntry(const CheckedEntry &entry, const SourcePlace &place);
-    /// Adds a word for an imported entry.
+    /// Adds a word for an imported entry. Throws ToolError behind MostWords.
     bool TakeWord(const QByteArray &word, int entry, const SourcePlace &place);
 
     int Kind() const { return m_kind; }
@@ -59,4 +62,5 @@ private:
     int m_kind;
     WordStore &m_store;
     Report &m_report;
+    qsizetype m_wordCount = 0;
 };

@@ -130,11 +130,10 @@ void EntryMarkup::AddLine(char mark, QByteArrayView text)
     }
     if (mark)
         m_lines += mark;
-    QByteArray changed;
     for (bool isPlain = mark == '\0';; isPlain = true) {
         if (isPlain && !text.isEmpty() && Marks.contains(text.front())) {
-            changed = "&#" + QByteArray::number(text.front()) + ';' + text.sliced(1).toByteArray();
-            text = changed;
+            m_lines += "&#" + QByteArray::number(text.front()) + ';';
+            text = text.sliced(1);
         }
         if (text.size() <= LongestText)
             break;
@@ -157,7 +156,9 @@ void EntryMarkup::AddPlain(QByteArrayView text)
         isMarkedUp = line.front() == '@' || line.front() == '*';
         return !isMarkedUp;
     });
-    m_lines.reserve(m_lines.size() + text.size() + text.size() / 8);
+    // Each further reserve would copy what is there, and a text may have a part for each of its bytes.
+    if (m_lines.isEmpty())
+        m_lines.reserve(text.size() + text.size() / 8);
     QByteArray escaped;
     EachLine(text, [&](QByteArrayView line) {
         const bool isMarked = isMarkedUp ? Marks.contains(line.front()) : line.startsWith("- ");

@@ -30,19 +30,16 @@ constexpr qint64 LongestDescription = 1 << 20;
 constexpr qsizetype LongestName = 4096;
 /// After so many broken words in a row the file is not an index.
 constexpr qsizetype MostBroken = 10'000;
-/// Sizes that add up to more than so many times the texts are lies.
+/// Sizes, or entries, that add up to more than so many times the texts are lies.
 constexpr quint64 MostTimesTheTexts = 4;
 constexpr qsizetype MostFields = 32;
-constexpr quint64 MostWords = 100'000'000;
-constexpr quint64 LargestFile = 1ULL << 40;
 
 /// A row of names, each ended by NUL and followed by a fixed number of bytes, out of a plain or compressed file.
 class NameRows
 {
 public:
-    /// Reads no more than `mostBytes` of what the file holds.
-    NameRows(const QString &path, qsizetype tailSize, quint64 mostBytes)
-        : m_path(path), m_tailSize(tailSize), m_left(mostBytes),
+    NameRows(const QString &path, qsizetype tailSize)
+        : m_path(path), m_tailSize(tailSize), m_mostBytes(MostExpanded(static_cast<quint64>(QFileInfo(path).size()))),
           m_file(gzopen(QFile::encodeName(path).constData(), "rb"), gzclose)
     {
         if (!m_file)
@@ -82,9 +79,8 @@ public:
     }
     /// The file ends inside of a row.
     bool IsCut() const { return m_isCut; }
-    quint64 Position() const { return m_read - static_cast<quint64>(Held()); }
-    /// True if there is more than may be read.
-    bool HasMore() { return m_left == 0 && gzgetc(m_file.get()) != -1; }
+    /// Bytes so far, expanded.
+    quint64 BytesRead() const { return m_read; }
 
 private:
     qsizetype Held() const { return m_block.size() - m_at; }
@@ -92,22 +88,22 @@ private:
     {
         m_block.remove(0, m_at);
         m_at = 0;
-        constexpr quint64 piece = 1 << 17;
-        const auto wanted = static_cast<unsigned>(std::min(piece, m_left));
+        constexpr unsigned piece = 1 << 17;
         const qsizetype held = m_block.size();
-        m_block.resize(held + wanted);
-        const int got = wanted == 0 ? 0 : gzread(m_file.get(), m_block.data() + held, wanted);
+        m_block.resize(held + piece);
+        const int got = gzread(m_file.get(), m_block.data() + held, piece);
         if (got < 0)
             throw ToolError(u"%1: is damaged behind byte %2"_s.arg(m_path).arg(m_read));
         m_block.resize(held + got);
-        m_left -= static_cast<quint64>(got);
         m_read += static_cast<quint64>(got);
+        if (m_read > m_mostBytes)
+            throw ToolError(GrowsTooMuch(m_path));
         return got > 0;
     }
 
     QString m_path;
     qsizetype m_tailSize;
-    quint64 m_left;
+    quint64 m_mostBytes;
     quint64 m_read = 0;
     std::unique_ptr<gzFile_s, decltype(&gzclose)> m_file;
     QByteArray m_block;
@@ -190,18 +186,27 @@ private:
         if (!word.beginsEntry)
             return word;
         m_isFirst = false;
-        m_total += record.size;
-        if (m_total > MostTimesTheTexts * m_texts.Size() + DictionaryWriter::LongestEntry)
-            throw ToolError(u"%1: the entries have more than %2 times the bytes of all texts"_s.arg(
-                SourcePlace{m_indexPath, static_cast<qsizetype>(record.number) + 1}.Text(),
-                QString::number(MostTimesTheTexts)));
+        Weigh(record, record.size);
         word.overlaps = record.offset < m_reached;
         if (m_texts.Read(record.offset, record.size, m_text, word.fault))
             word.entry = EntryIntake::Check(m_form(record.name, m_text));
+        // Marks make an entry larger than its text, a small one more so.
+        constexpr qsizetype usualGrowth = 4096;
+        if (const qsizetype grown = word.entry.content.size() - record.size - record.name.size(); grown > usualGrowth)
+            Weigh(record, static_cast<quint64>(grown));
         m_begin = record.offset;
         m_end = record.offset + record.size;
         m_reached = std::max(m_reached, m_end);
         return word;
+    }
+
+    void Weigh(const IndexRecord &record, quint64 bytes)
+    {
+        m_total += bytes;
+        if (m_total > MostTimesTheTexts * m_texts.Size() + DictionaryWriter::LongestEntry)
+            throw ToolError(u"%1: the entries have more than %2 times the bytes of all texts"_s.arg(
+                SourcePlace{m_indexPath, static_cast<qsizetype>(record.number) + 1}.Text(),
+                QString::number(MostTimesTheTexts)));
     }
 
     RecordSorter &m_words;
@@ -247,14 +252,17 @@ QString StarDictReader::Beside(const QString &ending) const
     return info.filePath();
 }
 
-quint64 StarDictReader::Number(const QHash<QByteArray, QByteArray> &values, const char *key, quint64 most) const
+/// A number of the description; nothing, and told, where it is none.
+std::optional<quint64> StarDictReader::Told(const QHash<QByteArray, QByteArray> &values, const char *key)
 {
     bool isNumber = false;
     const quint64 number = values.value(key).toULongLong(&isNumber);
-    if (!isNumber || number > most)
-        throw ToolError(u"%1.ifo: %2 is no number that can be used: \"%3\""_s.arg(
-            m_base, QLatin1StringView(key), QString::fromUtf8(values.value(key).left(64))));
-    return number;
+    if (isNumber)
+        return number;
+    m_report.Find(
+        FileName(m_base + u".ifo"_s),
+        u"%1 is no number: \"%2\""_s.arg(QLatin1StringView(key), QString::fromUtf8(values.value(key).left(64))));
+    return std::nullopt;
 }
 
 void StarDictReader::ReadDescription()
@@ -279,15 +287,14 @@ void StarDictReader::ReadDescription()
     const QByteArray version = values.value("version");
     if (version != "2.4.2" && version != "3.0.0")
         throw ToolError(u"%1: version \"%2\" is not known"_s.arg(path, QString::fromUtf8(version.left(64))));
-    m_wordCount = Number(values, "wordcount", MostWords);
-    m_indexSize = Number(values, "idxfilesize", LargestFile);
-    if (values.contains("synwordcount"))
-        m_formCount = Number(values, "synwordcount", MostWords);
+    m_wordCount = Told(values, "wordcount");
+    m_indexSize = Told(values, "idxfilesize");
+    m_formCount = values.contains("synwordcount") ? Told(values, "synwordcount") : 0;
     if (values.contains("idxoffsetbits")) {
-        const quint64 bits = Number(values, "idxoffsetbits", 64);
-        if (bits != 32 && bits != 64)
-            throw ToolError(u"%1: offsets of %2 bits are not known"_s.arg(path).arg(bits));
-        m_offsetBytes = static_cast<int>(bits / 8);
+        const QByteArray bits = values.value("idxoffsetbits");
+        if (bits != "32" && bits != "64")
+            throw ToolError(u"%1: offsets of \"%2\" bits are not known"_s.arg(path, QString::fromUtf8(bits.left(64))));
+        m_offsetBytes = bits == "64" ? 8 : 4;
     }
     m_sameTypes = values.value("sametypesequence");
     if (m_sameTypes.size() > MostFields)
@@ -295,26 +302,42 @@ void StarDictReader::ReadDescription()
     m_isMarkedUp = values.value(MarkUpKey) == "1" && m_sameTypes == "m";
 }
 
-/// Puts the words of the index among `words` and gives the end of the texts that they name.
-quint64 StarDictReader::ReadIndex(RecordSorter &words, Console &console)
+QString StarDictReader::IndexPath() const
 {
     QString path = Beside(u".idx"_s);
     if (path.isEmpty())
         path = Beside(u".idx.gz"_s);
     if (path.isEmpty())
         throw ToolError(u"%1.idx: there is no such file, nor %1.idx.gz"_s.arg(m_base));
+    return path;
+}
+
+std::unique_ptr<DictTexts> StarDictReader::OpenTexts() const
+{
+    QString path = Beside(u".dict"_s);
+    if (path.isEmpty())
+        path = Beside(u".dict.dz"_s);
+    if (path.isEmpty())
+        throw ToolError(u"%1.dict: there is no such file, nor %1.dict.dz"_s.arg(m_base));
+    return DictTexts::Open(path);
+}
+
+/// Puts the words of the index whose entries lie inside of the texts among `words`.
+void StarDictReader::ReadIndex(const QString &path, RecordSorter &words, quint64 textSize, Console &console)
+{
     const QString fileName = FileName(path);
-    NameRows rows(path, m_offsetBytes + 4, m_indexSize);
+    NameRows rows(path, m_offsetBytes + 4);
     QByteArray name;
     const char *tail = nullptr;
-    quint64 end = 0;
     qsizetype broken = 0;
     quint32 number = 0;
     for (; rows.Next(name, tail); ++number) {
         const SourcePlace place{fileName, static_cast<qsizetype>(number) + 1};
         const quint64 offset = m_offsetBytes == 8 ? qFromBigEndian<quint64>(tail) : qFromBigEndian<quint32>(tail);
         const auto size = qFromBigEndian<quint32>(tail + m_offsetBytes);
-        console.Progress(u"reading the index"_s, number + 1, static_cast<qsizetype>(m_wordCount));
+        console.Progress(u"reading the index"_s, number + 1, static_cast<qsizetype>(m_wordCount.value_or(0)));
+        if (number >= EntryIntake::MostWords)
+            throw ToolError(u"%1:%2: more than %3 words"_s.arg(path).arg(place.number).arg(EntryIntake::MostWords));
         if (name.isEmpty() || name.size() > LongestName) {
             m_report.Find(place.Text(),
                           (name.isEmpty() ? u"the word is empty"_s : u"the word has no end"_s) + u"; left out"_s);
@@ -326,22 +349,21 @@ quint64 StarDictReader::ReadIndex(RecordSorter &words, Console &console)
         } else if (size > DictionaryWriter::LongestEntry) {
             m_report.Find(place.Text(), u"the entry has %1 bytes, more than %2; left out"_s.arg(size).arg(
                                             DictionaryWriter::LongestEntry));
-        } else if (offset > LargestFile) {
+        } else if (offset > textSize || size > textSize - offset) {
             m_report.Find(place.Text(), u"the entry lies beyond the end of the texts; left out"_s);
         } else {
             words.Add(IndexRecord::Made(offset, size, number, name));
-            end = std::max(end, offset + size);
         }
     }
     console.EndProgress();
     if (rows.IsCut())
         m_report.Find(fileName, u"is cut short behind word %1"_s.arg(number));
-    if (rows.HasMore() || rows.Position() != m_indexSize)
-        m_report.Find(fileName, u"has not the %1 bytes that the description tells"_s.arg(m_indexSize));
-    if (number != m_wordCount)
-        m_report.Find(fileName, u"has %1 words where the description tells %2"_s.arg(number).arg(m_wordCount));
+    if (m_indexSize && rows.BytesRead() != *m_indexSize)
+        m_report.Find(fileName,
+                      u"has %1 bytes where the description tells %2"_s.arg(rows.BytesRead()).arg(*m_indexSize));
+    if (m_wordCount && number != *m_wordCount)
+        m_report.Find(fileName, u"has %1 words where the description tells %2"_s.arg(number).arg(*m_wordCount));
     m_entries.assign(number, 0);
-    return end;
 }
 
 void StarDictReader::TakeWords(RecordSorter &words, DictTexts &texts, EntryIntake &intake, Console &console)
@@ -381,18 +403,18 @@ void StarDictReader::TakeForms(EntryIntake &intake, Console &console)
 {
     const QString path = Beside(u".syn"_s);
     if (path.isEmpty()) {
-        if (m_formCount > 0)
-            m_report.Find(FileName(m_base + u".syn"_s), u"is missing; %1 forms are left out"_s.arg(m_formCount));
+        if (m_formCount.value_or(0) > 0)
+            m_report.Find(FileName(m_base + u".syn"_s), u"is missing; %1 forms are left out"_s.arg(*m_formCount));
         return;
     }
     const QString fileName = FileName(path);
-    NameRows rows(path, 4, LargestFile);
+    NameRows rows(path, 4);
     QByteArray name;
     const char *tail = nullptr;
     qsizetype number = 0;
     qsizetype taken = 0;
     for (; rows.Next(name, tail); ++number) {
-        console.Progress(u"reading forms"_s, number + 1, static_cast<qsizetype>(m_formCount));
+        console.Progress(u"reading forms"_s, number + 1, static_cast<qsizetype>(m_formCount.value_or(0)));
         const SourcePlace place{fileName, number + 1};
         const auto word = qFromBigEndian<quint32>(tail);
         if (word >= m_entries.size())
@@ -406,8 +428,8 @@ void StarDictReader::TakeForms(EntryIntake &intake, Console &console)
     console.EndProgress();
     if (rows.IsCut())
         m_report.Find(fileName, u"is cut short behind form %1"_s.arg(number));
-    if (static_cast<quint64>(number) != m_formCount)
-        m_report.Find(fileName, u"has %1 forms where the description tells %2"_s.arg(number).arg(m_formCount));
+    if (m_formCount && static_cast<quint64>(number) != *m_formCount)
+        m_report.Find(fileName, u"has %1 forms where the description tells %2"_s.arg(number).arg(*m_formCount));
 }
 
 void StarDictReader::AddField(char type, QByteArrayView field, EntryMarkup &entry)
@@ -492,16 +514,14 @@ void StarDictReader::TellSkipped()
 
 void StarDictReader::TakeAll(EntryIntake &intake, Console &console)
 {
+    const QString index = IndexPath();
+    const std::unique_ptr<DictTexts> texts = OpenTexts();
     // A record takes less than four times its bytes in the index, so that what fits is sorted without the disk.
     constexpr quint64 least = 1 << 16;
-    RecordSorter words(static_cast<qsizetype>(std::clamp<quint64>(4 * m_indexSize, least, RecordSorter::UsualMemory)));
-    const quint64 end = ReadIndex(words, console);
-    QString path = Beside(u".dict"_s);
-    if (path.isEmpty())
-        path = Beside(u".dict.dz"_s);
-    if (path.isEmpty())
-        throw ToolError(u"%1.dict: there is no such file, nor %1.dict.dz"_s.arg(m_base));
-    const std::unique_ptr<DictTexts> texts = DictTexts::Open(path, end);
+    const auto indexBytes = static_cast<quint64>(QFileInfo(index).size());
+    const quint64 memory = index.endsWith(u".gz"_s) ? RecordSorter::UsualMemory : 4 * indexBytes;
+    RecordSorter words(static_cast<qsizetype>(std::clamp<quint64>(memory, least, RecordSorter::UsualMemory)));
+    ReadIndex(index, words, texts->Size(), console);
     TakeWords(words, *texts, intake, console);
     TakeForms(intake, console);
     TellSkipped();

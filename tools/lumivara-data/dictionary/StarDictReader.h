@@ -4,6 +4,8 @@
 #include <QHash>
 #include <QString>
 
+#include <memory>
+#include <optional>
 #include <vector>
 
 class Console;
@@ -30,9 +32,11 @@ public:
 
 private:
     QString Beside(const QString &ending) const;
-    quint64 Number(const QHash<QByteArray, QByteArray> &values, const char *key, quint64 most) const;
+    std::optional<quint64> Told(const QHash<QByteArray, QByteArray> &values, const char *key);
     void ReadDescription();
-    quint64 ReadIndex(RecordSorter &words, Console &console);
+    QString IndexPath() const;
+    std::unique_ptr<DictTexts> OpenTexts() const;
+    void ReadIndex(const QString &path, RecordSorter &words, quint64 textSize, Console &console);
     void TakeWords(RecordSorter &words, DictTexts &texts, EntryIntake &intake, Console &console);
     void TakeForms(EntryIntake &intake, Console &console);
     QByteArray EntryOf(const QByteArray &word, const QByteArray &text);
@@ -43,9 +47,10 @@ private:
     QString m_base;   ///< path without the ending
     QString m_folder; ///< that all files must stand in, without links
     QByteArray m_sameTypes;
-    quint64 m_wordCount = 0;
-    quint64 m_formCount = 0;
-    quint64 m_indexSize = 0;
+    // As the description tells, if that is a number; only compared with what is there.
+    std::optional<quint64> m_wordCount;
+    std::optional<quint64> m_formCount;
+    std::optional<quint64> m_indexSize;
     int m_offsetBytes = 4;
     bool m_isMarkedUp = false;
     std::vector<int> m_entries; ///< number of the entry by that of the word

@@ -20,7 +20,7 @@ class RecordParser
 public:
     explicit RecordParser(QByteArrayList &cells) : m_cells(cells) {}
 
-    enum class Result { Whole, WantsMore, Faulty };
+    enum class Result { Whole, WantsMore, Faulty, TooWide };
 
     Result Feed(const QByteArray &line)
     {
@@ -50,6 +50,8 @@ public:
                 continue;
             }
             EndCell();
+            if (m_cells.size() > CsvRecords::MostCells)
+                return Result::TooWide;
             if (end == line.size() || line[end] != ',')
                 return QByteArrayView(line).sliced(end).trimmed().isEmpty() ? Result::Whole : Result::Faulty;
             i = end + 1;
@@ -118,6 +120,8 @@ CsvRecords::Fault CsvRecords::Read(QByteArrayList &cells, QByteArrayList &taken)
         switch (parser.Feed(line)) {
         case RecordParser::Result::Faulty:
             return Fault::Quote;
+        case RecordParser::Result::TooWide:
+            return Fault::TooWide;
         case RecordParser::Result::WantsMore:
             continue;
         case RecordParser::Result::Whole:
@@ -138,6 +142,8 @@ QString CsvRecords::TextOf(Fault fault, qsizetype cells) const
         break;
     case Fault::TooLong:
         return u"a record without an end, or longer than %1 MiB"_s.arg(TextLines::MostBytes >> 20);
+    case Fault::TooWide:
+        return u"more than %1 cells"_s.arg(MostCells);
     case Fault::Quote:
         return u"a quote stands where none belongs, or is not doubled"_s;
     case Fault::OpenQuote:

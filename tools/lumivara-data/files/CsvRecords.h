@@ -22,11 +22,14 @@ class CsvRecords
 public:
     explicit CsvRecords(TextLines &lines) : m_lines(lines) {}
 
+    /// Of a record. Those of marks and of canons have fewer than twenty.
+    static constexpr qsizetype MostCells = 1000;
+
     /// False at the end. The first record sets the number of cells.
     bool Next(CsvRecord &record);
 
 private:
-    enum class Fault { None, TooLong, Quote, OpenQuote, Width, Encoding };
+    enum class Fault { None, TooLong, TooWide, Quote, OpenQuote, Width, Encoding };
 
     /// Reads one record; the lines that it took are in `taken`.
     Fault Read(QByteArrayList &cells, QByteArrayList &taken);

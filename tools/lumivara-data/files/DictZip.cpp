@@ -206,8 +206,21 @@ GzipHead ReadHead(QFile &file, const QString &path)
     return head;
 }
 
-std::unique_ptr<DictTexts> Expanded(const QString &path, quint64 mostBytes)
+/// The size that the end of a gzip file tells, of which only the lower half is known.
+quint64 ToldSize(QFile &file)
 {
+    constexpr qint64 width = sizeof(quint32);
+    char bytes[width] = {};
+    if (!file.seek(file.size() - width) || file.read(bytes, width) != width)
+        return 0;
+    return qFromLittleEndian<quint32>(bytes);
+}
+
+std::unique_ptr<DictTexts> Expanded(QFile &file, const QString &path)
+{
+    const quint64 mostBytes = MostExpanded(static_cast<quint64>(file.size()));
+    if (ToldSize(file) > mostBytes)
+        throw ToolError(GrowsTooMuch(path));
     auto expanded = std::make_unique<QTemporaryFile>();
     const std::unique_ptr<gzFile_s, decltype(&gzclose)> packed(gzopen(QFile::encodeName(path).constData(), "rb"),
                                                                gzclose);
@@ -215,14 +228,15 @@ std::unique_ptr<DictTexts> Expanded(const QString &path, quint64 mostBytes)
         throw ToolError(u"%1: cannot be expanded"_s.arg(path));
     QByteArray block(1 << 18, Qt::Uninitialized);
     quint64 total = 0;
-    while (total < mostBytes) {
+    for (;;) {
         ThrowIfInterrupted();
-        const auto wanted = std::min<quint64>(mostBytes - total, static_cast<quint64>(block.size()));
-        const int got = gzread(packed.get(), block.data(), static_cast<unsigned>(wanted));
+        const int got = gzread(packed.get(), block.data(), static_cast<unsigned>(block.size()));
         if (got < 0)
             throw ToolError(u"%1: is damaged behind byte %2 of the expanded text"_s.arg(path).arg(total));
         if (got == 0)
             break;
+        if (total + static_cast<quint64>(got) > mostBytes)
+            throw ToolError(GrowsTooMuch(path));
         if (expanded->write(block.constData(), got) != got)
             throw ToolError(u"there is no room to expand %1: %2"_s.arg(path, WriteFault(*expanded)));
         total += static_cast<quint64>(got);
@@ -233,7 +247,12 @@ std::unique_ptr<DictTexts> Expanded(const QString &path, quint64 mostBytes)
 
 } // namespace
 
-std::unique_ptr<DictTexts> DictTexts::Open(const QString &path, quint64 mostBytes)
+QString GrowsTooMuch(const QString &path)
+{
+    return u"%1: grows to more than %2 times its bytes when it is expanded"_s.arg(path).arg(MostTimesPacked);
+}
+
+std::unique_ptr<DictTexts> DictTexts::Open(const QString &path)
 {
     auto file = std::make_unique<QFile>(path);
     if (!file->open(QIODevice::ReadOnly))
@@ -242,6 +261,8 @@ std::unique_ptr<DictTexts> DictTexts::Open(const QString &path, quint64 mostByte
         return std::make_unique<PlainTexts>(std::move(file));
     const GzipHead head = ReadHead(*file, path);
     if (head.chunkSize == 0)
-        return Expanded(path, mostBytes);
+        return Expanded(*file, path);
+    if (head.sizes.size() * quint64(head.chunkSize) > MostExpanded(static_cast<quint64>(file->size())))
+        throw ToolError(GrowsTooMuch(path));
     return std::make_unique<ChunkedTexts>(std::move(file), head.size, head.chunkSize, head.sizes);
 }

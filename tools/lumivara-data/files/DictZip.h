@@ -8,6 +8,18 @@
 #include <memory>
 #include <vector>
 
+/// Compressed files that grow by more than this are bombs: dictionaries grow about four times, and tables of
+/// inflections twenty times.
+inline constexpr quint64 MostTimesPacked = 32;
+/// Bytes that a compressed file of so many bytes may grow to.
+constexpr quint64 MostExpanded(quint64 packedBytes)
+{
+    constexpr quint64 alwaysAllowed = 1 << 20;
+    return MostTimesPacked * packedBytes + alwaysAllowed;
+}
+/// What is said of one that grows more.
+QString GrowsTooMuch(const QString &path);
+
 /// The texts of a StarDict dictionary: a plain file, one compressed in chunks with a table in its header (dictzip), or
 /// one compressed as a whole, which is expanded into a temporary file. Throws ToolError with the file's name for any
 /// other.
@@ -21,7 +33,7 @@ public:
     /// False, with the fault, if there are not so many bytes.
     virtual bool Read(quint64 offset, qsizetype size, QByteArray &bytes, QString &fault) = 0;
 
-    /// Opens a file whose name ends in ".dz" if it is compressed. Of one that is compressed as a whole no more than
-    /// `mostBytes` are expanded.
-    static std::unique_ptr<DictTexts> Open(const QString &path, quint64 mostBytes);
+    /// Opens a file whose name ends in ".dz" if it is compressed. Throws ToolError too for one that grows to more than
+    /// MostExpanded() bytes.
+    static std::unique_ptr<DictTexts> Open(const QString &path);
 };

@@ -147,8 +147,10 @@ class Cleaner
 {
 public:
     Cleaner(const QByteArray &html, CleaningCounts &counts)
-        : m_reader(html, TagReader::Manner::Browser), m_counts(counts)
+        : m_html(html), m_reader(html, TagReader::Manner::Browser), m_counts(counts)
     {
+        if (html.size() > LargestPage)
+            throw PageFault::TooLarge();
         m_out.html.reserve(html.size() + html.size() / 64);
     }
 
@@ -156,6 +158,8 @@ public:
     {
         using Part = TagReader::Part;
         for (Part part = m_reader.Next(); part != Part::End; part = m_reader.Next()) {
+            if (m_reader.HasMoreAttributes())
+                throw PageFault(Line(), u"a tag has more than %1 attributes"_s.arg(TagReader::MostAttributes));
             if (part == Part::Text)
                 WriteText(m_reader.Source());
             else if (part == Part::Open)
@@ -166,12 +170,17 @@ public:
                      m_reader.Source().first(qMin<qsizetype>(m_reader.Source().size(), 9)).toByteArray().toLower() ==
                          "<!doctype")
                 AppendTag(m_reader.Source());
+            if (m_out.html.size() > LargestPage)
+                throw PageFault::TooLarge(Line());
         }
         return std::move(m_out);
     }
 
 private:
     using Attribute = TagReader::Attribute;
+
+    /// Of the part that was read last.
+    qsizetype Line() const { return std::count(m_html.constData(), m_reader.Source().data(), '\n') + 1; }
 
     void WriteText(QByteArrayView text)
     {
@@ -308,12 +317,18 @@ private:
         m_out.html.append(canHide ? "<!--" + css + "-->" : css);
     }
 
+    const QByteArray &m_html;
     TagReader m_reader;
     CleaningCounts &m_counts;
     CleanedHtml m_out;
 };
 
 } // namespace
+
+PageFault PageFault::TooLarge(qsizetype line)
+{
+    return {line, u"the page has more than %1 MiB"_s.arg(LargestPage >> 20)};
+}
 
 CleaningCounts &CleaningCounts::operator+=(const CleaningCounts &other)
 {

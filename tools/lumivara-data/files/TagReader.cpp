@@ -125,6 +125,7 @@ TagReader::Part TagReader::ReadTag()
 bool TagReader::ReadAttributes()
 {
     m_attributes.clear();
+    m_hasMoreAttributes = false;
     for (;;) {
         while (m_at < m_tagLimit && (IsBlank(*m_at) || *m_at == '/'))
             ++m_at;
@@ -134,7 +135,11 @@ bool TagReader::ReadAttributes()
             ++m_at;
             return true;
         }
-        m_attributes.push_back(ReadAttribute());
+        const Attribute attribute = ReadAttribute();
+        if (m_attributes.size() < MostAttributes)
+            m_attributes.push_back(attribute);
+        else
+            m_hasMoreAttributes = true;
     }
 }
 

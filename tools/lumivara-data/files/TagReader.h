@@ -37,6 +37,9 @@ public:
     QByteArrayView Source() const { return {m_start, m_at - m_start}; }
     /// Of the tag, in lower case.
     const QByteArray &Name() const { return m_name; }
+    /// A tag's further attributes are read and not kept.
+    static constexpr size_t MostAttributes = 10'000;
+    bool HasMoreAttributes() const { return m_hasMoreAttributes; }
     /// Of the tag, as long as it is the last part that was read.
     const std::vector<Attribute> &Attributes() const { return m_attributes; }
     /// Takes what stands up to the end tag of the tag that was read last, whatever it looks like, or up to the end.
@@ -60,6 +63,7 @@ private:
     Manner m_manner;
     QByteArray m_name;
     std::vector<Attribute> m_attributes;
+    bool m_hasMoreAttributes = false;
 };
 
 /// A text with its entities in place, such as "&eacute;" and "&#x1E47;"; what is none that is known stays as it stands.

@@ -121,7 +121,7 @@ MarkdownMarks::MarkdownMarks(QIODevice &device, const QString &fileName, Report 
     : MarksReader(device, fileName, report), m_texts(texts)
 {}
 
-bool MarkdownMarks::Next(MarkAtLine &mark)
+bool MarkdownMarks::ReadNext(MarkAtLine &mark)
 {
     for (QByteArray line; m_lines.Next(line);) {
         ThrowIfInterrupted();
@@ -171,7 +171,7 @@ bool MarkdownMarks::ReadBody(QStringList &lines)
         }
         constexpr qsizetype overhead = 64; // what a line costs beside its letters
         bytes += line.size() + overhead;
-        isGood = isGood && line.isValidUtf8() && !m_lines.IsCut() && bytes < TextLines::MostBytes;
+        isGood = isGood && line.isValidUtf8() && !m_lines.IsCut() && bytes < LargestMark;
         if (isGood)
             lines.append(QString::fromUtf8(line));
     }
@@ -192,7 +192,7 @@ bool MarkdownMarks::TakeMark(const QByteArray &heading, MarkAtLine &source)
     const bool isCut = m_lines.IsCut();
     QStringList body;
     if (!ReadBody(body) || !heading.isValidUtf8() || isCut)
-        return Leave(source.line, u"the mark is not UTF-8, or longer than %1 MiB"_s.arg(TextLines::MostBytes >> 20));
+        return Leave(source.line, u"the mark is not UTF-8, or longer than %1 MiB"_s.arg(LargestMark >> 20));
     if (!m_isText)
         return Leave(source.line, u"stands below no heading that names one text of the list"_s);
     mark.title = Plain(QString::fromUtf8(heading.sliced(MarkHeading.size())));
@@ -208,7 +208,10 @@ bool MarkdownMarks::TakeMark(const QByteArray &heading, MarkAtLine &source)
     QStringList excerpt = TakeWhile(body, IsQuotation);
     for (QString &line : excerpt)
         line.remove(0, 1);
-    mark.excerptHtml = FreshExcerpt(PlainLines(excerpt, u"\n"_s));
+    const QString text = PlainLines(excerpt, u"\n"_s);
+    if (FreshExcerptSize(text) > LargestMark)
+        return Leave(source.line, TooLarge());
+    mark.excerptHtml = FreshExcerpt(text);
     mark.note = PlainLines(body, NoteLineEnd);
     return IsStorable(source);
 }

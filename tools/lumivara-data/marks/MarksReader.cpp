@@ -6,6 +6,7 @@
 #include "stores/Schema.h"
 
 #include <array>
+#include <numeric>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -21,6 +22,12 @@ constexpr std::array OtherColumns{Field::IdFoc,       Field::NameSutVie, Field::
 bool IsAmong(const auto &columns, const QString &name)
 {
     return std::any_of(columns.begin(), columns.end(), [&](const QString &known) { return name == known; });
+}
+
+qsizetype BytesOf(const CsvRecord &record)
+{
+    return std::accumulate(record.cells.cbegin(), record.cells.cend(), qsizetype(0),
+                           [](qsizetype bytes, const QByteArray &cell) { return bytes + cell.size(); });
 }
 
 /// A moment in ISO form, in local time where it names no zone; null for an empty text, nothing for anything else.
@@ -49,6 +56,20 @@ MarksReader::MarksReader(QIODevice &device, const QString &fileName, Report &rep
         m_report.Note(fileName, u"converted from UTF-16"_s);
 }
 
+QString MarksReader::TooLarge()
+{
+    return u"the mark is longer than %1 MiB"_s.arg(LargestMark >> 20);
+}
+
+bool MarksReader::Next(MarkAtLine &mark)
+{
+    if (!ReadNext(mark))
+        return false;
+    if (++m_count > MostMarks)
+        throw ToolError(u"%1: more than %2 marks"_s.arg(Place(mark.line)).arg(MostMarks));
+    return true;
+}
+
 bool MarksReader::IsStorable(const MarkAtLine &source)
 {
     const Mark &mark = source.mark;
@@ -69,6 +90,16 @@ bool MarksReader::IsStorable(const MarkAtLine &source)
              tooLong(u"the Vietnamese name"_s, mark.nameVietnamese, Length::Name) ||
              tooLong(u"the Pāli name"_s, mark.namePali, Length::Name) ||
              tooLong(u"the English name"_s, mark.nameEnglish, Length::Name));
+}
+
+qsizetype FreshExcerptSize(const QString &text)
+{
+    return std::accumulate(text.cbegin(), text.cend(), text.size(), [](qsizetype size, QChar c) {
+        constexpr qsizetype moreOfLine = 8, moreOfEntity = 5;
+        const bool isLineEnd = c == u'\n' || c == u'\r';
+        const bool isEntity = c == u'&' || c == u'<' || c == u'>' || c == u'"';
+        return size + (isLineEnd ? moreOfLine : isEntity ? moreOfEntity : 0);
+    });
 }
 
 QString FreshExcerpt(const QString &text)
@@ -150,16 +181,24 @@ QString CsvMarks::Take(const CsvRecord &record, Mark &mark) const
     // Stored excerpts begin with the mark of their encoding; it is put there again.
     if (mark.excerptHtml.startsWith(QChar::ByteOrderMark))
         mark.excerptHtml.remove(0, 1);
-    if (mark.excerptHtml.isEmpty())
-        mark.excerptHtml = FreshExcerpt(Cell(record, PlainText));
+    if (!mark.excerptHtml.isEmpty())
+        return {};
+    const QString text = Cell(record, PlainText);
+    if (FreshExcerptSize(text) > LargestMark)
+        return TooLarge();
+    mark.excerptHtml = FreshExcerpt(text);
     return {};
 }
 
-bool CsvMarks::Next(MarkAtLine &mark)
+bool CsvMarks::ReadNext(MarkAtLine &mark)
 {
     for (CsvRecord record; m_records.Next(record);) {
         mark = {record.line, {}};
-        const QString fault = record.fault.isEmpty() ? Take(record, mark.mark) : record.fault;
+        QString fault = record.fault;
+        if (fault.isEmpty() && BytesOf(record) > LargestMark)
+            fault = TooLarge();
+        if (fault.isEmpty())
+            fault = Take(record, mark.mark);
         if (!fault.isEmpty())
             m_report.Find(Place(record.line), fault);
         else if (IsStorable(mark))

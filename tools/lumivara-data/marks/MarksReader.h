@@ -23,10 +23,18 @@ public:
     virtual ~MarksReader() = default;
     Q_DISABLE_COPY_MOVE(MarksReader)
 
-    /// False at the end.
-    virtual bool Next(MarkAtLine &mark) = 0;
+    /// Marks of one file; years of a reader's work are a few thousand.
+    static constexpr qsizetype MostMarks = 200'000;
+    /// The largest mark, in bytes of the file. An excerpt of a whole long text has a tenth of that.
+    static constexpr qsizetype LargestMark = 16 << 20;
+
+    /// False at the end. Throws ToolError behind MostMarks.
+    bool Next(MarkAtLine &mark);
 
 protected:
+    virtual bool ReadNext(MarkAtLine &mark) = 0;
+    /// What is said of a mark that is larger than LargestMark, or becomes so as a page.
+    static QString TooLarge();
     QString Place(qsizetype line) const { return m_fileName + u':' + QString::number(line); }
     /// True if the file can hold the mark.
     bool IsStorable(const MarkAtLine &mark);
@@ -34,6 +42,9 @@ protected:
     QString m_fileName;
     Report &m_report;
     TextLines m_lines;
+
+private:
+    qsizetype m_count = 0;
 };
 
 /// A table with the columns of the export, in any order. The excerpt is TEXT_FOC, or a fresh page around TEXT where
@@ -43,9 +54,9 @@ class CsvMarks : public MarksReader
 public:
     /// Throws ToolError if the columns are not those of marks.
     CsvMarks(QIODevice &device, const QString &fileName, Report &report);
-    bool Next(MarkAtLine &mark) override;
 
 private:
+    bool ReadNext(MarkAtLine &mark) override;
     /// Why the record is no mark; empty if it is one.
     QString Take(const CsvRecord &record, Mark &mark) const;
     QString Cell(const CsvRecord &record, const QString &column) const;
@@ -75,9 +86,9 @@ class MarkdownMarks : public MarksReader
 public:
     /// `texts` must outlive this.
     MarkdownMarks(QIODevice &device, const QString &fileName, Report &report, const KnownTexts &texts);
-    bool Next(MarkAtLine &mark) override;
 
 private:
+    bool ReadNext(MarkAtLine &mark) override;
     void TakeText(const QByteArray &heading);
     bool TakeMark(const QByteArray &heading, MarkAtLine &mark);
     /// The lines up to the next heading; false if they are no text or too many.
@@ -90,5 +101,7 @@ private:
     bool m_strayIsTold = false;
 };
 
+/// The characters of a fresh page around a plain text, or a few more.
+qsizetype FreshExcerptSize(const QString &text);
 /// A fresh page around a plain text, one paragraph for each line; nothing for nothing.
 QString FreshExcerpt(const QString &text);

@@ -129,6 +129,12 @@ TEST_F(DictionaryTransfer, StarDictIsTakenAsFarAsItIsSound)
         {{.words = {{"a\x01", "A+\x02"}}}, "~control characters", a},
         {{.words = {A}, .forms = {{"c", 7}}}, "d.syn:1: there is no word 8", a},
         {{.words = {A}, .moreDescription = "wordcount=3\n"}, "has 1 words where the description tells 3", a},
+        {{.words = {A}, .moreDescription = "wordcount=1000000000000\n"}, "1 words where the description tells 1000", a},
+        {{.words = {A, B}, .moreDescription = "idxfilesize=9\n"}, "d.idx: has 20 bytes where the description", a + b},
+        {{.words = {A}, .moreDescription = "idxfilesize=x\n"}, "d.ifo: idxfilesize is no number: \"x\"", a},
+        {{.words = {A}, .forms = {{"b", 0}}, .moreDescription = "synwordcount=-1\n"},
+         "d.ifo: synwordcount is no number",
+         a + "|b,@a\nA+<br />"},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.told);
@@ -194,6 +200,41 @@ TEST_F(DictionaryTransfer, ARefusalLeavesTheOldFile)
         sample.words.append({"b" + QByteArray::number(i), "", i, (1 << 20) - i});
     sample.Write(Path(u"bomb/d"_s));
     expectRefused("more than 4 times the bytes", "bomb");
+
+    // Small files that grow.
+    StarDictSample grows{.words = {{"a", QByteArray(2 << 20, 'x'), 0, 1}}, .packing = Packing::Gzip};
+    grows.Write(Path(u"gzip/d"_s));
+    expectRefused("gzip/d.dict.dz: grows to more than 32 times its bytes", "gzip");
+    grows.packing = Packing::Chunks;
+    grows.Write(Path(u"chunks/d"_s));
+    expectRefused("chunks/d.dict.dz: grows to more than 32 times its bytes", "chunks");
+    StarDictSample{.words = QList<StarDictSample::Word>(200'000, {"a", "", 0, 1}), .hasPackedIndex = true}.Write(
+        Path(u"index/d"_s));
+    Put(u"index/d.dict"_s, "x");
+    expectRefused("index/d.idx.gz: grows to more than 32 times its bytes", "index");
+    // Entries count as they are stored.
+    StarDictSample amps{.words = {{"a", QByteArray(200'000, '&')}}};
+    for (int i = 1; i < 5; ++i)
+        amps.words.append({"b" + QByteArray::number(i), "", i, 200'000 - i});
+    amps.Write(Path(u"amps/d"_s));
+    expectRefused("more than 4 times the bytes", "amps");
+}
+
+TEST_F(DictionaryTransfer, AFewLargeEntriesAreNotJoinedInEachPair)
+{
+    StarDictSample sample;
+    constexpr int count = 11;
+    for (int i = 0; i < count; ++i) {
+        sample.words.append({"w" + QByteArray::number(i), QByteArray::number(i) + QByteArray(480'000, 'x')});
+        for (int j = 0; j < i; ++j) {
+            for (const int one : {i, j})
+                sample.forms.append({"p" + QByteArray::number(100 * i + j), quint32(one)});
+        }
+    }
+    sample.Write(Path(u"s/d"_s));
+    EXPECT_THAT(Import(1, "s"), HasSubstr(", \"p903\": only the first of its 2 entries is taken: the joined ones have "
+                                          "more than 4 times the bytes of all\n"));
+    EXPECT_EQ(Ask(File, "select count(*) from SP_GET_LIST_WORDS(5)"), "66");
 }
 
 TEST_F(DictionaryTransfer, WhatDoesNotGetToItsEndLeavesTheOldFile)
