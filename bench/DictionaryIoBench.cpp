@@ -10,7 +10,7 @@
 #include "lumivara-data/dictionary/DictionaryOrder.h"
 #include "lumivara-data/dictionary/DictionaryReader.h"
 #include "lumivara-data/files/DataFile.h"
-#include "lumivara-data/files/UnfinishedFile.h"
+#include "lumivara-data/files/Disk.h"
 #include "tools/lumivara-data/dictionary/StarDictSample.h"
 
 #include <QCryptographicHash>
@@ -118,7 +118,7 @@ public:
         file.RunSchema(u"dictionary-entries"_s);
         file.RunSchema(u"dictionary-indices"_s);
         file.Finish(true);
-        Settle(path);
+        BringToDisk(path);
         return Milliseconds(clock);
     }
 

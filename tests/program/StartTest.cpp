@@ -1,4 +1,5 @@
 #include "program/ProgramRun.h"
+#include "strangers/StrangersFiles.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -125,6 +126,7 @@ TEST(Start, SavesTheMarksOnceADay)
         ProgramRun program(product);
         program.environment.insert(u"TZ"_s, u"NOON%1"_s.arg(behind));
         program.Open();
+        EXPECT_THAT(saver.NextCall(), testing::StartsWith("0 scout "));
         EXPECT_EQ(saver.NextCall(), "0 backup --daily");
         EXPECT_EQ(QDir(product.File(u"backup"_s)).entryList(QDir::Files | QDir::Hidden).join(u' ').toStdString(),
                   "TARUNECLIENT-" + day.toStdString() + ".fbk");
@@ -136,6 +138,43 @@ TEST(Start, SavesTheMarksOnceADay)
         saved = content;
         EXPECT_EQ(program.Quit(), 0);
     }
+}
+
+TEST(Start, ReadsAStrangersCanonWithoutRunningIt)
+{
+    ProductCopy product;
+    const QByteArray notes = BytesOf(product.File(u"TARUNECLIENT.FDB"_s));
+    QFile::remove(product.File(u"TARUNECLIENT.FDB"_s)); // whatever is there later, the canon has made
+    Overwrite(product.File(u"NOTES.FDB"_s), notes);
+    Overwrite(product.File(u"KELORA.FDB"_s), StrangersCanon(QString(uR"(set term ^ ;
+create trigger T on connect as begin
+  execute statement 'drop table SUTTA_LIST' on external '%1/NOTES.FDB' as user 'SYSDBA' password 'x';
+end^
+create trigger U on transaction start as begin execute statement 'create shadow 1 ''%1/PREY'''; end^
+set term ; ^
+)"_s)
+                                                                .replace(u"%1"_s, product.Folder())));
+    ProgramRun program(product);
+    program.Open();
+    EXPECT_EQ(program.Send(u"get qryTreeSutas RecordCount"_s), u"3"_s);
+    EXPECT_EQ(program.Quit(), 0);
+    EXPECT_EQ(BytesOf(product.File(u"NOTES.FDB"_s)), notes);
+    EXPECT_FALSE(QFile::exists(product.File(u"PREY"_s)));
+}
+
+TEST(TwoCopies, ToldWhichFileDoesNotAnswerWhileTheFirstIsStopped)
+{
+    ProductCopy product;
+    ProgramRun first(product), second(product);
+    first.Open();
+    ::kill(static_cast<pid_t>(first.ProcessId()), SIGSTOP);
+    second.Start();
+    second.Do({u"wait frmDatabaseWait"_s});
+    EXPECT_THAT(second.Send(u"get lbDatabaseWait text"_s).toStdString(), testing::HasSubstr("TARUNECLIENT.FDB"));
+    ::kill(static_cast<pid_t>(first.ProcessId()), SIGCONT);
+    second.Do({u"wait-gone frmDatabaseWait"_s, u"wait frmMain"_s});
+    EXPECT_EQ(second.Quit(), 0);
+    EXPECT_EQ(first.Quit(), 0);
 }
 
 TEST(TwoCopies, ReadKeepTheirSettingsAndEnd)

@@ -41,7 +41,7 @@ struct CheckedCanon
 {
     QList<CheckedGroup> groups;
     QList<CheckedText> texts;
-    QList<Finding> unreadable; ///< pages and rows that Firebird could not read
+    QList<Finding> unreadable = {}; ///< pages and rows that Firebird could not read
 };
 
 /// Everything that keeps the reader from showing a canon correctly: clashing keys of the tree, groups whose number in

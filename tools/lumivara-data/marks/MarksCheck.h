@@ -10,7 +10,7 @@ struct MarksReport
     qsizetype textCount = 0;
     qsizetype markCount = 0;
     QList<Finding> findings;
-    QList<Finding> remarks; ///< what is unusual, and no fault
+    QList<Finding> remarks = {}; ///< what is unusual, and no fault
 };
 
 /// True if an open file has the list of texts and the marked passages.
