@@ -170,7 +170,7 @@ TEST(TwoCopies, ToldWhichFileDoesNotAnswerWhileTheFirstIsStopped)
     ::kill(static_cast<pid_t>(first.ProcessId()), SIGSTOP);
     second.Start();
     second.Do({u"wait frmDatabaseWait"_s});
-    EXPECT_THAT(second.Send(u"get lbDatabaseWait text"_s).toStdString(), testing::HasSubstr("TARUNECLIENT.FDB"));
+    EXPECT_THAT(second.Send(u"get lbDatabaseWait text"_s).toStdString(), testing::HasSubstr("KELORA.FDB"));
     ::kill(static_cast<pid_t>(first.ProcessId()), SIGCONT);
     second.Do({u"wait-gone frmDatabaseWait"_s, u"wait frmMain"_s});
     EXPECT_EQ(second.Quit(), 0);

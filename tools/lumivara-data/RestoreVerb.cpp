@@ -14,18 +14,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Refuses, or tells, what differs from the bytes that were backed up.
-void CheckBytes(const SealedRun &run, const RestoreOptions &options, Report &report)
+/// True if the bytes are surely those that were backed up. Throws ToolError if they surely are not.
+bool AreTheBytesRight(const SealedRun &run, const QString &backup)
 {
-    switch (BackupChecksum::TakeOff(run.CopyPath())) {
-    case BackupChecksum::State::Right:
-        break;
-    case BackupChecksum::State::None:
-        report.Note(options.backup, u"has no checksum, so damage may go unnoticed"_s);
-        break;
-    case BackupChecksum::State::Wrong:
-        throw ToolError(u"%1: is damaged, its checksum is another one"_s.arg(options.backup));
-    }
+    const BackupChecksum::State state = BackupChecksum::TakeOff(run.CopyPath());
+    if (state == BackupChecksum::State::Wrong)
+        throw ToolError(u"%1: is damaged, its checksum is another one"_s.arg(backup));
+    return state == BackupChecksum::State::Right;
 }
 
 /// Writes the rows of the backup into a new file. Returns what it holds beside them.
@@ -87,7 +82,7 @@ int Run(const RestoreOptions &options, Console &console)
     UsePrivateLocks();
     FileInTheMaking making(path);
     SealedRun run(backup, console);
-    CheckBytes(run, options, report);
+    const bool isRight = AreTheBytesRight(run, options.backup);
     Report found;
     const QStringList strange =
         OnFile(u"%1 into %2"_s.arg(backup, path), [&] { return WriteRows(run, making.Path(), found); });
@@ -97,6 +92,8 @@ int Run(const RestoreOptions &options, Console &console)
         throw ToolError(u"%1: holds more than marks; --drop leaves it out"_s.arg(options.backup));
     making.FinishNew();
     report.TakeOver(found);
+    if (!isRight)
+        report.Note(options.backup, u"has no checksum, so damage may have gone unnoticed"_s);
     report.Tell(u"file"_s, path);
     return report.Finish(u"%1 restored"_s.arg(path));
 }

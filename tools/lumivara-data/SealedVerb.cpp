@@ -64,6 +64,7 @@ void ProveDictionary(DataFile &file, Console &console, Report &report)
 void ProveMarks(DataFile &file, Report &report)
 {
     const MarksReport found = CheckMarks(file);
+    Tell(found.columnFaults, report);
     Tell(found.findings, report);
     for (const Finding &remark : found.remarks)
         report.Note(remark.row, remark.fault);
@@ -145,7 +146,14 @@ void SendMarks(DataFile &file, Console &console, SealedStream &stream)
         console.Progress(table, done, total);
     });
     Report report;
-    ProveMarks(file, report);
+    const MarksReport found = CheckMarks(file);
+    Tell(found.columnFaults, report);
+    for (const QList<Finding> &remarks : {found.findings, found.remarks}) {
+        for (const Finding &remark : remarks)
+            report.Note(remark.row, remark.fault);
+    }
+    report.Count(u"texts"_s, found.textCount);
+    report.Count(u"marks"_s, found.markCount);
     stream.Send(report);
 }
 
@@ -166,7 +174,7 @@ int RunSealed(const QStringList &arguments, Console &console)
         if (task == "restore"_L1) {
             const QString made = folder + u"/restored"_s;
             BackupService(ClientLibraryPath(QCoreApplication::applicationDirPath() + u'/')).Restore(copy, made, [&] {
-                stream.Progress(u"restoring"_s, 0, 0, {});
+                stream.Progress({}, 0, 0, {});
             });
             file.Open(made);
             SendMarks(file, console, stream);

@@ -1,3 +1,4 @@
+#include "stores/engine/Statement.h"
 #include "support/StoreSupport.h"
 
 using namespace Qt::StringLiterals;
@@ -52,10 +53,19 @@ protected:
 
 TEST_F(EditCycle, ARefusedCommitIsRolledBackAtOnce)
 {
-    RunScript(database, u"set term ^ ; create trigger REFUSE on transaction commit as begin"
-                        " if (exists (select 1 from T where NAME = 'no')) then"
-                        " execute statement 'drop table NOTHING_SUCH'; end ^ set term ; ^"_s);
+    // A table that somebody reads can't be dropped, which is told at the commit.
+    RunScript(database, u"create table U (A integer); commit; insert into U values (1);"_s);
+    TpFIBDatabase other;
+    TpFIBTransaction otherTransaction;
+    Prepare(other, otherTransaction, database.DBName());
+    other.SetConnected(true);
+    otherTransaction.SetActive(true);
+    TpFIBDataSet reader;
+    reader.SetDatabase(&other);
+    reader.SelectSQL() = QStringList{u"select A from U"_s};
+    reader.Open();
     Rename(u"no"_s);
+    Statement(database.Attachment(), transaction.Native(), u"drop table U"_s).Execute(transaction.Native(), {});
     EXPECT_NE(FailureOf([&] { rows.Post(); }), QString());
     EXPECT_EQ(rows.State(), DataSetState::Edit);
     EXPECT_EQ(Field(u"NAME"_s).AsString(), u"no"_s);

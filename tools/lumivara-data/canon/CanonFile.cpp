@@ -45,45 +45,63 @@ QString PlaceOf(const CheckedText &text)
     return u"text %1 of group %2"_s.arg(shown(text.idVic), shown(text.idVit));
 }
 
-/// One damaged page is a finding, and the others are read on.
-QList<CheckedText> ReadTexts(DataFile &file, Console &console, QList<Finding> &unreadable)
+CheckedText TextOf(TDataSet &rows, QList<Finding> &unreadable)
+{
+    CheckedText text{NumberOrNull(rows, Field::IdVit),
+                     NumberOrNull(rows, Field::IdVic),
+                     NumberOrNull(rows, Field::NumberVic),
+                     NameOrNull(rows, Field::NameVicVie),
+                     NameOrNull(rows, Field::NameVicPal),
+                     NameOrNull(rows, Field::NameVicEng),
+                     {}};
+    for (const QString &column : PageColumns()) {
+        try {
+            if (const QByteArray page = rows.FieldByName(column).AsBytes(); !page.isEmpty())
+                text.pages.append({column, InspectPage(page)});
+        } catch (const DatabaseError &error) {
+            unreadable.append({PlaceOf(text), u"%1 cannot be read: %2"_s.arg(column, error.Text().simplified())});
+        }
+    }
+    return text;
+}
+
+/// Appends the texts, in an order or as they are stored. Throws DatabaseError at a row that can't be read.
+void AppendTexts(DataFile &file, const QString &order, Console &console, CheckedCanon &canon)
 {
     TpFIBDataSet rows;
     rows.SetDatabase(&file.Database());
     rows.SetTransaction(&file.Transaction());
     rows.SelectSQL() = {u"select N.ID_VIT, N.ID_VIC, N.NUMBER_VIC, N.NAME_VIC_VIE, N.NAME_VIC_PAL, N.NAME_VIC_ENG,"_s,
-                        PageColumns().join(u", "_s),
-                        u"from KELORA_CONTENT N order by N.NUMBER_VIC, N.ID_VIC, N.ID_VIT"_s};
-    QList<CheckedText> texts;
-    try {
-        rows.Open();
+                        PageColumns().join(u", "_s), u"from KELORA_CONTENT N"_s, order};
+    rows.Open();
+    if (!order.isEmpty())
         rows.FetchAll();
-    } catch (const DatabaseError &error) {
-        unreadable.append({Table::KeloraContent, u"not every row can be read: "_s + error.Text().simplified()});
-        if (!rows.Active())
-            return texts;
-    }
-    for (rows.First(); !rows.Eof(); rows.Next()) {
-        CheckedText text{NumberOrNull(rows, Field::IdVit),
-                         NumberOrNull(rows, Field::IdVic),
-                         NumberOrNull(rows, Field::NumberVic),
-                         NameOrNull(rows, Field::NameVicVie),
-                         NameOrNull(rows, Field::NameVicPal),
-                         NameOrNull(rows, Field::NameVicEng),
-                         {}};
-        for (const QString &column : PageColumns()) {
-            try {
-                if (const QByteArray page = rows.FieldByName(column).AsBytes(); !page.isEmpty())
-                    text.pages.append({column, InspectPage(page)});
-            } catch (const DatabaseError &error) {
-                unreadable.append({PlaceOf(text), u"%1 cannot be read: %2"_s.arg(column, error.Text().simplified())});
-            }
-        }
-        texts.append(text);
-        console.Progress(Table::KeloraContent, texts.size(), rows.RecordCount());
+    for (; !rows.Eof(); rows.Next()) {
+        canon.texts.append(TextOf(rows, canon.unreadable));
+        console.Progress(Table::KeloraContent, canon.texts.size(), rows.RecordCount());
     }
     console.EndProgress();
-    return texts;
+}
+
+/// A damaged page or row is a finding, and what can be read is read on.
+void ReadTexts(DataFile &file, Console &console, CheckedCanon &canon)
+{
+    try {
+        AppendTexts(file, u"order by N.NUMBER_VIC, N.ID_VIC, N.ID_VIT"_s, console, canon);
+        return;
+    } catch (const DatabaseError &) {
+        // Sorting wants every row; without it the damaged one is the last.
+    }
+    canon.texts.clear();
+    canon.unreadable.clear();
+    try {
+        AppendTexts(file, {}, console, canon);
+    } catch (const DatabaseError &error) {
+        if (canon.texts.isEmpty())
+            throw;
+        canon.unreadable.append(
+            {u"what follows %1"_s.arg(PlaceOf(canon.texts.last())), u"cannot be read: "_s + error.Text().simplified()});
+    }
 }
 
 } // namespace
@@ -97,6 +115,6 @@ CheckedCanon ReadCanon(DataFile &file, Console &console)
 {
     CheckedCanon canon;
     canon.groups = ReadGroups(file);
-    canon.texts = ReadTexts(file, console, canon.unreadable);
+    ReadTexts(file, console, canon);
     return canon;
 }

@@ -79,9 +79,9 @@ bool CheckColumns(DataFile &file, MarksReport &report)
                 .arg(wanted.table, wanted.column));
         const QString place = u"column %1 of %2"_s.arg(QString(wanted.column), QString(wanted.table));
         if (rows.isEmpty())
-            report.findings.append({place, u"is missing"_s});
+            report.columnFaults.append({place, u"is missing"_s});
         else if (!CanHold(wanted, rows[0][0].toInt(), rows[0][1].toInt()))
-            report.findings.append({place, u"cannot hold what the program stores in it"_s});
+            report.columnFaults.append({place, u"cannot hold what the program stores in it"_s});
         areAllThere = areAllThere && !rows.isEmpty();
     }
     return areAllThere;
@@ -111,7 +111,7 @@ bool IsMarks(DataFile &file)
 
 MarksReport CheckMarks(DataFile &file)
 {
-    MarksReport report{CountOf(file, Table::SuttaList), CountOf(file, Table::SuttaTextFocus), {}, {}};
+    MarksReport report{CountOf(file, Table::SuttaList), CountOf(file, Table::SuttaTextFocus), {}, {}, {}};
     CheckKeys(file, report);
     if (!CheckColumns(file, report))
         return report; // what follows needs them

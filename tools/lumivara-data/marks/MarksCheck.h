@@ -9,6 +9,7 @@ struct MarksReport
 {
     qsizetype textCount = 0;
     qsizetype markCount = 0;
+    QList<Finding> columnFaults;
     QList<Finding> findings;
     QList<Finding> remarks = {}; ///< what is unusual, and no fault
 };

@@ -12,9 +12,22 @@ namespace {
 
 const QString Tables[] = {Table::SuttaList, Table::SuttaTextFocus};
 
-/// A value as a select gives it: a time goes as text, because its own form here has no more than milliseconds.
-QString Selected(const QString &column)
+/// The columns that a table really has.
+QStringList ColumnsOf(DataFile &file, const QString &table)
 {
+    QStringList columns;
+    for (const QList<QVariant> &row :
+         file.Rows(u"select RDB$FIELD_NAME from RDB$RELATION_FIELDS where RDB$RELATION_NAME = '%1'"_s.arg(table)))
+        columns.append(row[0].toString().trimmed());
+    return columns;
+}
+
+/// A value as a select gives it: a time goes as text, because its own form here has no more than milliseconds. A column
+/// that is missing gives nulls.
+QString Selected(const QString &column, const QStringList &existing)
+{
+    if (!existing.contains(column))
+        return u"cast(null as varchar(1)) "_s + column;
     return column == QString(Field::DatetimeFoc) ? u"cast(%1 as varchar(30)) %1"_s.arg(column) : column;
 }
 
@@ -52,7 +65,9 @@ void EachMarksRow(DataFile &file,
         const QStringList columns = MarksColumns(table);
         const auto attachment = file.Database().Attachment();
         const auto transaction = file.Transaction().Native();
-        Statement select(attachment, transaction, u"select %1 from %2"_s.arg(Joined(columns, Selected), table));
+        const QStringList existing = ColumnsOf(file, table);
+        const auto form = [&existing](const QString &column) { return Selected(column, existing); };
+        Statement select(attachment, transaction, u"select %1 from %2"_s.arg(Joined(columns, form), table));
         select.OpenCursor(transaction, {});
         RowStore row;
         for (qsizetype done = 1; select.Fetch(); ++done) {
@@ -107,9 +122,8 @@ QStringList StrangeThings(DataFile &file)
     }
     for (const QString &table : Tables) {
         const QStringList columns = MarksColumns(table);
-        for (const QList<QVariant> &row :
-             file.Rows(u"select RDB$FIELD_NAME from RDB$RELATION_FIELDS where RDB$RELATION_NAME = '%1'"_s.arg(table))) {
-            if (const QString column = row[0].toString().trimmed(); !columns.contains(column))
+        for (const QString &column : ColumnsOf(file, table)) {
+            if (!columns.contains(column))
                 found.append(u"column %1 of %2"_s.arg(column, table));
         }
     }

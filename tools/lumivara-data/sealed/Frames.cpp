@@ -33,7 +33,7 @@ QByteArray Frame::Encoded() const
         else if (value.typeId() == QMetaType::QByteArray)
             stream << static_cast<quint8>(Tag::Bytes) << value.toByteArray();
         else if (value.typeId() == QMetaType::QString)
-            stream << static_cast<quint8>(Tag::Text) << value.toString().toUtf8();
+            stream << static_cast<quint8>(Tag::Text) << value.toString();
         else
             stream << static_cast<quint8>(Tag::Number) << static_cast<qint64>(value.toLongLong());
     }
@@ -68,6 +68,7 @@ std::optional<Frame> FrameReader::Next()
         quint8 tag = 0;
         qint64 number = 0;
         QByteArray value;
+        QString text; // as UTF-16: from UTF-8 an invisible first letter would not come back
         stream >> tag;
         switch (static_cast<Tag>(tag)) {
         case Tag::Null:
@@ -78,8 +79,8 @@ std::optional<Frame> FrameReader::Next()
             frame.values.append(number);
             break;
         case Tag::Text:
-            stream >> value;
-            frame.values.append(value.isEmpty() ? QStringLiteral("") : QString::fromUtf8(value));
+            stream >> text;
+            frame.values.append(text.isNull() ? QStringLiteral("") : text);
             break;
         case Tag::Bytes:
             stream >> value;

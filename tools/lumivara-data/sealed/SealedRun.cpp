@@ -117,9 +117,12 @@ void SealedRun::Run(const QString &task, const QStringList &words, Report &repor
 
 void SealedRun::Take(const Frame &frame, Report &report)
 {
-    const auto text = [&frame](int i) { return frame.values.value(i).toString(); };
+    // Firebird knows the copy alone.
+    const auto text = [&](int i) { return frame.values.value(i).toString().replace(m_copy, m_source); };
     switch (frame.kind) {
     case Frame::Kind::Progress:
+        if (text(0).isEmpty())
+            break; // it goes on
         m_place = text(0) + u' ' + text(1);
         m_console.Progress(text(0), frame.values.value(1).toLongLong(), frame.values.value(2).toLongLong(), text(3));
         break;
