@@ -224,7 +224,8 @@ TEST_F(CanonTransfer, ACopyIsCheckedAndMendedOnlyWhenAsked)
                                      "3 groups, 2 texts: 8 findings\n");
     {
         const FullDisk full(1'000'000);
-        EXPECT_THAT(Run(2, "import canon K.FDB --into COPY.FDB"), HasSubstr("K.FDB: there is no room for a temporary copy"));
+        EXPECT_THAT(Run(2, "import canon K.FDB --into COPY.FDB"),
+                    HasSubstr("K.FDB: there is no room for a temporary copy"));
     }
     Run(1, "import canon K.FDB --into COPY.FDB");
     EXPECT_FALSE(Names().contains(u"COPY.FDB"_s));
