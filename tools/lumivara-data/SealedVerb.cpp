@@ -20,6 +20,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -99,19 +100,33 @@ void Examine(DataFile &file, SealedStream &stream)
     }
 }
 
+/// Ends a reading that has lasted long enough.
+class LongEnough : public std::exception
+{};
+
 /// Reads what the program will read, so that damage that breaks Firebird down does so here. A failure that it tells by
-/// itself is the program's to show, when it comes to that place.
+/// itself is the program's to show, when it comes to that place. A view may have no end.
 void TryToRead(DataFile &file, Console &console)
 {
+    constexpr qint64 longestMilliseconds = 1000;
+    QElapsedTimer since;
+    since.start();
+    console.SetProgressTaker([&since](const QString &, qsizetype, qsizetype, const QString &) {
+        if (since.elapsed() > longestMilliseconds)
+            throw LongEnough();
+    });
     try {
         if (IsCanon(file)) {
             ReadCanon(file, console);
         } else if (IsMarks(file)) {
-            EachMarksRow(file, [&console](const QString &table, const QList<QVariant> &, qsizetype done,
-                                          qsizetype total) { console.Progress(table, done, total); });
+            EachMarksRow(file, [&console](const QString &table, const QList<QVariant> &, qsizetype done) {
+                console.Progress(table, done, done);
+            });
         }
     } catch (const DatabaseError &) {
+    } catch (const LongEnough &) {
     }
+    console.SetProgressTaker({});
 }
 
 /// Rows with the values of GroupColumns() and TextColumns().
@@ -141,9 +156,9 @@ void SendMarks(DataFile &file, Console &console, SealedStream &stream)
         throw ToolError(u"it holds no marks, or not all of them"_s);
     for (const QString &thing : StrangeThings(file))
         stream.Value(u"strange"_s, thing);
-    EachMarksRow(file, [&](const QString &table, const QList<QVariant> &row, qsizetype done, qsizetype total) {
+    EachMarksRow(file, [&](const QString &table, const QList<QVariant> &row, qsizetype done) {
         stream.Row(table, row);
-        console.Progress(table, done, total);
+        console.Progress(table, done, done);
     });
     Report report;
     const MarksReport found = CheckMarks(file);

@@ -57,11 +57,9 @@ QStringList MarksColumns(const QString &table)
             Field::NikSut, Field::NicSut,  Field::DatetimeFoc, Field::KeywordFoc};
 }
 
-void EachMarksRow(DataFile &file,
-                  const std::function<void(const QString &, const QList<QVariant> &, qsizetype, qsizetype)> &take)
+void EachMarksRow(DataFile &file, const std::function<void(const QString &, const QList<QVariant> &, qsizetype)> &take)
 {
     for (const QString &table : Tables) {
-        const auto total = file.Rows(u"select count(*) from "_s + table)[0][0].toLongLong();
         const QStringList columns = MarksColumns(table);
         const auto attachment = file.Database().Attachment();
         const auto transaction = file.Transaction().Native();
@@ -83,7 +81,7 @@ void EachMarksRow(DataFile &file,
                 }
                 values.append(value);
             }
-            take(table, values, done, total);
+            take(table, values, done);
         }
     }
 }

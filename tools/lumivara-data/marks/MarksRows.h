@@ -15,10 +15,10 @@ class Statement;
 QStringList MarksColumns(const QString &table);
 
 /// Every row of the two tables of an open file of marks, with the values of MarksColumns(): numbers, texts, bytes,
-/// nulls, a time as Firebird writes it, to a ten-thousandth of a second. Throws DatabaseError.
-void EachMarksRow(
-    DataFile &file,
-    const std::function<void(const QString &table, const QList<QVariant> &row, qsizetype done, qsizetype total)> &take);
+/// nulls, a time as Firebird writes it, to a ten-thousandth of a second. `done` counts the table's rows. Throws
+/// DatabaseError.
+void EachMarksRow(DataFile &file,
+                  const std::function<void(const QString &table, const QList<QVariant> &row, qsizetype done)> &take);
 
 /// Stores such rows in an open file that has the two tables and nothing in them.
 class MarksRowWriter
