@@ -206,8 +206,8 @@ TEST_F(SharedFolder, NothingIsMadeBesideWhatWasAskedFor)
     }
 }
 
-/// Marks that the engine never comes to an end with.
-class EndlessMarks : public SharedFolder
+/// A dictionary that the engine never comes to an end with.
+class EndlessWords : public SharedFolder
 {
 protected:
     void SetUp() override
@@ -215,11 +215,9 @@ protected:
         SharedFolder::SetUp();
         EXPECT_TRUE(QFile::copy(Path(Marks), Path(u"s/endless.FDB"_s)));
         OpenedDatabase(Path(u"s/endless.FDB"_s))
-            .RunScript(u"drop table SUTTA_TEXT_FOCUS; commit; set term ^ ; create procedure P returns (I integer, "
-                       "T varchar(9), B blob, D timestamp) as begin I = 0; while (I >= 0) do I = mod(I + 1, 9); "
-                       "suspend; end^ set term ; ^ commit; create view SUTTA_TEXT_FOCUS (ID_FOC, NAME_FOC, TEXT_FOC, "
-                       "PRIORITY_FOC, DESC_FOC, NIK_SUT, NIC_SUT, DATETIME_FOC, KEYWORD_FOC) as "
-                       "select I, T, B, I, T, I, I, D, T from P;"_s);
+            .RunScript(u"set term ^ ; create procedure SP_GET_LIST_WORDS (K integer) returns (WORD_NAME varchar(63), "
+                       "DICT_TYPE integer) as begin DICT_TYPE = 0; while (DICT_TYPE >= 0) do "
+                       "DICT_TYPE = mod(DICT_TYPE + 1, 9); suspend; end^ set term ; ^"_s);
     }
     /// Runs until the file that is being made is there, and stops the run.
     std::string StopAt(int signal, const std::string &words)
@@ -243,9 +241,9 @@ protected:
     }
 };
 
-TEST_F(EndlessMarks, EverySignalEndsTheToolWithNothingLeft)
+TEST_F(EndlessWords, EverySignalEndsTheToolWithNothingLeft)
 {
-    const std::string endless = "export marks --file s/endless.FDB --out s/out.csv";
+    const std::string endless = "export dictionary --kind 5 --file s/endless.FDB --out s/out.csv";
     EXPECT_TRUE(QDir().mkpath(Path(u"tmp"_s)));
     m_environment = QProcess::systemEnvironment() + QStringList{u"TMPDIR="_s + Path(u"tmp"_s)};
     Run(0, "export marks --out s/out.csv --file", {Marks});
