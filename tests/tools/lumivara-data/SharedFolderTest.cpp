@@ -246,7 +246,7 @@ TEST_F(EndlessWords, EverySignalEndsTheToolWithNothingLeft)
     const std::string endless = "export dictionary --kind 5 --file s/endless.FDB --out s/out.csv";
     EXPECT_TRUE(QDir().mkpath(Path(u"tmp"_s)));
     m_environment = QProcess::systemEnvironment() + QStringList{u"TMPDIR="_s + Path(u"tmp"_s)};
-    Run(0, "export marks --out s/out.csv --file", {Marks});
+    Run(0, "export dictionary --kind 5 --out s/out.csv --file", {ProductFolder() + u"PALIDICT.FDB"_s});
     const QStringList before = Names(u"s"_s);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         EXPECT_THAT(StopAt(signal, endless), HasSubstr("interrupted; the files are as they were")) << signal;
@@ -254,7 +254,8 @@ TEST_F(EndlessWords, EverySignalEndsTheToolWithNothingLeft)
     }
     for (int kills = 0; kills < 3; ++kills)
         StopAt(SIGKILL, endless);
-    Run(0, "export marks --out s/out.csv --file", {Marks}); // nothing of theirs is in the way, or stays
+    Run(0, "export dictionary --kind 5 --out s/out.csv --file",
+        {ProductFolder() + u"PALIDICT.FDB"_s}); // nothing of theirs is in the way, or stays
     EXPECT_EQ(Names(u"s"_s), before);
     EXPECT_EQ(Names(u"tmp"_s), QStringList());
     EXPECT_EQ(Names(u"s/lock"_s).filter(u"fb_trace_"_s), QStringList());
