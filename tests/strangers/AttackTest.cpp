@@ -1,8 +1,15 @@
 #include "strangers/StrangersFiles.h"
 
+#include "lumivara-data/sealed/Seal.h"
+
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+#include <linux/landlock.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -191,6 +198,31 @@ TEST_F(Strangers, AnExaminationIsRememberedUntilTheFileChanges)
     Put(u"CANON.FDB"_s, StrangersCanon());
     EXPECT_EQ(Manner(u"CANON.FDB"_s), "as it is");
     EXPECT_EQ(copies(), QStringList()); // the former copy went with its file
+}
+
+/// What a sealed process tries, in bits of its exit code; zero if nothing of it succeeds.
+void TryToBreakOut(const QString &folder, const QString &outside)
+{
+    SealProcess(folder);
+    QFile inside(folder + u"/inside"_s), other(outside);
+    int broken = inside.open(QIODevice::WriteOnly) ? 0 : 1;
+    broken |= other.open(QIODevice::WriteOnly) ? 2 : 0;
+    broken |= QFile::rename(folder + u"/inside"_s, outside) ? 4 : 0;
+    broken |= ::socket(AF_INET, SOCK_STREAM, 0) >= 0 ? 8 : 0;
+    ::execl("/bin/false", "false", nullptr); // would end with 1
+    std::_Exit(broken);
+}
+
+TEST(Seal, KeepsAProcessInItsFolder)
+{
+    if (::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION) < 1)
+        GTEST_SKIP() << "this kernel has no Landlock";
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const QString folder = QDir::tempPath() + u"/lumivara-seal-test"_s, outside = folder + u"-outside"_s;
+    EXPECT_TRUE(QDir().mkpath(folder));
+    EXPECT_EXIT(TryToBreakOut(folder, outside), testing::ExitedWithCode(0), "");
+    EXPECT_FALSE(QFile::exists(outside));
+    EXPECT_TRUE(QDir(folder).removeRecursively());
 }
 
 } // namespace
