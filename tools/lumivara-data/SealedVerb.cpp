@@ -7,6 +7,7 @@
 #include "lumivara-data/canon/CanonRows.h"
 #include "lumivara-data/dictionary/DictionaryFile.h"
 #include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/StrangeThings.h"
 #include "lumivara-data/marks/MarksCheck.h"
 #include "lumivara-data/marks/MarksRows.h"
 #include "lumivara-data/sealed/Examination.h"
@@ -129,9 +130,18 @@ void TryToRead(DataFile &file, Console &console)
     console.SetProgressTaker({});
 }
 
+/// What has no place in the new file.
+void SendStrange(const QStringList &things, SealedStream &stream)
+{
+    for (const QString &thing : things)
+        stream.Value(u"strange"_s, thing);
+}
+
 /// Rows with the values of GroupColumns() and TextColumns().
 void SendCanon(DataFile &file, Console &console, SealedStream &stream)
 {
+    SendStrange(StrangeThings(file, {{Table::KeloraTree, GroupColumns()}, {Table::KeloraContent, TextColumns()}}),
+                stream);
     Report report;
     CanonRows rows(file);
     for (const CanonGroup &group : rows.Groups(report))
@@ -154,8 +164,7 @@ void SendMarks(DataFile &file, Console &console, SealedStream &stream)
 {
     if (!IsMarks(file))
         throw ToolError(u"it holds no marks, or not all of them"_s);
-    for (const QString &thing : StrangeThings(file))
-        stream.Value(u"strange"_s, thing);
+    SendStrange(StrangeInMarks(file), stream);
     EachMarksRow(file, [&](const QString &table, const QList<QVariant> &row, qsizetype done) {
         stream.Row(table, row);
         console.Progress(table, done, done);

@@ -59,6 +59,15 @@ bool DataFile::HasTable(const QString &table)
                 .isEmpty();
 }
 
+QStringList DataFile::Columns(const QString &table)
+{
+    QStringList columns;
+    for (const QList<QVariant> &row :
+         Rows(u"select RDB$FIELD_NAME from RDB$RELATION_FIELDS where RDB$RELATION_NAME = '%1'"_s.arg(table)))
+        columns.append(row[0].toString().trimmed());
+    return columns;
+}
+
 QList<QList<QVariant>> DataFile::Rows(const QString &select)
 {
     TpFIBDataSet query;

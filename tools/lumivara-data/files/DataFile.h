@@ -40,6 +40,8 @@ public:
     /// Runs the schema script of that name ("canon", "client" …).
     void RunSchema(const QString &name);
     bool HasTable(const QString &table);
+    /// Names of a table's columns; none if there is no such table.
+    QStringList Columns(const QString &table);
     /// All rows of a select, values as their fields give them. For small answers.
     QList<QList<QVariant>> Rows(const QString &select);
     /// Commits and closes; with `readOnly` sets Firebird's read-only mode.

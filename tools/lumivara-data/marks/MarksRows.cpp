@@ -1,6 +1,7 @@
 #include "lumivara-data/marks/MarksRows.h"
 
 #include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/StrangeThings.h"
 #include "stores/Schema.h"
 #include "stores/engine/Blobs.h"
 #include "stores/engine/RowStore.h"
@@ -11,16 +12,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString Tables[] = {Table::SuttaList, Table::SuttaTextFocus};
-
-/// The columns that a table really has.
-QStringList ColumnsOf(DataFile &file, const QString &table)
-{
-    QStringList columns;
-    for (const QList<QVariant> &row :
-         file.Rows(u"select RDB$FIELD_NAME from RDB$RELATION_FIELDS where RDB$RELATION_NAME = '%1'"_s.arg(table)))
-        columns.append(row[0].toString().trimmed());
-    return columns;
-}
 
 /// A value as a select gives it: a time goes as text, because its own form here has no more than milliseconds. A column
 /// that is missing gives nulls.
@@ -63,7 +54,7 @@ void EachMarksRow(DataFile &file, const std::function<void(const QString &, cons
         const QStringList columns = MarksColumns(table);
         const auto attachment = file.Database().Attachment();
         const auto transaction = file.Transaction().Native();
-        const QStringList existing = ColumnsOf(file, table);
+        const QStringList existing = file.Columns(table);
         const auto form = [&existing](const QString &column) { return Selected(column, existing); };
         Statement select(attachment, transaction, u"select %1 from %2"_s.arg(Joined(columns, form), table));
         select.OpenCursor(transaction, {});
@@ -102,28 +93,8 @@ MarksRowWriter::MarksRowWriter(DataFile &file) : m_file(file) {}
 
 MarksRowWriter::~MarksRowWriter() = default;
 
-QStringList StrangeThings(DataFile &file)
+QStringList StrangeInMarks(DataFile &file)
 {
-    constexpr auto known = "'SUTTA_LIST', 'SUTTA_TEXT_FOCUS'"_L1;
-    const std::pair<QString, QString> selects[] = {
-        {u"table"_s, u"select RDB$RELATION_NAME from RDB$RELATIONS where RDB$SYSTEM_FLAG = 0 and RDB$RELATION_NAME "
-                     "not in (%1)"_s.arg(known)},
-        {u"procedure"_s, u"select RDB$PROCEDURE_NAME from RDB$PROCEDURES where coalesce(RDB$SYSTEM_FLAG, 0) = 0"_s},
-        {u"function"_s, u"select RDB$FUNCTION_NAME from RDB$FUNCTIONS where coalesce(RDB$SYSTEM_FLAG, 0) = 0"_s},
-        // Those of checks come with their table.
-        {u"trigger"_s, u"select RDB$TRIGGER_NAME from RDB$TRIGGERS where coalesce(RDB$SYSTEM_FLAG, 0) = 0"_s},
-    };
-    QStringList found;
-    for (const auto &[kind, select] : selects) {
-        for (const QList<QVariant> &row : file.Rows(select))
-            found.append(kind + u' ' + row[0].toString().trimmed());
-    }
-    for (const QString &table : Tables) {
-        const QStringList columns = MarksColumns(table);
-        for (const QString &column : ColumnsOf(file, table)) {
-            if (!columns.contains(column))
-                found.append(u"column %1 of %2"_s.arg(column, table));
-        }
-    }
-    return found;
+    return StrangeThings(file, {{Table::SuttaList, MarksColumns(Table::SuttaList)},
+                                {Table::SuttaTextFocus, MarksColumns(Table::SuttaTextFocus)}});
 }

@@ -36,4 +36,4 @@ private:
 };
 
 /// What an open file holds that a file of marks has no place for: "table X", "column Y of SUTTA_LIST", "trigger Z".
-QStringList StrangeThings(DataFile &file);
+QStringList StrangeInMarks(DataFile &file);
