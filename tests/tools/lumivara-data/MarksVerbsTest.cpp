@@ -230,13 +230,10 @@ TEST_F(MarksVerbs, EveryRowComesBackFromCsvByteForByte)
 
 TEST_F(MarksVerbs, TheLargestExcerptComesBack)
 {
-    QFile::remove(Path(From));
-    QFile::remove(Path(To));
-    Run(0, "build marks --out from");
-    Run(0, "build marks --out to");
     // On one line, half of it quotes, which the table doubles.
     OpenedDatabase(Path(From))
-        .RunScript(u"set term ^ ; execute block as declare T blob sub_type 0; declare I integer = 0; begin "
+        .RunScript(u"delete from SUTTA_TEXT_FOCUS; set term ^ ; execute block as declare T blob sub_type 0; declare I "
+                   u"integer = 0; begin "
                    "T = rpad('', 6000, 'x\"'); while (I < 12) do begin T = T || T; I = I + 1; end insert into "
                    "SUTTA_TEXT_FOCUS values (1, 'a', :T, 2, null, 6, 1101, '2024-01-01 00:00:00', null); end ^"_s);
     PutExport(From, "csv");
