@@ -75,7 +75,7 @@ public:
         frmClientsDM->DataModuleCreate();
         if (!frmClientsDM->vIsOKClients)
             qFatal("the client database does not open");
-        Run(KeloraSuttaListScript());
+        Run(KeloraSuttaListScript({{1101, u"Chương"_s, u"Kaṇḍaṃ"_s, {}}}));
         Run({u"SET TERM ^ ;"_s,
              u"execute block as declare I integer = 0; begin while (I < %1) do begin I = I + 1;"_s.arg(Marks),
              u"insert into SUTTA_TEXT_FOCUS values (:I, 'kinh ' || :I, rpad('<p>', %1, 'kinh luat '), 2, 'note', 6, "

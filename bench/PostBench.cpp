@@ -33,7 +33,7 @@ public:
         m_appPath = std::exchange(AppPath, QFileInfo(path).path() + u'/');
         m_module = std::make_unique<TfrmClientsDM>(doors);
         m_module->DataModuleCreate();
-        Run(KeloraSuttaListScript());
+        Run(KeloraSuttaListScript({{1101, u"Chương"_s, u"Kaṇḍaṃ"_s, {}}}));
         Run({u"SET TERM ^ ;"_s,
              u"execute block as declare I integer = 0; begin while (I < 10000) do begin I = I + 1;"
              " insert into SUTTA_TEXT_FOCUS values (:I, 'kinh', rpad('<p>', 5000, 'kinh '), 2, null, 6, 1101, "

@@ -8,6 +8,7 @@
 #include "marks/FocusHighlight.h"
 #include "reader/ReaderRules.h"
 #include "stores/ClientsDM.h"
+#include "stores/KeloraDM.h"
 #include "stores/KeloraSuttaList.h"
 #include "stores/Modules.h"
 #include "toolkit/browser/BrowserControl.h"
@@ -26,7 +27,6 @@ using namespace Qt::StringLiterals;
 void TfrmMain::DeclareSuttaListScript()
 {
     scInsKelora.setObjectName(u"scInsKelora"_s);
-    scInsKelora.Script() = KeloraSuttaListScript();
     if (frmClientsDM)
         scInsKelora.SetDatabase(&frmClientsDM->dbClientTarune);
 }
@@ -64,6 +64,7 @@ void TfrmMain::FillSuttaList()
     if (count > 0)
         return;
     try {
+        scInsKelora.Script() = KeloraSuttaListScript(KeloraTexts(frmKeloraDM->dbKelora, frmKeloraDM->trKelora));
         scInsKelora.ExecuteScript();
     } catch (const std::exception &) {
         // The mark is kept anyway, but not listed until its text is.

@@ -4,16 +4,20 @@
 #include <QString>
 #include <QStringList>
 
-/// A text of the Kelora in the list of texts, without an English name.
+class TpFIBDatabase;
+class TpFIBTransaction;
+
+/// A text of the Kelora in the list of texts. Null where the canon has no name.
 struct KeloraText
 {
     int number;
-    QString vietnamese, pali;
+    QString vietnamese, pali, english;
 };
 
-/// The 205 texts of the Kelora.
-QList<KeloraText> KeloraTexts();
+/// The texts of an open canon in the order of its table, each number once. Names are cut to what the list can hold.
+/// Throws DatabaseError.
+QList<KeloraText> KeloraTexts(TpFIBDatabase &canon, TpFIBTransaction &transaction);
 
-/// The script of scInsKelora: inserts the 205 texts of the Kelora into SUTTA_LIST, one statement each, and commits.
-/// Generated from the canon's list of texts when the program is built.
-QStringList KeloraSuttaListScript();
+/// The script of scInsKelora: inserts the texts into SUTTA_LIST, without English names, one statement each, and
+/// commits.
+QStringList KeloraSuttaListScript(const QList<KeloraText> &texts);

@@ -153,7 +153,7 @@ int Run(const QStringList &arguments)
     if (verb == "seed"_L1) {
         TpFIBScripter script;
         script.SetDatabase(&module.dbClientTarune);
-        script.Script() = KeloraSuttaListScript();
+        script.Script() = KeloraSuttaListScript({{1101, u"Chương"_s, u"Kaṇḍaṃ"_s, {}}});
         script.ExecuteScript();
     } else if (verb == "dump"_L1) {
         // One moment of the file, whatever another copy deletes while its rows are read.

@@ -39,13 +39,13 @@ QList<Mark> MarksOf(QByteArray table)
 FUZZ_TARGET(CsvMarks)
 {
     for (const Mark &mark : MarksOf(input)) {
-        REQUIRE(mark.collection > 0 && mark.text > 0 && IsOneOf(Priority::All, mark.priority));
+        REQUIRE(mark.collection > 0 && mark.text > 0 && IsOneOf(Priority::All, mark.priority.value_or(Priority::High)));
         REQUIRE(mark.title.size() <= Length::Name && mark.keywords.size() <= Length::Keyword &&
                 mark.note.size() <= Length::Desc);
         const MarksForm form = MarksFormNamed(QStringLiteral("csv"));
         const QList<Mark> again = MarksOf((form.head + form.mark(mark, nullptr)).toUtf8());
         REQUIRE(again.size() == 1 && again.first().title == mark.title && again.first().keywords == mark.keywords);
-        REQUIRE(again.first().note == mark.note && again.first().excerptHtml == mark.excerptHtml);
+        REQUIRE(again.first().note == mark.note && again.first().excerpt == mark.excerpt);
         REQUIRE(again.first().priority == mark.priority && again.first().text == mark.text);
     }
 }

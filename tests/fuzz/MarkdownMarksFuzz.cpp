@@ -19,7 +19,7 @@ FUZZ_TARGET(MarkdownMarks)
     MarkdownMarks source(device, QStringLiteral("marks.md"), silent.report, texts);
     for (MarkAtLine mark; source.Next(mark); ++marks) {
         REQUIRE(mark.line > 0 && mark.mark.collection > 0 && mark.mark.text > 0);
-        REQUIRE(IsOneOf(Priority::All, mark.mark.priority) && mark.mark.title.size() <= Length::Name);
+        REQUIRE(IsOneOf(Priority::All, *mark.mark.priority) && mark.mark.title.size() <= Length::Name);
         REQUIRE(mark.mark.keywords.size() <= Length::Keyword && mark.mark.note.size() <= Length::Desc);
     }
     REQUIRE(marks <= headings);

@@ -300,4 +300,7 @@ TEST_F(FocusHighlight, ARowChangedByAnotherCopyIsNotOverwritten)
     EXPECT_EQ(Marks().State(), DataSetState::Edit);
     EXPECT_EQ(Title().text(), u"mine"_s) << "what was typed is still there";
     EXPECT_TRUE(Stored().endsWith(u"5 Đại phẩm"_s));
+    Press("bCancel");
+    EXPECT_EQ(Title().text(), u"Đại phẩm"_s);
+    EXPECT_EQ(InMarks<QPlainTextEdit>("mmDesc").toPlainText(), u"theirs"_s) << "the row as it is now";
 }

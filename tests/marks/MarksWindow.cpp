@@ -1,6 +1,7 @@
 #include "marks/MarksWindow.h"
 
 #include "marks/FocusEdit.h"
+#include "stores/KeloraSuttaList.h"
 
 #include <QFile>
 
@@ -32,8 +33,10 @@ std::unique_ptr<TfrmClientsDM> MarksWindow::AnotherCopy()
     copy->DataModuleCreate();
     EXPECT_TRUE(copy->vIsOKClients);
     window->scInsKelora.SetDatabase(&copy->dbClientTarune);
-    if (Stored().isEmpty()) // else the texts have been listed
+    if (Stored().isEmpty()) { // else the texts have been listed
+        window->scInsKelora.Script() = KeloraSuttaListScript(KeloraTexts(kelora->dbKelora, kelora->trKelora));
         window->scInsKelora.ExecuteScript();
+    }
     window->scInsKelora.SetDatabase(&clients->dbClientTarune);
     copy->qryFocus.Open();
     return copy;

@@ -1,6 +1,7 @@
 #include "stores/ClientsDM.h"
 
 #include "stores/KeloraSuttaList.h"
+#include "stores/engine/Refusal.h"
 #include "stores/engine/Scripter.h"
 #include "support/FullDisk.h"
 #include "support/ModuleSupport.h"
@@ -8,6 +9,7 @@
 #include "tools/ToolSupport.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <unistd.h>
 
@@ -79,6 +81,17 @@ protected:
     {
         return FailureOf([this] { copy->qryFocus.Post(); });
     }
+    /// What the reader is told of it.
+    QString ExplanationOfPost(int language)
+    {
+        InterfaceLang = language;
+        try {
+            copy->qryFocus.Post();
+        } catch (const DatabaseError &error) {
+            return ExplainedFailure(error);
+        }
+        return {};
+    }
 
     QDateTime time = QDateTime(QDate(2024, 2, 29), QTime(23, 59, 59, 123));
     std::unique_ptr<TfrmClientsDM> copy;
@@ -125,9 +138,17 @@ TEST_F(ClientsModule, ATextIsLabelledByCollectionAndLanguage)
 
 TEST_F(ClientsModule, TheTextsOfTheKeloraAreThoseOfTheCanon)
 {
+    TpFIBDatabase canon;
+    TpFIBTransaction reading;
+    Prepare(canon, reading, ProductFolder() + u"KELORA.FDB"_s);
+    canon.SetConnected(true);
+    reading.SetActive(true);
     TpFIBScripter script;
     script.SetDatabase(&copy->dbClientTarune);
-    script.Script() = KeloraSuttaListScript();
+    script.Script() = KeloraSuttaListScript(KeloraTexts(canon, reading));
+    EXPECT_LT(script.Script().indexOf(QRegularExpression(u".*6, 1309, .*"_s)),
+              script.Script().indexOf(QRegularExpression(u".*6, 1308, .*"_s)))
+        << "in the order of the table";
     EXPECT_THROW(script.ExecuteScript(1), DatabaseError) << "one of them is there";
     OpenedDatabase(File()).RunScript(u"delete from SUTTA_LIST where NIK_SUT = 6; commit;"_s);
     script.ExecuteScript(1);
@@ -137,6 +158,25 @@ TEST_F(ClientsModule, TheTextsOfTheKeloraAreThoseOfTheCanon)
     EXPECT_EQ(listed.size(), 205);
     EXPECT_EQ(listed, OpenedDatabase(ProductFolder() + u"KELORA.FDB"_s)
                           .Rows(u"select ID_VIC, NAME_VIC_VIE, NAME_VIC_PAL from KELORA_CONTENT order by 1"_s));
+}
+
+TEST_F(ClientsModule, ACanonThatIsNotAsItShouldBeIsListedAllTheSame)
+{
+    OpenedDatabase(File()).RunScript(
+        u"create table KELORA_CONTENT (ID_VIC integer, NAME_VIC_VIE varchar(300) character set UNICODE_FSS, "
+        "NAME_VIC_PAL varchar(300) character set UNICODE_FSS, NAME_VIC_ENG varchar(300) character set UNICODE_FSS);"
+        "commit; delete from SUTTA_LIST where NIK_SUT = 6;"
+        "insert into KELORA_CONTENT values (7, 'It''s; \"seven\"', '', 'Seven');"
+        "insert into KELORA_CONTENT values (null, 'x', null, null);"
+        "insert into KELORA_CONTENT values (7, 'again', null, null);"
+        "insert into KELORA_CONTENT values (3, null, rpad('', 130, 'ā'), null);"_s);
+    TpFIBScripter script;
+    script.SetDatabase(&copy->dbClientTarune);
+    script.Script() = KeloraSuttaListScript(KeloraTexts(copy->dbClientTarune, copy->trClientTarune));
+    script.ExecuteScript();
+    EXPECT_EQ(OpenedDatabase(File()).Text("select NIC_SUT, NAME_SUT_VIE, char_length(NAME_SUT_PAL), NAME_SUT_ENG from "
+                                          "SUTTA_LIST where NIK_SUT = 6 order by 1"),
+              "3,null,127,null|7,It's; \"seven\",null,null");
 }
 
 TEST_F(ClientsModule, NothingIsPostedIntoAFileThatIsNoLongerInItsPlace)
@@ -157,6 +197,7 @@ TEST_F(ClientsModule, NothingIsPostedIntoAFileThatIsNoLongerInItsPlace)
         Fill(*copy, u"mới"_s);
         harm();
         EXPECT_TRUE(FailureOfPost().contains(File()));
+        EXPECT_TRUE(ExplanationOfPost(0).contains(u"nên chưa lưu gì cả. Hãy"_s));
         EXPECT_EQ(copy->qryFocus.State(), DataSetState::Insert);
         EXPECT_EQ(Text(), Excerpt);
         repair();
@@ -189,6 +230,9 @@ TEST_F(ClientsModule, AnotherCopysMarkUnderTheSameKeyIsNeverOverwritten)
         theirs();
         Retitle(*copy, u"của tôi"_s);
         EXPECT_TRUE(FailureOfPost().contains(u"changed or deleted elsewhere"_s));
+        EXPECT_TRUE(ExplanationOfPost(0).startsWith(u"Ghi chép này vừa bị sửa hoặc xóa"_s));
+        EXPECT_TRUE(ExplanationOfPost(1).contains(u"\"Read again\""_s));
+        EXPECT_FALSE(ExplanationOfPost(1).contains(u"qryFocus"_s));
         EXPECT_EQ(copy->qryFocus.State(), DataSetState::Edit);
         EXPECT_EQ(Field(u"NAME_FOC"_s).AsString(), u"của tôi"_s);
         copy->qryFocus.Cancel();
@@ -209,7 +253,9 @@ TEST_F(ClientsModule, AKeyTakenByAnotherCopyIsTakenAnewAtTheSecondTry)
             Mark(*other, u"nhanh hơn"_s);
     };
     Fill(*copy, u"chậm hơn"_s);
-    EXPECT_NE(FailureOfPost(), QString());
+    const QString told = ExplanationOfPost(1);
+    EXPECT_TRUE(told.startsWith(u"Another copy of Lumivara stored an entry at the same time"_s));
+    EXPECT_TRUE(told.contains(u"\n\nviolation of PRIMARY or UNIQUE KEY constraint"_s)) << told.toStdString();
     EXPECT_EQ(copy->qryFocus.State(), DataSetState::Insert);
     copy->qryFocus.Post();
     raced = false;

@@ -3,6 +3,7 @@
 #include "common/Console.h"
 #include "common/Interrupt.h"
 #include "common/Report.h"
+#include "lumivara-data/canon/ClientList.h"
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/files/FileLock.h"
 #include "lumivara-data/files/HtmlText.h"
@@ -15,7 +16,7 @@
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
-#include <QSet>
+#include <QHash>
 
 using namespace Qt::StringLiterals;
 
@@ -34,11 +35,13 @@ QByteArray Identity(const Mark &mark, bool asShown)
     const QString title = QString(mark.title).remove(QChar::ByteOrderMark);
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
+    const QString html = ExcerptHtml(mark);
+    const QByteArray page = mark.excerpt.isValidUtf8() ? html.toUtf8() : mark.excerpt;
     // Null and empty are one text.
     for (const QString &text : {asShown ? title.simplified() : title, lines(mark.keywords), lines(mark.note),
-                                asShown ? lines(TextOfHtml(mark.excerptHtml)) : mark.excerptHtml})
+                                asShown ? lines(TextOfHtml(html)) : QString()})
         stream << text.toUtf8().append('.');
-    stream << mark.collection << mark.text << mark.priority;
+    stream << (asShown ? QByteArray() : page + '.') << mark.collection << mark.text << mark.priority.value_or(0);
     return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
 }
 
@@ -65,10 +68,10 @@ QString ExistingFile(const QString &name)
 void Compare(MarksReader &source, const QFile &input, bool isMarkdown, DataFile &file, MarksStore &store,
              Report &report, Console &console)
 {
-    QSet<QByteArray> known;
+    QHash<QByteArray, qsizetype> known, met;
     VisitMarks(file, [&](const Mark &mark) {
         ThrowIfInterrupted();
-        known.insert(Identity(mark, isMarkdown));
+        ++known[Identity(mark, isMarkdown)];
     });
     qsizetype there = 0;
     for (MarkAtLine mark; source.Next(mark);) {
@@ -80,11 +83,12 @@ void Compare(MarksReader &source, const QFile &input, bool isMarkdown, DataFile 
         }
         store.Want(mark.mark);
         const QByteArray identity = Identity(mark.mark, isMarkdown);
-        if (known.contains(identity)) {
+        // An export has as many equal marks as its file; what was written by hand only repeats itself.
+        const qsizetype before = met[identity]++;
+        if (mark.isExact ? before < known.value(identity) : before > 0 || known.contains(identity)) {
             ++there;
             continue;
         }
-        known.insert(identity);
         store.Append(mark);
     }
     console.EndProgress();
@@ -106,6 +110,10 @@ std::optional<ImportMarksOptions> ParseImportMarks(const QStringList &arguments,
     parser.addPositionalArgument(u"FILE"_s, u"The marks, as CSV or Markdown in UTF-8."_s);
     parser.addOption({u"into"_s, u"The marks to add to; TARUNECLIENT.FDB beside the tool by default."_s, u"FILE"_s,
                       DefaultFile(Thing::Marks)});
+    parser.addOption({u"canon"_s,
+                      u"A list without a text of collection 6 gets the texts of this canon; KELORA.FDB beside the tool "
+                      u"by default."_s,
+                      u"FILE"_s});
     parser.addOption({u"format"_s, u"csv or markdown; by the ending of FILE by default."_s, u"FORMAT"_s});
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"import marks FILE [options]"_s, arguments, console))
@@ -114,7 +122,7 @@ std::optional<ImportMarksOptions> ParseImportMarks(const QStringList &arguments,
         throw ToolError(u"import marks wants one FILE; see \"lumivara-data import marks --help\""_s);
     const QString file = parser.positionalArguments().first();
     return ImportMarksOptions{
-        file, parser.value(u"into"_s),
+        file, parser.value(u"into"_s), parser.value(u"canon"_s),
         IsMarkdown(parser.isSet(u"format"_s) ? parser.value(u"format"_s) : QFileInfo(file).suffix().toLower()),
         Report::OptionsOf(parser)};
 }
@@ -138,7 +146,12 @@ int Run(const ImportMarksOptions &options, Console &console)
         file.Open(OpenablePath(path, false, console));
         if (!IsMarks(file))
             throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
-        MarksStore store(file, path, name, report);
+        // As the program would at the first marking.
+        QList<KeloraText> texts;
+        if (MarksStore::ListLacksKelora(file) &&
+            (!options.canon.isEmpty() || QFileInfo::exists(DefaultFile(Thing::Canon))))
+            texts = ClientList::TextsOf(options.canon.isEmpty() ? DefaultFile(Thing::Canon) : options.canon, console);
+        MarksStore store(file, path, name, texts, report);
         std::unique_ptr<MarksReader> source;
         if (options.isMarkdown)
             source = std::make_unique<MarkdownMarks>(input, name, report, store.Texts());

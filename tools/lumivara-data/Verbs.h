@@ -96,7 +96,15 @@ struct ImportDictionaryOptions
 struct ImportMarksOptions
 {
     QString file, into;
+    QString canon;           ///< of the list's texts; the one beside the tool, if there is one, if empty
     bool isMarkdown = false; ///< CSV else
+    ReportOptions report;
+};
+
+struct UpdateListOptions
+{
+    QString file, canon;
+    bool writes = false; ///< only tells what differs else
     ReportOptions report;
 };
 
@@ -132,6 +140,7 @@ std::optional<ForgetMeOptions> ParseForgetMe(const QStringList &arguments, Conso
 std::optional<ImportCanonOptions> ParseImportCanon(const QStringList &arguments, Console &console);
 std::optional<ImportDictionaryOptions> ParseImportDictionary(const QStringList &arguments, Console &console);
 std::optional<ImportMarksOptions> ParseImportMarks(const QStringList &arguments, Console &console);
+std::optional<UpdateListOptions> ParseUpdateList(const QStringList &arguments, Console &console);
 std::optional<ExportCanonOptions> ParseExportCanon(const QStringList &arguments, Console &console);
 std::optional<ExportDictionaryOptions> ParseExportDictionary(const QStringList &arguments, Console &console);
 std::optional<ExportMarksOptions> ParseExportMarks(const QStringList &arguments, Console &console);
@@ -144,6 +153,7 @@ int Run(const ForgetMeOptions &options, Console &console);
 int Run(const ImportCanonOptions &options, Console &console);
 int Run(const ImportDictionaryOptions &options, Console &console);
 int Run(const ImportMarksOptions &options, Console &console);
+int Run(const UpdateListOptions &options, Console &console);
 int Run(const ExportCanonOptions &options, Console &console);
 int Run(const ExportDictionaryOptions &options, Console &console);
 int Run(const ExportMarksOptions &options, Console &console);

@@ -3,6 +3,7 @@
 #include "base/Texts.h"
 #include "stores/data/DataSource.h"
 #include "stores/engine/Blobs.h"
+#include "stores/engine/Refusal.h"
 #include "stores/engine/RowStore.h"
 #include "stores/engine/Statement.h"
 
@@ -469,7 +470,7 @@ void TpFIBDataSet::Change(const QStringList &sql, const QList<QVariant> &values,
 
 void TpFIBDataSet::ThrowChangedElsewhere() const
 {
-    throw DatabaseError(u"%1: the record was changed or deleted elsewhere, nothing was stored"_s.arg(objectName()));
+    throw Refusal(Refusal::Reason::ChangedElsewhere);
 }
 
 void TpFIBDataSet::LockOldRow(const QList<QVariant> &oldValues)

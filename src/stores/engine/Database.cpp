@@ -1,6 +1,7 @@
 #include "stores/engine/Database.h"
 
 #include "stores/engine/DatabaseHandles.h"
+#include "stores/engine/Refusal.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -284,14 +285,10 @@ void TpFIBDatabase::CheckFileInPlace() const
 {
     Attachment()->changes.Before(m_dbName);
     const FileIdentity file = FileIdentity::Of(m_dbName);
-    if (file == FileIdentity() || file != Attachment()->file) {
-        throw DatabaseError(
-            u"The file \"%1\" was renamed, replaced or deleted since it was opened; nothing was stored. "
-            "Put it back in its place and try again."_s.arg(m_dbName));
-    }
-    if (!QFileInfo(m_dbName).isWritable()) {
-        throw DatabaseError(u"The file \"%1\" may no longer be written; nothing was stored."_s.arg(m_dbName));
-    }
+    if (file == FileIdentity() || file != Attachment()->file)
+        throw Refusal(Refusal::Reason::FileAway, m_dbName);
+    if (!QFileInfo(m_dbName).isWritable())
+        throw Refusal(Refusal::Reason::FileReadOnly, m_dbName);
 }
 
 void TpFIBDatabase::SetLockFolder(const QString &folder)

@@ -1,6 +1,6 @@
 #include "toolkit/bound/DataSetActions.h"
 
-#include "stores/data/DataSet.h"
+#include "stores/data/FIBDataSet.h"
 #include "toolkit/bound/FieldLink.h"
 #include "toolkit/program/Guard.h"
 
@@ -22,7 +22,13 @@ DataSetActions::DataSetActions(QWidget &window, QAction &post, QAction &cancel, 
         connect(&action, &QAction::changed, this, keepLetter);
     };
     wire(post, [](TDataSet &dataSet) { dataSet.Post(); });
-    wire(cancel, [](TDataSet &dataSet) { dataSet.Cancel(); });
+    wire(cancel, [](TDataSet &dataSet) {
+        const bool wasChanged = dataSet.State() == DataSetState::Edit && dataSet.Modified();
+        dataSet.Cancel();
+        // Another copy may have changed the row meanwhile, which is a reason to cancel.
+        if (auto *query = dynamic_cast<TpFIBDataSet *>(&dataSet); query && wasChanged)
+            query->FullRefresh();
+    });
     wire(deletion, [](TDataSet &dataSet) { dataSet.Delete(); });
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
             &DataSetActions::Update);

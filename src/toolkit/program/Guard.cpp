@@ -1,6 +1,6 @@
 #include "toolkit/program/Guard.h"
 
-#include "stores/engine/DatabaseError.h"
+#include "stores/engine/Refusal.h"
 #include "stores/settings/Registry.h"
 #include "toolkit/program/Doors.h"
 
@@ -28,7 +28,7 @@ bool RunGuarded(const std::function<void()> &handler)
         return true;
     } catch (const SilentAbort &) {
     } catch (const DatabaseError &error) {
-        Report(error.Text());
+        Report(ExplainedFailure(error));
     } catch (const RegistryError &error) {
         Report(error.Text());
     } catch (const std::exception &error) {

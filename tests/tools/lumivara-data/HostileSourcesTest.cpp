@@ -129,15 +129,15 @@ TEST(HostileSources, EachLimitIsToldWithItsPlace)
         {ReadMarks<CsvMarks>, header + QByteArray("6,1101,,,2,,\n").repeated(MarksReader::MostMarks + 1),
          "f:200002: more than 200000 marks"},
         {ReadMarks<MarkdownMarks>, "# one\n## t\n> " + QByteArray(MarksReader::LargestMark, 'x') + "\n",
-         "f:2: the mark is not UTF-8, or longer than 16 MiB"},
+         "f:2: the mark is not UTF-8, or longer than 64 MiB"},
         {ReadMarks<CsvMarks>, header + "6,1101,,,2,,\"" + QByteArray(MarksReader::LargestMark, 'x') + "\"\n",
-         "f:2: the mark is longer than 16 MiB"},
+         "f:2: the mark is longer than 64 MiB"},
         {ReadMarks<CsvMarks>,
          QByteArray(header).replace("FOC\n", "FOC,TEXT\n") + "6,1101,,,2,,,\"" +
              QByteArray(MarksReader::LargestMark / 6 + 1, '&') + "\"\n",
-         "f:2: the mark is longer than 16 MiB"},
+         "f:2: the mark is longer than 64 MiB"},
         {ReadMarks<MarkdownMarks>, "# one\n## t\n> " + QByteArray(MarksReader::LargestMark / 6 + 1, '&') + "\n",
-         "f:2: the mark is longer than 16 MiB"},
+         "f:2: the mark is longer than 64 MiB"},
     };
     for (const auto &row : rows)
         EXPECT_THAT(Told(row.read, row.source), HasSubstr(row.told));

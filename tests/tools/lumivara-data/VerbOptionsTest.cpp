@@ -55,6 +55,7 @@ TEST(VerbOptions, WrongUsageIsTold)
         {Fault<ParseExportDictionary>, "--out x", "--kind wants a number from 1 to 8"},
         {Fault<ParseExportDictionary>, "--kind 1", "export dictionary wants --out FILE"},
         {Fault<ParseExportDictionary>, "--kind 1 --out x --format odt", "the format \"odt\" is not known"},
+        {Fault<ParseUpdateList>, "x", "update-list does not know \"x\""},
         {Fault<ParseExportMarks>, "", "export wants --format or --out"},
         {Fault<ParseExportMarks>, "--format csv --json", "--json leaves no room for marks"},
     };

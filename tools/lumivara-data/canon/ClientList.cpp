@@ -6,8 +6,10 @@
 #include "lumivara-data/marks/MarksCheck.h"
 #include "lumivara-data/sealed/Examination.h"
 #include "stores/Schema.h"
+#include "stores/engine/Statement.h"
 
 #include <QFileInfo>
+#include <QHash>
 #include <QSet>
 
 using namespace Qt::StringLiterals;
@@ -36,27 +38,77 @@ void ClientList::Prepare(const QString &path, Console &console)
     file.Close();
 }
 
+QList<KeloraText> ClientList::TextsOf(const QString &canon, Console &console)
+{
+    return OnFile(canon, [&] {
+        DataFile file;
+        file.Open(OpenablePath(canon, true, console));
+        if (!file.HasTable(Table::KeloraContent))
+            throw ToolError(u"%1: no canon (tables KELORA_TREE, KELORA_CONTENT)"_s.arg(canon));
+        return KeloraTexts(file.Database(), file.Transaction());
+    });
+}
+
+QList<ClientList::Change> ClientList::Changes(DataFile &marks, const QList<KeloraText> &texts)
+{
+    QHash<int, Names> listed;
+    for (const QList<QVariant> &row :
+         marks.Rows(u"select S.NIC_SUT, S.NAME_SUT_VIE, S.NAME_SUT_PAL, S.NAME_SUT_ENG from SUTTA_LIST S "
+                    "where S.NIK_SUT = %1"_s.arg(Collection::Kelora)))
+        listed[row[0].toInt()] = {row[1].toString(), row[2].toString(), row[3].toString()};
+    QList<Change> changes;
+    QSet<int> met;
+    for (const KeloraText &text : texts) {
+        if (met.contains(text.number))
+            continue;
+        met.insert(text.number);
+        const auto found = listed.constFind(text.number);
+        Change change{text.number, found == listed.constEnd(), {}, {text.vietnamese, text.pali, text.english}};
+        if (!change.isNew) {
+            change.now = *found;
+            if (change.now[2].isEmpty())
+                change.wanted[2] = change.now[2];
+        }
+        if (change.isNew || change.now != change.wanted)
+            changes.append(change);
+    }
+    return changes;
+}
+
+void ClientList::Make(DataFile &marks, const QList<Change> &changes)
+{
+    RowWriter added(marks, Table::SuttaList, ListColumns());
+    Statement renewed(marks.Database().Attachment(), marks.Transaction().Native(),
+                      u"update SUTTA_LIST set NAME_SUT_VIE = :VIE, NAME_SUT_PAL = :PAL, NAME_SUT_ENG = :ENG "
+                      "where NIK_SUT = :NIK and NIC_SUT = :NIC"_s);
+    for (const auto &[number, isNew, now, wanted] : changes) {
+        const QList<QVariant> names{OrNull(wanted[0]), OrNull(wanted[1]), OrNull(wanted[2])};
+        const QList<QVariant> key{Collection::Kelora, number};
+        if (isNew)
+            added.Append(key + names);
+        else
+            renewed.Execute(marks.Transaction().Native(), names + key);
+    }
+}
+
+void ClientList::Finish(DataFile &marks, const QString &path)
+{
+    marks.Database().CheckFileInPlace();
+    Leftover::Complete(path, [&marks] { marks.Finish(false); });
+}
+
 qsizetype ClientList::AddMissing(const QString &path, const CheckedCanon &canon)
 {
     DataFile file;
     file.Open(QFileInfo(path).absoluteFilePath());
-    QSet<int> listed;
-    for (const QList<QVariant> &row :
-         file.Rows(u"select S.NIC_SUT from SUTTA_LIST S where S.NIK_SUT = %1"_s.arg(Collection::Kelora)))
-        listed.insert(row[0].toInt());
-    qsizetype added = 0;
-    {
-        RowWriter texts(file, Table::SuttaList, ListColumns());
-        for (const CheckedText &text : canon.texts) {
-            if (!text.idVic || listed.contains(*text.idVic))
-                continue;
-            listed.insert(*text.idVic);
-            texts.Append({Collection::Kelora, *text.idVic, OrNull(text.nameVietnamese), OrNull(text.namePali),
-                          OrNull(text.nameEnglish)});
-            ++added;
-        }
+    QList<KeloraText> texts;
+    for (const CheckedText &text : canon.texts) {
+        if (text.idVic)
+            texts.append({*text.idVic, text.nameVietnamese, text.namePali, text.nameEnglish});
     }
-    file.Database().CheckFileInPlace();
-    Leftover::Complete(path, [&file] { file.Finish(false); });
-    return added;
+    QList<Change> missing = Changes(file, texts);
+    missing.removeIf([](const Change &change) { return !change.isNew; });
+    Make(file, missing);
+    Finish(file, path);
+    return missing.size();
 }

@@ -115,7 +115,7 @@ CsvRecords::Fault CsvRecords::Read(QByteArrayList &cells, QByteArrayList &taken)
     while (m_lines.Next(line)) {
         taken.append(line);
         bytes += line.size();
-        if (m_lines.IsCut() || bytes >= TextLines::MostBytes || taken.size() > MostLines)
+        if (m_lines.IsCut() || bytes >= m_lines.Most() || taken.size() > MostLines)
             return Fault::TooLong;
         switch (parser.Feed(line)) {
         case RecordParser::Result::Faulty:
@@ -141,7 +141,7 @@ QString CsvRecords::TextOf(Fault fault, qsizetype cells) const
     case Fault::None:
         break;
     case Fault::TooLong:
-        return u"a record without an end, or longer than %1 MiB"_s.arg(TextLines::MostBytes >> 20);
+        return u"a record without an end, or longer than %1 MiB"_s.arg(m_lines.Most() >> 20);
     case Fault::TooWide:
         return u"more than %1 cells"_s.arg(MostCells);
     case Fault::Quote:

@@ -31,7 +31,8 @@ QByteArray AsUtf8(const QString &text)
 
 } // namespace
 
-TextLines::TextLines(QIODevice &device, const QString &fileName) : m_device(device), m_fileName(fileName)
+TextLines::TextLines(QIODevice &device, const QString &fileName, qsizetype most)
+    : m_device(device), m_fileName(fileName), m_most(most)
 {
     constexpr qint64 longestMark = 3;
     const QByteArray begin = device.peek(longestMark);
@@ -57,9 +58,9 @@ bool TextLines::Next(QByteArray &line)
     while (end < 0) {
         m_buffer.remove(0, m_from);
         m_from = 0;
-        if (m_buffer.size() > MostBytes) {
+        if (m_buffer.size() > m_most) {
             m_isCut = true;
-            m_buffer.truncate(MostBytes);
+            m_buffer.truncate(m_most);
         }
         const qsizetype known = m_buffer.size();
         if (!Refill())

@@ -13,15 +13,16 @@ class QIODevice;
 class TextLines
 {
 public:
-    /// The longest line in bytes that is kept; of a longer one the beginning is, and IsCut() tells.
+    /// The longest line in bytes that is kept by default; of a longer one the beginning is, and IsCut() tells.
     static constexpr qsizetype MostBytes = 32 << 20;
 
     /// The device is open and outlives this. Throws ToolError with `fileName` where reading fails.
-    TextLines(QIODevice &device, const QString &fileName);
+    TextLines(QIODevice &device, const QString &fileName, qsizetype most = MostBytes);
 
     /// False at the end.
     bool Next(QByteArray &line);
-    /// True if the last line was longer than MostBytes.
+    qsizetype Most() const { return m_most; }
+    /// True if the last line was longer than that.
     bool IsCut() const { return m_isCut; }
     /// The number of the last line, from 1.
     qsizetype Number() const { return m_number; }
@@ -36,6 +37,7 @@ private:
 
     QIODevice &m_device;
     QString m_fileName;
+    qsizetype m_most;
     QByteArrayList m_again; ///< the next one last
     QByteArray m_buffer;    ///< what was read, from m_from on not given yet
     qsizetype m_from = 0;

@@ -4,6 +4,7 @@
 #include "common/Report.h"
 #include "stores/Schema.h"
 
+#include <QDateTime>
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
@@ -76,9 +77,9 @@ bool TakeFacts(const QString &facts, Mark &mark)
     QStringList words = facts.split(Parting);
     mark.priority = PriorityNamed(words.takeFirst().trimmed());
     if (!words.isEmpty()) {
-        mark.time = QDateTime::fromString(words.first(), u"yyyy-MM-dd HH:mm"_s);
-        if (mark.time.isValid())
-            words.removeFirst();
+        const QDateTime time = QDateTime::fromString(words.first(), u"yyyy-MM-dd HH:mm"_s);
+        if (time.isValid())
+            mark.time = words.takeFirst() + u":00.0000"_s;
     }
     mark.keywords = words.join(Parting);
     return mark.priority != 0;
@@ -201,6 +202,7 @@ bool MarkdownMarks::TakeMark(const QByteArray &heading, MarkAtLine &source)
     TakeWhile(body, IsBlank);
     const QStringList facts = TakeWhile(body, [](const QString &line) { return !IsBlank(line) && !IsQuotation(line); });
     mark.priority = Priority::OfNewMark;
+    mark.time = QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH:mm:ss.zzz0"_s);
     if (!facts.isEmpty() && !TakeFacts(PlainLines(facts, u"\n"_s), mark))
         return Leave(source.line, u"its first line does not begin with a priority: \"%1\""_s.arg(
                                       facts.first().trimmed().left(QuotedLength)));
@@ -211,7 +213,7 @@ bool MarkdownMarks::TakeMark(const QByteArray &heading, MarkAtLine &source)
     const QString text = PlainLines(excerpt, u"\n"_s);
     if (FreshExcerptSize(text) > LargestMark)
         return Leave(source.line, TooLarge());
-    mark.excerptHtml = FreshExcerpt(text);
+    mark.excerpt = FreshExcerpt(text);
     mark.note = PlainLines(body, NoteLineEnd);
     return IsStorable(source);
 }

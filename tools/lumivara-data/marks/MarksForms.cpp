@@ -8,6 +8,7 @@
 #include "stores/data/FIBDataSet.h"
 
 #include <QRegularExpression>
+#include <QStringDecoder>
 
 #include <array>
 
@@ -15,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Stand for a line end and a blank while the tags are taken out; no text holds them.
+constexpr QByteArrayView Utf8Mark("\xEF\xBB\xBF");
 
 /// The name that a document puts above a text's marks.
 QString TextName(const Mark &mark)
@@ -33,7 +34,8 @@ bool BeginsText(const Mark &mark, const Mark *previous)
 /// "Cao · 2024-02-29 23:59 · keywords"
 QString Facts(const Mark &mark)
 {
-    QStringList facts{PriorityName(mark.priority), mark.time.toString(u"yyyy-MM-dd HH:mm"_s), mark.keywords};
+    QStringList facts{PriorityName(mark.priority), mark.time.left(QStringView(u"yyyy-MM-dd HH:mm").size()),
+                      mark.keywords};
     facts.removeAll(QString());
     return facts.join(u" · "_s);
 }
@@ -53,9 +55,48 @@ QString MarkdownLines(const QString &text, const QString &prefix)
     return lines.join(u"  \n"_s) + u'\n';
 }
 
-QString CsvCell(QString text)
+/// Nothing for null; an empty text has its quotes.
+QString CsvCell(const QString &text)
 {
-    return u'"' + text.replace(u'"', u"\"\""_s) + u'"';
+    if (text.isNull())
+        return text;
+    // QString's own replacing moves the rest of a long text again and again.
+    QString cell(u'"');
+    cell.reserve(text.size() + text.count(u'"') + 2);
+    for (const QChar c : text) {
+        if (c == u'"')
+            cell += c;
+        cell += c;
+    }
+    return cell + u'"';
+}
+
+/// "2024-02-29T23:59:58", with a fraction where there is one.
+QString CsvTime(QString time)
+{
+    if (time.endsWith(u".0000"_s))
+        time.chop(5);
+    return time.replace(u' ', u'T');
+}
+
+/// Every character, one for a byte order mark included.
+QString WholeUtf8(const QByteArray &bytes)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    return decoder.decode(bytes);
+}
+
+/// An excerpt as its cell and the form that it has there.
+std::pair<QString, QString> CsvExcerpt(const QByteArray &excerpt)
+{
+    constexpr qsizetype mostLines = 100'000; // readers of CSV hold a record's lines one by one
+    if (excerpt.isNull())
+        return {QString(), ExcerptForm::None};
+    if (!excerpt.isValidUtf8() || excerpt.contains('\0') || excerpt.count('\n') > mostLines)
+        return {QString::fromLatin1(excerpt.toBase64()), ExcerptForm::Encoded};
+    if (excerpt.startsWith(Utf8Mark))
+        return {WholeUtf8(excerpt.sliced(Utf8Mark.size())), ExcerptForm::Marked};
+    return {WholeUtf8(excerpt), ExcerptForm::Plain};
 }
 
 QString HtmlMark(const Mark &mark, const Mark *previous)
@@ -64,7 +105,7 @@ QString HtmlMark(const Mark &mark, const Mark *previous)
     if (BeginsText(mark, previous))
         page += u"<h1>%1</h1>\n"_s.arg(TextName(mark).toHtmlEscaped());
     page += u"<h2>%1</h2>\n<p><small>%2</small></p>\n<blockquote>%3</blockquote>\n"_s.arg(
-        ShownTitle(mark).toHtmlEscaped(), Facts(mark).toHtmlEscaped(), HtmlLines(TextOfHtml(mark.excerptHtml)));
+        ShownTitle(mark).toHtmlEscaped(), Facts(mark).toHtmlEscaped(), HtmlLines(TextOfHtml(ExcerptHtml(mark))));
     if (!mark.note.isEmpty())
         page += u"<p>%1</p>\n"_s.arg(HtmlLines(mark.note));
     return page;
@@ -80,7 +121,7 @@ QString MarkdownMark(const Mark &mark, const Mark *previous)
     }
     text += MarkdownLines(ShownTitle(mark), u"## "_s) + u'\n';
     text += MarkdownLines(Facts(mark), {}) + u'\n';
-    text += MarkdownLines(TextOfHtml(mark.excerptHtml), u"> "_s) + u'\n';
+    text += MarkdownLines(TextOfHtml(ExcerptHtml(mark)), u"> "_s) + u'\n';
     if (!mark.note.isEmpty())
         text += MarkdownLines(mark.note, {}) + u'\n';
     return text;
@@ -88,19 +129,24 @@ QString MarkdownMark(const Mark &mark, const Mark *previous)
 
 QString CsvMark(const Mark &mark, const Mark *)
 {
+    // No cell of a spreadsheet holds more than 32,767 characters.
+    constexpr qsizetype mostForText = 1 << 20;
+    const auto [excerpt, form] = CsvExcerpt(mark.excerpt);
+    const QString text = mark.excerpt.size() > mostForText ? QString() : TextOfHtml(ExcerptHtml(mark));
     const QStringList cells{QString::number(mark.key),
                             QString::number(mark.collection),
                             QString::number(mark.text),
                             CsvCell(mark.nameVietnamese),
                             CsvCell(mark.namePali),
                             CsvCell(mark.nameEnglish),
-                            CsvCell(QString(mark.title).remove(QChar::ByteOrderMark)),
+                            CsvCell(mark.title),
                             CsvCell(mark.keywords),
-                            QString::number(mark.priority),
-                            mark.time.toString(Qt::ISODate),
+                            mark.priority ? QString::number(*mark.priority) : QString(),
+                            CsvTime(mark.time),
                             CsvCell(mark.note),
-                            CsvCell(TextOfHtml(mark.excerptHtml)),
-                            CsvCell(mark.excerptHtml)};
+                            CsvCell(text),
+                            CsvCell(excerpt),
+                            form};
     return cells.join(u',') + u"\r\n"_s;
 }
 
@@ -113,19 +159,25 @@ void VisitMarks(DataFile &file, const std::function<void(const Mark &)> &visit)
     rows.SetTransaction(&file.Transaction());
     rows.SelectSQL() = QStringList{
         u"select F.ID_FOC, F.NIK_SUT, F.NIC_SUT, S.NAME_SUT_VIE, S.NAME_SUT_PAL, S.NAME_SUT_ENG, F.NAME_FOC,"_s,
-        u"F.KEYWORD_FOC, F.DESC_FOC, F.PRIORITY_FOC, F.DATETIME_FOC, F.TEXT_FOC from SUTTA_TEXT_FOCUS F"_s,
-        u"left join SUTTA_LIST S on S.NIK_SUT = F.NIK_SUT and S.NIC_SUT = F.NIC_SUT"_s,
+        u"F.KEYWORD_FOC, F.DESC_FOC, F.PRIORITY_FOC, cast(F.DATETIME_FOC as varchar(30)) DATETIME_FOC, F.TEXT_FOC"_s,
+        u"from SUTTA_TEXT_FOCUS F"_s, u"left join SUTTA_LIST S on S.NIK_SUT = F.NIK_SUT and S.NIC_SUT = F.NIC_SUT"_s,
         u"order by F.NIK_SUT, F.NIC_SUT, F.ID_FOC"_s};
     for (rows.Open(); !rows.Eof(); rows.Next()) {
-        const auto text = [&rows](const QString &name) { return rows.FieldByName(name).AsString(); };
+        const auto text = [&rows](const QString &name) {
+            const QVariant value = rows.FieldByName(name).Value();
+            const QString stored = value.toString();
+            return !value.isNull() && stored.isNull() ? u""_s : stored;
+        };
         const auto number = [&rows](const QString &name) { return rows.FieldByName(name).AsInteger(); };
-        QString html = QString::fromUtf8(rows.FieldByName(Field::TextFoc).AsBytes());
-        if (html.startsWith(QChar::ByteOrderMark))
-            html.remove(0, 1);
+        const QVariant priority = rows.FieldByName(Field::PriorityFoc).Value();
+        const QVariant stored = rows.FieldByName(Field::TextFoc).Value();
+        QByteArray excerpt = stored.toByteArray();
+        if (stored.isValid() && excerpt.isNull())
+            excerpt = QByteArray("");
         visit({number(Field::IdFoc), number(Field::NikSut), number(Field::NicSut), text(Field::NameSutVie),
                text(Field::NameSutPal), text(Field::NameSutEng), text(Field::NameFoc), text(Field::KeywordFoc),
-               text(Field::DescFoc), number(Field::PriorityFoc), rows.FieldByName(Field::DatetimeFoc).AsDateTime(),
-               html});
+               text(Field::DescFoc), priority.isNull() ? std::optional<int>() : priority.toInt(),
+               text(Field::DatetimeFoc), excerpt});
     }
 }
 
@@ -135,8 +187,17 @@ QString ShownTitle(const Mark &mark)
     return title.isEmpty() ? u"#%1"_s.arg(mark.key) : title;
 }
 
-QString PriorityName(int priority)
+QString ExcerptHtml(const Mark &mark)
 {
+    const QString html = QString::fromUtf8(mark.excerpt);
+    return html.startsWith(QChar::ByteOrderMark) ? html.sliced(1) : html;
+}
+
+QString PriorityName(std::optional<int> given)
+{
+    if (!given)
+        return {};
+    const int priority = *given;
     static constexpr std::array names{u"Đặc biệt", u"Cao", u"Bình thường", u"Thấp"};
     static_assert(names.size() == Priority::All.size());
     const auto index = static_cast<size_t>(priority - Priority::All.front());
@@ -156,7 +217,7 @@ MarksForm MarksFormNamed(const QString &name)
     if (name == "csv"_L1) {
         return {u"csv",
                 u"ID_FOC,NIK_SUT,NIC_SUT,NAME_SUT_VIE,NAME_SUT_PAL,NAME_SUT_ENG,NAME_FOC,KEYWORD_FOC,PRIORITY_FOC,"
-                "DATETIME_FOC,DESC_FOC,TEXT,TEXT_FOC\r\n"_s,
+                "DATETIME_FOC,DESC_FOC,TEXT,TEXT_FOC,TEXT_FORM\r\n"_s,
                 CsvMark,
                 {}};
     }

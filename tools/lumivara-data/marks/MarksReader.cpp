@@ -5,6 +5,9 @@
 #include "marks/Excerpt.h"
 #include "stores/Schema.h"
 
+#include <QDateTime>
+#include <QRegularExpression>
+
 #include <array>
 #include <numeric>
 #include <optional>
@@ -17,7 +20,8 @@ constexpr std::array NeededColumns{Field::NikSut,     Field::NicSut,      Field:
                                    Field::KeywordFoc, Field::PriorityFoc, Field::DescFoc};
 constexpr SchemaName PlainText = u"TEXT"; ///< the excerpt without its HTML
 constexpr std::array OtherColumns{Field::IdFoc,       Field::NameSutVie, Field::NameSutPal, Field::NameSutEng,
-                                  Field::DatetimeFoc, PlainText,         Field::TextFoc};
+                                  Field::DatetimeFoc, PlainText,         Field::TextFoc,    ExcerptForm::Column};
+const QString TimeForm = u"yyyy-MM-dd HH:mm:ss.zzz0"_s; ///< of Mark::time
 
 bool IsAmong(const auto &columns, const QString &name)
 {
@@ -30,11 +34,13 @@ qsizetype BytesOf(const CsvRecord &record)
                            [](qsizetype bytes, const QByteArray &cell) { return bytes + cell.size(); });
 }
 
-/// A moment in ISO form, in local time where it names no zone; null for an empty text, nothing for anything else.
-std::optional<QDateTime> MomentOf(const QString &text)
+/// A moment in ISO form, in local time where it names no zone, as Mark has it; nothing for anything else.
+std::optional<QString> MomentOf(const QString &written)
 {
-    if (text.isEmpty())
-        return QDateTime();
+    // QDateTime has milliseconds, the file a digit more.
+    static const QRegularExpression fraction(uR"((:\d\d:\d\d)[.,](\d{4})\d*)"_s);
+    const auto exact = fraction.match(written);
+    const QString text = exact.hasMatch() ? QString(written).replace(fraction, u"\\1"_s) : written;
     QDateTime moment = QDateTime::fromString(text, Qt::ISODate);
     if (!moment.isValid()) // perhaps an hour that summer time leaves out here
         moment = QDateTime::fromString(text + u'Z', Qt::ISODate);
@@ -44,13 +50,14 @@ std::optional<QDateTime> MomentOf(const QString &text)
     const int year = moment.date().year();
     if (!moment.isValid() || year < 1 || year > lastYear)
         return {};
-    return moment;
+    return exact.hasMatch() ? moment.toString(u"yyyy-MM-dd HH:mm:ss."_s) + exact.captured(2)
+                            : moment.toString(TimeForm);
 }
 
 } // namespace
 
 MarksReader::MarksReader(QIODevice &device, const QString &fileName, Report &report)
-    : m_fileName(fileName), m_report(report), m_lines(device, fileName)
+    : m_fileName(fileName), m_report(report), m_lines(device, fileName, 2 * LargestMark) // quotes may be doubled
 {
     if (m_lines.WasConverted())
         m_report.Note(fileName, u"converted from UTF-16"_s);
@@ -79,8 +86,8 @@ bool MarksReader::IsStorable(const MarkAtLine &source)
     };
     if (mark.collection < 1 || mark.text < 1)
         return leave(u"text %1 of collection %2: there is no such text"_s.arg(mark.text).arg(mark.collection));
-    if (!IsOneOf(Priority::All, mark.priority))
-        return leave(u"the priority is %1, not 1 to 4"_s.arg(mark.priority));
+    if (mark.priority && !IsOneOf(Priority::All, *mark.priority))
+        return leave(u"the priority is %1, not 1 to 4"_s.arg(*mark.priority));
     const auto tooLong = [&](const QString &what, const QString &text, qsizetype most) {
         return text.size() > most && !leave(u"%1 is longer than %2 characters"_s.arg(what).arg(most));
     };
@@ -102,14 +109,14 @@ qsizetype FreshExcerptSize(const QString &text)
     });
 }
 
-QString FreshExcerpt(const QString &text)
+QByteArray FreshExcerpt(const QString &text)
 {
     if (text.trimmed().isEmpty())
         return {};
     QStringList lines = WithUnixLineEnds(text).split(u'\n');
     for (QString &line : lines)
         line = u"<p>"_s + line.toHtmlEscaped() + u"</p>"_s;
-    return ExcerptPage(lines.join(u'\n'));
+    return ExcerptFileBytes(ExcerptPage(lines.join(u'\n')));
 }
 
 CsvMarks::CsvMarks(QIODevice &device, const QString &fileName, Report &report)
@@ -150,43 +157,90 @@ QString CsvMarks::Cell(const CsvRecord &record, const QString &column) const
     return index < 0 ? QString() : record.Text(index);
 }
 
-QString CsvMarks::Take(const CsvRecord &record, Mark &mark) const
+QString CsvMarks::Take(const CsvRecord &record, MarkAtLine &source) const
 {
-    struct NumberColumn
-    {
-        SchemaName name;
-        int &number;
-    };
-    const NumberColumn numbers[] = {
-        {Field::NikSut, mark.collection}, {Field::NicSut, mark.text}, {Field::PriorityFoc, mark.priority}};
-    for (const auto &[name, number] : numbers) {
-        const QString column = name;
-        bool isNumber = false;
-        number = Cell(record, column).toInt(&isNumber);
-        if (!isNumber)
-            return u"%1 is no number: \"%2\""_s.arg(column, Cell(record, column).left(Length::Name));
-    }
-    const auto moment = MomentOf(Cell(record, Field::DatetimeFoc));
-    if (!moment)
-        return u"DATETIME_FOC is no date such as 2024-02-29T23:59:58: \"%1\""_s.arg(
-            Cell(record, Field::DatetimeFoc).left(Length::Name));
-    mark.time = *moment;
+    Mark &mark = source.mark;
+    source.isExact = !Cell(record, ExcerptForm::Column).isEmpty();
+    if (const QString fault = TakeFacts(record, source); !fault.isEmpty())
+        return fault;
     mark.nameVietnamese = Cell(record, Field::NameSutVie);
     mark.namePali = Cell(record, Field::NameSutPal);
     mark.nameEnglish = Cell(record, Field::NameSutEng);
-    mark.title = Cell(record, Field::NameFoc).remove(QChar::ByteOrderMark);
-    mark.keywords = Cell(record, Field::KeywordFoc);
-    mark.note = Cell(record, Field::DescFoc);
-    mark.excerptHtml = Cell(record, Field::TextFoc);
-    // Stored excerpts begin with the mark of their encoding; it is put there again.
-    if (mark.excerptHtml.startsWith(QChar::ByteOrderMark))
-        mark.excerptHtml.remove(0, 1);
-    if (!mark.excerptHtml.isEmpty())
+    const auto text = [&](const QString &column) {
+        const QString cell = Cell(record, column);
+        return cell.isEmpty() && !source.isExact ? QString() : cell;
+    };
+    mark.title = text(Field::NameFoc);
+    mark.keywords = text(Field::KeywordFoc);
+    mark.note = text(Field::DescFoc);
+    return TakeExcerpt(record, mark);
+}
+
+QString CsvMarks::TakeFacts(const CsvRecord &record, MarkAtLine &source) const
+{
+    Mark &mark = source.mark;
+    const QString priority = Cell(record, Field::PriorityFoc);
+    if (!priority.isEmpty() || !source.isExact)
+        mark.priority = 0;
+    struct NumberColumn
+    {
+        SchemaName name;
+        int *number;
+    };
+    const NumberColumn numbers[] = {{Field::NikSut, &mark.collection},
+                                    {Field::NicSut, &mark.text},
+                                    {Field::PriorityFoc, mark.priority ? &*mark.priority : nullptr}};
+    for (const auto &[name, number] : numbers) {
+        const QString column = name;
+        bool isNumber = !number;
+        if (number)
+            *number = Cell(record, column).toInt(&isNumber);
+        if (!isNumber)
+            return u"%1 is no number: \"%2\""_s.arg(column, Cell(record, column).left(Length::Name));
+    }
+    const QString time = Cell(record, Field::DatetimeFoc);
+    if (time.isEmpty()) {
+        if (!source.isExact)
+            mark.time = QDateTime::currentDateTime().toString(TimeForm);
         return {};
+    }
+    const auto moment = MomentOf(time);
+    if (!moment)
+        return u"DATETIME_FOC is no date such as 2024-02-29T23:59:58: \"%1\""_s.arg(time.left(Length::Name));
+    mark.time = *moment;
+    return {};
+}
+
+QString CsvMarks::TakeExcerpt(const CsvRecord &record, Mark &mark) const
+{
+    const QString form = Cell(record, ExcerptForm::Column);
+    const QString page = Cell(record, Field::TextFoc);
+    if (form == ExcerptForm::None)
+        return page.isEmpty() ? QString() : u"TEXT_FOC is not empty, as TEXT_FORM says"_s;
+    if (form == ExcerptForm::Plain) {
+        mark.excerpt = page.isEmpty() ? QByteArray("") : page.toUtf8();
+        return {};
+    }
+    if (form == ExcerptForm::Marked) {
+        mark.excerpt = ExcerptFileBytes(page);
+        return {};
+    }
+    if (form == ExcerptForm::Encoded) {
+        const auto decoded = QByteArray::fromBase64Encoding(page.toLatin1(), QByteArray::AbortOnBase64DecodingErrors);
+        mark.excerpt = *decoded;
+        return decoded ? QString() : u"TEXT_FOC is no base64, as TEXT_FORM says"_s;
+    }
+    if (!form.isEmpty())
+        return u"TEXT_FORM is no form of an excerpt: \"%1\""_s.arg(form.left(Length::Name));
+    // Stored excerpts begin with the mark of their encoding; rows without a form may lack it.
+    if (!page.isEmpty()) {
+        mark.excerpt = ExcerptFileBytes(page.startsWith(QChar::ByteOrderMark) ? page.sliced(1) : page);
+        return {};
+    }
     const QString text = Cell(record, PlainText);
     if (FreshExcerptSize(text) > LargestMark)
         return TooLarge();
-    mark.excerptHtml = FreshExcerpt(text);
+    mark.excerpt = FreshExcerpt(text);
     return {};
 }
 
@@ -198,7 +252,7 @@ bool CsvMarks::ReadNext(MarkAtLine &mark)
         if (fault.isEmpty() && BytesOf(record) > LargestMark)
             fault = TooLarge();
         if (fault.isEmpty())
-            fault = Take(record, mark.mark);
+            fault = Take(record, mark);
         if (!fault.isEmpty())
             m_report.Find(Place(record.line), fault);
         else if (IsStorable(mark))

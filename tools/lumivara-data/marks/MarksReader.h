@@ -12,6 +12,8 @@ struct MarkAtLine
 {
     qsizetype line = 0;
     Mark mark;
+    /// What an export wrote byte for byte: what it lacks is null, and one is there for each that is read.
+    bool isExact = false;
 };
 
 /// The marks of a file in an open format, one by one. Incomplete or unstorable marks are reported with file name and
@@ -25,8 +27,8 @@ public:
 
     /// Marks of one file; years of a reader's work are a few thousand.
     static constexpr qsizetype MostMarks = 200'000;
-    /// The largest mark, in bytes of the file. An excerpt of a whole long text has a tenth of that.
-    static constexpr qsizetype LargestMark = 16 << 20;
+    /// The largest mark in bytes. The excerpt of a whole long text has 23 MB.
+    static constexpr qsizetype LargestMark = 64 << 20;
 
     /// False at the end. Throws ToolError behind MostMarks.
     bool Next(MarkAtLine &mark);
@@ -47,8 +49,8 @@ private:
     qsizetype m_count = 0;
 };
 
-/// A table with the columns of the export, in any order. The excerpt is TEXT_FOC, or a fresh page around TEXT where
-/// that is empty.
+/// A table with the columns of the export, in any order. The excerpt is TEXT_FOC in the form that TEXT_FORM says. In
+/// rows without such a form it is text behind a byte order mark, or a fresh page around TEXT where it is empty.
 class CsvMarks : public MarksReader
 {
 public:
@@ -58,7 +60,10 @@ public:
 private:
     bool ReadNext(MarkAtLine &mark) override;
     /// Why the record is no mark; empty if it is one.
-    QString Take(const CsvRecord &record, Mark &mark) const;
+    QString Take(const CsvRecord &record, MarkAtLine &source) const;
+    /// Numbers and time. An export may have written a mark without priority or time.
+    QString TakeFacts(const CsvRecord &record, MarkAtLine &source) const;
+    QString TakeExcerpt(const CsvRecord &record, Mark &mark) const;
     QString Cell(const CsvRecord &record, const QString &column) const;
 
     CsvRecords m_records;
@@ -103,5 +108,5 @@ private:
 
 /// The characters of a fresh page around a plain text, or a few more.
 qsizetype FreshExcerptSize(const QString &text);
-/// A fresh page around a plain text, one paragraph for each line; nothing for nothing.
-QString FreshExcerpt(const QString &text);
+/// A fresh page around a plain text, one paragraph for each line; null for nothing.
+QByteArray FreshExcerpt(const QString &text);

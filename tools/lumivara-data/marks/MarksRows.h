@@ -20,7 +20,7 @@ QStringList MarksColumns(const QString &table);
 void EachMarksRow(DataFile &file,
                   const std::function<void(const QString &table, const QList<QVariant> &row, qsizetype done)> &take);
 
-/// Stores such rows in an open file that has the two tables and nothing in them.
+/// Stores such rows in an open file that has the two tables.
 class MarksRowWriter
 {
 public:

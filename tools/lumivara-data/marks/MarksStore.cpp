@@ -6,8 +6,7 @@
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/DataFile.h"
-#include "marks/Excerpt.h"
-#include "stores/KeloraSuttaList.h"
+#include "lumivara-data/marks/MarksRows.h"
 #include "stores/Schema.h"
 #include "stores/engine/DatabaseError.h"
 #include "stores/engine/Scripter.h"
@@ -39,6 +38,12 @@ bool HasNone(const std::array<QString, 3> &names)
     return std::all_of(names.begin(), names.end(), [](const QString &name) { return name.isEmpty(); });
 }
 
+template <typename Text>
+QVariant OrNull(const Text &text)
+{
+    return text.isNull() ? QVariant() : QVariant(text);
+}
+
 QVariant NullIfEmpty(const QString &text)
 {
     return text.isEmpty() ? QVariant() : QVariant(text);
@@ -46,8 +51,9 @@ QVariant NullIfEmpty(const QString &text)
 
 } // namespace
 
-MarksStore::MarksStore(DataFile &file, const QString &path, const QString &source, Report &report)
-    : m_file(file), m_path(path), m_source(source), m_report(report)
+MarksStore::MarksStore(DataFile &file, const QString &path, const QString &source, const QList<KeloraText> &canonTexts,
+                       Report &report)
+    : m_file(file), m_path(path), m_source(source), m_canonTexts(canonTexts), m_report(report)
 {
     if (!m_gathered.open())
         throw ToolError(u"%1: %2"_s.arg(m_gathered.fileTemplate(), m_gathered.errorString()));
@@ -63,15 +69,15 @@ MarksStore::MarksStore(DataFile &file, const QString &path, const QString &sourc
     for (const QList<QVariant> &row : m_file.Rows(u"select S.NIK_SUT, S.NIC_SUT, S.NAME_SUT_VIE, S.NAME_SUT_PAL, "
                                                   "S.NAME_SUT_ENG from SUTTA_LIST S"_s))
         add(row);
-    if (ListLacksKelora()) {
-        for (const KeloraText &text : KeloraTexts())
+    if (ListLacksKelora(m_file)) {
+        for (const KeloraText &text : m_canonTexts)
             m_known.Add(Collection::Kelora, text.number, {text.vietnamese, text.pali});
     }
 }
 
-bool MarksStore::ListLacksKelora()
+bool MarksStore::ListLacksKelora(DataFile &file)
 {
-    return m_file.Rows(u"select first 1 1 from SUTTA_LIST S where S.NIK_SUT = %1"_s.arg(Collection::Kelora)).isEmpty();
+    return file.Rows(u"select first 1 1 from SUTTA_LIST S where S.NIK_SUT = %1"_s.arg(Collection::Kelora)).isEmpty();
 }
 
 bool MarksStore::IsStorable(const Mark &mark) const
@@ -91,7 +97,7 @@ void MarksStore::Append(const MarkAtLine &source)
 {
     const Mark &mark = source.mark;
     m_stream << qint64(source.line) << mark.collection << mark.text << mark.title << mark.keywords << mark.note
-             << mark.priority << mark.time << mark.excerptHtml;
+             << mark.priority.value_or(0) << mark.time << mark.excerpt;
     if (m_stream.status() != QDataStream::Ok)
         throw ToolError(u"%1: %2"_s.arg(m_gathered.fileName(), m_gathered.errorString()));
     ++m_count;
@@ -151,8 +157,11 @@ qsizetype MarksStore::WriteTexts(QList<std::pair<QString, QString>> &notes)
     // on all others out of sight for ever.
     const bool wantsKelora =
         m_wanted.lower_bound({Collection::Kelora, 0}) != m_wanted.lower_bound({Collection::Kelora + 1, 0});
-    const bool enters = wantsKelora && ListLacksKelora();
-    QList<KeloraText> entered = enters ? KeloraTexts() : QList<KeloraText>();
+    const bool enters = wantsKelora && ListLacksKelora(m_file);
+    QList<KeloraText> entered = enters ? m_canonTexts : QList<KeloraText>();
+    if (enters && entered.isEmpty())
+        notes.append({m_path, u"the list of texts gets those with marks alone; \"lumivara-data update-list\" adds "
+                              "the others"_s});
     qsizetype count = 0;
     for (const auto &wanted : m_wanted) {
         const auto &[text, names] = wanted;
@@ -187,22 +196,23 @@ void MarksStore::WriteMarks(Console &console)
     qint64 key = m_file.Rows(u"select max(F.ID_FOC) from SUTTA_TEXT_FOCUS F"_s)[0][0].toLongLong();
     if (key + m_count > std::numeric_limits<qint32>::max())
         throw ToolError(u"%1: its keys are used up"_s.arg(m_path));
-    RowWriter rows(m_file, Table::SuttaTextFocus,
-                   {Field::IdFoc, Field::NameFoc, Field::TextFoc, Field::PriorityFoc, Field::DescFoc, Field::NikSut,
-                    Field::NicSut, Field::DatetimeFoc, Field::KeywordFoc});
+    MarksRowWriter rows(m_file);
     for (qsizetype i = 0; i < m_count; ++i) {
         qint64 line = 0;
         Mark mark;
-        m_stream >> line >> mark.collection >> mark.text >> mark.title >> mark.keywords >> mark.note >> mark.priority >>
-            mark.time >> mark.excerptHtml;
+        int priority = 0;
+        m_stream >> line >> mark.collection >> mark.text >> mark.title >> mark.keywords >> mark.note >> priority >>
+            mark.time >> mark.excerpt;
+        if (priority != 0)
+            mark.priority = priority;
         if (m_stream.status() != QDataStream::Ok)
             throw ToolError(u"%1: cannot be read back"_s.arg(m_gathered.fileName()));
         console.Progress(u"adding marks"_s, i, m_count);
-        const QDateTime time = mark.time.isValid() ? mark.time : QDateTime::currentDateTime();
         try {
-            rows.Append({++key, NullIfEmpty(mark.title),
-                         mark.excerptHtml.isEmpty() ? QVariant() : ExcerptFileBytes(mark.excerptHtml), mark.priority,
-                         NullIfEmpty(mark.note), mark.collection, mark.text, time, NullIfEmpty(mark.keywords)});
+            rows.Append(Table::SuttaTextFocus,
+                        {++key, OrNull(mark.title), OrNull(mark.excerpt),
+                         mark.priority ? QVariant(*mark.priority) : QVariant(), OrNull(mark.note), mark.collection,
+                         mark.text, NullIfEmpty(mark.time), OrNull(mark.keywords)});
         } catch (const DatabaseError &error) {
             if (IsClash(error))
                 throw;

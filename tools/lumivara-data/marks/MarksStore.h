@@ -1,6 +1,7 @@
 #pragma once
 
 #include "lumivara-data/marks/MarksReader.h"
+#include "stores/KeloraSuttaList.h"
 
 #include <QTemporaryFile>
 
@@ -15,10 +16,14 @@ class DataFile;
 class MarksStore
 {
 public:
-    /// The file is open and outlives this; `source` is the name that messages give to where the marks are from.
-    MarksStore(DataFile &file, const QString &path, const QString &source, Report &report);
+    /// The file is open and outlives this; `source` is the name that messages give to where the marks are from. With
+    /// `canonTexts` a list without a text of the Kelora gets all of them.
+    MarksStore(DataFile &file, const QString &path, const QString &source, const QList<KeloraText> &canonTexts,
+               Report &report);
+    /// True if the list of an open file has no text of the Kelora.
+    static bool ListLacksKelora(DataFile &file);
 
-    /// The texts by which a mark can be found: those of the list and of the one that the program would enter.
+    /// The texts by which a mark can be found: those of the list and those that it would get.
     const KnownTexts &Texts() const { return m_known; }
     /// False if the file's columns garble a character of the mark.
     bool IsStorable(const Mark &mark) const;
@@ -33,7 +38,6 @@ public:
 private:
     using Names = std::array<QString, 3>; ///< Vietnamese, Pāli, English
 
-    bool ListLacksKelora();
     void WriteAll(Console &console);
     qsizetype WriteTexts(QList<std::pair<QString, QString>> &notes);
     void WriteMarks(Console &console);
@@ -41,6 +45,7 @@ private:
     DataFile &m_file;
     QString m_path;
     QString m_source;
+    QList<KeloraText> m_canonTexts;
     Report &m_report;
     KnownTexts m_known;
     bool m_storesPairs = true; ///< characters above U+FFFF

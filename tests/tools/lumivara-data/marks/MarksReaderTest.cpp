@@ -55,7 +55,7 @@ TEST(MarksReader, OneBadRecordIsToldAndTheOthersAreRead)
     };
     for (const auto &[record, told] : cases)
         EXPECT_EQ(Read(Header + Good + record + Good), "good|\ngood|\n"s + told + '\n') << record.constData();
-    EXPECT_THAT(Read(Header + "6,1101," + QByteArray(TextLines::MostBytes + 9, 'x') + "\n" + Good),
+    EXPECT_THAT(Read(Header + "6,1101," + QByteArray(2 * MarksReader::LargestMark + 9, 'x') + "\n" + Good),
                 HasSubstr("good|\n"));
     EXPECT_LT(Read(Header + "6,1101,\"" + QByteArray(TextLines::MostBytes / 4, '\n') + "\"\n").size(), 200U);
 }
