@@ -296,13 +296,14 @@ QByteArray PagesOf(const QByteArray &bytes, const QPageRanges &ranges, WorkWatch
 
 QPdfDocumentRenderOptions PieceOptions(QSizeF points, QSize drawn, const QRect &piece)
 {
-    // Pieces are scaled by the page's whole points, pages by all of them.
+    // What Qt 6.4 makes of it: pieces are scaled by the page's whole points, pages by all of them; and by the distance
+    // of a rectangle's last dot from its first over the number of dots in the picture.
     const auto scaled = [](int length, qreal point) {
         return qRound(length * point / std::max(std::floor(point), 1.0));
     };
     QPdfDocumentRenderOptions options;
     options.setScaledSize({scaled(drawn.width(), points.width()), scaled(drawn.height(), points.height())});
-    options.setScaledClipRect(piece);
+    options.setScaledClipRect(piece.adjusted(0, 0, 1, 1));
     return options;
 }
 

@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QPainter>
 #include <QPdfDocument>
+#include <QPdfDocumentRenderOptions>
 #include <QPdfSelection>
 #include <QPdfWriter>
 #include <QPrintDialog>
@@ -174,6 +175,19 @@ TEST_F(Printing, DrawsOnPaperWhatThePdfShowsWhateverTheScreensColour)
     paper.load(printer.outputFileName());
     ASSERT_EQ(paper.pageCount(), expected.pageCount());
     ASSERT_GT(paper.pageCount(), 1);
+    // Pieces are cut from one and the same page.
+    const QSize size(427, 603);
+    const auto piece = [&](const QRect &place) {
+        return expected.render(0, place.size(), PieceOptions(expected.pagePointSize(0), size, place));
+    };
+    const QRect low(100, 512, 300, 40);
+    const QImage cut = piece(low), wanted = piece(QRect(QPoint(), size)).copy(low);
+    qint64 apart = 0;
+    for (int at = 0; at < low.width() * low.height(); ++at)
+        apart += std::abs(qAlpha(cut.pixel(at % low.width(), at / low.width())) -
+                          qAlpha(wanted.pixel(at % low.width(), at / low.width())));
+    EXPECT_LT(apart, 1000);
+
     const auto picture = [](QPdfDocument &pdf, int page) {
         QImage image(2975, 4210, QImage::Format_RGB32); // 360 dots per inch, at which the strips meet
         image.fill(Qt::white);
