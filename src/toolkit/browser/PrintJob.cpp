@@ -46,7 +46,9 @@ PrintJob::PrintJob(QObject *owner, QWidget *window, const PageTexts &texts) : QO
 
 PrintJob::~PrintJob()
 {
+    m_isOver = true; // what the end of the unseen control lets happen finds nothing to do
     StopThread();
+    m_unseen.reset();
     delete m_bar;
 }
 
