@@ -240,10 +240,10 @@ void PreviewWindow::SetUpPage()
 void PreviewWindow::LayOutAgain()
 {
     const QPageLayout sheet = m_printer->pageLayout();
+    if (m_job)
+        m_job->End(); // for paper that the reader has changed again
     if (EngineLayout(sheet) == m_layout)
         return;
-    if (m_job)
-        m_job->End();
     m_job = new PrintJob(this, this, m_texts);
     m_job->LayOut(m_source, sheet, [this, sheet](const QByteArray &pdf) {
         m_layout = EngineLayout(sheet);

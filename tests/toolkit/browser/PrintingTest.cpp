@@ -377,7 +377,8 @@ TEST_F(Preview, ShowsEveryPageTurnsThePaperAndFollowsTheLanguage)
         return white;
     };
     const int upright = widthOfPaper();
-    Action(u"acLandscape"_s).trigger();
+    for (const QString &there : {u"acLandscape"_s, u"acPortrait"_s, u"acLandscape"_s})
+        Action(there).trigger();
     EXPECT_TRUE(WaitFor([&] { return widthOfPaper() > upright * 5 / 4; }));
     // The page is gone from the control, but not from its preview.
     Load(u"<p>another"_s);
