@@ -10,5 +10,6 @@ void RegisterLanguageMeasures();
 void RegisterDictionaryMeasures();
 void RegisterDictionaryIoMeasures();
 void RegisterMarksMeasures();
+void RegisterPrintingMeasures();
 void RegisterSkinMeasures();
 void RegisterCanonIoMeasures();

@@ -31,6 +31,7 @@ int main(int argc, char **argv)
     RegisterDictionaryMeasures();
     RegisterDictionaryIoMeasures();
     RegisterMarksMeasures();
+    RegisterPrintingMeasures();
     RegisterSkinMeasures();
     RegisterPostMeasures();
     RegisterCanonIoMeasures();

@@ -55,6 +55,8 @@ void TfrmMain::ViewSutta(int mode)
     ui->ebContent->SetHostCSS(HostStyle(frmKeloraDM->vBgColor));
     ui->ebContent->SetDarkGround(IsDarkColour(frmKeloraDM->vBgColor));
     const QByteArray page = ComposePage(mode);
+    ui->ebContent->SetPrintedIdentity(
+        {PassageAddress(qryTreeSutas.FieldByName(Field::IdVic).AsInteger()), PassageLanguage(mode)});
     const QScopedValueRollback startPage(FIsStartPage, true);
     ui->ebContent->LoadFromString(page, PageTitle());
 }

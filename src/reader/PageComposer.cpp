@@ -151,6 +151,23 @@ QByteArray ComposePassage(const QByteArray &content, const PageOptions &options)
     return page;
 }
 
+QString PassageAddress(int idVic)
+{
+    return QStringLiteral("lumivara://text/%1").arg(idVic);
+}
+
+QString PassageLanguage(int mode)
+{
+    switch (mode) {
+    case PageMode::Pali:
+        return QStringLiteral("pi");
+    case PageMode::English:
+        return QStringLiteral("en");
+    default:
+        return QStringLiteral("vi");
+    }
+}
+
 QByteArray ComposeFallbackPage(const QByteArray &text)
 {
     return QByteArrayLiteral(

@@ -20,6 +20,11 @@ struct PageOptions
 /// font is empty; then show the fallback page.
 QByteArray ComposePassage(const QByteArray &content, const PageOptions &options);
 
+/// What stands for a passage or a group on paper: "lumivara://text/1101".
+QString PassageAddress(int idVic);
+/// The language that most of a passage's letters are read in, as "vi". Parallel texts count as their translation.
+QString PassageLanguage(int mode);
+
 /// The page of a group or of a passage without text: its name as a heading. UTF-8.
 QByteArray ComposeFallbackPage(const QByteArray &text);
 

@@ -27,9 +27,9 @@ protected:
 
 TEST_F(Content, ButtonsShowAndStoreTheLanguage)
 {
-    for (const auto &[button, mode, page] : {std::tuple("btnPali", 0, "<p>pali 1102</p>"),
-                                             {"btnVietPali", 10, "<p>parallel 1102</p>"},
-                                             {"btnViet", 1, "<p>viet 1102</p>"}}) {
+    for (const auto &[button, mode, page, language] : {std::tuple("btnPali", 0, "<p>pali 1102</p>", u"pi"_s),
+                                                       {"btnVietPali", 10, "<p>parallel 1102</p>", u"vi"_s},
+                                                       {"btnViet", 1, "<p>viet 1102</p>", u"vi"_s}}) {
         SCOPED_TRACE(button);
         Click(button);
         EXPECT_EQ(Page(), page);
@@ -42,6 +42,8 @@ TEST_F(Content, ButtonsShowAndStoreTheLanguage)
         GoTo(9971);
         GoTo(1102);
         EXPECT_EQ(Page(), page);
+        const auto printed = Find<TBrowserControl>("ebContent").PrintedIdentity();
+        EXPECT_EQ(printed.address + printed.language, u"lumivara://text/1102"_s + language);
     }
 }
 

@@ -9,6 +9,7 @@
 #include "toolkit/browser/FindDialog.h"
 #include "toolkit/browser/PagePrinting.h"
 #include "toolkit/browser/PageSaving.h"
+#include "toolkit/browser/PdfRequests.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Guard.h"
 
@@ -70,6 +71,7 @@ public:
 
     QByteArray source;
     QString title;
+    Identity identity;
     QString hostCss;
     bool isDark = false;
     /// The text that our scripts selected; selections by script don't update Qt WebEngine's cached text.
@@ -257,6 +259,7 @@ TBrowserControl::TBrowserControl(QWidget *parent) : QWebEngineView(parent)
 
 TBrowserControl::~TBrowserControl()
 {
+    PdfRequests::WaitForSafety(*d->page);
     delete d->findDialog;
     setPage(nullptr);
     d.reset();
@@ -301,6 +304,16 @@ void TBrowserControl::LoadFromString(const QByteArray &page, const QString &titl
     d->hasRendererEnded = false;
     d->hasLeft = false;
     d->ShowPage();
+}
+
+TBrowserControl::Identity TBrowserControl::PrintedIdentity() const
+{
+    return d->identity;
+}
+
+void TBrowserControl::SetPrintedIdentity(const Identity &identity)
+{
+    d->identity = identity;
 }
 
 QByteArray TBrowserControl::Source() const

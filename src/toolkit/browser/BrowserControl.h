@@ -45,6 +45,16 @@ public:
     /// A newer page replaces one that is still loading. `title` is for documents without a title (print header, file
     /// name).
     void LoadFromString(const QByteArray &page, const QString &title = {});
+    /// What prints say of the page that is shown: an address that means something to the reader, and the language of
+    /// its text, as "vi", for programs that read it aloud. Both may be empty.
+    struct Identity
+    {
+        QString address;
+        QString language;
+    };
+    Identity PrintedIdentity() const;
+    /// For the pages loaded from now on.
+    void SetPrintedIdentity(const Identity &identity);
     /// The bytes last handed over.
     QByteArray Source() const;
     /// True once the last page handed over has finished loading.

@@ -1,7 +1,6 @@
 #include "support/FullDisk.h"
 #include "toolkit/browser/BrowserTest.h"
 
-#include "toolkit/browser/PagePrinting.h"
 #include "toolkit/browser/PageSaving.h"
 
 #include <QApplication>
@@ -11,10 +10,6 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPdfDocument>
-#include <QPdfSelection>
-#include <QPrintPreviewWidget>
-#include <QPrinter>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -78,48 +73,6 @@ TEST_F(Finding, StepsForthAndBackHeedsItsBoxesAndTellsAMiss)
     EXPECT_FALSE(next.isEnabled());
     QTest::keyClick(&edit, Qt::Key_Escape);
     EXPECT_FALSE(dialog.isVisible());
-}
-
-class Printing : public BrowserTest
-{};
-
-TEST_F(Printing, PutsHeaderAndFooterOnEachSheet)
-{
-    Load(u"<p style='break-after: page'>first</p><p>second</p>"_s);
-    QByteArray laidOut;
-    QTemporaryDir folder;
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(folder.filePath(u"printed.pdf"_s));
-    Control().page()->printToPdf([&](const QByteArray &pdf) { laidOut = pdf; }, EngineLayout(printer.pageLayout()));
-    EXPECT_TRUE(WaitFor([&] { return !laidOut.isEmpty(); }));
-    EXPECT_FALSE(PaintPages(printer, "no document", {}, 1, 1, 72));
-    EXPECT_TRUE(PaintPages(printer, laidOut, {u"Phẩm một"_s, u"lumivara://page/1"_s, u"1/2/26"_s}, 1, 99, 72));
-
-    QPdfDocument printed;
-    printed.load(printer.outputFileName());
-    EXPECT_EQ(printed.pageCount(), 2);
-    for (int page = 0; page < printed.pageCount(); ++page) {
-        const QString text = printed.getAllText(page).text(), number = u"Page %1 of 2"_s.arg(page + 1);
-        for (const QString &part : {u"Phẩm một"_s, number, u"lumivara://page/1"_s, u"1/2/26"_s})
-            EXPECT_TRUE(text.contains(part)) << qUtf8Printable(part) << " on " << qUtf8Printable(text);
-        // The page itself is a picture between them.
-        const QImage sheet = printed.render(page, {420, 594}).copy(0, 34, 420, 86).convertToFormat(QImage::Format_Mono);
-        bool hasInk = false;
-        for (int pixel = 0; pixel < 420 * 86; ++pixel)
-            hasInk = hasInk || qGray(sheet.pixel(pixel % 420, pixel / 420)) == 0;
-        EXPECT_TRUE(hasInk) << page;
-    }
-}
-
-TEST_F(Printing, OpensThePreviewOnEveryPage)
-{
-    Load(u"<title>Phẩm</title><p style='break-after: page'>first</p><p>second</p>"_s);
-    Control().PrintPreview();
-    auto *window = Control().findChild<QDialog *>(u"frmPrintPreview"_s);
-    EXPECT_EQ(window->windowTitle(), u"Phẩm"_s);
-    EXPECT_TRUE(WaitFor([&] { return window->findChild<QPrintPreviewWidget *>()->pageCount() == 2; }));
-    window->close();
 }
 
 class Saving : public BrowserTest
