@@ -111,7 +111,7 @@ public:
             }
         }
         file.Finish(true);
-        BringToDisk(path);
+        SettleFile(path, {});
         if (segments != qsizetype(TextCount) * SegmentCount * 4)
             qFatal("the collection is not whole");
         return Milliseconds(clock);

@@ -118,7 +118,7 @@ public:
         file.RunSchema(u"dictionary-entries"_s);
         file.RunSchema(u"dictionary-indices"_s);
         file.Finish(true);
-        BringToDisk(path);
+        SettleFile(path, {});
         return Milliseconds(clock);
     }
 
