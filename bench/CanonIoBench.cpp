@@ -8,6 +8,7 @@
 #include "lumivara-data/Verbs.h"
 #include "lumivara-data/canon/CanonRows.h"
 #include "lumivara-data/canon/CanonWriter.h"
+#include "lumivara-data/files/Disk.h"
 #include "stores/Schema.h"
 
 #include <QDir>
