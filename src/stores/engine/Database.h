@@ -90,7 +90,6 @@ public:
     explicit TpFIBTransaction(QObject *owner = nullptr);
     ~TpFIBTransaction() override;
 
-    TpFIBDatabase *DefaultDatabase() const { return m_database; }
     void SetDefaultDatabase(TpFIBDatabase *database) { m_database = database; }
     /// Items of the parameter block: "write", "isc_tpb_nowait", "read_committed", "rec_version" (the default).
     QStringList &TRParams() { return m_trParams; }

@@ -20,7 +20,9 @@ struct Verdict
     QString reason = {};  ///< of the others than AsItIs: why, a sentence
     FileStamp stamp = {}; ///< of the file when it was examined; all zero if there was none
 
+    /// The form in which a verdict is remembered and passed between processes.
     QJsonObject ToJson() const;
+    /// None for what is no verdict, or one of an examination that looked for less.
     static std::optional<Verdict> FromJson(const QJsonObject &json);
 };
 

@@ -24,6 +24,7 @@ struct Frame
     Kind kind = Kind::Done;
     QList<QVariant> values = {};
 
+    /// The bytes that FrameReader takes apart again, their length in front.
     QByteArray Encoded() const;
 };
 

@@ -58,6 +58,7 @@ public:
 
     explicit operator bool() const { return m_provider != nullptr; }
     Firebird::IProvider *operator->() const { return m_provider; }
+    Firebird::IProvider *Provider() const { return m_provider; }
 
 private:
     Firebird::IProvider *m_provider = nullptr;
@@ -99,22 +100,12 @@ public:
     Firebird::IAttachment *attachDatabase(Status *status, const char *file, unsigned length,
                                           const unsigned char *parameters) override
     {
-        if (IsNested(status, length, parameters)) {
-            Refuse(status);
-            return nullptr;
-        }
-        const Engine engine(status);
-        return engine ? engine->attachDatabase(status, file, length, parameters) : nullptr;
+        return Connect(&Firebird::IProvider::attachDatabase<Status>, status, file, length, parameters);
     }
     Firebird::IAttachment *createDatabase(Status *status, const char *file, unsigned length,
                                           const unsigned char *parameters) override
     {
-        if (IsNested(status, length, parameters)) {
-            Refuse(status);
-            return nullptr;
-        }
-        const Engine engine(status);
-        return engine ? engine->createDatabase(status, file, length, parameters) : nullptr;
+        return Connect(&Firebird::IProvider::createDatabase<Status>, status, file, length, parameters);
     }
     Firebird::IService *attachServiceManager(Status *status, const char *service, unsigned length,
                                              const unsigned char *parameters) override
@@ -131,6 +122,19 @@ public:
     void setDbCryptCallback(Status *, Firebird::ICryptKeyCallback *) override {}
 
 private:
+    using Call = Firebird::IAttachment *(Firebird::IProvider::*)(Status *, const char *, unsigned,
+                                                                 const unsigned char *);
+    static Firebird::IAttachment *Connect(Call call, Status *status, const char *file, unsigned length,
+                                          const unsigned char *parameters)
+    {
+        if (IsNested(status, length, parameters)) {
+            Refuse(status);
+            return nullptr;
+        }
+        const Engine engine(status);
+        return engine ? (engine.Provider()->*call)(status, file, length, parameters) : nullptr;
+    }
+
     std::atomic<int> m_references{0};
     Firebird::IReferenceCounted *m_owner = nullptr;
 };
