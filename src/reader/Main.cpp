@@ -56,6 +56,8 @@ TfrmMain::TfrmMain(QWidget *parent)
     SetUpCommands();
     SetUpButtons();
     SetUpSystemMenu();
+    SetUpFoot();
+    SetUpImports();
     SetUpTray();
     dkLang = TranslateForm(*this);
 
@@ -202,6 +204,9 @@ void TfrmMain::FormShow()
     // Captures the current captions as those of the design language, so after a start in another language they stay in
     // it until the next start.
     dkLang->Loaded();
+    if (frmKeloraDM->vIsFirstStart)
+        QMetaObject::invokeMethod(
+            this, [this] { RunGuarded([this] { OpenWelcome(false); }); }, Qt::QueuedConnection);
 }
 
 void TfrmMain::bcbLanguageChange()
@@ -215,6 +220,7 @@ void TfrmMain::bcbLanguageChange()
         ui->dbtSutas->Column(Field::NameVicVie)->SetVisible(InterfaceLang == 0);
         ui->dbtSutas->Column(Field::NameVicPal)->SetVisible(InterfaceLang == 1);
     }
+    UpdateFootText();
     frmKeloraDM->WriteOption(Option::InterfaceLang, InterfaceLang);
 }
 

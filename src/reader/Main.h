@@ -1,23 +1,29 @@
 #pragma once
 
 #include "base/Reading.h"
+#include "imports/ImportJob.h"
 #include "reader/CommandRules.h"
 #include "stores/data/DataSource.h"
 #include "stores/data/FIBDataSet.h"
+#include "stores/engine/FileStamp.h"
 #include "stores/engine/Scripter.h"
+#include "stores/settings/Options.h"
 
 #include <QWidget>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <vector>
 
 class QAction;
+class QFileSystemWatcher;
 class QMenu;
 class QSystemTrayIcon;
 class QUrl;
 class TBarCombo;
 class TfrmDictionary;
+class TfrmImport;
 class TBrowserControl;
 class TDBTreeListColumn;
 class TDKLanguageController;
@@ -49,6 +55,9 @@ public:
     void SetContentLanguage(int mode);
     /// Composes the page again after a change of options.
     void ApplyOptions();
+    /// Tells something in the bar at the foot, in place of what was told there before; with an action, a button beside
+    /// it does that once. An empty message clears it.
+    void TellInFoot(const QString &message, const QString &action = {}, std::function<void()> act = nullptr);
     /// The browser control of the passage.
     TBrowserControl &Content();
 
@@ -69,6 +78,8 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
 
 private:
     /// A command with its handler and, where its state changes, the rule that enables it.
@@ -107,6 +118,8 @@ private:
     QString PageTitle();
     void dsKeloraContentDataChange();
     void LanguageButtonClick(int mode);
+    /// A choice that finds no place in the settings holds for this run all the same.
+    void StoreSilently(Option option, const OptionValue &value);
     void EnableMargins(bool enabled);
     void SetMarginWidth(int level);
     bool ebContentBeforeNavigate2(const QUrl &url);
@@ -123,6 +136,22 @@ private:
     void FillSuttaList();
     void acFocusHighlightExecute();
     void acOrganizationExecute();
+
+    // MainFoot.cpp: the bar at the foot
+    void SetUpFoot();
+    void ShowFoot(bool shows);
+    void UpdateFootText();
+    void GoToArea(int step);
+
+    // MainImports.cpp: what a reader brings, and databases that are replaced while they are open
+    void SetUpImports();
+    void WatchFile(ImportTarget target);
+    void TellOfNewFile(ImportTarget target);
+    void OpenNewFile(ImportTarget target);
+    void OpenNewCanon();
+    void OpenNewDictionary();
+    TfrmImport &OpenImports();
+    void OpenWelcome(bool takesFocus);
 
     // MainCommands.cpp
     void SetUpCommands();
@@ -150,4 +179,7 @@ private:
     bool FIsStartPage = false;
     bool m_isAskingToQuit = false;
     bool m_isMarking = false;
+    std::function<void()> m_footAction;
+    QFileSystemWatcher *m_watcher = nullptr;
+    std::map<ImportTarget, FileStamp> m_openFiles; ///< those that this program has open under the names
 };

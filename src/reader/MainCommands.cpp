@@ -74,6 +74,11 @@ void TfrmMain::SetUpCommands()
     Wire(ui->acNameVIE, [this] { ViewSuttaName(PageMode::Vietnamese); });
     Wire(ui->acNameENG, [this] { ViewSuttaName(PageMode::English); });
     Wire(ui->acNameVietPali, [this] { ViewSuttaName(PageMode::Parallel); });
+    Wire(ui->acImport, [this] { OpenImports(); });
+    Wire(ui->acWelcome, [this] { OpenWelcome(true); });
+    Wire(ui->acFoot, [this] { ShowFoot(ui->acFoot->isChecked()); });
+    Wire(ui->acNextArea, [this] { GoToArea(1); });
+    Wire(ui->acPriorArea, [this] { GoToArea(-1); });
     // The toggles follow the shown names; clicking a checked one keeps it checked.
     ConnectGuarded(ui->bTreeNamePAL, &QAction::triggered, this, [this] { ViewSuttaName(PageMode::Pali); });
     ConnectGuarded(ui->bTreeNameVIE, &QAction::triggered, this, [this] { ViewSuttaName(PageMode::Vietnamese); });

@@ -15,19 +15,6 @@
 #include <QScopedValueRollback>
 #include <QUrl>
 
-namespace {
-
-/// A choice that finds no place in the settings holds for this run all the same.
-void StoreSilently(Option option, int value)
-{
-    try {
-        frmKeloraDM->WriteOption(option, value);
-    } catch (const RegistryError &) {
-    }
-}
-
-} // namespace
-
 void TfrmMain::SetUpContent()
 {
     ui->ebContent->OnBeforeNavigate2 = [this](const QUrl &url) { return ebContentBeforeNavigate2(url); };
@@ -47,6 +34,7 @@ void TfrmMain::dsKeloraContentDataChange()
 {
     ShowWaitCursor(true);
     ViewSutta(frmKeloraDM->vLanguageSutta);
+    UpdateFootText();
     ShowWaitCursor(false);
 }
 
@@ -93,6 +81,14 @@ void TfrmMain::LanguageButtonClick(int mode)
 {
     SetContentLanguage(mode);
     EnableMargins(mode != PageMode::Parallel);
+}
+
+void TfrmMain::StoreSilently(Option option, const OptionValue &value)
+{
+    try {
+        frmKeloraDM->WriteOption(option, value);
+    } catch (const RegistryError &) {
+    }
 }
 
 void TfrmMain::EnableMargins(bool enabled)

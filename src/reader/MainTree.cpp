@@ -134,4 +134,5 @@ void TfrmMain::ViewSuttaName(int mode)
     ui->bTreeNamePAL->setChecked(view.toggle == NameColumn::Pali);
     ui->bTreeNameVIE->setChecked(view.toggle == NameColumn::Vietnamese);
     EnableMargins(view.marginEnabled);
+    UpdateFootText();
 }

@@ -25,12 +25,19 @@ Verdict FirstLook(const QString &file)
 
 } // namespace
 
-FileScout::FileScout(const QString &tool, const QStringList &files) : m_files(files)
+FileScout::FileScout(const QString &tool, const QStringList &files) : m_tool(tool)
 {
+    Start(files);
+}
+
+void FileScout::Start(const QStringList &files)
+{
+    m_files = files;
+    m_taken = 0;
     m_process.setProcessChannelMode(QProcess::SeparateChannels);
     m_process.setStandardInputFile(QProcess::nullDevice());
     m_process.setStandardErrorFile(QProcess::nullDevice());
-    m_process.start(tool, QStringList{u"scout"_s} + files, QIODevice::ReadOnly);
+    m_process.start(m_tool, QStringList{u"scout"_s} + files, QIODevice::ReadOnly);
 }
 
 FileScout::~FileScout()
@@ -54,6 +61,13 @@ bool FileScout::TakeLine(int milliseconds)
 
 Verdict FileScout::VerdictOn(const QString &file, const std::function<bool(QIODevice &)> &isPatient)
 {
+    if (const auto known = m_verdicts.find(file);
+        known != m_verdicts.end() && !known->second.stamp.IsSameFile(FileStamp::Of(file))) {
+        m_verdicts.erase(known);
+        m_process.kill();
+        m_process.waitForFinished();
+        Start({file});
+    }
     while (!m_verdicts.contains(file)) {
         if (TakeLine(PatienceMilliseconds))
             continue;

@@ -21,7 +21,8 @@ public:
 
     /// The verdict on a file. While it is not known, `isPatient` is called after every few seconds, with the device on
     /// which the answer will come; where that returns false, the file counts as refused. Without the tool nothing is
-    /// known of any file, and it is judged by its pages alone.
+    /// known of any file, and it is judged by its pages alone. A file that has come in the place of one that is known
+    /// is examined anew.
     Verdict VerdictOn(const QString &file, const std::function<bool(QIODevice &answers)> &isPatient);
 
     /// Call once the connection has ended: a file that nobody but the program has changed stays known.
@@ -30,9 +31,11 @@ public:
     static constexpr int PatienceMilliseconds = 5000;
 
 private:
+    void Start(const QStringList &files);
     /// Takes the next line of the process; false at its end, or when the time is over.
     bool TakeLine(int milliseconds);
 
+    QString m_tool;
     QProcess m_process;
     QStringList m_files;
     std::map<QString, Verdict> m_verdicts;

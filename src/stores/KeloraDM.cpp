@@ -66,9 +66,6 @@ void PrepareConnection(TpFIBDatabase &database, TpFIBTransaction &transaction, c
 void Connect(TpFIBDatabase &database, TpFIBTransaction &transaction, const ModuleDoors &doors)
 {
     const QString file = database.DBName();
-    const auto isSameFile = [](const FileStamp &a, const FileStamp &b) {
-        return a.device == b.device && a.number == b.number;
-    };
     Verdict verdict{Verdict::Manner::AsItIs};
     if (doors.verdictOn)
         verdict = doors.verdictOn(file);
@@ -78,7 +75,7 @@ void Connect(TpFIBDatabase &database, TpFIBTransaction &transaction, const Modul
         database.SetDBName(verdict.copy);
     database.SetConnected(true);
     // Whoever exchanges the file after its examination gets no connection.
-    if (verdict.stamp != FileStamp() && !isSameFile(verdict.stamp, FileStamp::Of(file))) {
+    if (verdict.stamp != FileStamp() && !verdict.stamp.IsSameFile(FileStamp::Of(file))) {
         database.SetConnected(false);
         throw DatabaseError(QStringLiteral("The file \"%1\" was exchanged while it was opened").arg(file));
     }
@@ -96,10 +93,8 @@ TfrmKeloraDM::TfrmKeloraDM(ModuleDoors doors, QObject *owner)
 void TfrmKeloraDM::DataModuleCreate()
 {
     AppPath = FolderOfExecutable(m_doors.exeName);
-    PrepareConnection(dbKelora, trKelora, AppPath + DatabaseFile::Canon, m_doors.exeName);
-    dbKelora.SetCachePages(CanonCachePages);
     try {
-        Connect(dbKelora, trKelora, m_doors);
+        Open();
         ReadSystemOptions();
     } catch (const std::exception &) {
         const QString text = TextOrNone(canonFailure);
@@ -110,12 +105,20 @@ void TfrmKeloraDM::DataModuleCreate()
     }
 }
 
+void TfrmKeloraDM::Open()
+{
+    PrepareConnection(dbKelora, trKelora, AppPath + DatabaseFile::Canon, m_doors.exeName);
+    dbKelora.SetCachePages(CanonCachePages);
+    Connect(dbKelora, trKelora, m_doors);
+}
+
 void TfrmKeloraDM::ReadSystemOptions()
 {
     // Read-only, so that options in a store that can't be written still apply.
     const auto registry = m_doors.createRegistry();
     registry->RootKey = RegistryRoot::CurrentUser;
-    if (registry->OpenKeyReadOnly(OptionsPath())) {
+    vIsFirstStart = !registry->OpenKeyReadOnly(OptionsPath());
+    if (!vIsFirstStart) {
         const auto stored = ReadTogether(*registry, OptionGroup::Start);
         TakeStartOptions(stored ? *stored : DefaultsOf(OptionGroup::Start));
         if (!stored) {

@@ -60,6 +60,9 @@ public:
     /// Connects to KELORA.FDB beside the executable and reads the options. On any failure shows the fixed message, asks
     /// the program to end and returns normally. Sets AppPath. Called once by the start, after construction.
     void DataModuleCreate();
+    /// Connects to the file that bears the canon's name now, in place of the one that was open; datasets must be
+    /// closed. Throws DatabaseError.
+    void Open();
     /// Fills the fields and globals from the settings: all zero without the key, all defaults if one integer value is
     /// missing or of another type, else the stored values.
     void ReadSystemOptions();
@@ -96,7 +99,8 @@ public:
     int vLanguageSutta = 0;
     int vMarginWidth = 0;
     bool vStartWin = false;
-    OptionValues vOurOptions; ///< of the group Ours, each as stored or by default
+    bool vIsFirstStart = false;                               ///< nothing was stored yet
+    OptionValues vOurOptions = DefaultsOf(OptionGroup::Ours); ///< each as stored or by default
 
 private:
     void TakeStartOptions(const OptionValues &values);

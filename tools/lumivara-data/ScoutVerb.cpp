@@ -30,7 +30,7 @@ void ConnectAndRemember(const QString &path, Verdict &verdict, ExaminedFiles &me
     const bool isKnown = memory.Find(path).has_value();
     TryToConnect(verdict.manner == Verdict::Manner::AsCopy ? verdict.copy : path);
     const FileStamp after = FileStamp::Of(path);
-    if (after == verdict.stamp || after.device != verdict.stamp.device || after.number != verdict.stamp.number)
+    if (after == verdict.stamp || !after.IsSameFile(verdict.stamp))
         return;
     verdict.stamp = after;
     if (isKnown)

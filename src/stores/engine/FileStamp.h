@@ -9,6 +9,8 @@ struct FileStamp
     qint64 changed = 0; ///< its bytes, in nanoseconds since 1970
     qint64 touched = 0; ///< its bytes or its name, mode or owner
     bool operator==(const FileStamp &) const = default;
+    /// The same file, whether changed or not.
+    bool IsSameFile(const FileStamp &other) const { return device == other.device && number == other.number; }
     /// All zero if there is none.
     static FileStamp Of(const QString &path);
 };

@@ -1,0 +1,143 @@
+#include "imports/ImportJob.h"
+
+#include "base/Messages.h"
+#include "stores/Schema.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLocale>
+
+#include <iterator>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Word
+{
+    const char16_t *ofTool;
+    Message text;
+};
+
+constexpr Word counts[]{
+    {u"groups", {u"nhóm", u"groups"}},
+    {u"texts", {u"bài", u"texts"}},
+    {u"pages", {u"trang văn bản", u"pages"}},
+    {u"pages in Pāli", {u"trang tiếng Pāli", u"pages in Pāli"}},
+    {u"pages in Vietnamese", {u"trang tiếng Việt", u"pages in Vietnamese"}},
+    {u"pages in English",
+     {u"trang tiếng Anh, chỉ xem được trong bản song ngữ", u"pages in English, shown in parallel only"}},
+    {u"pages in parallel", {u"trang song ngữ", u"pages in parallel"}},
+    {u"words read", {u"từ đã đọc", u"words read"}},
+    {u"words imported", {u"từ được nhập", u"words imported"}},
+    {u"words kept", {u"từ đang có được giữ lại", u"words kept"}},
+    {u"texts added to the list", {u"bài thêm vào danh sách", u"texts added to the list"}},
+};
+
+constexpr Word forms[]{
+    {u"segmented", {u"Kinh sách chia theo từng đoạn", u"Texts in segments"}},
+    {u"folder", {u"Thư mục kinh sách", u"A folder of texts"}},
+    {u"copy", {u"Kho kinh sách của chương trình này", u"A canon of this program"}},
+    {u"stardict", {u"Từ điển StarDict", u"A StarDict dictionary"}},
+    {u"tsv", {u"Bảng từ và nghĩa", u"A table of words and entries"}},
+    {u"markup", {u"Bản nguồn của từ điển", u"The source form of a dictionary"}},
+};
+
+template <size_t Size>
+QString Translated(const Word (&words)[Size], const QString &word)
+{
+    for (const Word &known : words)
+        if (word == QStringView(known.ofTool))
+            return TextOrEnglish(known.text);
+    return word;
+}
+
+} // namespace
+
+std::optional<ImportTarget> TargetOf(const QString &path)
+{
+    const QFileInfo info(path);
+    if (info.isDir())
+        return QDir(path).entryList({u"*.ifo"_s}, QDir::Files).isEmpty() ? ImportTarget::Canon
+                                                                         : ImportTarget::Dictionary;
+    if (!info.isFile())
+        return std::nullopt;
+    const QString ending = info.suffix().toLower();
+    if (ending == u"fdb")
+        return ImportTarget::Canon;
+    for (const auto words : {u"ifo", u"tsv", u"tab", u"txt"})
+        if (ending == QStringView(words))
+            return ImportTarget::Dictionary;
+    return std::nullopt;
+}
+
+QString ImportJob::File() const
+{
+    return programFolder + (target == ImportTarget::Canon ? DatabaseFile::Canon : DatabaseFile::Dictionary);
+}
+
+QStringList ImportJob::Arguments() const
+{
+    QStringList arguments{u"import"_s};
+    if (target == ImportTarget::Canon)
+        arguments << u"canon"_s;
+    else
+        arguments << u"dictionary"_s << u"--kind"_s << QString::number(kind);
+    if (replaces && target == ImportTarget::Dictionary)
+        arguments << u"--replace"_s;
+    if (!replaces)
+        arguments << u"--add"_s;
+    arguments << u"--into"_s << File() << u"--json"_s << u"--progress"_s;
+    // The list of texts belongs to the marks, which a trial leaves alone.
+    const QString marks = programFolder + DatabaseFile::Marks;
+    if (target == ImportTarget::Canon && !isTrial && QFileInfo::exists(marks))
+        arguments << u"--client"_s << marks;
+    arguments << (isTrial ? u"--dry-run"_s : u"--keep-before"_s);
+    return arguments << u"--"_s << source;
+}
+
+QString FileBefore(const QString &file)
+{
+    return file + u".before"_s;
+}
+
+std::optional<ImportProgress> ProgressOf(const QByteArray &line)
+{
+    const QJsonObject object = QJsonDocument::fromJson(line).object();
+    if (!object.contains(u"done"_s))
+        return std::nullopt;
+    return ImportProgress{object[u"done"_s].toInteger(), object[u"total"_s].toInteger()};
+}
+
+ImportReport ReportOf(const QByteArray &json, int exitCode)
+{
+    constexpr int nothingMade = 2;
+    const QJsonObject object = QJsonDocument::fromJson(json).object();
+    ImportReport report;
+    report.isDone = !object.isEmpty() && exitCode < nothingMade;
+    report.failure = object[u"error"_s].toString();
+    report.form = object[u"form"_s].toString();
+    report.name = object[u"name"_s].toString();
+    report.licence = object[u"licence"_s].toString();
+    const QJsonObject counted = object[u"counts"_s].toObject();
+    for (auto count = counted.begin(); count != counted.end(); ++count)
+        report.counts.append({count.key(), count->toInteger()});
+    const QJsonArray findings = object[u"findings"_s].toArray();
+    for (const QJsonValue &finding : findings)
+        report.leftOut.append({finding[u"place"_s].toString(), finding[u"fault"_s].toString()});
+    report.leftOutCount = object[u"findingCount"_s].toInteger();
+    return report;
+}
+
+QString CountText(const QString &what, qint64 number)
+{
+    return QLocale().toString(number) + u' ' + Translated(counts, what);
+}
+
+QString FormText(const QString &form)
+{
+    return Translated(forms, form);
+}

@@ -1,0 +1,73 @@
+#include "reader/Main.h"
+
+#include "stores/KeloraDM.h"
+#include "stores/Modules.h"
+#include "stores/Schema.h"
+#include "stores/settings/Options.h"
+#include "toolkit/bound/DBTreeList.h"
+#include "toolkit/program/Guard.h"
+#include "ui_Main.h"
+
+#include <QApplication>
+
+#include <array>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+void TfrmMain::SetUpFoot()
+{
+    ui->btnMore->setMenu(ui->ppMore);
+    ui->barFoot->setVisible(Get<bool>(frmKeloraDM->vOurOptions, Option::FootBar));
+    ui->acFoot->setChecked(!ui->barFoot->isHidden());
+    ConnectGuarded(ui->btnFootAction, &QToolButton::clicked, this, [this] {
+        const auto act = std::exchange(m_footAction, nullptr);
+        TellInFoot({});
+        if (act)
+            act();
+    });
+}
+
+void TfrmMain::ShowFoot(bool shows)
+{
+    if (!shows && ui->barFoot->isAncestorOf(focusWidget()))
+        ui->ebContent->setFocus();
+    ui->barFoot->setVisible(shows);
+    StoreSilently(Option::FootBar, shows);
+}
+
+void TfrmMain::TellInFoot(const QString &message, const QString &action, std::function<void()> act)
+{
+    ui->lbFootMessage->setText(message);
+    m_footAction = std::move(act);
+    ui->btnFootAction->setText(action);
+    ui->btnFootAction->setVisible(!action.isEmpty());
+}
+
+void TfrmMain::UpdateFootText()
+{
+    // The names as the tree shows them, from the current node up to its highest group.
+    QStringList names;
+    if (ShownNameColumn()) {
+        const QModelIndex current = ui->dbtSutas->NodeOf(qryTreeSutas.RecNo());
+        for (QModelIndex node = current; node.isValid(); node = node.parent())
+            names += node.siblingAtColumn(current.column()).data().toString();
+    }
+    const int number = qryTreeSutas.Active() ? qryTreeSutas.FieldByName(Field::IdVic).AsInteger() : 0;
+    const bool isText = qryKeloraContent.Active() && qryKeloraContent.RecordCount() > 0;
+    if (isText && !names.isEmpty())
+        names.insert(1, QString::number(number));
+    ui->lbFootText->setText(names.join(u"  ·  "_s));
+}
+
+void TfrmMain::GoToArea(int step)
+{
+    const std::array<std::pair<QWidget *, QWidget *>, 3> areas{
+        {{ui->lcTree, ui->dbtSutas}, {ui->lcContent, ui->ebContent}, {ui->barFoot, ui->btnMore}}};
+    const int count = ui->barFoot->isVisible() ? 3 : 2;
+    int at = step > 0 ? -1 : count;
+    for (int index = 0; index < count; ++index)
+        if (areas[size_t(index)].first->isAncestorOf(QApplication::focusWidget()))
+            at = index;
+    areas[size_t((at + step + count) % count)].second->setFocus(Qt::ShortcutFocusReason);
+}
