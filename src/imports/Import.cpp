@@ -236,7 +236,9 @@ void TfrmImport::ShowFound(const ImportReport &report)
             ui->cbTarget->addItem(KindText(kind), kind);
     ui->cbTarget->setCurrentIndex(std::max(ui->cbTarget->findData(m_job.kind), 0));
     ui->cbTarget->setEnabled(ui->cbTarget->count() > 1);
-    ui->rbBeside->setChecked(true);
+    const bool isWords = m_job.target == ImportTarget::Dictionary;
+    ui->rbBeside->setVisible(isWords);
+    (isWords ? ui->rbBeside : ui->rbInPlace)->setChecked(true);
     GoTo(Step::Found);
 }
 

@@ -26,12 +26,6 @@ constexpr Word counts[]{
     {u"groups", {u"nhóm", u"groups"}},
     {u"texts", {u"bài", u"texts"}},
     {u"pages", {u"trang văn bản", u"pages"}},
-    {u"pages in Pāli", {u"trang tiếng Pāli", u"pages in Pāli"}},
-    {u"pages in Vietnamese", {u"trang tiếng Việt", u"pages in Vietnamese"}},
-    {u"pages in English",
-     {u"trang tiếng Anh, chỉ xem được trong bản song ngữ", u"pages in English, shown in parallel only"}},
-    {u"pages in parallel", {u"trang song ngữ", u"pages in parallel"}},
-    {u"words read", {u"từ đã đọc", u"words read"}},
     {u"words imported", {u"từ được nhập", u"words imported"}},
     {u"words kept", {u"từ đang có được giữ lại", u"words kept"}},
     {u"texts added to the list", {u"bài thêm vào danh sách", u"texts added to the list"}},
@@ -85,11 +79,8 @@ QStringList ImportJob::Arguments() const
     if (target == ImportTarget::Canon)
         arguments << u"canon"_s;
     else
-        arguments << u"dictionary"_s << u"--kind"_s << QString::number(kind);
-    if (replaces && target == ImportTarget::Dictionary)
-        arguments << u"--replace"_s;
-    if (!replaces)
-        arguments << u"--add"_s;
+        arguments << u"dictionary"_s << u"--kind"_s << QString::number(kind)
+                  << (replaces ? u"--replace"_s : u"--add"_s);
     arguments << u"--into"_s << File() << u"--json"_s << u"--progress"_s;
     // The list of texts belongs to the marks, which a trial leaves alone.
     const QString marks = programFolder + DatabaseFile::Marks;

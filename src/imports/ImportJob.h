@@ -24,7 +24,7 @@ struct ImportJob
     QString source;
     ImportTarget target = ImportTarget::Canon;
     int kind = 0;          ///< of the dictionary, 1 to 8
-    bool replaces = true;  ///< of that kind or of the canon, what is there goes; else it stays beside what is new
+    bool replaces = true;  ///< the words of that kind go, else they stay; a canon is always replaced
     bool isTrial = false;  ///< tells what would be taken and left out, and changes nothing
     QString programFolder; ///< with its trailing separator: where the databases are
 

@@ -32,6 +32,11 @@ std::optional<Form> FormNamed(const QString &format)
     return std::nullopt;
 }
 
+QString NameOf(Form form)
+{
+    return form == Form::Segmented ? u"segmented"_s : form == Form::Folder ? u"folder"_s : u"copy"_s;
+}
+
 /// What it looks like.
 Form FormOf(const QString &source)
 {
@@ -101,6 +106,7 @@ std::optional<ImportCanonOptions> ParseImportCanon(const QStringList &arguments,
                       u"TARUNECLIENT.FDB: a mark on a text that the list lacks is not shown."_s,
                       u"FILE"_s});
     parser.addOption({u"repair"_s, u"copy: mends in the copy what can be mended without loss."_s});
+    AddMannerOptions(parser);
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"import canon SOURCE --into FILE [options]"_s, arguments, console))
         return std::nullopt;
@@ -113,6 +119,7 @@ std::optional<ImportCanonOptions> ParseImportCanon(const QStringList &arguments,
                               parser.values(u"author"_s),
                               parser.value(u"client"_s),
                               parser.isSet(u"repair"_s),
+                              MannerOf(parser),
                               Report::OptionsOf(parser)};
 }
 
@@ -124,6 +131,8 @@ int Run(const ImportCanonOptions &options, Console &console)
         throw ToolError(u"%1: there is no such file or folder"_s.arg(source));
     const Form form = options.form ? *options.form : FormOf(source);
     Refuse(options, form);
+    Follow(options.manner, console);
+    TellSource(source, NameOf(form), report);
     // The marks are a live file, which has its own.
     if (client.isEmpty())
         UsePrivateLocks();
@@ -137,7 +146,7 @@ int Run(const ImportCanonOptions &options, Console &console)
         canon = ImportFrom<CanonFolderReader>(source, target, options.table, report, console);
     else
         canon = ImportFrom<SegmentedCanon>(source, target, options.authors, report, console);
-    if (canon && !client.isEmpty())
+    if (canon && !client.isEmpty() && !options.manner.isTrial)
         AddToList(client, *canon, target, report);
     if (canon)
         report.Tell(u"file"_s, QFileInfo(target).absoluteFilePath());

@@ -31,6 +31,11 @@ std::optional<Form> FormNamed(const QString &name)
     return form;
 }
 
+QString NameOf(Form form)
+{
+    return form == Form::StarDict ? u"stardict"_s : form == Form::Tabbed ? u"tsv"_s : u"markup"_s;
+}
+
 /// What it looks like.
 Form FormOf(const QString &source)
 {
@@ -55,8 +60,8 @@ Form FormOf(const QString &source)
 }
 
 /// Hands over the words of the other kinds as they stand.
-void TakeOver(const QString &path, const QString &copyPath, int newKind, bool replaces, DictionaryWriter &writer,
-              Console &console)
+void TakeOver(const ImportDictionaryOptions &options, const QString &path, const QString &copyPath,
+              DictionaryWriter &writer, Console &console)
 {
     const PrivateCopy copy(path, copyPath);
     DataFile file;
@@ -64,12 +69,13 @@ void TakeOver(const QString &path, const QString &copyPath, int newKind, bool re
     if (!IsDictionary(file))
         throw ToolError(u"%1: is no dictionary"_s.arg(path));
     DictionaryReader reader(file);
-    if (!replaces && reader.CountWords(newKind) > 0)
+    if (!options.replaces && !options.adds && reader.CountWords(options.kind) > 0)
         throw ToolError(
-            u"%1: dictionary %2 has words already; --replace puts the new ones in their place"_s.arg(path).arg(
-                newKind));
+            u"%1: dictionary %2 has words already; --replace puts the new ones in their place, --add beside them"_s
+                .arg(path)
+                .arg(options.kind));
     for (const int kind : DictKind::All) {
-        if (kind == newKind)
+        if (kind == options.kind && !options.adds)
             continue;
         const qsizetype total = reader.CountWords(kind);
         qsizetype done = 0;
@@ -135,10 +141,14 @@ std::optional<ImportDictionaryOptions> ParseImportDictionary(const QStringList &
                       u"FILE"_s, DefaultFile(Thing::Dictionary)});
     parser.addOption({u"format"_s, u"stardict, tsv or markup; by default what the name of SOURCE tells."_s, u"FORM"_s});
     parser.addOption({u"replace"_s, u"The words that FILE has of this kind go."_s});
+    parser.addOption({u"add"_s, u"The words that FILE has of this kind stay; entries of one word are joined."_s});
+    AddMannerOptions(parser);
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"import dictionary SOURCE --kind N [options]"_s, arguments, console))
         return std::nullopt;
     const QStringList sources = parser.positionalArguments();
+    if (parser.isSet(u"add"_s) && parser.isSet(u"replace"_s))
+        throw ToolError(u"--add and --replace are two different things"_s);
     if (sources.size() != 1)
         throw ToolError(u"import dictionary wants one SOURCE; see \"lumivara-data import dictionary --help\""_s);
     return ImportDictionaryOptions{sources.first(),
@@ -146,6 +156,8 @@ std::optional<ImportDictionaryOptions> ParseImportDictionary(const QStringList &
                                    parser.value(u"into"_s),
                                    FormNamed(parser.value(u"format"_s)),
                                    parser.isSet(u"replace"_s),
+                                   parser.isSet(u"add"_s),
+                                   MannerOf(parser),
                                    Report::OptionsOf(parser)};
 }
 
@@ -159,10 +171,12 @@ int Run(const ImportDictionaryOptions &options, Console &console)
     Report report(console, options.report);
     const QString path = QFileInfo(options.into).absoluteFilePath();
     FileInTheMaking target(path);
+    Follow(options.manner, console);
+    TellSource(source, NameOf(form), report);
     UsePrivateLocks();
     DictionaryWriter writer(target.Path());
     if (QFileInfo::exists(path))
-        OnFile(path, [&] { TakeOver(path, target.Path() + u".copy"_s, kind, options.replaces, writer, console); });
+        OnFile(path, [&] { TakeOver(options, path, target.Path() + u".copy"_s, writer, console); });
     const qsizetype kept = writer.WordCount();
     EntryIntake intake(kind, writer, report);
     if (form == Form::StarDict)

@@ -2,6 +2,7 @@
 
 #include "common/Report.h"
 #include "common/Tool.h"
+#include "lumivara-data/ImportManner.h"
 #include "lumivara-data/marks/MarksForms.h"
 
 #include <optional>
@@ -80,6 +81,7 @@ struct ImportCanonOptions
     QStringList authors;           ///< of Segmented
     QString client;                ///< marks whose list gets the texts; may be empty
     bool isMended = false;         ///< of Copy
+    ImportManner manner;
     ReportOptions report;
 };
 
@@ -89,7 +91,9 @@ struct ImportDictionaryOptions
     int kind = 0;
     QString into;
     std::optional<WordForm> form; ///< by what the source looks like if there is none
-    bool replaces = false;
+    bool replaces = false;        ///< the words of that kind
+    bool adds = false;            ///< to them
+    ImportManner manner;
     ReportOptions report;
 };
 

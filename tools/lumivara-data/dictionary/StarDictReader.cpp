@@ -287,6 +287,7 @@ void StarDictReader::ReadDescription()
     const QByteArray version = values.value("version");
     if (version != "2.4.2" && version != "3.0.0")
         throw ToolError(u"%1: version \"%2\" is not known"_s.arg(path, QString::fromUtf8(version.left(64))));
+    m_report.Tell(u"name"_s, QString::fromUtf8(values.value("bookname")));
     m_wordCount = Told(values, "wordcount");
     m_indexSize = Told(values, "idxfilesize");
     m_formCount = values.contains("synwordcount") ? Told(values, "synwordcount") : 0;

@@ -13,6 +13,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+bool finishesNothing = false;
+bool keepsReplaced = false;
+
 /// What must not be renamed over: pipes, devices, and what its owner keeps from being written. A link may: it leads to
 /// what is installed for all users, and the file takes its place.
 void RefuseOddTarget(const QString &path)
@@ -59,6 +62,40 @@ FileInTheMaking::FileInTheMaking(const QString &target)
     m_path = m_folder->Path(QFileInfo(m_target).fileName());
 }
 
+void FinishNoFiles()
+{
+    finishesNothing = true;
+}
+
+void KeepReplacedFiles()
+{
+    keepsReplaced = true;
+}
+
+QString NameBefore(const QString &path)
+{
+    return path + u".before"_s;
+}
+
+/// The old file has both names until the new one takes the first.
+void FileInTheMaking::KeepReplaced() const
+{
+    if (!QFileInfo::exists(m_target))
+        return;
+    const QString before = NameBefore(m_target);
+    const QString link = m_folder->Path(u"before"_s);
+    std::error_code error;
+    std::filesystem::create_hard_link(QFileInfo(m_target).filesystemFilePath(), QFileInfo(link).filesystemFilePath(),
+                                      error);
+    if (error)
+        std::filesystem::copy_file(QFileInfo(m_target).filesystemFilePath(), QFileInfo(link).filesystemFilePath(),
+                                   error);
+    if (!error)
+        std::filesystem::rename(QFileInfo(link).filesystemFilePath(), QFileInfo(before).filesystemFilePath(), error);
+    if (error)
+        throw ToolError(u"%1: the old file can't be kept: %2"_s.arg(before, QString::fromStdString(error.message())));
+}
+
 void FileInTheMaking::Settle(const QString &replaced) const
 {
     ThrowIfInterrupted();
@@ -68,7 +105,11 @@ void FileInTheMaking::Settle(const QString &replaced) const
 
 void FileInTheMaking::Finish()
 {
+    if (finishesNothing)
+        return;
     Settle(m_target);
+    if (keepsReplaced)
+        KeepReplaced();
     Leftover::Complete(m_target, [this] {
         std::error_code error;
         std::filesystem::rename(QFileInfo(m_path).filesystemFilePath(), QFileInfo(m_target).filesystemFilePath(),

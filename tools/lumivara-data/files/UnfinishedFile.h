@@ -25,6 +25,12 @@ public:
     using ToolError::ToolError;
 };
 
+/// From now on in this process no file in the making takes its name: for a trial.
+void FinishNoFiles();
+/// From now on in this process a file that is replaced stays beside, as FILE.before.
+void KeepReplacedFiles();
+QString NameBefore(const QString &path);
+
 /// A file that is made whole or not at all: written in a private folder beside its place, which goes away again with
 /// this object. Finished, a new file gets the mode that the umask leaves, one that replaces another has its mode, and
 /// until then nobody else can read it.
@@ -44,6 +50,7 @@ public:
     void FinishNew();
 
 private:
+    void KeepReplaced() const;
     void Settle(const QString &replaced) const;
 
     QString m_target;
