@@ -1,0 +1,168 @@
+#include "imports/Import.h"
+#include "reader/ReaderWindow.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QDropEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QMimeData>
+#include <QPushButton>
+#include <QRadioButton>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The assistant over the real tool, in a folder of its own.
+class Imports : public ReaderWindow
+{
+protected:
+    Imports()
+    {
+        for (const auto name : {u"libfbclient.so.2"_s, u"firebird"_s, u"lumivara-data"_s})
+            EXPECT_TRUE(QFile::link(ProductFolder() + name, folder.Path(name)));
+        EXPECT_TRUE(QFile::copy(Beside(u"KELORA.FDB"_s), folder.Path(u"KELORA.FDB"_s)));
+        program = folder.Path(u"Lumivara"_s);
+        skinFile = folder.Path(u"AllSkins.skinres"_s);
+        SetSkins({});
+        EXPECT_TRUE(QDir(folder.Path()).mkpath(u"texts"_s));
+        EXPECT_TRUE(WriteBytes(folder.Path(u"texts/canon.csv"_s),
+                               "kind,id,parent,number,pali,vietnamese,english,file_pali,file_vietnamese\n"
+                               "group,1,,,Vagga,Phẩm,,,\n"
+                               "text,5001,1,1,Sutta,Kinh mới,,a.html,b.html\n"));
+        EXPECT_TRUE(WriteBytes(folder.Path(u"texts/a.html"_s), "<p>evaṃ</p>"));
+        EXPECT_TRUE(WriteBytes(folder.Path(u"texts/b.html"_s), "<p>như vầy</p>"));
+        EXPECT_TRUE(WriteBytes(folder.Path(u"words.tsv"_s), "dhamma\tnature\nmagga\tpath\n\tno word\n"));
+    }
+    ~Imports() override { End(); }
+
+    TfrmImport &Open()
+    {
+        Trigger("acImport");
+        return static_cast<TfrmImport &>(*FindForm(u"frmImport"_s));
+    }
+    template <typename T>
+    T &On(const char *name)
+    {
+        return In<T>(*FindForm(u"frmImport"_s), name);
+    }
+    bool Shows(const char *page)
+    {
+        return WaitFor([&] { return On<QWidget>(page).isVisible(); }, 30000);
+    }
+    std::string Text(const char *label) { return On<QLabel>(label).text().toStdString(); }
+    void Press(const char *button) { On<QPushButton>(button).click(); }
+    /// Puts a script in the tool's place.
+    void FakeTool(const QByteArray &script)
+    {
+        const QString path = folder.Path(u"lumivara-data"_s);
+        EXPECT_TRUE(QFile::remove(path));
+        EXPECT_TRUE(WriteBytes(path, "#!/bin/sh\n" + script));
+        EXPECT_TRUE(QFile::setPermissions(path, QFile::ReadOwner | QFile::ExeOwner | QFile::WriteOwner));
+    }
+
+    ScratchFolder folder;
+};
+
+} // namespace
+
+TEST_F(Imports, TextsAreLookedAtTakenOverShownAtOnceAndTakenBack)
+{
+    StartOn();
+    const QStringList before = PassageNames();
+    Open().Look(folder.Path(u"texts"_s));
+    ASSERT_TRUE(Shows("tsFound")) << Text("lbSourceFault");
+    EXPECT_EQ(PassageNames(), before) << "a look changes nothing";
+    EXPECT_FALSE(QFileInfo::exists(folder.Path(u"KELORA.FDB.before"_s)));
+    EXPECT_THAT(Text("lbFound"), testing::HasSubstr("1 bài"));
+    Press("btnImport");
+    ASSERT_TRUE(Shows("tsDone")) << Text("lbSourceFault");
+    EXPECT_EQ(PassageNames(), QStringList{u"Kinh mới"_s});
+    Press("btnTakeBack");
+    EXPECT_EQ(PassageNames(), before) << Text("lbDone");
+}
+
+TEST_F(Imports, WordsGoBesideThoseThatAreThereOrInTheirPlace)
+{
+    StartOn();
+    EXPECT_FALSE(dictionary->vIsOKDictionary);
+    const auto import = [&](const QString &source, const char *way) {
+        Open().Look(folder.Path(source));
+        ASSERT_TRUE(Shows("tsFound")) << Text("lbSourceFault");
+        On<QComboBox>("cbTarget").setCurrentIndex(7);
+        On<QRadioButton>(way).setChecked(true);
+        Press("btnImport");
+        ASSERT_TRUE(Shows("tsDone")) << Text("lbSourceFault");
+        EXPECT_TRUE(dictionary->vIsOKDictionary);
+        Press("btnBack");
+    };
+    import(u"words.tsv"_s, "rbBeside");
+    EXPECT_EQ(On<QListWidget>("lstLeftOut").count(), 1) << "a line without a word";
+    EXPECT_TRUE(WriteBytes(folder.Path(u"more.tsv"_s), "sangha\tcommunity\n"));
+    import(u"more.tsv"_s, "rbBeside");
+    EXPECT_THAT(Text("lbDone"), testing::HasSubstr("3 từ được nhập"));
+    import(u"more.tsv"_s, "rbInPlace");
+    EXPECT_THAT(Text("lbDone"), testing::HasSubstr("1 từ được nhập"));
+}
+
+TEST_F(Imports, WhatCannotBeTakenIsToldAndChangesNothing)
+{
+    StartOn();
+    EXPECT_TRUE(WriteBytes(folder.Path(u"bad.FDB"_s), QByteArray(70000, 'x')));
+    EXPECT_TRUE(WriteBytes(folder.Path(u"bad.ifo"_s), "no such thing"));
+    const QStringList before = PassageNames();
+    for (const QString &source : {u"bad.FDB"_s, u"bad.ifo"_s, u"missing"_s, u"Lumivara.pdf"_s}) {
+        Open().Look(folder.Path(source));
+        EXPECT_TRUE(WaitFor([&] { return !On<QLabel>("lbSourceFault").text().isEmpty(); }, 30000)) << source;
+        EXPECT_TRUE(On<QWidget>("tsSource").isVisible()) << source;
+        EXPECT_TRUE(On<QPushButton>("btnLook").isVisible()) << source;
+    }
+    EXPECT_EQ(PassageNames(), before);
+}
+
+TEST_F(Imports, CancelAndACrashLeaveEverythingAsItWas)
+{
+    StartOn();
+    FakeTool("echo '{\"done\":1,\"total\":2}' >&2\nexec sleep 1000\n");
+    Open().Look(folder.Path(u"texts"_s));
+    EXPECT_TRUE(WaitFor([&] { return On<QProgressBar>("pbImport").value() == 500; }, 30000));
+    Press("btnCancel");
+    EXPECT_TRUE(Shows("tsSource"));
+    EXPECT_THAT(Text("lbSourceFault"), testing::HasSubstr("Đã hủy"));
+    FakeTool("kill -SEGV $$\n");
+    Open().Look(folder.Path(u"texts"_s));
+    EXPECT_TRUE(Shows("tsSource"));
+    EXPECT_TRUE(WaitFor([&] { return Text("lbSourceFault").find("bất ngờ") != std::string::npos; }, 30000));
+    EXPECT_TRUE(QFile::remove(folder.Path(u"lumivara-data"_s)));
+    Open().Look(folder.Path(u"texts"_s));
+    EXPECT_TRUE(WaitFor([&] { return Text("lbSourceFault").find("bất ngờ") != std::string::npos; }, 30000));
+}
+
+TEST_F(Imports, AFileDroppedOnTheWindowIsLookedAt)
+{
+    StartOn();
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(folder.Path(u"words.tsv"_s))});
+    QDropEvent drop({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window.get(), &drop);
+    ASSERT_TRUE(WaitFor([] { return FindForm(u"frmImport"_s) != nullptr; }));
+    EXPECT_TRUE(Shows("tsFound"));
+}
+
+TEST_F(Imports, AFileReplacedFromElsewhereIsOfferedAtTheFoot)
+{
+    StartOn();
+    const QString other = folder.Path(u"other.FDB"_s);
+    QProcess tool;
+    tool.start(folder.Path(u"lumivara-data"_s), {u"import"_s, u"canon"_s, folder.Path(u"texts"_s), u"--into"_s, other});
+    ASSERT_TRUE(tool.waitForFinished());
+    ASSERT_EQ(tool.exitCode(), 0) << tool.readAllStandardError().toStdString();
+    ASSERT_EQ(rename(QFile::encodeName(other), QFile::encodeName(folder.Path(u"KELORA.FDB"_s))), 0);
+    auto &action = Find<QToolButton>("btnFootAction");
+    ASSERT_TRUE(WaitFor([&] { return action.isVisible(); }));
+    EXPECT_NE(PassageNames(), QStringList{u"Kinh mới"_s}) << "goes on with the old file";
+    action.click();
+    EXPECT_EQ(PassageNames(), QStringList{u"Kinh mới"_s});
+    EXPECT_FALSE(action.isVisible());
+}

@@ -1,0 +1,79 @@
+#include "reader/ReaderWindow.h"
+
+#include <QLabel>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class Foot : public ReaderWindow
+{
+protected:
+    std::string Told() { return Find<QLabel>("lbFootText").text().toStdString(); }
+    QWidget &Bar() { return Find<QWidget>("barFoot"); }
+};
+
+} // namespace
+
+TEST_F(Foot, TellsTheTextOnShowItsNumberAndItsGroups)
+{
+    StartOn();
+    EXPECT_EQ(Told(), "Giới thứ nhất  ·  1101  ·  Bất cộng trụ  ·  Phân tích giới");
+    GoTo(1201);
+    EXPECT_EQ(Told(), "Chương lớn  ·  1201  ·  Đại phẩm");
+    Trigger("acNamePAL");
+    EXPECT_EQ(Told(), "Mahākhandhaka  ·  1201  ·  Mahāvagga");
+    GoTo(1003);
+    EXPECT_EQ(Told(), "Mahāvagga") << "a group has no number";
+}
+
+TEST_F(Foot, StaysHiddenFromOneRunToTheNext)
+{
+    StartOn();
+    EXPECT_TRUE(Bar().isVisible());
+    QTest::keyClick(window.get(), Qt::Key_F6, Qt::ControlModifier);
+    EXPECT_FALSE(Bar().isVisible());
+    End();
+    Start();
+    EXPECT_FALSE(Bar().isVisible());
+    EXPECT_FALSE(Action("acFoot").isChecked());
+    Trigger("acFoot");
+    EXPECT_TRUE(Bar().isVisible());
+}
+
+TEST_F(Foot, F6GoesRoundTreePageAndFoot)
+{
+    StartOn();
+    Activate();
+    const auto area = [this] {
+        for (const char *name : {"lcTree", "lcContent", "barFoot"})
+            if (Find<QWidget>(name).isAncestorOf(QApplication::focusWidget()))
+                return std::string(name);
+        return std::string();
+    };
+    EXPECT_EQ(area(), "lcTree");
+    for (const char *next : {"lcContent", "barFoot", "lcTree"}) {
+        Trigger("acNextArea");
+        EXPECT_EQ(area(), next);
+    }
+    Trigger("acPriorArea");
+    EXPECT_EQ(area(), "barFoot");
+    Trigger("acFoot");
+    EXPECT_EQ(area(), "lcContent") << "the focus leaves what is hidden";
+    Trigger("acNextArea");
+    EXPECT_EQ(area(), "lcTree");
+}
+
+TEST_F(Foot, AWelcomeComesAtTheFirstStartAloneAndOnDemand)
+{
+    Start();
+    EXPECT_TRUE(WaitFor([] { return FindForm(u"frmWelcome"_s) != nullptr; }));
+    End();
+    Start();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(FindForm(u"frmWelcome"_s));
+    Trigger("acWelcome");
+    ASSERT_TRUE(FindForm(u"frmWelcome"_s));
+    QTest::keyClick(FindForm(u"frmWelcome"_s), Qt::Key_Escape);
+    EXPECT_FALSE(FindForm(u"frmWelcome"_s));
+}
