@@ -28,9 +28,9 @@ protected:
         SetSkins({});
         EXPECT_TRUE(QDir(folder.Path()).mkpath(u"texts"_s));
         EXPECT_TRUE(WriteBytes(folder.Path(u"texts/canon.csv"_s),
-                               "kind,id,parent,number,pali,vietnamese,english,file_pali,file_vietnamese\n"
-                               "group,1,,,Vagga,Phẩm,,,\n"
-                               "text,5001,1,1,Sutta,Kinh mới,,a.html,b.html\n"));
+                               "kind,key,group,number,pali,vietnamese,page_pali,page_vietnamese\n"
+                               "group,1,,,Vagga,Phẩm,,\n"
+                               "text,5001,1,1,Sutta,Kinh mới,a.html,b.html\n"));
         EXPECT_TRUE(WriteBytes(folder.Path(u"texts/a.html"_s), "<p>evaṃ</p>"));
         EXPECT_TRUE(WriteBytes(folder.Path(u"texts/b.html"_s), "<p>như vầy</p>"));
         EXPECT_TRUE(WriteBytes(folder.Path(u"words.tsv"_s), "dhamma\tnature\nmagga\tpath\n\tno word\n"));
