@@ -9,16 +9,17 @@
 #include "stores/Modules.h"
 #include "stores/Schema.h"
 #include "stores/settings/Options.h"
+#include "toolkit/controls/BarButton.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
 #include "toolkit/program/Guard.h"
+#include "toolkit/program/WindowPlace.h"
 #include "ui_Dictionary.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCloseEvent>
 #include <QHeaderView>
-#include <QScreen>
 
 using namespace Qt::StringLiterals;
 
@@ -62,7 +63,7 @@ TfrmDictionary::TfrmDictionary(QWidget *parent)
     ui->Splitter1->setStretchFactor(1, 1);
     ui->Splitter1->setSizes({GrownPixels(ListWidth), width() - GrownPixels(ListWidth)});
     ui->gtvWords->horizontalHeader()->hide();
-    move(screen()->availableGeometry().center() - rect().center());
+    CentreOnScreen(*this);
 
     DeclareData();
     SetUpCommands();
@@ -134,13 +135,13 @@ void TfrmDictionary::SetUpCommands()
     wire(ui->acGotoWord, [this] { acGotoWordExecute(); });
     ConnectGuarded(ui->bMultiDictionary, &QToolButton::clicked, this, [this] { bMultiDictionaryClick(); });
 
-    ui->btnDicts->setMenu(ui->bsiDicts);
+    SetBarMenu(*ui->btnDicts, *ui->bsiDicts);
     const auto showCaption = [this] { ui->btnDicts->setText(ui->bsiDicts->title()); };
     showCaption();
     ConnectGuarded(ui->bsiDicts->menuAction(), &QAction::changed, this, showCaption);
-    ui->bCopy->setDefaultAction(ui->acCopy);
-    ui->bSelectAll->setDefaultAction(ui->acSelectAll);
-    ui->bGotoWord->setDefaultAction(ui->acGotoWord);
+    SetBarAction(*ui->bCopy, *ui->acCopy);
+    SetBarAction(*ui->bSelectAll, *ui->acSelectAll);
+    SetBarAction(*ui->bGotoWord, *ui->acGotoWord);
 
     ui->ebContentWord->SetOpensLinksInside(true);
     ui->ebContentWord->SetShowsMenuWithCtrl(true);
@@ -222,7 +223,17 @@ QString TfrmDictionary::GetDictionaryCaption(int kind, int interfaceLanguage)
     const QString multi = MultiDictionaryCaption(kind, MultiDictionary, interfaceLanguage);
     if (!multi.isNull())
         ui->bMultiDictionary->setText(multi);
+    m_namedKind = kind;
     return DictionaryCaption(kind, interfaceLanguage);
+}
+
+void TfrmDictionary::ShowCaptions()
+{
+    if (m_namedKind)
+        GetDictionaryCaption(*m_namedKind, InterfaceLang);
+    const QString caption = m_shownKind ? DictionaryCaption(*m_shownKind, InterfaceLang) : QString();
+    if (!caption.isEmpty())
+        ui->bsiDicts->setTitle(caption);
 }
 
 void TfrmDictionary::SelectDictionary(int kind, const QString &text)
@@ -258,6 +269,7 @@ void TfrmDictionary::SwitchDictionary(int kind, const QString &text, const QStri
     vTypeDict = kind;
     ui->edSearchWord->setText(text);
     ui->bsiDicts->setTitle(caption);
+    m_shownKind = m_namedKind;
     RefreshWordList();
 }
 

@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 class QUrl;
 
@@ -32,6 +33,8 @@ public:
     void SwitchDictionary(int kind, const QString &text, const QString &caption);
     /// Caption of a kind in an interface language; also gives the button for several dictionaries its caption.
     QString GetDictionaryCaption(int kind, int interfaceLanguage);
+    /// Names the dictionary on the bar again, in the interface's language; without one the captions stay.
+    void ShowCaptions();
     /// Looks a word up: switches to the dictionary of the current pair that has it, and filters the list by it.
     /// Throws DatabaseError.
     void SearchingText(const QString &text);
@@ -84,7 +87,9 @@ private:
     void acGotoWordExecute();
 
     std::unique_ptr<Ui::frmDictionary> ui;
-    QStringList vWordsDefQry; ///< the statement of the whole list
+    QStringList vWordsDefQry;       ///< the statement of the whole list
+    std::optional<int> m_namedKind; ///< whose caption was asked for last: it names the button for several dictionaries
+    std::optional<int> m_shownKind; ///< whose caption the bar shows
     int vDeltaT = 0;
     bool vIsInit = false;
     /// False while a page is being made: a web address then opens in the system's browser, otherwise inside.

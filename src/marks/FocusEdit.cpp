@@ -10,6 +10,7 @@
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
 #include "toolkit/program/Guard.h"
+#include "toolkit/program/WindowPlace.h"
 #include "ui_FocusEdit.h"
 
 #include <QGuiApplication>
@@ -54,6 +55,8 @@ TfrmFocusEdit::~TfrmFocusEdit() = default;
 
 void TfrmFocusEdit::showEvent(QShowEvent *event)
 {
+    if (!event->spontaneous())
+        CentreOnOwner(*this);
     QDialog::showEvent(event);
     if (!event->spontaneous())
         RunGuarded([this] { FormShow(); });

@@ -16,11 +16,11 @@
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
 #include "toolkit/program/Guard.h"
+#include "toolkit/program/WindowPlace.h"
 #include "ui_FocusHighlight.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCloseEvent>
-#include <QScreen>
 
 #include <array>
 
@@ -66,7 +66,7 @@ TfrmFocusHighlight::TfrmFocusHighlight(Reading &reading, QWidget *parent)
     AddFormTexts(*this)->Loaded(); // failures reach the caller, which ignores them on purpose
     ui->spltFocus->setStretchFactor(1, 1);
     ui->spltFocus->setSizes({GrownPixels(ListWidth), width() - GrownPixels(ListWidth)});
-    move(screen()->availableGeometry().center() - rect().center());
+    CentreOnScreen(*this);
     SetUpControls();
     SetUpCommands();
     ui->edSearch->setFocus();
@@ -124,8 +124,8 @@ void TfrmFocusHighlight::UpdateCommands()
 void TfrmFocusHighlight::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    if (event->spontaneous())
-        return;
+    if (event->spontaneous() || !vIsInitFocus)
+        return; // restored
     // Failures while opening are deliberately not reported.
     try {
         FormShow();

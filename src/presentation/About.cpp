@@ -7,10 +7,10 @@
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
 #include "toolkit/program/Guard.h"
+#include "toolkit/program/WindowPlace.h"
 #include "ui_About.h"
 
 #include <QFontInfo>
-#include <QScreen>
 #include <QShortcut>
 #include <QWebEngineSettings>
 
@@ -105,7 +105,7 @@ void TfrmGioithieu::ApplyFontSize()
 void TfrmGioithieu::showEvent(QShowEvent *event)
 {
     if (!event->spontaneous())
-        move(screen()->availableGeometry().center() - rect().center());
+        CentreOnScreen(*this);
     QDialog::showEvent(event);
 }
 

@@ -7,9 +7,9 @@
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
 #include "toolkit/program/Guard.h"
+#include "toolkit/program/WindowPlace.h"
 #include "ui_Options.h"
 
-#include <QScreen>
 #include <QShowEvent>
 
 using namespace Qt::StringLiterals;
@@ -75,7 +75,7 @@ void TfrmOptions::FormShow()
         item->SetCaption(TextOr(QString::fromUtf16(caption.vietnamese), caption));
     TdxLayoutItem::AlignCaptions({ui->lcFormatItemFontName, ui->lcFormatItemBgColor, ui->lcFormatItemHighlightColor});
     FitSize();
-    move(screen()->availableGeometry().center() - rect().center());
+    CentreOnScreen(*this);
     ui->cbFontName->setFocus();
 }
 

@@ -1,6 +1,7 @@
 #include "reader/Main.h"
 
 #include "base/InterfaceLanguage.h"
+#include "dictionary/Dictionary.h"
 #include "presentation/languages/DKLang.h"
 #include "reader/ReaderRules.h"
 #include "stores/KeloraDM.h"
@@ -19,6 +20,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QScopeGuard>
+#include <QSignalBlocker>
 #include <QSystemTrayIcon>
 
 #include <utility>
@@ -212,9 +214,16 @@ void TfrmMain::FormShow()
 void TfrmMain::bcbLanguageChange()
 {
     const int index = std::max(bcbLanguage->ItemIndex(), 0);
-    LangManager().SetCurrentLanguage(LangManager().GetLanguageId(index));
+    try {
+        LangManager().SetCurrentLanguage(LangManager().GetLanguageId(index));
+    } catch (const EDKLangError &) {
+        ChooseLanguageInForce();
+        throw;
+    }
     InterfaceLang = index;
     ShowQtWords();
+    if (auto *dictionary = qobject_cast<TfrmDictionary *>(FindForm(QStringLiteral("frmDictionary"))))
+        dictionary->ShowCaptions();
     // The English interface reads the names in Pāli; a further language leaves the columns as they are.
     if (InterfaceLang == 0 || InterfaceLang == 1) {
         ui->dbtSutas->Column(Field::NameVicVie)->SetVisible(InterfaceLang == 0);
@@ -222,6 +231,15 @@ void TfrmMain::bcbLanguageChange()
     }
     UpdateFootText();
     frmKeloraDM->WriteOption(Option::InterfaceLang, InterfaceLang);
+}
+
+void TfrmMain::ChooseLanguageInForce()
+{
+    const QSignalBlocker quiet(bcbLanguage);
+    for (int index = 0; index < LangManager().GetLanguageCount(); ++index) {
+        if (LangManager().GetLanguageId(index) == LangManager().CurrentLanguage())
+            bcbLanguage->setCurrentIndex(index);
+    }
 }
 
 bool TfrmMain::ConfirmQuit()

@@ -100,6 +100,7 @@ private:
     void SetUpTray();
     void tiMainTrayClick();
     void bcbLanguageChange();
+    void ChooseLanguageInForce();
 
     // MainSkins.cpp
     void FillSkins();

@@ -9,6 +9,7 @@
 #include "stores/Modules.h"
 #include "stores/Schema.h"
 #include "stores/settings/Options.h"
+#include "toolkit/controls/BarButton.h"
 #include "toolkit/controls/BarCombo.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Fonts.h"
@@ -137,12 +138,12 @@ void TfrmMain::UpdateCommands()
 
 void TfrmMain::SetUpButtons()
 {
-    ui->lbOrganization->setDefaultAction(ui->acOrganization);
-    ui->lbDictionary->setDefaultAction(ui->acDictionary);
-    ui->lbSearchSutas->setDefaultAction(ui->acSearchSutas);
-    ui->lbOptions->setDefaultAction(ui->acOption);
-    ui->lbHelp->setDefaultAction(ui->acHelp);
-    ui->btnSystem->setMenu(ui->bsiSystem);
+    SetBarAction(*ui->lbOrganization, *ui->acOrganization);
+    SetBarAction(*ui->lbDictionary, *ui->acDictionary);
+    SetBarAction(*ui->lbSearchSutas, *ui->acSearchSutas);
+    SetBarAction(*ui->lbOptions, *ui->acOption);
+    SetBarAction(*ui->lbHelp, *ui->acHelp);
+    SetBarMenu(*ui->btnSystem, *ui->bsiSystem);
 
     ui->btnExpandTree->SetAction(ui->acExpandTree);
     ui->btnCollapseTree->SetAction(ui->acCollapseTree);

@@ -11,15 +11,16 @@
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
 #include "toolkit/program/Guard.h"
+#include "toolkit/program/WindowPlace.h"
 #include "ui_SearchSutas.h"
 
 #include <QCloseEvent>
 #include <QScopeGuard>
 #include <QScreen>
 #include <QTimer>
-#include <QWindow>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -108,7 +109,7 @@ void TfrmSearchSutas::DeclareResultData()
 void TfrmSearchSutas::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    if (!event->spontaneous())
+    if (!event->spontaneous() && !std::exchange(m_hasShown, true)) // else restored
         RunGuarded([this] { FormShow(); });
 }
 
@@ -126,10 +127,9 @@ void TfrmSearchSutas::FormShow()
 
 bool TfrmSearchSutas::event(QEvent *event)
 {
-    // Edges are the frame's. The desktop draws it late, and until then Qt reports wrong margins.
-    const bool isNormal = isVisible() && !isMinimized() && !isMaximized();
-    const QMargins frame = isNormal ? windowHandle()->frameMargins() : QMargins();
-    if (frame != m_frame && frame.top() > 0 && std::min({frame.left(), frame.right(), frame.bottom()}) >= 0) {
+    // The edges meant are the frame's, which the desktop draws late.
+    const QMargins frame = FrameOf(*this);
+    if (frame != m_frame && !frame.isNull()) {
         m_frame = frame;
         QMetaObject::invokeMethod(this, &TfrmSearchSutas::PlaceAtTheRight, Qt::QueuedConnection);
     }

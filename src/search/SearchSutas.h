@@ -59,6 +59,7 @@ private:
     Reading &m_reading;
     std::unique_ptr<Ui::frmSearchSutas> ui;
     bool vIsLoadData = false; ///< the list is being filled and must open no passage
+    bool m_hasShown = false;
     int m_searches = 0;
     QMargins m_frame; ///< the frame margins for which the window was placed
     NewestWait m_colouring{*this};

@@ -3,6 +3,7 @@
 #include "stores/engine/Scripter.h"
 #include "support/PageInput.h"
 #include "toolkit/bound/CxGridDBTableView.h"
+#include "toolkit/controls/BarCombo.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -61,6 +62,36 @@ TEST_F(Dictionary, SpeaksTheLanguageOfTheInterfaceUntilAKindNamesItself)
     form->close();
     OpenOn(5);
     EXPECT_EQ(Caption() + Multi().text(), u"Pāli-VietnameseMulti Dictionary"_s);
+}
+
+TEST_F(Dictionary, NamesItsKindInEachLanguageThatIsChosenMeanwhile)
+{
+    AddLanguage(u"English.lng"_s, "LANGID=1033\n[frmDictionary]\n2=Many\n8=Pick one\n");
+    Open(0);
+    const auto both = [this](int language) {
+        ReaderWindow::In<TBarCombo>(*window, "bcbLanguage").SetItemIndex(language);
+        return (Caption() + u'|' + Multi().text()).toStdString();
+    };
+    EXPECT_EQ(both(1), "Pick one|Many") << "no kind yet";
+    EXPECT_EQ(both(0), "Từ điển|Đa ngôn ngữ");
+    Pick("acPaliViet");
+    EXPECT_EQ(both(1), "Pāli-Vietnamese|Multi Dictionary");
+    Multi().click();
+    EXPECT_EQ(both(0), "Pāli-Việt|+ Anh");
+    EXPECT_EQ(both(1), "Pāli-Vietnamese|+ English");
+    Pick("acEVShow");
+    EXPECT_EQ(both(0), "Anh-Việt|+ Pāli");
+    form->close();
+    OpenOn(7);
+    EXPECT_EQ(both(1), "Pāli-English|+ Vietnamese") << "under the caption that it opened with";
+}
+
+TEST_F(Dictionary, ItsButtonsAreEasyToHitWithoutASkin)
+{
+    Open(5);
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(form));
+    for (const char *name : {"btnDicts", "bMultiDictionary", "bCopy", "bSelectAll", "bGotoWord"})
+        EXPECT_GE(In<QToolButton>(name).height(), 24) << name;
 }
 
 TEST_F(Dictionary, KeepsTheSearchTextOfTwoKindsAndLendsOneOfThem)

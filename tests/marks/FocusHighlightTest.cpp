@@ -110,6 +110,16 @@ TEST_F(FocusHighlight, OpensOnceOnAnEmptyListAndStartsAnew)
     EXPECT_TRUE(WaitFor([&] { return !Action("acOrganization").isEnabled(); }));
 }
 
+TEST_F(FocusHighlight, KeepsAnEditWhileItIsMinimised)
+{
+    OpenWithMarks();
+    Title().setText(u"sửa dở"_s);
+    form->showMinimized();
+    Trigger("acOrganization");
+    EXPECT_EQ(Title().text(), u"sửa dở"_s);
+    EXPECT_EQ(Marks().State(), DataSetState::Edit);
+}
+
 TEST_F(FocusHighlight, FiltersOnEachReleasedKey)
 {
     OpenWithMarks();

@@ -4,6 +4,7 @@
 #include "toolkit/browser/FindDialog.h"
 #include "toolkit/controls/BarCombo.h"
 
+#include <QAccessible>
 #include <QLabel>
 
 using namespace Qt::StringLiterals;
@@ -14,6 +15,8 @@ namespace {
 const QByteArray English = "LANGID=1033\n[FRMMAIN]\n1=Reader\n7=Find a word\n15=Mark\\n it\n16=Side by side\n"
                            "[frmSearchSutas]\n1=Search for passages\n[dlgFind]\n7=Not here\n[$CONSTANTS]\nA=b\n";
 const QByteArray German = "LANGID=1031\n[frmMain]\n7=Wort suchen\n";
+
+const QByteArray Broken = "LANGID=1033\n[frmMain]\n7=a\n7=b\n";
 
 class MainLanguage : public ReaderWindow
 {
@@ -73,15 +76,57 @@ TEST_F(MainLanguage, AFurtherLanguageHasCaptionsAndNoMessagesAndLastsUntilTheEnd
     EXPECT_EQ(Stored(u"InterfaceLang"_s), QVariant(0));
 }
 
-TEST_F(MainLanguage, ALanguageThatCannotBeReadIsToldAndChangesNothing)
+TEST_F(MainLanguage, ALanguageThatCannotBeReadIsToldOnceAndChangesNothing)
 {
-    AddLanguage(u"English.lng"_s, "LANGID=1033\n[frmMain]\n7=a\n7=b\n"); // after the other: its text counts
+    const Box told{u"Lumivara 1.0"_s, u"Loading translations failed.\r\n"
+                                      "Line 3: Duplicate property value translation ID (7)"_s};
+    AddLanguage(u"English.lng"_s, Broken); // after the other: its text counts
     StartOn(1101, 1, 1);
-    CheckBoxes(QList<Box>(2, {u"Lumivara 1.0"_s, u"Loading translations failed.\r\n"
-                                                 "Line 3: Duplicate property value translation ID (7)"_s}));
+    CheckBoxes({told});
     EXPECT_EQ(Hint("btnFindDialog"), u"Tìm từ, ngữ, đoạn văn trong bài kinh"_s);
     EXPECT_EQ(TreeName(), u"Giới thứ nhất"_s);
     EXPECT_EQ(PassageNames().size(), 4) << "the canon opens all the same";
+    EXPECT_EQ(Language().ItemIndex() + InterfaceLang, 0) << "the list stands on the language in force";
+    Trigger("acFindDialog");
+    CheckBoxes({});
+
+    Language().setCurrentIndex(2); // as the user does
+    Language().setCurrentIndex(1);
+    CheckBoxes({told});
+    EXPECT_EQ(Language().ItemIndex(), 2);
+    EXPECT_EQ(InterfaceLang, 2);
+    EXPECT_EQ(Hint("btnFindDialog"), u"Wort suchen"_s);
+}
+
+TEST_F(MainLanguage, ALanguageThatBreaksWhileItIsInForceIsToldByOneWindow)
+{
+    AddLanguage(u"English.lng"_s, English);
+    StartOn(1101, 1, 1);
+    AddLanguage(u"English.lng"_s, Broken);
+    for (int round = 0; round < 2; ++round) {
+        Trigger("acSearchSutas");
+        EXPECT_EQ(boxes.size(), 1);
+        FindForm(u"frmSearchSutas"_s)->close();
+    }
+    Trigger("acFindDialog");
+    EXPECT_THAT(TakeBox(), testing::HasSubstr("Line 3"));
+}
+
+TEST_F(MainLanguage, TheFilterSaysWhatItSeeksInTheLanguageOfTheInterface)
+{
+    AddLanguage(u"English.lng"_s, "LANGID=1033\n[frmMain]\n102=A name\n");
+    StartOn();
+    auto &box = Find<QLineEdit>("edFilterSutta");
+    const auto said = [&] {
+        return QAccessible::queryAccessibleInterface(&box)->text(QAccessible::Description) + u'|' + box.text();
+    };
+    EXPECT_EQ(said(), u"Tên bài, đúng dấu|"_s);
+    Language().SetItemIndex(1);
+    EXPECT_EQ(said(), u"A name|"_s);
+    QTest::keyClick(&box, Qt::Key_Home);
+    EXPECT_EQ(PassageNames().size(), 4) << "it is no text";
+    Language().SetItemIndex(0);
+    EXPECT_EQ(said(), u"Tên bài, đúng dấu|"_s);
 }
 
 } // namespace

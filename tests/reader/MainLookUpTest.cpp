@@ -31,6 +31,14 @@ protected:
         Browser().LoadFromString(page);
         ASSERT_TRUE(WaitPage());
     }
+    /// The desktop does one thing after the other: when it has shown a new window, it is done with those before.
+    static bool IsDesktopIdle()
+    {
+        QWidget probe;
+        probe.setAttribute(Qt::WA_ShowWithoutActivating);
+        probe.show();
+        return QTest::qWaitForWindowExposed(&probe);
+    }
     bool Waits() { return QGuiApplication::overrideCursor(); }
 };
 
@@ -108,7 +116,7 @@ TEST_F(LookUp, InAnOpenWindowSetsTheKindWithoutASwitch)
     EXPECT_EQ(Caption(), u"Pāli-Việt"_s);
 }
 
-TEST_F(LookUp, RestoresAMinimisedWindowAndLeavesAnotherWhereItIs)
+TEST_F(LookUp, LeavesAnOpenWindowWhereItIs)
 {
     StartReader();
     OpenOn(5);
@@ -120,14 +128,32 @@ TEST_F(LookUp, RestoresAMinimisedWindowAndLeavesAnotherWhereItIs)
     Trigger("acDictionary");
     EXPECT_EQ(FindForm(u"frmDictionary"_s), form);
     EXPECT_EQ(Edit().text(), u"pali"_s);
-    for (const bool byGesture : {true, false}) {
-        form->showMinimized();
-        ASSERT_TRUE(WaitFor([&] { return !form->windowHandle()->isExposed(); }));
-        // The desktop does one thing after the other, so that it would have moved the focus by now.
-        EXPECT_TRUE(!byGesture || focusMoves.isEmpty());
-        byGesture ? LookUpAt() : Trigger("acDictionary");
-        EXPECT_FALSE(form->isMinimized());
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(form));
+    EXPECT_TRUE(IsDesktopIdle());
+    EXPECT_TRUE(focusMoves.isEmpty());
+}
+
+TEST_F(LookUp, RestoresAMinimisedWindowAsItWasAndLeavesTheFocusAlone)
+{
+    StartReader();
+    OpenOn(5);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+    for (const bool wasMaximised : {false, true}) {
+        for (const bool byGesture : {true, false}) {
+            wasMaximised ? form->showMaximized() : form->showNormal();
+            ASSERT_TRUE(WaitFor([&] { return form->isMaximized() == wasMaximised; }));
+            const QRect place = form->geometry();
+            form->showMinimized();
+            ASSERT_TRUE(WaitFor([&] { return !form->windowHandle()->isExposed(); }));
+            Activate();
+            const QSignalSpy focusMoves(qApp, &QGuiApplication::focusWindowChanged);
+            byGesture ? LookUpAt() : Trigger("acDictionary");
+            EXPECT_FALSE(form->isMinimized());
+            ASSERT_TRUE(QTest::qWaitForWindowExposed(form));
+            EXPECT_TRUE(IsDesktopIdle());
+            EXPECT_TRUE(focusMoves.isEmpty());
+            EXPECT_EQ(form->isMaximized(), wasMaximised);
+            EXPECT_TRUE(wasMaximised || WaitFor([&] { return form->geometry() == place; }));
+        }
     }
 }
 

@@ -78,6 +78,16 @@ TEST_F(SearchSutas, OpensAtTheRightAndOnlyOnce)
     EXPECT_EQ(In<QPlainTextEdit>("mmTmp").geometry(), QRect(0, 0, 750, 36)) << "behind everything";
 }
 
+TEST_F(SearchSutas, KeepsItsResultsWhileItIsMinimised)
+{
+    Open();
+    Search(u"viet"_s);
+    form->showMinimized();
+    Trigger("acSearchSutas");
+    EXPECT_TRUE(Shows("lcSearchSuttaItemResult"));
+    EXPECT_EQ(Found(), (QList<int>{1101, 1102, 1201}));
+}
+
 TEST_F(SearchSutas, SearchesInTheLanguageOfTheReaderAndOpensTheFirstResult)
 {
     using Ids = QList<int>;

@@ -2,6 +2,7 @@
 
 #include "stores/data/DataSet.h"
 #include "stores/data/DataSource.h"
+#include "toolkit/bound/CellHint.h"
 #include "toolkit/bound/CxGridModel.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/Guard.h"
@@ -16,7 +17,6 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
-#include <QToolTip>
 
 #include <algorithm>
 #include <limits>
@@ -56,10 +56,7 @@ public:
             return QStyledItemDelegate::helpEvent(event, view, option, index);
         const bool isCut = index.isValid() && (sizeHint(option, index).width() > view->visualRect(index).width() ||
                                                !index.data(Qt::DisplayRole).isValid());
-        // As escaped HTML, so that long texts wrap.
-        const QString hint =
-            isCut ? u"<qt>"_s + index.data(Qt::AccessibleTextRole).toString().toHtmlEscaped() + u"</qt>"_s : QString();
-        QToolTip::showText(event->globalPos(), hint, view->viewport(), view->visualRect(index));
+        ShowCellHint(*event, *view, index, isCut, index.data(Qt::AccessibleTextRole).toString());
         return true;
     }
 

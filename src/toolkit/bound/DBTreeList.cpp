@@ -3,11 +3,13 @@
 #include "base/Messages.h"
 #include "stores/data/DataSet.h"
 #include "stores/data/DataSource.h"
+#include "toolkit/bound/CellHint.h"
 #include "toolkit/bound/TreeShape.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/Guard.h"
 
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QScopedValueRollback>
 #include <QStyledItemDelegate>
 
@@ -122,7 +124,7 @@ private:
     std::vector<int> m_fields; ///< by column: index of the dataset's field, -1 if it has none of that name
 };
 
-/// Rows of one height, the selected node in bold.
+/// Rows of one height, the selected node in bold. A name that is cut off shows itself as a hint.
 class TDBTreeList::Delegate : public QStyledItemDelegate
 {
 public:
@@ -131,6 +133,20 @@ public:
     QSize sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const override
     {
         return {0, GrownPixels(RowHeight)};
+    }
+
+    bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
+                   const QModelIndex &index) override
+    {
+        if (event->type() != QEvent::ToolTip)
+            return QStyledItemDelegate::helpEvent(event, view, option, index);
+        QStyleOptionViewItem shown(option);
+        if (view->selectionModel()->isSelected(index))
+            shown.state |= QStyle::State_Selected; // and so in bold
+        const int needed = QStyledItemDelegate::sizeHint(shown, index).width();
+        ShowCellHint(*event, *view, index, index.isValid() && needed > view->visualRect(index).width(),
+                     index.data().toString());
+        return true;
     }
 
 protected:
@@ -157,6 +173,7 @@ TDBTreeList::TDBTreeList(QWidget *parent) : QTreeView(parent), m_model(std::make
     setSelectionMode(SingleSelection);
     setSelectionBehavior(SelectRows);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    connect(this, &QTreeView::collapsed, this, &TDBTreeList::FocusGroup);
 }
 
 TDBTreeList::~TDBTreeList()
@@ -197,6 +214,26 @@ void TDBTreeList::FullExpand()
     // From the top: an earlier scroll may have been for a smaller window.
     scrollToTop();
     scrollTo(currentIndex());
+}
+
+void TDBTreeList::FullCollapse()
+{
+    collapseAll();
+    QModelIndex top = currentIndex().siblingAtColumn(0);
+    while (top.parent().isValid())
+        top = top.parent();
+    FocusGroup(top);
+}
+
+void TDBTreeList::FocusGroup(const QModelIndex &group)
+{
+    const QModelIndex current = currentIndex();
+    for (QModelIndex above = current.parent(); above.isValid(); above = above.parent()) {
+        if (RowOf(above) == RowOf(group)) {
+            setCurrentIndex(group.siblingAtColumn(current.column()));
+            return;
+        }
+    }
 }
 
 int TDBTreeList::RowOf(const QModelIndex &node) const

@@ -10,8 +10,9 @@
 class TDataSource;
 
 /// A tree over the rows of a dataset: nodes by a key and a parent field, texts read from the dataset when they are
-/// painted. The focused node follows the dataset's cursor and moves it. Faulty keys never lose a row, see TreeShape.
-/// Read only, no header, no icons; the selected node is bold. A change of the dataset's rows collapses all nodes.
+/// painted. The focused node follows the dataset's cursor and moves it; a group that collapses around it becomes the
+/// focused node. Faulty keys never lose a row, see TreeShape. Read only, no header, no icons; the selected node is
+/// bold, a name that is cut off shows itself as a hint. A change of the dataset's rows collapses all nodes.
 class TDBTreeList : public QTreeView
 {
     Q_OBJECT
@@ -42,7 +43,7 @@ public:
 
     /// Expands every node and shows the focused one.
     void FullExpand();
-    void FullCollapse() { collapseAll(); }
+    void FullCollapse();
 
     /// The dataset's row of a node, -1 for none; and the node of a row, in the column that has the branches.
     int RowOf(const QModelIndex &node) const;
@@ -59,6 +60,8 @@ private:
 
     void ShowColumns();
     void FollowCursor();
+    /// Focuses a collapsed group if the focused node is inside it.
+    void FocusGroup(const QModelIndex &group);
 
     QString m_keyField, m_parentField, m_rootValue;
     std::vector<TDBTreeListColumn *> m_columns;

@@ -5,6 +5,7 @@
 #include "toolkit/browser/PrintJob.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/Guard.h"
+#include "toolkit/program/WindowPlace.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -61,6 +62,7 @@ PreviewWindow::PreviewWindow(const PrintedPage &page, const PageTexts &texts, co
     Retranslate();
     ConnectGuarded(m_view, &PreviewView::Changed, this, [this] { ShowState(); });
     m_view->setFocus();
+    KeepOnScreen(*this);
 }
 
 bool PreviewWindow::Show(const QByteArray &pdf)

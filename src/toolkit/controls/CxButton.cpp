@@ -1,5 +1,7 @@
 #include "toolkit/controls/CxButton.h"
 
+#include "toolkit/controls/BarButton.h"
+
 #include <QAction>
 #include <QHelpEvent>
 #include <QMenu>
@@ -33,6 +35,7 @@ void TcxButton::SetDropDownMenu(QMenu *menu)
 {
     setPopupMode(MenuButtonPopup);
     setMenu(menu);
+    FollowMouseAfter(*menu, *this);
 }
 
 bool TcxButton::event(QEvent *event)
@@ -41,7 +44,7 @@ bool TcxButton::event(QEvent *event)
         if (!m_showHint)
             return true;
         if (toolTip().isEmpty() && m_action) {
-            QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), m_action->text().trimmed(), this);
+            QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), HintOf(*m_action), this);
             return true;
         }
     }

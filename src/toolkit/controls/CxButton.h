@@ -4,7 +4,7 @@
 #include <QToolButton>
 
 /// A flat button that may run an action or drop down a menu. Picture and enabled state are the action's; text and hint
-/// are its own. Without a hint it shows the action's caption.
+/// are its own. Without a hint it shows the action's caption and shortcut.
 class TcxButton : public QToolButton
 {
     Q_OBJECT

@@ -49,12 +49,19 @@ public:
     using QFrame::QFrame;
 };
 
-/// A submenu of a bar or menu.
+/// A submenu of a bar or menu. An entry that is a control gets the keys while it is the current one; Qt's own menus
+/// pass them on only when the arrows come from another entry.
 class TdxBarSubItem : public QMenu
 {
     Q_OBJECT
 public:
-    using QMenu::QMenu;
+    explicit TdxBarSubItem(QWidget *parent = nullptr);
+
+protected:
+    bool focusNextPrevChild(bool next) override;
+
+private:
+    void FocusCurrentEntry();
 };
 
 /// A menu that pops up at the mouse or below a button.

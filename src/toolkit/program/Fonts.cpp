@@ -1,5 +1,7 @@
 #include "toolkit/program/Fonts.h"
 
+#include "toolkit/program/WindowPlace.h"
+
 #include <QAbstractButton>
 #include <QFont>
 #include <QFontDatabase>
@@ -7,7 +9,6 @@
 #include <QLibrary>
 #include <QScreen>
 #include <QStringList>
-#include <QStyle>
 #include <QWidget>
 
 #include <algorithm>
@@ -119,10 +120,9 @@ void SetWindowFont(QWidget &window)
 
 void GrowWithText(QWidget &window)
 {
-    QSize screen = window.screen()->availableSize();
-    screen.rheight() -= window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
-    window.setMinimumSize(Grown(window.minimumSize()).boundedTo(screen));
-    window.resize(Grown(window.size()).boundedTo(screen));
+    const QSize room = RoomOnScreen(window);
+    window.setMinimumSize(Grown(window.minimumSize()).boundedTo(room));
+    window.resize(Grown(window.size()).boundedTo(room));
     if (TextScale() == 1)
         return;
     const QList<QWidget *> controls = window.findChildren<QWidget *>();

@@ -25,5 +25,5 @@ void SetFontHeight(QFont &font, int pixels);
 void SetWindowFont(QWidget &window);
 
 /// Scales a window, and its controls' fixed sizes and pictures, by the desktop's text size relative to 96 dpi; the
-/// window gets no larger than its screen. Call once, after the controls are made.
+/// window and its frame get no larger than the screen. Call once, after the controls are made.
 void GrowWithText(QWidget &window);

@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <utility>
+
 TDKLanguageController *AddFormTexts(QWidget &form)
 {
     return new TDKLanguageController(&form, QStringLiteral(":/langdata/") + form.objectName());
@@ -12,7 +14,16 @@ TDKLanguageController *AddFormTexts(QWidget &form)
 
 TDKLanguageController *TranslateForm(QWidget &form)
 {
+    static QString told; // the last report, until a window is read well
     TDKLanguageController *controller = AddFormTexts(form);
-    RunGuarded([controller] { controller->Loaded(); });
+    RunGuarded([controller] {
+        try {
+            controller->Loaded();
+            told.clear();
+        } catch (const EDKLangError &error) {
+            if (std::exchange(told, error.Text()) != error.Text())
+                throw;
+        }
+    });
     return controller;
 }

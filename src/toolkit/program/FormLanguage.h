@@ -7,5 +7,6 @@ class TDKLanguageController;
 /// The window owns the controller.
 TDKLanguageController *AddFormTexts(QWidget &form);
 
-/// The same, and applies the current language. If that can't be read, reports it and keeps the designed texts.
+/// The same, and applies the current language. If that can't be read, keeps the designed texts and reports it: once,
+/// not again for each further window.
 TDKLanguageController *TranslateForm(QWidget &form);

@@ -3,6 +3,7 @@
 #include <QList>
 #include <QPointer>
 #include <QWidget>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -12,6 +13,24 @@ QList<QPointer<QWidget>> &Forms()
 {
     static QList<QPointer<QWidget>> forms;
     return forms;
+}
+
+void RestoreWithoutFocus(QWidget &form, Qt::WindowStates states)
+{
+    // Desktops give the focus to a window that they restore, but not to a new one that does not want it. Qt passes the
+    // attribute WA_ShowWithoutActivating on only when it makes the window, so this sets what it passes.
+    const char wantsNoFocus[] = "_q_showWithoutActivating";
+    const QRect normal = form.normalGeometry();
+    const bool wasMaximised = form.isMaximized();
+    form.hide();
+    form.setWindowState(Qt::WindowNoState);
+    if (wasMaximised && normal.isValid())
+        form.setGeometry(normal);
+    form.windowHandle()->setProperty(wantsNoFocus, true);
+    form.show();
+    form.windowHandle()->setProperty(wantsNoFocus, false);
+    // Only now: while it forgets the hidden window, the desktop also forgets what that was.
+    form.setWindowState(states);
 }
 
 } // namespace
@@ -25,11 +44,12 @@ QWidget *FindForm(const QString &name)
     return found == Forms().end() ? nullptr : found->data();
 }
 
-QWidget *OpenForm(const QString &name, const std::function<QWidget *()> &create)
+QWidget *OpenForm(const QString &name, const std::function<QWidget *()> &create, Restored restored)
 {
     if (QWidget *form = FindForm(name)) {
         if (form->isMinimized())
-            form->setWindowState(Qt::WindowNoState);
+            RestoreWithoutFocus(*form, restored == Restored::AsBefore ? form->windowState() & ~Qt::WindowMinimized
+                                                                      : Qt::WindowStates());
         return form;
     }
     QWidget *form = create();

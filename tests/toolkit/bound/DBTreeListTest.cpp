@@ -2,13 +2,18 @@
 
 #include "stores/data/DataSource.h"
 #include "stores/data/MemData.h"
+#include "support/WaitFor.h"
 #include "toolkit/program/Doors.h"
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
+#include <QHelpEvent>
 #include <QTest>
+#include <QToolTip>
 
 #include <gmock/gmock.h>
+
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -107,6 +112,54 @@ TEST_F(DBTreeList, FocusAndCursorFollowEachOther)
     ASSERT_TRUE(rows.Locate(u"ID"_s, u"399"_s));
     EXPECT_EQ(tree.currentIndex().data().toString(), u"name 399"_s);
     EXPECT_TRUE(tree.viewport()->rect().contains(tree.visualRect(tree.currentIndex())));
+}
+
+TEST_F(DBTreeList, AGroupThatCollapsesAroundTheFocusTakesIt)
+{
+    Add(u"111"_s, u"11"_s); // row 5
+    tree.FullExpand();
+    const auto collapse = [this](int row) { tree.collapse(tree.NodeOf(row).siblingAtColumn(0)); };
+    const std::tuple<const char *, int, std::function<void()>, int> rows_[]{
+        {"from a node in it", 5, [&] { collapse(1); }, 1}, {"from far below", 5, [&] { collapse(0); }, 0},
+        {"another group", 5, [&] { collapse(3); }, 5},     {"the focused one itself", 1, [&] { collapse(1); }, 1},
+        {"all", 5, [&] { tree.FullCollapse(); }, 0},       {"all, from the top", 3, [&] { tree.FullCollapse(); }, 3}};
+    for (const auto &[what, focused, act, expected] : rows_) {
+        tree.FullExpand();
+        rows.MoveTo(focused);
+        act();
+        EXPECT_EQ(rows.RecNo(), expected) << what;
+        EXPECT_EQ(tree.RowOf(tree.currentIndex()), expected) << what;
+        EXPECT_FALSE(tree.visualRect(tree.currentIndex()).isEmpty()) << what << ": it is in sight";
+    }
+}
+
+TEST_F(DBTreeList, ANameThatIsCutOffIsToldInAHint)
+{
+    tree.show();
+    const auto hintOver = [this](int row) {
+        const QPoint point = tree.visualRect(tree.NodeOf(row)).center();
+        QHelpEvent event(QEvent::ToolTip, point, tree.viewport()->mapToGlobal(point));
+        QCoreApplication::sendEvent(tree.viewport(), &event);
+        const QString text = QToolTip::text();
+        QToolTip::hideText();
+        EXPECT_TRUE(WaitFor([] { return QToolTip::text().isEmpty(); }));
+        return text;
+    };
+    EXPECT_EQ(hintOver(1), QString());
+    const QString name = u"<b> "_s + QString(100, u'x');
+    rows.MoveTo(1);
+    rows.Edit();
+    rows.FieldByName(u"NAME"_s).SetAsString(name);
+    rows.Post();
+    EXPECT_EQ(hintOver(1), u"<qt>"_s + name.toHtmlEscaped() + u"</qt>"_s);
+    // The focused name is bold and needs more room.
+    const QModelIndex focused = tree.NodeOf(4);
+    const int margin = tree.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &tree) + 1;
+    const int room = tree.fontMetrics().horizontalAdvance(focused.data().toString()) + 2 * margin;
+    tree.resize(tree.width() - tree.visualRect(focused).width() + room, 400);
+    EXPECT_EQ(hintOver(4), QString());
+    rows.MoveTo(4);
+    EXPECT_NE(hintOver(4), QString());
 }
 
 TEST_F(DBTreeList, AFailingDetailLeavesFocusAndCursorTogether)

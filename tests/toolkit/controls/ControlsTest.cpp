@@ -1,9 +1,12 @@
+#include "toolkit/controls/BarButton.h"
 #include "toolkit/controls/BarCombo.h"
 #include "toolkit/controls/CxButton.h"
 
 #include <QAction>
+#include <QHelpEvent>
 #include <QMenu>
 #include <QTest>
+#include <QToolTip>
 
 #include <gmock/gmock.h>
 
@@ -39,6 +42,30 @@ TEST(CxButton, FollowsItsActionButKeepsTextAndHint)
     QTest::mouseClick(&button, Qt::LeftButton);
     EXPECT_TRUE(action.isChecked());
     EXPECT_EQ(button.text() + button.toolTip() + button.accessibleName(), u"ownown hintown hint"_s);
+}
+
+TEST(BarButton, WithoutAHintOfItsOwnTellsCaptionAndShortcut)
+{
+    QAction action(u" &Tìm kiếm "_s);
+    QToolButton bar;
+    TcxButton button;
+    SetBarAction(bar, action);
+    button.SetAction(&action);
+    const auto hints = [&] {
+        QHelpEvent event(QEvent::ToolTip, {}, {});
+        QCoreApplication::sendEvent(&button, &event);
+        return bar.toolTip() + u'|' + QToolTip::text();
+    };
+    button.show();
+    EXPECT_EQ(hints(), u"Tìm kiếm|Tìm kiếm"_s);
+    action.setShortcuts({QKeySequence(Qt::Key_F2), QKeySequence(Qt::CTRL | Qt::Key_K)});
+    EXPECT_EQ(hints(), u"Tìm kiếm (F2)|Tìm kiếm (F2)"_s);
+    action.setText(u"Search"_s);
+    EXPECT_EQ(hints(), u"Search (F2)|Search (F2)"_s) << "as after a change of the language";
+    action.setToolTip(u"given"_s);
+    button.setToolTip(u"own"_s);
+    EXPECT_EQ(hints(), u"given|own"_s);
+    QToolTip::hideText();
 }
 
 TEST(CxButton, TheArrowPopsTheMenuAtTheMouseAndTheBodyClicks)

@@ -1,26 +1,17 @@
 #include "base/InterfaceLanguage.h"
-#include "marks/FocusEdit.h"
-#include "marks/MarksWindow.h"
-#include "presentation/About.h"
-#include "presentation/Options.h"
 #include "support/WaitFor.h"
 #include "toolkit/bound/CxGridDBTableView.h"
 #include "toolkit/bound/DBTreeList.h"
 #include "toolkit/browser/BrowserControl.h"
 #include "toolkit/controls/BarCombo.h"
-#include "toolkit/program/Forms.h"
-#include "toolkit/skin/SkinController.h"
+#include "toolkit/program/EachWindow.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
-#include <QFile>
-#include <QFileInfo>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
-#include <QProcess>
 #include <QSplitter>
 #include <QTabBar>
 
@@ -29,42 +20,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int LeastSide = 24;
-
-std::string Name(const QWidget &widget)
-{
-    const QString name = widget.objectName();
-    return (name.isEmpty() ? QString::fromLatin1(widget.metaObject()->className()) : name).toStdString();
-}
-
-/// Parts of other controls that a reader meets only through these, and a memo behind the others.
-bool IsInner(const QWidget &widget)
-{
-    const auto isOf = [](const QWidget &one, std::initializer_list<const char *> kinds) {
-        return std::any_of(kinds.begin(), kinds.end(), [&](const char *kind) { return one.inherits(kind); });
-    };
-    for (const QWidget *above = widget.parentWidget(); !above->isWindow(); above = above->parentWidget()) {
-        if (isOf(*above, {"TBrowserControl", "QComboBox", "QTabBar"}))
-            return true;
-    }
-    return isOf(widget, {"QLineEditIconButton", "QScrollBar", "QHeaderView", "QSplitterHandle"}) ||
-           (widget.objectName().startsWith(u"qt_"_s) && !widget.inherits("QTabBar")) ||
-           widget.objectName() == u"mmTmp"_s;
-}
-
-bool TakesInput(const QWidget &widget)
-{
-    return widget.focusPolicy() != Qt::NoFocus || qobject_cast<const QAbstractButton *>(&widget);
-}
-
-QWidgetList Shown(const QWidget &window)
-{
-    QWidgetList shown;
-    for (QWidget *widget : window.findChildren<QWidget *>()) {
-        if (widget->window() == &window && widget->isVisible() && !IsInner(*widget))
-            shown.append(widget);
-    }
-    return shown;
-}
 
 QString AccessibleName(QObject &object)
 {
@@ -185,30 +140,9 @@ void CheckSplitters(const QWidget &window)
     }
 }
 
-const PlatformDoors realDoors = Doors();
-
-class Access : public MarksWindow
+class Access : public EachWindow
 {
 protected:
-    Access()
-    {
-        QFile skins(ProductFolder() + u"AllSkins.skinres"_s);
-        EXPECT_TRUE(skins.open(QIODevice::ReadOnly));
-        SetSkins(skins.readAll());
-        AddEnglish();
-        QFile::remove(Words());
-        EXPECT_TRUE(QFile::copy(ProductFolder() + u"PALIDICT.FDB"_s, Words()));
-    }
-    ~Access() override
-    {
-        End();
-        QFile::remove(Words());
-        TdxSkinController controller;
-        controller.NativeStyle = true;
-        controller.Refresh();
-    }
-    QString Words() const { return QFileInfo(program).path() + u"/PALIDICT.FDB"_s; }
-
     void Walk(QWidget &window)
     {
         SCOPED_TRACE(window.objectName().toStdString());
@@ -233,40 +167,7 @@ protected:
 
     void WalkAll()
     {
-        Walk(*window);
-        for (const auto &[command, name] : {std::pair("acDictionary", u"frmDictionary"_s),
-                                            {"acSearchSutas", u"frmSearchSutas"_s},
-                                            {"acOrganization", u"frmFocusHighlight"_s}}) {
-            Trigger(command);
-            QWidget *form = FindForm(name);
-            ASSERT_TRUE(form) << command;
-            Walk(*form);
-            form->close();
-            EXPECT_TRUE(WaitFor([&] { return !FindForm(name); }));
-        }
-        MarkAll([this](TfrmFocusEdit &editor) { Walk(editor); });
-        Trigger("acFindDialog");
-        auto &find = Find<QDialog>("dlgFind");
-        In<QLineEdit>(find, "edFindText").setText(u"kinh"_s);
-        Walk(find);
-        find.close();
-        TfrmOptions options(window.get());
-        options.show();
-        Walk(options);
-        options.findChild<QTabWidget *>()->setCurrentIndex(1);
-        Walk(options);
-        options.close();
-        TfrmGioithieu about(window.get());
-        about.show();
-        EXPECT_TRUE(WaitFor([&] { return about.findChild<TBrowserControl *>()->IsComplete(); }));
-        Walk(about);
-        about.close();
-        QTimer::singleShot(0, qApp, [this] {
-            QWidget *box = QApplication::activeModalWidget();
-            Walk(*box);
-            box->close();
-        });
-        realDoors.messageBox(u"Lumivara"_s, u"?"_s, BoxButtons::YesNo, BoxIcon::None);
+        VisitAll([this](QWidget &visited) { Walk(visited); });
     }
 
     QMap<std::string, QString> names; ///< of the controls in Vietnamese
@@ -276,9 +177,7 @@ protected:
 
 TEST_F(Access, EachWindow)
 {
-    Open();
-    AddMark(*AnotherCopy(), u"giới"_s);
-    Activate();
+    StartProgram();
     Find<TBarCombo>("bcbInterface").SetItemIndex(24);
     WalkAll();
     Find<TBarCombo>("bcbLanguage").SetItemIndex(1);
@@ -288,15 +187,7 @@ TEST_F(Access, EachWindow)
 
 TEST_F(Access, EachWindowWithTextHalfAsLargeAgain)
 {
-    QProcess larger;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"QT_FONT_DPI"_s, u"144"_s);
-    environment.insert(u"QT_ENABLE_HIGHDPI_SCALING"_s, u"0"_s);
-    larger.setProcessEnvironment(environment);
-    larger.setProcessChannelMode(QProcess::ForwardedChannels);
-    larger.start(QCoreApplication::applicationFilePath(), {u"--gtest_filter=Access.EachWindow"_s});
-    ASSERT_TRUE(WaitFor([&] { return larger.state() == QProcess::NotRunning; }, 60000));
-    EXPECT_EQ(larger.exitCode(), 0);
+    RunAgain(u"Access.EachWindow"_s, {{u"QT_FONT_DPI"_s, u"144"_s}, {u"QT_ENABLE_HIGHDPI_SCALING"_s, u"0"_s}});
 }
 
 TEST_F(Access, MenusOpenByTheKeyboard)
