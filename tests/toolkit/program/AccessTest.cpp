@@ -246,10 +246,17 @@ protected:
         }
         MarkAll([this](TfrmFocusEdit &editor) { Walk(editor); });
         Trigger("acFindDialog");
-        auto &find = Find<QDialog>("dlgFind");
-        In<QLineEdit>(find, "edFindText").setText(u"kinh"_s);
-        Walk(find);
-        find.close();
+        auto &find = Find<QWidget>("dlgFind");
+        In<QLineEdit>(find, "edFindText").setText(u"xyzzy"_s);
+        EXPECT_TRUE(WaitFor([&] { return In<QLabel>(find, "lbNotFound").isVisible(); }));
+        const QSize size = window->size();
+        for (const QSize &each : {QSize(800, 600), QSize(1600, 700)}) {
+            window->resize(each);
+            EXPECT_TRUE(WaitFor([&] { return window->width() == each.width(); }));
+            Walk(*window);
+        }
+        window->resize(size);
+        QTest::keyClick(&find, Qt::Key_Escape);
         TfrmOptions options(window.get());
         options.show();
         Walk(options);
