@@ -2,7 +2,8 @@
 const NightColours = (() => {
     'use strict';
 
-    const leastContrast = 4.5; // below this a stored colour is not kept
+    const leastContrast = 4.5; // below this a stored colour is not kept on a dark background
+    const leastOnLight = 3; // nor on a light one, in a hit
     // Of a colour that takes its place. A stronger one would glare at night, and one barely readable be duller than the
     // text around, which is meant to be the quieter.
     const goodContrast = 5.5;
@@ -79,7 +80,7 @@ const NightColours = (() => {
         if (!isOwn)
             return write(isDark(ground) ? lightOn(ground) : black);
         const seen = over(stored, ground);
-        if (contrast(seen, ground) >= leastContrast)
+        if (contrast(seen, ground) >= (isDark(ground) ? leastContrast : leastOnLight))
             return stored[3] < 1 ? `rgba(${stored.join(', ')})` : write(stored);
         if (isDark(ground))
             return write(lightened(seen, ground));
