@@ -16,6 +16,9 @@ public:
     virtual void OpenMarkedText(int collection, int number) = 0;
     /// Highlights the words in the current page, processing events meanwhile.
     virtual void ColourWords(const QString &words) = 0;
+    /// Takes the reader to the next or the previous highlighted place of the current page, or of what the find bar
+    /// holds.
+    virtual void StepToPlace(bool isBackward) = 0;
     /// Sets the words to highlight and to scroll to in each page that completes from now on; empty for none.
     virtual void SetSoughtWords(const QString &words) = 0;
 };

@@ -116,6 +116,13 @@ void TfrmDictionary::DeclareData()
     dsContents.SetDataSet(&qryContents);
     qryContents.SetDataSource(&dsWords);
     ui->gtvWords->SetDataSource(&dsWords);
+    // The same word again brings its entry back, whatever has taken the entry's place.
+    const auto choose = [this] {
+        if (ui->ebContentWord->IsPageGone())
+            ShowWordContent();
+    };
+    ConnectGuarded(ui->gtvWords, &QTableView::clicked, this, choose);
+    ConnectGuarded(ui->gtvWords, &QTableView::activated, this, choose);
 }
 
 void TfrmDictionary::SetUpCommands()
@@ -143,6 +150,7 @@ void TfrmDictionary::SetUpCommands()
     SetBarAction(*ui->bSelectAll, *ui->acSelectAll);
     SetBarAction(*ui->bGotoWord, *ui->acGotoWord);
 
+    ui->ebContentWord->SetFollowsSkin(true);
     ui->ebContentWord->SetOpensLinksInside(true);
     ui->ebContentWord->SetShowsMenuWithCtrl(true);
     ui->ebContentWord->OnBeforeNavigate2 = [this](const QUrl &url) { return ebContentWordBeforeNavigate2(url); };

@@ -34,6 +34,7 @@ TfrmFocusEdit::TfrmFocusEdit(QWidget *parent)
     ui->setupUi(this);
     GrowWithText(*this);
     TranslateForm(*this);
+    ui->ebContentFocus->SetFollowsSkin(true);
     for (const int priority : Priority::All)
         ui->edPriority->AddItem(priority);
     ui->edNameFocus->SetDataSource(&frmClientsDM->dsFocus);

@@ -97,6 +97,14 @@ void TfrmFocusHighlight::SetUpControls()
     ui->edKeyWord->SetDataSource(dsFocus);
     ui->mmDesc->SetDataSource(dsFocus);
     ui->gtvFocus->OnSelectionChanged = [this] { gtvFocusSelectionChanged(); };
+    ui->ebFocusText->SetFollowsSkin(true);
+    // The same mark again brings its excerpt back, whatever has emptied the view.
+    const auto choose = [this] {
+        if (ui->ebFocusText->IsPageGone() && HasRow())
+            ui->ebFocusText->LoadFromString(CurrentRow().excerpt);
+    };
+    ConnectGuarded(ui->gtvFocus, &QTableView::clicked, this, choose);
+    ConnectGuarded(ui->gtvFocus, &QTableView::activated, this, choose);
     ui->edSearch->OnKeyUp = [this](int key) { edSearchKeyUp(key); };
 }
 

@@ -64,6 +64,7 @@ public:
     void OpenText(const QVariant &idVic) override;
     void OpenMarkedText(int collection, int number) override;
     void ColourWords(const QString &words) override;
+    void StepToPlace(bool isBackward) override;
     void SetSoughtWords(const QString &words) override;
 
     TpFIBDataSet qryTreeSutas;
@@ -115,6 +116,7 @@ private:
 
     // MainContent.cpp
     void SetUpContent();
+    void SetUpReturn();
     QByteArray ComposePage(int mode);
     QString PageTitle();
     void dsKeloraContentDataChange();

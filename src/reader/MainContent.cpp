@@ -28,6 +28,18 @@ void TfrmMain::SetUpContent()
         for (int step = 0; step < std::abs(steps); ++step)
             zoom->trigger();
     };
+    SetUpReturn();
+}
+
+void TfrmMain::SetUpReturn()
+{
+    // The cursor does not move when the row on show is chosen again, so nothing would bring back a page that is gone.
+    const auto choose = [this] {
+        if (ui->ebContent->IsPageGone())
+            dsKeloraContentDataChange();
+    };
+    ConnectGuarded(ui->dbtSutas, &QTreeView::clicked, this, choose);
+    ConnectGuarded(ui->dbtSutas, &QTreeView::activated, this, choose);
 }
 
 void TfrmMain::dsKeloraContentDataChange()
@@ -113,6 +125,11 @@ TBrowserControl &TfrmMain::Content()
 void TfrmMain::ColourWords(const QString &words)
 {
     ui->ebContent->SearchAndHighlight(words, {}, ScrollMode::None, {}, QStringLiteral("Yellow"));
+}
+
+void TfrmMain::StepToPlace(bool isBackward)
+{
+    ui->ebContent->FindStep(isBackward);
 }
 
 void TfrmMain::SetSoughtWords(const QString &words)

@@ -17,6 +17,7 @@
 #include <QCloseEvent>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QShortcut>
 #include <QTimer>
 
 #include <algorithm>
@@ -60,6 +61,11 @@ TfrmSearchSutas::TfrmSearchSutas(Reading &reading, QWidget *parent)
     ConnectGuarded(ui->acSearch, &QAction::triggered, this, [this] { acSearchExecute(); });
     ConnectGuarded(ui->acClear, &QAction::triggered, this, [this] { acClearExecute(); });
     ConnectGuarded(ui->edSearchText, &QLineEdit::textChanged, this, [this] { edSearchTextChange(); });
+    // The keys of the page, so that a reader need not leave the list.
+    for (const bool isBackward : {false, true}) {
+        auto *step = new QShortcut(isBackward ? Qt::SHIFT | Qt::Key_F3 : QKeyCombination(Qt::Key_F3), this);
+        ConnectGuarded(step, &QShortcut::activated, this, [this, isBackward] { m_reading.StepToPlace(isBackward); });
+    }
     ui->edSearchText->OnKeyPress = [this](int key) { edSearchTextKeyPress(key); };
     ui->edSearchText->setFocus();
 }

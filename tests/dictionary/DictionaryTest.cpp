@@ -4,6 +4,10 @@
 #include "support/PageInput.h"
 #include "toolkit/bound/CxGridDBTableView.h"
 #include "toolkit/controls/BarCombo.h"
+<<<<<<< HEAD
+=======
+#include "toolkit/skin/SkinController.h"
+>>>>>>> find
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -375,4 +379,39 @@ TEST_F(Dictionary, AFileThatCannotServeIsSilentUntilTheWindowOpens)
     Type(Edit(), u"d"_s);
     EXPECT_TRUE(WaitFor([&] { return !boxes.isEmpty(); })) << "each search tells it";
     TakeBox();
+}
+
+namespace {
+
+class DarkEntry : public Dictionary
+{
+protected:
+    DarkEntry() { SetSkins(SkinDocument({WholeSkin(u"Light"_s), WholeSkin(u"Night"_s, true)})); }
+    ~DarkEntry() override
+    {
+        End();
+        TdxSkinController controller;
+        controller.NativeStyle = true;
+        controller.Refresh();
+    }
+};
+
+} // namespace
+
+TEST_F(DarkEntry, FollowsTheSkinOnTheScreenAlone)
+{
+    Open(1);
+    const QByteArray source = Entry().Source();
+    const QString style = Entry().HostCSS();
+    for (const int skin : {1, 0, 1}) {
+        Find<TBarCombo>("bcbInterface").SetItemIndex(skin);
+        const QString ground = skin == 1 ? u"rgb(16, 16, 16)"_s : u"rgba(0, 0, 0, 0)"_s;
+        EXPECT_TRUE(WaitFor([&] {
+            return Entry().IsComplete() &&
+                   Entry().Evaluate(u"getComputedStyle(document.body).backgroundColor"_s).toString() == ground;
+        })) << skin;
+        EXPECT_EQ(Entry().page()->backgroundColor(), skin == 1 ? QColor(16, 16, 16) : QColor(Qt::white));
+        EXPECT_EQ(Entry().Source(), source);
+        EXPECT_EQ(Entry().HostCSS(), style);
+    }
 }

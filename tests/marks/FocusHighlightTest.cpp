@@ -3,9 +3,12 @@
 #include "marks/FocusEdit.h"
 #include "marks/MarksWindow.h"
 #include "presentation/languages/DKLang.h"
+#include "support/PageInput.h"
 #include "toolkit/bound/CxGridDBTableView.h"
 #include "toolkit/bound/DBNavigator.h"
+#include "toolkit/controls/BarCombo.h"
 #include "toolkit/controls/LayoutItem.h"
+#include "toolkit/skin/SkinController.h"
 
 #include <QAbstractEventDispatcher>
 #include <QComboBox>
@@ -313,4 +316,43 @@ TEST_F(FocusHighlight, ARowChangedByAnotherCopyIsNotOverwritten)
     Press("bCancel");
     EXPECT_EQ(Title().text(), u"Đại phẩm"_s);
     EXPECT_EQ(InMarks<QPlainTextEdit>("mmDesc").toPlainText(), u"theirs"_s) << "the row as it is now";
+}
+
+namespace {
+
+class DarkExcerpt : public FocusHighlight
+{
+protected:
+    DarkExcerpt() { SetSkins(SkinDocument({WholeSkin(u"Light"_s), WholeSkin(u"Night"_s, true)})); }
+    ~DarkExcerpt() override
+    {
+        End();
+        TdxSkinController controller;
+        controller.NativeStyle = true;
+        controller.Refresh();
+    }
+};
+
+} // namespace
+
+TEST_F(DarkExcerpt, FollowsTheSkinOnTheScreenAloneAndComesBackByItsRow)
+{
+    OpenWithMarks();
+    auto &excerpt = InMarks<TBrowserControl>("ebFocusText");
+    const QByteArray source = Excerpt();
+    const auto shows = [&](const QString &ground) {
+        return WaitFor([&] {
+            return excerpt.IsComplete() &&
+                   excerpt.Evaluate(u"getComputedStyle(document.body).backgroundColor"_s).toString() == ground;
+        });
+    };
+    for (const int skin : {1, 0, 1}) {
+        Find<TBarCombo>("bcbInterface").SetItemIndex(skin);
+        EXPECT_TRUE(shows(skin == 1 ? u"rgb(16, 16, 16)"_s : u"rgba(0, 0, 0, 0)"_s)) << skin;
+        EXPECT_EQ(Excerpt(), source);
+    }
+    EmptyForGood(excerpt);
+    QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, List().visualRect(List().currentIndex()).center());
+    EXPECT_TRUE(shows(u"rgb(16, 16, 16)"_s));
+    EXPECT_FALSE(excerpt.IsPageGone());
 }

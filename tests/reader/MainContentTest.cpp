@@ -112,3 +112,32 @@ TEST_F(Content, TheEditKeysBelongToWhatHasTheFocus)
     QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
     EXPECT_TRUE(copied(u"own text"_s));
 }
+
+TEST_F(Content, TheRowOnShowBringsBackAPageThatIsGone)
+{
+    for (const bool isByKey : {false, true}) {
+        EmptyForGood(Browser());
+        if (isByKey)
+            QTest::keyClick(&Tree(), Qt::Key_Return);
+        else
+            QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, Tree().visualRect(Tree().currentIndex()).center());
+        EXPECT_TRUE(WaitPage());
+        EXPECT_FALSE(Browser().IsPageGone());
+        EXPECT_EQ(Browser().Evaluate(u"document.body.textContent"_s).toString(), u"viet 1102"_s);
+    }
+}
+
+TEST_F(Content, AfterASearchOfTheWholeTextF3WalksItsHits)
+{
+    window->SetSoughtWords(u"viet"_s);
+    GoTo(1101);
+    ASSERT_TRUE(WaitPage());
+    EXPECT_EQ(Coloured(), u"viet"_s);
+    const auto isSelected = [this](const QString &text) {
+        return WaitFor([&] { return Browser().Evaluate(u"getSelection().toString()"_s).toString() == text; });
+    };
+    QTest::keyClick(&Tree(), Qt::Key_F3);
+    EXPECT_TRUE(isSelected(u"viet"_s));
+    EXPECT_FALSE(window->findChild<QWidget *>(u"dlgFind"_s)) << "no box is needed";
+    window->SetSoughtWords({});
+}

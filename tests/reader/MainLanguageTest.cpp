@@ -1,7 +1,7 @@
 #include "reader/ReaderWindow.h"
 
 #include "presentation/languages/DKLang.h"
-#include "toolkit/browser/FindDialog.h"
+#include "toolkit/browser/FindBar.h"
 #include "toolkit/controls/BarCombo.h"
 
 #include <QAccessible>
@@ -44,7 +44,7 @@ TEST_F(MainLanguage, FollowsTheChoiceInEveryOpenWindow)
     EXPECT_EQ(Language().itemText(0) + Language().itemText(1) + Language().itemText(2), u"VietnameseEnglishGerman"_s);
     Trigger("acSearchSutas");
     Trigger("acFindDialog");
-    Find<FindDialog>("dlgFind").ShowResult(false);
+    Find<FindBar>("dlgFind").ShowResult(0, 0);
     for (int round = 0; round < 2; ++round) {
         Language().SetItemIndex(1);
         EXPECT_EQ(Names(), u"Reader|Find a word|Paṭhama|Search for passages"_s);

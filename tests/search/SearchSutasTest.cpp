@@ -114,6 +114,16 @@ TEST_F(SearchSutas, SearchesInTheLanguageOfTheReaderAndOpensTheFirstResult)
     }
 }
 
+TEST_F(SearchSutas, WalksTheHitsOfThePageByF3FromItsOwnWindow)
+{
+    Open();
+    Search(u"viet"_s);
+    form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+    QTest::keyClick(&List(), Qt::Key_F3);
+    EXPECT_TRUE(WaitFor([this] { return Browser().Evaluate(u"getSelection().toString()"_s).toString() == u"viet"_s; }));
+}
+
 TEST_F(SearchSutas, AResultIsYellowAndOtherPagesHaveTheColourOfTheOption)
 {
     Open();

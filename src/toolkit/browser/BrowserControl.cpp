@@ -1,12 +1,13 @@
 #include "toolkit/browser/BrowserControl.h"
 
+#include "base/Colour.h"
 #include "base/Messages.h"
 #include "toolkit/browser/BrowserInput.h"
 #include "toolkit/browser/BrowserPage.h"
 #include "toolkit/browser/BrowserProfile.h"
 #include "toolkit/browser/BrowserScripts.h"
 #include "toolkit/browser/EngineWait.h"
-#include "toolkit/browser/FindDialog.h"
+#include "toolkit/browser/PageFinding.h"
 #include "toolkit/browser/PagePrinting.h"
 #include "toolkit/browser/PageSaving.h"
 #include "toolkit/browser/PdfRequests.h"
@@ -58,7 +59,9 @@ public:
     void RendererEnded();
     void ApplyZoom();
     QVariant Call(const QString &script);
-    void FindStep(bool isBackward);
+    /// The colour of a dark skin's edits, for a control that follows the skin; invalid under a light one.
+    QColor DarkPaper() const;
+    void FollowSkin();
     bool MayShowMenu() const { return showsMenuWithCtrl || !input->PressModifiers().testFlag(Qt::ControlModifier); }
 
     TBrowserControl *q;
@@ -67,13 +70,15 @@ public:
     BrowserPage *page = nullptr;
     BrowserInput *input = nullptr;
     EngineWait wait;
-    QPointer<FindDialog> findDialog;
+    PageFinding *finding = nullptr;
 
     QByteArray source;
     QString title;
     Identity identity;
     QString hostCss;
     bool isDark = false;
+    bool followsSkin = false;
+    QColor paper; ///< of the page that is shown, if that follows a dark skin
     /// The text that our scripts selected; selections by script don't update Qt WebEngine's cached text.
     QString foundText;
     bool isTextSelected = false; ///< in Qt WebEngine's cached selection
@@ -84,7 +89,8 @@ public:
     bool isTold = false; ///< OnDocumentComplete has returned for this page
     bool isLost = false; ///< will not complete, so waits end
     bool hasRendererEnded = false;
-    bool hasLeft = false; ///< the page navigated to an empty one by itself
+    bool hasLeft = false; ///< the page navigated to an empty one, and was shown again, since the reader's last input
+    bool isGone = false;  ///< the empty page is on show
 };
 
 TBrowserControl::Private::Private(TBrowserControl *control) : q(control)
@@ -114,7 +120,11 @@ TBrowserControl::Private::Private(TBrowserControl *control) : q(control)
         if (MayShowMenu() && q->OnShowContextMenu)
             q->OnShowContextMenu(q->mapToGlobal(point));
     };
-    input->OnFindKey = [this](bool isBackward) { FindStep(isBackward); };
+    input->OnInput = [this] { hasLeft = false; };
+
+    finding = new PageFinding(*q);
+    finding->OnSelect = [this](const QString &text) { foundText = text; };
+    input->OnEscape = [this] { return finding->Close(); };
 }
 
 TBrowserControl::Private::~Private()
@@ -130,11 +140,17 @@ void TBrowserControl::Private::ShowPage()
     isComplete = false;
     isTold = false;
     isLost = false;
+    isGone = false;
     foundText.clear();
     isTextSelected = false;
     ++number;
     wait.Renew();
-    InstallPageScripts(page->scripts(), {hostCss, isDark, source.size()});
+    finding->PageLeft();
+    paper = DarkPaper();
+    const QString ground =
+        paper.isValid() ? QStringLiteral("\nbody {background-color: %1}").arg(paper.name()) : QString();
+    page->setBackgroundColor(paper.isValid() ? paper : QColor(Qt::white));
+    InstallPageScripts(page->scripts(), {hostCss, ground, isDark || paper.isValid(), source.size()});
     page->LoadFromHost(profile->Pages().Publish(owner, source));
 }
 
@@ -169,20 +185,43 @@ void TBrowserControl::Private::Complete(quint64 loaded)
         return;
     // Waits continue only after the handler, so that their highlighting goes over its own.
     isTold = true;
+    finding->PageCame();
     wait.Wake();
 }
 
 void TBrowserControl::Private::AddressChanged(const QUrl &address)
 {
     // Chromium navigates to "about:blank" without asking. A page that does so by itself would do it again, so it is
-    // restored only once.
-    if (address.scheme() != QLatin1StringView("about") || number == 0 || hasLeft)
+    // restored only once for each act of the reader.
+    if (address.scheme() != QLatin1StringView("about") || number == 0)
+        return;
+    isGone = true;
+    if (hasLeft)
         return;
     hasLeft = true;
     QTimer::singleShot(0, this, [this, left = number] {
         if (left == number)
             ShowPage();
     });
+}
+
+QColor TBrowserControl::Private::DarkPaper() const
+{
+    if (!followsSkin)
+        return {};
+    const QColor base = q->palette().color(QPalette::Base);
+    const auto colour = static_cast<Colour>(base.blue() << 16 | base.green() << 8 | base.red());
+    return IsDarkColour(colour) ? base : QColor();
+}
+
+void TBrowserControl::Private::FollowSkin()
+{
+    if (DarkPaper() == paper)
+        return;
+    if (number != 0 && !page->IsAway())
+        ShowPage();
+    else if (number == 0)
+        page->setBackgroundColor(DarkPaper().isValid() ? DarkPaper() : QColor(Qt::white));
 }
 
 void TBrowserControl::Private::RendererEnded()
@@ -217,25 +256,6 @@ QVariant TBrowserControl::Private::Call(const QString &script)
         [this, &script](auto answer) { page->runJavaScript(script, QWebEngineScript::ApplicationWorld, answer); });
 }
 
-void TBrowserControl::Private::FindStep(bool isBackward)
-{
-    if (!findDialog || findDialog->Text().isEmpty()) {
-        q->ShowFindDialog();
-        return;
-    }
-    if (!isComplete)
-        return;
-    const QPointer<Private> self = this;
-    const QString found = Call(ScriptCall(u"findStep", {findDialog->Text(), findDialog->IsCaseMatched(),
-                                                        findDialog->IsWholeWord(), isBackward}))
-                              .toString();
-    if (!self)
-        return;
-    foundText = found;
-    if (findDialog)
-        findDialog->ShowResult(!found.isEmpty());
-}
-
 TBrowserControl::TBrowserControl(QWidget *parent) : QWebEngineView(parent)
 {
     d = std::make_unique<Private>(this);
@@ -260,7 +280,7 @@ TBrowserControl::TBrowserControl(QWidget *parent) : QWebEngineView(parent)
 TBrowserControl::~TBrowserControl()
 {
     PdfRequests::WaitForSafety(*d->page);
-    delete d->findDialog;
+    delete d->finding;
     setPage(nullptr);
     d.reset();
 }
@@ -269,6 +289,8 @@ bool TBrowserControl::event(QEvent *event)
 {
     if ((event->type() == QEvent::ChildAdded || event->type() == QEvent::ChildRemoved) && d)
         QTimer::singleShot(0, d->input, [input = d->input] { input->Attach(); });
+    if (event->type() == QEvent::PaletteChange && d)
+        QTimer::singleShot(0, d.get(), [this] { d->FollowSkin(); }); // a skin changes several colours, one by one
     return QWebEngineView::event(event);
 }
 
@@ -285,6 +307,12 @@ void TBrowserControl::SetHostCSS(const QString &css)
 void TBrowserControl::SetDarkGround(bool on)
 {
     d->isDark = on;
+}
+
+void TBrowserControl::SetFollowsSkin(bool on)
+{
+    d->followsSkin = on;
+    d->FollowSkin();
 }
 
 void TBrowserControl::SetOpensLinksInside(bool on)
@@ -324,6 +352,11 @@ QByteArray TBrowserControl::Source() const
 bool TBrowserControl::IsComplete() const
 {
     return d->isComplete;
+}
+
+bool TBrowserControl::IsPageGone() const
+{
+    return d->number != 0 && (d->isGone || d->isLost || d->page->IsAway());
 }
 
 bool TBrowserControl::WaitComplete()
@@ -384,11 +417,12 @@ QString TBrowserControl::GetSelectedHtml()
 
 void TBrowserControl::ShowFindDialog()
 {
-    if (!d->findDialog) {
-        d->findDialog = new FindDialog(this);
-        d->findDialog->OnFind = [this](bool isBackward) { d->FindStep(isBackward); };
-    }
-    d->findDialog->Open(GetSelectedText());
+    d->finding->Open(GetSelectedText());
+}
+
+void TBrowserControl::FindStep(bool isBackward)
+{
+    d->finding->Step(isBackward);
 }
 
 void TBrowserControl::Print()

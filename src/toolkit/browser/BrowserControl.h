@@ -36,6 +36,9 @@ public:
     /// Whether the host style gives pages loaded from now on a dark background. If so, on the screen only, their text
     /// becomes light, and stored colours that would be unreadable become lighter. Off by default.
     void SetDarkGround(bool on);
+    /// Whether under a dark skin the pages loaded from now on have a dark background, of the colour of the skin's
+    /// edits, as if the host style gave it. Another skin shows the page again. Off by default.
+    void SetFollowsSkin(bool on);
     /// Whether a web address that the reader clicks, and that OnBeforeNavigate2 does not cancel, opens in place of the
     /// page until the next page is handed over. Off by default: such an address is then ignored.
     void SetOpensLinksInside(bool on);
@@ -59,6 +62,9 @@ public:
     QByteArray Source() const;
     /// True once the last page handed over has finished loading.
     bool IsComplete() const;
+    /// True if the page handed over last is not on show and won't come: the view is empty, or shows a web page that the
+    /// reader opened from it. Handing it over again brings it back.
+    bool IsPageGone() const;
     /// Processes events until the page is complete. False if page or control were destroyed meanwhile, or a newer call
     /// took over.
     bool WaitComplete();
@@ -72,7 +78,11 @@ public:
     bool HasSelectedText() const;
     /// HTML of the selection as Chromium serialises it. Waits for Chromium, processing events.
     QString GetSelectedHtml();
+    /// Opens the find bar below the control, which has to be in a box layout.
     void ShowFindDialog();
+    /// The next or the previous place of the find bar's text; without such a text, the next or previous coloured hit;
+    /// without hits the bar opens. F3 and Shift+F3 do this in the control's whole window.
+    void FindStep(bool isBackward);
     void Print();
     void PrintPreview();
     void SaveDialog();

@@ -70,6 +70,8 @@ void BrowserInput::Attach()
 
 bool BrowserInput::eventFilter(QObject *watched, QEvent *event)
 {
+    if ((event->type() == QEvent::KeyPress || event->type() == QEvent::MouseButtonPress) && OnInput)
+        OnInput();
     switch (event->type()) {
     case QEvent::KeyPress:
         return KeyPressed(static_cast<QKeyEvent *>(event));
@@ -98,12 +100,10 @@ bool BrowserInput::KeyPressed(QKeyEvent *event)
         });
         return true;
     }
-    if (event->key() == Qt::Key_F3) {
-        Tell([this, isBackward = event->modifiers().testFlag(Qt::ShiftModifier)] {
-            if (OnFindKey)
-                OnFindKey(isBackward);
-        });
-        return true;
+    if (event->key() == Qt::Key_Escape && OnEscape) {
+        bool isUsed = false;
+        RunGuarded([&] { isUsed = OnEscape(); });
+        return isUsed;
     }
     return IsEngineCommand(*event);
 }

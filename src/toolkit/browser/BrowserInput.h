@@ -27,8 +27,10 @@ public:
     std::function<void(int steps)> OnZoomWheel;
     /// The position in the view's coordinates.
     std::function<void(QPoint)> OnMenuKey;
-    /// F3 and Shift+F3.
-    std::function<void(bool isBackward)> OnFindKey;
+    /// Any key or button, before Chromium gets it.
+    std::function<void()> OnInput;
+    /// Escape; true if it is used up.
+    std::function<bool()> OnEscape;
 
     /// The modifiers at the last press.
     Qt::KeyboardModifiers PressModifiers() const { return m_pressModifiers; }

@@ -6,12 +6,10 @@
 #include "toolkit/program/Guard.h"
 
 #include <QAuthenticator>
-#include <QTimer>
 #include <QWebEngineCertificateError>
 #include <QWebEngineClientCertificateSelection>
 #include <QWebEngineFileSystemAccessRequest>
 #include <QWebEngineFullScreenRequest>
-#include <QWebEngineNewWindowRequest>
 #include <QWebEngineQuotaRequest>
 #include <QWebEngineRegisterProtocolHandlerRequest>
 #include <QWebEngineUrlRequestInterceptor>
@@ -41,14 +39,7 @@ BrowserPage::BrowserPage(BrowserProfile *profile) : QWebEnginePage(profile)
 {
     setUrlRequestInterceptor(new WebInterceptor(this, m_isAway));
     RefuseRequests();
-    // A link that asks for a new window is treated like any other.
-    connect(this, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest &request) {
-        const QUrl url = request.requestedUrl();
-        if (!FollowLink(url, true, request.isUserInitiated()))
-            return;
-        m_opening = url;
-        QTimer::singleShot(0, this, [this, url] { load(url); });
-    });
+    connect(this, &QWebEnginePage::urlChanged, this, [this] { m_isLeaving = false; });
 }
 
 void BrowserPage::RefuseRequests()
@@ -77,6 +68,7 @@ void BrowserPage::LoadFromHost(const QUrl &address)
     m_address = address;
     m_isHostLoading = true;
     m_isAway = false;
+    m_isLeaving = false;
     load(address);
 }
 
@@ -86,26 +78,19 @@ bool BrowserPage::acceptNavigationRequest(const QUrl &url, NavigationType type, 
         m_isHostLoading = false;
         return DecideNavigation(url, true, true, m_address) == Navigation::Load;
     }
-    // The mouse's Back button and the reload keys bypass all shortcuts.
-    if (type == NavigationTypeBackForward || type == NavigationTypeReload || type == NavigationTypeFormSubmitted)
-        return false;
-    if (isMainFrame && !m_opening.isEmpty() && url == m_opening) {
-        m_opening.clear();
-        return true;
-    }
-    if (m_isAway && isMainFrame && type == NavigationTypeRedirect)
+    // A web page that the reader clicked may stand elsewhere by now. Once it is there it is as closed as any.
+    if (m_isLeaving && isMainFrame && type == NavigationTypeRedirect)
         return IsWebAddress(url);
-    return FollowLink(url, isMainFrame, type == NavigationTypeLinkClicked);
+    // Only the reader's click on a link counts. Forms, refreshes in a page's mark-up, reload keys and the mouse's Back
+    // button don't even reach the host's guard.
+    return type == NavigationTypeLinkClicked && FollowLink(url, isMainFrame);
 }
 
-bool BrowserPage::FollowLink(const QUrl &asked, bool isMainFrame, bool isByReader)
+bool BrowserPage::FollowLink(const QUrl &asked, bool isMainFrame)
 {
     const QUrl url = m_isAway ? asked : AddressAskedFor(asked); // web pages never use such addresses
     const Navigation decision = DecideNavigation(url, false, isMainFrame, m_address);
-    if (decision == Navigation::Load && !isMainFrame)
-        return true;
-    // Navigation that the reader did not cause, such as a refresh in the page's mark-up, opens nothing outside.
-    if (decision == Navigation::Refuse || (decision == Navigation::OpenOutside && !isByReader))
+    if (decision == Navigation::Refuse)
         return false;
     bool isCancelled = false;
     RunGuarded([&] { isCancelled = OnBeforeNavigate && OnBeforeNavigate(url); });
@@ -113,6 +98,8 @@ bool BrowserPage::FollowLink(const QUrl &asked, bool isMainFrame, bool isByReade
         return !isCancelled;
     if (OpensLinksInside && IsWebAddress(url)) {
         m_isAway = true;
+        m_isLeaving = true;
+        setBackgroundColor(Qt::white); // which web pages expect
         return true;
     }
     // The host handles web addresses itself; mail links go to the document door.

@@ -18,6 +18,8 @@ public:
     void LoadFromHost(const QUrl &address);
     /// The address of the page that the host loaded last.
     QUrl Address() const { return m_address; }
+    /// Whether a web page that the reader clicked has taken its place.
+    bool IsAway() const { return m_isAway; }
 
     /// Asked for a link that may be followed, inside or outside; true cancels.
     std::function<bool(const QUrl &url)> OnBeforeNavigate;
@@ -27,6 +29,8 @@ public:
 
 protected:
     bool acceptNavigationRequest(const QUrl &url, NavigationType type, bool isMainFrame) override;
+    /// Chromium does not tell whether a link or a form asks for the window, so nothing gets one. Our scripts make a
+    /// plain link of one that wants a window.
     QWebEnginePage *createWindow(WebWindowType) override { return nullptr; }
     QStringList chooseFiles(FileSelectionMode, const QStringList &, const QStringList &) override { return {}; }
     void javaScriptAlert(const QUrl &, const QString &) override {}
@@ -37,10 +41,10 @@ protected:
 private:
     void RefuseRequests();
     /// True if Chromium shall navigate there itself.
-    bool FollowLink(const QUrl &asked, bool isMainFrame, bool isByReader);
+    bool FollowLink(const QUrl &asked, bool isMainFrame);
 
     QUrl m_address;
     bool m_isHostLoading = false;
-    QUrl m_opening;        ///< a link that asked for a new window and is being loaded in this one
-    bool m_isAway = false; ///< showing a web page that the reader clicked
+    bool m_isAway = false;    ///< showing a web page that the reader clicked
+    bool m_isLeaving = false; ///< that web page is on its way
 };

@@ -55,15 +55,18 @@ QWebEngineScript OwnScript(const QString &source, bool isForFrames)
 
 void InstallPageScripts(QWebEngineScriptCollection &scripts, const PageSetting &setting)
 {
-    static const QString functions = ReadAllScripts({u"text", u"scroll", u"highlight", u"selection"});
-    static const QString host = ReadAllScripts({u"host"});
+    static const QString functions = ReadAllScripts({u"text", u"scroll", u"highlight", u"selection", u"find"});
+    static const QString host = ReadAllScripts({u"closed", u"host"});
     static const QString night = ReadAllScripts({u"nightcolours", u"nighttraits", u"night"});
     static const QString longPage = ReadAllScripts({u"long"});
     scripts.clear();
+    // A web page that a control shows in place of its own keeps its look.
+    const QString start = QStringLiteral("const IS_OURS = !/^https?:$/.test(location.protocol);\n"
+                                         "const HOST_CSS = %1 + (IS_OURS ? %2 : '');\n")
+                              .arg(Literal(setting.hostCss), Literal(setting.groundCss));
     // Before a long page is measured, so that Chromium computes its styles once.
-    scripts.insert(OwnScript(QStringLiteral("const HOST_CSS = %1;\n").arg(Literal(setting.hostCss)) + host +
-                                 (setting.isDark ? night : QString()),
-                             true));
+    scripts.insert(OwnScript(
+        start + host + (setting.isDark ? QStringLiteral("if (IS_OURS) {\n%1\n}\n").arg(night) : QString()), true));
     if (setting.byteCount > longPageBytes)
         scripts.insert(OwnScript(longPage, false));
     scripts.insert(OwnScript(functions, false));

@@ -10,6 +10,7 @@ class QWebEngineScriptCollection;
 struct PageSetting
 {
     QString hostCss;
+    QString groundCss;       ///< the same, but not for web pages
     bool isDark = false;     ///< dark background: unreadable text is lightened
     qsizetype byteCount = 0; ///< long pages leave paragraphs outside the view unrendered
 };

@@ -1,22 +1,29 @@
 #include "toolkit/browser/BrowserTest.h"
 
 #include <QRectF>
+#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
-std::unique_ptr<TBrowserControl> BrowserTest::s_control;
+std::unique_ptr<QWidget> BrowserTest::s_window;
+TBrowserControl *BrowserTest::s_control = nullptr;
 
 void BrowserTest::SetUpTestSuite()
 {
-    s_control = std::make_unique<TBrowserControl>();
-    s_control->resize(640, 480);
-    s_control->show();
-    EXPECT_TRUE(QTest::qWaitForWindowExposed(s_control.get()));
+    s_window = std::make_unique<QWidget>();
+    auto *layout = new QVBoxLayout(s_window.get());
+    layout->setContentsMargins({});
+    layout->setSpacing(0);
+    s_control = new TBrowserControl;
+    layout->addWidget(s_control);
+    s_window->resize(640, 480);
+    s_window->show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(s_window.get()));
 }
 
 void BrowserTest::TearDownTestSuite()
 {
-    s_control.reset();
+    s_window.reset();
 }
 
 BrowserTest::BrowserTest() : m_realDoors(Doors())

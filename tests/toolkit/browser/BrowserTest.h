@@ -11,7 +11,7 @@
 
 #include <memory>
 
-/// One control on the screen for all tests of a suite, each with its own pages. The doors are stand-ins that keep what
+/// One control in a window for all tests of a suite, each with its own pages. The doors are stand-ins that keep what
 /// was asked of them.
 class BrowserTest : public testing::Test
 {
@@ -50,6 +50,7 @@ protected:
     QStringList opened; ///< what the document door was asked to open
 
 private:
-    static std::unique_ptr<TBrowserControl> s_control;
+    static std::unique_ptr<QWidget> s_window;
+    static TBrowserControl *s_control;
     PlatformDoors m_realDoors;
 };

@@ -177,6 +177,76 @@ TEST_F(ClosedPage, StaysWhereItIsWhateverLinkIsPressed)
     }
 }
 
+TEST_F(ClosedPage, SendsNoFormAnywhere)
+{
+    for (const QString &action : {listener.Address() + u"/form"_s, u"mailto:a@example.org"_s, u"about:blank"_s}) {
+        for (const QString &how : {u""_s, u"target=_blank"_s, u"target=_top"_s, u"method=post target=other"_s}) {
+            for (const auto key : {Qt::NoModifier, Qt::ControlModifier}) {
+                SCOPED_TRACE((action + u' ' + how).toStdString());
+                Load(u"<title>here</title><base target=_blank><form action='%1' %2><input name=secret value=word>"
+                     "<input id=a type=submit></form>"_s.arg(action, how) +
+                     last);
+                EXPECT_TRUE(TakesInput(Control()));
+                QTest::mouseClick(Input(), Qt::LeftButton, key, PlaceOf(u"#a"_s));
+                ClickLast();
+                EXPECT_EQ(Text(u"document.title"_s), u"here"_s);
+            }
+        }
+    }
+    EXPECT_EQ(asked + opened, QStringList());
+    EXPECT_EQ(listener.calls, 0);
+}
+
+TEST_F(ClosedPage, GivesNoWindowToALinkAndFollowsItInPlace)
+{
+    isHeldBack = true;
+    for (const auto &[link, key, button, question] : {
+             std::tuple(u"<a id=a href='http://a.b/'>"_s, Qt::ControlModifier, Qt::LeftButton, u"http://a.b/"_s),
+             {u"<a id=a href='http://a.b/'>"_s, Qt::ShiftModifier, Qt::LeftButton, u"http://a.b/"_s},
+             {u"<a id=a href='http://a.b/'>"_s, Qt::NoModifier, Qt::MiddleButton, u"http://a.b/"_s},
+             {u"<a id=a target=other href='http://a.b/'>"_s, Qt::NoModifier, Qt::LeftButton, u"http://a.b/"_s},
+             {u"<base target=_blank><a id=a href='http://a.b/'>"_s, Qt::NoModifier, Qt::LeftButton, u"http://a.b/"_s},
+             {u"<a id=a target=_blank href='about:blank'>"_s, Qt::NoModifier, Qt::LeftButton, u""_s},
+             {u"<a id=a href='ab&#10;out:blank'>"_s, Qt::NoModifier, Qt::LeftButton, u""_s},
+             {u"<a id=a href='http://['>"_s, Qt::NoModifier, Qt::LeftButton, u""_s},
+             {u"<a id=a href='chrome://version'>"_s, Qt::NoModifier, Qt::LeftButton, u""_s},
+             {u"<svg><a id=a href='about:blank'><text y=20>"_s, Qt::NoModifier, Qt::LeftButton, u""_s},
+         }) {
+        SCOPED_TRACE(link.toStdString());
+        asked.clear();
+        Load(u"<title>here</title>"_s + link + u"link</text></a></svg><p>"_s + last);
+        EXPECT_TRUE(TakesInput(Control()));
+        QTest::mouseClick(Input(), button, key, PlaceOf(u"#a"_s));
+        ClickLast();
+        EXPECT_EQ(asked.join(u' '), question);
+        EXPECT_EQ(Text(u"document.title"_s), u"here"_s);
+    }
+    EXPECT_TRUE(opened.isEmpty());
+}
+
+TEST_F(ClosedPage, RefreshesNothingAndIsNeverEmptyForGood)
+{
+    QList<QUrl> addresses;
+    const auto watch = QObject::connect(Control().page(), &QWebEnginePage::urlChanged,
+                                        [&](const QUrl &url) { addresses.append(url); });
+    for (const QString &to : {u"0; url=about:blank"_s, u"0;url=data:text/html,x"_s, u"0"_s, u"0;url=#x"_s,
+                              u"0;url=https://example.org/"_s}) {
+        SCOPED_TRACE(to.toStdString());
+        addresses.clear();
+        Load(u"<noscript><META HTTP-EQUIV=Refresh CONTENT='%1'></noscript><title>here</title>"_s.arg(to) + last);
+        ClickLast();
+        EXPECT_EQ(addresses.size(), 1) << "its own alone";
+        EXPECT_EQ(Text(u"document.title"_s), u"here"_s);
+    }
+    EXPECT_EQ(asked + opened, QStringList());
+    EXPECT_FALSE(Control().IsPageGone());
+    EmptyForGood(Control());
+    Load(u"<title>anew</title>"_s);
+    EXPECT_FALSE(Control().IsPageGone());
+    EXPECT_EQ(Text(u"document.title"_s), u"anew"_s);
+    QObject::disconnect(watch);
+}
+
 TEST_F(ClosedPage, LeavesNoWayBackToAnEarlierPage)
 {
     Load(u"<title>one</title>"_s);

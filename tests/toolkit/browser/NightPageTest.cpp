@@ -25,7 +25,12 @@ const QString tooColourful = [] {
 class NightPage : public BrowserTest
 {
 protected:
-    ~NightPage() override { Control().SetDarkGround(false); }
+    ~NightPage() override
+    {
+        Control().SetDarkGround(false);
+        Control().SetFollowsSkin(false);
+        Control().setPalette({});
+    }
 
     void LoadOn(const QString &ground, const QString &page, bool isDark = true)
     {
@@ -48,13 +53,16 @@ TEST_F(NightPage, ShowsTextThatCanBeReadAndLeavesNoTrace)
     {
         const char *rule;
         QString page;     ///< the text in question is in the element "t"
-        QString expected; ///< a colour; after ">" lighter ones of its hue, with a contrast of 4.5
+        QString expected; ///< a colour; after ">" a calm lighter one of its hue
         QString ground = u"#000000"_s;
         QString behind = {}; ///< what the contrast is measured against if not the ground of the page
     } rows[]{
         {"white where grey is not clear", u"<p id=t>a"_s, u"#ffffff"_s, u"#606060"_s},
         {"table without type takes no colour around", u"<font color=red><table><tr><td id=t>a"_s, grey},
-        {"three to one stays", u"<p id=t style='color:#5f5f5f'>a"_s, u"#5f5f5f"_s},
+        {"what can be read stays", u"<p id=t style='color:#757575'>a"_s, u"#757575"_s},
+        {"three to one is not enough", u"<p id=t style='color:#5f5f5f'>a"_s, u">#5f5f5f"_s},
+        {"the entries' red", u"<font color='#cc0000' id=t>a"_s, u">#cc0000"_s, u"#24262b"_s},
+        {"the entries' blue", u"<font color='#004586' id=t>a"_s, u">#004586"_s, u"#303943"_s},
         {"inline", u"<p id=t style='margin:0;COLOR : navy'>a"_s, u">#000080"_s},
         {"important", u"<p style='color:#000 !important'><i><b id=t style='color:maroon !important'>a"_s, u"#800000"_s},
         {"inherited by elements", u"<p><font color='#800000'><b><i id=t>a"_s, u">#800000"_s, u"#101020"_s},
@@ -112,8 +120,9 @@ TEST_F(NightPage, ShowsTextThatCanBeReadAndLeavesNoTrace)
             EXPECT_EQ(shown.name(), row.expected);
             continue;
         }
-        EXPECT_NEAR(ContrastRatio(shown.rgb(), ground.rgb()), 4.75, 0.25) << qPrintable(shown.name());
+        EXPECT_NEAR(ContrastRatio(shown.rgb(), ground.rgb()), 5.75, 0.25) << qPrintable(shown.name());
         EXPECT_NEAR(shown.hslHueF(), QColor(row.expected.sliced(1)).hslHueF(), 0.02) << qPrintable(shown.name());
+        EXPECT_LE(shown.hslSaturationF(), 0.42) << "too loud: " << qPrintable(shown.name());
     }
 }
 
@@ -136,11 +145,18 @@ TEST_F(NightPage, ColoursHitsInFramesAndWithGivenColours)
 
 TEST_F(NightPage, CopiesDragsMarksAndPrintsStoredColours)
 {
-    const auto left = [&](bool isDark) {
-        LoadOn(isDark ? u"#000000"_s : u"transparent"_s,
+    enum class Dark { Not, ByHost, BySkin };
+    QPalette night;
+    night.setColor(QPalette::Base, Qt::black);
+    const auto left = [&](Dark how) {
+        const bool isDark = how != Dark::Not;
+        Control().setPalette(how == Dark::BySkin ? night : QPalette());
+        Control().SetFollowsSkin(how == Dark::BySkin);
+        LoadOn(how == Dark::ByHost ? u"#000000"_s : u"transparent"_s,
                u"<p>plain <b style='color:navy'>navy</b> <a href='mailto:a@b.c'>link</a>"
                "<table><tr><td>cell<td bgcolor=white>light</table>"_s,
-               isDark);
+               how == Dark::ByHost);
+        EXPECT_EQ(ColourOf(u"p"_s).name(), isDark ? grey : u"#000000"_s);
         const QClipboard &clipboard = *QGuiApplication::clipboard();
         QGuiApplication::clipboard()->clear();
         Control().activateWindow();
@@ -165,9 +181,12 @@ TEST_F(NightPage, CopiesDragsMarksAndPrintsStoredColours)
         const QStringList texts{clipboard.mimeData()->html(), clipboard.text(), Control().GetSelectedHtml()};
         return std::pair(texts, document.render(0, QSize(300, 424)));
     };
-    const auto plain = left(false), dark = left(true);
+    const auto plain = left(Dark::Not);
     EXPECT_TRUE(plain.first[0].contains(u"navy"_s));
-    EXPECT_EQ(dark.first, plain.first);
-    EXPECT_EQ(dark.second, plain.second);
-    EXPECT_TRUE(WaitFor([&] { return ColourOf(u"p"_s).name() == grey; })) << "dark no more after a copy";
+    for (const Dark how : {Dark::ByHost, Dark::BySkin}) {
+        const auto dark = left(how);
+        EXPECT_EQ(dark.first, plain.first);
+        EXPECT_EQ(dark.second, plain.second);
+        EXPECT_TRUE(WaitFor([&] { return ColourOf(u"p"_s).name() == grey; })) << "dark no more after a copy";
+    }
 }

@@ -1,11 +1,11 @@
 #include "support/FullDisk.h"
 #include "toolkit/browser/BrowserTest.h"
 
+#include "toolkit/browser/FindBar.h"
 #include "toolkit/browser/PageSaving.h"
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QDialog>
 #include <QFile>
 #include <QFileDialog>
 #include <QLabel>
@@ -27,52 +27,144 @@ QByteArray ReadFile(const QString &path)
 } // namespace
 
 class Finding : public BrowserTest
-{};
-
-TEST_F(Finding, StepsForthAndBackHeedsItsBoxesAndTellsAMiss)
 {
-    Load(u"<p>Kinh một, kinh hai, kinhs ba, phạm kinh"_s);
+protected:
+    Finding()
+    {
+        Control().activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(Control().window()));
+    }
+    ~Finding() override
+    {
+        if (!Control().window()->findChild<FindBar *>(u"dlgFind"_s))
+            return;
+        Edit().clear();
+        Check(false, false);
+        Bar().OnClose();
+    }
+    template <typename T>
+    T &Part(const QString &name)
+    {
+        T *found = Control().window()->findChild<T *>(name);
+        EXPECT_TRUE(found) << qPrintable(name);
+        return *found;
+    }
+    FindBar &Bar() { return Part<FindBar>(u"dlgFind"_s); }
+    QLineEdit &Edit() { return Part<QLineEdit>(u"edFindText"_s); }
+    void Check(bool matchesCase, bool wholeWord)
+    {
+        Part<QCheckBox>(u"cbMatchCase"_s).setChecked(matchesCase);
+        Part<QCheckBox>(u"cbWholeWord"_s).setChecked(wholeWord);
+    }
+    /// Waits for the count, and for the text that is selected and marked as the reader's place.
+    void Expect(const QString &count, int offset)
+    {
+        const auto &shown = Part<QLabel>(u"lbFindCount"_s);
+        EXPECT_TRUE(WaitFor([&] { return shown.text() == count; })) << qPrintable(count + u" but "_s + shown.text());
+        EXPECT_EQ(Value(selectionBegin).toInt(), offset) << qPrintable(count);
+    }
+    /// The marked texts, in the order of the page.
+    QString Marked()
+    {
+        return Text(u"[...document.querySelectorAll('lumivara-find')].map((e) => e.textContent).join('|')"_s);
+    }
+
+    const QString page = u"<p>Kinh một, kinh hai, ki<b>nhs</b> ba, phạm kinh"_s;
+    /// Characters before the selection; -1 for none.
+    const QString selectionBegin =
+        u"(() => { const s = getSelection(); if (s.isCollapsed) return -1; const r = document.createRange();"
+        "r.setStart(document.body, 0); r.setEnd(s.getRangeAt(0).startContainer, s.getRangeAt(0).startOffset);"
+        "return r.toString().length; })()"_s;
+};
+
+TEST_F(Finding, MarksAllPlacesCountsThemAndStepsForthAndBack)
+{
+    Load(page);
+    const QString before = Text(u"document.body.innerHTML"_s);
     Control().ShowFindDialog();
-    auto &dialog = *Control().findChild<QDialog *>(u"dlgFind"_s);
-    auto &edit = *dialog.findChild<QLineEdit *>(u"edFindText"_s);
-    auto &next = *dialog.findChild<QPushButton *>(u"btnFindNext"_s);
-    const auto &hint = *dialog.findChild<QLabel *>(u"lbNotFound"_s);
-    const auto check = [&](bool on) {
-        for (const QString &name : {u"cbMatchCase"_s, u"cbWholeWord"_s})
-            dialog.findChild<QCheckBox *>(name)->setChecked(on);
+    Edit().setText(u"KINH"_s);
+    Expect(u"1/4"_s, 0);
+    EXPECT_GT(Bar().y(), Control().geometry().bottom()) << "not over the page";
+    EXPECT_EQ(Marked(), u"Kinh|kinh|ki|nh|kinh"_s);
+    const auto press = [&](QWidget &where, Qt::Key key, const QString &count, int offset, bool isBackward = false) {
+        QTest::keyClick(&where, key, isBackward ? Qt::ShiftModifier : Qt::NoModifier);
+        Expect(count, offset);
     };
-    const auto expectSelected = [&](int offset) {
-        const QString selected = u"getSelection().rangeCount && getSelection().getRangeAt(0).startOffset"_s;
-        EXPECT_TRUE(WaitFor([&] { return Value(selected).toInt() == offset; })) << offset;
+    press(Edit(), Qt::Key_Return, u"2/4"_s, 10);
+    press(*Input(), Qt::Key_F3, u"3/4"_s, 20);
+    press(Edit(), Qt::Key_F3, u"4/4"_s, 35);
+    press(Edit(), Qt::Key_Return, u"1/4"_s, 0);
+    press(Edit(), Qt::Key_Return, u"4/4"_s, 35, true);
+    press(*Input(), Qt::Key_F3, u"3/4"_s, 20, true);
+    EXPECT_EQ(Control().GetSelectedText(), u"kinh"_s);
+    EXPECT_FALSE(Control().GetSelectedHtml().contains(u"lumivara"_s)) << "what is taken has no marks";
+    Check(false, true);
+    Expect(u"3/3"_s, 35);
+    Check(true, true);
+    Edit().setText(u"kinh"_s);
+    Part<QPushButton>(u"btnFindPrior"_s).click();
+    Expect(u"1/2"_s, 10);
+    EXPECT_EQ(Marked(), u"kinh|kinh"_s);
+    Edit().setText(u"kinx"_s);
+    Expect(u"0/0"_s, 10);
+    EXPECT_NE(Part<QLabel>(u"lbNotFound"_s).text(), u""_s);
+    Edit().setText(u"pham"_s);
+    Expect(u"0/0"_s, 10);
+    Check(false, false);
+    Edit().setText(u"ba"_s);
+    Expect(u"1/1"_s, 26);
+    QTest::keyClick(&Edit(), Qt::Key_Escape);
+    EXPECT_FALSE(Bar().isVisible());
+    EXPECT_TRUE(Becomes(u"!document.querySelector('lumivara-find')"_s));
+    EXPECT_EQ(Value(selectionBegin).toInt(), 26) << "the place stays";
+    EXPECT_EQ(Text(u"document.body.innerHTML"_s), before);
+    EXPECT_EQ(Control().GetSelectedText(), u"ba"_s);
+}
+
+TEST_F(Finding, GoesOnInTheNextPageAndClosesFromThere)
+{
+    Load(page);
+    Control().ShowFindDialog();
+    Edit().setText(u"kinh"_s);
+    Expect(u"1/4"_s, 0);
+    Load(u"<p>x kinh y"_s);
+    Expect(u"0/1"_s, -1);
+    EXPECT_EQ(Marked(), u"kinh"_s);
+    QTest::keyClick(Input(), Qt::Key_Escape);
+    EXPECT_FALSE(Bar().isVisible());
+    EXPECT_TRUE(Becomes(u"!document.querySelector('lumivara-find')"_s));
+    Load(page);
+    QTest::keyClick(Input(), Qt::Key_F3);
+    EXPECT_TRUE(Becomes(u"getSelection().toString() === 'Kinh'"_s)) << "by the text of the closed bar";
+    EXPECT_EQ(Marked(), u""_s);
+}
+
+TEST_F(Finding, WalksTheColouredHitsWhenTheBoxIsEmpty)
+{
+    Load(page);
+    QTest::keyClick(Input(), Qt::Key_F3);
+    const auto isOpen = [this] {
+        const auto *bar = Control().window()->findChild<FindBar *>(u"dlgFind"_s);
+        return bar && bar->isVisible();
     };
-    const auto press = [&](QWidget &where, Qt::Key key, int offset, Qt::KeyboardModifiers modifiers = {}) {
-        QTest::keyClick(&where, key, modifiers);
-        expectSelected(offset);
+    EXPECT_TRUE(WaitFor(isOpen)) << "nothing to walk";
+    QTest::keyClick(&Edit(), Qt::Key_Escape);
+    EXPECT_EQ(Control().SearchAndHighlight(u"kinh"_s, {}, ScrollMode::None, {}, u"Yellow"_s), 4);
+    const auto expect = [this](int offset) {
+        EXPECT_TRUE(WaitFor([&] { return Value(selectionBegin).toInt() == offset; })) << offset;
     };
-    EXPECT_FALSE(dialog.isModal());
-    check(false);
-    edit.setText(u"KINH"_s);
-    press(edit, Qt::Key_Return, 0);
-    press(edit, Qt::Key_F3, 10);
-    press(*Input(), Qt::Key_F3, 20);
-    press(edit, Qt::Key_Return, 35);
-    press(edit, Qt::Key_Return, 0);
-    press(edit, Qt::Key_F3, 35, Qt::ShiftModifier);
-    press(*Input(), Qt::Key_F3, 20, Qt::ShiftModifier);
-    check(true);
-    edit.setText(u"kinh"_s);
-    next.click();
-    expectSelected(35);
-    dialog.findChild<QPushButton *>(u"btnFindPrior"_s)->click();
-    expectSelected(10);
-    edit.setText(u"pham"_s);
-    EXPECT_EQ(hint.text(), u""_s);
-    next.click();
-    EXPECT_NE(hint.text(), u""_s) << "diacritics count";
-    edit.setText(u""_s);
-    EXPECT_FALSE(next.isEnabled());
-    QTest::keyClick(&edit, Qt::Key_Escape);
-    EXPECT_FALSE(dialog.isVisible());
+    for (const int offset : {0, 10, 20}) {
+        QTest::keyClick(Input(), Qt::Key_F3);
+        expect(offset);
+    }
+    QTest::keyClick(Input(), Qt::Key_F3, Qt::ShiftModifier);
+    expect(10);
+    EXPECT_FALSE(isOpen());
+    Control().ShowFindDialog();
+    Edit().setText(u"hai"_s);
+    Expect(u"1/1"_s, 15);
+    EXPECT_EQ(Control().SearchAndHighlight(u"hai"_s, {}, ScrollMode::None, {}, u"Red"_s), 1);
+    EXPECT_EQ(Marked(), u"hai"_s) << "the mark is over the colour";
 }
 
 class Saving : public BrowserTest

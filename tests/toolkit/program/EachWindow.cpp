@@ -99,10 +99,17 @@ void EachWindow::VisitAll(const std::function<void(QWidget &)> &visit)
     }
     MarkAll([&](TfrmFocusEdit &editor) { visit(editor); });
     Trigger("acFindDialog");
-    auto &find = Find<QDialog>("dlgFind");
-    In<QLineEdit>(find, "edFindText").setText(u"kinh"_s);
-    visit(find);
-    find.close();
+    auto &find = Find<QWidget>("dlgFind"); // a bar of the main window
+    In<QLineEdit>(find, "edFindText").setText(u"xyzzy"_s);
+    EXPECT_TRUE(WaitFor([&] { return In<QLabel>(find, "lbNotFound").isVisible(); }));
+    const QSize size = window->size();
+    for (const QSize &each : {QSize(800, 600), QSize(1600, 700)}) {
+        window->resize(each);
+        EXPECT_TRUE(WaitFor([&] { return window->width() == each.width(); }));
+        visit(*window);
+    }
+    window->resize(size);
+    QTest::keyClick(&find, Qt::Key_Escape);
     TfrmOptions options(window.get());
     options.show();
     visit(options);

@@ -22,7 +22,6 @@
         const element = model.cloneNode(false);
         middle.replaceWith(element);
         element.append(middle);
-        painted.add(element);
         return element;
     }
 
@@ -67,20 +66,24 @@
         return parts;
     }
 
-    function highlightDocument(page, query, options) {
-        const text = new PageText(page.body, options.matchCase);
-        const spans = [];
-        let count = 0;
-        let lastBegin = -1;
-        text.forEachHit(query, options.wholeWord, (begin, end) => {
-            ++count;
-            lastBegin = begin;
-            const span = spans[spans.length - 1];
+    // The hits of a text: their number, where the last begins, and what they cover; overlapping ones are merged.
+    function hitsIn(text, query, wholeWord) {
+        const hits = { count: 0, lastBegin: -1, spans: [] };
+        text.forEachHit(query, wholeWord, (begin, end) => {
+            ++hits.count;
+            hits.lastBegin = begin;
+            const span = hits.spans[hits.spans.length - 1];
             if (span && begin <= span.end)
                 span.end = end;
             else
-                spans.push({ begin, end });
+                hits.spans.push({ begin, end });
         });
+        return hits;
+    }
+
+    function highlightDocument(page, query, options) {
+        const text = new PageText(page.body, options.matchCase);
+        const { count, lastBegin, spans } = hitsIn(text, query, options.wholeWord);
         if (!count)
             return 0;
         const target = options.scroll === 1 ? spans[0].begin : options.scroll === 2 && count > 1 ? lastBegin : -1;
@@ -94,6 +97,7 @@
                 const element = painted.has(node.parentNode)
                     ? repaint(node, begin, end, options.foreground, options.background)
                     : wrap(node, begin, end, model);
+                painted.add(element);
                 styles.add(element.getAttribute('style'));
             }
             // Text lightened for a dark page may be unreadable on the hit's background.
@@ -106,6 +110,10 @@
             lumivara.settle(new PageText(page.body, options.matchCase).range(target, target + 1), true);
         return count;
     }
+
+    lumivara.hitsIn = hitsIn;
+    lumivara.wrap = wrap;
+    lumivara.coveredParts = coveredParts;
 
     lumivara.highlight = (query, options) =>
         documentsOf(document).reduce((count, page) => count + highlightDocument(page, query, options), 0);

@@ -273,7 +273,8 @@
     // is drawn meanwhile as a picture, so that it is not mistaken for a background colour.
     const host = new CSSStyleSheet();
     host.replaceSync(HOST_CSS);
-    const ground = [...host.cssRules].filter((rule) => rule.selectorText === 'body').map((rule) => rule.style.backgroundColor);
+    const ground = [...host.cssRules].filter((rule) => rule.selectorText === 'body')
+        .map((rule) => rule.style.backgroundColor).filter(Boolean).pop();
     curtain.replaceSync('@media screen { body { display: none !important }'
         + ` @layer host { html { background-image: linear-gradient(${ground}, ${ground}) } } }`);
     document.adoptedStyleSheets = [...document.adoptedStyleSheets, curtain];

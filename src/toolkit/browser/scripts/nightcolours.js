@@ -2,8 +2,12 @@
 const NightColours = (() => {
     'use strict';
 
-    const leastContrast = 3; // below this a stored colour is not kept
-    const goodContrast = 4.5;
+    const leastContrast = 4.5; // below this a stored colour is not kept on a dark background
+    const leastOnLight = 3; // nor on a light one, in a hit
+    // Of a colour that takes its place. A stronger one would glare at night, and one barely readable be duller than the
+    // text around, which is meant to be the quieter.
+    const goodContrast = 5.5;
+    const mostSaturation = 0.4;
     const calmContrast = 7; // white glares where a grey is clear enough
     const grey = [228, 228, 228];
     const white = [255, 255, 255];
@@ -45,16 +49,16 @@ const NightColours = (() => {
         return (high + 0.05) / (low + 0.05);
     }
 
-    const isDark = (ground) => contrast(black, ground) < goodContrast;
+    const isDark = (ground) => contrast(black, ground) < leastContrast;
     const lightOn = (ground) => (contrast(grey, ground) >= calmContrast ? grey : white);
 
-    // The same hue, no lighter than needed.
+    // The same hue, no lighter than needed, and calm.
     function lightened(colour, ground) {
         const high = Math.max(...colour.slice(0, 3)) / 255;
         const low = Math.min(...colour.slice(0, 3)) / 255;
         const middle = (high + low) / 2;
         const span = high - low;
-        const saturation = span ? span / (1 - Math.abs(2 * middle - 1)) : 0;
+        const saturation = span ? Math.min(span / (1 - Math.abs(2 * middle - 1)), mostSaturation) : 0;
         const mean = colour.slice(0, 3).map((part) => (span ? (part / 255 - middle) / (span / 2) : 0)); // -1 to 1
         const at = (lightness) => {
             const reach = saturation * (1 - Math.abs(2 * lightness - 1)) / 2;
@@ -76,7 +80,7 @@ const NightColours = (() => {
         if (!isOwn)
             return write(isDark(ground) ? lightOn(ground) : black);
         const seen = over(stored, ground);
-        if (contrast(seen, ground) >= leastContrast)
+        if (contrast(seen, ground) >= (isDark(ground) ? leastContrast : leastOnLight))
             return stored[3] < 1 ? `rgba(${stored.join(', ')})` : write(stored);
         if (isDark(ground))
             return write(lightened(seen, ground));

@@ -1,4 +1,4 @@
-// The reader's selection, the word under a point, and the steps of the find dialog.
+// The reader's selection, and the word under a point.
 (() => {
     'use strict';
 
@@ -50,20 +50,6 @@
         page.getSelection().selectAllChildren(page.body);
         return page.getSelection().toString();
     };
-
-    // Chromium follows a link to an empty page without asking, and drops one to a file. So such a link is wrapped in an
-    // address for which Chromium does ask the host.
-    addEventListener('click', (event) => {
-        const link = event.composedPath().find((element) => element.localName === 'a' || element.localName === 'area');
-        if (link && /^\s*about:/i.test(link.getAttribute('href') || ''))
-            event.preventDefault();
-        if (!link || location.protocol !== 'lumivara:' || !/^(file|data):$/.test(link.protocol))
-            return;
-        event.preventDefault();
-        const asking = document.createElement('a');
-        asking.href = 'lumivara://dropped/?' + encodeURIComponent(link.href);
-        asking.click();
-    }, true);
 
     function covers(node, offset, x, y) {
         const range = node.ownerDocument.createRange();
@@ -117,54 +103,4 @@
     }
 
     lumivara.wordAt = (x, y) => wordIn(document, x, y);
-
-    function selectHit(text, hit) {
-        const range = text.range(hit.begin, hit.end);
-        const selection = range.startContainer.ownerDocument.getSelection();
-        selection.removeAllRanges();
-        selection.addRange(range);
-        lumivara.settle(range, false);
-        return selection.toString();
-    }
-
-    // The position in the text where the next search begins: the end of the last hit's selection.
-    function positionOf(text, page, isBackward) {
-        const selection = page.getSelection();
-        if (!selection || !selection.rangeCount)
-            return -1;
-        const mark = selection.getRangeAt(0);
-        for (const piece of text.pieces) {
-            const side = mark.comparePoint(piece.node, piece.node.length);
-            if (side < 0)
-                continue;
-            if (mark.startContainer !== piece.node)
-                return piece.start;
-            const index = piece.map ? piece.map.findIndex((offset) => offset >= mark.startOffset) : mark.startOffset;
-            const begin = piece.start + (index < 0 ? piece.length : index);
-            return isBackward || !selection.isCollapsed ? begin : begin - 1;
-        }
-        return -1;
-    }
-
-    // Selects the next or the previous hit, wrapping at the end of the page. Returns the selected text, or an empty one.
-    lumivara.findStep = (query, matchCase, wholeWord, isBackward) => {
-        const hits = [];
-        let current = -1;
-        for (const page of documentsOf(document)) {
-            const text = new PageText(page.body, matchCase);
-            const position = positionOf(text, page, isBackward);
-            text.forEachHit(query, wholeWord, (begin, end) => {
-                hits.push({ text, begin, end });
-                if (position >= 0 && (isBackward ? begin < position : begin <= position))
-                    current = hits.length - 1;
-            });
-        }
-        if (!hits.length)
-            return '';
-        let next = current + 1;
-        if (isBackward)
-            next = current < 0 ? hits.length - 1 : current;
-        const hit = hits[next % hits.length];
-        return selectHit(hit.text, hit);
-    };
 })();
