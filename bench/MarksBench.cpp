@@ -1,4 +1,5 @@
 #include "BenchReader.h"
+#include "Heartbeat.h"
 #include "Measures.h"
 #include "Painted.h"
 #include "Processes.h"
@@ -33,8 +34,12 @@ namespace {
 
 constexpr int WaitMilliseconds = 60000;
 constexpr int MarkBytes = 5000;
-const QString Marks = u"10000"_s;
+constexpr int Marks = 10'000;
+constexpr int ManyMarks = 100'000;
+constexpr int ShortMarkBytes = 500;
 const QString FilterText = u"kinh"_s;
+/// In no mark, in the last one, in few, in all.
+const QStringList KeyTexts{u"chẳng có"_s, u"kinh 100000"_s, u"9999"_s, FilterText};
 
 /// Tells when a widget is painted for the first time.
 class FirstPaint : public QObject
@@ -65,11 +70,11 @@ private:
     bool m_isPainted = false;
 };
 
-/// The reader with 10,000 marks of 5 KB.
+/// The reader with many marks.
 class BenchMarks
 {
 public:
-    BenchMarks() : m_reader(2, PlainPage(MarkBytes))
+    BenchMarks(int count, int bytes) : m_reader(2, PlainPage(bytes))
     {
         QFile::copy(Sample().Folder() + u"TARUNECLIENT.FDB"_s, File());
         frmClientsDM->DataModuleCreate();
@@ -77,13 +82,13 @@ public:
             qFatal("the client database does not open");
         Run(KeloraSuttaListScript({{1101, u"Chương"_s, u"Kaṇḍaṃ"_s, {}}}));
         Run({u"SET TERM ^ ;"_s,
-             u"execute block as declare I integer = 0; begin while (I < %1) do begin I = I + 1;"_s.arg(Marks),
+             u"execute block as declare I integer = 0; begin while (I < %1) do begin I = I + 1;"_s.arg(count),
              u"insert into SUTTA_TEXT_FOCUS values (:I, 'kinh ' || :I, rpad('<p>', %1, 'kinh luat '), 2, 'note', 6, "
-             "1101, current_timestamp, 'luat'); end end^"_s.arg(MarkBytes),
+             "1101, current_timestamp, 'luat'); end end^"_s.arg(bytes),
              u"COMMIT WORK^"_s});
         QFile excerpt(ExcerptFile());
         if (excerpt.open(QIODevice::WriteOnly))
-            excerpt.write(QByteArray("<p>") + QByteArray("kinh luat ").repeated(MarkBytes / 10));
+            excerpt.write(QByteArray("<p>") + QByteArray("kinh luat ").repeated(bytes / 10));
     }
 
     QString File() const { return QFileInfo(m_reader.CanonPath()).path() + u"/TARUNECLIENT.FDB"_s; }
@@ -118,6 +123,23 @@ public:
         const double time = Milliseconds(clock);
         WaitExcerpt();
         return time;
+    }
+    /// The longest time for which the window's thread is busy at a stretch, from a key in the search box until its rows
+    /// are found and painted; the worst of the texts.
+    double KeyBlock()
+    {
+        Show();
+        double worst = 0;
+        for (const QString &text : KeyTexts) {
+            auto *search = m_form->findChild<QLineEdit *>(u"edSearch"_s);
+            search->setText(text);
+            Heartbeat heartbeat;
+            QTest::sendKeyEvent(QTest::Release, search, Qt::Key_Shift, QString(), Qt::NoModifier);
+            WaitUntil([] { return !frmClientsDM->qryFocus.IsPaused(); });
+            List().viewport()->repaint();
+            worst = std::max(worst, heartbeat.Worst());
+        }
+        return worst;
     }
     /// From a key in the list to the excerpt on the screen.
     double MoveTime()
@@ -167,23 +189,12 @@ private:
     std::unique_ptr<TfrmFocusHighlight> m_form;
 };
 
-template <typename State>
-std::function<State &()> Made(const std::shared_ptr<std::unique_ptr<State>> &place)
-{
-    return [place]() -> State & {
-        if (!*place)
-            *place = std::make_unique<State>();
-        return **place;
-    };
-}
-
 } // namespace
 
 void RegisterMarksMeasures()
 {
-    const auto marks = std::make_shared<std::unique_ptr<BenchMarks>>();
-    const auto made = Made(marks);
-    const auto finish = [marks] { marks->reset(); };
+    const Lazy<BenchMarks> made{[] { return std::make_unique<BenchMarks>(Marks, MarkBytes); }};
+    const auto finish = made.Finish();
     Register({.name = u"marks-open"_s,
               .unit = u"ms"_s,
               .reach = u"at most 200 ms"_s,
@@ -249,4 +260,31 @@ void RegisterMarksMeasures()
                       finish();
                   },
               .repetitions = 25});
+    const Lazy<BenchMarks> many{[] { return std::make_unique<BenchMarks>(ManyMarks, ShortMarkBytes); }};
+    const auto whole = std::make_shared<std::unique_ptr<RawStatement>>();
+    Register({.name = u"marks-key"_s,
+              .unit = u"ms"_s,
+              .reach = u"at most 50 ms"_s,
+              .ours = [many] { return many().KeyBlock(); },
+              .floor =
+                  [many, whole] {
+                      if (!*whole) {
+                          *whole = std::make_unique<RawStatement>(
+                              many().ClientLibrary(), many().File(),
+                              u"select F.ID_FOC from SUTTA_TEXT_FOCUS F inner join SUTTA_LIST S on (S.NIK_SUT = "
+                              "F.NIK_SUT and S.NIC_SUT = F.NIC_SUT) where F.NIK_SUT = 6 and ((upper(F.NAME_FOC) like "
+                              "?) or (upper(F.KEYWORD_FOC) like ?))"_s);
+                      }
+                      QElapsedTimer clock;
+                      clock.start();
+                      const QString pattern = u'%' + KeyTexts.front().toUpper() + u'%';
+                      (*whole)->Fetch({pattern, pattern});
+                      return Milliseconds(clock);
+                  },
+              .finish =
+                  [finish = many.Finish(), whole] {
+                      whole->reset();
+                      finish();
+                  },
+              .repetitions = 5});
 }

@@ -1,4 +1,5 @@
 #include "BenchCanon.h"
+#include "Heartbeat.h"
 #include "Measures.h"
 #include "Suites.h"
 
@@ -9,8 +10,6 @@
 #include "toolkit/browser/WorkWatch.h"
 
 #include <QDialog>
-#include <QElapsedTimer>
-#include <QEventLoop>
 #include <QFile>
 #include <QPointer>
 #include <QPrinter>
@@ -27,50 +26,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int WaitMilliseconds = 120000;
 constexpr qsizetype Kilobyte = 1000;
 constexpr double KeptMegabytes = 48 * 1.048576;
-
-/// The longest time for which the window's thread did not come back to its event loop.
-class Heartbeat
-{
-public:
-    Heartbeat()
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, [this] { Beat(); });
-        m_timer.setTimerType(Qt::PreciseTimer);
-        m_clock.start();
-        m_timer.start(1);
-    }
-    double Worst()
-    {
-        Beat();
-        return m_worst;
-    }
-
-private:
-    void Beat()
-    {
-        m_worst = std::max(m_worst, Milliseconds(m_clock));
-        m_clock.restart();
-    }
-    QTimer m_timer;
-    QElapsedTimer m_clock;
-    double m_worst = 0;
-};
-
-void WaitUntil(const std::function<bool()> &condition)
-{
-    QEventLoop loop;
-    QTimer::singleShot(WaitMilliseconds, &loop, [] { qFatal("a page was never printed"); });
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (condition())
-            loop.quit();
-    });
-    poll.start(5);
-    loop.exec();
-}
 
 QPageLayout Sheet()
 {

@@ -1,5 +1,6 @@
 #include "marks/Excerpt.h"
 
+#include "base/Messages.h"
 #include "base/PlainText.h"
 #include "base/Windows1252.h"
 
@@ -10,6 +11,12 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr Message TooLong{
+    u"Đoạn trích này dài %1 MB, quá dài để hiện ở đây. Ghi chép vẫn giữ nguyên đoạn trích, và lệnh \"lumivara-data "
+    "export marks\" xuất ra trọn vẹn.",
+    u"This excerpt is %1 MB long, too long to be shown here. The mark keeps all of it, and \"lumivara-data export "
+    "marks\" writes it out whole."};
 
 /// As a list of lines writes itself: each with CR LF behind it.
 QString AsLines(const QString &text)
@@ -44,6 +51,21 @@ QString ExcerptPage(const QString &selection)
 QByteArray ExcerptFileBytes(const QString &page)
 {
     return "\xEF\xBB\xBF" + page.toUtf8();
+}
+
+bool IsShownWhole(const QByteArray &excerpt)
+{
+    return excerpt.size() <= LongestShownExcerpt;
+}
+
+QByteArray ShownExcerpt(const QByteArray &excerpt)
+{
+    if (IsShownWhole(excerpt))
+        return excerpt;
+    constexpr qsizetype megabyte = 1'000'000;
+    const QString words = TextOrEnglish(TooLong).arg((excerpt.size() + megabyte / 2) / megabyte);
+    return "<html><head><meta charset=\"utf-8\"></head><body><p>" + words.toHtmlEscaped().toUtf8() +
+           "</p></body></html>";
 }
 
 QString DefaultTitle(const QByteArray &excerpt)

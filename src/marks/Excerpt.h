@@ -12,6 +12,13 @@ QString ExcerptPage(const QString &selection);
 /// The file contents of a page: UTF-8 with a byte order mark.
 QByteArray ExcerptFileBytes(const QString &page);
 
+constexpr qsizetype LongestShownExcerpt = 3 << 20; ///< bytes
+/// False for an excerpt that Chromium would take many seconds to lay out.
+bool IsShownWhole(const QByteArray &excerpt);
+/// The page to show for an excerpt: the same bytes, or if it is too long a page that says so in the interface's
+/// language.
+QByteArray ShownExcerpt(const QByteArray &excerpt);
+
 /// The title of a new mark: the excerpt's plain text, cut at DefaultTitleSize, never inside a surrogate pair. It begins
 /// with the byte order mark as U+FEFF, which counts.
 QString DefaultTitle(const QByteArray &excerpt);

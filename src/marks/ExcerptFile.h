@@ -6,7 +6,7 @@
 /// The work file of the last excerpt, "tmpfocus.html" beside the program, shared by all copies of the program. Saving
 /// takes an exclusive lock that lasts as long as this object; a killed process releases it. The file is written under
 /// another name and renamed, so that it is the new one or the old one, and a link in its place is not followed.
-/// Throws std::runtime_error with a text in the interface's language (UTF-8) that names the cause.
+/// Throws std::runtime_error with a text in the interface's language (UTF-8) that says what to do and names the cause.
 class ExcerptFile
 {
 public:

@@ -26,12 +26,23 @@ constexpr Message cannotLoad{u"Không đọc được tệp \"%1\": %2", u"The f
 constexpr Message heldByAnother{u"một bản khác của chương trình đang mở cửa sổ đánh dấu.",
                                 u"another copy of the program has its marking window open."};
 
-enum class Deed { Save, Load };
+/// What it means, and what to do; the cause stands below.
+constexpr Message checkFolder{u"Chưa đánh dấu được. Hãy xem thư mục của chương trình có cho ghi và còn chỗ không, rồi "
+                              "đánh dấu lại.",
+                              u"Nothing was marked. See that the program's folder can be written and has room, then "
+                              "mark again."};
+constexpr Message closeOther{u"Chưa đánh dấu được. Hãy đóng cửa sổ đánh dấu của bản kia, rồi đánh dấu lại.",
+                             u"Nothing was marked. Close the marking window of the other copy, then mark again."};
+constexpr Message markAgain{u"Chưa lưu gì cả: không đọc lại được đoạn trích. Hãy bấm \"Bỏ qua\", rồi đánh dấu lại.",
+                            u"Nothing was stored: the excerpt cannot be read back. Press \"Cancel\", then mark again."};
+
+enum class Deed { Save, Hold, Load };
 
 [[noreturn]] void Fail(Deed deed, const QString &path, const QString &cause)
 {
-    const QString text = TextOrEnglish(deed == Deed::Save ? cannotSave : cannotLoad);
-    throw std::runtime_error(text.arg(path, cause).toStdString());
+    const Message &advice = deed == Deed::Save ? checkFolder : deed == Deed::Hold ? closeOther : markAgain;
+    const QString text = TextOrEnglish(deed == Deed::Load ? cannotLoad : cannotSave).arg(path, cause);
+    throw std::runtime_error((TextOrEnglish(advice) + u"\n\n"_s + text).toStdString());
 }
 
 [[noreturn]] void FailBySystem(Deed deed, const QString &path)
@@ -77,7 +88,7 @@ void ExcerptFile::Hold()
     // Locks the folder, because each save replaces the file.
     if (::flock(folder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
         ::close(folder);
-        Fail(Deed::Save, m_folder + fileName, TextOrEnglish(heldByAnother));
+        Fail(Deed::Hold, m_folder + fileName, TextOrEnglish(heldByAnother));
     }
     m_held = folder;
 }

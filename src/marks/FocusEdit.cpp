@@ -93,7 +93,7 @@ void TfrmFocusEdit::FormShow()
 void TfrmFocusEdit::ShowExcerpt()
 {
     const QByteArray excerpt = excerptFile.Load();
-    ui->ebContentFocus->LoadFromString(excerpt);
+    ui->ebContentFocus->LoadFromString(ShownExcerpt(excerpt));
     TpFIBDataSet &qryFocus = frmClientsDM->qryFocus;
     qryFocus.FieldByName(Field::TextFoc).SetAsBytes(excerpt);
     qryFocus.FieldByName(Field::NameFoc).SetAsString(DefaultTitle(qryFocus.FieldByName(Field::TextFoc).AsBytes()));

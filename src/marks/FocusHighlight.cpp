@@ -21,6 +21,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QCloseEvent>
+#include <QPointer>
 
 #include <array>
 
@@ -101,11 +102,17 @@ void TfrmFocusHighlight::SetUpControls()
     // The same mark again brings its excerpt back, whatever has emptied the view.
     const auto choose = [this] {
         if (ui->ebFocusText->IsPageGone() && HasRow())
-            ui->ebFocusText->LoadFromString(CurrentRow().excerpt);
+            ui->ebFocusText->LoadFromString(ShownExcerpt(CurrentRow().excerpt));
     };
     ConnectGuarded(ui->gtvFocus, &QTableView::clicked, this, choose);
     ConnectGuarded(ui->gtvFocus, &QTableView::activated, this, choose);
     ui->edSearch->OnKeyUp = [this](int key) { edSearchKeyUp(key); };
+    m_searching.setSingleShot(true);
+    ConnectGuarded(&m_searching, &QTimer::timeout, this, [this] { GoOnSearching(); });
+    Marks().OnPause = [window = QPointer(this)] {
+        if (window)
+            window->m_searching.start();
+    };
 }
 
 void TfrmFocusHighlight::SetUpCommands()
@@ -158,6 +165,7 @@ void TfrmFocusHighlight::closeEvent(QCloseEvent *event)
 {
     QWidget::closeEvent(event);
     RunGuarded([] { Marks().Close(); });
+    Marks().OnPause = {};
     m_following.WindowClosed();
 }
 
@@ -167,14 +175,26 @@ void TfrmFocusHighlight::LoadFocusHighLight()
     TpFIBDataSet &qryFocus = Marks();
     qryFocus.Close();
     qryFocus.SelectSQL() = QStringList{filter.Statement(frmClientsDM->vDefFocusSQL)};
+    qryFocus.SearchInPieces(filter.StatementInPieces(frmClientsDM->vDefFocusSQL));
     if (filter.ChoosesCollection())
         qryFocus.ParamByName(u"A_NIK"_s).SetAsInteger(filter.suttaType);
     if (filter.Searches())
         qryFocus.ParamByName(u"SEARCH_TEXT"_s).SetAsString(filter.SearchPattern());
+    m_stepsDue = 0;
     qryFocus.Open();
     ++m_openings;
     if (qryFocus.RecNo() >= 0)
         ViewHighLight();
+}
+
+void TfrmFocusHighlight::GoOnSearching()
+{
+    TpFIBDataSet &qryFocus = Marks();
+    qryFocus.Resume(); // a first row that it finds is shown because the list then selects it
+    for (; m_stepsDue > 0 && qryFocus.FetchAhead(qryFocus.RecNo() + 1); --m_stepsDue)
+        qryFocus.Next();
+    if (!qryFocus.IsPaused())
+        m_stepsDue = 0;
 }
 
 bool TfrmFocusHighlight::HasRow() const
@@ -191,14 +211,21 @@ TfrmFocusHighlight::Shown TfrmFocusHighlight::CurrentRow() const
 
 void TfrmFocusHighlight::gtvFocusSelectionChanged()
 {
-    if (HasRow() && CurrentRow() != m_shown)
-        ViewHighLight();
+    if (!HasRow())
+        return;
+    if (const Shown row = CurrentRow(); row != m_shown)
+        Show(row);
 }
 
 void TfrmFocusHighlight::ViewHighLight()
 {
-    m_shown = CurrentRow();
-    ui->ebFocusText->LoadFromString(m_shown.excerpt);
+    Show(CurrentRow());
+}
+
+void TfrmFocusHighlight::Show(const Shown &row)
+{
+    m_shown = row;
+    ui->ebFocusText->LoadFromString(ShownExcerpt(m_shown.excerpt));
     if (!vIsInitFocus && vIsViewSutta)
         FollowMark();
 }
@@ -212,7 +239,9 @@ void TfrmFocusHighlight::FollowMark()
         const int number = Marks().FieldByName(Field::NicSut).AsInteger();
         // One character for each byte, the mark at the beginning included: only an excerpt without that mark and in
         // plain ASCII is found again.
-        const QString words = HtmlToPlainText(FromWindows1252(Marks().FieldByName(Field::TextFoc).AsBytes()));
+        const QByteArray excerpt = Marks().FieldByName(Field::TextFoc).AsBytes();
+        const QString words =
+            IsShownWhole(excerpt) ? HtmlToPlainText(FromWindows1252(excerpt)) : QString(); // else it takes minutes
         if (m_following.IsOver())
             return;
         m_reading.OpenMarkedText(collection, number);
@@ -238,11 +267,16 @@ void TfrmFocusHighlight::edSearchKeyUp(int key)
     switch (MeaningOfFilterKey(key)) {
     case FilterKey::Nothing:
         break;
-    case FilterKey::NextRow:
+    case FilterKey::NextRow: {
+        const int row = Marks().RecNo();
         if (!Marks().Eof())
             Marks().Next();
+        if (Marks().RecNo() == row && Marks().IsPaused())
+            ++m_stepsDue;
         break;
+    }
     case FilterKey::PriorRow:
+        m_stepsDue = 0;
         if (!Marks().Bof())
             Marks().Prior();
         break;

@@ -3,6 +3,7 @@
 #include "base/Reading.h"
 #include "toolkit/program/NewestWait.h"
 
+#include <QTimer>
 #include <QWidget>
 
 #include <memory>
@@ -43,8 +44,10 @@ private:
     void SetUpCommands();
     void FormShow();
     bool HasRow() const;
+    void GoOnSearching();
     Shown CurrentRow() const;
     void ViewHighLight();
+    void Show(const Shown &row);
     void FollowMark();
     void gtvFocusSelectionChanged();
     void bIsViewSuttaClick();
@@ -59,4 +62,6 @@ private:
     int m_openings = 0;
     Shown m_shown;
     NewestWait m_following{*this};
+    QTimer m_searching; ///< the search goes on in the next turn of the event loop
+    int m_stepsDue = 0; ///< rows to go down, as soon as they are found
 };

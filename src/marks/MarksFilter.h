@@ -11,8 +11,13 @@ struct MarksFilter
 
     /// The select statement, built from the unfiltered one. Its parameters: A_NIK, SEARCH_TEXT.
     QString Statement(const QString &baseSql) const;
+    /// The same for TpFIBDataSet::SearchInPieces(); empty if nothing is searched for.
+    QString StatementInPieces(const QString &baseSql) const;
     bool ChoosesCollection() const { return collectionMode == 2 && suttaType > 0; }
     bool Searches() const;
     /// Value of SEARCH_TEXT.
     QString SearchPattern() const;
+
+private:
+    QString CollectionClause() const;
 };

@@ -51,6 +51,16 @@ TEST(Excerpt, DefaultTitleIsThePlainTextBehindTheMark)
     EXPECT_EQ(DefaultTitle("\xFF x"), u"\uFFFD x"_s) << "an excerpt without the mark has none";
 }
 
+TEST(Excerpt, IsShownAsItIsUnlessItIsTooLong)
+{
+    const QByteArray most(LongestShownExcerpt, 'x');
+    EXPECT_EQ(ShownExcerpt(most), most);
+    for (const auto &[language, words] : {std::pair(0, "dài 23 MB, quá dài"), {1, "is 23 MB long, too long"}}) {
+        const QScopedValueRollback rollback(InterfaceLang, language);
+        EXPECT_THAT(ShownExcerpt(QByteArray(23'000'000, 'x')).toStdString(), testing::HasSubstr(words));
+    }
+}
+
 TEST(MarksFilter, StatementGrowsByTheClausesThatApply)
 {
     const QString search = u" ((upper(F.NAME_FOC) like :SEARCH_TEXT) or  (upper(F.KEYWORD_FOC) like :SEARCH_TEXT))"_s;
@@ -116,7 +126,8 @@ TEST_F(WorkFile, AFailureNamesItsCauseAndLeavesNothingBeside)
 {
     const QDir place(Folder());
     EXPECT_TRUE(place.mkdir(u"tmpfocus.html"_s));
-    EXPECT_THAT(SaveFails("x"), testing::EndsWith("cannot be written: Is a directory"));
+    EXPECT_THAT(SaveFails("x"), testing::AllOf(testing::StartsWith("Nothing was marked. See that"),
+                                               testing::EndsWith("cannot be written: Is a directory")));
     EXPECT_THROW(file.Load(), std::exception);
     EXPECT_TRUE(place.rmdir(u"tmpfocus.html"_s));
     EXPECT_EQ(::mkfifo(QFile::encodeName(Path()).constData(), 0600), 0);
@@ -136,7 +147,8 @@ TEST_F(WorkFile, OnlyOneCopyHasItAtATime)
     first->Save("first");
     EXPECT_THAT(SaveFails("second"), testing::HasSubstr("another copy of the program"));
     InterfaceLang = 0;
-    EXPECT_THAT(SaveFails("second"), testing::HasSubstr("một bản khác của chương trình"));
+    EXPECT_THAT(SaveFails("second"),
+                testing::MatchesRegex("Chưa đánh dấu được. Hãy đóng(.|\n)*một bản khác của chương trình.*"));
     EXPECT_EQ(file.Load(), "first");
     first.reset();
     file.Save("second");

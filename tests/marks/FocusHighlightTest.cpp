@@ -1,8 +1,10 @@
 #include "marks/FocusHighlight.h"
 
+#include "marks/Excerpt.h"
 #include "marks/FocusEdit.h"
 #include "marks/MarksWindow.h"
 #include "presentation/languages/DKLang.h"
+#include "stores/engine/Scripter.h"
 #include "support/PageInput.h"
 #include "toolkit/bound/CxGridDBTableView.h"
 #include "toolkit/bound/DBNavigator.h"
@@ -32,6 +34,37 @@ protected:
         AddMark(*other, u"foreign"_s, "x", 5, 1);
         AddMark(*other, u"straße"_s, "<p>kinh</p>", 1201);
         OpenMarks();
+    }
+    /// 9,000 more, every ninth of another collection, two with a word that no other has; some keys were given anew.
+    void AddManyMarks()
+    {
+        TpFIBScripter script;
+        script.SetDatabase(&clients->dbClientTarune);
+        script.Script() = QStringList{
+            u"SET TERM ^ ;"_s,
+            u"execute block as declare I integer = 10; begin while (I < 9010) do begin I = I + 1;"_s,
+            u"insert into SUTTA_TEXT_FOCUS (ID_FOC, NAME_FOC, NIK_SUT, NIC_SUT, KEYWORD_FOC) values (:I, 'Phẩm ' || :I,"_s,
+            u"iif(mod(:I, 9) = 0, 5, 6), iif(mod(:I, 2) = 0, 1101, 9971), iif(mod(:I, 4000) = 0, 'tìm', null)); end"_s,
+            u"update SUTTA_TEXT_FOCUS set ID_FOC = ID_FOC + 10000 where mod(ID_FOC, 7) = 0; end^"_s,
+            u"COMMIT WORK^"_s};
+        script.ExecuteScript();
+    }
+    /// What the statement of the list gives when Firebird runs it at a stretch.
+    QStringList PlainTitles(const QString &pattern)
+    {
+        TpFIBDataSet rows;
+        rows.SetDatabase(&clients->dbClientTarune);
+        rows.SetTransaction(&clients->trClientTarune);
+        rows.SelectSQL() = Marks().SelectSQL();
+        rows.ParamByName(u"SEARCH_TEXT"_s).SetAsString(pattern);
+        QStringList titles;
+        for (rows.Open(); !rows.Eof(); rows.Next())
+            titles.append(rows.FieldByName(u"NAME_FOC"_s).AsString());
+        return titles;
+    }
+    bool WaitSearched()
+    {
+        return WaitFor([this] { return !Marks().IsPaused(); });
     }
     void Press(const char *button) { QTest::mouseClick(&InMarks<QToolButton>(button), Qt::LeftButton); }
     void Search(const QString &text)
@@ -355,4 +388,60 @@ TEST_F(DarkExcerpt, FollowsTheSkinOnTheScreenAloneAndComesBackByItsRow)
     QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, List().visualRect(List().currentIndex()).center());
     EXPECT_TRUE(shows(u"rgb(16, 16, 16)"_s));
     EXPECT_FALSE(excerpt.IsPageGone());
+}
+
+TEST_F(FocusHighlight, AmongManyMarksTheWindowLivesWhileASearchGoesOn)
+{
+    OpenWithMarks();
+    AddManyMarks();
+    const std::tuple<QString, QString, bool> rows[]{{u"không có"_s, u"%KHÔNG CÓ%"_s, true},
+                                                    {u"TìM"_s, u"%TÌM%"_s, true},
+                                                    {u"phẩm 8_9"_s, u"%PHẨM 8_9%"_s, true},
+                                                    {u"phẩm"_s, u"%PHẨM%"_s, false}};
+    for (const auto &[text, pattern, takesLong] : rows) {
+        Search(text);
+        EXPECT_EQ(Marks().IsPaused(), takesLong) << qPrintable(text);
+        EXPECT_TRUE(WaitSearched());
+        Marks().Last();
+        Marks().First();
+        EXPECT_EQ(Titles().split(u'|', Qt::SkipEmptyParts), PlainTitles(pattern)) << qPrintable(text);
+        EXPECT_EQ(Marks().RecNo(), Marks().RecordCount() > 0 ? 0 : -1);
+    }
+    // Down waits for the row that it goes to, the row is shown, and a newer key drops all that.
+    Search(u"tìm"_s);
+    Key(Qt::Key_Down);
+    Key(Qt::Key_Down);
+    EXPECT_TRUE(WaitSearched());
+    EXPECT_EQ(Marks().RecNo(), 1);
+    EXPECT_EQ(Title().text(), u"Phẩm 8000"_s);
+    Search(u"tìm"_s);
+    Key(Qt::Key_Down);
+    Search(u"phẩm 89"_s);
+    EXPECT_TRUE(WaitSearched());
+    EXPECT_EQ(Marks().RecNo(), 0);
+    EXPECT_TRUE(List().RowTexts(0).last().startsWith(u"Phẩm 89"_s));
+    // A change of a row that was found comes back with all its fields.
+    const QString text = InMarks<QLabel>("edSuttaName").text();
+    EXPECT_TRUE(text.startsWith(u"(Tạng Luật - "_s));
+    Post(u"tìm ra"_s);
+    EXPECT_EQ(InMarks<QLabel>("edSuttaName").text(), text);
+    // Closing the window ends a search, too.
+    Search(u"không có"_s);
+    QTimer::singleShot(0, form, &QWidget::close);
+    EXPECT_TRUE(WaitFor([&] { return !form; }));
+    EXPECT_FALSE(Marks().Active() || Marks().OnPause);
+}
+
+TEST_F(FocusHighlight, AnExcerptThatIsTooLongIsSaidToBe)
+{
+    Open(9971);
+    const auto other = AnotherCopy();
+    const QByteArray excerpt = "<p>" + QByteArray(LongestShownExcerpt, 'x');
+    AddMark(*other, u"long"_s, excerpt);
+    OpenMarks();
+    EXPECT_TRUE(Excerpt().contains("quá dài để hiện"));
+    InMarks<QToolButton>("bIsViewSutta").click();
+    EXPECT_TRUE(WaitFor([&] { return CurrentId() == 1101 && Browser().IsComplete(); }));
+    Post(u"still long"_s);
+    EXPECT_EQ(Marks().FieldByName(u"TEXT_FOC"_s).AsBytes(), excerpt);
 }

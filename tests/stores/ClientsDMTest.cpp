@@ -10,6 +10,7 @@
 
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QScopedValueRollback>
 
 #include <unistd.h>
 
@@ -276,6 +277,7 @@ TEST_F(ClientsModule, KeysThatComeTwiceAreNotWrittenOver)
     copy->qryFocus.FullRefresh();
     Retitle(*copy, u"x"_s);
     EXPECT_TRUE(FailureOfPost().contains(u"2 records have the key"_s));
+    EXPECT_TRUE(ExplanationOfPost(0).startsWith(u"Có 2 ghi chép mang cùng một khóa"_s));
     EXPECT_EQ(Stored(), u"1a 1b"_s);
 }
 
@@ -318,6 +320,40 @@ TEST_F(ClientsModule, APostFailedOrNotLeavesTheRestOfTheListToBeRead)
     copy->qryFocus.Post();
     copy->qryFocus.Last();
     EXPECT_EQ(copy->qryFocus.RecordCount(), 2000);
+}
+
+TEST_F(ClientsModule, ACharacterThatTheFileCannotKeepIsRefusedInTheReadersWords)
+{
+    OpenedDatabase(File()).RunScript(
+        u"alter table SUTTA_TEXT_FOCUS alter NAME_FOC type varchar(127) character set UTF8; commit;"_s);
+    copy = Open();
+    Fill(*copy, u"a\U0001F600"_s);
+    EXPECT_TRUE(FailureOfPost().contains(u"above U+FFFF"_s));
+    const QString told = ExplanationOfPost(0);
+    EXPECT_TRUE(told.startsWith(u"Một ô có ký tự mà tệp này không giữ được"_s)) << told.toStdString();
+    EXPECT_FALSE(told.contains(u"NAME_FOC"_s));
+}
+
+TEST(ExplainedFailure, SaysFirstInTheReadersLanguageWhatHappenedAndWhatToDo)
+{
+    const QScopedValueRollback rollback(InterfaceLang);
+    const QString engine = u"\n\nviolation of \"PK_SUTTA_TEXT_FOCUS\""_s;
+    // A lock, an update, a key, a read-only file, a text too long, the disk, damage.
+    for (const int code : {335544336, 335544345, 335544451, 335544510, 335544349, 335544665, 335544765, 335544321,
+                           335544344, 335544335, 335544323, 335544333}) {
+        QString sentences[2];
+        for (const int language : {0, 1}) {
+            InterfaceLang = language;
+            QString &sentence = sentences[language] = ExplainedFailure(DatabaseError(engine.sliced(2), code));
+            EXPECT_TRUE(sentence.endsWith(engine)) << code;
+            sentence.chop(engine.size());
+            static const QRegularExpression internal(u"[A-Z]{3}_|isc_|::|\\b[a-z]+[A-Z]|T[A-Z]"_s);
+            EXPECT_FALSE(sentence.contains(internal)) << sentence.toStdString();
+        }
+        EXPECT_TRUE(sentences[0].contains(u"Hãy "_s)) << code;
+        EXPECT_NE(sentences[0], sentences[1]);
+    }
+    EXPECT_EQ(ExplainedFailure(DatabaseError(u"unknown"_s, 1)), u"unknown"_s);
 }
 
 } // namespace

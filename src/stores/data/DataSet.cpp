@@ -4,6 +4,7 @@
 #include "stores/engine/DatabaseError.h"
 
 #include <QPointer>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 
@@ -59,9 +60,7 @@ void TDataSet::Open()
     if (Active())
         return;
     Call(BeforeOpen);
-    m_current = -1;
-    m_rowCount = 0;
-    m_allFetched = false;
+    ForgetRows();
     m_bof = m_eof = true;
     try {
         DoOpen();
@@ -95,18 +94,25 @@ void TDataSet::Forget()
     m_state = DataSetState::Inactive;
     m_editBuffer.clear();
     m_modified = false;
-    m_current = -1;
-    m_rowCount = 0;
+    ForgetRows();
     m_allFetched = true;
     m_bof = m_eof = true;
     DoClose();
 }
 
+void TDataSet::ForgetRows()
+{
+    m_current = -1;
+    m_rowCount = 0;
+    m_allFetched = false;
+    m_isPaused = false;
+}
+
 void TDataSet::StandOnFirst()
 {
-    m_current = FetchUpTo(0) ? 0 : -1;
+    m_current = FetchAhead(0) ? 0 : -1;
     m_bof = true;
-    m_eof = m_current < 0;
+    m_eof = m_current < 0 && !m_isPaused;
 }
 
 void TDataSet::NeedActive() const
@@ -123,7 +129,7 @@ bool TDataSet::IsEmpty()
 bool TDataSet::FetchSome(int most)
 {
     const int count = m_allFetched ? 0 : DoFetch(most);
-    m_rowCount += count;
+    m_rowCount += std::max(count, 0);
     m_allFetched = count == 0;
     return count > 0;
 }
@@ -133,6 +139,42 @@ bool TDataSet::FetchUpTo(int row)
     while (m_rowCount <= row && FetchSome(std::min(row - m_rowCount, RowsAtOnce - 1) + 1)) {
     }
     return row < m_rowCount;
+}
+
+bool TDataSet::FetchAhead(int row)
+{
+    if (m_isPaused) {
+        m_awaited = std::max(m_awaited, row);
+        return row < m_rowCount;
+    }
+    {
+        const QScopedValueRollback mayPause(m_mayPause, static_cast<bool>(OnPause));
+        m_isPaused = !FetchUpTo(row) && !m_allFetched;
+    }
+    if (m_isPaused) {
+        m_awaited = row;
+        Call(OnPause);
+    }
+    return row < m_rowCount;
+}
+
+void TDataSet::Resume()
+{
+    if (!std::exchange(m_isPaused, false))
+        return;
+    const int before = m_rowCount;
+    FetchAhead(m_awaited);
+    if (m_isPaused && m_rowCount == before)
+        return;
+    const bool hasFirst = m_current < 0 && m_rowCount > 0;
+    m_current = hasFirst ? 0 : m_current;
+    m_eof = m_rowCount == 0;
+    if (!hasFirst || m_state != DataSetState::Browse) {
+        Notify(TDataSource::Event::Fetched);
+        return;
+    }
+    Notify(TDataSource::Event::DataSet);
+    TellScrolled();
 }
 
 void TDataSet::FetchAll()
@@ -172,8 +214,8 @@ void TDataSet::Last()
 void TDataSet::Next()
 {
     CheckBrowse();
-    if (!FetchUpTo(m_current + 1)) {
-        m_eof = true;
+    if (!FetchAhead(m_current + 1)) {
+        m_eof = !m_isPaused;
         return;
     }
     m_bof = m_eof = false;

@@ -83,6 +83,14 @@ public:
     /// Fetches until `row` exists; false if the rows end before it.
     bool FetchUpTo(int row);
     bool AllFetched() const { return m_allFetched; }
+    /// FetchUpTo() for callers that need not have the row now. With OnPause set, a dataset whose rows are hard to find
+    /// stops after a while: false, IsPaused(), and OnPause is called, which arranges for Resume() in a later turn of
+    /// the event loop. Next(), opening and refreshing fetch in this way.
+    bool FetchAhead(int row);
+    bool IsPaused() const { return m_isPaused; }
+    /// Goes on with what FetchAhead() was asked for meanwhile, and tells data sources what has come. Does nothing if
+    /// there is nothing to go on with.
+    void Resume();
 
     /// Moves to the first row whose field equals the value; with no options the comparison is exact.
     /// False, and the current row stays, if there is none. Sends no event if the cursor is there already. Throws if the
@@ -116,7 +124,7 @@ public:
     QString DisplayTextAt(int row, int field);
 
     std::function<void()> BeforeOpen, AfterOpen, BeforeClose, AfterClose, OnNewRecord, BeforePost, AfterPost,
-        BeforeDelete, AfterDelete, AfterScroll;
+        BeforeDelete, AfterDelete, AfterScroll, OnPause;
 
 protected:
     friend class TField;
@@ -124,8 +132,10 @@ protected:
     // Implemented by subclasses. DataSet.cpp describes the protocol.
     virtual void DoOpen() = 0;
     virtual void DoClose() = 0;
-    /// Fetches and appends one to `most` rows. Returns their number; 0 at the end.
+    /// Fetches and appends one to `most` rows. Returns their number; 0 at the end. With MayPause() it may also give -1:
+    /// it has looked for a while and found none.
     virtual int DoFetch(int most) = 0;
+    bool MayPause() const { return m_mayPause; }
     virtual void DoInsertRow(const QList<QVariant> &values) = 0;
     virtual void DoUpdateRow(int row, const QList<QVariant> &values, const QList<QVariant> &oldValues) = 0;
     virtual void DoDeleteRow(int row) = 0;
@@ -135,6 +145,8 @@ protected:
     /// Ends an edit as before a move: posts a modified row, cancels an unmodified one. Throws if closed.
     void CheckBrowse();
     void NeedActive() const;
+    /// Before the rows are fetched anew.
+    void ForgetRows();
     /// Makes the first row the current one after the rows were replaced.
     void StandOnFirst();
     void Notify(TDataSource::Event event);
@@ -169,5 +181,8 @@ private:
 
     bool m_missedAny = false;
     bool m_missedActive = false;
+    bool m_mayPause = false;
+    bool m_isPaused = false;
+    int m_awaited = 0; ///< the row to fetch up to when it goes on
     bool m_ignoreEditBuffer = false;
 };

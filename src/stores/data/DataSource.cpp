@@ -66,13 +66,16 @@ void TDataSource::Notify(Event event)
             case Event::Record:
             case Event::State:
                 return link->RecordChanged();
+            case Event::Fetched:
+                return link->RowsFetched();
             }
         });
     }
     if (self && (event == Event::State || event == Event::Active) && OnStateChange)
         guarded([handler = OnStateChange] { handler(); });
-    // The end of a dataset is a change of state and not of data.
-    const bool data = self && event != Event::State && (event != Event::Active || (m_dataSet && m_dataSet->Active()));
+    // The end of a dataset is a change of state and not of data; more rows change nothing in those that were there.
+    const bool data = self && event != Event::State && event != Event::Fetched &&
+                      (event != Event::Active || (m_dataSet && m_dataSet->Active()));
     if (data && OnDataChange)
         guarded([handler = OnDataChange] { handler(); });
     if (failure)

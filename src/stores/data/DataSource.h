@@ -23,6 +23,8 @@ public:
     virtual void DataSetScrolled() {}
     /// A value of the current row changed, or its edit state.
     virtual void RecordChanged() {}
+    /// TDataSet::Resume() has fetched rows, or come to the end of them; the current row is the same.
+    virtual void RowsFetched() {}
 };
 
 /// Connects a dataset to its detail datasets, to bound controls and to one handler. Borrows the dataset; destroying
@@ -46,7 +48,7 @@ public:
     /// Called when the dataset's state changes.
     std::function<void()> OnStateChange;
 
-    enum class Event { Active, DataSet, Scroll, Record, State };
+    enum class Event { Active, DataSet, Scroll, Record, State, Fetched };
 
 private:
     friend class TDataSet;

@@ -2,10 +2,8 @@
 
 #include "base/Texts.h"
 #include "stores/data/DataSource.h"
+#include "stores/data/FIBCursor.h"
 #include "stores/engine/Blobs.h"
-#include "stores/engine/Refusal.h"
-#include "stores/engine/RowStore.h"
-#include "stores/engine/Statement.h"
 
 #include <algorithm>
 #include <exception>
@@ -15,40 +13,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1StringView OldPrefix("OLD_");
-
-bool HoldsSurrogates(const QString &text)
-{
-    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.isSurrogate(); });
-}
+/// Rows that only show that the search goes on, before a dataset pauses.
+constexpr int SignsOfAPiece = 32;
 
 } // namespace
-
-struct TpFIBDataSet::Cursor
-{
-    std::unique_ptr<Statement> select;
-    std::map<QString, std::unique_ptr<Statement>> changes;
-    RowStore rows;
-    Statement::TransactionHandle transaction;
-    Statement::DatabaseHandle database;
-    std::vector<int> columnOfField;
-    QList<QVariant> boundValues;
-    size_t declaredFields = 0;
-    bool hasDynamicFields = false;
-    std::vector<unsigned char> messages; ///< buffer for the rows fetched at once
-    std::exception_ptr failure;          ///< thrown after the rows that were fetched before it
-
-    /// The statement of that text, prepared now if necessary.
-    Statement &Prepared(const QString &sql)
-    {
-        std::unique_ptr<Statement> &place = changes[sql];
-        if (!place || !place->BelongsTo(database)) {
-            place.reset();
-            place = std::make_unique<Statement>(database, transaction, sql);
-        }
-        return *place;
-    }
-};
 
 /// Runs the detail again when its master moves.
 class TpFIBDataSet::MasterLink : public DataLink
@@ -114,6 +82,12 @@ void TpFIBDataSet::SetDataSource(TDataSource *master)
     FollowMaster(false);
 }
 
+void TpFIBDataSet::SearchInPieces(const QString &sql)
+{
+    m_piecesSQL = sql;
+    m_piecesOf = m_selectSQL.join(u'\n');
+}
+
 TParam &TpFIBDataSet::ParamByName(const QString &name)
 {
     const QString upper = name.toUpper();
@@ -132,15 +106,22 @@ void TpFIBDataSet::DoOpen()
         throw DatabaseError(u"%1: no transaction is assigned"_s.arg(objectName()));
     m_cursor->transaction = transaction->Native();
 
-    const QString sql = m_selectSQL.join(u'\n');
+    QString sql = m_selectSQL.join(u'\n');
+    const bool inPieces = !m_piecesSQL.isEmpty() && m_piecesOf == sql;
+    if (inPieces)
+        sql = m_piecesSQL;
     std::unique_ptr<Statement> &select = m_cursor->select;
     if (!select || select->Sql() != sql || !select->BelongsTo(m_cursor->database)) {
         select.reset();
         select = std::make_unique<Statement>(m_cursor->database, m_cursor->transaction, sql);
     }
+    m_cursor->columns = select->Columns();
+    if (inPieces)
+        m_cursor->columns.pop_back();
     MatchFieldsToColumns();
-    m_cursor->rows.Clear(select->Columns());
+    m_cursor->rows.Clear(m_cursor->columns);
     m_cursor->failure = nullptr;
+    m_cursor->signs = 0;
     m_cursor->boundValues = SelectValues();
     // Without a cursor there are no rows: a detail without its master, or a text too long for any row.
     if (!MasterIsMissing())
@@ -149,7 +130,7 @@ void TpFIBDataSet::DoOpen()
 
 void TpFIBDataSet::MatchFieldsToColumns()
 {
-    const std::vector<Column> &columns = m_cursor->select->Columns();
+    const std::vector<Column> &columns = m_cursor->columns;
     if (columns.empty())
         throw DatabaseError(u"%1: the statement returns no rows"_s.arg(objectName()));
     if (!m_cursor->hasDynamicFields)
@@ -198,33 +179,55 @@ void TpFIBDataSet::DoClose()
     if (!m_cursor->select)
         return;
     m_cursor->select->CloseCursor();
-    m_cursor->rows.Clear(m_cursor->select->Columns());
+    m_cursor->rows.Clear(m_cursor->columns);
 }
 
 int TpFIBDataSet::DoFetch(int most)
 {
     Statement &select = *m_cursor->select;
-    if (m_cursor->failure)
-        std::rethrow_exception(std::exchange(m_cursor->failure, nullptr));
     // Firebird's code and ours evict each other from the processor's caches at each switch.
     constexpr qsizetype mostBytes = 1 << 16;
     const qsizetype size = select.MessageSize();
     const int count = static_cast<int>(std::clamp<qsizetype>(mostBytes / std::max<qsizetype>(size, 1), 1, most));
     m_cursor->messages.resize(static_cast<size_t>(size * count));
-    unsigned char *end = m_cursor->messages.data();
-    int fetched = 0;
-    try {
-        for (; fetched < count && select.Fetch(end); ++fetched)
-            end += size;
-    } catch (const DatabaseError &) {
+    for (;;) {
+        if (m_cursor->failure)
+            std::rethrow_exception(std::exchange(m_cursor->failure, nullptr));
+        if (MayPause() && m_cursor->signs >= SignsOfAPiece) {
+            m_cursor->signs = 0;
+            return -1;
+        }
+        unsigned char *end = m_cursor->messages.data();
+        int fetched = 0;
+        try {
+            for (; fetched < count && select.Fetch(end); ++fetched)
+                end += size;
+        } catch (const DatabaseError &) {
+            if (fetched == 0)
+                throw;
+            // Reported after the rows before it.
+            m_cursor->failure = std::current_exception();
+        }
         if (fetched == 0)
-            throw;
-        // Reported after the rows before it.
-        m_cursor->failure = std::current_exception();
+            return 0;
+        if (const int taken = TakeFetched(fetched); taken > 0)
+            return taken;
     }
-    for (const unsigned char *message = m_cursor->messages.data(); message < end; message += size)
+}
+
+int TpFIBDataSet::TakeFetched(int count)
+{
+    const auto size = static_cast<size_t>(m_cursor->select->MessageSize());
+    int taken = 0;
+    for (int row = 0; row < count; ++row) {
+        const unsigned char *message = m_cursor->messages.data() + static_cast<size_t>(row) * size;
+        if (!m_cursor->Belongs(message))
+            continue;
         m_cursor->rows.Append(message);
-    return fetched;
+        ++taken;
+    }
+    m_cursor->signs += count - taken;
+    return taken;
 }
 
 bool TpFIBDataSet::MasterIsMissing() const
@@ -270,17 +273,14 @@ void TpFIBDataSet::Rerun()
         explicit Flag(bool &flag) : on(flag) { on = true; }
         ~Flag() { on = false; }
     } flag(m_rerunning);
-    m_rowCount = 0;
-    m_current = -1;
-    m_allFetched = false;
+    ForgetRows();
     try {
         DoClose();
         DoOpen();
         StandOnFirst();
     } catch (...) {
         const std::exception_ptr failure = std::current_exception();
-        m_rowCount = 0;
-        m_current = -1;
+        ForgetRows();
         m_bof = m_eof = m_allFetched = true;
         DoClose();
         Notify(TDataSource::Event::DataSet);
@@ -356,7 +356,7 @@ void TpFIBDataSet::ReadStored(const BlobId &id, int column, QByteArray &buffer) 
     if (!m_cursor->database->attachment || !m_cursor->transaction->transaction)
         throw DatabaseError(u"%1: the transaction has ended"_s.arg(objectName()));
     ReadBlob(m_cursor->database, m_cursor->transaction, id, buffer);
-    if (m_cursor->select->Columns()[static_cast<size_t>(column)].isText)
+    if (m_cursor->columns[static_cast<size_t>(column)].isText)
         JoinSurrogates(buffer);
 }
 
@@ -386,7 +386,7 @@ QString TpFIBDataSet::TextAt(int row, int field) const
     if (row < 0 || row >= m_cursor->rows.Count())
         return {};
     const int column = m_cursor->columnOfField[static_cast<size_t>(field)];
-    if (m_cursor->select->Columns()[static_cast<size_t>(column)].kind != ColumnKind::Text)
+    if (m_cursor->columns[static_cast<size_t>(column)].kind != ColumnKind::Text)
         return TDataSet::TextAt(row, field);
     const std::string_view text = m_cursor->rows.Text(row, column);
     return FromUtf8(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
@@ -400,7 +400,7 @@ bool TpFIBDataSet::DoRowMatches(int row, int field, const LocateKey &key) const
     if (key.options != LocateOptions())
         return TDataSet::DoRowMatches(row, field, key);
     const FieldType type = m_fields[static_cast<size_t>(field)]->Type();
-    switch (m_cursor->select->Columns()[static_cast<size_t>(column)].kind) {
+    switch (m_cursor->columns[static_cast<size_t>(column)].kind) {
     case ColumnKind::Text:
         if (type != FieldType::WideString)
             break;
@@ -416,180 +416,4 @@ bool TpFIBDataSet::DoRowMatches(int row, int field, const LocateKey &key) const
         break;
     }
     return TDataSet::DoRowMatches(row, field, key);
-}
-
-void TpFIBDataSet::Change(const QStringList &sql, const QList<QVariant> &values, const QList<QVariant> &oldValues)
-{
-    const Statement::DatabaseHandle database = m_database ? m_database->Attachment() : nullptr;
-    TpFIBTransaction *transaction = Transaction();
-    if (!database || !transaction)
-        throw DatabaseError(u"%1: no database is assigned"_s.arg(objectName()));
-    m_cursor->database = database;
-    m_cursor->transaction = transaction->Native();
-    try {
-        m_database->CheckFileInPlace();
-        if (&sql != &m_insertSQL)
-            LockOldRow(oldValues);
-        Statement &statement = m_cursor->Prepared(sql.join(u'\n'));
-        QList<QVariant> bound;
-        for (const QString &name : statement.ParameterNames()) {
-            const TField *old = name.startsWith(OldPrefix) ? FindField(name.mid(OldPrefix.size())) : nullptr;
-            const TField *field = old ? old : FindField(name);
-            if (!field)
-                throw DatabaseError(u"%1: no field for parameter \"%2\""_s.arg(objectName(), name));
-            QVariant value = (old ? oldValues : values).at(field->Index());
-            // An untouched blob is not written again; its id is enough.
-            if (value.canConvert<UnreadBlob>())
-                value = m_cursor->rows.Value(m_current, m_cursor->columnOfField[static_cast<size_t>(field->Index())]);
-            bound.append(value);
-        }
-        const quint64 changed = statement.Execute(m_cursor->transaction, bound);
-        if (changed == 0)
-            ThrowChangedElsewhere();
-        if (changed > 1) {
-            throw DatabaseError(
-                u"%1: %2 records have the key of this one, nothing was stored"_s.arg(objectName()).arg(changed));
-        }
-        if (m_autoCommit) {
-            // Again, as close to the write as possible.
-            m_database->CheckFileInPlace();
-            transaction->CommitRetaining();
-        }
-    } catch (...) {
-        if (m_autoCommit) {
-            // After a failed commit the transaction rejects everything until it is rolled back.
-            try {
-                transaction->RollbackRetaining();
-            } catch (const std::exception &) {
-                // The first failure is the one to report.
-            }
-        }
-        throw;
-    }
-}
-
-void TpFIBDataSet::ThrowChangedElsewhere() const
-{
-    throw Refusal(Refusal::Reason::ChangedElsewhere);
-}
-
-void TpFIBDataSet::LockOldRow(const QList<QVariant> &oldValues)
-{
-    if (m_lockSQL.isEmpty())
-        return;
-    Statement &lock = m_cursor->Prepared(m_lockSQL.join(u'\n'));
-    QList<QVariant> bound;
-    for (const QString &name : lock.ParameterNames()) {
-        const TField *old = name.startsWith(OldPrefix) ? FindField(name.mid(OldPrefix.size())) : nullptr;
-        if (!old)
-            throw DatabaseError(u"%1: no field for parameter \"%2\""_s.arg(objectName(), name));
-        bound.append(oldValues.at(old->Index()));
-    }
-    RowStore stored;
-    stored.Clear(lock.Columns());
-    if (lock.OpenCursor(m_cursor->transaction, bound) && lock.Fetch())
-        stored.Append(lock.Message());
-    lock.CloseCursor();
-    if (stored.Count() == 0)
-        ThrowChangedElsewhere();
-    for (size_t column = 0; column < lock.Columns().size(); ++column) {
-        const TField *field = FindField(lock.Columns()[column].name);
-        if (!field)
-            throw DatabaseError(u"%1: field \"%2\" not found"_s.arg(objectName(), lock.Columns()[column].name));
-        if (stored.Value(0, static_cast<int>(column)) != oldValues.at(field->Index()))
-            ThrowChangedElsewhere();
-    }
-}
-
-void TpFIBDataSet::RefuseUnstorableText(const QList<QVariant> &values) const
-{
-    // On this connection a character above U+FFFF is garbled when stored in a column of another character set.
-    for (const std::unique_ptr<TField> &field : m_fields) {
-        const QVariant &value = values.at(field->Index());
-        if (field->Type() != FieldType::WideString || !HoldsSurrogates(value.toString()))
-            continue;
-        const Column &column =
-            m_cursor->select
-                ->Columns()[static_cast<size_t>(m_cursor->columnOfField[static_cast<size_t>(field->Index())])];
-        Statement lookup(m_cursor->database, m_cursor->transaction,
-                         u"select F.RDB$CHARACTER_SET_ID from RDB$RELATION_FIELDS R join RDB$FIELDS F "
-                         "on F.RDB$FIELD_NAME = R.RDB$FIELD_SOURCE "
-                         "where R.RDB$RELATION_NAME = :RELATION and R.RDB$FIELD_NAME = :FIELD"_s);
-        constexpr qint64 unicodeFss = 3;
-        RowStore answer;
-        answer.Clear(lookup.Columns());
-        if (lookup.OpenCursor(m_cursor->transaction, {column.relation, column.baseField}) && lookup.Fetch())
-            answer.Append(lookup.Message());
-        if (answer.Count() == 0 || answer.Number(0, 0) != unicodeFss) {
-            throw DatabaseError(u"%1: the text holds a character that this database cannot store (above U+FFFF)"_s.arg(
-                field->FieldName()));
-        }
-    }
-}
-
-bool TpFIBDataSet::ReadBack(const QList<QVariant> &values)
-{
-    const QString sql = m_refreshSQL.join(u'\n');
-    const QStringList names = ToPositional(sql).names;
-    // Without the old row's key the statement does not identify one row.
-    if (std::none_of(names.begin(), names.end(), [](const QString &name) { return name.startsWith(OldPrefix); }))
-        return false;
-    try {
-        Statement &refresh = m_cursor->Prepared(sql);
-        if (refresh.Columns().size() != m_cursor->select->Columns().size())
-            return false;
-        const TDataSet *master = m_dataSource ? m_dataSource->DataSet() : nullptr;
-        QList<QVariant> bound;
-        for (const QString &name : refresh.ParameterNames()) {
-            const TField *old = name.startsWith(OldPrefix) ? FindField(name.mid(OldPrefix.size())) : nullptr;
-            const TField *fromMaster = !old && master ? master->FindField(name) : nullptr;
-            const TField *field = old ? old : FindField(name);
-            if (!field && !fromMaster)
-                return false;
-            bound.append(fromMaster ? fromMaster->Value() : values.at(field->Index()));
-        }
-        const bool found = refresh.OpenCursor(m_cursor->transaction, bound) && refresh.Fetch();
-        refresh.CloseCursor();
-        return found;
-    } catch (const DatabaseError &) {
-        return false; // the row is stored; the sent values are the best to show
-    }
-}
-
-QList<QVariant> TpFIBDataSet::ByColumn(const QList<QVariant> &values, int row) const
-{
-    QList<QVariant> byColumn(static_cast<qsizetype>(m_cursor->select->Columns().size()));
-    for (int field = 0; field < values.size(); ++field) {
-        const int column = m_cursor->columnOfField[static_cast<size_t>(field)];
-        const bool untouched = values[field].canConvert<UnreadBlob>();
-        byColumn[column] = untouched && row >= 0 ? m_cursor->rows.Value(row, column) : values[field];
-    }
-    return byColumn;
-}
-
-void TpFIBDataSet::DoInsertRow(const QList<QVariant> &values)
-{
-    RefuseUnstorableText(values);
-    Change(m_insertSQL, values, values);
-    if (ReadBack(values))
-        m_cursor->rows.Append(m_cursor->Prepared(m_refreshSQL.join(u'\n')).Message());
-    else
-        m_cursor->rows.Append(ByColumn(values, -1));
-}
-
-void TpFIBDataSet::DoUpdateRow(int row, const QList<QVariant> &values, const QList<QVariant> &oldValues)
-{
-    RefuseUnstorableText(values);
-    Change(m_updateSQL, values, oldValues);
-    if (ReadBack(values))
-        m_cursor->rows.Replace(row, m_cursor->Prepared(m_refreshSQL.join(u'\n')).Message());
-    else
-        m_cursor->rows.Replace(row, ByColumn(values, row));
-}
-
-void TpFIBDataSet::DoDeleteRow(int row)
-{
-    const QList<QVariant> values = RowValues(row);
-    Change(m_deleteSQL, values, values);
-    m_cursor->rows.Remove(row);
 }

@@ -47,6 +47,11 @@ public:
     /// transaction. The change fails if it finds no row, or if a column differs from the field of the same name as it
     /// was read. Empty: no such test.
     QStringList &LockSQL() { return m_lockSQL; }
+    /// For a select that Firebird may search for long before it returns a row: the same rows as the select that is set
+    /// now, in the same order, and one column more at their end, a number; and now and then another row, with 0 there,
+    /// which only shows that the search goes on. Runs in place of the select as long as that stays the same. With
+    /// OnPause set the dataset pauses after a number of such rows. Empty for none.
+    void SearchInPieces(const QString &sql);
 
     TpFIBDatabase *Database() const;
     void SetDatabase(TpFIBDatabase *database);
@@ -84,6 +89,7 @@ private:
     struct Cursor;
     class MasterLink;
 
+    int TakeFetched(int count);
     void ReadStored(const BlobId &id, int column, QByteArray &buffer) const;
     void MatchFieldsToColumns();
     QList<QVariant> SelectValues() const;
@@ -104,6 +110,8 @@ private:
     int FindSameRecord(const QList<int> &fields, const QList<QVariant> &key);
 
     QStringList m_selectSQL, m_refreshSQL, m_insertSQL, m_updateSQL, m_deleteSQL, m_lockSQL;
+    QString m_piecesSQL;
+    QString m_piecesOf; ///< the select whose rows that has
     QPointer<TpFIBDatabase> m_database;
     QPointer<TpFIBTransaction> m_transaction;
     QPointer<TDataSource> m_dataSource;

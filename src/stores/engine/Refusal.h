@@ -10,16 +10,18 @@ public:
         ChangedElsewhere, ///< another copy of the program was faster
         FileAway,         ///< renamed, replaced or deleted since it was opened
         FileReadOnly,
+        KeyTwice,   ///< several rows have the key
+        Unstorable, ///< a character that the column's character set cannot take over this connection
     };
-    /// `file` is the path where the reason is one of a file.
-    explicit Refusal(Reason reason, const QString &file = {});
+    /// `detail` is the path where the reason is one of a file, the number of rows with one key.
+    explicit Refusal(Reason reason, const QString &detail = {});
 
     /// The same in the interface's language.
     QString Sentence() const;
 
 private:
     Reason m_reason;
-    QString m_file;
+    QString m_detail;
 };
 
 /// What a failure means and what can be done, in the interface's language, and below it what Firebird itself says.

@@ -355,7 +355,7 @@ quint64 Statement::Execute(const TransactionHandle &transaction, const QList<QVa
 {
     InputMessage input(m_input.get(), m_database, transaction, values);
     if (input.TextIsTooLong())
-        throw DatabaseError(u"A text is longer than its column"_s);
+        throw DatabaseError(u"A text is longer than its column"_s, static_cast<int>(isc_arith_except));
     Firebird::ITransaction *after =
         m_statement->execute(Status(), transaction->transaction, input.Layout(), input.Bytes(), m_output.get(),
                              m_message.empty() ? nullptr : m_message.data());

@@ -19,7 +19,6 @@
 #include <QStyledItemDelegate>
 
 #include <algorithm>
-#include <limits>
 #include <numeric>
 
 using namespace Qt::StringLiterals;
@@ -29,7 +28,6 @@ namespace {
 constexpr int DefaultRowHeight = 22;
 constexpr int LeastColumnWidth = 20;
 constexpr int ScreensClaimed = 10; ///< screens that the scroll bar assumes to follow at least, until the end is known
-constexpr int EveryRow = std::numeric_limits<int>::max() - 1;
 const char emptyTextProperty[] = "OptionsView.NoDataToDisplayInfoText";
 
 } // namespace
@@ -90,7 +88,7 @@ TcxGridDBTableView::TcxGridDBTableView(QWidget *parent) : QTableView(parent), m_
     horizontalHeader()->setSectionsClickable(false);
     // Dragging the thumb needs the true length.
     connect(verticalScrollBar(), &QScrollBar::sliderPressed, this, [this] {
-        m_model->FetchUpTo(EveryRow);
+        m_model->FetchAll();
         ClaimRows();
     });
     connect(horizontalHeader(), &QHeaderView::sectionResized, this,
@@ -306,7 +304,7 @@ QModelIndex TcxGridDBTableView::moveCursor(CursorAction action, Qt::KeyboardModi
     case MoveHome:
         return m_model->index(0, current.column());
     case MoveEnd:
-        m_model->FetchUpTo(EveryRow);
+        m_model->FetchAll();
         return m_model->index(m_model->rowCount() - 1, current.column());
     case MoveDown:
     case MovePageDown:
@@ -375,7 +373,7 @@ void TcxGridDBTableView::paintEvent(QPaintEvent *event)
                 this, [this] { scrollTo(currentIndex()); }, Qt::QueuedConnection);
     }
     QTableView::paintEvent(event);
-    if (m_model->rowCount() > 0)
+    if (m_model->rowCount() > 0 || !m_model->HasAll())
         return;
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
@@ -418,7 +416,10 @@ void TcxGridDBTableView::scrollContentsBy(int dx, int dy)
     if (dy != 0 && !m_model->HasAll()) {
         // The bottom of the bar means the end of the list, known or not.
         const bool isEnd = value == bar->maximum();
-        m_model->FetchUpTo(isEnd ? EveryRow : value + RowsOnScreen());
+        if (isEnd)
+            m_model->FetchAll();
+        else
+            m_model->FetchUpTo(value + RowsOnScreen());
         ClaimRows();
         if (isEnd)
             bar->setValue(bar->maximum());

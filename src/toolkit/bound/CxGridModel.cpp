@@ -82,11 +82,21 @@ void TcxGridDBTableView::Model::fetchMore(const QModelIndex &)
 
 void TcxGridDBTableView::Model::FetchUpTo(int row)
 {
+    Fetch([](TDataSet &dataSet, int goal) { dataSet.FetchAhead(goal); }, row);
+}
+
+void TcxGridDBTableView::Model::FetchAll()
+{
+    Fetch([](TDataSet &dataSet, int) { dataSet.FetchAll(); }, 0);
+}
+
+void TcxGridDBTableView::Model::Fetch(void (*fetch)(TDataSet &, int), int row)
+{
     TDataSet *dataSet = OpenDataSet();
     if (!dataSet || m_hasFailed || m_isTelling)
         return;
     // The view asks repeatedly; one failure is reported once.
-    m_hasFailed = !RunGuarded([&] { dataSet->FetchUpTo(row); });
+    m_hasFailed = !RunGuarded([&] { fetch(*dataSet, row); });
     TakeFetched();
 }
 
@@ -136,6 +146,13 @@ void TcxGridDBTableView::Model::RecordChanged()
     const int row = CursorRow();
     if (row >= 0 && row < rowCount() && m_columnCount > 0)
         emit dataChanged(index(row, 0), index(row, m_columnCount - 1));
+}
+
+void TcxGridDBTableView::Model::RowsFetched()
+{
+    TakeFetched();
+    m_view.ClaimRows();
+    m_view.viewport()->update(); // perhaps there are none
 }
 
 int TcxGridDBTableView::Model::CursorRow() const

@@ -25,8 +25,10 @@ public:
 
     bool canFetchMore(const QModelIndex &parent) const override;
     void fetchMore(const QModelIndex &parent) override;
-    /// Fetches until the row exists or the rows end. Reports a failure once.
+    /// Fetches until the row exists or the rows end; rows that take long to find come later. Reports a failure once.
     void FetchUpTo(int row);
+    /// Fetches every row now.
+    void FetchAll();
     /// True if no more rows will come.
     bool HasAll() const;
 
@@ -38,6 +40,7 @@ public:
     void DataSetChanged() override { Rebuild(); }
     void DataSetScrolled() override;
     void RecordChanged() override;
+    void RowsFetched() override;
 
     /// The row of the dataset's cursor, -1 for none; a row being inserted comes after all others.
     int CursorRow() const;
@@ -48,6 +51,7 @@ private:
     QVariant ValueOf(const TDataSet &dataSet, const QModelIndex &index) const;
     QString TextOf(TDataSet &dataSet, const QModelIndex &index) const;
     void FollowPending();
+    void Fetch(void (*fetch)(TDataSet &, int), int row);
     void TakeFetched();
 
     TcxGridDBTableView &m_view;

@@ -82,7 +82,7 @@ void TDBNavigator::ShowState()
     const int row = isOpen ? dataSet->RecNo() : -1;
     const bool isPending = isOpen && dataSet->State() == DataSetState::Insert;
     const bool hasBefore = row > 0 || (isPending && row >= 0);
-    const bool hasAfter = row >= 0 && !isPending && dataSet->FetchUpTo(row + 1);
+    const bool hasAfter = row >= 0 && !isPending && dataSet->FetchAhead(row + 1);
     m_buttons[First]->setEnabled(hasBefore);
     m_buttons[Prior]->setEnabled(hasBefore);
     m_buttons[Next]->setEnabled(hasAfter);

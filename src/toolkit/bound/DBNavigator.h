@@ -33,6 +33,7 @@ private:
     void DataSetChanged() override { ShowState(); }
     void DataSetScrolled() override { ShowState(); }
     void RecordChanged() override { ShowState(); }
+    void RowsFetched() override { ShowState(); }
     void ShowState();
     void Press(Button button);
 

@@ -53,6 +53,39 @@ TEST_F(MasterDetail, DetailFollowsTheMaster)
     EXPECT_TRUE(detail.Active() && detail.IsEmpty());
 }
 
+TEST_F(MasterDetail, ASelectThatIsSearchedInPiecesPausesOnlyForWhoResumesIt)
+{
+    TpFIBDataSet found;
+    Use(found, u"select ID_ITM from ITEMS where ID_GRP = 1"_s);
+    found.SearchInPieces(u"select ID_ITM, iif(ID_GRP = 1, 1, 0) IS_FOUND from ITEMS"_s);
+    found.Open();
+    found.FetchAll();
+    EXPECT_EQ(found.RecordCount(), 2);
+    EXPECT_EQ(found.Fields().size(), 1U);
+    found.Close();
+    found.SelectSQL() = QStringList{u"select ID_ITM from ITEMS"_s};
+    found.Open();
+    found.FetchAll();
+    EXPECT_EQ(found.RecordCount(), 3) << "another select";
+    // Firebird's own tables have some hundred rows.
+    found.SearchInPieces(u"select ID_ITM, 1 IS_FOUND from ITEMS union all select 0, 0 from RDB$FIELDS union all "
+                         "select ID_ITM + 1, 1 from ITEMS"_s);
+    int pauses = 0;
+    for (const bool resumes : {false, true}) {
+        found.Close();
+        found.OnPause = resumes ? std::function<void()>([&] { ++pauses; }) : nullptr;
+        found.Open();
+        EXPECT_TRUE(found.FetchAhead(2));
+        EXPECT_EQ(found.FetchAhead(5), !resumes);
+        EXPECT_EQ(found.IsPaused(), resumes);
+        while (found.IsPaused())
+            found.Resume();
+        EXPECT_FALSE(found.FetchAhead(6));
+        EXPECT_EQ(found.RecordCount(), 6);
+    }
+    EXPECT_GT(pauses, 1);
+}
+
 TEST_F(MasterDetail, DisabledControlsAreToldOnceAtTheEndAndDisabledScrollEventsNever)
 {
     master.DisableControls();

@@ -30,6 +30,7 @@ public:
         Open();
     }
     QVariant ValueAt(int row, int) const override { return row + 1; }
+    bool isSlow = false; ///< pauses before each row
 
 protected:
     void DoOpen() override {}
@@ -38,6 +39,8 @@ protected:
     {
         if (RecordCount() == m_broken)
             throw DatabaseError(u"broken"_s);
+        if (isSlow && MayPause() && std::exchange(m_isDue, !m_isDue))
+            return -1;
         return RecordCount() < m_count ? 1 : 0;
     }
     void DoInsertRow(const QList<QVariant> &) override {}
@@ -46,6 +49,7 @@ protected:
 
 private:
     int m_count, m_broken;
+    bool m_isDue = true;
 };
 
 class CxGrid : public testing::Test
@@ -176,6 +180,32 @@ TEST_F(CxGrid, RowsAreFetchedWhenTheyComeNearAndAFailureIsToldOnce)
     EXPECT_EQ(boxes, QStringList{u"broken"_s});
     EXPECT_EQ(view.model()->rowCount(), 6'000);
     EXPECT_EQ(view.currentIndex().row(), 5'999);
+    view.SetDataSource(nullptr);
+}
+
+TEST_F(CxGrid, RowsThatTakeLongToFindAppearOneByOne)
+{
+    NumberedRows slow(3);
+    slow.Close();
+    slow.isSlow = true;
+    slow.OnPause = [] {};
+    Show(slow);
+    slow.Open();
+    EXPECT_EQ(view.model()->rowCount(), 0);
+    EXPECT_FALSE(slow.Eof()) << "not known yet";
+    std::string counts;
+    while (slow.IsPaused()) {
+        slow.Resume();
+        counts += std::to_string(view.model()->rowCount());
+        EXPECT_EQ(view.currentIndex().row(), 0);
+    }
+    EXPECT_EQ(counts, "1233");
+    EXPECT_TRUE(slow.AllFetched());
+    // Who goes to the end waits for it.
+    slow.Close();
+    slow.Open();
+    QTest::keyClick(&view, Qt::Key_End);
+    EXPECT_EQ(slow.RecNo(), 2);
     view.SetDataSource(nullptr);
 }
 

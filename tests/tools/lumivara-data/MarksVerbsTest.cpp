@@ -213,20 +213,23 @@ TEST_F(MarksVerbs, EveryRowComesBackFromCsvByteForByte)
         "null);"
         "insert into SUTTA_TEXT_FOCUS values (4, null, '', 4, null, 6, 1101, '2024-01-01 00:00:00', null);"
         "insert into SUTTA_TEXT_FOCUS values (5, null, null, 4, null, 6, 1101, '2024-01-01 00:00:00', null);"
-        "insert into SUTTA_TEXT_FOCUS values (6, null, null, 4, null, 6, 1101, '2024-01-01 00:00:00', null);"_s);
+        "insert into SUTTA_TEXT_FOCUS values (6, null, null, 4, null, 6, 1101, '2024-01-01 00:00:00', null);"
+        "insert into SUTTA_TEXT_FOCUS values (7, '\u200Ba\u200B', x'E2808B', 4, '\u00ADb', 6, 1101, '2024-01-01 "
+        "00:00:00.5', '\u2060\uFEFFk');"
+        "insert into SUTTA_TEXT_FOCUS values (8, '\u00ADa', x'C2AD', 4, ' \t', 6, 1101, '2024-01-01', '\u200D');"_s);
     const QString rows = u"select F.*, cast(F.DATETIME_FOC as varchar(30)) from SUTTA_TEXT_FOCUS F order by F.ID_FOC"_s;
     PutExport(From, "csv");
-    EXPECT_THAT(Import(), EndsWith("6 marks added, 0 there already, 0 left out, 205 texts added to the list\n"));
+    EXPECT_THAT(Import(), EndsWith("8 marks added, 0 there already, 0 left out, 205 texts added to the list\n"));
     EXPECT_EQ(OpenedDatabase(Path(To)).Rows(rows), source.Rows(rows));
     // And so twice: equal marks are as many as they were.
-    EXPECT_THAT(Import(), EndsWith("0 marks added, 6 there already, 0 left out, 0 texts added to the list\n"));
+    EXPECT_THAT(Import(), EndsWith("0 marks added, 8 there already, 0 left out, 0 texts added to the list\n"));
     // What earlier exports wrote: no form, titles without U+FEFF, everything in quotes.
     Put(u"marks.csv"_s,
         "ID_FOC,NIK_SUT,NIC_SUT,NAME_SUT_VIE,NAME_SUT_PAL,NAME_SUT_ENG,NAME_FOC,KEYWORD_FOC,PRIORITY_FOC,"
         "DATETIME_FOC,DESC_FOC,TEXT,TEXT_FOC\r\n2,6,1101,\"\",\"\",\"\",\"a\",\"k\",1,,\"\",\"x\","
         "\"\uFEFF<p>\r\"\r\n9,6,1101,\"\",\"\",\"\",\"a\",\"\",1,2020-01-01T00:00:00,\"\",\"\",\"\"\r\n");
     EXPECT_THAT(Import(), EndsWith("1 marks added, 1 there already, 0 left out, 0 texts added to the list\n"));
-    EXPECT_EQ(Ask(To, "select NAME_FOC, TEXT_FOC, DESC_FOC, KEYWORD_FOC from SUTTA_TEXT_FOCUS where ID_FOC = 7"),
+    EXPECT_EQ(Ask(To, "select NAME_FOC, TEXT_FOC, DESC_FOC, KEYWORD_FOC from SUTTA_TEXT_FOCUS where ID_FOC = 9"),
               "a,null,null,null");
 }
 
