@@ -4,10 +4,7 @@
 #include "support/PageInput.h"
 #include "toolkit/bound/CxGridDBTableView.h"
 #include "toolkit/controls/BarCombo.h"
-<<<<<<< HEAD
-=======
 #include "toolkit/skin/SkinController.h"
->>>>>>> find
 
 #include <QClipboard>
 #include <QGuiApplication>
