@@ -1,4 +1,5 @@
 #include "imports/ImportJob.h"
+#include "support/SkinSupport.h"
 #include "support/TestSupport.h"
 
 #include <QDir>
@@ -10,9 +11,9 @@ using namespace Qt::StringLiterals;
 TEST(ImportJob, TellsTextsFromWordsByWhatAPathLooksLike)
 {
     const ScratchFolder folder;
-    EXPECT_TRUE(QDir(folder.Path()).mkpath(u"texts/a"_s));
-    EXPECT_TRUE(QDir(folder.Path()).mkpath(u"words"_s));
-    for (const auto name : {u"words/a.ifo"_s, u"a.FDB"_s, u"a.fdb"_s, u"a.tsv"_s, u"a.txt"_s, u"a.pdf"_s, u"bare"_s})
+    EXPECT_TRUE(QDir(folder.Path(u"."_s)).mkpath(u"texts/a"_s));
+    EXPECT_TRUE(QDir(folder.Path(u"."_s)).mkpath(u"words"_s));
+    for (const QString &name : {u"words/a.ifo"_s, u"a.FDB"_s, u"a.fdb"_s, u"a.tsv"_s, u"a.txt"_s, u"a.pdf"_s, u"bare"_s})
         EXPECT_TRUE(WriteBytes(folder.Path(name), "x"));
     for (const auto &[name, target] : {std::pair(u"texts"_s, std::optional(ImportTarget::Canon)),
                                        {u"words"_s, ImportTarget::Dictionary},

@@ -7,8 +7,12 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QMimeData>
+#include <QProcess>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+
+#include <filesystem>
 
 using namespace Qt::StringLiterals;
 
@@ -20,13 +24,13 @@ class Imports : public ReaderWindow
 protected:
     Imports()
     {
-        for (const auto name : {u"libfbclient.so.2"_s, u"firebird"_s, u"lumivara-data"_s})
+        for (const QString &name : {u"libfbclient.so.2"_s, u"firebird"_s, u"lumivara-data"_s})
             EXPECT_TRUE(QFile::link(ProductFolder() + name, folder.Path(name)));
         EXPECT_TRUE(QFile::copy(Beside(u"KELORA.FDB"_s), folder.Path(u"KELORA.FDB"_s)));
         program = folder.Path(u"Lumivara"_s);
         skinFile = folder.Path(u"AllSkins.skinres"_s);
         SetSkins({});
-        EXPECT_TRUE(QDir(folder.Path()).mkpath(u"texts"_s));
+        EXPECT_TRUE(QDir(folder.Path(u"."_s)).mkpath(u"texts"_s));
         EXPECT_TRUE(WriteBytes(folder.Path(u"texts/canon.csv"_s),
                                "kind,key,group,number,pali,vietnamese,page_pali,page_vietnamese\n"
                                "group,1,,,Vagga,Phẩm,,\n"
@@ -114,9 +118,9 @@ TEST_F(Imports, WhatCannotBeTakenIsToldAndChangesNothing)
     const QStringList before = PassageNames();
     for (const QString &source : {u"bad.FDB"_s, u"bad.ifo"_s, u"missing"_s, u"Lumivara.pdf"_s}) {
         Open().Look(folder.Path(source));
-        EXPECT_TRUE(WaitFor([&] { return !On<QLabel>("lbSourceFault").text().isEmpty(); }, 30000)) << source;
-        EXPECT_TRUE(On<QWidget>("tsSource").isVisible()) << source;
-        EXPECT_TRUE(On<QPushButton>("btnLook").isVisible()) << source;
+        EXPECT_TRUE(WaitFor([&] { return !On<QLabel>("lbSourceFault").text().isEmpty(); }, 30000)) << source.toStdString();
+        EXPECT_TRUE(On<QWidget>("tsSource").isVisible()) << source.toStdString();
+        EXPECT_TRUE(On<QPushButton>("btnLook").isVisible()) << source.toStdString();
     }
     EXPECT_EQ(PassageNames(), before);
 }
@@ -158,7 +162,7 @@ TEST_F(Imports, AFileReplacedFromElsewhereIsOfferedAtTheFoot)
     tool.start(folder.Path(u"lumivara-data"_s), {u"import"_s, u"canon"_s, folder.Path(u"texts"_s), u"--into"_s, other});
     ASSERT_TRUE(tool.waitForFinished());
     ASSERT_EQ(tool.exitCode(), 0) << tool.readAllStandardError().toStdString();
-    ASSERT_EQ(rename(QFile::encodeName(other), QFile::encodeName(folder.Path(u"KELORA.FDB"_s))), 0);
+    std::filesystem::rename(other.toStdString(), folder.Path(u"KELORA.FDB"_s).toStdString());
     auto &action = Find<QToolButton>("btnFootAction");
     ASSERT_TRUE(WaitFor([&] { return action.isVisible(); }));
     EXPECT_NE(PassageNames(), QStringList{u"Kinh mới"_s}) << "goes on with the old file";
