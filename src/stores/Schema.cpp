@@ -22,6 +22,12 @@ const QStringList &PageColumns()
     return columns;
 }
 
+const QStringList &SourceColumns()
+{
+    static const QStringList columns{Field::IdVic, Field::IdSource};
+    return columns;
+}
+
 const QStringList &ListColumns()
 {
     static const QStringList columns{Field::NikSut, Field::NicSut, Field::NameSutVie, Field::NameSutPal,

@@ -33,6 +33,7 @@ inline constexpr SchemaName Dictionary = u"PALIDICT.FDB";
 namespace Table {
 inline constexpr SchemaName KeloraTree = u"KELORA_TREE";
 inline constexpr SchemaName KeloraContent = u"KELORA_CONTENT";
+inline constexpr SchemaName KeloraSource = u"KELORA_SOURCE"; ///< of the tools alone
 inline constexpr SchemaName SuttaList = u"SUTTA_LIST";
 inline constexpr SchemaName SuttaTextFocus = u"SUTTA_TEXT_FOCUS";
 } // namespace Table
@@ -61,6 +62,8 @@ inline constexpr SchemaName ContentVicPal = u"CONTENT_VIC_PAL";
 inline constexpr SchemaName ContentVicEng = u"CONTENT_VIC_ENG";
 inline constexpr SchemaName ContentVicVie = u"CONTENT_VIC_VIE";
 inline constexpr SchemaName ContentVicPalVie = u"CONTENT_VIC_PAL_VIE";
+// KELORA_SOURCE: where the text ID_VIC was imported from
+inline constexpr SchemaName IdSource = u"ID_SOURCE";
 // the tree of both
 inline constexpr SchemaName TreeId = u"TREE_ID";
 inline constexpr SchemaName ParentTreeId = u"P_TREE_ID";
@@ -102,6 +105,7 @@ inline constexpr int Keyword = 127;
 inline constexpr int Desc = 2047;
 inline constexpr int TreeId = 31;
 inline constexpr int Word = 63;
+inline constexpr int Source = 255;
 } // namespace Length
 
 /// The columns of KELORA_TREE in the order in which groups are written.
@@ -110,6 +114,8 @@ const QStringList &GroupColumns();
 const QStringList &TextColumns();
 /// The columns of the pages alone: Pāli, English, Vietnamese, parallel.
 const QStringList &PageColumns();
+/// The columns of KELORA_SOURCE.
+const QStringList &SourceColumns();
 /// The columns of SUTTA_LIST that are written; the favourite mark stays null.
 const QStringList &ListColumns();
 

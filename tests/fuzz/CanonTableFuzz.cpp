@@ -20,6 +20,7 @@ void CheckWrittenRow(const CanonTableRow &row)
     const CanonTableRow &again = rows.first();
     REQUIRE(again.isGroup == row.isGroup && again.isFinished == row.isFinished);
     REQUIRE(again.key == row.key && again.group == row.group && again.number == row.number);
+    REQUIRE(again.source == row.source || !row.source.isValidUtf16());
     REQUIRE(IsSame(row.pali, again.pali) && IsSame(row.vietnamese, again.vietnamese) &&
             IsSame(row.english, again.english));
     for (int i = 0; i < CanonText::Pages; ++i)

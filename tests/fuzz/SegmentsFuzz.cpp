@@ -1,6 +1,7 @@
 #include "fuzz/ToolInput.h"
 
 #include "lumivara-data/canon/ImportedPage.h"
+#include "lumivara-data/canon/SegmentedHead.h"
 #include "lumivara-data/canon/SegmentedPage.h"
 #include "lumivara-data/canon/SegmentedText.h"
 #include "lumivara-data/files/SourceFolder.h"
@@ -44,14 +45,18 @@ FUZZ_TARGET(Segments)
     }
     std::vector<AlignedSegment> segments = alignment.Take();
     REQUIRE(segments.size() + repeated.size() >= given);
+    const SegmentedHead head = HeadOf(segments);
+    REQUIRE(head.title < static_cast<int>(segments.size()) && head.above.size() <= 16);
+    for (const LanguageNames &names : head.above)
+        REQUIRE(std::all_of(names.begin(), names.end(), [](const QString &name) { return name.size() <= 127; }));
     for (AlignedSegment &segment : segments) {
         for (QByteArray &words : segment.text)
             words = ImportedPage::Escaped(words);
     }
     for (const bool hasMarkup : {true, false}) {
         CleaningCounts counts;
-        const QByteArray title = SegmentedPage::Title(segments, Language::Pali);
-        CheckPage(SegmentedPage::Single(segments, Language::Pali, hasMarkup, title, counts));
+        const QByteArray &title = head.titles[0];
+        CheckPage(SegmentedPage::Single(segments, Language::Pali, hasMarkup, head.title, title, counts));
         CheckPage(SegmentedPage::Parallel(segments, Language::Vietnamese, title));
     }
 }

@@ -7,6 +7,12 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -62,16 +68,33 @@ std::string ToolTest::Run(int exitCode, const std::string &words, const QStringL
 
 std::string ToolTest::Stopped(bool isKilled, const std::string &stage, const std::string &words) const
 {
+    // Only a terminal hears of each stage.
+    const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    EXPECT_TRUE(::grantpt(terminal) == 0 && ::unlockpt(terminal) == 0);
+    const QByteArray name = ::ptsname(terminal);
     QProcess process;
+    process.setChildProcessModifier([&name] {
+        const int errors = ::open(name.constData(), O_WRONLY | O_NOCTTY);
+        ::dup2(errors, STDERR_FILENO);
+        ::close(errors);
+    });
     Start(process, words);
-    process.setReadChannel(QProcess::StandardError);
+    EXPECT_TRUE(process.waitForStarted());
     std::string told;
-    while (told.find(stage) == std::string::npos && process.waitForReadyRead())
-        told += process.readAllStandardError().toStdString();
+    const auto readOn = [&] {
+        std::array<char, 4096> bytes;
+        const ssize_t size = ::read(terminal, bytes.data(), bytes.size());
+        told.append(bytes.data(), static_cast<size_t>(std::max<ssize_t>(size, 0)));
+        return size > 0; // there is nobody at the other end any more
+    };
+    while (told.find(stage) == std::string::npos && readOn()) {
+    }
     isKilled ? process.kill() : process.terminate();
-    const ToolRun run = EndOf(process);
-    EXPECT_EQ(run.exitCode, isKilled ? -1 : 2) << stage;
-    return told + run.errors.toStdString();
+    while (readOn()) {
+    }
+    EXPECT_EQ(EndOf(process).exitCode, isKilled ? -1 : 2) << stage;
+    ::close(terminal);
+    return told;
 }
 
 void ExpectParts(const std::string &text, const std::vector<std::string> &parts)

@@ -60,6 +60,14 @@ QString Harmless(const QString &text)
     return harmless;
 }
 
+Console::Console(const QString &tool)
+    : m_tool(tool), m_clock([timer = [] {
+          QElapsedTimer started;
+          started.start();
+          return started;
+      }()] { return timer.elapsed(); })
+{}
+
 void Console::Print(const QString &text)
 {
     EndProgress();
@@ -103,8 +111,14 @@ void Console::Progress(const QString &work, qsizetype done, qsizetype total, con
         m_sinceShown.start();
     }
     if (!ErrorsGoToATerminal()) {
-        if (isNew)
-            Write(stderr, u"%1: %2 %3\n"_s.arg(Harmless(work)).arg(total).arg(unit));
+        // It goes into some log, or nowhere.
+        constexpr qint64 leastMilliseconds = 10'000;
+        const qint64 now = m_clock();
+        if (m_lastLine && now - *m_lastLine < leastMilliseconds)
+            return;
+        m_lastLine = now;
+        Write(stderr, isNew ? u"%1: %2 %3\n"_s.arg(Harmless(work)).arg(total).arg(unit)
+                            : u"%1: %2 of %3 %4\n"_s.arg(Harmless(work)).arg(done).arg(total).arg(unit));
         return;
     }
     constexpr qint64 restMilliseconds = 100;

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 /// A text that cannot harm who reads it on a terminal: control characters other than line ends and tabs, and those that
 /// turn the direction of writing, become "\uXXXX", which JSON reads as the character itself.
@@ -16,7 +17,7 @@ class Console
 {
 public:
     /// `tool` is the name before messages.
-    explicit Console(const QString &tool) : m_tool(tool) {}
+    explicit Console(const QString &tool);
     const QString &Tool() const { return m_tool; }
 
     /// Writes text, made harmless; lines end in "\n".
@@ -30,7 +31,8 @@ public:
     /// One message line, with the tool's name in front.
     void Error(const QString &message);
     /// Shows the progress of a long operation. On a terminal it rewrites one line, with an estimate of the remaining
-    /// time; otherwise the first call for an operation prints a line. Throws ToolError after an interrupt.
+    /// time; otherwise it prints a line, and the next one ten seconds later at the earliest, whatever the operation.
+    /// Throws ToolError after an interrupt.
     void Progress(const QString &work, qsizetype done, qsizetype total, const QString &unit = QStringLiteral("rows"));
     /// If false, no progress is shown.
     void SetShowsProgress(bool on) { m_showsProgress = on; }
@@ -38,6 +40,8 @@ public:
     using ProgressTaker =
         std::function<void(const QString &work, qsizetype done, qsizetype total, const QString &unit)>;
     void SetProgressTaker(ProgressTaker taker) { m_progressTaker = std::move(taker); }
+    /// The clock of progress without a terminal, in milliseconds.
+    void SetClock(std::function<qint64()> clock) { m_clock = std::move(clock); }
     /// Ends the line that Progress rewrites.
     void EndProgress();
     /// The part of a JSON report that was known when a failure ended it.
@@ -53,6 +57,8 @@ private:
     bool m_isOutputWhole = true;
     bool m_showsProgress = true;
     ProgressTaker m_progressTaker;
-    QElapsedTimer m_sinceStart; ///< of the work
-    QElapsedTimer m_sinceShown; ///< of the line on the terminal
+    std::function<qint64()> m_clock;
+    std::optional<qint64> m_lastLine; ///< without a terminal
+    QElapsedTimer m_sinceStart;       ///< of the work
+    QElapsedTimer m_sinceShown;       ///< of the line on the terminal
 };

@@ -102,6 +102,24 @@ void TakeText(const QString &source, Form form, EntryIntake &intake, Console &co
     console.EndProgress();
 }
 
+void Prove(const QString &source)
+{
+    QFile file(source);
+    OpenSource(file);
+}
+
+/// So that what was read is the sum of all else.
+void Count(const EntryIntake &intake, const DictionaryWriter &writer, Report &report)
+{
+    const qsizetype imported = writer.WordCount(intake.Kind());
+    const qsizetype again = intake.TakenCount() - imported, leftOut = intake.ReadCount() - intake.TakenCount();
+    report.Count(u"words read"_s, intake.ReadCount());
+    report.Count(u"words imported"_s, imported);
+    report.Count(u"joined to the same word"_s, again - writer.EqualCount() - writer.UnjoinedCount());
+    report.Count(u"with an equal entry"_s, writer.EqualCount());
+    report.Count(u"left out"_s, leftOut + writer.UnjoinedCount());
+}
+
 } // namespace
 
 std::optional<WordForm> WordFormNamed(const QString &name)
@@ -170,6 +188,12 @@ int Run(const ImportDictionaryOptions &options, Console &console)
     const Form form = options.form ? *options.form : FormOf(source);
     Report report(console, options.report);
     const QString path = QFileInfo(options.into).absoluteFilePath();
+    // Before the words that are there are copied.
+    std::optional<StarDictReader> starDict;
+    if (form == Form::StarDict)
+        starDict.emplace(source, report).Open();
+    else
+        Prove(source);
     FileInTheMaking target(path);
     Follow(options.manner, console);
     TellSource(source, NameOf(form), report);
@@ -179,8 +203,8 @@ int Run(const ImportDictionaryOptions &options, Console &console)
         OnFile(path, [&] { TakeOver(options, path, target.Path() + u".copy"_s, writer, console); });
     const qsizetype kept = writer.WordCount();
     EntryIntake intake(kind, writer, report);
-    if (form == Form::StarDict)
-        StarDictReader(source, report).TakeAll(intake, console);
+    if (starDict)
+        starDict->TakeAll(intake, console);
     else
         TakeText(source, form, intake, console);
     if (writer.WordCount() == kept)
@@ -188,7 +212,7 @@ int Run(const ImportDictionaryOptions &options, Console &console)
     writer.Finish(console, &report);
     target.Finish();
     report.Tell(u"file"_s, path);
-    report.Count(u"words imported"_s, writer.WordCount(kind));
+    Count(intake, writer, report);
     report.Count(u"words kept"_s, kept);
     return report.Finish(u"dictionary %1 of %2 is new"_s.arg(kind).arg(path));
 }

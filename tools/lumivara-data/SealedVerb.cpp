@@ -2,6 +2,7 @@
 
 #include "common/Console.h"
 #include "common/Report.h"
+#include "lumivara-data/canon/CanonBefore.h"
 #include "lumivara-data/canon/CanonCopy.h"
 #include "lumivara-data/canon/CanonFile.h"
 #include "lumivara-data/canon/CanonRows.h"
@@ -48,11 +49,15 @@ Thing ThingIn(DataFile &file)
 void ProveCanon(DataFile &file, Console &console, Report &report, SealedStream &stream)
 {
     const CheckedCanon canon = ReadCanon(file, console);
-    Tell(CheckCanon(canon), report);
+    const QList<Finding> findings = CheckCanon(canon);
+    Tell(findings, report);
     Tell(canon.unreadable, report);
+    const bool isSound = canon.unreadable.isEmpty() && MayStay(findings);
     report.Count(u"groups"_s, canon.groups.size());
     report.Count(u"texts"_s, canon.texts.size());
     stream.Value(u"repairs"_s, QString::number(PossibleRepairs(canon)));
+    if (isSound)
+        stream.Value(u"sound"_s, {});
 }
 
 void ProveDictionary(DataFile &file, Console &console, Report &report)
@@ -137,10 +142,12 @@ void SendStrange(const QStringList &things, SealedStream &stream)
         stream.Value(u"strange"_s, thing);
 }
 
-/// Rows with the values of GroupColumns() and TextColumns().
+/// Rows with the values of GroupColumns(), TextColumns() and SourceColumns().
 void SendCanon(DataFile &file, Console &console, SealedStream &stream)
 {
-    SendStrange(StrangeThings(file, {{Table::KeloraTree, GroupColumns()}, {Table::KeloraContent, TextColumns()}}),
+    SendStrange(StrangeThings(file, {{Table::KeloraTree, GroupColumns()},
+                                     {Table::KeloraContent, TextColumns()},
+                                     {Table::KeloraSource, SourceColumns()}}),
                 stream);
     Report report;
     CanonRows rows(file);
@@ -157,6 +164,8 @@ void SendCanon(DataFile &file, Console &console, SealedStream &stream)
         stream.Row(Table::KeloraContent, values);
         console.Progress(Table::KeloraContent, ++done, total);
     }
+    for (const auto &[key, source] : KnownSources(file))
+        stream.Row(Table::KeloraSource, {key, source});
     stream.Send(report);
 }
 
@@ -212,6 +221,8 @@ int RunSealed(const QStringList &arguments, Console &console)
                 Examine(file, stream);
             else if (task == "canon"_L1)
                 SendCanon(file, console, stream);
+            else if (task == "traits"_L1)
+                SendTraits(file, stream);
         }
         file.Close();
         stream.Done();

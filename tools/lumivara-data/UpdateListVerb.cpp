@@ -14,19 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString Shown(const ClientList::Names &names)
-{
-    QStringList all{names[0], names[1], names[2]};
-    all.removeAll(QString());
-    return all.isEmpty() ? u"no name"_s : all.join(u" · "_s);
-}
-
-QString InWords(const ClientList::Change &change)
-{
-    return change.isNew ? u"missing: %1"_s.arg(Shown(change.wanted))
-                        : u"named %1, in the canon %2"_s.arg(Shown(change.now), Shown(change.wanted));
-}
-
 void MustExist(const QString &path)
 {
     if (!QFileInfo(path).isFile())
@@ -81,9 +68,9 @@ int Run(const UpdateListOptions &options, Console &console)
         for (const ClientList::Change &change : changes) {
             const QString place = u"text %1"_s.arg(change.number);
             if (options.writes)
-                report.Note(place, InWords(change));
+                report.Note(place, ClientList::InWords(change));
             else
-                report.Find(place, InWords(change));
+                report.Find(place, ClientList::InWords(change));
             added += change.isNew ? 1 : 0;
         }
         report.Count(options.writes ? u"texts added"_s : u"texts missing"_s, added);

@@ -79,7 +79,10 @@ struct ImportCanonOptions
     std::optional<CanonForm> form; ///< by what the source looks like if there is none
     QString table;                 ///< of Folder
     QStringList authors;           ///< of Segmented
+    QString names;                 ///< of Segmented and Folder: a table of names; may be empty
     QString client;                ///< marks whose list gets the texts; may be empty
+    bool keepsNames = false;       ///< of that list
+    bool renumbers = false;        ///< of Segmented and Folder
     bool isMended = false;         ///< of Copy
     ImportManner manner;
     ReportOptions report;

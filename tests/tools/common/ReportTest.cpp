@@ -55,7 +55,7 @@ TEST(Report, TellsAsMuchAsItIsAskedTo)
     const Written plain = Reported({}, Work), quiet = Reported(u"--quiet"_s, Work), json = Reported(u"--json"_s, Work);
     EXPECT_THAT((std::array{plain.code, quiet.code, json.code}), testing::Each(1));
     EXPECT_EQ(plain.output, "begun\na.csv: converted\na.csv:3: is \"bad\"\n5 texts, 0 words: done\n");
-    EXPECT_EQ(plain.errors, "reading: 2 rows\n") << "a work is named once, and not on the output";
+    EXPECT_EQ(plain.errors, "reading: 2 rows\n") << "and not on the output";
     EXPECT_EQ(quiet.output, "a.csv:3: is \"bad\"\n");
     EXPECT_EQ(quiet.errors + json.errors, "");
     EXPECT_EQ(QJsonDocument::fromJson(QByteArray::fromStdString(json.output)),
@@ -91,6 +91,25 @@ TEST(Console, WhatSteersATerminalOrTheDirectionOfWritingIsShown)
         EXPECT_THAT(plain.errors, testing::Not(testing::HasSubstr("\x1b")));
         EXPECT_EQ(Harmless(Harmless(text)), Harmless(text));
     }
+}
+
+TEST(Console, WithoutATerminalThereIsALineOfProgressInTenSecondsAtMost)
+{
+    qint64 now = 5000;
+    const Written told = Reported({}, [&](Report &report, Console &console) {
+        console.SetClock([&now] { return now; });
+        for (const auto &[time, work, done] : {std::tuple(5000, u"one"_s, 0),
+                                               {14999, u"one"_s, 3},
+                                               {14999, u"two"_s, 0},
+                                               {15000, u"two"_s, 4},
+                                               {24999, u"three"_s, 1},
+                                               {25000, u"four"_s, 0}}) {
+            now = time;
+            console.Progress(work, done, 9);
+        }
+        return report.Finish();
+    });
+    EXPECT_EQ(told.errors, "one: 9 rows\ntwo: 4 of 9 rows\nfour: 9 rows\n");
 }
 
 TEST(Report, AMillionFaultsStayReadable)

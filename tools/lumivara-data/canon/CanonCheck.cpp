@@ -6,6 +6,7 @@
 #include <QMap>
 #include <QSet>
 
+#include <algorithm>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -58,9 +59,9 @@ public:
 
 private:
     template <typename Row>
-    void Report(const Row &row, const QString &fault)
+    void Report(const Row &row, const QString &fault, bool mayStay = false)
     {
-        m_findings.append({RowName(row), fault});
+        m_findings.append({RowName(row), fault, mayStay});
     }
 
     void CheckMissingKeys()
@@ -194,7 +195,7 @@ private:
     void CheckName(const Row &row, const QString &column, const QString &name, bool mayBeNull)
     {
         if (name.isEmpty() && (!mayBeNull || !name.isNull()))
-            Report(row, name.isNull() ? u"%1 is null"_s.arg(column) : u"%1 is empty"_s.arg(column));
+            Report(row, name.isNull() ? u"%1 is null"_s.arg(column) : u"%1 is empty"_s.arg(column), true);
         if (name.size() > Length::Name)
             Report(row, u"%1 has %2 characters, more than %3"_s.arg(column).arg(name.size()).arg(Length::Name));
     }
@@ -239,4 +240,9 @@ private:
 QList<Finding> CheckCanon(const CheckedCanon &canon)
 {
     return Checker(canon).Run();
+}
+
+bool MayStay(const QList<Finding> &findings)
+{
+    return std::all_of(findings.cbegin(), findings.cend(), [](const Finding &finding) { return finding.mayStay; });
 }

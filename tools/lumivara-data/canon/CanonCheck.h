@@ -48,3 +48,5 @@ struct CheckedCanon
 /// the tree is a text's, missing parents and cycles, numbers that are not unique or do not run from 1, names that are
 /// missing or too long, pages that are not UTF-8 or declare no charset. Ordered by kind of fault, then by row.
 QList<Finding> CheckCanon(const CheckedCanon &canon);
+/// True if the program shows a canon correctly with all of these: only names are missing.
+bool MayStay(const QList<Finding> &findings);

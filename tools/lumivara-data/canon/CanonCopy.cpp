@@ -4,6 +4,7 @@
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "lumivara-data/canon/CanonFile.h"
+#include "lumivara-data/canon/CanonWriter.h"
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/files/PageFacts.h"
 #include "lumivara-data/files/UnfinishedFile.h"
@@ -192,7 +193,7 @@ std::optional<CheckedCanon> Prove(DataFile &file, bool repair, Report &report, C
     }
     for (const Finding &finding : findings)
         report.Find(finding.row, finding.fault);
-    return findings.isEmpty() ? std::optional(canon) : std::nullopt;
+    return MayStay(findings) ? std::optional(canon) : std::nullopt;
 }
 
 /// True if the source may be taken: it is a canon, and nothing is wrong with it, or something that a repair may mend.
@@ -200,17 +201,20 @@ bool IsSound(SealedRun &run, const QString &source, bool repair, Report &report)
 {
     QString kind;
     qsizetype repairs = 0;
+    bool isSound = false;
     run.takeValue = [&](const QString &key, const QString &value) {
         if (key == u"kind"_s)
             kind = value;
         else if (key == u"repairs"_s)
             repairs = value.toLongLong();
+        else if (key == u"sound"_s)
+            isSound = true;
     };
     Report found;
     run.Run(u"check"_s, {}, found);
     if (kind != u"canon"_s)
         throw ToolError(u"%1: no canon (tables KELORA_TREE, KELORA_CONTENT)"_s.arg(source));
-    if (found.FindingCount() == 0 || (repair && repairs > 0))
+    if (isSound || (repair && repairs > 0))
         return true;
     if (repairs > 0)
         report.Say(u"--repair would change %1 things that can be mended"_s.arg(repairs));
@@ -224,10 +228,11 @@ bool WriteRows(SealedRun &run, DataFile &file, Report &report)
     bool isWhole = true;
     RowWriter groups(file, Table::KeloraTree, GroupColumns());
     RowWriter texts(file, Table::KeloraContent, TextColumns());
+    RowWriter sources(file, Table::KeloraSource, SourceColumns());
     run.takeRow = [&](const QString &table, const QList<QVariant> &row) {
         const bool isText = table == QString(Table::KeloraContent);
         try {
-            (isText ? texts : groups).Append(row);
+            (isText ? texts : table == QString(Table::KeloraSource) ? sources : groups).Append(row);
         } catch (const DatabaseError &error) {
             isWhole = false;
             report.Find(isText ? u"text %1 of group %2"_s.arg(row.value(1).toString(), row.value(0).toString())
@@ -276,6 +281,12 @@ std::optional<CheckedCanon> CopyCanon(const QString &source, const QString &targ
         return std::nullopt;
     report.Count(u"groups"_s, canon->groups.size());
     report.Count(u"texts"_s, canon->texts.size());
+    qsizetype english = 0;
+    for (const CheckedText &text : std::as_const(canon->texts)) {
+        english += std::count_if(text.pages.cbegin(), text.pages.cend(),
+                                 [](const CheckedPage &page) { return page.column == QString(Field::ContentVicEng); });
+    }
+    TellEnglish(english, report);
     making.Finish();
     return canon;
 }

@@ -4,31 +4,18 @@
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "lumivara-data/canon/ImportedPage.h"
+#include "lumivara-data/canon/NamesTable.h"
+#include "lumivara-data/canon/ReadingOrder.h"
 #include "stores/Schema.h"
 
-#include <QFile>
 #include <QFileInfo>
+
+#include <algorithm>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// The table's bytes; it is the user who names it, so it may stand anywhere.
-QByteArray TableBytes(const QString &path, Report &report)
-{
-    QFile file(path);
-    const QFileInfo info(path);
-    if (!info.isFile())
-        throw ToolError(u"%1: there is no such file"_s.arg(path));
-    if (info.size() > LargestSourceFile)
-        throw ToolError(u"%1: has %2 bytes, more than %3"_s.arg(path).arg(info.size()).arg(LargestSourceFile));
-    if (!file.open(QIODevice::ReadOnly))
-        throw ToolError(u"%1: %2"_s.arg(path, file.errorString()));
-    const auto bytes = TextAsUtf8(file.readAll(), path, report);
-    if (!bytes)
-        throw ToolError(u"%1: is not UTF-8"_s.arg(path));
-    return *bytes;
-}
 
 /// The folder's own table, empty if it has none.
 QString OwnTable(const SourceFolder &folder)
@@ -70,6 +57,18 @@ QString FirstOf(std::initializer_list<QString> names)
     return {};
 }
 
+/// What the collection calls a text that has no id: its first page.
+QString SourceOf(const CanonTableRow &row)
+{
+    return FirstOf({row.pages[0], row.pages[2], row.pages[1], row.pages[3], row.pali, row.vietnamese, row.english});
+}
+
+QString WithoutEnding(const QString &file)
+{
+    const qsizetype dot = file.lastIndexOf(u'.');
+    return dot > file.lastIndexOf(u'/') ? file.left(dot) : file;
+}
+
 } // namespace
 
 CanonFolderReader::CanonFolderReader(const SourceFolder &folder, const QString &table, Report &report)
@@ -81,7 +80,7 @@ CanonFolderReader::CanonFolderReader(const SourceFolder &folder, const QString &
             u"%1: has neither root/, nor translation/, nor a table canon.csv or canon.json; see --table"_s.arg(
                 folder.Path()));
     }
-    QList<CanonTableRow> rows = CanonTable::Read(TableBytes(path, report), path, report);
+    QList<CanonTableRow> rows = CanonTable::Read(CanonTable::BytesOf(path, report), path, report, &m_rowCount);
     for (CanonTableRow &row : rows)
         (row.isGroup ? m_groups : m_texts).append(std::move(row));
 }
@@ -91,16 +90,21 @@ bool CanonFolderReader::HasTable(const SourceFolder &folder)
     return !OwnTable(folder).isEmpty();
 }
 
-void CanonFolderReader::WriteTo(CanonWriter &writer, Console &console)
+void CanonFolderReader::WriteTo(CanonWriter &writer, TextKeys &keys, NamesTable &names, Console &console)
 {
     WriteGroups(writer);
-    GiveKeysAndNumbers();
+    PutInReadingOrder();
+    GiveKeys(keys);
+    GiveNumbers();
     qsizetype done = 0;
     for (const CanonTableRow &row : std::as_const(m_texts)) {
-        WriteText(writer, row);
+        m_takenCount += WriteText(writer, row, names) ? 1 : 0;
         console.Progress(u"texts"_s, ++done, m_texts.size());
     }
     console.EndProgress();
+    m_report.Count(u"rows read"_s, m_rowCount);
+    if (m_rowCount > m_takenCount)
+        m_report.Count(u"rows left out"_s, m_rowCount - m_takenCount);
     m_counts.Tell(m_report);
 }
 
@@ -112,6 +116,7 @@ void CanonFolderReader::WriteGroups(CanonWriter &writer)
     const auto write = [&](const CanonGroup &group) {
         keys.insert(group.idVit);
         last = qMax(last, group.idVit);
+        m_parents.insert(group.idVit, group.parent);
         writer.Add(group);
     };
     for (const CanonTableRow &row : std::as_const(m_groups)) {
@@ -128,6 +133,7 @@ void CanonFolderReader::WriteGroups(CanonWriter &writer)
                 group.nameVietnamese = FirstOf({group.nameVietnamese, name});
             }
             write(group);
+            ++m_takenCount;
         }
     }
     // Texts of no group need one, or the tree does not show them.
@@ -144,22 +150,54 @@ void CanonFolderReader::WriteGroups(CanonWriter &writer)
     }
 }
 
-void CanonFolderReader::GiveKeysAndNumbers()
+void CanonFolderReader::PutInReadingOrder()
 {
-    TextKeys keys;
+    // The tree shows the groups by their keys.
+    const QList<int> keys = m_parents.keys();
+    const auto place = [&keys](int key) {
+        const auto found = std::lower_bound(keys.cbegin(), keys.cend(), key);
+        return found != keys.cend() && *found == key ? found - keys.cbegin() : -1;
+    };
+    QList<qsizetype> parents;
+    for (const int parent : std::as_const(m_parents))
+        parents.append(place(parent));
+    QList<ReadingOrder::Text> texts;
+    for (const CanonTableRow &row : std::as_const(m_texts)) {
+        const QString file = row.source.isEmpty() ? SourceOf(row) : row.source;
+        texts.append({place(*row.group), row.number, {WithoutEnding(file), row.pali, row.vietnamese, row.english}});
+    }
+    QList<CanonTableRow> ordered;
+    for (const qsizetype at : ReadingOrder::Of(parents, texts, true))
+        ordered.append(std::move(m_texts[at]));
+    m_texts = std::move(ordered);
+}
+
+void CanonFolderReader::GiveKeys(TextKeys &keys)
+{
+    for (auto group = m_parents.keyBegin(); group != m_parents.keyEnd(); ++group)
+        keys.ReserveForGroup(*group);
+    QList<TextKeys::Text> wanted;
+    for (CanonTableRow &row : m_texts) {
+        // The pages of an export are called after its keys.
+        if (row.source.isEmpty() && !(row.isFinished && row.key))
+            row.source = SourceOf(row);
+        row.source = KeptSource(row.source);
+        wanted.append({row.source, row.key});
+    }
+    const QList<int> found = keys.For(wanted);
+    for (qsizetype at = 0; at < m_texts.size(); ++at)
+        m_texts[at].key = found[at];
+}
+
+void CanonFolderReader::GiveNumbers()
+{
     QSet<int> numbers;
     for (const CanonTableRow &row : std::as_const(m_texts)) {
-        if (row.key)
-            keys.Claim(*row.key);
         if (row.number)
             numbers.insert(*row.number);
     }
     int next = 1;
     for (CanonTableRow &row : m_texts) {
-        if (!row.key) {
-            row.key = keys.For(FirstOf(
-                {row.pages[0], row.pages[2], row.pages[1], row.pages[3], row.pali, row.vietnamese, row.english}));
-        }
         if (row.number || row.isFinished)
             continue;
         while (numbers.contains(next))
@@ -168,12 +206,12 @@ void CanonFolderReader::GiveKeysAndNumbers()
     }
 }
 
-void CanonFolderReader::WriteText(CanonWriter &writer, const CanonTableRow &row)
+bool CanonFolderReader::WriteText(CanonWriter &writer, const CanonTableRow &row, NamesTable &names)
 {
     const qint64 place = qint64(*row.group) << 32 | quint32(*row.key);
     if (m_written.contains(place)) {
         m_report.Find(row.place, u"the key %1 is that of another text of the group; not taken"_s.arg(*row.key));
-        return;
+        return false;
     }
     CanonText text{*row.group,
                    *row.key,
@@ -181,8 +219,12 @@ void CanonFolderReader::WriteText(CanonWriter &writer, const CanonTableRow &row)
                    NameFor(row.pali, row, m_report),
                    NameFor(row.vietnamese, row, m_report),
                    NameFor(row.english, row, m_report),
-                   {}};
+                   {},
+                   row.source};
     if (!row.isFinished) {
+        LanguageNames own{text.namePali, text.nameVietnamese, text.nameEnglish};
+        names.Apply(row.source, own);
+        std::tie(text.namePali, text.nameVietnamese, text.nameEnglish) = std::tie(own[0], own[1], own[2]);
         const QString file = FirstOf({row.pages[0], row.pages[2], row.pages[1]}).section(u'/', -1).section(u'.', 0, -2);
         const QString name =
             FirstOf({text.namePali, text.nameVietnamese, text.nameEnglish, FittingName(file, file, m_report)});
@@ -195,6 +237,7 @@ void CanonFolderReader::WriteText(CanonWriter &writer, const CanonTableRow &row)
         text.pages[i] = Page(row, i, titles[i]);
     m_written.insert(place);
     writer.Add(text, row.isFinished);
+    return true;
 }
 
 QByteArray CanonFolderReader::Page(const CanonTableRow &row, int page, const QString &title)

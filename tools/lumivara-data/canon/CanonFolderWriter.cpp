@@ -119,9 +119,17 @@ void WriteCanonFolder(CanonRows &rows, ExportFolder &folder, bool withSegments, 
     const qsizetype total = rows.TextCount();
     qsizetype texts = 0, pages = 0;
     for (CanonText text; rows.Next(text, report);) {
-        CanonTableRow row{
-            false, true, {}, text.idVic, text.idVit, text.number, text.namePali, text.nameVietnamese, text.nameEnglish,
-            {}};
+        CanonTableRow row{false,
+                          true,
+                          {},
+                          text.idVic,
+                          text.idVit,
+                          text.number,
+                          text.namePali,
+                          text.nameVietnamese,
+                          text.nameEnglish,
+                          {},
+                          text.source};
         for (int i = 0; i < CanonText::Pages; ++i) {
             if (text.pages[i].isEmpty()) {
                 row.pages[i] = text.pages[i].isNull() ? QString() : u""_s;

@@ -7,6 +7,22 @@
 
 using namespace Qt::StringLiterals;
 
+QList<std::pair<int, QString>> KnownSources(DataFile &file)
+{
+    const QStringList columns = file.Columns(Table::KeloraSource);
+    for (const QString &column : SourceColumns()) {
+        if (!columns.contains(column))
+            return {};
+    }
+    QList<std::pair<int, QString>> sources;
+    for (const QList<QVariant> &row :
+         file.Rows(u"select first %1 S.ID_VIC, S.ID_SOURCE from KELORA_SOURCE S"_s.arg(MostKnownTexts))) {
+        if (!row[0].isNull() && !row[1].toString().isEmpty())
+            sources.append({row[0].toInt(), row[1].toString().left(Length::Source)});
+    }
+    return sources;
+}
+
 CanonRows::CanonRows(DataFile &file) : m_file(file) {}
 
 CanonRows::~CanonRows() = default;
@@ -36,6 +52,8 @@ qsizetype CanonRows::TextCount()
 bool CanonRows::Next(CanonText &text, Report &report)
 {
     if (!m_texts) {
+        for (const auto &[key, source] : KnownSources(m_file))
+            m_sources.insert(key, source);
         // In the order of storing: no sort has to move the rows.
         m_texts = std::make_unique<Statement>(
             m_file.Database().Attachment(), m_file.Transaction().Native(),
@@ -50,6 +68,7 @@ bool CanonRows::Next(CanonText &text, Report &report)
             continue;
         }
         text = {*group, *key, Number(2), Name(3), Name(4), Name(5), {}};
+        text.source = m_sources.value(*key);
         for (int i = 0; i < CanonText::Pages; ++i)
             text.pages[i] = Page(6 + i);
         return true;

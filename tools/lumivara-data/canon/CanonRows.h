@@ -3,6 +3,14 @@
 #include "lumivara-data/canon/CanonWriter.h"
 #include "stores/engine/RowStore.h"
 
+#include <QHash>
+
+/// Texts and sources that are read of a canon that anybody may have made, where they have to be kept in memory.
+inline constexpr int MostKnownTexts = 100'000;
+
+/// The sources of texts that an open canon names, with their keys; those of texts that it has no longer among them.
+QList<std::pair<int, QString>> KnownSources(DataFile &file);
+
 /// The rows of an open canon as they are stored, one after the other. Failures are thrown as DatabaseError.
 class CanonRows
 {
@@ -24,5 +32,6 @@ private:
 
     DataFile &m_file;
     std::unique_ptr<Statement> m_texts;
-    RowStore m_row; ///< one row
+    QHash<int, QString> m_sources; ///< by key
+    RowStore m_row;                ///< one row
 };

@@ -3,8 +3,11 @@
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/CsvRecords.h"
+#include "lumivara-data/files/SourceFolder.h"
 
 #include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -15,10 +18,21 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum Column { Kind, Key, Group, Number, Pali, Vietnamese, English, FirstPage, Finished = FirstPage + CanonText::Pages };
+enum Column {
+    Kind,
+    Key,
+    Source,
+    Group,
+    Number,
+    Pali,
+    Vietnamese,
+    English,
+    FirstPage,
+    Finished = FirstPage + CanonText::Pages
+};
 constexpr int ColumnCount = Finished + 1;
 constexpr const char *ColumnNames[ColumnCount] = {
-    "kind",    "key",       "group",        "number",          "pali",          "vietnamese",
+    "kind",    "key",       "id",           "group",           "number",        "pali",    "vietnamese",
     "english", "page_pali", "page_english", "page_vietnamese", "page_parallel", "finished"};
 
 /// A null string for a cell that is not there.
@@ -57,6 +71,7 @@ bool MakeRow(const Cells &cells, CanonTableRow &row, Report &report)
     const auto text = [&](int column) {
         return cells[column].isEmpty() && !row.isFinished ? QString() : cells[column];
     };
+    row.source = cells[Source].trimmed();
     row.pali = text(Pali);
     row.vietnamese = text(Vietnamese);
     row.english = text(English);
@@ -70,7 +85,7 @@ QString TooMany()
     return u"the table has more than %1 rows"_s.arg(CanonTable::MostRows);
 }
 
-QList<CanonTableRow> ReadCsv(const QByteArray &bytes, const QString &fileName, Report &report)
+QList<CanonTableRow> ReadCsv(const QByteArray &bytes, const QString &fileName, Report &report, qsizetype &count)
 {
     QBuffer device;
     device.setData(bytes);
@@ -96,7 +111,6 @@ QList<CanonTableRow> ReadCsv(const QByteArray &bytes, const QString &fileName, R
     if (!columns.contains(Kind))
         throw ToolError(placeOf(record) + u": there is no column \"kind\""_s);
     QList<CanonTableRow> rows;
-    qsizetype count = 0;
     while (records.Next(record)) {
         CanonTableRow row;
         row.place = placeOf(record);
@@ -130,7 +144,7 @@ QString CellOf(const QJsonValue &value)
     return value.isString() ? value.toString() + u""_s : QString();
 }
 
-QList<CanonTableRow> ReadJson(const QByteArray &bytes, const QString &fileName, Report &report)
+QList<CanonTableRow> ReadJson(const QByteArray &bytes, const QString &fileName, Report &report, qsizetype &count)
 {
     constexpr qsizetype largest = 16 * 1024 * 1024;
     if (bytes.size() > largest)
@@ -161,6 +175,7 @@ QList<CanonTableRow> ReadJson(const QByteArray &bytes, const QString &fileName, 
         const QJsonArray items = value.toArray();
         for (qsizetype i = 0; i < items.size(); ++i) {
             CanonTableRow row;
+            ++count;
             row.place = u"%1: %2 %3"_s.arg(fileName, kind).arg(i + 1);
             if (!items[i].isObject()) {
                 report.Find(row.place, u"is no object; not taken"_s);
@@ -207,10 +222,31 @@ QByteArray CellFor(const std::optional<int> &number)
 
 } // namespace
 
-QList<CanonTableRow> CanonTable::Read(const QByteArray &bytes, const QString &fileName, Report &report)
+QByteArray CanonTable::BytesOf(const QString &path, Report &report)
 {
+    QFile file(path);
+    const QFileInfo info(path);
+    if (!info.isFile())
+        throw ToolError(u"%1: there is no such file"_s.arg(path));
+    if (info.size() > LargestSourceFile)
+        throw ToolError(u"%1: has %2 bytes, more than %3"_s.arg(path).arg(info.size()).arg(LargestSourceFile));
+    if (!file.open(QIODevice::ReadOnly))
+        throw ToolError(u"%1: %2"_s.arg(path, file.errorString()));
+    const auto bytes = TextAsUtf8(file.readAll(), path, report);
+    if (!bytes)
+        throw ToolError(u"%1: is not UTF-8"_s.arg(path));
+    return *bytes;
+}
+
+QList<CanonTableRow> CanonTable::Read(const QByteArray &bytes, const QString &fileName, Report &report,
+                                      qsizetype *count)
+{
+    qsizetype all = 0;
     const bool isJson = fileName.endsWith(u".json"_s, Qt::CaseInsensitive);
-    return isJson ? ReadJson(bytes, fileName, report) : ReadCsv(bytes, fileName, report);
+    QList<CanonTableRow> rows = isJson ? ReadJson(bytes, fileName, report, all) : ReadCsv(bytes, fileName, report, all);
+    if (count)
+        *count = all;
+    return rows;
 }
 
 QByteArray CanonTable::Header()
@@ -224,7 +260,8 @@ QByteArray CanonTable::Header()
 QByteArray CanonTable::Line(const CanonTableRow &row)
 {
     QByteArray line = row.isGroup ? "group" : "text";
-    for (const auto &number : {row.key, row.group, row.number})
+    line += ',' + CellFor(row.key) + ',' + CellFor(row.source.isEmpty() ? QString() : row.source);
+    for (const auto &number : {row.group, row.number})
         line += ',' + CellFor(number);
     for (const QString &name : {row.pali, row.vietnamese, row.english})
         line += ',' + CellFor(name);

@@ -18,6 +18,7 @@ struct CanonTableRow
     QString english;
     /// Files in the folder, in the order of CanonText::pages.
     QString pages[CanonText::Pages];
+    QString source = {}; ///< of a text; empty for what its pages are called
 };
 
 /// The table that goes with a folder of pages, as comma separated text or JSON. In a finished row a cell in quotes with
@@ -30,9 +31,11 @@ inline constexpr qsizetype MostRows = 100'000;
 inline constexpr char16_t FileName[] = u"canon.csv";
 inline constexpr char16_t JsonFileName[] = u"canon.json";
 
-/// The valid rows; reports the others. `bytes` is UTF-8. Throws ToolError if it is not such a table, or has
-/// more than MostRows.
-QList<CanonTableRow> Read(const QByteArray &bytes, const QString &fileName, Report &report);
+/// A table's bytes as UTF-8; it is the user who names it, so it may stand anywhere. Throws ToolError.
+QByteArray BytesOf(const QString &path, Report &report);
+/// The valid rows; reports the others, and counts all of them if asked to. `bytes` is UTF-8. Throws ToolError if it is
+/// not such a table, or has more than MostRows.
+QList<CanonTableRow> Read(const QByteArray &bytes, const QString &fileName, Report &report, qsizetype *count = nullptr);
 
 /// The header line of a comma separated table, and a row of it.
 QByteArray Header();

@@ -2,14 +2,11 @@
 
 #include "common/Report.h"
 #include "stores/Schema.h"
-
-#include <utility>
+#include "stores/engine/Statement.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int FirstTextKey = 10'000'000, TextKeyCount = 90'000'000;
 
 QVariant OrNull(const QString &text)
 {
@@ -22,6 +19,10 @@ QVariant OrNull(const QByteArray &bytes)
 }
 
 } // namespace
+
+CanonWriter::CanonWriter(const QString &target) : m_target(target), m_file(target) {}
+
+CanonWriter::~CanonWriter() = default;
 
 void CanonWriter::Open()
 {
@@ -56,48 +57,82 @@ void CanonWriter::Add(const CanonText &text, bool isFinished)
         const QByteArray &page = text.pages[i];
         values.append(OrNull(page));
         m_pageCount += page.isEmpty() ? 0 : 1;
+        m_englishCount += !page.isEmpty() && PageColumns()[i] == QString(Field::ContentVicEng) ? 1 : 0;
         if (isFinished && !page.isEmpty())
             row.pages.append({PageColumns()[i], InspectPage(page)});
     }
     m_texts->Append(values);
     m_rows.texts.append(row);
+    m_sources.append(KeptSource(text.source));
 }
 
-void CanonWriter::Finish(Report &report)
+void CanonWriter::Change(std::unique_ptr<Statement> &change, const QString &sql, const QList<QVariant> &values)
+{
+    if (!change)
+        change = std::make_unique<Statement>(m_data.Database().Attachment(), m_data.Transaction().Native(), sql);
+    change->Execute(m_data.Transaction().Native(), values);
+}
+
+void CanonWriter::Rename(qsizetype text, const LanguageNames &names)
+{
+    CheckedText &row = m_rows.texts[text];
+    row.namePali = names[size_t(Language::Pali)];
+    row.nameVietnamese = names[size_t(Language::Vietnamese)];
+    row.nameEnglish = names[size_t(Language::English)];
+    Change(m_rename,
+           u"update KELORA_CONTENT set NAME_VIC_PAL = :PALI, NAME_VIC_VIE = :VIE, NAME_VIC_ENG = :ENG "
+           "where ID_VIT = :GROUP_KEY and ID_VIC = :ID"_s,
+           {OrNull(row.namePali), OrNull(row.nameVietnamese), OrNull(row.nameEnglish), *row.idVit, *row.idVic});
+}
+
+void CanonWriter::Rekey(qsizetype text, int key)
+{
+    CheckedText &row = m_rows.texts[text];
+    Change(m_rekey, u"update KELORA_CONTENT set ID_VIC = :KEY where ID_VIT = :GROUP_KEY and ID_VIC = :ID"_s,
+           {key, *row.idVit, *row.idVic});
+    row.idVic = key;
+}
+
+QList<TextTraits> CanonWriter::Traits() const
+{
+    QList<TextTraits> traits;
+    for (qsizetype at = 0; at < m_rows.texts.size(); ++at) {
+        const CheckedText &text = m_rows.texts[at];
+        traits.append({*text.idVic, m_sources[at], {text.namePali, text.nameVietnamese, text.nameEnglish}});
+    }
+    return traits;
+}
+
+void CanonWriter::WriteSources()
+{
+    RowWriter sources(m_data, Table::KeloraSource, SourceColumns());
+    for (const QList<TextTraits> &texts : {Traits(), m_gone}) {
+        for (const TextTraits &text : texts) {
+            if (!text.source.isEmpty())
+                sources.Append({text.key, text.source});
+        }
+    }
+}
+
+void CanonWriter::Finish(Report &report, const QString &stage)
 {
     Open();
+    WriteSources();
     m_groups.reset();
     m_texts.reset();
+    m_rename.reset();
+    m_rekey.reset();
     m_data.Finish(true);
     for (const Finding &finding : CheckCanon(m_rows))
         report.Find(finding.row, finding.fault);
     report.Count(u"groups"_s, m_rows.groups.size());
     report.Count(u"texts"_s, m_rows.texts.size());
     report.Count(u"pages"_s, m_pageCount);
-    m_file.Finish();
-}
-
-int TextKeys::After(int key)
-{
-    return key >= FirstTextKey && key + 1 < FirstTextKey + TextKeyCount ? key + 1 : FirstTextKey;
-}
-
-int TextKeys::For(const QString &name)
-{
-    // FNV-1a: the same on every machine and in every version, as keys in readers' files must be.
-    quint64 hash = 14695981039346656037ULL;
-    for (const char byte : name.toUtf8())
-        hash = (hash ^ uchar(byte)) * 1099511628211ULL;
-    const int start = FirstTextKey + int(hash % TextKeyCount);
-    int key = start;
-    for (auto used = m_next.constFind(key); used != m_next.cend(); used = m_next.constFind(key))
-        key = *used;
-    const int after = After(key);
-    m_next.insert(key, after);
-    // The whole way leads here now.
-    for (int passed = start; passed != key;)
-        passed = std::exchange(m_next[passed], after);
-    return key;
+    TellEnglish(m_englishCount, report);
+    if (stage.isEmpty())
+        m_file.Finish();
+    else
+        m_file.FinishAs(stage, m_target);
 }
 
 QString FittingName(const QString &name, const QString &place, Report &report)
@@ -109,4 +144,12 @@ QString FittingName(const QString &name, const QString &place, Report &report)
         return fitting;
     report.Note(place, u"the name \"%1…\" is cut to %2 characters"_s.arg(fitting.left(40)).arg(Length::Name));
     return fitting.left(fitting[Length::Name - 1].isHighSurrogate() ? Length::Name - 1 : Length::Name).trimmed();
+}
+
+void TellEnglish(qsizetype pages, Report &report)
+{
+    if (pages > 0) {
+        report.Note(u"English"_s, u"%1 pages are stored and exported; the program shows English only beside Pāli, in "
+                                  "parallel pages"_s.arg(pages));
+    }
 }

@@ -2,10 +2,9 @@
 
 #include "lumivara-data/canon/CanonCheck.h"
 #include "lumivara-data/canon/CanonGroup.h"
+#include "lumivara-data/canon/TextKeys.h"
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/files/UnfinishedFile.h"
-
-#include <QHash>
 
 class Report;
 
@@ -21,6 +20,7 @@ struct CanonText
     QString nameVietnamese;
     QString nameEnglish;
     QByteArray pages[Pages]; ///< in the order of PageColumns()
+    QString source = {};     ///< where it comes from; empty if that is not known
 };
 
 /// Writes a canon row by row; the file gets its name, and read-only mode, when it is finished. Throws ToolError or
@@ -28,42 +28,46 @@ struct CanonText
 class CanonWriter
 {
 public:
-    explicit CanonWriter(const QString &target) : m_file(target) {}
+    explicit CanonWriter(const QString &target);
+    ~CanonWriter();
 
     void Add(const CanonGroup &group);
     /// With `isFinished` the pages are foreign and unchanged, so they are checked.
     void Add(const CanonText &text, bool isFinished);
+    /// Other names, or another key, for a text that was added, by its place.
+    void Rename(qsizetype text, const LanguageNames &names);
+    void Rekey(qsizetype text, int key);
     /// All rows so far, without unchecked pages.
     const CheckedCanon &Rows() const { return m_rows; }
-    /// Reports and counts what was written, reports what a check would find, and renames the file.
-    void Finish(Report &report);
+    /// The texts so far as they are recognised later.
+    QList<TextTraits> Traits() const;
+    /// Sources whose texts are gone, with their keys.
+    void Keep(const QList<TextTraits> &gone) { m_gone = gone; }
+    /// Reports and counts what was written, reports what a check would find, and renames the file; to `stage` if that
+    /// is another one, in the same folder.
+    void Finish(Report &report, const QString &stage = {});
 
 private:
     /// Makes the database file, at the first row, so that the source can start reading earlier.
     void Open();
+    void Change(std::unique_ptr<Statement> &change, const QString &sql, const QList<QVariant> &values);
+    void WriteSources();
 
+    QString m_target;
     FileInTheMaking m_file;
     DataFile m_data;
     std::optional<RowWriter> m_groups;
     std::optional<RowWriter> m_texts;
+    std::unique_ptr<Statement> m_rename, m_rekey;
     CheckedCanon m_rows;
-    qsizetype m_pageCount = 0;
-};
-
-/// Keys for texts without one, derived from the text's name, so that text and marks keep the key when the collection
-/// grows. All have eight digits: joined to a group's key no two are equal, and none is a group's number in the tree.
-class TextKeys
-{
-public:
-    void Claim(int key) { m_next.insert(key, After(key)); }
-    int For(const QString &name);
-
-private:
-    static int After(int key);
-
-    QHash<int, int> m_next; ///< behind a used key one that may be free, so that no run of used ones is walked twice
+    QStringList m_sources; ///< of the texts
+    QList<TextTraits> m_gone;
+    qsizetype m_pageCount = 0, m_englishCount = 0;
 };
 
 /// A name for the columns: one line, without control characters, at most 127 characters. If it is cut, that is reported
 /// with `place`.
 QString FittingName(const QString &name, const QString &place, Report &report);
+
+/// Tells, where there are English pages, what the program makes of them.
+void TellEnglish(qsizetype pages, Report &report);

@@ -1,6 +1,7 @@
 #include "lumivara-data/canon/ClientList.h"
 
 #include "common/Leftover.h"
+#include "common/Report.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/marks/MarksCheck.h"
@@ -12,6 +13,8 @@
 #include <QHash>
 #include <QSet>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -19,6 +22,81 @@ namespace {
 QVariant OrNull(const QString &name)
 {
     return name.isEmpty() ? QVariant() : QVariant(name);
+}
+
+QString Shown(const ClientList::Names &names)
+{
+    QStringList all{names[0], names[1], names[2]};
+    all.removeAll(QString());
+    return all.isEmpty() ? u"no name"_s : all.join(u" · "_s);
+}
+
+/// The texts of marks that the canon has under another number alone: what is known of them is in the list.
+void AddStrayed(DataFile &file, const QHash<int, qsizetype> &marks, const QList<TextTraits> &traits,
+                QHash<int, int> &moved)
+{
+    QSet<int> known;
+    for (const TextTraits &text : traits)
+        known.insert(text.key);
+    QHash<int, LanguageNames> names;
+    for (const QList<QVariant> &row : file.Rows(u"select S.NIC_SUT, S.NAME_SUT_PAL, S.NAME_SUT_VIE, S.NAME_SUT_ENG "
+                                                "from SUTTA_LIST S where S.NIK_SUT = %1"_s.arg(Collection::Kelora)))
+        names[row[0].toInt()] = {row[1].toString(), row[2].toString(), row[3].toString()};
+    QList<TextTraits> strayed;
+    for (auto text = marks.keyBegin(); text != marks.keyEnd(); ++text) {
+        if (!known.contains(*text) && !moved.contains(*text))
+            strayed.append({*text, {}, names.value(*text)});
+    }
+    const QHash<qsizetype, qsizetype> same = SameTexts(strayed, traits);
+    for (auto pair = same.cbegin(); pair != same.cend(); ++pair)
+        moved.insert(strayed[pair.key()].key, traits[*pair].key);
+}
+
+QList<ClientList::MovedMarks> MoveMarks(DataFile &file, const ClientList::Renewal &renewal)
+{
+    QHash<int, qsizetype> marks;
+    for (const QList<QVariant> &row :
+         file.Rows(u"select F.NIC_SUT, count(*) from SUTTA_TEXT_FOCUS F where F.NIK_SUT = %1 and F.NIC_SUT is not null "
+                   "group by F.NIC_SUT"_s.arg(Collection::Kelora)))
+        marks.insert(row[0].toInt(), row[1].toLongLong());
+    QHash<int, int> moved = renewal.moved;
+    AddStrayed(file, marks, renewal.traits, moved);
+    QHash<int, QString> names;
+    for (const KeloraText &text : renewal.texts)
+        names.insert(text.number, text.vietnamese.isEmpty() ? text.pali : text.vietnamese);
+    QList<ClientList::MovedMarks> done;
+    Statement move(file.Database().Attachment(), file.Transaction().Native(),
+                   u"update SUTTA_TEXT_FOCUS set NIC_SUT = :TO_KEY where NIK_SUT = :NIK and NIC_SUT = :FROM_KEY"_s);
+    for (auto pair = moved.cbegin(); pair != moved.cend(); ++pair) {
+        if (!marks.contains(pair.key()))
+            continue;
+        move.Execute(file.Transaction().Native(), {*pair, Collection::Kelora, pair.key()});
+        done.append({pair.key(), *pair, marks[pair.key()], names.value(*pair)});
+    }
+    std::sort(done.begin(), done.end(),
+              [](const ClientList::MovedMarks &a, const ClientList::MovedMarks &b) { return a.to < b.to; });
+    return done;
+}
+
+void MoveList(DataFile &file, const QHash<int, int> &moved)
+{
+    QSet<int> listed;
+    for (const QList<QVariant> &row :
+         file.Rows(u"select S.NIC_SUT from SUTTA_LIST S where S.NIK_SUT = %1"_s.arg(Collection::Kelora)))
+        listed.insert(row[0].toInt());
+    const auto &native = file.Transaction().Native();
+    Statement move(file.Database().Attachment(), native,
+                   u"update SUTTA_LIST set NIC_SUT = :TO_KEY where NIK_SUT = :NIK and NIC_SUT = :FROM_KEY"_s);
+    Statement remove(file.Database().Attachment(), native,
+                     u"delete from SUTTA_LIST where NIK_SUT = :NIK and NIC_SUT = :FROM_KEY"_s);
+    for (auto pair = moved.cbegin(); pair != moved.cend(); ++pair) {
+        if (!listed.contains(pair.key()))
+            continue;
+        if (listed.contains(*pair))
+            remove.Execute(native, {Collection::Kelora, pair.key()});
+        else
+            move.Execute(native, {*pair, Collection::Kelora, pair.key()});
+    }
 }
 
 } // namespace
@@ -97,18 +175,73 @@ void ClientList::Finish(DataFile &marks, const QString &path)
     Leftover::Complete(path, [&marks] { marks.Finish(false); });
 }
 
-qsizetype ClientList::AddMissing(const QString &path, const CheckedCanon &canon)
+QSet<int> ClientList::Numbers(const QString &path)
 {
-    DataFile file;
-    file.Open(QFileInfo(path).absoluteFilePath());
+    QSet<int> numbers;
+    OnFile(path, [&] {
+        DataFile file;
+        file.Open(QFileInfo(path).absoluteFilePath());
+        for (const QString &select : {u"select S.NIC_SUT from SUTTA_LIST S where S.NIK_SUT = %1"_s,
+                                      u"select distinct F.NIC_SUT from SUTTA_TEXT_FOCUS F where F.NIK_SUT = %1"_s}) {
+            for (const QList<QVariant> &row : file.Rows(select.arg(Collection::Kelora)))
+                numbers.insert(row[0].toInt());
+        }
+        file.Close();
+    });
+    return numbers;
+}
+
+QList<KeloraText> ClientList::TextsOf(const CheckedCanon &canon)
+{
     QList<KeloraText> texts;
     for (const CheckedText &text : canon.texts) {
         if (text.idVic)
             texts.append({*text.idVic, text.nameVietnamese, text.namePali, text.nameEnglish});
     }
-    QList<Change> missing = Changes(file, texts);
-    missing.removeIf([](const Change &change) { return !change.isNew; });
-    Make(file, missing);
-    Finish(file, path);
-    return missing.size();
+    return texts;
+}
+
+ClientList::Renewed ClientList::Renew(const QString &path, const Renewal &renewal)
+{
+    return OnFile(path, [&] {
+        DataFile file;
+        file.Open(QFileInfo(path).absoluteFilePath());
+        Renewed renewed;
+        renewed.moved = MoveMarks(file, renewal);
+        if (renewal.endsMoved)
+            MoveList(file, renewal.moved);
+        renewed.changes = Changes(file, renewal.texts);
+        if (renewal.keepsNames)
+            renewed.changes.removeIf([](const Change &change) { return !change.isNew; });
+        Make(file, renewed.changes);
+        file.Database().CheckFileInPlace();
+        // Whatever closing the file comes to, what is committed is done.
+        Leftover::Complete(path, [&file] { file.Transaction().Commit(); });
+        return renewed;
+    });
+}
+
+void ClientList::Tell(const Renewed &renewed, Report &report)
+{
+    qsizetype added = 0, marks = 0;
+    for (const MovedMarks &moved : renewed.moved) {
+        report.Note(u"text %1"_s.arg(moved.from),
+                    u"its %1 marks are on text %2 now (%3)"_s.arg(moved.marks).arg(moved.to).arg(moved.name));
+        marks += moved.marks;
+    }
+    for (const Change &change : renewed.changes) {
+        added += change.isNew ? 1 : 0;
+        if (!change.isNew)
+            report.Note(u"text %1"_s.arg(change.number), InWords(change));
+    }
+    report.Count(u"texts added to the list"_s, added);
+    report.Count(u"names renewed in the list"_s, renewed.changes.size() - added);
+    if (marks > 0)
+        report.Count(u"marks moved"_s, marks);
+}
+
+QString ClientList::InWords(const Change &change)
+{
+    return change.isNew ? u"missing: %1"_s.arg(Shown(change.wanted))
+                        : u"named %1, in the canon %2"_s.arg(Shown(change.now), Shown(change.wanted));
 }

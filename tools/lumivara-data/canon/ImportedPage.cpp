@@ -30,6 +30,9 @@ constexpr char Style[] =
 
 constexpr char Charset[] = "<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />\r\n";
 
+/// A blank that the plain text keeps: else the title and the first word of the page would be one in samples of hits.
+constexpr char TitleEnd[] = "\xC2\xA0";
+
 QByteArray Code(Language language)
 {
     constexpr const char *codes[] = {"pi", "vi", "en"};
@@ -92,8 +95,8 @@ void RefuseTangledMarkdown(const QByteArray &markdown)
 
 QByteArray Head(const QByteArray &title)
 {
-    return QByteArray("<head>\r\n") + Charset + "<title>" + ImportedPage::Escaped(title) + "</title>\r\n" + Style +
-           "</head>\r\n";
+    return QByteArray("<head>\r\n") + Charset + "<title>" + ImportedPage::Escaped(title) + TitleEnd + "</title>\r\n" +
+           Style + "</head>\r\n";
 }
 
 } // namespace
@@ -135,6 +138,11 @@ QByteArray ImportedPage::FromHtml(const QByteArray &html, const QByteArray &titl
                                   CleaningCounts &counts)
 {
     CleanedHtml page = CleanHtml(html, counts);
+    if (page.titleEnd >= 0) {
+        page.html.insert(page.titleEnd, TitleEnd);
+        for (qsizetype *place : {&page.headStart, &page.htmlStart, &page.bodyTag})
+            *place += *place > page.titleEnd ? qsizetype(sizeof TitleEnd) - 1 : 0;
+    }
     // What the page says of its own looks comes later and wins.
     const bool hasManner = page.html.contains("Segoe UI") && page.html.contains("150%");
     if (page.headStart >= 0)

@@ -4,9 +4,12 @@
 #include "common/InOrder.h"
 #include "common/Report.h"
 #include "common/Tool.h"
+#include "lumivara-data/canon/NamesTable.h"
+#include "lumivara-data/canon/ReadingOrder.h"
 
 #include <algorithm>
 #include <set>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
@@ -54,6 +57,42 @@ bool GroupLess(const QString &a, const QString &b)
     }
     return left.size() < right.size();
 }
+
+/// Names of texts in the order of writing, to tell apart those that are the same.
+class SameNames
+{
+public:
+    /// `isFinal` for a text whose names the user gives.
+    void Add(const LanguageNames &names, const QString &number, bool isFinal)
+    {
+        for (size_t language = 0; language < LanguageCount; ++language) {
+            if (!names[language].isEmpty())
+                ++m_counts[language][names[language]];
+        }
+        m_numbers.append(isFinal ? QString() : number);
+    }
+    void PutNumbersInFront(CanonWriter &writer) const
+    {
+        Report ignored;
+        for (qsizetype at = 0; at < m_numbers.size(); ++at) {
+            if (m_numbers[at].isEmpty())
+                continue;
+            const CheckedText &text = writer.Rows().texts[at];
+            const LanguageNames before{text.namePali, text.nameVietnamese, text.nameEnglish};
+            LanguageNames names = before;
+            for (size_t language = 0; language < LanguageCount; ++language) {
+                if (m_counts[language].value(names[language]) > 1)
+                    names[language] = FittingName(m_numbers[at] + u". "_s + names[language], {}, ignored);
+            }
+            if (names != before)
+                writer.Rename(at, names);
+        }
+    }
+
+private:
+    std::array<QHash<QString, int>, LanguageCount> m_counts;
+    QStringList m_numbers; ///< of the texts; empty where there is none
+};
 
 } // namespace
 
@@ -220,30 +259,54 @@ QStringList SegmentedCanon::GroupPaths() const
     return {paths.cbegin(), paths.cend()};
 }
 
-void SegmentedCanon::WriteGroups(const QStringList &paths, const QHash<QString, int> &keys, CanonWriter &writer)
+/// Keys are places in the list of paths, so they ascend in reading order too.
+void SegmentedCanon::WriteGroups(const QStringList &paths, NamesTable &names, CanonWriter &writer)
 {
+    const QHash<QString, LanguageNames> ownNames = GroupNames(paths, m_heads);
+    QHash<QString, int> keys;
     for (const QString &path : paths) {
-        const int key = keys[path];
-        QString name = FittingName(path.section(u'/', -1), path, m_report);
-        if (name.isEmpty())
-            name = QString::number(key);
-        writer.Add(CanonGroup{key, keys.value(path.section(u'/', 0, -2), -1), name, name, name});
+        const int key = static_cast<int>(keys.size()) + 1;
+        keys.insert(path, key);
+        const QString folder = path.section(u'/', -1);
+        QString lastResort = FittingName(folder, path, m_report);
+        if (lastResort.isEmpty())
+            lastResort = QString::number(key);
+        LanguageNames name = ownNames.value(path, {lastResort, lastResort, lastResort});
+        names.Apply(names.Has(path) ? path : folder, name);
+        writer.Add(CanonGroup{key, keys.value(path.section(u'/', 0, -2), -1), name[size_t(Language::Vietnamese)],
+                              name[size_t(Language::Pali)], name[size_t(Language::English)]});
     }
 }
 
-void SegmentedCanon::WriteTo(CanonWriter &writer, Console &console)
+SegmentedCanon::Texts SegmentedCanon::InReadingOrder(const QStringList &paths) const
+{
+    QHash<QString, qsizetype> places;
+    QList<qsizetype> parents;
+    for (const QString &path : paths) {
+        parents.append(places.value(path.section(u'/', 0, -2), -1));
+        places.insert(path, places.size());
+    }
+    Texts texts, ordered;
+    QList<ReadingOrder::Text> wanted;
+    for (auto text = m_texts.cbegin(); text != m_texts.cend(); ++text) {
+        texts.push_back(text);
+        wanted.append({places[text->second.group], {}, {text->first}});
+    }
+    for (const qsizetype at : ReadingOrder::Of(parents, wanted, false))
+        ordered.push_back(texts[size_t(at)]);
+    return ordered;
+}
+
+void SegmentedCanon::WriteTo(CanonWriter &writer, TextKeys &keys, NamesTable &names, Console &console)
 {
     const QStringList paths = GroupPaths();
     QHash<QString, int> groups;
     for (const QString &path : paths)
         groups.insert(path, int(groups.size()) + 1);
-    std::vector<std::map<QString, SegmentedFiles>::const_iterator> ordered;
-    for (auto text = m_texts.cbegin(); text != m_texts.cend(); ++text)
-        ordered.push_back(text);
-    std::sort(ordered.begin(), ordered.end(), [&](const auto &a, const auto &b) {
-        const int left = groups[a->second.group], right = groups[b->second.group];
-        return left != right ? left < right : NaturalLess(a->first, b->first);
-    });
+    const Texts ordered = InReadingOrder(paths);
+    QList<TextKeys::Text> wanted;
+    for (const auto &text : ordered)
+        wanted.append({KeptSource(text->first), {}});
     InOrder<ComposedText> texts;
     auto composeAhead = [&, next = ordered.cbegin()]() mutable {
         for (; next != ordered.cend(); ++next) {
@@ -255,8 +318,9 @@ void SegmentedCanon::WriteTo(CanonWriter &writer, Console &console)
         }
     };
     composeAhead();
-    WriteGroups(paths, groups, writer);
+    const QList<int> textKeys = keys.For(wanted);
     CleaningCounts counts;
+    SameNames same;
     int number = 0;
     for (size_t at = 0; at < ordered.size(); ++at) {
         composeAhead();
@@ -264,13 +328,25 @@ void SegmentedCanon::WriteTo(CanonWriter &writer, Console &console)
         m_report.TakeOver(composed.told);
         counts += composed.counts;
         if (composed.text) {
-            composed.text->idVit = groups[ordered[at]->second.group];
-            composed.text->idVic = m_keys.For(ordered[at]->first);
-            composed.text->number = ++number;
-            writer.Add(*composed.text, false);
+            CanonText &text = *composed.text;
+            const auto &[id, files] = *ordered[at];
+            text.idVit = groups[files.group];
+            text.idVic = textKeys[qsizetype(at)];
+            text.number = ++number;
+            LanguageNames own{text.namePali, text.nameVietnamese, text.nameEnglish};
+            names.Apply(id, own);
+            same.Add(own, composed.number, names.Has(id));
+            std::tie(text.namePali, text.nameVietnamese, text.nameEnglish) = std::tie(own[0], own[1], own[2]);
+            writer.Add(text, false);
+            m_heads.append({files.group, composed.above});
         }
         console.Progress(u"texts"_s, qsizetype(at) + 1, qsizetype(ordered.size()));
     }
     console.EndProgress();
+    same.PutNumbersInFront(writer);
+    WriteGroups(paths, names, writer);
+    m_report.Count(u"texts read"_s, qsizetype(ordered.size()));
+    if (const qsizetype leftOut = qsizetype(ordered.size()) - number; leftOut > 0)
+        m_report.Count(u"texts left out"_s, leftOut);
     counts.Tell(m_report);
 }

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "lumivara-data/canon/SegmentedComposer.h"
+#include "lumivara-data/canon/SegmentedHead.h"
 
 #include <QSet>
 
 #include <map>
 
 class Console;
+class NamesTable;
 
 /// A collection of segmented texts: root/, translation/LANGUAGE/AUTHOR/ and html/, one JSON object for each text. Keeps
 /// only file names; a text's files are read when it is composed.
@@ -18,7 +20,7 @@ public:
 
     static bool IsOne(const SourceFolder &folder);
     /// Composes and writes everything.
-    void WriteTo(CanonWriter &writer, Console &console);
+    void WriteTo(CanonWriter &writer, TextKeys &keys, NamesTable &names, Console &console);
 
 private:
     void ListRoot();
@@ -31,7 +33,9 @@ private:
     int Rank(const QString &author) const;
     /// Parents before their children.
     QStringList GroupPaths() const;
-    void WriteGroups(const QStringList &paths, const QHash<QString, int> &keys, CanonWriter &writer);
+    using Texts = std::vector<std::map<QString, SegmentedFiles>::const_iterator>;
+    Texts InReadingOrder(const QStringList &paths) const;
+    void WriteGroups(const QStringList &paths, NamesTable &names, CanonWriter &writer);
 
     const SourceFolder &m_folder;
     QStringList m_authors;
@@ -40,5 +44,5 @@ private:
     std::map<QString, qsizetype> m_otherAuthors;
     QSet<QString> m_editions;     ///< folders that root/ has above those of translation/
     QStringList m_onlyTranslated; ///< ids
-    TextKeys m_keys;
+    QList<PlacedHead> m_heads;    ///< of the texts that were written
 };

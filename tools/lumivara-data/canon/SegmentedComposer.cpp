@@ -1,6 +1,7 @@
 #include "lumivara-data/canon/SegmentedComposer.h"
 
 #include "lumivara-data/canon/ImportedPage.h"
+#include "lumivara-data/canon/SegmentedHead.h"
 #include "lumivara-data/canon/SegmentedPage.h"
 
 using namespace Qt::StringLiterals;
@@ -91,12 +92,13 @@ ComposedText ComposeSegmented(const SourceFolder &folder, const QString &id, con
         return composed;
     }
 
-    std::array<QByteArray, LanguageCount> titles;
-    std::array<QString, LanguageCount> names;
-    for (int i = 0; i < LanguageCount; ++i) {
-        titles[size_t(i)] = SegmentedPage::Title(segments, Language(i));
-        names[size_t(i)] = FittingName(QString::fromUtf8(titles[size_t(i)]), files.text[size_t(i)], composed.told);
-    }
+    SegmentedHead head = HeadOf(segments);
+    const std::array<QByteArray, LanguageCount> &titles = head.titles;
+    LanguageNames names;
+    for (size_t i = 0; i < LanguageCount; ++i)
+        names[i] = FittingName(QString::fromUtf8(titles[i]), files.text[i], composed.told);
+    composed.above = std::move(head.above);
+    composed.number = head.number;
     for (int i = 0; i < LanguageCount; ++i)
         Escape(segments, i, files.text[size_t(i)], composed.told);
     const auto named = [&](Language language) {
@@ -110,13 +112,14 @@ ComposedText ComposeSegmented(const SourceFolder &folder, const QString &id, con
         const QByteArray title =
             titles[size_t(language)].isEmpty() ? named(language).toUtf8() : titles[size_t(language)];
         try {
-            return SegmentedPage::Single(segments, language, hasMarkup, title, composed.counts);
+            return SegmentedPage::Single(segments, language, hasMarkup, head.title, title, composed.counts);
         } catch (const PageFault &fault) {
             composed.told.Find(files.text[size_t(language)], fault.Fault() + u" in its mark-up; not taken"_s);
             return QByteArray();
         }
     };
     CanonText text;
+    text.source = id;
     text.namePali = named(Language::Pali);
     text.nameVietnamese = named(Language::Vietnamese);
     if (const QString &english = names[size_t(Language::English)]; !english.isEmpty())

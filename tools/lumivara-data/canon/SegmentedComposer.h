@@ -2,7 +2,6 @@
 
 #include "common/Report.h"
 #include "lumivara-data/canon/CanonWriter.h"
-#include "lumivara-data/canon/Language.h"
 #include "lumivara-data/canon/SegmentedText.h"
 #include "lumivara-data/files/HtmlCleaner.h"
 #include "lumivara-data/files/SourceFolder.h"
@@ -30,6 +29,8 @@ struct SegmentedFiles
 struct ComposedText
 {
     std::optional<CanonText> text; ///< none if no page is left
+    QList<LanguageNames> above;    ///< what stands above its title
+    QString number;                ///< the one before its title
     Report told;
     CleaningCounts counts;
 };

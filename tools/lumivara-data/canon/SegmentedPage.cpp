@@ -1,23 +1,11 @@
 #include "lumivara-data/canon/SegmentedPage.h"
 
 #include "lumivara-data/canon/ImportedPage.h"
+#include "lumivara-data/canon/SegmentedHead.h"
 
 #include <algorithm>
 
 namespace {
-
-constexpr int NoHeading = 0;
-
-/// 1 to 6 if the mark-up makes the segment a heading.
-int HeadingLevel(const QByteArray &markup)
-{
-    // Not each tag with such a begin is one: "<header>" often stands before it.
-    for (qsizetype at = markup.indexOf("<h"); at >= 0 && at + 2 < markup.size(); at = markup.indexOf("<h", at + 2)) {
-        if (markup[at + 2] >= '1' && markup[at + 2] <= '6')
-            return markup[at + 2] - '0';
-    }
-    return NoHeading;
-}
 
 /// What stands behind the colon of an id, without its last number: segments that have it in common are one part.
 QByteArrayView PartOf(const QByteArray &id)
@@ -25,14 +13,6 @@ QByteArrayView PartOf(const QByteArray &id)
     const QByteArrayView place = QByteArrayView(id).sliced(id.indexOf(':') + 1);
     const qsizetype dot = place.lastIndexOf('.');
     return dot < 0 ? place : place.first(dot);
-}
-
-/// Ids number what stands before the text itself with 0.
-bool IsHead(const QByteArray &id)
-{
-    const qsizetype colon = id.indexOf(':');
-    return colon >= 0 &&
-           (QByteArrayView(id).sliced(colon + 1) == "0" || QByteArrayView(id).sliced(colon + 1).startsWith("0."));
 }
 
 bool IsBlank(QByteArrayView text)
@@ -67,23 +47,23 @@ QByteArray MarkedUp(const std::vector<AlignedSegment> &segments, Language langua
     return body;
 }
 
-QByteArray Unmarked(const std::vector<AlignedSegment> &segments, Language language)
+QByteArray Unmarked(const std::vector<AlignedSegment> &segments, Language language, int title)
 {
     QByteArray body;
     QByteArrayView part;
-    bool isOpen = false, hadTitle = false;
+    bool isOpen = false;
     const auto close = [&] {
         body += isOpen ? "</p>\r\n" : "";
         isOpen = false;
     };
-    for (const AlignedSegment &segment : segments) {
+    for (size_t at = 0; at < segments.size(); ++at) {
+        const AlignedSegment &segment = segments[at];
         const QByteArray &text = segment.text[int(language)];
         if (text.isEmpty())
             continue;
-        if (IsHead(segment.id)) {
+        if (IsOfHead(segment.id)) {
             close();
-            const char *tag = hadTitle ? "h2" : "h1";
-            hadTitle = true;
+            const char *tag = static_cast<int>(at) == title ? "h1" : "h2";
             body.append('<').append(tag).append('>').append(text);
             body.append("</").append(tag).append(">\r\n");
             continue;
@@ -104,37 +84,21 @@ QByteArray Unmarked(const std::vector<AlignedSegment> &segments, Language langua
 
 } // namespace
 
-QByteArray SegmentedPage::Title(const std::vector<AlignedSegment> &segments, Language language)
-{
-    const AlignedSegment *head = nullptr;
-    for (const AlignedSegment &segment : segments) {
-        if (IsBlank(segment.text[int(language)]))
-            continue;
-        if (HeadingLevel(segment.markup) != NoHeading)
-            return segment.text[int(language)].trimmed();
-        if (!head && IsHead(segment.id))
-            head = &segment;
-    }
-    return head ? head->text[int(language)].trimmed() : QByteArray();
-}
-
 QByteArray SegmentedPage::Single(const std::vector<AlignedSegment> &segments, Language language, bool hasMarkup,
-                                 const QByteArray &title, CleaningCounts &counts)
+                                 int titleAt, const QByteArray &title, CleaningCounts &counts)
 {
     if (!HasText(segments, language))
         return {};
     return ImportedPage::Frame(title, language,
                                hasMarkup ? CleanHtml(MarkedUp(segments, language), counts).html
-                                         : Unmarked(segments, language));
+                                         : Unmarked(segments, language, titleAt));
 }
 
 QByteArray SegmentedPage::Parallel(const std::vector<AlignedSegment> &segments, Language other, const QByteArray &title)
 {
     if (!HasText(segments, Language::Pali) || !HasText(segments, other))
         return {};
-    const bool isMarkedUp = std::any_of(segments.cbegin(), segments.cend(), [](const AlignedSegment &segment) {
-        return HeadingLevel(segment.markup) != NoHeading;
-    });
+    const bool isMarkedUp = std::any_of(segments.cbegin(), segments.cend(), IsHeading);
     // Several tables, because an engine lays out a table as a whole, and long texts have thousands of rows.
     constexpr int rowsOfTable = 200;
     const QByteArray open = "<table class=\"parallel\">\r\n", close = "</table>\r\n";
@@ -145,7 +109,7 @@ QByteArray SegmentedPage::Parallel(const std::vector<AlignedSegment> &segments, 
         const QByteArray &left = segment.text[int(Language::Pali)], &right = segment.text[int(other)];
         if (IsBlank(left) && IsBlank(right))
             continue;
-        const bool isHeading = isMarkedUp ? HeadingLevel(segment.markup) != NoHeading : IsHead(segment.id);
+        const bool isHeading = isMarkedUp ? IsHeading(segment) : IsOfHead(segment.id);
         if (rows > 0 && (isHeading || rows == rowsOfTable)) {
             body += close + open;
             rows = 0;

@@ -9,11 +9,9 @@
 /// Pages of aligned segments.
 namespace SegmentedPage {
 
-/// The first heading of the text in a language, else nothing.
-QByteArray Title(const std::vector<AlignedSegment> &segments, Language language);
 /// The page of one language, of texts that are escaped already; null if it has none of the text. Without mark-up
-/// segments of one part of the text make a paragraph.
-QByteArray Single(const std::vector<AlignedSegment> &segments, Language language, bool hasMarkup,
+/// segments of one part of the text make a paragraph, and the one at `titleAt` is the largest heading.
+QByteArray Single(const std::vector<AlignedSegment> &segments, Language language, bool hasMarkup, int titleAt,
                   const QByteArray &title, CleaningCounts &counts);
 /// Pāli and another language side by side, a row a segment, likewise; null unless both have some of the text.
 QByteArray Parallel(const std::vector<AlignedSegment> &segments, Language other, const QByteArray &title);

@@ -192,18 +192,21 @@ int DictionaryWriter::Join(const Word &word, const std::vector<int> &entries, Re
         report.Find(place, u"only the first of its %1 entries is taken: the joined ones have more than %2 times the "
                            "bytes of all"_s.arg(entries.size())
                                .arg(MostTimesJoined));
+        m_unjoined += static_cast<qsizetype>(entries.size()) - 1;
         return entries.front();
     }
     QByteArray joined;
+    qsizetype rest = static_cast<qsizetype>(entries.size());
     for (const int entry : entries) {
         const QByteArray content = Content(entry);
         if (joined.size() + content.size() + 2 > LongestEntry) {
-            report.Find(place, u"its entries are too long together; the last is left out"_s);
+            report.Find(place, u"its entries are too long together; %1 of them are left out"_s.arg(rest));
             break;
         }
         joined += (joined.isEmpty() ? QByteArray() : QByteArray("\n\n")) + content;
+        --rest;
     }
-    report.Count(u"entries joined"_s, static_cast<qsizetype>(entries.size()));
+    m_unjoined += rest;
     report.Note(place, u"has %1 entries, joined"_s.arg(entries.size()));
     return AddEntry(joined);
 }
@@ -225,6 +228,8 @@ void DictionaryWriter::StoreWords(Console &console, Report *report)
                     u"\"%1\" has two entries in dictionary %2"_s.arg(QString::fromUtf8(word.name)).arg(word.kind));
             if (next.entry != entries.back())
                 entries.push_back(next.entry);
+            else
+                ++m_equalWords;
         }
         if (entries.size() > 1)
             word.entry = Join(word, entries, *report);

@@ -61,6 +61,9 @@ public:
 
     /// Words of a kind as they were stored, duplicates joined. After Finish().
     qsizetype WordCount(int kind) const { return m_storedWords[kind]; }
+    /// What became of words that came again: with an entry that they had already; with one that could not be joined.
+    qsizetype EqualCount() const { return m_equalWords; }
+    qsizetype UnjoinedCount() const { return m_unjoined; }
 
 private:
     struct Word
@@ -91,6 +94,7 @@ private:
     quint64 m_joinedBytes = 0, m_mostJoined = 0;
     RecordSorter m_words;
     QByteArray m_record; ///< the memory of the one that is made
+    qsizetype m_equalWords = 0, m_unjoined = 0;
     qsizetype m_storedWords[DictKind::All.back() + 1] = {};
     quint64 m_digests[DictKind::All.back() + 1] = {}; ///< of the words of a kind in their order
 };

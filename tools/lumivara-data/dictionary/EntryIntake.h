@@ -53,6 +53,12 @@ public:
     /// Adds a word for an imported entry. Throws ToolError behind MostWords.
     bool TakeWord(const QByteArray &word, int entry, const SourcePlace &place);
 
+    /// Words and forms that the source has, whatever becomes of them.
+    void CountRead(qsizetype words) { m_readCount += words; }
+    qsizetype ReadCount() const { return m_readCount; }
+    /// Those that were imported, equal ones each by itself.
+    qsizetype TakenCount() const { return m_wordCount; }
+
     int Kind() const { return m_kind; }
     Report &Told() { return m_report; }
 
@@ -62,5 +68,5 @@ private:
     int m_kind;
     WordStore &m_store;
     Report &m_report;
-    qsizetype m_wordCount = 0;
+    qsizetype m_wordCount = 0, m_readCount = 0;
 };

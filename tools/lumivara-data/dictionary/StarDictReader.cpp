@@ -239,6 +239,8 @@ StarDictReader::StarDictReader(const QString &ifoPath, Report &report) : m_repor
     ReadDescription();
 }
 
+StarDictReader::~StarDictReader() = default;
+
 /// A file of the dictionary; empty if there is none.
 QString StarDictReader::Beside(const QString &ending) const
 {
@@ -313,14 +315,20 @@ QString StarDictReader::IndexPath() const
     return path;
 }
 
-std::unique_ptr<DictTexts> StarDictReader::OpenTexts() const
+QString StarDictReader::TextsPath() const
 {
     QString path = Beside(u".dict"_s);
     if (path.isEmpty())
         path = Beside(u".dict.dz"_s);
     if (path.isEmpty())
         throw ToolError(u"%1.dict: there is no such file, nor %1.dict.dz"_s.arg(m_base));
-    return DictTexts::Open(path);
+    return path;
+}
+
+void StarDictReader::Open()
+{
+    m_index = IndexPath();
+    m_texts = DictTexts::Open(TextsPath());
 }
 
 /// Puts the words of the index whose entries lie inside of the texts among `words`.
@@ -425,6 +433,7 @@ void StarDictReader::TakeForms(EntryIntake &intake, Console &console)
         else if (intake.TakeWord(name, m_entries[word], place))
             ++taken;
     }
+    intake.CountRead(number);
     m_report.Count(u"forms"_s, taken);
     console.EndProgress();
     if (rows.IsCut())
@@ -515,15 +524,16 @@ void StarDictReader::TellSkipped()
 
 void StarDictReader::TakeAll(EntryIntake &intake, Console &console)
 {
-    const QString index = IndexPath();
-    const std::unique_ptr<DictTexts> texts = OpenTexts();
+    if (!m_texts)
+        Open();
     // A record takes less than four times its bytes in the index, so that what fits is sorted without the disk.
     constexpr quint64 least = 1 << 16;
-    const auto indexBytes = static_cast<quint64>(QFileInfo(index).size());
-    const quint64 memory = index.endsWith(u".gz"_s) ? RecordSorter::UsualMemory : 4 * indexBytes;
+    const auto indexBytes = static_cast<quint64>(QFileInfo(m_index).size());
+    const quint64 memory = m_index.endsWith(u".gz"_s) ? RecordSorter::UsualMemory : 4 * indexBytes;
     RecordSorter words(static_cast<qsizetype>(std::clamp<quint64>(memory, least, RecordSorter::UsualMemory)));
-    ReadIndex(index, words, texts->Size(), console);
-    TakeWords(words, *texts, intake, console);
+    ReadIndex(m_index, words, m_texts->Size(), console);
+    intake.CountRead(static_cast<qsizetype>(m_entries.size()));
+    TakeWords(words, *m_texts, intake, console);
     TakeForms(intake, console);
     TellSkipped();
 }

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QString>
+#include <QtGlobal>
 
 #include <memory>
 #include <optional>
@@ -24,6 +25,11 @@ public:
     /// `ifoPath` is NAME.ifo, or a folder that holds one such file.
     StarDictReader(const QString &ifoPath, Report &report);
 
+    ~StarDictReader();
+    Q_DISABLE_COPY_MOVE(StarDictReader)
+
+    /// Throws what TakeAll() would throw before the first word, such as for a file that is missing.
+    void Open();
     /// Passes every word, form and entry on. Entries are read in the order of their texts.
     void TakeAll(EntryIntake &intake, Console &console);
 
@@ -35,7 +41,7 @@ private:
     std::optional<quint64> Told(const QHash<QByteArray, QByteArray> &values, const char *key);
     void ReadDescription();
     QString IndexPath() const;
-    std::unique_ptr<DictTexts> OpenTexts() const;
+    QString TextsPath() const;
     void ReadIndex(const QString &path, RecordSorter &words, quint64 textSize, Console &console);
     void TakeWords(RecordSorter &words, DictTexts &texts, EntryIntake &intake, Console &console);
     void TakeForms(EntryIntake &intake, Console &console);
@@ -46,6 +52,8 @@ private:
     Report &m_report;
     QString m_base;   ///< path without the ending
     QString m_folder; ///< that all files must stand in, without links
+    QString m_index;  ///< once it is open
+    std::unique_ptr<DictTexts> m_texts;
     QByteArray m_sameTypes;
     // As the description tells, if that is a number; only compared with what is there.
     std::optional<quint64> m_wordCount;

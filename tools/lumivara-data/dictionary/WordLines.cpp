@@ -183,6 +183,7 @@ void TakeTabbedWords(QIODevice &device, const QString &fileName, EntryIntake &in
             line.chop(1);
         if (line.trimmed().isEmpty())
             continue;
+        intake.CountRead(1);
         const SourcePlace place{fileName, lines.Number()};
         const qsizetype tab = line.indexOf('\t');
         if (lines.IsCut())
@@ -209,6 +210,7 @@ void TakeMarkUpWords(QIODevice &device, const QString &fileName, EntryIntake &in
     bool isFirst = true;
     while (words.Next(word)) {
         progress();
+        intake.CountRead(1);
         if (std::exchange(isFirst, false) && words.Kind() != 0 && words.Kind() != intake.Kind())
             intake.Told().Note(fileName,
                                u"says that it is dictionary %1, taken as %2"_s.arg(words.Kind()).arg(intake.Kind()));

@@ -12,6 +12,9 @@ public:
     CsvTable(const QByteArray &text, const QString &fileName);
 
     qsizetype RowCount() const { return m_records.size() - 1; }
+    bool Has(const QString &column) const { return m_records.first().cells.contains(column.toUtf8()); }
+    /// Of a row in the file, from 1.
+    qsizetype Line(qsizetype row) const { return m_records[row + 1].line; }
     /// An empty cell is a null string. Throws ToolError if there is no such column.
     QString Text(qsizetype row, const QString &column) const;
     /// Throws ToolError for a cell that is not a number.

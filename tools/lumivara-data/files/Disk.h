@@ -18,5 +18,8 @@ bool SettleFolder(const QString &path, const QString &replaced);
 bool MakeSharedFolder(const QString &path);
 /// Renames; false, with errno, if the new name is taken.
 bool RenameToNew(const QString &from, const QString &to);
+/// Gives a file a second name, over one that has it; where the file system can't, the file loses the first one. False,
+/// with errno, if neither can be done.
+bool KeepUnder(const QString &path, const QString &name);
 /// Lets two folders change names in one step. False where the file system can't.
 bool ExchangeFolders(const QString &a, const QString &b);

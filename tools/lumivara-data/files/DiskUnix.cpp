@@ -120,6 +120,14 @@ bool RenameToNew(const QString &from, const QString &to)
            ::unlink(old.constData()) == 0;
 }
 
+bool KeepUnder(const QString &path, const QString &name)
+{
+    const QByteArray old = QFile::encodeName(path), kept = QFile::encodeName(name);
+    if (::unlink(kept.constData()) != 0 && errno != ENOENT)
+        return false;
+    return ::link(old.constData(), kept.constData()) == 0 || ::rename(old.constData(), kept.constData()) == 0;
+}
+
 bool ExchangeFolders(const QString &a, const QString &b)
 {
     return ::renameat2(AT_FDCWD, QFile::encodeName(a).constData(), AT_FDCWD, QFile::encodeName(b).constData(),

@@ -8,4 +8,5 @@ struct Finding
 {
     QString row;
     QString fault;
+    bool mayStay = false; ///< the program works with such a row all the same
 };

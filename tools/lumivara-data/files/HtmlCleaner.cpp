@@ -225,7 +225,14 @@ private:
         else if (name == "style")
             WriteStyle(m_reader.TakeRawText());
         else if (IsOneOf(name, RawTags))
-            m_out.html.append(m_reader.TakeRawText().toByteArray().replace('<', "&lt;"));
+            WriteRawText(name, m_reader.TakeRawText().toByteArray().replace('<', "&lt;"));
+    }
+
+    void WriteRawText(const QByteArray &name, const QByteArray &text)
+    {
+        m_out.html.append(text);
+        if (name == "title" && m_out.titleEnd < 0 && !text.trimmed().isEmpty())
+            m_out.titleEnd = m_out.html.size();
     }
 
     void CountDropped(const QByteArray &name)

@@ -52,6 +52,7 @@ struct CleanedHtml
     qsizetype headStart = -1;
     qsizetype htmlStart = -1;
     qsizetype bodyTag = -1;
+    qsizetype titleEnd = -1; ///< behind the words of the first title that has any
 };
 
 /// Removes scripts, handlers, frames, forms, refreshes, charset declarations, comments, and all references except links

@@ -49,6 +49,14 @@ void RemoveStale(const QString &path)
         throw ToolError(u"%1: an unfinished file is in the way"_s.arg(path));
 }
 
+void RenameOver(const QString &path, const QString &target)
+{
+    std::error_code error;
+    std::filesystem::rename(QFileInfo(path).filesystemFilePath(), QFileInfo(target).filesystemFilePath(), error);
+    if (error)
+        throw ToolError(u"%1: %2"_s.arg(target, QString::fromStdString(error.message())));
+}
+
 FileInTheMaking::FileInTheMaking(const QString &target)
     : m_target(QFileInfo(target).absoluteFilePath()), m_lock(UnfinishedName(m_target) + u".lock"_s)
 {
@@ -110,14 +118,15 @@ void FileInTheMaking::Finish()
     Settle(m_target);
     if (keepsReplaced)
         KeepReplaced();
-    Leftover::Complete(m_target, [this] {
-        std::error_code error;
-        std::filesystem::rename(QFileInfo(m_path).filesystemFilePath(), QFileInfo(m_target).filesystemFilePath(),
-                                error);
-        if (error)
-            throw ToolError(u"%1: %2"_s.arg(m_target, QString::fromStdString(error.message())));
-    });
+    Leftover::Complete(m_target, [this] { RenameOver(m_path, m_target); });
     BringNamesToDisk(QFileInfo(m_target).absolutePath());
+}
+
+void FileInTheMaking::FinishAs(const QString &path, const QString &like)
+{
+    Settle(like);
+    RenameOver(m_path, path);
+    BringNamesToDisk(QFileInfo(path).absolutePath());
 }
 
 void FileInTheMaking::FinishNew()

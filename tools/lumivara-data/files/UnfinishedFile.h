@@ -18,6 +18,8 @@ QString UnfinishedName(const QString &path);
 QString WriteFault(const QFileDevice &file);
 /// Removes what an interrupted run has left under a name.
 void RemoveStale(const QString &path);
+/// Renames a file, over one that has that name.
+void RenameOver(const QString &path, const QString &target);
 /// Another process is making the same file.
 class MadeElsewhere : public ToolError
 {
@@ -46,7 +48,9 @@ public:
     /// Brings the file to the disk and gives it its name, over one that exists. A program that has the old file open
     /// goes on with that.
     void Finish();
-    /// The same, but refuses if the name is taken by now.
+    /// The same under another name in that folder, which is no result yet; with the mode of the file at `like`.
+    void FinishAs(const QString &path, const QString &like);
+    /// As Finish(), but refuses if the name is taken by now.
     void FinishNew();
 
 private:

@@ -76,10 +76,11 @@ QList<SamplePassage> Groups(const SamplePassage &passage)
 
 QByteArray Document(const QString &title, Language language, const QString &body)
 {
+    // The plain text keeps the blank behind the title, where the first word would follow at once.
     const QString head = QStringList{u"<HTML>"_s,
                                      u"<head>"_s,
                                      u"<meta http-equiv=\"Content-Type\" content=\"text/html; charset=utf-8\" />"_s,
-                                     u"<title>%1</title>"_s,
+                                     u"<title>%1\u00A0</title>"_s,
                                      u"</head>"_s,
                                      u"<body lang=\"%2\" style='%3'>"_s,
                                      u"<div>"_s}

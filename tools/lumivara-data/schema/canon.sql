@@ -24,4 +24,11 @@ create table KELORA_CONTENT (
 
 create index IDX_KELORA_CONTENT_VIC on KELORA_CONTENT (ID_VIC);
 
+/* Where imported texts came from: by that they keep their numbers in the next import, and texts that are gone leave
+   theirs to nobody. The program does not read it. */
+create table KELORA_SOURCE (
+    ID_VIC integer not null,
+    ID_SOURCE varchar(255) character set UNICODE_FSS not null
+);
+
 COMMIT WORK;

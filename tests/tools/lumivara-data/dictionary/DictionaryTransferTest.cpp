@@ -149,6 +149,19 @@ TEST_F(DictionaryTransfer, StarDictIsTakenAsFarAsItIsSound)
     }
 }
 
+TEST_F(DictionaryTransfer, WhatWasReadIsTheSumOfWhatBecameOfIt)
+{
+    StarDictSample{.words = {A, A, {"a", "B"}, B, {"", "C"}, {"\xE9", "D"}}, .forms = {{"c", 0}, {"c", 1}, {"c", 9}}}
+        .Write(Path(u"s/d"_s));
+    EXPECT_THAT(
+        Run(1, "import dictionary s --kind 5 --into P.FDB"),
+        HasSubstr("9 words read, 3 words imported, 1 joined to the same word, 2 with an equal entry, 3 left out"));
+    Put(u"s.tsv"_s, "a\tx\na\tx\n\nb\n");
+    EXPECT_THAT(
+        Run(1, "import dictionary s.tsv --kind 5 --into P.FDB --replace"),
+        HasSubstr("3 words read, 1 words imported, 0 joined to the same word, 1 with an equal entry, 1 left out"));
+}
+
 TEST_F(DictionaryTransfer, TextsAreTakenByTheirLinesAndTheirEncoding)
 {
     Put(u"s.tsv"_s, QByteArray("\\\\b\tx\r\na\0b\ty\nc\tz\0\n", 18));
@@ -191,6 +204,8 @@ TEST_F(DictionaryTransfer, ARefusalLeavesTheOldFile)
     sample.Write(Path(u"s/d"_s));
     QFile::remove(Path(u"s/d.dict"_s));
     expectRefused("d.dict: there is no such file", "s");
+    EXPECT_THAT(Run(2, "import dictionary s --kind 5 --into P.FDB"), Not(HasSubstr("keeping")))
+        << "before the words that are there are copied";
     QFile::link(Path(u"w.bin"_s), Path(u"s/d.dict"_s));
     expectRefused("is a link that leads out of the folder", "s");
     QFile::remove(Path(u"s/d.idx"_s));
