@@ -165,7 +165,9 @@ void TBrowserControl::Private::LoadingChanged(const QWebEngineLoadingInfo &info)
         isLost = true;
         wait.Wake();
     }
-    if (info.status() != QWebEngineLoadingInfo::LoadSucceededStatus)
+    // A page with a refresh is stopped by our script, when all of it is there.
+    if (info.status() != QWebEngineLoadingInfo::LoadSucceededStatus &&
+        info.status() != QWebEngineLoadingInfo::LoadStoppedStatus)
         return;
     // Not from within Chromium's call: a handler may wait for Chromium.
     QTimer::singleShot(0, this, [this, loaded = number] { Complete(loaded); });
