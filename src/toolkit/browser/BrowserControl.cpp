@@ -23,6 +23,7 @@
 #include <QWebEngineScript>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -56,6 +57,7 @@ public:
     void LoadingChanged(const QWebEngineLoadingInfo &info);
     void Complete(quint64 number);
     void AddressChanged(const QUrl &address);
+    void EmptyPageCame();
     void RendererEnded();
     void ApplyZoom();
     QVariant Call(const QString &script);
@@ -157,6 +159,9 @@ void TBrowserControl::Private::ShowPage()
 void TBrowserControl::Private::LoadingChanged(const QWebEngineLoadingInfo &info)
 {
     input->Attach();
+    if (info.url().scheme() == QLatin1StringView("about") && number != 0 && (isGone || !isComplete) &&
+        info.status() != QWebEngineLoadingInfo::LoadStartedStatus)
+        EmptyPageCame();
     if (!info.url().matches(page->Address(), QUrl::RemoveFragment) || isComplete)
         return;
     if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
@@ -193,14 +198,17 @@ void TBrowserControl::Private::Complete(quint64 loaded)
 
 void TBrowserControl::Private::AddressChanged(const QUrl &address)
 {
-    // Chromium navigates to "about:blank" without asking. A page that does so by itself would do it again, so it is
-    // restored only once for each act of the reader.
-    if (address.scheme() != QLatin1StringView("about") || number == 0)
+    // Chromium navigates to "about:blank" without asking.
+    if (address.scheme() == QLatin1StringView("about") && number != 0)
+        isGone = true;
+}
+
+void TBrowserControl::Private::EmptyPageCame()
+{
+    // A page that empties the view by itself would do it again, so it is restored only once for each act of the reader.
+    // One that was handed over meanwhile comes again, because Qt WebEngine does not tell the end of such a load.
+    if (isGone && std::exchange(hasLeft, true))
         return;
-    isGone = true;
-    if (hasLeft)
-        return;
-    hasLeft = true;
     QTimer::singleShot(0, this, [this, left = number] {
         if (left == number)
             ShowPage();
