@@ -1,0 +1,441 @@
+#include "dictionary/PaliAnalysis.h"
+
+#include "dictionary/PaliLetters.h"
+#include "dictionary/PaliReadings.h"
+#include "dictionary/PaliSeams.h"
+
+#include <QSet>
+
+#include <algorithm>
+#include <span>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int SeamCost = 3;       ///< of each place where words meet
+constexpr int MostSeams = 3;      ///< in a form
+constexpr int MostCost = 14;      ///< of a way that is worth telling
+constexpr int GoodCost = 3;       ///< of a reading that needs no others beside it
+constexpr qsizetype MostStates = 24; ///< that are followed at a time
+constexpr qsizetype MostCompoundCores = 6;
+constexpr qsizetype LongestFunctionWord = 9;
+
+/// What is left of a form, and the pieces that were taken off it.
+struct State
+{
+    QList<PaliPiece> before;
+    QString core;
+    QList<PaliPiece> after;
+    int cost = 0;
+    int stems = 0;         ///< of a compound among the pieces before
+    qsizetype letters = 0; ///< of those stems
+    bool isChanged = false; ///< at the last seam, which is of a compound
+    bool isCase = false;    ///< the last piece before is no stem, so any word may follow
+    qsizetype least = 4;    ///< letters of the word that is left, to be no chance
+};
+
+/// Prefixes of nouns and verbs, as they are written before a consonant or a vowel. None needs a place in a dictionary.
+struct Prefix
+{
+    QStringView written, name;
+    int cost;
+};
+
+constexpr Prefix Prefixes[] = {
+    {u"a", u"a", 1},       {u"an", u"an", 1},     {u"su", u"su", 2},     {u"du", u"du", 2},     {u"dur", u"du", 2},
+    {u"sa", u"sa", 3},     {u"nir", u"nir", 3},   {u"ni", u"ni", 3},     {u"nī", u"ni", 3},     {u"ati", u"ati", 3},
+    {u"acc", u"ati", 3},   {u"adhi", u"adhi", 3}, {u"ajjh", u"adhi", 3}, {u"anu", u"anu", 3},   {u"anv", u"anu", 3},
+    {u"apa", u"apa", 3},   {u"ap", u"apa", 3},    {u"abhi", u"abhi", 3}, {u"abbh", u"abhi", 3}, {u"ava", u"ava", 3},
+    {u"o", u"ava", 4},     {u"ā", u"ā", 4},       {u"u", u"ud", 4},      {u"ud", u"ud", 4},     {u"upa", u"upa", 3},
+    {u"up", u"upa", 3},    {u"pa", u"pa", 3},     {u"paṭi", u"paṭi", 3}, {u"pati", u"pati", 3}, {u"pacc", u"paṭi", 3},
+    {u"parā", u"parā", 4}, {u"pari", u"pari", 3}, {u"pariy", u"pari", 3}, {u"vi", u"vi", 3},    {u"vy", u"vi", 3},
+    {u"by", u"vi", 3},     {u"saṃ", u"saṃ", 3},   {u"sam", u"saṃ", 3},   {u"sañ", u"saṃ", 3},   {u"saṅ", u"saṃ", 3},
+    {u"san", u"saṃ", 3},   {u"ku", u"ku", 5},     {u"mahā", u"mahā", 2}, {u"mah", u"mahā", 2},
+};
+
+/// Short stems that begin or end many compounds.
+bool IsCommonShort(const QString &stem)
+{
+    static const QSet<QString> stems{u"dvi"_s, u"dve"_s, u"ti"_s,  u"cha"_s, u"eka"_s, u"isi"_s, u"ādi"_s, u"go"_s,
+                                     u"uju"_s, u"aja"_s, u"asi"_s, u"ahi"_s, u"āyu"_s, u"ura"_s, u"iṇa"_s, u"usu"_s};
+    return stems.contains(stem);
+}
+
+/// Whether a reading is of a noun, or of what declines like one: a finite verb ends no compound.
+bool IsNominal(const PaliReading &reading)
+{
+    for (const QChar letter : reading.terms) {
+        if (QStringView(u"ABCDEFPMOURNKTIZV").contains(letter))
+            return false;
+    }
+    const QString &head = reading.head;
+    return !reading.terms.isEmpty() || head.size() < 5 || !head.endsWith(u"ti") ||
+           !QStringView(u"aāeo").contains(head[head.size() - 3]);
+}
+
+class Analysis
+{
+public:
+    Analysis(const QString &form, KnownWords &words) : m_form(form), m_words(words) {}
+
+    QList<PaliWay> Ways()
+    {
+        const bool isMarked = m_form.contains(u'’');
+        if (!isMarked) {
+            TakeWhole(false);
+            if (!m_ways.isEmpty() && Best() <= GoodCost)
+                return Sorted();
+        }
+        QList<State> states = isMarked ? Marked() : Loosened(Endings());
+        QList<State> cores = states;
+        for (int seams = 1; seams <= MostSeams; ++seams) {
+            TakeCores(states);
+            if (!m_ways.isEmpty() && Best() <= GoodCost + (SeamCost + 1) * seams)
+                return Sorted();
+            if (seams < MostSeams) {
+                states = Loosened(states);
+                if (seams == 1)
+                    cores += states;
+            }
+        }
+        if (!m_ways.isEmpty())
+            return Sorted();
+        if (!isMarked)
+            TakeWhole(true);
+        if (!m_ways.isEmpty())
+            return Sorted();
+        if (cores.size() > MostCompoundCores)
+            cores.resize(MostCompoundCores);
+        TakeCompounds(isMarked ? cores : Endings() + cores);
+        return Sorted();
+    }
+
+private:
+    int Best() const
+    {
+        return std::min_element(m_ways.cbegin(), m_ways.cend(), [](const auto &a, const auto &b) {
+                   return a.cost < b.cost;
+               })->cost;
+    }
+
+    QList<PaliWay> Sorted()
+    {
+        std::stable_sort(m_ways.begin(), m_ways.end(), [](const auto &a, const auto &b) {
+            return std::pair(a.cost, a.order) < std::pair(b.cost, b.order);
+        });
+        return std::move(m_ways);
+    }
+
+    const QList<PaliReading> &Readings(const QString &core)
+    {
+        auto known = m_readings.find(core);
+        if (known == m_readings.end())
+            known = m_readings.insert(core, PaliReadings(core));
+        return *known;
+    }
+
+    /// Asks for the readings of several cores at once.
+    void Prepare(const QStringList &cores, bool isDeep)
+    {
+        QStringList asked;
+        for (const QString &core : cores) {
+            for (const PaliReading &reading : Readings(core)) {
+                if (isDeep || reading.cost <= CommonReading)
+                    asked.append(reading.head);
+            }
+        }
+        m_words.Ask(asked);
+    }
+
+    /// Those readings of a prepared core that are words.
+    QList<PaliReading> Hits(const QString &core)
+    {
+        QList<PaliReading> hits;
+        for (const PaliReading &reading : Readings(core)) {
+            if (m_words.Has(reading.head))
+                hits.append(reading);
+        }
+        return hits;
+    }
+
+    PaliPiece PieceOf(const QString &head) const
+    {
+        const KnownWords::Place place = m_words.Of(head);
+        return {place.word, place.kind};
+    }
+
+    void Add(const State &state, const PaliReading &reading)
+    {
+        const KnownWords::Place place = m_words.Of(reading.head);
+        QList<PaliPiece> pieces = state.before;
+        pieces.append({place.word, place.kind});
+        pieces.append(state.after);
+        const int cost = state.cost + reading.cost + (place.rank > 0 ? 1 : 0);
+        if (pieces.size() == 1 || cost <= MostCost)
+            m_ways.append({pieces, pieces.size() == 1 ? reading.terms : QStringView(), cost, reading.order});
+    }
+
+    /// The form, also with its end as it stands before a quotation mark: "hotī", "pācittiyan".
+    QList<State> Endings() const
+    {
+        QList<State> states{{{}, m_form, {}, 0}};
+        const QChar last = m_form.back();
+        if (m_form.size() > 2 && QStringView(u"nmñṅ").contains(last))
+            states.append({{}, m_form.chopped(1) + u'ṃ', {}, 0});
+        if (const QChar plain = WithoutLength(last); m_form.size() > 1 && plain != last)
+            states.append({{}, m_form.chopped(1) + plain, {}, 1});
+        return states;
+    }
+
+    /// The form as one word.
+    void TakeWhole(bool isDeep)
+    {
+        QStringList cores;
+        for (const State &state : Endings())
+            cores.append(state.core);
+        Prepare(cores, isDeep);
+        for (const State &state : Endings()) {
+            for (const PaliReading &hit : Hits(state.core))
+                Add(state, hit);
+        }
+    }
+
+    /// The first of a function word's heads that a dictionary has, else the word itself as a piece without a dictionary.
+    PaliPiece FunctionPiece(const QString &form)
+    {
+        const QStringList heads = PaliFunctionHeads(form);
+        m_words.Ask(heads);
+        for (const QString &head : heads) {
+            if (m_words.Has(head))
+                return PieceOf(head);
+        }
+        return {heads.value(0), 0};
+    }
+
+    void TakeSeam(const State &state, const PaliSeam &seam, bool isMarked, QHash<QString, State> &states)
+    {
+        // Before a consonant a word stands unchanged, or the consonant is doubled.
+        const bool isPlain = !IsPaliVowel(seam.right.front()) && state.core.startsWith(seam.left);
+        const bool isRight = isMarked ? IsPaliFunctionWord(seam.right) : IsPaliEnclitic(seam.right);
+        const bool isLeft = IsPaliLeader(seam.left) && (isMarked || !isPlain || IsPaliFirstPart(seam.left)) &&
+                            (seam.left.size() > 2 || seam.left == u"na" || seam.left == u"ca" || IsPaliFunctionWord(seam.right));
+        const int cost = state.cost + seam.cost + SeamCost;
+        const auto keep = [&](const State &next) {
+            const auto known = states.find(next.core);
+            if (known == states.end())
+                states.insert(next.core, next);
+            else if (known->cost > next.cost)
+                *known = next;
+        };
+        if (isRight && seam.left.size() > 1)
+            keep({state.before, seam.left, QList{FunctionPiece(seam.right)} + state.after, cost});
+        // What a short word begins must be long enough to be no chance.
+        if (isLeft && (seam.right.size() > 4 || IsPaliFunctionWord(seam.right) || isMarked))
+{
+            State next{state.before + QList{FunctionPiece(seam.left)}, seam.right, state.after, cost + 1};
+            next.least = seam.left.size() > 2 || seam.left == u"na" ? 4 : 5;
+            keep(next);
+        }
+    }
+
+    static QList<State> Cheapest(const QHash<QString, State> &states)
+    {
+        QList<State> list = states.values();
+        std::sort(list.begin(), list.end(),
+                  [](const State &a, const State &b) { return std::pair(a.cost, a.core) < std::pair(b.cost, b.core); });
+        if (list.size() > MostStates)
+            list.resize(MostStates);
+        return list;
+    }
+
+    /// Each of the states with one function word less, at its beginning or end.
+    QList<State> Loosened(const QList<State> &states)
+    {
+        QHash<QString, State> next;
+        for (const State &state : states) {
+            const qsizetype size = state.core.size();
+            for (qsizetype at = 1; at < size; ++at) {
+                if (at > LongestFunctionWord && at < size - LongestFunctionWord)
+                    continue;
+                for (const PaliSeam &seam : PaliSeamsAt(state.core, at))
+                    TakeSeam(state, seam, false, next);
+            }
+        }
+        return Cheapest(next);
+    }
+
+    /// The states of a form with an apostrophe, which tells where two words meet.
+    QList<State> Marked()
+    {
+        const qsizetype at = m_form.lastIndexOf(u'’');
+        const QString left = QString(m_form.first(at)).remove(u'’'), right = m_form.sliced(at + 1);
+        QList<PaliSeam> seams = PaliSeamsAt(left + right, left.size());
+        const QChar last = left.back();
+        QList<std::pair<QString, int>> lefts{{left, 0}};
+        if (const QChar plain = WithoutLength(last); plain != last)
+            lefts.append({left.chopped(1) + plain, 0});
+        if (QStringView(u"nmñṅṇ").contains(last))
+            lefts.append({left.chopped(1) + u'ṃ', 0});
+        QHash<QString, State> next;
+        for (const auto &[word, cost] : lefts) {
+            for (const QString &start : {QString(), u"a"_s, u"i"_s, u"e"_s})
+                seams.append({word, start + right, cost + (start.isEmpty() ? 0 : 1)});
+        }
+        for (const PaliSeam &seam : std::as_const(seams))
+            TakeSeam({}, seam, true, next);
+        return Cheapest(next);
+    }
+
+    void TakeCores(const QList<State> &states)
+    {
+        QStringList cores;
+        for (const State &state : states)
+            cores.append(state.core);
+        Prepare(cores, false);
+        for (const State &state : states) {
+            const bool isSmall = IsPaliFunctionWord(state.core);
+            for (const PaliReading &hit : Hits(state.core)) {
+                const qsizetype least = state.before.isEmpty() && hit.cost <= 1 ? 3 : state.least;
+                if (hit.cost <= CommonReading && (isSmall || hit.head.size() >= least))
+                    Add(state, hit);
+            }
+        }
+    }
+
+    /// One step of a compound: a first piece and what follows it.
+    struct Step
+    {
+        qsizetype state;
+        PaliSeam seam;
+        QString prefix; ///< the first piece is this one
+        QList<PaliReading> heads;
+    };
+
+    QList<Step> StepsOf(qsizetype place, const State &state) const
+    {
+        QList<Step> steps;
+        for (const Prefix &prefix : Prefixes) {
+            if (state.stems > 0)
+                break;
+            const qsizetype size = prefix.written.size();
+            if (state.core.size() < size + 4 || !state.core.startsWith(prefix.written))
+                continue;
+            const QString rest = state.core.mid(size);
+            const bool wantsVowel = !IsPaliVowel(prefix.written.back()) && prefix.name != u"saṃ";
+            if (wantsVowel != IsPaliVowel(rest.front()) && prefix.name != u"saṃ" && prefix.written != u"sa")
+                continue;
+            // A short prefix before a short word is chance.
+            const int doubt = rest.size() < 6 && size < 3 ? 3 : 0;
+            if (StartsDoubled(rest))
+                steps.append({place, {prefix.written.toString(), rest.mid(1), prefix.cost + doubt}, prefix.name.toString(), {}});
+            else if (prefix.name != u"ud" || wantsVowel)
+                steps.append({place, {prefix.written.toString(), rest, prefix.cost + doubt}, prefix.name.toString(), {}});
+        }
+        for (qsizetype at = 2; at + 2 < state.core.size(); ++at) {
+            for (const PaliSeam &seam : PaliSeamsAt(state.core, at)) {
+                if (seam.right.size() < 4 || (seam.left.size() < 4 && !IsCommonShort(seam.left)))
+                    continue;
+                steps.append({place, seam, {}, PaliStemReadings(seam.left)});
+            }
+        }
+        return steps;
+    }
+
+    /// The states behind each first piece that is a word.
+    QList<State> Split(const QList<State> &states)
+    {
+        QList<Step> steps;
+        QStringList asked;
+        for (qsizetype i = 0; i < states.size(); ++i)
+            steps += StepsOf(i, states[i]);
+        for (const Step &step : std::as_const(steps)) {
+            for (const PaliReading &head : step.heads) {
+                if (head.cost <= 3)
+                    asked.append(head.head);
+            }
+        }
+        m_words.Ask(asked);
+        QHash<QString, State> next;
+        for (const Step &step : std::as_const(steps)) {
+            const State &state = states[step.state];
+            State following{state.before, step.seam.right, state.after, state.cost + step.seam.cost + SeamCost};
+            following.stems = state.stems;
+            following.letters = state.letters;
+            if (!step.prefix.isEmpty()) {
+                following.before.append({step.prefix, 0});
+            } else {
+                const auto head = std::find_if(step.heads.cbegin(), step.heads.cend(), [this](const PaliReading &reading) {
+                    return reading.cost <= 3 && m_words.Has(reading.head);
+                });
+                if (head == step.heads.cend())
+                    continue;
+                following.before.append(PieceOf(head->head));
+                following.cost += head->cost;
+                following.stems += 1;
+                following.letters += step.seam.left.size();
+                following.isChanged = step.seam.cost > 0;
+                following.isCase = step.seam.left.endsWith(u'ṃ');
+                if (IsCommonShort(step.seam.left))
+                    following.letters += 1;
+            }
+            if (following.cost > MostCost)
+                continue;
+            const auto known = next.find(following.core);
+            if (known == next.end())
+                next.insert(following.core, following);
+            else if (known->cost > following.cost)
+                *known = following;
+        }
+        return Cheapest(next);
+    }
+
+    /// Whether the pieces of a compound are long enough to be no chance.
+    static bool IsSound(const State &state, const PaliReading &last)
+    {
+        const qsizetype size = last.head.size();
+        if (last.cost > CommonReading || IsPaliParticle(last.head))
+            return false;
+        if (state.stems == 0) {
+            const QString &prefix = state.before.last().word;
+            const bool isNegation = prefix == u"a" || prefix == u"an";
+            return size >= (isNegation && last.cost <= 3 ? 4 : 5);
+        }
+        if ((!IsNominal(last) && !state.isCase) || (size < 4 && !IsCommonShort(last.head)))
+            return false;
+        // Some four letters a piece are a chance where the seam is not plain, or where there are many.
+        const qsizetype letters = state.letters + size;
+        return letters >= (state.isChanged ? 9 : 8) && (state.stems == 1 || letters > 4 * (state.stems + 1));
+    }
+
+    void TakeCompounds(QList<State> states)
+    {
+        for (int seams = 1; seams <= MostSeams && !states.isEmpty(); ++seams) {
+            states = Split(states);
+            QStringList cores;
+            for (const State &state : std::as_const(states))
+                cores.append(state.core);
+            Prepare(cores, false);
+            for (const State &state : std::as_const(states)) {
+                for (const PaliReading &hit : Hits(state.core)) {
+                    if (IsSound(state, hit))
+                        Add(state, hit);
+                }
+            }
+            if (!m_ways.isEmpty())
+                return;
+        }
+    }
+
+    QString m_form;
+    KnownWords &m_words;
+    QHash<QString, QList<PaliReading>> m_readings;
+    QList<PaliWay> m_ways;
+};
+
+} // namespace
+
+QList<PaliWay> PaliWays(const QString &form, KnownWords &words)
+{
+    return form.size() < 1 ? QList<PaliWay>() : Analysis(form, words).Ways();
+}
