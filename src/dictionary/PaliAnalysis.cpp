@@ -18,6 +18,8 @@ constexpr int MostSeams = 3;      ///< in a form
 constexpr int MostCost = 14;      ///< of a way that is worth telling
 constexpr int GoodCost = 3;       ///< of a reading that needs no others beside it
 constexpr qsizetype MostStates = 24; ///< that are followed at a time
+constexpr qsizetype LongWord = 6;
+constexpr qsizetype UsualStem = 5;
 constexpr qsizetype MostCompoundCores = 6;
 constexpr qsizetype LongestFunctionWord = 9;
 
@@ -33,6 +35,8 @@ struct State
     bool isChanged = false; ///< at the last seam, which is of a compound
     bool isCase = false;    ///< the last piece before is no stem, so any word may follow
     qsizetype least = 4;    ///< letters of the word that is left, to be no chance
+    bool isSmall = false;   ///< a small word must be left
+    bool mayBeLong = true;  ///< or a long one
 };
 
 /// Prefixes of nouns and verbs, as they are written before a consonant or a vowel. None needs a place in a dictionary.
@@ -43,7 +47,7 @@ struct Prefix
 };
 
 constexpr Prefix Prefixes[] = {
-    {u"a", u"a", 1},       {u"an", u"an", 1},     {u"su", u"su", 2},     {u"du", u"du", 2},     {u"dur", u"du", 2},
+    {u"a", u"a", 0},       {u"an", u"an", 0},     {u"su", u"su", 2},     {u"du", u"du", 2},     {u"dur", u"du", 2},
     {u"sa", u"sa", 3},     {u"nir", u"nir", 3},   {u"ni", u"ni", 3},     {u"nī", u"ni", 3},     {u"ati", u"ati", 3},
     {u"acc", u"ati", 3},   {u"adhi", u"adhi", 3}, {u"ajjh", u"adhi", 3}, {u"anu", u"anu", 3},   {u"anv", u"anu", 3},
     {u"apa", u"apa", 3},   {u"ap", u"apa", 3},    {u"abhi", u"abhi", 3}, {u"abbh", u"abhi", 3}, {u"ava", u"ava", 3},
@@ -58,7 +62,7 @@ constexpr Prefix Prefixes[] = {
 bool IsCommonShort(const QString &stem)
 {
     static const QSet<QString> stems{u"dvi"_s, u"dve"_s, u"ti"_s,  u"cha"_s, u"eka"_s, u"isi"_s, u"ādi"_s, u"go"_s,
-                                     u"uju"_s, u"aja"_s, u"asi"_s, u"ahi"_s, u"āyu"_s, u"ura"_s, u"iṇa"_s, u"usu"_s};
+                                     u"uju"_s, u"aja"_s, u"catu"_s, u"asi"_s, u"ahi"_s, u"āyu"_s, u"ura"_s, u"iṇa"_s, u"usu"_s};
     return stems.contains(stem);
 }
 
@@ -87,27 +91,22 @@ public:
             if (!m_ways.isEmpty() && Best() <= GoodCost)
                 return Sorted();
         }
-        QList<State> states = isMarked ? Marked() : Loosened(Endings());
-        QList<State> cores = states;
-        for (int seams = 1; seams <= MostSeams; ++seams) {
+        const QList<State> once = isMarked ? Marked() : Loosened(Endings());
+        TakeCores(once);
+        if (!m_ways.isEmpty())
+            return Sorted();
+        QList<State> states = once;
+        QList<State> cores = once.first(std::min(once.size(), MostCompoundCores));
+        for (int seams = 2; seams <= MostSeams; ++seams) {
+            states = Loosened(states);
             TakeCores(states);
-            if (!m_ways.isEmpty() && Best() <= GoodCost + (SeamCost + 1) * seams)
-                return Sorted();
-            if (seams < MostSeams) {
-                states = Loosened(states);
-                if (seams == 1)
-                    cores += states;
-            }
+            if (seams == 2)
+                cores += states.first(std::min(states.size(), MostCompoundCores / 2));
         }
-        if (!m_ways.isEmpty())
-            return Sorted();
-        if (!isMarked)
+        if (!isMarked && m_ways.isEmpty())
             TakeWhole(true);
-        if (!m_ways.isEmpty())
-            return Sorted();
-        if (cores.size() > MostCompoundCores)
-            cores.resize(MostCompoundCores);
-        TakeCompounds(isMarked ? cores : Endings() + cores);
+        if (!isMarked || m_ways.isEmpty())
+            TakeCompounds(isMarked ? cores : Endings() + cores);
         return Sorted();
     }
 
@@ -184,7 +183,7 @@ private:
         if (m_form.size() > 2 && QStringView(u"nmñṅ").contains(last))
             states.append({{}, m_form.chopped(1) + u'ṃ', {}, 0});
         if (const QChar plain = WithoutLength(last); m_form.size() > 1 && plain != last)
-            states.append({{}, m_form.chopped(1) + plain, {}, 1});
+            states.append({{}, m_form.chopped(1) + plain, {}, m_form.endsWith(u"tī") ? 0 : 1});
         return states;
     }
 
@@ -202,9 +201,9 @@ private:
     }
 
     /// The first of a function word's heads that a dictionary has, else the word itself as a piece without a dictionary.
-    PaliPiece FunctionPiece(const QString &form)
+    PaliPiece FunctionPiece(const QString &form, bool atEnd)
     {
-        const QStringList heads = PaliFunctionHeads(form);
+        const QStringList heads = PaliFunctionHeads(form, atEnd);
         m_words.Ask(heads);
         for (const QString &head : heads) {
             if (m_words.Has(head))
@@ -215,11 +214,16 @@ private:
 
     void TakeSeam(const State &state, const PaliSeam &seam, bool isMarked, QHash<QString, State> &states)
     {
-        // Before a consonant a word stands unchanged, or the consonant is doubled.
-        const bool isPlain = !IsPaliVowel(seam.right.front()) && state.core.startsWith(seam.left);
-        const bool isRight = isMarked ? IsPaliFunctionWord(seam.right) : IsPaliEnclitic(seam.right);
-        const bool isLeft = IsPaliLeader(seam.left) && (isMarked || !isPlain || IsPaliFirstPart(seam.left)) &&
-                            (seam.left.size() > 2 || seam.left == u"na" || seam.left == u"ca" || IsPaliFunctionWord(seam.right));
+        // The left word stands unchanged.
+        const bool isPlain = state.core.startsWith(seam.left) && IsPaliVowel(seam.left.back()) &&
+                             seam.left.size() + seam.right.size() <= state.core.size() &&
+                             state.core[seam.left.size()] == seam.right.front();
+        const bool isEnclitic = IsPaliEnclitic(seam.right);
+        const bool isRight = isMarked ? IsPaliFunctionWord(seam.right) : isEnclitic || IsPaliFollower(seam.right);
+        const bool isLeft = IsPaliLeader(seam.left) &&
+                            (isMarked || (isPlain ? IsPaliFirstPart(seam.left) : !StandsApart(seam.left))) &&
+                            (seam.left.size() > 2 || seam.left == u"na" || seam.left == u"ca" || seam.left == u"mā" ||
+                             IsPaliFunctionWord(seam.right));
         const int cost = state.cost + seam.cost + SeamCost;
         const auto keep = [&](const State &next) {
             const auto known = states.find(next.core);
@@ -229,12 +233,27 @@ private:
                 *known = next;
         };
         if (isRight && seam.left.size() > 1)
-            keep({state.before, seam.left, QList{FunctionPiece(seam.right)} + state.after, cost});
+{
+            State next{state.before, seam.left, QList{FunctionPiece(seam.right, true)} + state.after, cost};
+            // What looks like it is most often a genitive.
+            if (seam.right == u"assa" && !isMarked)
+                next.cost += 2;
+            else if (seam.right == u"va" || seam.right == u"ce")
+                next.cost += 1;
+            next.least = state.least;
+            next.isSmall = state.isSmall || !(isEnclitic || isMarked);
+            next.mayBeLong = next.isSmall && state.mayBeLong && (isEnclitic || (IsPaliTail(seam.right) && seam.cost <= 1));
+            keep(next);
+        }
         // What a short word begins must be long enough to be no chance.
         if (isLeft && (seam.right.size() > 4 || IsPaliFunctionWord(seam.right) || isMarked))
 {
-            State next{state.before + QList{FunctionPiece(seam.left)}, seam.right, state.after, cost + 1};
+            State next{state.before + QList{FunctionPiece(seam.left, false)}, seam.right, state.after, cost + 1};
             next.least = seam.left.size() > 2 || seam.left == u"na" ? 4 : 5;
+            next.isSmall = state.isSmall;
+            next.mayBeLong = state.mayBeLong;
+            if (isPlain && IsPaliFunctionWord(seam.right) && !isMarked)
+                next.cost += 2;
             keep(next);
         }
     }
@@ -295,8 +314,14 @@ private:
         Prepare(cores, false);
         for (const State &state : states) {
             const bool isSmall = IsPaliFunctionWord(state.core);
+            if (isSmall && state.before.isEmpty() && !IsPaliLeader(state.core))
+                continue;
             for (const PaliReading &hit : Hits(state.core)) {
-                const qsizetype least = state.before.isEmpty() && hit.cost <= 1 ? 3 : state.least;
+                if (state.isSmall && !isSmall && !state.mayBeLong)
+                    continue;
+                const qsizetype least = state.isSmall                                ? LongWord
+                                        : state.before.isEmpty() && hit.cost <= 1 ? 3
+                                                                                  : state.least;
                 if (hit.cost <= CommonReading && (isSmall || hit.head.size() >= least))
                     Add(state, hit);
             }
@@ -312,11 +337,24 @@ private:
         QList<PaliReading> heads;
     };
 
-    QList<Step> StepsOf(qsizetype place, const State &state) const
+    /// The readings of a word that stands before another with its ending.
+    static QList<PaliReading> CaseReadings(const QString &word)
+    {
+        QList<PaliReading> readings;
+        if (word.size() < 5)
+            return readings;
+        for (PaliReading &reading : PaliReadings(word)) {
+            if (!reading.terms.isEmpty() && reading.cost <= 2)
+                readings.append(std::move(reading));
+        }
+        return readings;
+    }
+
+    QList<Step> StepsOf(qsizetype place, const State &state, bool isCase) const
     {
         QList<Step> steps;
         for (const Prefix &prefix : Prefixes) {
-            if (state.stems > 0)
+            if (state.stems > 0 || isCase)
                 break;
             const qsizetype size = prefix.written.size();
             if (state.core.size() < size + 4 || !state.core.startsWith(prefix.written))
@@ -334,21 +372,21 @@ private:
         }
         for (qsizetype at = 2; at + 2 < state.core.size(); ++at) {
             for (const PaliSeam &seam : PaliSeamsAt(state.core, at)) {
-                if (seam.right.size() < 4 || (seam.left.size() < 4 && !IsCommonShort(seam.left)))
+                if (seam.right.size() < 4 || (seam.left.size() < 4 && !(IsCommonShort(seam.left) && state.stems == 0)))
                     continue;
-                steps.append({place, seam, {}, PaliStemReadings(seam.left)});
+                steps.append({place, seam, {}, isCase ? CaseReadings(seam.left) : PaliStemReadings(seam.left)});
             }
         }
         return steps;
     }
 
     /// The states behind each first piece that is a word.
-    QList<State> Split(const QList<State> &states)
+    QList<State> Split(const QList<State> &states, bool isCase)
     {
         QList<Step> steps;
         QStringList asked;
         for (qsizetype i = 0; i < states.size(); ++i)
-            steps += StepsOf(i, states[i]);
+            steps += StepsOf(i, states[i], isCase);
         for (const Step &step : std::as_const(steps)) {
             for (const PaliReading &head : step.heads) {
                 if (head.cost <= 3)
@@ -374,16 +412,22 @@ private:
                 following.cost += head->cost;
                 following.stems += 1;
                 following.letters += step.seam.left.size();
-                following.isChanged = step.seam.cost > 0;
-                following.isCase = step.seam.left.endsWith(u'ṃ');
+                following.isChanged = step.seam.cost > 0 || IsPaliVowel(step.seam.right.front());
+                following.isCase = isCase || step.seam.left.endsWith(u'ṃ');
+                following.cost += isCase ? SeamCost : 0;
+                // A usual short stem counts as a longer one.
                 if (IsCommonShort(step.seam.left))
-                    following.letters += 1;
+                    following.letters += UsualStem - step.seam.left.size();
+                else if (step.seam.left.size() < UsualStem)
+                    following.cost += 1;
             }
             if (following.cost > MostCost)
                 continue;
-            const auto known = next.find(following.core);
+            // What may follow depends on what stands before.
+            const QString key = following.core + QChar(following.stems == 0 ? u'0' : following.isCase ? u'1' : u'2');
+            const auto known = next.find(key);
             if (known == next.end())
-                next.insert(following.core, following);
+                next.insert(key, following);
             else if (known->cost > following.cost)
                 *known = following;
         }
@@ -393,8 +437,9 @@ private:
     /// Whether the pieces of a compound are long enough to be no chance.
     static bool IsSound(const State &state, const PaliReading &last)
     {
-        const qsizetype size = last.head.size();
-        if (last.cost > CommonReading || IsPaliParticle(last.head))
+        const qsizetype size = std::min(last.head.size(), state.core.size());
+        if (last.cost > (state.stems == 0 ? 3 : CommonReading) || IsPaliParticle(last.head) ||
+            (IsPaliFunctionWord(last.head) && last.head != u"attha"))
             return false;
         if (state.stems == 0) {
             const QString &prefix = state.before.last().word;
@@ -405,26 +450,36 @@ private:
             return false;
         // Some four letters a piece are a chance where the seam is not plain, or where there are many.
         const qsizetype letters = state.letters + size;
-        return letters >= (state.isChanged ? 9 : 8) && (state.stems == 1 || letters > 4 * (state.stems + 1));
+        const qsizetype least = last.head == u"attha" ? 8 : state.isChanged || state.isCase ? 10 : 9;
+        return letters >= (state.stems == 1 ? least : 14) && !last.head.startsWith(u"atta");
     }
 
-    void TakeCompounds(QList<State> states)
+    /// The compounds whose last piece follows the states.
+    void TakeLastPieces(const QList<State> &states)
     {
-        for (int seams = 1; seams <= MostSeams && !states.isEmpty(); ++seams) {
-            states = Split(states);
-            QStringList cores;
-            for (const State &state : std::as_const(states))
-                cores.append(state.core);
-            Prepare(cores, false);
-            for (const State &state : std::as_const(states)) {
-                for (const PaliReading &hit : Hits(state.core)) {
-                    if (IsSound(state, hit))
-                        Add(state, hit);
-                }
+        QStringList cores;
+        for (const State &state : states)
+            cores.append(state.core);
+        Prepare(cores, false);
+        for (const State &state : states) {
+            for (const PaliReading &hit : Hits(state.core)) {
+                if (IsSound(state, hit))
+                    Add(state, hit);
             }
-            if (!m_ways.isEmpty())
-                return;
         }
+    }
+
+    void TakeCompounds(const QList<State> &cores)
+    {
+        const qsizetype before = m_ways.size();
+        QList<State> states = cores;
+        for (int seams = 1; seams <= MostSeams && !states.isEmpty() && m_ways.size() == before; ++seams) {
+            states = Split(states, false);
+            TakeLastPieces(states);
+        }
+        // Two words, the first with its ending.
+        if (m_ways.isEmpty())
+            TakeLastPieces(Split(cores, true));
     }
 
     QString m_form;

@@ -44,15 +44,19 @@ constexpr PaliEndings Cases[] = {
 };
 
 constexpr PaliEndings PossessorCases[] = {
-    {u"vant vantu vat vā vanta", u"n1 vā vaṃ vanto|a1 vantaṃ|i1 vatā vantena|g1 vato vantassa|l1 vati vante vantasmiṃ vantamhi|n2 vanto vantā|a2 vante|i2 vantehi vantebhi|g2 vataṃ vantānaṃ|l2 vantesu|v1 va", 1},
-    {u"mant mantu mat mā manta", u"n1 mā maṃ manto|a1 mantaṃ|i1 matā mantena|g1 mato mantassa|l1 mati mante mantasmiṃ mantamhi|n2 manto mantā|a2 mante|i2 mantehi mantebhi|g2 mataṃ mantānaṃ|l2 mantesu|v1 ma", 1},
+    {u"vant vantu vat vā vanta", u"n1 vā vanto|a1 vantaṃ|i1 vatā vantena|g1 vato vantassa|l1 vati vante vantasmiṃ vantamhi|n2 vanto vantā|a2 vante|i2 vantehi vantebhi|g2 vataṃ vantānaṃ|l2 vantesu|v1 va", 1},
+    {u"mant mantu mat mā manta", u"n1 mā manto|a1 mantaṃ|i1 matā mantena|g1 mato mantassa|l1 mati mante mantasmiṃ mantamhi|n2 manto mantā|a2 mante|i2 mantehi mantebhi|g2 mataṃ mantānaṃ|l2 mantesu|v1 ma", 1},
+    {u"vant vantu", u"n1 vaṃ", 3},
+    {u"mant mantu", u"n1 maṃ", 3},
     {u"vatī vantī vant vantu", u"n1 vatī vantī|a1 vatiṃ vantiṃ|i1 vatiyā vantiyā|n2 vatiyo vantiyo|g2 vatīnaṃ vantīnaṃ", 3},
     {u"matī mantī mant mantu", u"n1 matī mantī|a1 matiṃ mantiṃ|i1 matiyā mantiyā|n2 matiyo mantiyo|g2 matīnaṃ mantīnaṃ", 3},
 };
 
 constexpr PaliEndings NounStems[] = {
-    {u"-", u"t tā tta ttana|c tara|s tama", 5, 3},
-    {u"-", u"j vant mant maya|w ka kā", 6, 3},
+    {u"-", u"t tā|c tara|s tama", 5, 3},
+    {u"-", u"t tta ttana", 6, 3},
+    {u"-", u"j maya mayā", 3, 3},
+    {u"-", u"j vant mant|w ka kā", 6, 3},
     {u"a", u"s iṭṭha|c iya", 7, 3},
     {u"a ā", u"j in", 6, 3},
     {u"a i", u"j ika ikā iya", 7, 4},
@@ -62,40 +66,49 @@ constexpr PaliEndings NounStems[] = {
     {u"i", u"f ānī", 6, 3},
 };
 
-constexpr PaliEndings ClosedWords[] = {
-    // Pronouns.
+constexpr PaliEndings SmallWords[] = {
+    // Pronouns, numerals, and verbs that are short or of several roots.
     {u"ahaṃ amha mayaṃ asmad asma", u"n1 ahaṃ|a1 maṃ mamaṃ|i1 mayā|g1 me mama mayhaṃ mamaṃ amhaṃ|l1 mayi|n2 mayaṃ amhe|a2 amhe asme|i2 amhehi no|g2 amhākaṃ asmākaṃ|l2 amhesu", 1},
-    {u"ta so taṃ tad sa", u"n1 so sa sā taṃ tad|a1 taṃ naṃ|i1 tena nena tāya|g1 tassa nassa tassā tissā tāya tissāya tassāya|b1 tasmā tamhā nasmā|l1 tasmiṃ tamhi nasmiṃ tāsaṃ tassaṃ tissaṃ tāyaṃ|n2 te tā tāni tāyo ne nāni|i2 tehi nehi tāhi tebhi|g2 tesaṃ nesaṃ tesānaṃ tāsaṃ tāsānaṃ|l2 tesu tāsu nesu", 1},
+    {u"ta so taṃ tad sa", u"n1 so sa sā taṃ tad|a1 taṃ naṃ|i1 tena tāya|g1 tassa tassā tissā tāya tissāya tassāya|b1 tasmā tamhā|l1 tasmiṃ tamhi tāsaṃ tassaṃ tissaṃ tāyaṃ|n2 te tā tāni tāyo|i2 tehi tāhi tebhi|g2 tesaṃ tesānaṃ tāsaṃ tāsānaṃ|l2 tesu tāsu", 1},
     {u"tvaṃ tumha tumhe tuvaṃ tumhad", u"n1 tvaṃ tuvaṃ|a1 taṃ tavaṃ|i1 tayā tvayā|g1 te tava tuyhaṃ tavaṃ tumhaṃ|l1 tayi tvayi|n2 tumhe|i2 tumhehi|g2 tumhākaṃ vo|l2 tumhesu", 1},
     {u"eta eso etaṃ etad esa", u"n1 eso esa esā etaṃ etad|a1 etaṃ enaṃ|i1 etena etāya|g1 etassa etassā etissā etāya etissāya|b1 etasmā etamhā|l1 etasmiṃ etamhi etissaṃ etāyaṃ|n2 ete etā etāni etāyo|i2 etehi etāhi|g2 etesaṃ etesānaṃ etāsaṃ|l2 etesu etāsu", 1},
-    {u"ima ayaṃ idaṃ imaṃ", u"n1 ayaṃ idaṃ imaṃ|a1 imaṃ|i1 iminā anena imāya aminā|g1 imassa assa imissā assā imāya imissāya|b1 imasmā imamhā asmā|l1 imasmiṃ imamhi asmiṃ imissaṃ assaṃ imāyaṃ|n2 ime imā imāni imāyo|i2 imehi ehi imāhi|g2 imesaṃ imesānaṃ esaṃ imāsaṃ āsaṃ|l2 imesu esu imāsu", 1},
+    {u"ima ayaṃ idaṃ imaṃ", u"n1 ayaṃ idaṃ imaṃ|a1 imaṃ|i1 iminā anena imāya|g1 imassa assa imissā imāya imissāya|b1 imasmā imamhā|l1 imasmiṃ imamhi imissaṃ imāyaṃ|n2 ime imā imāni imāyo|i2 imehi imāhi|g2 imesaṃ imesānaṃ imāsaṃ|l2 imesu imāsu", 1},
     {u"amu asu aduṃ amuka", u"n1 asu amu aduṃ|a1 amuṃ|i1 amunā amuyā|g1 amussa amussā amuyā|b1 amusmā amumhā|l1 amusmiṃ amumhi amussaṃ|n2 amū amūni amuyo|i2 amūhi|g2 amūsaṃ amūsānaṃ|l2 amūsu", 1},
     {u"ya yo yaṃ yad", u"n1 yo yā yaṃ yad|a1 yaṃ|i1 yena yāya|g1 yassa yassā yāya|b1 yasmā yamhā|l1 yasmiṃ yamhi yassaṃ yāyaṃ|n2 ye yā yāni yāyo|i2 yehi yāhi|g2 yesaṃ yesānaṃ yāsaṃ|l2 yesu yāsu", 1},
     {u"ka ko kiṃ kad", u"n1 ko kā kiṃ|a1 kaṃ|i1 kena kāya|g1 kassa kissa kassā kāya|b1 kasmā kamhā kismā|l1 kasmiṃ kamhi kismiṃ kimhi kassaṃ|n2 ke kā kāni kāyo|i2 kehi kāhi|g2 kesaṃ kesānaṃ kāsaṃ|l2 kesu kāsu", 1},
     {u"koci kaci kiñci", u"n1 koci kāci kiñci|a1 kañci kiñci kiñcana|i1 kenaci kāyaci|g1 kassaci kassāci|b1 kasmāci|l1 kasmiñci kismiñci kimhici|n2 keci kāci kānici|i2 kehici|g2 kesañci|l2 kesuci", 1},
-    {u"attan atta attā", u"n1 attā|a1 attānaṃ attaṃ|i1 attanā|g1 attano|l1 attani|n2 attāno", 1},
-    {u"sabba", u"n2 sabbe|g2 sabbesaṃ sabbāsaṃ", 1},
-    {u"añña", u"n2 aññe|g2 aññesaṃ|g1 aññissā|l1 aññissaṃ", 1},
-    {u"aññamañña", u"a1 aññamaññaṃ|g1 aññamaññassa", 1},
     {u"eka", u"n1 eko ekā ekaṃ|i1 ekena ekāya|g1 ekassa ekissā ekissāya|b1 ekasmā ekamhā|l1 ekasmiṃ ekamhi ekissaṃ|n2 eke", 1},
-    {u"tuma", u"n1 tumo|g1 tumassa", 1},
-    {u"bhavant bhavantu bhavaṃ bho bhonta bhavanta", u"n1 bhavaṃ bhotī|a1 bhavantaṃ bhotiṃ|i1 bhotā bhotiyā|g1 bhoto|v1 bho bhante|n2 bhonto bhavanto|a2 bhavante|g2 bhavataṃ", 1},
-    // Numerals.
     {u"dvi dve dvā dvaya", u"n2 dve duve dvāni|i2 dvīhi|g2 dvinnaṃ duvinnaṃ|l2 dvīsu", 1},
     {u"ubha ubho ubhaya", u"n2 ubho ubhe|i2 ubhohi ubhehi|g2 ubhinnaṃ|l2 ubhosu ubhesu", 1},
     {u"ti tayo tīṇi", u"n2 tayo tīṇi tisso tayas|i2 tīhi|g2 tiṇṇaṃ tiṇṇannaṃ tissannaṃ|l2 tīsu", 1},
     {u"catu cattāro catur catta cattāri", u"n2 cattāro caturo cattāri catasso|i2 catūhi catuhi catubbhi|g2 catunnaṃ catassannaṃ|l2 catūsu catusu", 1},
-    {u"pañca", u"i2 pañcahi|g2 pañcannaṃ|l2 pañcasu", 1},
-    {u"cha chaḷ", u"i2 chahi|g2 channaṃ|l2 chasu", 1},
+    {u"pañca", u"n2 pañca|i2 pañcahi|g2 pañcannaṃ|l2 pañcasu", 1},
+    {u"cha chaḷ", u"n2 cha|i2 chahi|g2 channaṃ|l2 chasu", 1},
     {u"satta", u"i2 sattahi|g2 sattannaṃ|l2 sattasu", 1},
     {u"aṭṭha", u"i2 aṭṭhahi|g2 aṭṭhannaṃ|l2 aṭṭhasu", 1},
     {u"nava", u"i2 navahi|g2 navannaṃ|l2 navasu", 1},
-    {u"dasa", u"i2 dasahi|g2 dasannaṃ|l2 dasasu", 1},
+    {u"dasa", u"n2 dasa|i2 dasahi|g2 dasannaṃ|l2 dasasu", 1},
     {u"ekādasa", u"i2 ekādasahi|g2 ekādasannaṃ|l2 ekādasasu", 1},
     {u"dvādasa bārasa", u"i2 dvādasahi bārasahi|g2 dvādasannaṃ|l2 dvādasasu", 1},
     {u"terasa", u"i2 terasahi|g2 terasannaṃ|l2 terasasu", 1},
     {u"kati", u"n2 kati|i2 katihi katīhi|g2 katinaṃ katīnaṃ|l2 katisu katīsu", 1},
-    // Nouns.
+    {u"atthi", u"AP asmi amhi|BP asi|EP attha|FP santi|CO siyā assa|FO siyuṃ siyaṃsu assu assuṃ|AO siyaṃ assaṃ|DO assāma|EO assatha|CR āsi|FR āsuṃ āsiṃsu|AR āsiṃ|DR āsimha āsimhā|CM atthu|Q samāno samānā samānaṃ samānassa samāne", 1},
+    {u"āha brūti", u"CK āha|FK āhu āhaṃsu", 1},
+    {u"hoti bhavati", u"FP honti|AP homi|BP hosi|DP homa|EP hotha|CM hotu|FM hontu|BM hohi|CO heyya huveyya|CR ahosi ahū ahu ahud|FR ahesuṃ ahuṃ|AR ahosiṃ ahuṃ|DR ahumha ahumhā ahosimha|CU hessati hehiti hohiti heti|BU hehisi hohisi|AU hessāmi hessaṃ|FU hessanti hehinti|T hutvā hutvāna|I hotuṃ|CN abhavissa abhavissā", 1},
+    {u"eti", u"FP enti yanti|AP emi|BP esi|DP ema|EP etha|BM ehi|CM etu|EM etha|T ecca", 1},
+    {u"brūti", u"AP brūmi|BP brūsi|BM brūhi|DP brūma|EP brūtha|CR abravi|FR abravuṃ", 1},
+};
+
+constexpr PaliEndings ClosedWords[] = {
+    {u"atthi", u"DP amha asma amhā", 2},
+    {u"ima ayaṃ idaṃ imaṃ", u"i1 aminā|g1 assā|b1 asmā|l1 asmiṃ assaṃ|i2 ehi|g2 esaṃ āsaṃ|l2 esu", 2},
+    {u"ta so taṃ tad sa", u"n2 ne nāni|i1 nena|g1 nassa|b1 nasmā|l1 nasmiṃ|i2 nehi|g2 nesaṃ|l2 nesu", 2},
+    {u"attan atta attā", u"n1 attā|a1 attānaṃ attaṃ|i1 attanā|g1 attano|l1 attani|n2 attāno", 1},
+    {u"sabba", u"n2 sabbe|g2 sabbesaṃ sabbāsaṃ", 1},
+    {u"añña", u"n2 aññe|g2 aññesaṃ|g1 aññissā|l1 aññissaṃ", 1},
+    {u"aññamañña", u"a1 aññamaññaṃ|g1 aññamaññassa", 1},
+    {u"tuma", u"n1 tumo|g1 tumassa", 1},
+    {u"bhavant bhavantu bhavaṃ bho bhonta bhavanta", u"n1 bhavaṃ bhotī|a1 bhavantaṃ bhotiṃ|i1 bhotā bhotiyā|g1 bhoto|v1 bho bhante|n2 bhonto bhavanto|a2 bhavante|g2 bhavataṃ", 1},
     {u"mahant mahantu mahanta mahā mahat", u"n1 mahā mahaṃ|i1 mahatā|g1 mahato|l1 mahati|n2 mahanto|g2 mahataṃ|f mahatī mahatiṃ mahatiyā mahatiyo", 1},
     {u"arahant arahantu arahanta arahaṃ arahat arahā", u"n1 arahaṃ arahā|a1 arahantaṃ|i1 arahatā|g1 arahato|l1 arahati|n2 arahanto|g2 arahataṃ", 1},
     {u"sant santa sa", u"n1 santo|i1 satā|g1 sato|l1 sati|g2 sataṃ|i2 sabbhi", 2},
@@ -108,12 +121,6 @@ constexpr PaliEndings ClosedWords[] = {
     {u"āyasmant āyasmantu āyasmat āyasmā āyasmanta", u"n1 āyasmā|n2 āyasmantā āyasmanto", 1},
     {u"nadī", u"i1 najjā nadiyā|n2 najjo", 1},
     {u"itthī itthi thī", u"n1 itthī|a1 itthiṃ itthiyaṃ|i1 itthiyā|n2 itthiyo thiyo|g2 itthīnaṃ thīnaṃ", 1},
-    // Verbs that are short or of several roots.
-    {u"atthi", u"AP asmi amhi mhi|BP asi si|DP amha asma amhā|EP attha|FP santi|CO siyā assa|FO siyuṃ siyaṃsu assu assuṃ|AO siyaṃ assaṃ|DO assāma|EO assatha|CR āsi|FR āsuṃ āsiṃsu|AR āsiṃ|DR āsimha āsimhā|CM atthu|Q samāno samānā samānaṃ samānassa samāne", 1},
-    {u"āha brūti", u"CK āha|FK āhu āhaṃsu", 1},
-    {u"hoti bhavati", u"FP honti|AP homi|BP hosi|DP homa|EP hotha|CM hotu|FM hontu|BM hohi|CO heyya huveyya|CR ahosi ahū ahu ahud|FR ahesuṃ ahuṃ|AR ahosiṃ ahuṃ|DR ahumha ahumhā ahosimha|CU hessati hehiti hohiti heti|BU hehisi hohisi|AU hessāmi hessaṃ|FU hessanti hehinti|T hutvā hutvāna|I hotuṃ|CN abhavissa abhavissā", 1},
-    {u"eti", u"FP enti yanti|AP emi|BP esi|DP ema|EP etha|BM ehi|CM etu|EM etha|T ecca", 1},
-    {u"brūti", u"AP brūmi|BP brūsi|BM brūhi|DP brūma|EP brūtha|CR abravi|FR abravuṃ", 1},
 };
 
 constexpr char16_t Particles[] =
@@ -121,7 +128,7 @@ constexpr char16_t Particles[] =
     u"kattha kuhiṃ kahaṃ kva evaṃ yathā tathā seyyathā kathaṃ yadi yāva tāva puna handa kacci sammā nūna nanu aho alaṃ mā "
     u"saha vinā anto bahi upari heṭṭhā pure pacchā saddhiṃ sakkā labbhā ajja suve hiyyo idāni dāni tadā yadā kadā sadā "
     u"yato tato ito kuto sabbattha aññatra addhā kira khalu āvuso bhante bhikkhave are ambho iṅgha natthi ve have "
-    u"tena yena tasmā yasmā kasmā ekato ubhato sāmaṃ sayaṃ musā divā raho āvi pātu namo svāhaṃ antarā tiro";
+    u"āma tena yena tasmā yasmā kasmā ekato ubhato sāmaṃ sayaṃ musā divā raho āvi pātu namo svāhaṃ antarā tiro";
 
 } // namespace
 
@@ -138,6 +145,11 @@ std::span<const PaliEndings> PaliPossessorCases()
 std::span<const PaliEndings> PaliNounStems()
 {
     return NounStems;
+}
+
+std::span<const PaliEndings> PaliSmallWords()
+{
+    return SmallWords;
 }
 
 std::span<const PaliEndings> PaliClosedWords()

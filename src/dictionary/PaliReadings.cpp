@@ -150,7 +150,7 @@ const EndingIndex &DerivedVerbs()
 
 const EndingIndex &ClosedWords()
 {
-    static const EndingIndex index{PaliClosedWords()};
+    static const EndingIndex index{PaliSmallWords(), PaliClosedWords()};
     return index;
 }
 
@@ -281,7 +281,7 @@ struct FunctionWords
     {
         for (const QStringView word : PaliParticles().split(u' ', Qt::SkipEmptyParts))
             heads[word.toString()].append(word.toString());
-        for (const PaliEndings &row : PaliClosedWords()) {
+        for (const PaliEndings &row : PaliSmallWords()) {
             for (const QStringView group : QStringView(row.endings).split(u'|')) {
                 for (const QStringView form : group.split(u' ').sliced(1)) {
                     QStringList &known = heads[form.toString()];
@@ -384,24 +384,37 @@ bool IsPaliFunctionWord(const QString &form)
     return Functions().heads.contains(form) || Functions().shortened.contains(form);
 }
 
-QStringList PaliFunctionHeads(const QString &form)
+QStringList PaliFunctionHeads(const QString &form, bool atEnd)
 {
-    const QStringList heads = Functions().heads.value(form);
-    return heads + Functions().shortened.value(form);
+    const QStringList heads = Functions().heads.value(form), shortened = Functions().shortened.value(form);
+    return atEnd ? shortened + heads : heads + shortened;
 }
 
 bool IsPaliEnclitic(const QString &form)
 {
-    static const QSet<QString> enclitics{u"pi"_s, u"ti"_s,  u"ca"_s, u"ce"_s,   u"va"_s,   u"yeva"_s, u"ñeva"_s,
-                                         u"vā"_s, u"hi"_s,  u"nu"_s, u"su"_s,   u"ssu"_s,  u"ssa"_s,  u"si"_s,
-                                         u"mhi"_s, u"smi"_s, u"mha"_s, u"haṃ"_s, u"yaṃ"_s, u"dāni"_s, u"kho"_s,
-                                         u"ttha"_s, u"tthi"_s};
-    return enclitics.contains(form) || (IsPaliVowel(form.front()) && Functions().heads.contains(form));
+    static const QSet<QString> enclitics{u"pi"_s,  u"ti"_s,  u"ca"_s,  u"ce"_s,   u"va"_s,   u"yeva"_s, u"ñeva"_s, u"vā"_s,
+                                         u"hi"_s,  u"nu"_s,  u"su"_s,  u"ssu"_s,  u"ssa"_s,  u"si"_s,   u"mhi"_s,  u"smi"_s,
+                                         u"api"_s, u"iti"_s, u"eva"_s, u"assa"_s, u"asi"_s,  u"amhi"_s, u"asmi"_s, u"atthi"_s};
+    return enclitics.contains(form);
+}
+
+bool IsPaliFollower(const QString &form)
+{
+    static const QSet<QString> followers{u"mha"_s, u"haṃ"_s, u"yaṃ"_s, u"dāni"_s, u"kho"_s, u"ttha"_s, u"tthi"_s};
+    return followers.contains(form) || (IsPaliVowel(form.front()) && Functions().heads.contains(form));
+}
+
+bool IsPaliTail(const QString &form)
+{
+    static const QSet<QString> tails{u"etaṃ"_s, u"eso"_s, u"esā"_s, u"ete"_s, u"etāni"_s, u"ahaṃ"_s, u"ayaṃ"_s, u"idaṃ"_s,
+                                     u"imaṃ"_s, u"ime"_s, u"ettha"_s, u"idha"_s, u"āvuso"_s, u"idāni"_s, u"āha"_s};
+    return tails.contains(form);
 }
 
 bool IsPaliLeader(const QString &form)
 {
-    static const QSet<QString> never{u"pi"_s, u"ti"_s, u"va"_s, u"su"_s, u"nu"_s, u"si"_s, u"asi"_s, u"asmi"_s, u"amhi"_s};
+    static const QSet<QString> never{u"pi"_s, u"ti"_s, u"va"_s, u"su"_s, u"nu"_s, u"si"_s, u"asi"_s, u"asmi"_s, u"amhi"_s, u"bho"_s, u"ssu"_s,
+                                     u"vinā"_s, u"asu"_s, u"amu"_s, u"kaṃ"_s, u"maṃ"_s};
     return Functions().heads.contains(form) && !never.contains(form);
 }
 
@@ -410,8 +423,14 @@ bool IsPaliFirstPart(const QString &form)
     static const QSet<QString> parts{u"na"_s,  u"yathā"_s, u"tathā"_s, u"yāva"_s, u"saha"_s,  u"anto"_s,  u"bahi"_s, u"tiro"_s,
                                      u"puna"_s, u"sammā"_s, u"evaṃ"_s,  u"kiṃ"_s,  u"taṃ"_s,   u"sayaṃ"_s, u"sāmaṃ"_s,
                                      u"antarā"_s, u"upari"_s, u"heṭṭhā"_s, u"pure"_s, u"pacchā"_s, u"ubhato"_s, u"ekato"_s,
-                                     u"alaṃ"_s, u"yaṃ"_s, u"aññatra"_s};
+                                     u"alaṃ"_s, u"yaṃ"_s, u"aññatra"_s, u"pañca"_s, u"cha"_s, u"dasa"_s, u"nānā"_s};
     return parts.contains(form);
+}
+
+bool StandsApart(const QString &form)
+{
+    static const QSet<QString> words{u"bahi"_s, u"upari"_s, u"tiro"_s, u"pure"_s, u"pacchā"_s, u"heṭṭhā"_s, u"anto"_s};
+    return words.contains(form);
 }
 
 bool IsPaliParticle(const QString &word)

@@ -25,13 +25,19 @@ QList<PaliReading> PaliStemReadings(const QString &stem);
 /// True for a form of a small word, of which a grammar has all (pronouns, particles and the like), also for one that has
 /// lost its first vowel: "pi", "ti", "haṃ".
 bool IsPaliFunctionWord(const QString &form);
-/// The headwords of such a form, itself first.
-QStringList PaliFunctionHeads(const QString &form);
-/// True for one that clings to the end of the word before it.
+/// The headwords of such a form, itself first; at the end of another word the one that has lost its vowel comes first.
+QStringList PaliFunctionHeads(const QString &form, bool atEnd);
+/// True for one that clings to the end of any word before it.
 bool IsPaliEnclitic(const QString &form);
+/// True for one that clings to the end of another small word.
+bool IsPaliFollower(const QString &form);
+/// True for one of those that may cling to a longer word, too.
+bool IsPaliTail(const QString &form);
 /// True for one that may run together with the word behind it.
 bool IsPaliLeader(const QString &form);
 /// True for one that stands unchanged before a word with a consonant: "yathā", "na".
 bool IsPaliFirstPart(const QString &form);
+/// True for one that does so alone: it never loses its vowel.
+bool StandsApart(const QString &form);
 /// True for a headword without inflection.
 bool IsPaliParticle(const QString &word);
