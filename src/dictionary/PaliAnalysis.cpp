@@ -182,8 +182,10 @@ private:
         const QChar last = m_form.back();
         if (m_form.size() > 2 && QStringView(u"nmñṅ").contains(last))
             states.append({{}, m_form.chopped(1) + u'ṃ', {}, 0});
+        // Most words in "ā" are plurals, most in "tī" are verbs.
+        const int cost = m_form.endsWith(u"tī") ? 0 : last == u'ā' ? 2 : 1;
         if (const QChar plain = WithoutLength(last); m_form.size() > 1 && plain != last)
-            states.append({{}, m_form.chopped(1) + plain, {}, m_form.endsWith(u"tī") ? 0 : 1});
+            states.append({{}, m_form.chopped(1) + plain, {}, cost});
         return states;
     }
 
@@ -246,7 +248,7 @@ private:
             keep(next);
         }
         // What a short word begins must be long enough to be no chance.
-        if (isLeft && (seam.right.size() > 4 || IsPaliFunctionWord(seam.right) || isMarked))
+        if (isLeft && (seam.right.size() > (seam.left.size() > 2 ? 3 : 4) || IsPaliFunctionWord(seam.right) || isMarked))
 {
             State next{state.before + QList{FunctionPiece(seam.left, false)}, seam.right, state.after, cost + 1};
             next.least = seam.left.size() > 2 || seam.left == u"na" ? 4 : 5;
@@ -314,7 +316,7 @@ private:
         Prepare(cores, false);
         for (const State &state : states) {
             const bool isSmall = IsPaliFunctionWord(state.core);
-            if (isSmall && state.before.isEmpty() && !IsPaliLeader(state.core))
+            if (state.before.isEmpty() && IsNeverFirst(state.core))
                 continue;
             for (const PaliReading &hit : Hits(state.core)) {
                 if (state.isSmall && !isSmall && !state.mayBeLong)
@@ -322,6 +324,8 @@ private:
                 const qsizetype least = state.isSmall                                ? LongWord
                                         : state.before.isEmpty() && hit.cost <= 1 ? 3
                                                                                   : state.least;
+                if (!isSmall && IsPaliPronoun(hit.head))
+                    continue;
                 if (hit.cost <= CommonReading && (isSmall || hit.head.size() >= least))
                     Add(state, hit);
             }
@@ -354,7 +358,9 @@ private:
     {
         QList<Step> steps;
         for (const Prefix &prefix : Prefixes) {
-            if (state.stems > 0 || isCase)
+            // Behind another word there is no telling it from chance.
+            const bool isFirst = state.before.isEmpty() || state.before.last().kind == 0 || state.before.last().word == u"na";
+            if (state.stems > 0 || isCase || !isFirst)
                 break;
             const qsizetype size = prefix.written.size();
             if (state.core.size() < size + 4 || !state.core.startsWith(prefix.written))

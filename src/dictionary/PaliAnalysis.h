@@ -15,7 +15,7 @@ struct PaliWay
     QList<PaliPiece> pieces;
     QStringView terms; ///< of a single word, for PaliTerms()
     int cost = 0;
-    int order = 0; ///< among ways of one cost
+    int order = 0; ///< among ways of one cost, that of the last reading
 };
 
 /// The ways to understand a form, cheapest first: as one word; where there is none, as words that have run together, and

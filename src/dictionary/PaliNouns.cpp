@@ -32,7 +32,7 @@ constexpr PaliEndings Cases[] = {
     // Stems in an and as.
     {u"a an ā", u"n1 ā|a1 ānaṃ|i1 anā|g1 ano|l1 ani|n2 āno", 3},
     {u"a an", u"i1 unā|g1 uno", 4},
-    {u"rāja rājan rājā", u"n1 rājā|a1 rājaṃ rājānaṃ|i1 raññā rājinā|g1 rañño rājino|l1 raññe rājini|n2 rājāno|i2 rājūhi rājehi|g2 raññaṃ rājūnaṃ rājānaṃ|l2 rājūsu", 1, 0},
+    {u"rāja rājan rājā", u"n1 rājā|a1 rājaṃ rājānaṃ|i1 raññā rājinā|g1 rañño rājino|l1 raññe rājini|n2 rājāno|i2 rājūhi rājehi|g2 raññaṃ rājūnaṃ|l2 rājūsu", 0, 0},
     {u"a as o", u"n1 o|i1 asā|g1 aso|l1 asi", 3},
     // Stems in ant; their strong cases are those of stems in a.
     {u"anta ant at", u"n1 aṃ|i1 atā|g1 ato|l1 ati|g2 ataṃ|n2 anto", 6},
@@ -119,13 +119,14 @@ constexpr PaliEndings ClosedWords[] = {
     {u"kamma kamman", u"i1 kammunā kammanā|g1 kammuno|l1 kammani", 1},
     {u"addha addhan addhāna addhā", u"n1 addhā|a1 addhānaṃ|i1 addhunā|g1 addhuno|l1 addhani", 1},
     {u"āyasmant āyasmantu āyasmat āyasmā āyasmanta", u"n1 āyasmā|n2 āyasmantā āyasmanto", 1},
+    {u"jāti", u"i1 jaccā|l1 jaccaṃ", 1},
     {u"nadī", u"i1 najjā nadiyā|n2 najjo", 1},
     {u"itthī itthi thī", u"n1 itthī|a1 itthiṃ itthiyaṃ|i1 itthiyā|n2 itthiyo thiyo|g2 itthīnaṃ thīnaṃ", 1},
 };
 
 constexpr char16_t Particles[] =
     u"na no ca pi api ti iti va eva iva yeva vā hi ce sace kho pana nu su ssu tu atha idha tatra yatra tattha yattha ettha "
-    u"kattha kuhiṃ kahaṃ kva evaṃ yathā tathā seyyathā kathaṃ yadi yāva tāva puna handa kacci sammā nūna nanu aho alaṃ mā "
+    u"kattha atthi kuhiṃ kahaṃ kva evaṃ yathā tathā seyyathā kathaṃ yadi yāva tāva puna handa kacci sammā nūna nanu aho alaṃ mā "
     u"saha vinā anto bahi upari heṭṭhā pure pacchā saddhiṃ sakkā labbhā ajja suve hiyyo idāni dāni tadā yadā kadā sadā "
     u"yato tato ito kuto sabbattha aññatra addhā kira khalu āvuso bhante bhikkhave are ambho iṅgha natthi ve have "
     u"āma tena yena tasmā yasmā kasmā ekato ubhato sāmaṃ sayaṃ musā divā raho āvi pātu namo svāhaṃ antarā tiro";

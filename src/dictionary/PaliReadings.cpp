@@ -221,11 +221,11 @@ public:
     }
 
     /// A verb as dictionaries list it, and what it is made of.
-    void AddVerb(const QString &head, QStringView terms, int cost)
+    void AddVerb(const QString &head, QStringView terms, int cost, int order = 0)
     {
-        Add(head, terms, cost);
+        Add(head, terms, cost, order);
         if (head.size() > 6 && head.endsWith(u"ayati"))
-            Add(Joined(QStringView(head).chopped(5), u"eti"), terms, cost);
+            Add(Joined(QStringView(head).chopped(5), u"eti"), terms, cost, order);
         else if (head.size() > 5 && head.endsWith(u"eti"))
             Add(Joined(QStringView(head).chopped(3), u"ayati"), terms, cost + 1);
         DerivedVerbs().Each(head, [&](QStringView stem, const Rule &rule) {
@@ -264,14 +264,21 @@ private:
     QHash<QString, qsizetype> m_places;
 };
 
+/// Of readings that cost the same, that with the shortest rest has the longest ending.
+int Order(const Rule &rule, QStringView rest)
+{
+    constexpr int longerThanAnyRest = 100;
+    return rule.order * longerThanAnyRest + static_cast<int>(std::min<qsizetype>(rest.size(), longerThanAnyRest - 1));
+}
+
 /// What a stem without its case may be made of.
 void AddStem(const QString &stem, int cost, Gatherer &readings)
 {
     VerbStems().Each(stem, [&](QStringView rest, const Rule &rule) {
-        readings.AddVerb(Joined(rest, rule.head), rule.terms, rule.cost + cost);
+        readings.AddVerb(Joined(rest, rule.head), rule.terms, rule.cost + cost, Order(rule, rest));
     });
     NounStems().Each(stem, [&](QStringView rest, const Rule &rule) {
-        readings.Add(Joined(rest, rule.head), rule.terms, rule.cost + cost);
+        readings.Add(Joined(rest, rule.head), rule.terms, rule.cost + cost, Order(rule, rest));
     });
 }
 
@@ -282,8 +289,16 @@ struct FunctionWords
         for (const QStringView word : PaliParticles().split(u' ', Qt::SkipEmptyParts))
             heads[word.toString()].append(word.toString());
         for (const PaliEndings &row : PaliSmallWords()) {
+            const QStringView usual = QStringView(row.heads).split(u' ').first();
+            const bool isVerb = usual == u"āha" || (usual.size() > 2 && usual.endsWith(u"ti"));
+            for (const QStringView head : QStringView(row.heads).split(u' ')) {
+                if (!isVerb)
+                    lemmas.insert(head.toString());
+            }
             for (const QStringView group : QStringView(row.endings).split(u'|')) {
                 for (const QStringView form : group.split(u' ').sliced(1)) {
+                    if (isVerb)
+                        verbs.insert(form.toString());
                     QStringList &known = heads[form.toString()];
                     if (!known.contains(form))
                         known.prepend(form.toString());
@@ -308,6 +323,8 @@ struct FunctionWords
             shortened.remove(QString::fromUtf16(surface));
     }
     QHash<QString, QStringList> heads, shortened;
+    QSet<QString> verbs;  ///< among the forms
+    QSet<QString> lemmas; ///< of pronouns and numerals
 };
 
 const FunctionWords &Functions()
@@ -325,11 +342,11 @@ QList<PaliReading> PaliReadings(const QString &form)
     if (form.size() > 4 && form.endsWith(u"ti"))
         readings.AddVerb(form, {}, 0);
     for (const Rule &rule : ClosedWords().Of(form))
-        readings.Add(rule.head.toString(), rule.terms, rule.cost, rule.order);
+        readings.Add(rule.head.toString(), rule.terms, rule.cost, Order(rule, {}));
     QSet<QString> stems;
     const auto takeCase = [&](QStringView stem, const Rule &rule) {
         const QString head = Joined(stem, rule.head);
-        readings.Add(head, rule.terms, rule.cost, rule.order);
+        readings.Add(head, rule.terms, rule.cost, Order(rule, stem));
         if (rule.cost <= 2)
             stems.insert(head);
     };
@@ -339,7 +356,7 @@ QList<PaliReading> PaliReadings(const QString &form)
             takeCase(stem, rule);
     });
     const auto takeVerb = [&](QStringView stem, const Rule &rule) {
-        readings.AddVerb(Joined(stem, rule.head), rule.terms, rule.cost);
+        readings.AddVerb(Joined(stem, rule.head), rule.terms, rule.cost, Order(rule, stem));
     };
     VerbForms().Each(form, takeVerb);
     for (const QString &past : WithoutAugment(form))
@@ -411,11 +428,22 @@ bool IsPaliTail(const QString &form)
     return tails.contains(form);
 }
 
+bool IsPaliPronoun(const QString &head)
+{
+    return Functions().lemmas.contains(head);
+}
+
+bool IsNeverFirst(const QString &form)
+{
+    static const QSet<QString> words{u"pi"_s, u"ti"_s, u"va"_s, u"su"_s, u"nu"_s, u"si"_s, u"ssa"_s, u"ssu"_s, u"haṃ"_s};
+    return words.contains(form);
+}
+
 bool IsPaliLeader(const QString &form)
 {
     static const QSet<QString> never{u"pi"_s, u"ti"_s, u"va"_s, u"su"_s, u"nu"_s, u"si"_s, u"asi"_s, u"asmi"_s, u"amhi"_s, u"bho"_s, u"ssu"_s,
                                      u"vinā"_s, u"asu"_s, u"amu"_s, u"kaṃ"_s, u"maṃ"_s};
-    return Functions().heads.contains(form) && !never.contains(form);
+    return Functions().heads.contains(form) && !Functions().verbs.contains(form) && !never.contains(form);
 }
 
 bool IsPaliFirstPart(const QString &form)

@@ -9,7 +9,7 @@ struct PaliReading
     QString head;
     QStringView terms; ///< what the form is of the headword, for PaliTerms(); empty if it is the headword itself
     int cost = 0;      ///< the rarer the higher; 0 for the headword itself
-    int order = 0;     ///< among the headwords that dictionaries may have for one word, the most usual first
+    int order = 0;     ///< among readings of one cost: the most usual headwords first, then the longest endings
 };
 
 /// Readings dearer than this are worth a question only where no cheaper one has an answer.
@@ -33,6 +33,10 @@ bool IsPaliEnclitic(const QString &form);
 bool IsPaliFollower(const QString &form);
 /// True for one of those that may cling to a longer word, too.
 bool IsPaliTail(const QString &form);
+/// True for a headword of pronouns or numerals, all of whose forms are known as small words.
+bool IsPaliPronoun(const QString &head);
+/// True for one that never stands first.
+bool IsNeverFirst(const QString &form);
 /// True for one that may run together with the word behind it.
 bool IsPaliLeader(const QString &form);
 /// True for one that stands unchanged before a word with a consonant: "yathā", "na".

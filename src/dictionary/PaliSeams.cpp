@@ -6,6 +6,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr qsizetype LongestEnclitic = 3; ///< that lengthens the vowel before it
+
 /// The right word with the vowel that it may have begun with.
 QList<std::pair<QString, int>> FirstVowels(const QString &right)
 {
@@ -44,7 +46,7 @@ void AddBeforeVowel(const QString &left, const QString &right, QList<PaliSeam> &
     if (left.size() > 2 && left.endsWith(u"cc")) // "iti" before a vowel
         seams.append({left.chopped(2) + u"ti"_s, right, 2});
     // An inserted consonant, or one that the left word has only before vowels.
-    if (!shorter.isEmpty() && QStringView(u"dryvmntghḷ").contains(last) && IsPaliVowel(shorter.back())) {
+    if (!shorter.isEmpty() && QStringView(u"drymntghḷ").contains(last) && IsPaliVowel(shorter.back())) {
         seams.append({shorter, right, last == u'd' || last == u'y' || last == u'm' ? 1 : 2});
         if (last == u'd')
             seams.append({shorter + u'ṃ', right, 1});
@@ -65,7 +67,7 @@ QList<PaliSeam> PaliSeamsAt(const QString &form, qsizetype at)
     } else if (IsPaliVowel(last)) {
         seams.append({left, right, 0});
         if (const QChar plain = WithoutLength(last); plain != last)
-            seams.append({left.chopped(1) + plain, right, 1});
+            seams.append({left.chopped(1) + plain, right, last == u'ā' && right.size() > LongestEnclitic ? 2 : 1});
         if (StartsDoubled(right))
             seams.append({left, right.mid(1), 0});
         // A vowel was dropped behind "o" or "e".
@@ -75,7 +77,7 @@ QList<PaliSeam> PaliSeamsAt(const QString &form, qsizetype at)
         AddBeforeVowel(left, right, seams);
     } else if (left.size() > 1 && IsPaliVowel(left[left.size() - 2]) && IsNasalBefore(last, first)) {
         seams.append({left.chopped(1) + u'ṃ', right, 0});
-        if (first == u'ñ' || first == u'm' || first == u'n') // "taññeva": the consonant is the niggahita's too
+        if (right.size() > 1 && (first == u'ñ' || first == u'm' || first == u'n')) // "taññeva": the consonant is the niggahita's too
             seams.append({left.chopped(1) + u'ṃ', right.mid(1), 1});
     }
     return seams;

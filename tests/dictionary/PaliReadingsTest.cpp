@@ -27,8 +27,9 @@ void ExpectReadings(const char *lines)
             const auto found = std::find_if(readings.cbegin(), readings.cend(),
                                             [&](const PaliReading &reading) { return reading.head == head; });
             EXPECT_TRUE(found != readings.cend()) << Lower(line) << ": " << Lower(head);
-            if (found != readings.cend() && head == parts[1].section(u'/', 0, 0))
+            if (found != readings.cend() && head == parts[1].section(u'/', 0, 0)) {
                 EXPECT_EQ(Lower(PaliTerms(found->terms, 1)), Lower(terms)) << Lower(line);
+            }
         }
     }
 }
@@ -46,7 +47,7 @@ aggino aggi genitive singular
 hatthīnaṃ hatthi/hatthī/hatthin genitive plural
 hatthino hatthi/hatthin/hatthī genitive singular
 bhikkhuniyā bhikkhunī/bhikkhuni instrumental singular
-jaccā jāti/jāti instrumental singular
+jaccā jāti instrumental singular
 bhikkhave bhikkhu vocative plural
 bhikkhūhi bhikkhu instrumental plural
 viññūnaṃ viññū/viññu genitive plural
@@ -114,7 +115,7 @@ abhavissa bhavati/hoti third person singular conditional
 bhāsi bhāsati third person singular aorist
 abhāsiṃsu bhāsati third person plural aorist
 desesi deseti third person singular aorist
-ahosi hoti/bhavati aorist
+ahosi hoti/bhavati third person singular aorist
 akāsi karoti aorist
 adāsi deti/dadāti aorist
 aññāsi jānāti aorist
@@ -138,7 +139,7 @@ katvāna karoti absolutive
 ādāya ādāti/ādiyati absolutive
 pahāya pajahati absolutive
 nisajja nisīdati absolutive
-paṭicca pacceti/paṭicca
+paṭicca paṭicca
 kātuṃ karoti infinitive
 codetuṃ codeti infinitive
 gacchanto gacchanta/gacchati nominative singular
@@ -205,14 +206,14 @@ na·kkhamati na khamati
 yv·āyaṃ yo ayaṃ
 icc·etaṃ iti etaṃ
 bandhuss·eva bandhussa iva
-āpatt·ādhikaraṇa āpatti adhikaraṇa
-sotod·aka sotoda aka)"_s.split(u'\n', Qt::SkipEmptyParts)) {
+āpatt·ādhikaraṇa āpatti adhikaraṇa)"_s.split(u'\n', Qt::SkipEmptyParts)) {
         const QStringList parts = line.split(u' ');
         const qsizetype at = parts[0].indexOf(u'·');
+        const QString form = QString(parts[0]).remove(u'·');
         bool isThere = false;
-        const qsizetype cuts[]{at, at + 1, at - 1}; // a letter of both may be on either side
-        for (const qsizetype cut : cuts) {
-            for (const PaliSeam &seam : PaliSeamsAt(QString(parts[0]).remove(u'·'), cut))
+        // A letter of both may be on either side.
+        for (qsizetype cut = std::max<qsizetype>(at - 1, 1); cut < std::min(at + 2, form.size()); ++cut) {
+            for (const PaliSeam &seam : PaliSeamsAt(form, cut))
                 isThere = isThere || (seam.left == parts[1] && seam.right == parts[2]);
         }
         EXPECT_TRUE(isThere) << Lower(line);

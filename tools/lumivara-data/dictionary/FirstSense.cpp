@@ -3,6 +3,8 @@
 #include "base/Texts.h"
 #include "lumivara-data/files/HtmlText.h"
 
+#include <QByteArrayList>
+
 using namespace Qt::StringLiterals;
 
 namespace {
