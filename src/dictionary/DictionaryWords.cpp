@@ -93,7 +93,8 @@ void DictionaryWords::AskFor(int kind, const QList<qsizetype> &places, const QSt
     // Few words are asked one by one: a place of the statement that is not needed costs as much as one that is.
     if (places.size() > WordsAtOnce / 3) {
         if (!m_many || !m_many->BelongsTo(m_database.Attachment()))
-            m_many = std::make_unique<Statement>(m_database.Attachment(), m_transaction.Native(), Question(WordsAtOnce));
+            m_many =
+                std::make_unique<Statement>(m_database.Attachment(), m_transaction.Native(), Question(WordsAtOnce));
         QList<QVariant> values;
         for (qsizetype i = 0; i < WordsAtOnce; ++i) {
             values.append(kind);

@@ -13,41 +13,62 @@ namespace {
 
 /// Headword, then its past and its past participle where the two differ.
 constexpr char16_t Verbs[] =
-    u"arise arose arisen|awake awoke awoken|bear bore borne/born|beat beat beaten|become became become|befall befell befallen|"
+    u"arise arose arisen|awake awoke awoken|bear bore borne/born|beat beat beaten|become became become|befall befell "
+    u"befallen|"
     u"begin began begun|behold beheld|bend bent|beseech besought|bid bade bidden|bind bound|bite bit bitten|bleed bled|"
     u"blow blew blown|break broke broken|breed bred|bring brought|build built|burn burnt|buy bought|catch caught|"
-    u"choose chose chosen|cling clung|come came|creep crept|deal dealt|dig dug|do did done|draw drew drawn|dream dreamt|"
+    u"choose chose chosen|cling clung|come came|creep crept|deal dealt|dig dug|do did done|draw drew drawn|dream "
+    u"dreamt|"
     u"drink drank drunk|drive drove driven|dwell dwelt|eat ate eaten|fall fell fallen|feed fed|feel felt|fight fought|"
-    u"find found|flee fled|fling flung|fly flew flown|forbear forbore forborne|forbid forbade forbidden|foresee foresaw foreseen|"
-    u"forget forgot forgotten|forgive forgave forgiven|forsake forsook forsaken|freeze froze frozen|get got gotten|give gave given|"
-    u"go went gone|grind ground|grow grew grown|hang hung|have had|hear heard|hide hid hidden|hold held|keep kept|kneel knelt|"
-    u"know knew known|lay laid|lead led|lean leant|leap leapt|learn learnt|leave left|lend lent|lie lay lain|light lit|lose lost|"
-    u"make made|mean meant|meet met|mistake mistook mistaken|overcome overcame|partake partook partaken|pay paid|ride rode ridden|"
-    u"ring rang rung|rise rose risen|run ran|say said|see saw seen|seek sought|sell sold|send sent|shake shook shaken|shave shaved shaven|"
-    u"shine shone|shoot shot|show showed shown|shrink shrank shrunk|sing sang sung|sink sank sunk|sit sat|slay slew slain|sleep slept|"
-    u"slide slid|sling slung|smite smote smitten|sow sowed sown|speak spoke spoken|spell spelt|spend spent|spill spilt|spin spun|"
-    u"spring sprang sprung|stand stood|steal stole stolen|stick stuck|sting stung|stink stank stunk|strew strewed strewn|"
-    u"stride strode stridden|strike struck stricken|string strung|strive strove striven|swear swore sworn|sweep swept|swell swelled swollen|"
-    u"swim swam swum|swing swung|take took taken|teach taught|tear tore torn|tell told|think thought|throw threw thrown|"
-    u"tread trod trodden|undergo underwent undergone|understand understood|undertake undertook undertaken|wake woke woken|"
-    u"wear wore worn|weave wove woven|weep wept|win won|wind wound|withdraw withdrew withdrawn|withhold withheld|withstand withstood|"
+    u"find found|flee fled|fling flung|fly flew flown|forbear forbore forborne|forbid forbade forbidden|foresee "
+    u"foresaw foreseen|"
+    u"forget forgot forgotten|forgive forgave forgiven|forsake forsook forsaken|freeze froze frozen|get got "
+    u"gotten|give gave given|"
+    u"go went gone|grind ground|grow grew grown|hang hung|have had|hear heard|hide hid hidden|hold held|keep "
+    u"kept|kneel knelt|"
+    u"know knew known|lay laid|lead led|lean leant|leap leapt|learn learnt|leave left|lend lent|lie lay lain|light "
+    u"lit|lose lost|"
+    u"make made|mean meant|meet met|mistake mistook mistaken|overcome overcame|partake partook partaken|pay paid|ride "
+    u"rode ridden|"
+    u"ring rang rung|rise rose risen|run ran|say said|see saw seen|seek sought|sell sold|send sent|shake shook "
+    u"shaken|shave shaved shaven|"
+    u"shine shone|shoot shot|show showed shown|shrink shrank shrunk|sing sang sung|sink sank sunk|sit sat|slay slew "
+    u"slain|sleep slept|"
+    u"slide slid|sling slung|smite smote smitten|sow sowed sown|speak spoke spoken|spell spelt|spend spent|spill "
+    u"spilt|spin spun|"
+    u"spring sprang sprung|stand stood|steal stole stolen|stick stuck|sting stung|stink stank stunk|strew strewed "
+    u"strewn|"
+    u"stride strode stridden|strike struck stricken|string strung|strive strove striven|swear swore sworn|sweep "
+    u"swept|swell swelled swollen|"
+    u"swim swam swum|swing swung|take took taken|teach taught|tear tore torn|tell told|think thought|throw threw "
+    u"thrown|"
+    u"tread trod trodden|undergo underwent undergone|understand understood|undertake undertook undertaken|wake woke "
+    u"woken|"
+    u"wear wore worn|weave wove woven|weep wept|win won|wind wound|withdraw withdrew withdrawn|withhold "
+    u"withheld|withstand withstood|"
     u"wring wrung|write wrote written|be was been|be were";
 constexpr char16_t ThirdPersons[] = u"be is|be am|be are|have has|do does|go goes";
 constexpr char16_t Plurals[] =
     u"man men|woman women|child children|foot feet|tooth teeth|goose geese|mouse mice|louse lice|ox oxen|person people|"
     u"brother brethren|die dice|penny pence|crisis crises|basis bases|analysis analyses|axis axes|thesis theses|"
-    u"phenomenon phenomena|criterion criteria|datum data|stratum strata|index indices|appendix appendices|vertex vertices|"
-    u"radius radii|stimulus stimuli|nucleus nuclei|formula formulae|life lives|knife knives|wife wives|leaf leaves|loaf loaves|"
-    u"half halves|self selves|shelf shelves|thief thieves|wolf wolves|calf calves|hoof hooves|sheaf sheaves|elf elves|scarf scarves|"
-    u"wharf wharves|beef beeves|oneself themselves|yourself yourselves|this these|that those|i we|he they|me us|him them";
-constexpr char16_t Compared[] =
-    u"good better best|well better best|bad worse worst|ill worse worst|little less least|much more most|many more most|"
-    u"far farther farthest|far further furthest|old elder eldest|late latter last";
-constexpr char16_t Contracted[] =
-    u"not n’t|will won’t|can can’t|can cannot|shall shan’t|be isn’t|be aren’t|be wasn’t|be weren’t|do don’t|do doesn’t|do didn’t|"
-    u"have haven’t|have hasn’t|have hadn’t|would wouldn’t|should shouldn’t|could couldn’t|must mustn’t|i i’m|i i’ve|i i’ll|i i’d|"
-    u"it it’s|he he’s|she she’s|that that’s|there there’s|let let’s|you you’re|you you’ve|you you’ll|we we’re|we we’ve|we we’ll|"
-    u"they they’re|they they’ve|they they’ll|who who’s|what what’s";
+    u"phenomenon phenomena|criterion criteria|datum data|stratum strata|index indices|appendix appendices|vertex "
+    u"vertices|"
+    u"radius radii|stimulus stimuli|nucleus nuclei|formula formulae|life lives|knife knives|wife wives|leaf "
+    u"leaves|loaf loaves|"
+    u"half halves|self selves|shelf shelves|thief thieves|wolf wolves|calf calves|hoof hooves|sheaf sheaves|elf "
+    u"elves|scarf scarves|"
+    u"wharf wharves|beef beeves|oneself themselves|yourself yourselves|this these|that those|i we|he they|me us|him "
+    u"them";
+constexpr char16_t Compared[] = u"good better best|well better best|bad worse worst|ill worse worst|little less "
+                                u"least|much more most|many more most|"
+                                u"far farther farthest|far further furthest|old elder eldest|late latter last";
+constexpr char16_t Contracted[] = u"not n’t|will won’t|can can’t|can cannot|shall shan’t|be isn’t|be aren’t|be "
+                                  u"wasn’t|be weren’t|do don’t|do doesn’t|do didn’t|"
+                                  u"have haven’t|have hasn’t|have hadn’t|would wouldn’t|should shouldn’t|could "
+                                  u"couldn’t|must mustn’t|i i’m|i i’ve|i i’ll|i i’d|"
+                                  u"it it’s|he he’s|she she’s|that that’s|there there’s|let let’s|you you’re|you "
+                                  u"you’ve|you you’ll|we we’re|we we’ve|we we’ll|"
+                                  u"they they’re|they they’ve|they they’ll|who who’s|what what’s";
 
 using Irregular = QHash<QString, QList<EnglishReading>>;
 

@@ -3,7 +3,19 @@
 #include <QList>
 #include <QString>
 
-enum class EnglishForm { Itself, Plural, Possessive, ThirdPerson, Past, PastParticiple, Ing, Comparative, Superlative, Adverb, Contraction };
+enum class EnglishForm {
+    Itself,
+    Plural,
+    Possessive,
+    ThirdPerson,
+    Past,
+    PastParticiple,
+    Ing,
+    Comparative,
+    Superlative,
+    Adverb,
+    Contraction
+};
 
 /// A headword under which a dictionary may have an English form.
 struct EnglishReading

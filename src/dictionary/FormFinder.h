@@ -25,9 +25,9 @@ public:
     /// The test outlives this. The derivations are told in the interface's language given.
     explicit FormFinder(WordTest &test, int language = 1) : m_test(test), m_language(language) {}
 
-    /// The words behind a form as it stands in a text, best first, each once: whole words before pieces, frequent endings
-    /// before rare, and what is equally likely by the order of the kinds. Empty if there is none. Throws what the test
-    /// throws.
+    /// The words behind a form as it stands in a text, best first, each once: whole words before pieces, frequent
+    /// endings before rare, and what is equally likely by the order of the kinds. Empty if there is none. Throws what
+    /// the test throws.
     QList<FoundWord> WordsBehind(const QString &form, const QList<int> &kinds);
 
     /// The same for a syllable of a language that writes its words in several: the longest run of syllables around it

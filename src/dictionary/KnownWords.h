@@ -14,8 +14,8 @@ public:
     virtual QList<bool> Have(int kind, const QStringList &words) = 0;
 };
 
-/// What the Pali dictionaries of a kind write behind their headwords, such as numbers of homonyms: learned once by asking
-/// for words that every dictionary has.
+/// What the Pali dictionaries of a kind write behind their headwords, such as numbers of homonyms: learned once by
+/// asking for words that every dictionary has.
 class HeadwordSigns
 {
 public:

@@ -7,16 +7,16 @@
 #include <QSet>
 
 #include <algorithm>
-#include <span>
+#include <tuple>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int SeamCost = 3;       ///< of each place where words meet
-constexpr int MostSeams = 3;      ///< in a form
-constexpr int MostCost = 14;      ///< of a way that is worth telling
-constexpr int GoodCost = 3;       ///< of a reading that needs no others beside it
+constexpr int SeamCost = 3;          ///< of each place where words meet
+constexpr int MostSeams = 3;         ///< in a form
+constexpr int MostCost = 14;         ///< of a way that is worth telling
+constexpr int GoodCost = 3;          ///< of a reading that needs no others beside it
 constexpr qsizetype MostStates = 24; ///< that are followed at a time
 constexpr qsizetype LongWord = 6;
 constexpr qsizetype UsualStem = 5;
@@ -30,8 +30,8 @@ struct State
     QString core;
     QList<PaliPiece> after;
     int cost = 0;
-    int stems = 0;         ///< of a compound among the pieces before
-    qsizetype letters = 0; ///< of those stems
+    int stems = 0;          ///< of a compound among the pieces before
+    qsizetype letters = 0;  ///< of those stems
     bool isChanged = false; ///< at the last seam, which is of a compound
     bool isCase = false;    ///< the last piece before is no stem, so any word may follow
     qsizetype least = 4;    ///< letters of the word that is left, to be no chance
@@ -47,22 +47,23 @@ struct Prefix
 };
 
 constexpr Prefix Prefixes[] = {
-    {u"a", u"a", 0},       {u"an", u"an", 0},     {u"su", u"su", 2},     {u"du", u"du", 2},     {u"dur", u"du", 2},
-    {u"sa", u"sa", 3},     {u"nir", u"nir", 3},   {u"ni", u"ni", 3},     {u"nī", u"ni", 3},     {u"ati", u"ati", 3},
-    {u"acc", u"ati", 3},   {u"adhi", u"adhi", 3}, {u"ajjh", u"adhi", 3}, {u"anu", u"anu", 3},   {u"anv", u"anu", 3},
-    {u"apa", u"apa", 3},   {u"ap", u"apa", 3},    {u"abhi", u"abhi", 3}, {u"abbh", u"abhi", 3}, {u"ava", u"ava", 3},
-    {u"o", u"ava", 4},     {u"ā", u"ā", 4},       {u"u", u"ud", 4},      {u"ud", u"ud", 4},     {u"upa", u"upa", 3},
-    {u"up", u"upa", 3},    {u"pa", u"pa", 3},     {u"paṭi", u"paṭi", 3}, {u"pati", u"pati", 3}, {u"pacc", u"paṭi", 3},
-    {u"parā", u"parā", 4}, {u"pari", u"pari", 3}, {u"pariy", u"pari", 3}, {u"vi", u"vi", 3},    {u"vy", u"vi", 3},
-    {u"by", u"vi", 3},     {u"saṃ", u"saṃ", 3},   {u"sam", u"saṃ", 3},   {u"sañ", u"saṃ", 3},   {u"saṅ", u"saṃ", 3},
-    {u"san", u"saṃ", 3},   {u"ku", u"ku", 5},     {u"mahā", u"mahā", 2}, {u"mah", u"mahā", 2},
+    {u"a", u"a", 0},       {u"an", u"an", 0},     {u"su", u"su", 2},      {u"du", u"du", 2},     {u"dur", u"du", 2},
+    {u"sa", u"sa", 3},     {u"nir", u"nir", 3},   {u"ni", u"ni", 3},      {u"nī", u"ni", 3},     {u"ati", u"ati", 3},
+    {u"acc", u"ati", 3},   {u"adhi", u"adhi", 3}, {u"ajjh", u"adhi", 3},  {u"anu", u"anu", 3},   {u"anv", u"anu", 3},
+    {u"apa", u"apa", 3},   {u"ap", u"apa", 3},    {u"abhi", u"abhi", 3},  {u"abbh", u"abhi", 3}, {u"ava", u"ava", 3},
+    {u"o", u"ava", 4},     {u"ā", u"ā", 4},       {u"u", u"ud", 4},       {u"ud", u"ud", 4},     {u"upa", u"upa", 3},
+    {u"up", u"upa", 3},    {u"pa", u"pa", 3},     {u"paṭi", u"paṭi", 3},  {u"pati", u"pati", 3}, {u"pacc", u"paṭi", 3},
+    {u"parā", u"parā", 4}, {u"pari", u"pari", 3}, {u"pariy", u"pari", 3}, {u"vi", u"vi", 3},     {u"vy", u"vi", 3},
+    {u"by", u"vi", 3},     {u"saṃ", u"saṃ", 3},   {u"sam", u"saṃ", 3},    {u"sañ", u"saṃ", 3},   {u"saṅ", u"saṃ", 3},
+    {u"san", u"saṃ", 3},   {u"ku", u"ku", 5},     {u"mahā", u"mahā", 2},  {u"mah", u"mahā", 2},
 };
 
 /// Short stems that begin or end many compounds.
 bool IsCommonShort(const QString &stem)
 {
-    static const QSet<QString> stems{u"dvi"_s, u"dve"_s, u"ti"_s,  u"cha"_s, u"eka"_s, u"isi"_s, u"ādi"_s, u"go"_s,
-                                     u"uju"_s, u"aja"_s, u"catu"_s, u"asi"_s, u"ahi"_s, u"āyu"_s, u"ura"_s, u"iṇa"_s, u"usu"_s};
+    static const QSet<QString> stems{u"dvi"_s, u"dve"_s, u"ti"_s,  u"cha"_s, u"eka"_s,  u"isi"_s,
+                                     u"ādi"_s, u"go"_s,  u"uju"_s, u"aja"_s, u"catu"_s, u"asi"_s,
+                                     u"ahi"_s, u"āyu"_s, u"ura"_s, u"iṇa"_s, u"usu"_s};
     return stems.contains(stem);
 }
 
@@ -93,7 +94,7 @@ public:
         }
         const QList<State> once = isMarked ? Marked() : Loosened(Endings());
         TakeCores(once);
-        if (!m_ways.isEmpty())
+        if (!m_ways.isEmpty() && Best() <= GoodCost + SeamCost)
             return Sorted();
         QList<State> states = once;
         QList<State> cores = once.first(std::min(once.size(), MostCompoundCores));
@@ -113,9 +114,9 @@ public:
 private:
     int Best() const
     {
-        return std::min_element(m_ways.cbegin(), m_ways.cend(), [](const auto &a, const auto &b) {
-                   return a.cost < b.cost;
-               })->cost;
+        return std::min_element(m_ways.cbegin(), m_ways.cend(),
+                                [](const auto &a, const auto &b) { return a.cost < b.cost; })
+            ->cost;
     }
 
     QList<PaliWay> Sorted()
@@ -182,8 +183,8 @@ private:
         const QChar last = m_form.back();
         if (m_form.size() > 2 && QStringView(u"nmñṅ").contains(last))
             states.append({{}, m_form.chopped(1) + u'ṃ', {}, 0});
-        // Most words in "ā" are plurals, most in "tī" are verbs.
-        const int cost = m_form.endsWith(u"tī") ? 0 : last == u'ā' ? 2 : 1;
+        // Most words in "tī" are verbs, most others in a long vowel are plurals.
+        const int cost = m_form.endsWith(u"tī") ? 0 : 2;
         if (const QChar plain = WithoutLength(last); m_form.size() > 1 && plain != last)
             states.append({{}, m_form.chopped(1) + plain, {}, cost});
         return states;
@@ -202,7 +203,8 @@ private:
         }
     }
 
-    /// The first of a function word's heads that a dictionary has, else the word itself as a piece without a dictionary.
+    /// The first of a function word's heads that a dictionary has, else the word itself as a piece without a
+    /// dictionary.
     PaliPiece FunctionPiece(const QString &form, bool atEnd)
     {
         const QStringList heads = PaliFunctionHeads(form, atEnd);
@@ -234,8 +236,7 @@ private:
             else if (known->cost > next.cost)
                 *known = next;
         };
-        if (isRight && seam.left.size() > 1)
-{
+        if (isRight && seam.left.size() > 1) {
             State next{state.before, seam.left, QList{FunctionPiece(seam.right, true)} + state.after, cost};
             // What looks like it is most often a genitive.
             if (seam.right == u"assa" && !isMarked)
@@ -244,18 +245,21 @@ private:
                 next.cost += 1;
             next.least = state.least;
             next.isSmall = state.isSmall || !(isEnclitic || isMarked);
-            next.mayBeLong = next.isSmall && state.mayBeLong && (isEnclitic || (IsPaliTail(seam.right) && seam.cost <= 1));
+            next.mayBeLong =
+                next.isSmall && state.mayBeLong && (isEnclitic || (IsPaliTail(seam.right) && seam.cost <= 1));
             keep(next);
         }
         // What a short word begins must be long enough to be no chance.
-        if (isLeft && (seam.right.size() > (seam.left.size() > 2 ? 3 : 4) || IsPaliFunctionWord(seam.right) || isMarked))
-{
+        if (isLeft &&
+            (seam.right.size() > (seam.left.size() > 2 ? 3 : 4) || IsPaliFunctionWord(seam.right) || isMarked)) {
             State next{state.before + QList{FunctionPiece(seam.left, false)}, seam.right, state.after, cost + 1};
             next.least = seam.left.size() > 2 || seam.left == u"na" ? 4 : 5;
             next.isSmall = state.isSmall;
             next.mayBeLong = state.mayBeLong;
             if (isPlain && IsPaliFunctionWord(seam.right) && !isMarked)
                 next.cost += 2;
+            else if (seam.left.endsWith(u'ṃ') && !IsPaliFirstPart(seam.left) && !IsPaliFunctionWord(seam.right))
+                next.cost += 1;
             keep(next);
         }
     }
@@ -263,8 +267,9 @@ private:
     static QList<State> Cheapest(const QHash<QString, State> &states)
     {
         QList<State> list = states.values();
-        std::sort(list.begin(), list.end(),
-                  [](const State &a, const State &b) { return std::pair(a.cost, a.core) < std::pair(b.cost, b.core); });
+        std::sort(list.begin(), list.end(), [](const State &a, const State &b) {
+            return std::tie(a.cost, a.core, a.stems, a.isCase) < std::tie(b.cost, b.core, b.stems, b.isCase);
+        });
         if (list.size() > MostStates)
             list.resize(MostStates);
         return list;
@@ -321,10 +326,10 @@ private:
             for (const PaliReading &hit : Hits(state.core)) {
                 if (state.isSmall && !isSmall && !state.mayBeLong)
                     continue;
-                const qsizetype least = state.isSmall                                ? LongWord
+                const qsizetype least = state.isSmall                             ? LongWord
                                         : state.before.isEmpty() && hit.cost <= 1 ? 3
                                                                                   : state.least;
-                if (!isSmall && IsPaliPronoun(hit.head))
+                if (!isSmall && hit.cost > 0 && IsPaliPronoun(hit.head))
                     continue;
                 if (hit.cost <= CommonReading && (isSmall || hit.head.size() >= least))
                     Add(state, hit);
@@ -359,7 +364,8 @@ private:
         QList<Step> steps;
         for (const Prefix &prefix : Prefixes) {
             // Behind another word there is no telling it from chance.
-            const bool isFirst = state.before.isEmpty() || state.before.last().kind == 0 || state.before.last().word == u"na";
+            const bool isFirst =
+                state.before.isEmpty() || state.before.last().kind == 0 || state.before.last().word == u"na";
             if (state.stems > 0 || isCase || !isFirst)
                 break;
             const qsizetype size = prefix.written.size();
@@ -372,9 +378,11 @@ private:
             // A short prefix before a short word is chance.
             const int doubt = rest.size() < 6 && size < 3 ? 3 : 0;
             if (StartsDoubled(rest))
-                steps.append({place, {prefix.written.toString(), rest.mid(1), prefix.cost + doubt}, prefix.name.toString(), {}});
+                steps.append(
+                    {place, {prefix.written.toString(), rest.mid(1), prefix.cost + doubt}, prefix.name.toString(), {}});
             else if (prefix.name != u"ud" || wantsVowel)
-                steps.append({place, {prefix.written.toString(), rest, prefix.cost + doubt}, prefix.name.toString(), {}});
+                steps.append(
+                    {place, {prefix.written.toString(), rest, prefix.cost + doubt}, prefix.name.toString(), {}});
         }
         for (qsizetype at = 2; at + 2 < state.core.size(); ++at) {
             for (const PaliSeam &seam : PaliSeamsAt(state.core, at)) {
@@ -409,9 +417,10 @@ private:
             if (!step.prefix.isEmpty()) {
                 following.before.append({step.prefix, 0});
             } else {
-                const auto head = std::find_if(step.heads.cbegin(), step.heads.cend(), [this](const PaliReading &reading) {
-                    return reading.cost <= 3 && m_words.Has(reading.head);
-                });
+                const auto head =
+                    std::find_if(step.heads.cbegin(), step.heads.cend(), [this](const PaliReading &reading) {
+                        return reading.cost <= 3 && m_words.Has(reading.head);
+                    });
                 if (head == step.heads.cend())
                     continue;
                 following.before.append(PieceOf(head->head));

@@ -18,7 +18,7 @@ struct PaliWay
     int order = 0; ///< among ways of one cost, that of the last reading
 };
 
-/// The ways to understand a form, cheapest first: as one word; where there is none, as words that have run together, and
-/// at last as a compound, in the fewest pieces. Only dictionary words, prefixes and the grammar's own small words are
-/// pieces. The form is as PaliFolded() gives it.
+/// The ways to understand a form, cheapest first: as one word; where there is none, as words that have run together,
+/// and at last as a compound, in the fewest pieces. Only dictionary words, prefixes and the grammar's own small words
+/// are pieces. The form is as PaliFolded() gives it.
 QList<PaliWay> PaliWays(const QString &form, KnownWords &words);

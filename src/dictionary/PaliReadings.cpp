@@ -79,7 +79,8 @@ private:
             const QList<QStringView> words = group.split(u' ', Qt::SkipEmptyParts);
             for (const QStringView ending : words.sliced(1)) {
                 const bool isAll = ending.endsWith(u'*');
-                const QStringList forms = isAll ? Persons(ending.chopped(1).toString()) : QStringList{ending.toString()};
+                const QStringList forms =
+                    isAll ? Persons(ending.chopped(1).toString()) : QStringList{ending.toString()};
                 for (const QString &form : forms) {
                     for (int order = 0; order < heads.size(); ++order) {
                         const QStringView head = heads[order] == u"-" ? QStringView() : heads[order];
@@ -158,9 +159,9 @@ const EndingIndex &ClosedWords()
 QStringList WithoutAugment(const QString &form)
 {
     constexpr std::pair<QStringView, QStringView> prefixes[]{
-        {u"pā", u"pa"},      {u"upā", u"upa"},   {u"apā", u"apa"},  {u"pacca", u"paṭi"}, {u"abbha", u"abhi"},
-        {u"ajjha", u"adhi"}, {u"vya", u"vi"},    {u"bya", u"vi"},   {u"anva", u"anu"},   {u"pariya", u"pari"},
-        {u"acca", u"ati"},   {u"sama", u"sam"},  {u"vyā", u"vyā"},  {u"paccā", u"paṭi"}, {u"samā", u"samā"},
+        {u"pā", u"pa"},      {u"upā", u"upa"},   {u"apā", u"apa"},    {u"pacca", u"paṭi"}, {u"abbha", u"abhi"},
+        {u"ajjha", u"adhi"}, {u"vya", u"vi"},    {u"bya", u"vi"},     {u"anva", u"anu"},   {u"pariya", u"pari"},
+        {u"acca", u"ati"},   {u"sama", u"samā"}, {u"paccā", u"paṭi"}, {u"sama", u"sañ"},
     };
     QStringList forms;
     if (form.size() > 4 && form[0] == u'a' && !IsPaliVowel(form[1])) {
@@ -182,9 +183,9 @@ QStringList WithoutAugment(const QString &form)
 QString RootOf(const QString &verb)
 {
     static const QHash<QString, QString> roots{
-        {u"gacchati"_s, u"gam"_s}, {u"deti"_s, u"dā"_s},   {u"tiṭṭhati"_s, u"ṭhā"_s}, {u"jānāti"_s, u"ñā"_s},
-        {u"suṇāti"_s, u"su"_s},    {u"passati"_s, u"dis"_s}, {u"pivati"_s, u"pā"_s},    {u"jahati"_s, u"hā"_s},
-        {u"gaṇhāti"_s, u"gah"_s},  {u"neti"_s, u"nī"_s},   {u"bhavati"_s, u"bhū"_s},  {u"dahati"_s, u"dhā"_s},
+        {u"gacchati"_s, u"gam"_s}, {u"deti"_s, u"dā"_s},       {u"tiṭṭhati"_s, u"ṭhā"_s}, {u"jānāti"_s, u"ñā"_s},
+        {u"suṇāti"_s, u"su"_s},    {u"passati"_s, u"dis"_s},   {u"pivati"_s, u"pā"_s},    {u"jahati"_s, u"hā"_s},
+        {u"gaṇhāti"_s, u"gah"_s},  {u"neti"_s, u"nī"_s},       {u"bhavati"_s, u"bhū"_s},  {u"dahati"_s, u"dhā"_s},
         {u"vatti"_s, u"vac"_s},    {u"bhindati"_s, u"bhid"_s}, {u"chindati"_s, u"chid"_s}};
     if (const QString root = roots.value(verb); !root.isNull())
         return root;
@@ -206,11 +207,16 @@ bool IsParticle(const QString &word)
 class Gatherer
 {
 public:
+    explicit Gatherer(const QString &form = {}) : m_isParticle(IsParticle(form)) {}
+
+    /// Of a guess; words without inflection have other forms, and are other words, by chance alone.
+    void Guess(const QString &head, QStringView terms, int cost, int order = 0)
+    {
+        Add(head, terms, cost > 0 && (m_isParticle || IsParticle(head)) ? cost + CommonReading : cost, order);
+    }
+
     void Add(const QString &head, QStringView terms, int cost, int order = 0)
     {
-        // Words without inflection have other forms by chance alone.
-        if (cost > 0 && IsParticle(head))
-            cost += CommonReading;
         if (const auto known = m_places.constFind(head); known != m_places.cend()) {
             if (PaliReading &reading = m_readings[*known]; reading.cost > cost)
                 reading = {head, terms, cost, order};
@@ -223,26 +229,26 @@ public:
     /// A verb as dictionaries list it, and what it is made of.
     void AddVerb(const QString &head, QStringView terms, int cost, int order = 0)
     {
-        Add(head, terms, cost, order);
+        Guess(head, terms, cost, order);
         if (head.size() > 6 && head.endsWith(u"ayati"))
-            Add(Joined(QStringView(head).chopped(5), u"eti"), terms, cost, order);
+            Guess(Joined(QStringView(head).chopped(5), u"eti"), terms, cost, order);
         else if (head.size() > 5 && head.endsWith(u"eti"))
-            Add(Joined(QStringView(head).chopped(3), u"ayati"), terms, cost + 1);
+            Guess(Joined(QStringView(head).chopped(3), u"ayati"), terms, cost + 1);
         DerivedVerbs().Each(head, [&](QStringView stem, const Rule &rule) {
-            Add(Joined(stem, rule.head), rule.terms, cost + rule.cost);
+            Guess(Joined(stem, rule.head), rule.terms, cost + rule.cost);
             // The vowel of the root was lengthened.
             if (const QString shortened = WithShortRoot(stem); !shortened.isNull())
-                Add(Joined(shortened, rule.head), rule.terms, cost + rule.cost);
+                Guess(Joined(shortened, rule.head), rule.terms, cost + rule.cost);
         });
         if (head.endsWith(u"eti")) {
-            Add(Joined(QStringView(head).chopped(3), u"ati"), u"Z", cost + CommonReading);
+            Guess(Joined(QStringView(head).chopped(3), u"ati"), u"Z", cost + CommonReading);
             if (const QString shortened = WithShortRoot(QStringView(head).chopped(3)); !shortened.isNull()) {
-                Add(Joined(shortened, u"ati"), u"Z", cost + CommonReading);
-                Add(Joined(shortened, u"oti"), u"Z", cost + CommonReading);
+                Guess(Joined(shortened, u"ati"), u"Z", cost + CommonReading);
+                Guess(Joined(shortened, u"oti"), u"Z", cost + CommonReading);
             }
         }
         if (const QString root = RootOf(head); !root.isNull())
-            Add(root, terms, cost + CommonReading);
+            Guess(root, terms, cost + CommonReading);
     }
 
     QList<PaliReading> Take() { return std::move(m_readings); }
@@ -260,6 +266,7 @@ private:
         return text;
     }
 
+    bool m_isParticle;
     QList<PaliReading> m_readings;
     QHash<QString, qsizetype> m_places;
 };
@@ -278,7 +285,7 @@ void AddStem(const QString &stem, int cost, Gatherer &readings)
         readings.AddVerb(Joined(rest, rule.head), rule.terms, rule.cost + cost, Order(rule, rest));
     });
     NounStems().Each(stem, [&](QStringView rest, const Rule &rule) {
-        readings.Add(Joined(rest, rule.head), rule.terms, rule.cost + cost, Order(rule, rest));
+        readings.Guess(Joined(rest, rule.head), rule.terms, rule.cost + cost, Order(rule, rest));
     });
 }
 
@@ -308,8 +315,8 @@ struct FunctionWords
             }
         }
         // Without the first vowel.
-        for (const QStringView word : {u"api", u"iti", u"eva", u"iva", u"ahaṃ", u"assa", u"asi", u"asmi", u"amhi", u"ayaṃ",
-                                       u"idaṃ", u"idāni", u"atthi", u"assu", u"attha", u"amha", u"imaṃ"}) {
+        for (const QStringView word : {u"api", u"iti", u"eva", u"iva", u"ahaṃ", u"assa", u"asi", u"asmi", u"amhi",
+                                       u"ayaṃ", u"idaṃ", u"idāni", u"atthi", u"assu", u"attha", u"amha", u"imaṃ"}) {
             QStringList &known = shortened[word.mid(1).toString()];
             known.append(word.toString());
             known.append(heads.value(word.toString()));
@@ -337,18 +344,18 @@ const FunctionWords &Functions()
 
 QList<PaliReading> PaliReadings(const QString &form)
 {
-    Gatherer readings;
+    Gatherer readings(form);
     readings.Add(form, {}, 0);
     if (form.size() > 4 && form.endsWith(u"ti"))
         readings.AddVerb(form, {}, 0);
     for (const Rule &rule : ClosedWords().Of(form))
         readings.Add(rule.head.toString(), rule.terms, rule.cost, Order(rule, {}));
-    QSet<QString> stems;
+    QStringList stems;
     const auto takeCase = [&](QStringView stem, const Rule &rule) {
         const QString head = Joined(stem, rule.head);
-        readings.Add(head, rule.terms, rule.cost, Order(rule, stem));
-        if (rule.cost <= 2)
-            stems.insert(head);
+        readings.Guess(head, rule.terms, rule.cost, Order(rule, stem));
+        if (rule.cost <= 2 && !stems.contains(head))
+            stems.append(head);
     };
     Cases().Each(form, takeCase);
     PossessorCases().Each(form, [&](QStringView stem, const Rule &rule) {
@@ -361,7 +368,8 @@ QList<PaliReading> PaliReadings(const QString &form)
     VerbForms().Each(form, takeVerb);
     for (const QString &past : WithoutAugment(form))
         PastForms().Each(past, takeVerb);
-    stems.insert(form);
+    if (!stems.contains(form))
+        stems.append(form);
     for (const QString &stem : std::as_const(stems))
         AddStem(stem, 0, readings);
     return readings.Take();
@@ -370,16 +378,18 @@ QList<PaliReading> PaliReadings(const QString &form)
 QList<PaliReading> PaliStemReadings(const QString &stem)
 {
     constexpr std::pair<QStringView, QStringView> finals[]{
-        {u"a", u"ā"}, {u"i", u"ī"},  {u"i", u"in"},   {u"u", u"ū"},    {u"tu", u"tar"}, {u"o", u"a"},
-        {u"o", u"as"}, {u"ī", u"i"}, {u"ā", u"a"},    {u"ti", u"t"},   {u"rāja", u"rājan"}, {u"brahma", u"brahman"},
-        {u"kamma", u"kamman"}, {u"atta", u"attan"}, {u"vanta", u"vant"}, {u"manta", u"mant"}, {u"va", u"vant"}, {u"ma", u"mant"},
-        {u"tā", u"tar"}, {u"tā", u"tu"},
+        {u"a", u"ā"},          {u"i", u"ī"},        {u"i", u"in"},       {u"u", u"ū"},
+        {u"tu", u"tar"},       {u"o", u"a"},        {u"o", u"as"},       {u"ī", u"i"},
+        {u"ā", u"a"},          {u"ti", u"t"},       {u"rāja", u"rājan"}, {u"brahma", u"brahman"},
+        {u"kamma", u"kamman"}, {u"atta", u"attan"}, {u"vanta", u"vant"}, {u"manta", u"mant"},
+        {u"va", u"vant"},      {u"ma", u"mant"},    {u"tā", u"tar"},     {u"tā", u"tu"},
     };
     Gatherer readings;
     readings.Add(stem, {}, 0);
     for (const auto &[final, head] : finals) {
         if (stem.size() > final.size() + 1 && stem.endsWith(final))
-            readings.Add(Joined(QStringView(stem).chopped(final.size()), head), {}, final == u"o" || head == u"ā" ? 1 : 2);
+            readings.Add(Joined(QStringView(stem).chopped(final.size()), head), {},
+                         final == u"o" || head == u"ā" ? 1 : 2);
     }
     AddStem(stem, 3, readings);
     if (stem.endsWith(u"tu")) { // of an infinitive: "kattukāma"
@@ -409,9 +419,10 @@ QStringList PaliFunctionHeads(const QString &form, bool atEnd)
 
 bool IsPaliEnclitic(const QString &form)
 {
-    static const QSet<QString> enclitics{u"pi"_s,  u"ti"_s,  u"ca"_s,  u"ce"_s,   u"va"_s,   u"yeva"_s, u"ñeva"_s, u"vā"_s,
-                                         u"hi"_s,  u"nu"_s,  u"su"_s,  u"ssu"_s,  u"ssa"_s,  u"si"_s,   u"mhi"_s,  u"smi"_s,
-                                         u"api"_s, u"iti"_s, u"eva"_s, u"assa"_s, u"asi"_s,  u"amhi"_s, u"asmi"_s, u"atthi"_s};
+    static const QSet<QString> enclitics{u"pi"_s,   u"ti"_s,   u"ca"_s,  u"ce"_s,   u"va"_s,   u"yeva"_s,
+                                         u"ñeva"_s, u"vā"_s,   u"hi"_s,  u"nu"_s,   u"su"_s,   u"ssu"_s,
+                                         u"ssa"_s,  u"si"_s,   u"mhi"_s, u"smi"_s,  u"api"_s,  u"iti"_s,
+                                         u"eva"_s,  u"assa"_s, u"asi"_s, u"amhi"_s, u"asmi"_s, u"atthi"_s};
     return enclitics.contains(form);
 }
 
@@ -423,8 +434,9 @@ bool IsPaliFollower(const QString &form)
 
 bool IsPaliTail(const QString &form)
 {
-    static const QSet<QString> tails{u"etaṃ"_s, u"eso"_s, u"esā"_s, u"ete"_s, u"etāni"_s, u"ahaṃ"_s, u"ayaṃ"_s, u"idaṃ"_s,
-                                     u"imaṃ"_s, u"ime"_s, u"ettha"_s, u"idha"_s, u"āvuso"_s, u"idāni"_s, u"āha"_s};
+    static const QSet<QString> tails{u"etaṃ"_s,  u"eso"_s,  u"esā"_s,   u"ete"_s,   u"etāni"_s,
+                                     u"ahaṃ"_s,  u"ayaṃ"_s, u"idaṃ"_s,  u"imaṃ"_s,  u"ime"_s,
+                                     u"ettha"_s, u"idha"_s, u"āvuso"_s, u"idāni"_s, u"āha"_s};
     return tails.contains(form);
 }
 
@@ -435,23 +447,26 @@ bool IsPaliPronoun(const QString &head)
 
 bool IsNeverFirst(const QString &form)
 {
-    static const QSet<QString> words{u"pi"_s, u"ti"_s, u"va"_s, u"su"_s, u"nu"_s, u"si"_s, u"ssa"_s, u"ssu"_s, u"haṃ"_s};
+    static const QSet<QString> words{u"pi"_s, u"ti"_s,  u"va"_s,  u"su"_s, u"nu"_s,
+                                     u"si"_s, u"ssa"_s, u"ssu"_s, u"haṃ"_s};
     return words.contains(form);
 }
 
 bool IsPaliLeader(const QString &form)
 {
-    static const QSet<QString> never{u"pi"_s, u"ti"_s, u"va"_s, u"su"_s, u"nu"_s, u"si"_s, u"asi"_s, u"asmi"_s, u"amhi"_s, u"bho"_s, u"ssu"_s,
-                                     u"vinā"_s, u"asu"_s, u"amu"_s, u"kaṃ"_s, u"maṃ"_s};
+    static const QSet<QString> never{u"pi"_s,   u"ti"_s,   u"va"_s,  u"su"_s,  u"nu"_s,   u"si"_s,  u"asi"_s,
+                                     u"asmi"_s, u"amhi"_s, u"bho"_s, u"ssu"_s, u"vinā"_s, u"asu"_s, u"amu"_s,
+                                     u"kaṃ"_s,  u"maṃ"_s,  u"are"_s, u"āvi"_s, u"iva"_s};
     return Functions().heads.contains(form) && !Functions().verbs.contains(form) && !never.contains(form);
 }
 
 bool IsPaliFirstPart(const QString &form)
 {
-    static const QSet<QString> parts{u"na"_s,  u"yathā"_s, u"tathā"_s, u"yāva"_s, u"saha"_s,  u"anto"_s,  u"bahi"_s, u"tiro"_s,
-                                     u"puna"_s, u"sammā"_s, u"evaṃ"_s,  u"kiṃ"_s,  u"taṃ"_s,   u"sayaṃ"_s, u"sāmaṃ"_s,
-                                     u"antarā"_s, u"upari"_s, u"heṭṭhā"_s, u"pure"_s, u"pacchā"_s, u"ubhato"_s, u"ekato"_s,
-                                     u"alaṃ"_s, u"yaṃ"_s, u"aññatra"_s, u"pañca"_s, u"cha"_s, u"dasa"_s, u"nānā"_s};
+    static const QSet<QString> parts{u"na"_s,      u"yathā"_s,  u"tathā"_s,  u"yāva"_s,   u"saha"_s,  u"anto"_s,
+                                     u"bahi"_s,    u"tiro"_s,   u"puna"_s,   u"sammā"_s,  u"evaṃ"_s,  u"kiṃ"_s,
+                                     u"taṃ"_s,     u"sayaṃ"_s,  u"sāmaṃ"_s,  u"antarā"_s, u"upari"_s, u"heṭṭhā"_s,
+                                     u"pure"_s,    u"pacchā"_s, u"ubhato"_s, u"ekato"_s,  u"alaṃ"_s,  u"yaṃ"_s,
+                                     u"aññatra"_s, u"pañca"_s,  u"cha"_s,    u"dasa"_s,   u"nānā"_s};
     return parts.contains(form);
 }
 

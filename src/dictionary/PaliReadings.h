@@ -15,15 +15,15 @@ struct PaliReading
 /// Readings dearer than this are worth a question only where no cheaper one has an answer.
 constexpr int CommonReading = 5;
 
-/// All headwords that a form may stand under, each once, as one word: declension, conjugation, participles, words made of
-/// words. Most of them do not exist. At most some hundred for any text.
+/// All headwords that a form may stand under, each once, as one word: declension, conjugation, participles, words made
+/// of words. Most of them do not exist. At most some hundred for any text.
 QList<PaliReading> PaliReadings(const QString &form);
 
 /// The headwords of a stem that stands before another word in a compound.
 QList<PaliReading> PaliStemReadings(const QString &stem);
 
-/// True for a form of a small word, of which a grammar has all (pronouns, particles and the like), also for one that has
-/// lost its first vowel: "pi", "ti", "haṃ".
+/// True for a form of a small word, of which a grammar has all (pronouns, particles and the like), also for one that
+/// has lost its first vowel: "pi", "ti", "haṃ".
 bool IsPaliFunctionWord(const QString &form);
 /// The headwords of such a form, itself first; at the end of another word the one that has lost its vowel comes first.
 QStringList PaliFunctionHeads(const QString &form, bool atEnd);

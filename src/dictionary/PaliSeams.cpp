@@ -31,8 +31,12 @@ void AddBeforeVowel(const QString &left, const QString &right, QList<PaliSeam> &
         seams.append({shorter + u'ṃ', right, 0});
     const auto rights = FirstVowels(right);
     for (const auto &[word, cost] : rights) {
-        for (const auto &[vowel, more] : {std::pair(u'a', 1), {u'ā', 2}, {u'i', 1}, {u'u', 2}, {u'e', 2}, {u'o', 2}, {u'ī', 2}})
-            seams.append({left + vowel, word, cost + more});
+        for (const auto &[vowel, more] :
+             {std::pair(u'a', 1), {u'ā', 2}, {u'i', 1}, {u'u', 2}, {u'e', 2}, {u'o', 2}, {u'ī', 2}}) {
+            // "ī" is of two short ones, hardly of "a" and "i".
+            const bool isRare = right.front() == u'ī' && word.front() == u'i' && vowel != u'i';
+            seams.append({left + vowel, word, cost + more + (isRare ? 2 : 0)});
+        }
         if (!shorter.isEmpty() && last == u'v') {
             seams.append({shorter + u'o', word, cost + 2});
             seams.append({shorter + u'u', word, cost + 1});
@@ -77,7 +81,8 @@ QList<PaliSeam> PaliSeamsAt(const QString &form, qsizetype at)
         AddBeforeVowel(left, right, seams);
     } else if (left.size() > 1 && IsPaliVowel(left[left.size() - 2]) && IsNasalBefore(last, first)) {
         seams.append({left.chopped(1) + u'ṃ', right, 0});
-        if (right.size() > 1 && (first == u'ñ' || first == u'm' || first == u'n')) // "taññeva": the consonant is the niggahita's too
+        if (right.size() > 1 &&
+            (first == u'ñ' || first == u'm' || first == u'n')) // "taññeva": the consonant is the niggahita's too
             seams.append({left.chopped(1) + u'ṃ', right.mid(1), 1});
     }
     return seams;

@@ -11,6 +11,6 @@ struct PaliSeam
 };
 
 /// The words that a form may have been made of, cut before the letter at `at`, which lies inside of it: plain, with a
-/// vowel that was dropped, lengthened or became "y" or "v", an inserted or doubled consonant, or a niggahita that became
-/// another nasal. Some ten at most.
+/// vowel that was dropped, lengthened or became "y" or "v", an inserted or doubled consonant, or a niggahita that
+/// became another nasal. Some ten at most.
 QList<PaliSeam> PaliSeamsAt(const QString &form, qsizetype at);

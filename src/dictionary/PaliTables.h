@@ -32,8 +32,8 @@ std::span<const PaliEndings> PaliVerbStems();
 std::span<const PaliEndings> PaliNounStems();
 /// Verbs that are made of verbs: causatives and passives, all in "ti".
 std::span<const PaliEndings> PaliDerivedVerbs();
-/// Whole words with forms of their own, of which nothing remains: small words, which run together with others (pronouns,
-/// numerals, a few verbs), and a few nouns.
+/// Whole words with forms of their own, of which nothing remains: small words, which run together with others
+/// (pronouns, numerals, a few verbs), and a few nouns.
 std::span<const PaliEndings> PaliSmallWords();
 std::span<const PaliEndings> PaliClosedWords();
 /// Words without inflection, parted by blanks.

@@ -1,5 +1,5 @@
-#include "dictionary/EnglishReadings.h"
 #include "dictionary/FormFinder.h"
+#include "dictionary/EnglishReadings.h"
 
 #include <gmock/gmock.h>
 
@@ -53,7 +53,8 @@ std::string Derivation(Words &words, const QString &form, int language = 1)
 }
 
 const QString Lemmas =
-    u"dhamma, kāya, saṃsagga, bhikkhu, āpatti, adhikaraṇa, khandha, dukkaṭa, pubbe, eva, assa, atthi, añña, anāgata, iti, "
+    u"dhamma, kāya, saṃsagga, bhikkhu, āpatti, adhikaraṇa, khandha, dukkaṭa, pubbe, eva, assa, atthi, añña, anāgata, "
+    u"iti, "
     u"samaṇa, pācittiya, hoti, karoti, kamma, na, ca, api, so, ahaṃ, etad, avoca, vadati, tena, upasaṅkamati, khamati, "
     u"codeti, kāma, saññā, vuttha, parivāsa, yathā, sammā, gāma, rāja, putta, vinaya, asi, mahā, vana"_s;
 
@@ -126,8 +127,8 @@ TEST(PaliForms, AreRankedByHowLikelyTheyAre)
 TEST(PaliForms, ArePiecesOnlyOfRealWords)
 {
     Words words({{8, Lemmas}});
-    for (const QString &form : {u""_s, u"’"_s, u"x"_s, u"gāpudharo"_s, u"kāyadhu"_s, u"vanapo"_s, u"tapisemo"_s, u"nasudero"_s,
-                                u"人間"_s, u"🙂"_s, u"1234"_s})
+    for (const QString &form : {u""_s, u"’"_s, u"x"_s, u"gāpudharo"_s, u"kāyadhu"_s, u"vanapo"_s, u"tapisemo"_s,
+                                u"nasudero"_s, u"人間"_s, u"🙂"_s, u"1234"_s})
         EXPECT_EQ(Found(words, form), "") << form.toStdString();
 }
 
@@ -154,7 +155,9 @@ TEST(PaliForms, AreBoundedInQuestionsAndAnswers)
 
 TEST(EnglishForms, RegularAndIrregular)
 {
-    Words words({{1, u"dog, city, box, leaf, stop, make, lie, happy, good, write, go, child, do, monk, quick, basic, man, bus, be"_s}});
+    Words words(
+        {{1,
+          u"dog, city, box, leaf, stop, make, lie, happy, good, write, go, child, do, monk, quick, basic, man, bus, be"_s}});
     for (const auto &[form, word] : {std::pair(u"Dogs"_s, u"dog, plural"_s),
                                      {u"cities"_s, u"city, plural"_s},
                                      {u"boxes"_s, u"box, plural"_s},

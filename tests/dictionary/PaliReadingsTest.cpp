@@ -162,7 +162,8 @@ pāpikāya pāpaka/pāpikā feminine)");
 
 TEST(PaliReadings, RootsStandForVerbs)
 {
-    for (const auto &[form, root] : {std::pair(u"vadanti"_s, u"vad"_s), {u"gacchanti"_s, u"gam"_s}, {u"karomi"_s, u"kar"_s}}) {
+    for (const auto &[form, root] :
+         {std::pair(u"vadanti"_s, u"vad"_s), {u"gacchanti"_s, u"gam"_s}, {u"karomi"_s, u"kar"_s}}) {
         const QList<PaliReading> readings = PaliReadings(form);
         EXPECT_TRUE(std::any_of(readings.cbegin(), readings.cend(), [&](const auto &reading) {
             return reading.head == root && reading.cost > CommonReading;

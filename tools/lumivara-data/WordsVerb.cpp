@@ -120,8 +120,7 @@ void TakeText(const QString &path, int number, int kind, const QString &copyPath
         TpFIBDataSet rows;
         rows.SetDatabase(&file.Database());
         rows.SetTransaction(&file.Transaction());
-        rows.SelectSQL() = {
-            u"select N.%1 from KELORA_CONTENT N where N.ID_VIC = %2"_s.arg(PageOf(kind)).arg(number)};
+        rows.SelectSQL() = {u"select N.%1 from KELORA_CONTENT N where N.ID_VIC = %2"_s.arg(PageOf(kind)).arg(number)};
         rows.Open();
         if (rows.IsEmpty())
             throw ToolError(u"%1: has no text %2"_s.arg(path).arg(number));
@@ -144,16 +143,19 @@ std::optional<WordsOptions> ParseWords(const QStringList &arguments, Console &co
     QCommandLineParser parser;
     parser.setApplicationDescription(
         u"Finds the dictionary words behind the forms of a text, such as inflected words and compounds, and writes a\n"
-        u"line for each: form, count, rank, word, kind, derivation, first sense, parted by tabs. Each different form is\n"
+        u"line for each: form, count, rank, word, kind, derivation, first sense, parted by tabs. Each different form "
+        u"is\n"
         u"looked up once; at most six words are given for one, the best first. A form without a word has no line.\n"
         u"FILE is a text in UTF-8 or a list of forms, one a line.\n"
         u"Exit codes: 0 written, 2 nothing written."_s);
     parser.addPositionalArgument(u"FILE"_s, u"The text; none with --text."_s);
-    parser.addOption({u"kind"_s, u"The kinds of dictionary to look into, 1 to 8, the preferred first; see \"import "
-                                 "dictionary --help\"."_s,
+    parser.addOption({u"kind"_s,
+                      u"The kinds of dictionary to look into, 1 to 8, the preferred first; see \"import "
+                      "dictionary --help\"."_s,
                       u"N,N"_s});
     parser.addOption({u"out"_s, u"What to write."_s, u"FILE"_s});
-    parser.addOption({u"text"_s, u"A text of the canon instead of FILE, by its number, in the language of the first kind."_s,
+    parser.addOption({u"text"_s,
+                      u"A text of the canon instead of FILE, by its number, in the language of the first kind."_s,
                       u"NUMBER"_s});
     parser.addOption(
         {u"canon"_s, u"The canon; KELORA.FDB beside the tool by default."_s, u"FILE"_s, DefaultFile(Thing::Canon)});
@@ -215,10 +217,10 @@ int Run(const WordsOptions &options, Console &console)
                 for (qsizetype rank = 0; rank < words.size(); ++rank) {
                     const FoundWord &word = words[rank];
                     const Entries::Entry entry = entries.Of(word.kind, word.word);
-                    const QByteArrayList cells{form.toUtf8(),           QByteArray::number(count),
-                                               QByteArray::number(rank + 1), Cell(entry.word),
-                                               QByteArray::number(word.kind), Cell(word.derivation),
-                                               Cell(entry.sense)};
+                    const QByteArrayList cells{
+                        form.toUtf8(),    QByteArray::number(count),     QByteArray::number(rank + 1),
+                        Cell(entry.word), QByteArray::number(word.kind), Cell(word.derivation),
+                        Cell(entry.sense)};
                     out.Write(cells.join('\t') + '\n');
                 }
             }

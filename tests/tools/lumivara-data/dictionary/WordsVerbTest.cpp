@@ -14,8 +14,9 @@ class WordsVerb : public ToolTest
 protected:
     void MakeDictionary() const
     {
-        Put(u"p.tsv"_s, "dhamma\t@dhamma /m/\\n* noun\\n- teaching+what is true\\n- thing\nkāya\tbody <b>or</b> heap\\nmore\n"
-                        "saṃsagga\t@contact\nGotama\t- a name\nbhikkhu\t- monk\n");
+        Put(u"p.tsv"_s,
+            "dhamma\t@dhamma /m/\\n* noun\\n- teaching+what is true\\n- thing\nkāya\tbody <b>or</b> heap\\nmore\n"
+            "saṃsagga\t@contact\nGotama\t- a name\nbhikkhu\t- monk\n");
         Put(u"v.tsv"_s, "dhamma\t- giáo pháp\nhoti\t- là\n");
         Run(0, "import dictionary --into P.FDB --quiet --kind 8 p.tsv");
         Run(0, "import dictionary --into P.FDB --quiet --kind 5 v.tsv");
@@ -28,15 +29,15 @@ TEST_F(WordsVerb, WritesALineForEachWordBehindAForm)
     Put(u"t.txt"_s, "Dhammānaṁ, ‘dhammānaṁ’ kāyasaṁsaggaṁ xyz\nGotamo hoti; hoti. Bhikkhūti’\n");
     EXPECT_THAT(Run(0, "words t.txt --kind 5,8 --dictionary P.FDB --out w.tsv"),
                 testing::AllOf(HasSubstr("words of the text: 8"), HasSubstr("of them found: 7")));
-    EXPECT_EQ(Bytes(u"w.tsv"_s),
-              "dhammānaṁ\t2\t1\tdhamma\t5\tdhammānaṁ → dhamma, genitive plural\tgiáo pháp\n"
-              "kāyasaṁsaggaṁ\t1\t1\tkāya\t8\tkāyasaṁsaggaṁ → kāya + saṃsagga\tbody or heap\n"
-              "kāyasaṁsaggaṁ\t1\t2\tsaṃsagga\t8\tkāyasaṁsaggaṁ → kāya + saṃsagga\tcontact\n"
-              "gotamo\t1\t1\tGotama\t8\tgotamo → gotama, nominative singular\ta name\n"
-              "hoti\t2\t1\thoti\t5\thoti → hoti\tlà\n"
-              "bhikkhūti\t1\t1\tbhikkhu\t8\tbhikkhūti → bhikkhu + iti\tmonk\n");
+    EXPECT_EQ(Bytes(u"w.tsv"_s), "dhammānaṁ\t2\t1\tdhamma\t5\tdhammānaṁ → dhamma, genitive plural\tgiáo pháp\n"
+                                 "kāyasaṁsaggaṁ\t1\t1\tkāya\t8\tkāyasaṁsaggaṁ → kāya + saṃsagga\tbody or heap\n"
+                                 "kāyasaṁsaggaṁ\t1\t2\tsaṃsagga\t8\tkāyasaṁsaggaṁ → kāya + saṃsagga\tcontact\n"
+                                 "gotamo\t1\t1\tGotama\t8\tgotamo → gotama, nominative singular\ta name\n"
+                                 "hoti\t2\t1\thoti\t5\thoti → hoti\tlà\n"
+                                 "bhikkhūti\t1\t1\tbhikkhu\t8\tbhikkhūti → bhikkhu + iti\tmonk\n");
     Run(0, "words t.txt --kind 8 --dictionary P.FDB --out w.tsv");
-    EXPECT_THAT(Bytes(u"w.tsv"_s).toStdString(), HasSubstr("\tdhammānaṁ → dhamma, genitive plural\tteaching: what is true\n"));
+    EXPECT_THAT(Bytes(u"w.tsv"_s).toStdString(),
+                HasSubstr("\tdhammānaṁ → dhamma, genitive plural\tteaching: what is true\n"));
 }
 
 TEST_F(WordsVerb, ReadsATextOfTheCanonInTheLanguageOfTheKind)
@@ -44,8 +45,9 @@ TEST_F(WordsVerb, ReadsATextOfTheCanonInTheLanguageOfTheKind)
     const QString product = ProductFolder();
     const QStringList files{u"--canon"_s, product + u"KELORA.FDB"_s, u"--dictionary"_s, product + u"PALIDICT.FDB"_s};
     OpenedDatabase canon(product + u"KELORA.FDB"_s);
-    const std::string number = canon.Text("select first 1 C.ID_VIC from KELORA_CONTENT C where C.CONTENT_VIC_PAL is not null "
-                                          "and C.CONTENT_VIC_ENG is not null order by C.ID_VIC");
+    const std::string number =
+        canon.Text("select first 1 C.ID_VIC from KELORA_CONTENT C where C.CONTENT_VIC_PAL is not null "
+                   "and C.CONTENT_VIC_ENG is not null order by C.ID_VIC");
     Run(0, "words --text " + number + " --kind 8,5 --out p.tsv", files);
     const QByteArrayList lines = Bytes(u"p.tsv"_s).split('\n');
     EXPECT_GT(lines.size(), 10);
