@@ -17,7 +17,7 @@ constexpr int SeamCost = 3;          ///< of each place where words meet
 constexpr int MostSeams = 3;         ///< in a form
 constexpr int MostCost = 14;         ///< of a way that is worth telling
 constexpr int GoodCost = 3;          ///< of a reading that needs no others beside it
-constexpr qsizetype MostStates = 24; ///< that are followed at a time
+constexpr qsizetype MostStates = 14; ///< that are followed at a time
 constexpr qsizetype LongWord = 6;
 constexpr qsizetype UsualStem = 5;
 constexpr qsizetype MostCompoundCores = 6;
@@ -47,15 +47,18 @@ struct Prefix
 };
 
 constexpr Prefix Prefixes[] = {
-    {u"a", u"a", 0},       {u"an", u"an", 0},     {u"su", u"su", 2},      {u"du", u"du", 2},     {u"dur", u"du", 2},
-    {u"sa", u"sa", 3},     {u"nir", u"nir", 3},   {u"ni", u"ni", 3},      {u"nī", u"ni", 3},     {u"ati", u"ati", 3},
-    {u"acc", u"ati", 3},   {u"adhi", u"adhi", 3}, {u"ajjh", u"adhi", 3},  {u"anu", u"anu", 3},   {u"anv", u"anu", 3},
-    {u"apa", u"apa", 3},   {u"ap", u"apa", 3},    {u"abhi", u"abhi", 3},  {u"abbh", u"abhi", 3}, {u"ava", u"ava", 3},
-    {u"o", u"ava", 4},     {u"ā", u"ā", 4},       {u"u", u"ud", 4},       {u"ud", u"ud", 4},     {u"upa", u"upa", 3},
-    {u"up", u"upa", 3},    {u"pa", u"pa", 3},     {u"paṭi", u"paṭi", 3},  {u"pati", u"pati", 3}, {u"pacc", u"paṭi", 3},
-    {u"parā", u"parā", 4}, {u"pari", u"pari", 3}, {u"pariy", u"pari", 3}, {u"vi", u"vi", 3},     {u"vy", u"vi", 3},
-    {u"by", u"vi", 3},     {u"saṃ", u"saṃ", 3},   {u"sam", u"saṃ", 3},    {u"sañ", u"saṃ", 3},   {u"saṅ", u"saṃ", 3},
-    {u"san", u"saṃ", 3},   {u"ku", u"ku", 5},     {u"mahā", u"mahā", 2},  {u"mah", u"mahā", 2},
+    {u"a", u"a", 0},        {u"an", u"an", 0},     {u"su", u"su", 2},         {u"du", u"du", 2},
+    {u"dur", u"du", 2},     {u"sa", u"sa", 3},     {u"nir", u"nir", 3},       {u"ni", u"ni", 3},
+    {u"nī", u"ni", 3},      {u"ati", u"ati", 3},   {u"acc", u"ati", 3},       {u"adhi", u"adhi", 3},
+    {u"ajjh", u"adhi", 3},  {u"anu", u"anu", 3},   {u"anv", u"anu", 3},       {u"apa", u"apa", 3},
+    {u"ap", u"apa", 3},     {u"abhi", u"abhi", 3}, {u"abbh", u"abhi", 3},     {u"ava", u"ava", 3},
+    {u"o", u"ava", 4},      {u"ā", u"ā", 4},       {u"u", u"ud", 4},          {u"ud", u"ud", 4},
+    {u"upa", u"upa", 3},    {u"up", u"upa", 3},    {u"pa", u"pa", 3},         {u"paṭi", u"paṭi", 3},
+    {u"pati", u"pati", 3},  {u"pacc", u"paṭi", 3}, {u"parā", u"parā", 4},     {u"pari", u"pari", 3},
+    {u"pariy", u"pari", 3}, {u"vi", u"vi", 3},     {u"vy", u"vi", 3},         {u"by", u"vi", 3},
+    {u"saṃ", u"saṃ", 3},    {u"sam", u"saṃ", 3},   {u"sañ", u"saṃ", 3},       {u"saṅ", u"saṃ", 3},
+    {u"san", u"saṃ", 3},    {u"ku", u"ku", 5},     {u"mahā", u"mahā", 2},     {u"mah", u"mahā", 2},
+    {u"pātu", u"pātu", 2},  {u"āvi", u"āvi", 2},   {u"sacchi", u"sacchi", 2}, {u"antara", u"antara", 3},
 };
 
 /// Short stems that begin or end many compounds.
@@ -222,6 +225,10 @@ private:
         const bool isPlain = state.core.startsWith(seam.left) && IsPaliVowel(seam.left.back()) &&
                              seam.left.size() + seam.right.size() <= state.core.size() &&
                              state.core[seam.left.size()] == seam.right.front();
+        // Before "ti" a vowel is long: with a short one this is the ending of a verb.
+        if (!isMarked && seam.right == u"ti" && state.core.size() > 2 &&
+            QStringView(u"aiu").contains(state.core[state.core.size() - 3]))
+            return;
         const bool isEnclitic = IsPaliEnclitic(seam.right);
         const bool isRight = isMarked ? IsPaliFunctionWord(seam.right) : isEnclitic || IsPaliFollower(seam.right);
         const bool isLeft = IsPaliLeader(seam.left) &&
@@ -329,7 +336,10 @@ private:
                 const qsizetype least = state.isSmall                             ? LongWord
                                         : state.before.isEmpty() && hit.cost <= 1 ? 3
                                                                                   : state.least;
-                if (!isSmall && hit.cost > 0 && IsPaliPronoun(hit.head))
+                // "chattaṃ" is hardly of "cha" and "attan".
+                const bool isSelf =
+                    !state.before.isEmpty() && state.core.startsWith(u"att") && hit.head.startsWith(u"atta");
+                if (!isSmall && ((hit.cost > 0 && IsPaliPronoun(hit.head)) || isSelf))
                     continue;
                 if (hit.cost <= CommonReading && (isSmall || hit.head.size() >= least))
                     Add(state, hit);

@@ -91,7 +91,7 @@ constexpr PaliEndings SmallWords[] = {
      u"amhākaṃ asmākaṃ|l2 amhesu",
      1},
     {u"ta so taṃ tad sa",
-     u"n1 so sa sā taṃ tad|a1 taṃ naṃ|i1 tena tāya|g1 tassa tassā tissā tāya tissāya tassāya|b1 tasmā tamhā|l1 tasmiṃ "
+     u"n1 so sa sā tad|a1 taṃ naṃ|i1 tena tāya|g1 tassa tassā tissā tāya tissāya tassāya|b1 tasmā tamhā|l1 tasmiṃ "
      u"tamhi tāsaṃ tassaṃ tissaṃ tāyaṃ|n2 te tā tāni tāyo|i2 tehi tāhi tebhi|g2 tesaṃ tesānaṃ tāsaṃ tāsānaṃ|l2 tesu "
      u"tāsu",
      1},
@@ -100,11 +100,11 @@ constexpr PaliEndings SmallWords[] = {
      u"tumhākaṃ vo|l2 tumhesu",
      1},
     {u"eta eso etaṃ etad esa",
-     u"n1 eso esa esā etaṃ etad|a1 etaṃ enaṃ|i1 etena etāya|g1 etassa etassā etissā etāya etissāya|b1 etasmā etamhā|l1 "
+     u"n1 eso esa esā etad|a1 etaṃ enaṃ|i1 etena etāya|g1 etassa etassā etissā etāya etissāya|b1 etasmā etamhā|l1 "
      u"etasmiṃ etamhi etissaṃ etāyaṃ|n2 ete etā etāni etāyo|i2 etehi etāhi|g2 etesaṃ etesānaṃ etāsaṃ|l2 etesu etāsu",
      1},
     {u"ima ayaṃ idaṃ imaṃ",
-     u"n1 ayaṃ idaṃ imaṃ|a1 imaṃ|i1 iminā anena imāya|g1 imassa assa imissā imāya imissāya|b1 imasmā imamhā|l1 imasmiṃ "
+     u"n1 ayaṃ idaṃ|a1 imaṃ|i1 iminā anena imāya|g1 imassa assa imissā imāya imissāya|b1 imasmā imamhā|l1 imasmiṃ "
      u"imamhi imissaṃ imāyaṃ|n2 ime imā imāni imāyo|i2 imehi imāhi|g2 imesaṃ imesānaṃ imāsaṃ|l2 imesu imāsu",
      1},
     {u"amu asu aduṃ amuka",
@@ -112,7 +112,7 @@ constexpr PaliEndings SmallWords[] = {
      u"amūni amuyo|i2 amūhi|g2 amūsaṃ amūsānaṃ|l2 amūsu",
      1},
     {u"ya yo yaṃ yad",
-     u"n1 yo yā yaṃ yad|a1 yaṃ|i1 yena yāya|g1 yassa yassā yāya|b1 yasmā yamhā|l1 yasmiṃ yamhi yassaṃ yāyaṃ|n2 ye yā "
+     u"n1 yo yā yad|a1 yaṃ|i1 yena yāya|g1 yassa yassā yāya|b1 yasmā yamhā|l1 yasmiṃ yamhi yassaṃ yāyaṃ|n2 ye yā "
      u"yāni yāyo|i2 yehi yāhi|g2 yesaṃ yesānaṃ yāsaṃ|l2 yesu yāsu",
      1},
     {u"ka ko kiṃ kad",
