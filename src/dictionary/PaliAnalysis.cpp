@@ -17,10 +17,12 @@ constexpr int SeamCost = 3;          ///< of each place where words meet
 constexpr int MostSeams = 3;         ///< in a form
 constexpr int MostCost = 14;         ///< of a way that is worth telling
 constexpr int GoodCost = 3;          ///< of a reading that needs no others beside it
-constexpr qsizetype MostStates = 14; ///< that are followed at a time
+constexpr qsizetype MostStates = 24; ///< that are followed at a time
 constexpr qsizetype LongWord = 6;
 constexpr qsizetype UsualStem = 5;
 constexpr qsizetype MostCompoundCores = 6;
+constexpr qsizetype LongForm = 30; ///< of which more pieces may be expected, and fewer beginnings are tried
+constexpr qsizetype LettersAPiece = 9;
 constexpr qsizetype LongestFunctionWord = 9;
 
 /// What is left of a form, and the pieces that were taken off it.
@@ -85,7 +87,14 @@ bool IsNominal(const PaliReading &reading)
 class Analysis
 {
 public:
-    Analysis(const QString &form, KnownWords &words) : m_form(form), m_words(words) {}
+    Analysis(const QString &form, KnownWords &words) : m_form(form), m_words(words)
+    {
+        if (form.size() > LongForm) {
+            m_mostSeams = static_cast<int>(form.size() / LettersAPiece);
+            m_mostCost = std::max(MostCost, m_mostSeams * (SeamCost + 1));
+            m_mostCores = 1;
+        }
+    }
 
     QList<PaliWay> Ways()
     {
@@ -100,12 +109,12 @@ public:
         if (!m_ways.isEmpty() && Best() <= GoodCost + SeamCost)
             return Sorted();
         QList<State> states = once;
-        QList<State> cores = once.first(std::min(once.size(), MostCompoundCores));
+        QList<State> cores = Cores(once, m_mostCores);
         for (int seams = 2; seams <= MostSeams; ++seams) {
             states = Loosened(states);
             TakeCores(states);
             if (seams == 2)
-                cores += states.first(std::min(states.size(), MostCompoundCores / 2));
+                cores += Cores(states, m_mostCores);
         }
         if (!isMarked && m_ways.isEmpty())
             TakeWhole(true);
@@ -115,6 +124,18 @@ public:
     }
 
 private:
+    /// The states that may hold a compound: their small words are those that cling to any other.
+    static QList<State> Cores(const QList<State> &states, qsizetype most)
+    {
+        QList<State> cores;
+        for (const State &state : states) {
+            if (cores.size() < most && !state.isSmall &&
+                (state.before.isEmpty() || IsPaliFirstPart(state.before.last().word)))
+                cores.append(state);
+        }
+        return cores;
+    }
+
     int Best() const
     {
         return std::min_element(m_ways.cbegin(), m_ways.cend(),
@@ -175,7 +196,7 @@ private:
         pieces.append({place.word, place.kind});
         pieces.append(state.after);
         const int cost = state.cost + reading.cost + (place.rank > 0 ? 1 : 0);
-        if (pieces.size() == 1 || cost <= MostCost)
+        if (pieces.size() == 1 || cost <= m_mostCost)
             m_ways.append({pieces, pieces.size() == 1 ? reading.terms : QStringView(), cost, reading.order});
     }
 
@@ -271,14 +292,15 @@ private:
         }
     }
 
-    static QList<State> Cheapest(const QHash<QString, State> &states)
+    QList<State> Cheapest(const QHash<QString, State> &states) const
     {
         QList<State> list = states.values();
         std::sort(list.begin(), list.end(), [](const State &a, const State &b) {
             return std::tie(a.cost, a.core, a.stems, a.isCase) < std::tie(b.cost, b.core, b.stems, b.isCase);
         });
-        if (list.size() > MostStates)
-            list.resize(MostStates);
+        const qsizetype most = m_form.size() > LongForm ? MostStates / 2 : MostStates;
+        if (list.size() > most)
+            list.resize(most);
         return list;
     }
 
@@ -446,7 +468,7 @@ private:
                 else if (step.seam.left.size() < UsualStem)
                     following.cost += 1;
             }
-            if (following.cost > MostCost)
+            if (following.cost > m_mostCost)
                 continue;
             // What may follow depends on what stands before.
             const QString key = following.core + QChar(following.stems == 0 ? u'0' : following.isCase ? u'1' : u'2');
@@ -498,7 +520,7 @@ private:
     {
         const qsizetype before = m_ways.size();
         QList<State> states = cores;
-        for (int seams = 1; seams <= MostSeams && !states.isEmpty() && m_ways.size() == before; ++seams) {
+        for (int seams = 1; seams <= m_mostSeams && !states.isEmpty() && m_ways.size() == before; ++seams) {
             states = Split(states, false);
             TakeLastPieces(states);
         }
@@ -509,6 +531,8 @@ private:
 
     QString m_form;
     KnownWords &m_words;
+    int m_mostSeams = MostSeams, m_mostCost = MostCost;
+    qsizetype m_mostCores = MostCompoundCores;
     QHash<QString, QList<PaliReading>> m_readings;
     QList<PaliWay> m_ways;
 };
