@@ -18,11 +18,11 @@ constexpr int MostSeams = 3;         ///< in a form
 constexpr int MostCost = 14;         ///< of a way that is worth telling
 constexpr int GoodCost = 3;          ///< of a reading that needs no others beside it
 constexpr qsizetype MostStates = 24; ///< that are followed at a time
-constexpr qsizetype LongWord = 6;
+constexpr qsizetype LongWord = 5;
 constexpr qsizetype UsualStem = 5;
 constexpr qsizetype MostCompoundCores = 6;
-constexpr qsizetype LongForm = 30; ///< of which more pieces may be expected, and fewer beginnings are tried
-constexpr qsizetype LettersAPiece = 9;
+constexpr qsizetype LongForm = 24; ///< of which more pieces may be expected, and fewer beginnings are tried
+constexpr qsizetype LettersAPiece = 6;
 constexpr qsizetype LongestFunctionWord = 9;
 
 /// What is left of a form, and the pieces that were taken off it.
@@ -70,6 +70,14 @@ bool IsCommonShort(const QString &stem)
                                      u"ādi"_s, u"go"_s,  u"uju"_s, u"aja"_s, u"catu"_s, u"asi"_s,
                                      u"ahi"_s, u"āyu"_s, u"ura"_s, u"iṇa"_s, u"usu"_s};
     return stems.contains(stem);
+}
+
+/// Words in a vowel that end many compounds.
+bool IsCommonLast(const QString &head)
+{
+    static const QSet<QString> words{u"attha"_s,   u"agga"_s,  u"anta"_s,   u"ādi"_s,
+                                     u"atthika"_s, u"okāsa"_s, u"indriya"_s};
+    return words.contains(head);
 }
 
 /// Whether a reading is of a noun, or of what declines like one: a finite verb ends no compound.
@@ -497,7 +505,7 @@ private:
             return false;
         // Some four letters a piece are a chance where the seam is not plain, or where there are many.
         const qsizetype letters = state.letters + size;
-        const qsizetype least = last.head == u"attha" ? 8 : state.isChanged || state.isCase ? 10 : 9;
+        const qsizetype least = IsCommonLast(last.head) ? 8 : state.isChanged || state.isCase ? 10 : 9;
         return letters >= (state.stems == 1 ? least : 14) && !last.head.startsWith(u"atta");
     }
 

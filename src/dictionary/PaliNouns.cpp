@@ -195,7 +195,8 @@ constexpr char16_t Particles[] =
     u"aho alaṃ mā "
     u"saha vinā anto bahi upari heṭṭhā pure pacchā saddhiṃ sakkā labbhā ajja suve hiyyo idāni dāni tadā yadā kadā sadā "
     u"yato tato ito kuto sabbattha aññatra addhā kira khalu āvuso bhante bhikkhave are ambho iṅgha natthi ve have "
-    u"āma nānā tena yena tasmā yasmā kasmā ekato ubhato sāmaṃ sayaṃ musā divā raho āvi pātu namo svāhaṃ antarā tiro";
+    u"āma iha nānā tena yena tasmā yasmā kasmā ekato ubhato sāmaṃ sayaṃ musā divā raho āvi pātu namo svāhaṃ antarā "
+    u"tiro";
 
 } // namespace
 

@@ -315,8 +315,9 @@ struct FunctionWords
             }
         }
         // Without the first vowel.
-        for (const QStringView word : {u"api", u"iti", u"eva", u"iva", u"ahaṃ", u"assa", u"asi", u"asmi", u"amhi",
-                                       u"ayaṃ", u"idaṃ", u"idāni", u"atthi", u"assu", u"attha", u"amha", u"imaṃ"}) {
+        for (const QStringView word :
+             {u"api", u"iti", u"eva", u"iva", u"ahaṃ", u"assa", u"asi", u"asmi", u"amhi", u"ayaṃ", u"idaṃ", u"idāni",
+              u"atthi", u"assu", u"attha", u"amha", u"imaṃ", u"ime"}) {
             QStringList &known = shortened[word.mid(1).toString()];
             known.append(word.toString());
             known.append(heads.value(word.toString()));
@@ -428,7 +429,8 @@ bool IsPaliEnclitic(const QString &form)
 
 bool IsPaliFollower(const QString &form)
 {
-    static const QSet<QString> followers{u"mha"_s, u"haṃ"_s, u"yaṃ"_s, u"dāni"_s, u"kho"_s, u"ttha"_s, u"tthi"_s};
+    static const QSet<QString> followers{u"mha"_s, u"haṃ"_s,  u"yaṃ"_s,  u"dāni"_s,
+                                         u"kho"_s, u"ttha"_s, u"tthi"_s, u"me"_s};
     return followers.contains(form) || (IsPaliVowel(form.front()) && Functions().heads.contains(form));
 }
 

@@ -51,9 +51,9 @@ void AddBeforeVowel(const QString &left, const QString &right, QList<PaliSeam> &
         seams.append({left.chopped(2) + u"ti"_s, right, 2});
     // An inserted consonant, or one that the left word has only before vowels.
     if (!shorter.isEmpty() && QStringView(u"drymntghḷ").contains(last) && IsPaliVowel(shorter.back())) {
-        seams.append({shorter, right, last == u'd' || last == u'y' || last == u'm' ? 1 : 2});
-        if (last == u'd')
-            seams.append({shorter + u'ṃ', right, 1});
+        seams.append({shorter, right, last == u'd' || last == u'y' ? 1 : 2});
+        if (last == u'd') // "yad", "tad", "etad"
+            seams.append({shorter + u'ṃ', right, shorter.size() < 3 || shorter == u"eta" ? 0 : 1});
         if (const QChar longer = WithLength(shorter.back()); longer != shorter.back())
             seams.append({shorter.chopped(1) + longer, right, 2});
     }
@@ -74,6 +74,9 @@ QList<PaliSeam> PaliSeamsAt(const QString &form, qsizetype at)
             seams.append({left.chopped(1) + plain, right, last == u'ā' && right.size() > LongestEnclitic ? 2 : 1});
         if (StartsDoubled(right))
             seams.append({left, right.mid(1), 0});
+        // The right word has lost its vowel: "cakkhundriya".
+        if (right.size() > LongestEnclitic && IsNasalBefore(first, right[1]) && first != u'ṃ' && first != right[1])
+            seams.append({left, u'i' + right, 2});
         // A vowel was dropped behind "o" or "e".
         if (last == u'o' || last == u'e')
             seams.append({left, u'a' + right, 3});
