@@ -2,6 +2,8 @@
 
 #include "stores/Schema.h"
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -30,6 +32,13 @@ void AddNiggahita(const QString &word, QStringList &spellings)
     if (assimilated != word)
         spellings.append(assimilated);
 }
+
+/// Letters that one edition or dictionary writes for those of another.
+constexpr std::pair<QStringView, QStringView> Respellings[] = {
+    {u"by", u"vy"},        {u"vy", u"by"},       {u"ḷ", u"l"},         {u"paṭi", u"pati"},
+    {u"vīriy", u"viriy"},  {u"viriy", u"vīriy"}, {u"sūriy", u"suriy"}, {u"kathin", u"kaṭhin"},
+    {u"iyyati", u"īyati"}, {u"nahā", u"nhā"},    {u"nhā", u"nahā"},    {u"vedayat", u"vediyat"},
+};
 
 } // namespace
 
@@ -60,6 +69,10 @@ QStringList KnownWords::Spellings(const QString &word, int kind) const
     AddNiggahita(word, spellings);
     if (!m_signs)
         return spellings;
+    for (const auto &[letters, others] : Respellings) {
+        if (word.contains(letters))
+            AddNiggahita(QString(word).replace(letters.toString(), others.toString()), spellings);
+    }
     for (const QString &sign : m_signs->Of(kind, m_test)) {
         if (sign != u"ṅ")
             AddNiggahita(word + sign, spellings);

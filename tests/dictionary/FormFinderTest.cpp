@@ -100,6 +100,8 @@ TEST(PaliForms, AreFoundHoweverDictionariesWriteHeadwords)
         {u"evaṃ"_s, u"evaŋ"_s, "evaŋ 8"},
         {u"saṅghassa"_s, u"saṃgha"_s, "saṃgha 8"},
         {u"saṁghassa"_s, u"saṅgha"_s, "saṅgha 8"},
+        {u"byañjanena"_s, u"vyañjana"_s, "vyañjana 8"},
+        {u"eḷakassa"_s, u"elaka"_s, "elaka 8"},
         {u"dhammassa"_s, u"dhamma 1, kata 1"_s, "dhamma 1 8"},
         {u"rañño"_s, u"rājan"_s, "rājan 8"},
         {u"satthārā"_s, u"satthu"_s, "satthu 8"},
