@@ -6,17 +6,19 @@ constexpr PaliEndings Cases[] = {
     // Stems in a: masculine and neuter.
     {u"a o aṃ",
      u"n1 o|a1 aṃ|i1 ena|g1 assa|n2 ā āni|b1 ā asmā amhā|l1 e asmiṃ amhi|i2 ehi ebhi|g2 ānaṃ|l2 esu|d1 āya|v1 a", 1},
-    {u"a", u"e ato aso|n2 āse āso|i1 asā|l1 asmi asi", 3},
+    {u"a", u"e ato", 2},
+    {u"a", u"e aso|n2 āse āso|i1 asā|l1 asmi asi", 3},
     {u"a", u"e adā athā attha atra", 5},
     // The same as feminine adjectives, and as pronouns decline.
     {u"a", u"n2 āyo|l1 āyaṃ|i2 āhi ābhi|l2 āsu", 2},
     {u"a", u"n2 e|g2 esaṃ esānaṃ āsaṃ āsānaṃ|g1 assā issā issāya|l1 assaṃ issaṃ", 4},
     // Stems in ā.
     {u"ā", u"i1 āya|l1 āyaṃ|n2 āyo|i2 āhi ābhi|g2 ānaṃ|l2 āsu", 1},
-    {u"ā", u"a1 aṃ|v1 e|e āto ato", 2},
+    {u"ā", u"a1 aṃ|v1 e|e āto", 2},
+    {u"ā", u"e ato", 3},
     // Stems in i, ī and in.
     {u"i ī in", u"a1 iṃ|i1 inā|g1 ino issa|b1 ismā imhā|l1 ismiṃ imhi|n2 ī|i2 īhi ībhi|g2 īnaṃ|l2 īsu", 1},
-    {u"i ī", u"i1 iyā|l1 iyaṃ|n2 iyo", 1},
+    {u"i ī", u"i1 iyā|l1 iyaṃ|n2 iyo", 2},
     {u"i in", u"n2 ayo īni|i2 ihi ibhi|g2 inaṃ|l2 isu|e ito iso|l1 ini|v2 ayo", 2},
     {u"ī in i", u"n1 ī i|a1 inaṃ iyaṃ|l1 ini|a2 ine|b1 ito|i2 ihi|g2 inaṃ iyānaṃ|n2 iyāyo", 2},
     {u"ti tī", u"i1 tyā ccā|l1 tyaṃ ccaṃ|n2 tyo cco", 4},
@@ -32,7 +34,11 @@ constexpr PaliEndings Cases[] = {
     {u"satthar satthu satthā",
      u"n1 satthā|a1 satthāraṃ|i1 satthārā|g1 satthu satthuno satthussa|l1 satthari|n2 satthāro|i2 satthārehi|g2 "
      u"satthārānaṃ satthūnaṃ",
-     1, 0},
+     0, 0},
+    {u"mātar mātu", u"n1 mātā", 0, 0},
+    {u"pitar pitu", u"n1 pitā", 0, 0},
+    {u"bhātar bhātu", u"n1 bhātā", 0, 0},
+    {u"dhītar dhītu", u"n1 dhītā", 0, 0},
     {u"tar tu tā", u"a1 taraṃ|i1 tarā|l1 tari|n2 taro|a2 tare|i2 tarehi|g2 tarānaṃ|l2 taresu|g1 tuyā|l1 tuyaṃ", 3},
     // Stems in an and as.
     {u"a an ā", u"n1 ā|a1 ānaṃ|i1 anā|g1 ano|l1 ani|n2 āno", 3},

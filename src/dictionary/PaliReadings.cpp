@@ -207,12 +207,12 @@ bool IsParticle(const QString &word)
 class Gatherer
 {
 public:
-    explicit Gatherer(const QString &form = {}) : m_isParticle(IsParticle(form)) {}
+    explicit Gatherer(int doubt = 0) : m_doubt(doubt) {}
 
     /// Of a guess; words without inflection have other forms, and are other words, by chance alone.
     void Guess(const QString &head, QStringView terms, int cost, int order = 0)
     {
-        Add(head, terms, cost > 0 && (m_isParticle || IsParticle(head)) ? cost + CommonReading : cost, order);
+        Add(head, terms, cost + m_doubt + (cost > 0 && IsParticle(head) ? CommonReading : 0), order);
     }
 
     void Add(const QString &head, QStringView terms, int cost, int order = 0)
@@ -266,16 +266,18 @@ private:
         return text;
     }
 
-    bool m_isParticle;
+    int m_doubt; ///< that falls on every guess
     QList<PaliReading> m_readings;
     QHash<QString, qsizetype> m_places;
 };
 
-/// Of readings that cost the same, that with the shortest rest has the longest ending.
+/// Of readings that cost the same, that of a whole word comes first, and then that which leaves the longest rest: where
+/// a dictionary has "udāna" and "uda", "udānaṃ" is of the former.
 int Order(const Rule &rule, QStringView rest)
 {
     constexpr int longerThanAnyRest = 100;
-    return rule.order * longerThanAnyRest + static_cast<int>(std::min<qsizetype>(rest.size(), longerThanAnyRest - 1));
+    const auto size = static_cast<int>(std::min<qsizetype>(rest.size(), longerThanAnyRest));
+    return rule.order * longerThanAnyRest + (size == 0 ? 0 : longerThanAnyRest - size);
 }
 
 /// What a stem without its case may be made of.
@@ -345,11 +347,13 @@ const FunctionWords &Functions()
 
 QList<PaliReading> PaliReadings(const QString &form)
 {
-    Gatherer readings(form);
+    const QList<Rule> closed = ClosedWords().Of(form);
+    // A small word is hardly another one.
+    Gatherer readings(IsParticle(form) ? CommonReading : closed.isEmpty() ? 0 : 2);
     readings.Add(form, {}, 0);
     if (form.size() > 4 && form.endsWith(u"ti"))
         readings.AddVerb(form, {}, 0);
-    for (const Rule &rule : ClosedWords().Of(form))
+    for (const Rule &rule : closed)
         readings.Add(rule.head.toString(), rule.terms, rule.cost, Order(rule, {}));
     QStringList stems;
     const auto takeCase = [&](QStringView stem, const Rule &rule) {

@@ -9,7 +9,7 @@ struct PaliReading
     QString head;
     QStringView terms; ///< what the form is of the headword, for PaliTerms(); empty if it is the headword itself
     int cost = 0;      ///< the rarer the higher; 0 for the headword itself
-    int order = 0;     ///< among readings of one cost: the most usual headwords first, then the longest endings
+    int order = 0;     ///< among readings of one cost: the most usual headwords first, then the shortest endings
 };
 
 /// Readings dearer than this are worth a question only where no cheaper one has an answer.
