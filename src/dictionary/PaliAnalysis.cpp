@@ -255,8 +255,9 @@ private:
                              seam.left.size() + seam.right.size() <= state.core.size() &&
                              state.core[seam.left.size()] == seam.right.front();
         // Before "ti" a vowel is long: with a short one this is the ending of a verb.
-        if (!isMarked && seam.right == u"ti" && state.core.size() > 2 &&
-            QStringView(u"aiu").contains(state.core[state.core.size() - 3]))
+        const qsizetype before = state.core.size() - seam.right.size() - 1;
+        if (!isMarked && ((seam.right == u"ti" && before >= 0 && QStringView(u"aiu").contains(state.core[before])) ||
+                          (seam.right == u"iti" && IsPaliVowel(seam.left.back()))))
             return;
         const bool isEnclitic = IsPaliEnclitic(seam.right);
         const bool isRight = isMarked ? IsPaliFunctionWord(seam.right) : isEnclitic || IsPaliFollower(seam.right);

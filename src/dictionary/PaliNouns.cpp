@@ -77,7 +77,8 @@ constexpr PaliEndings PossessorCases[] = {
 };
 
 constexpr PaliEndings NounStems[] = {
-    {u"-", u"t tā|c tara|s tama", 5, 3},
+    {u"-", u"t tā", 5, 3},
+    {u"-", u"c tara|s tama", 5, 5},
     {u"-", u"t tta ttana", 6, 3},
     {u"-", u"j maya mayā", 3, 3},
     {u"-", u"j vant mant|w ka kā", 6, 3},
