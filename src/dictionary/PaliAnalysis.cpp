@@ -14,6 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int SeamCost = 3;          ///< of each place where words meet
+constexpr int PieceCost = 2;         ///< of a way in pieces beside whole words
 constexpr int MostSeams = 3;         ///< in a form
 constexpr int MostCost = 14;         ///< of a way that is worth telling
 constexpr int GoodCost = 3;          ///< of a reading that needs no others beside it
@@ -154,7 +155,9 @@ private:
     QList<PaliWay> Sorted()
     {
         std::stable_sort(m_ways.begin(), m_ways.end(), [](const auto &a, const auto &b) {
-            return std::pair(a.cost, a.order) < std::pair(b.cost, b.order);
+            // Whole words before pieces.
+            const auto rank = [](const PaliWay &way) { return way.cost + (way.pieces.size() > 1 ? PieceCost : 0); };
+            return std::pair(rank(a), a.order) < std::pair(rank(b), b.order);
         });
         return std::move(m_ways);
     }
@@ -248,60 +251,79 @@ private:
         return {heads.value(0), 0};
     }
 
-    void TakeSeam(const State &state, const PaliSeam &seam, bool isMarked, QHash<QString, State> &states)
+    using States = QHash<QString, State>; ///< by what is left of the form
+
+    static void Keep(const State &state, const QString &key, States &states)
     {
-        // The left word stands unchanged.
+        const auto known = states.find(key);
+        if (known == states.end())
+            states.insert(key, state);
+        else if (known->cost > state.cost)
+            *known = state;
+    }
+
+    /// Takes off a small word at the end of a state.
+    void TakeEnd(const State &state, const PaliSeam &seam, bool isMarked, States &states)
+    {
+        const bool isEnclitic = IsPaliEnclitic(seam.right);
+        const bool isSmall = isMarked ? IsPaliFunctionWord(seam.right) : isEnclitic || IsPaliFollower(seam.right);
+        // Before "ti" a vowel is long: with a short one this is the ending of a verb.
+        const qsizetype last = state.core.size() - seam.right.size() - 1;
+        const bool isVerb = (seam.right == u"ti" && last >= 0 && QStringView(u"aiu").contains(state.core[last])) ||
+                            (seam.right == u"iti" && IsPaliVowel(seam.left.back()));
+        if (!isSmall || seam.left.size() < 2 || (isVerb && !isMarked))
+            return;
+        State next{state.before, seam.left, QList{FunctionPiece(seam.right, true)} + state.after,
+                   state.cost + seam.cost + SeamCost};
+        // What looks like it is most often a genitive.
+        if (seam.right == u"assa" && !isMarked)
+            next.cost += 2;
+        else if (seam.right == u"va" || seam.right == u"ce")
+            next.cost += 1;
+        next.least = state.least;
+        next.isSmall = state.isSmall || !(isEnclitic || isMarked);
+        const bool isTail = isEnclitic || (IsPaliTail(seam.right) && seam.cost <= 1);
+        next.mayBeLong = next.isSmall && state.mayBeLong && isTail;
+        Keep(next, next.core, states);
+    }
+
+    /// Takes off a small word at the beginning of a state.
+    void TakeBeginning(const State &state, const PaliSeam &seam, bool isMarked, States &states)
+    {
+        if (!IsPaliLeader(seam.left))
+            return;
+        // The word stands unchanged.
         const bool isPlain = state.core.startsWith(seam.left) && IsPaliVowel(seam.left.back()) &&
                              seam.left.size() + seam.right.size() <= state.core.size() &&
                              state.core[seam.left.size()] == seam.right.front();
-        // Before "ti" a vowel is long: with a short one this is the ending of a verb.
-        const qsizetype before = state.core.size() - seam.right.size() - 1;
-        if (!isMarked && ((seam.right == u"ti" && before >= 0 && QStringView(u"aiu").contains(state.core[before])) ||
-                          (seam.right == u"iti" && IsPaliVowel(seam.left.back()))))
+        const bool isBeforeSmall = IsPaliFunctionWord(seam.right);
+        const bool isShort = seam.left.size() < 3;
+        if (!isMarked && !(isPlain ? IsPaliFirstPart(seam.left) : !StandsApart(seam.left)))
             return;
-        const bool isEnclitic = IsPaliEnclitic(seam.right);
-        const bool isRight = isMarked ? IsPaliFunctionWord(seam.right) : isEnclitic || IsPaliFollower(seam.right);
-        const bool isLeft = IsPaliLeader(seam.left) &&
-                            (isMarked || (isPlain ? IsPaliFirstPart(seam.left) : !StandsApart(seam.left))) &&
-                            (seam.left.size() > 2 || seam.left == u"na" || seam.left == u"ca" || seam.left == u"mā" ||
-                             IsPaliFunctionWord(seam.right));
-        const int cost = state.cost + seam.cost + SeamCost;
-        const auto keep = [&](const State &next) {
-            const auto known = states.find(next.core);
-            if (known == states.end())
-                states.insert(next.core, next);
-            else if (known->cost > next.cost)
-                *known = next;
-        };
-        if (isRight && seam.left.size() > 1) {
-            State next{state.before, seam.left, QList{FunctionPiece(seam.right, true)} + state.after, cost};
-            // What looks like it is most often a genitive.
-            if (seam.right == u"assa" && !isMarked)
-                next.cost += 2;
-            else if (seam.right == u"va" || seam.right == u"ce")
-                next.cost += 1;
-            next.least = state.least;
-            next.isSmall = state.isSmall || !(isEnclitic || isMarked);
-            next.mayBeLong =
-                next.isSmall && state.mayBeLong && (isEnclitic || (IsPaliTail(seam.right) && seam.cost <= 1));
-            keep(next);
-        }
         // What a short word begins must be long enough to be no chance.
-        if (isLeft &&
-            (seam.right.size() > (seam.left.size() > 2 ? 3 : 4) || IsPaliFunctionWord(seam.right) || isMarked)) {
-            State next{state.before + QList{FunctionPiece(seam.left, false)}, seam.right, state.after, cost + 1};
-            next.least = seam.left.size() > 2 || seam.left == u"na" ? 4 : 5;
-            next.isSmall = state.isSmall;
-            next.mayBeLong = state.mayBeLong;
-            if (isPlain && IsPaliFunctionWord(seam.right) && !isMarked)
-                next.cost += 2;
-            else if (seam.left.endsWith(u'ṃ') && !IsPaliFirstPart(seam.left) && !IsPaliFunctionWord(seam.right))
-                next.cost += 1;
-            keep(next);
-        }
+        if (isShort && !isBeforeSmall && seam.left != u"na" && seam.left != u"ca" && seam.left != u"mā")
+            return;
+        if (seam.right.size() < (isShort ? 5 : 4) && !isBeforeSmall && !isMarked)
+            return;
+        State next{state.before + QList{FunctionPiece(seam.left, false)}, seam.right, state.after,
+                   state.cost + seam.cost + SeamCost + 1};
+        next.least = !isShort || seam.left == u"na" ? 4 : 5;
+        next.isSmall = state.isSmall;
+        next.mayBeLong = state.mayBeLong;
+        if (isPlain && isBeforeSmall && !isMarked)
+            next.cost += 2;
+        else if (seam.left.endsWith(u'ṃ') && !IsPaliFirstPart(seam.left) && !isBeforeSmall)
+            next.cost += 1;
+        Keep(next, next.core, states);
     }
 
-    QList<State> Cheapest(const QHash<QString, State> &states) const
+    void TakeSeam(const State &state, const PaliSeam &seam, bool isMarked, States &states)
+    {
+        TakeEnd(state, seam, isMarked, states);
+        TakeBeginning(state, seam, isMarked, states);
+    }
+
+    QList<State> Cheapest(const States &states) const
     {
         QList<State> list = states.values();
         std::sort(list.begin(), list.end(), [](const State &a, const State &b) {
@@ -316,7 +338,7 @@ private:
     /// Each of the states with one function word less, at its beginning or end.
     QList<State> Loosened(const QList<State> &states)
     {
-        QHash<QString, State> next;
+        States next;
         for (const State &state : states) {
             const qsizetype size = state.core.size();
             for (qsizetype at = 1; at < size; ++at) {
@@ -341,7 +363,7 @@ private:
             lefts.append({left.chopped(1) + plain, 0});
         if (QStringView(u"nmñṅṇ").contains(last))
             lefts.append({left.chopped(1) + u'ṃ', 0});
-        QHash<QString, State> next;
+        States next;
         for (const auto &[word, cost] : lefts) {
             for (const QString &start : {QString(), u"a"_s, u"i"_s, u"e"_s})
                 seams.append({word, start + right, cost + (start.isEmpty() ? 0 : 1)});
@@ -449,7 +471,7 @@ private:
             }
         }
         m_words.Ask(asked);
-        QHash<QString, State> next;
+        States next;
         for (const Step &step : std::as_const(steps)) {
             const State &state = states[step.state];
             State following{state.before, step.seam.right, state.after, state.cost + step.seam.cost + SeamCost};
@@ -481,11 +503,7 @@ private:
                 continue;
             // What may follow depends on what stands before.
             const QString key = following.core + QChar(following.stems == 0 ? u'0' : following.isCase ? u'1' : u'2');
-            const auto known = next.find(key);
-            if (known == next.end())
-                next.insert(key, following);
-            else if (known->cost > following.cost)
-                *known = following;
+            Keep(following, key, next);
         }
         return Cheapest(next);
     }
