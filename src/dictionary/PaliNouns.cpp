@@ -77,18 +77,10 @@ constexpr PaliEndings PossessorCases[] = {
 };
 
 constexpr PaliEndings NounStems[] = {
-    {u"-", u"t tā", 5, 3},
-    {u"-", u"c tara|s tama", 5, 5},
-    {u"-", u"t tta ttana", 7, 3},
-    {u"-", u"j maya mayā", 3, 3},
-    {u"-", u"j vant mant", 6, 3},
-    {u"-", u"w ka kā", 7, 3},
-    {u"a", u"s iṭṭha|c iya", 7, 3},
-    {u"a ā", u"j in", 6, 3},
-    {u"a i", u"j ika ikā iya", 7, 4},
-    {u"aka", u"f ikā", 3},
-    {u"in ī i a", u"f inī", 5},
-    {u"a", u"f ī", 6, 3},
+    {u"-", u"t tā", 5, 3},          {u"-", u"c tara|s tama", 5, 5}, {u"-", u"t tta ttana", 7, 3},
+    {u"-", u"j maya mayā", 3, 3},   {u"-", u"j vant mant", 6, 3},   {u"-", u"w ka kā", 7, 3},
+    {u"a", u"s iṭṭha|c iya", 7, 3}, {u"a ā", u"j in", 6, 3},        {u"a i", u"j ika ikā iya", 7, 4},
+    {u"aka", u"f ikā", 3},          {u"in ī i a", u"f inī", 5},     {u"a", u"f ī", 6, 3},
     {u"i", u"f ānī", 6, 3},
 };
 
