@@ -314,6 +314,8 @@ private:
             next.cost += 2;
         else if (seam.left.endsWith(u'ṃ') && !IsPaliFirstPart(seam.left) && !isBeforeSmall)
             next.cost += 1;
+        else if (seam.left == u"tu")
+            next.cost += 2;
         Keep(next, next.core, states);
     }
 
@@ -416,7 +418,8 @@ private:
         if (word.size() < 5)
             return readings;
         for (PaliReading &reading : PaliReadings(word)) {
-            if (!reading.terms.isEmpty() && reading.cost <= 2)
+            const bool isFit = IsNominal(reading) || reading.terms.contains(u'T');
+            if (isFit && !reading.terms.isEmpty() && reading.cost <= 2)
                 readings.append(std::move(reading));
         }
         return readings;

@@ -140,10 +140,7 @@ constexpr PaliEndings SmallWords[] = {
     {u"dvādasa bārasa", u"i2 dvādasahi bārasahi|g2 dvādasannaṃ|l2 dvādasasu", 1},
     {u"terasa", u"i2 terasahi|g2 terasannaṃ|l2 terasasu", 1},
     {u"kati", u"n2 kati|i2 katihi katīhi|g2 katinaṃ katīnaṃ|l2 katisu katīsu", 1},
-    {u"atthi",
-     u"AP asmi amhi|BP asi|EP attha|FP santi|CO siyā assa|FO siyuṃ siyaṃsu assu assuṃ|AO siyaṃ assaṃ|DO assāma|EO "
-     u"assatha|CR āsi|FR āsuṃ āsiṃsu|AR āsiṃ|DR āsimha āsimhā|CM atthu|Q samāno samānā samānaṃ samānassa samāne",
-     1},
+    {u"atthi", u"AP asmi amhi|BP asi|FP santi|CO siyā assa|CR āsi|CM atthu", 1},
     {u"āha brūti", u"CK āha|FK āhu āhaṃsu", 1},
     {u"hoti bhavati",
      u"FP honti|AP homi|BP hosi|DP homa|EP hotha|CM hotu|FM hontu|BM hohi|CO heyya huveyya|CR ahosi ahū ahu ahud|FR "
@@ -155,7 +152,12 @@ constexpr PaliEndings SmallWords[] = {
 };
 
 constexpr PaliEndings ClosedWords[] = {
-    {u"atthi", u"DP amha asma amhā", 2},
+    {u"atthi",
+     u"DP amha asma amhā|EP attha|FO siyuṃ siyaṃsu assu assuṃ|AO siyaṃ assaṃ|DO assāma|EO assatha|FR āsuṃ āsiṃsu|AR "
+     u"āsiṃ|DR āsimha āsimhā|Q samāno samānā samānaṃ samānassa samāne",
+     1},
+    {u"mātar mātu", u"e mātito", 1},
+    {u"pitar pitu", u"e pitito", 1},
     {u"ima ayaṃ idaṃ imaṃ", u"i1 aminā|g1 assā|b1 asmā|l1 asmiṃ assaṃ|i2 ehi|g2 esaṃ āsaṃ|l2 esu", 2},
     {u"ta so taṃ tad sa", u"n2 ne nāni|i1 nena|g1 nassa|b1 nasmā|l1 nasmiṃ|i2 nehi|g2 nesaṃ|l2 nesu", 2},
     {u"attan atta attā", u"n1 attā|a1 attānaṃ attaṃ|i1 attanā|g1 attano|l1 attani|n2 attāno", 1},

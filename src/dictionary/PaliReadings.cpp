@@ -435,7 +435,9 @@ bool IsPaliFollower(const QString &form)
 {
     static const QSet<QString> followers{u"mha"_s, u"haṃ"_s,  u"yaṃ"_s,  u"dāni"_s,
                                          u"kho"_s, u"ttha"_s, u"tthi"_s, u"me"_s};
-    return followers.contains(form) || (IsPaliVowel(form.front()) && Functions().heads.contains(form));
+    static const QSet<QString> never{u"are"_s, u"aho"_s, u"āma"_s, u"āvi"_s, u"ambho"_s, u"iṅgha"_s, u"ubhato"_s};
+    return followers.contains(form) ||
+           (IsPaliVowel(form.front()) && Functions().heads.contains(form) && !never.contains(form));
 }
 
 bool IsPaliTail(const QString &form)

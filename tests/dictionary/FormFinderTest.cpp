@@ -56,7 +56,8 @@ const QString Lemmas =
     u"dhamma, kāya, saṃsagga, bhikkhu, āpatti, adhikaraṇa, khandha, dukkaṭa, pubbe, eva, assa, atthi, añña, anāgata, "
     u"iti, "
     u"samaṇa, pācittiya, hoti, karoti, kamma, na, ca, api, so, ahaṃ, etad, avoca, vadati, tena, upasaṅkamati, khamati, "
-    u"codeti, kāma, saññā, vuttha, parivāsa, yathā, sammā, gāma, rāja, putta, vinaya, asi, mahā, vana"_s;
+    u"codeti, kāma, saññā, vuttha, parivāsa, yathā, sammā, gāma, rāja, putta, vinaya, asi, mahā, vana, "
+    u"kāla, cakkhu, indriya, surā, meraya, majja, pamāda, ṭhāna, udāna"_s;
 
 TEST(PaliForms, ComeBackToTheirWordsWithADerivation)
 {
@@ -84,6 +85,10 @@ TEST(PaliForms, ComeBackToTheirWordsWithADerivation)
              {u"saññakkhandho"_s, "saññakkhandho → saññā + khandha"},
              {u"acodetvā"_s, "acodetvā → a + codeti"},
              {u"rājaputtassa"_s, "rājaputtassa → rāja + putta"},
+             {u"kālamakāsi"_s, "kālamakāsi → kāla + karoti"},
+             {u"atthāpatti"_s, "atthāpatti → atthi + āpatti"},
+             {u"cakkhundriyaṁ"_s, "cakkhundriyaṁ → cakkhu + indriya"},
+             {u"surāmerayamajjapamādaṭṭhānā"_s, "surāmerayamajjapamādaṭṭhānā → surā + meraya + majja + pamāda + ṭhāna"},
          })
         EXPECT_EQ(Derivation(words, form), derivation);
     EXPECT_EQ(Derivation(words, u"dhammānaṁ"_s, 0), "dhammānaṁ → dhamma, sở hữu cách số nhiều");
