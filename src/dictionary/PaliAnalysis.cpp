@@ -383,7 +383,8 @@ private:
         Prepare(cores, false);
         for (const State &state : states) {
             const bool isSmall = IsPaliFunctionWord(state.core);
-            if (state.before.isEmpty() && IsNeverFirst(state.core))
+            const bool isNeverLast = isSmall && IsPaliVowel(state.core.front()) && !IsPaliFollower(state.core);
+            if (state.before.isEmpty() ? IsNeverFirst(state.core) : isNeverLast)
                 continue;
             for (const PaliReading &hit : Hits(state.core)) {
                 if (state.isSmall && !isSmall && !state.mayBeLong)

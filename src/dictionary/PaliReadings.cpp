@@ -299,9 +299,9 @@ struct FunctionWords
             heads[word.toString()].append(word.toString());
         for (const PaliEndings &row : PaliSmallWords()) {
             const QStringView usual = QStringView(row.heads).split(u' ').first();
-            const bool isVerb = usual == u"āha" || (usual.size() > 2 && usual.endsWith(u"ti"));
+            const bool isVerb = usual == u"āha" || usual == u"atthi" || (usual.size() > 2 && usual.endsWith(u"ti"));
             for (const QStringView head : QStringView(row.heads).split(u' ')) {
-                if (!isVerb)
+                if (!isVerb || usual == u"atthi")
                     lemmas.insert(head.toString());
             }
             for (const QStringView group : QStringView(row.endings).split(u'|')) {
@@ -334,7 +334,7 @@ struct FunctionWords
     }
     QHash<QString, QStringList> heads, shortened;
     QSet<QString> verbs;  ///< among the forms
-    QSet<QString> lemmas; ///< of pronouns and numerals
+    QSet<QString> lemmas; ///< of pronouns and numerals, and "atthi"
 };
 
 const FunctionWords &Functions()

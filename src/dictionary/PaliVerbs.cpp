@@ -257,6 +257,7 @@ constexpr PaliEndings DerivedVerbs[] = {
     {u"a ā", u"m āyati īyati", 6, 3},
     {u"āyati", u"Z āpeti", 5},
     {u"gaṇhāti", u"V gayhati", 5, 0},
+    {u"bhaṇati", u"V bhaññati", 5, 0},
     {u"vahati", u"V vuyhati", 5, 0},
     {u"pivati", u"V pīyati", 5, 0},
     {u"neti", u"V nīyati", 5, 0},
