@@ -43,7 +43,7 @@ _lumivara() {
     if [ "$COMP_CWORD" -eq 2 ] && [ "${tool##*/}" = lumivara-data ]; then
         case $verb in
         backup | restore) thing=marks ;;
-        forget-me | update-list) ;;
+        forget-me | update-list | words) ;;
         *) thing='canon dictionary marks' ;;
         esac
         mapfile -t COMPREPLY < <(compgen -W "$thing" -- "$current")

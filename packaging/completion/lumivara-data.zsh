@@ -29,7 +29,7 @@ case $words[CURRENT-1]:$verb-$thing in
 --format:export-canon) compadd folder segmented ;;
 --format:*-dictionary) compadd stardict tsv markup ;;
 *)
-    (( CURRENT == 3 )) && [[ $tool == *lumivara-data ]] && compadd canon dictionary marks
+    (( CURRENT == 3 )) && [[ $tool == *lumivara-data && $verb != words ]] && compadd canon dictionary marks
     _files
     ;;
 esac

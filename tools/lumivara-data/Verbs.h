@@ -131,6 +131,15 @@ struct ExportDictionaryOptions
     ReportOptions report;
 };
 
+struct WordsOptions
+{
+    QString source; ///< empty for a text of the canon
+    int text = 0;   ///< its number
+    QList<int> kinds;
+    QString out, canon, dictionary;
+    ReportOptions report;
+};
+
 struct ExportMarksOptions
 {
     QString file;
@@ -150,6 +159,7 @@ std::optional<ImportMarksOptions> ParseImportMarks(const QStringList &arguments,
 std::optional<UpdateListOptions> ParseUpdateList(const QStringList &arguments, Console &console);
 std::optional<ExportCanonOptions> ParseExportCanon(const QStringList &arguments, Console &console);
 std::optional<ExportDictionaryOptions> ParseExportDictionary(const QStringList &arguments, Console &console);
+std::optional<WordsOptions> ParseWords(const QStringList &arguments, Console &console);
 std::optional<ExportMarksOptions> ParseExportMarks(const QStringList &arguments, Console &console);
 
 int Run(const BuildOptions &options, Console &console);
@@ -163,6 +173,7 @@ int Run(const ImportMarksOptions &options, Console &console);
 int Run(const UpdateListOptions &options, Console &console);
 int Run(const ExportCanonOptions &options, Console &console);
 int Run(const ExportDictionaryOptions &options, Console &console);
+int Run(const WordsOptions &options, Console &console);
 int Run(const ExportMarksOptions &options, Console &console);
 
 /// The task of a process that SealedRun has started, and the verb's name.

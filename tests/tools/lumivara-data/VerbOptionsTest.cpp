@@ -56,6 +56,10 @@ TEST(VerbOptions, WrongUsageIsTold)
         {Fault<ParseExportDictionary>, "--kind 1", "export dictionary wants --out FILE"},
         {Fault<ParseExportDictionary>, "--kind 1 --out x --format odt", "the format \"odt\" is not known"},
         {Fault<ParseUpdateList>, "x", "update-list does not know \"x\""},
+        {Fault<ParseWords>, "f --kind 5,9 --out x", "--kind wants a number from 1 to 8"},
+        {Fault<ParseWords>, "f --kind 5", "words wants one FILE or --text NUMBER, and --out FILE"},
+        {Fault<ParseWords>, "f --text 3 --kind 5 --out x", "words wants one FILE or --text NUMBER"},
+        {Fault<ParseWords>, "--text x --kind 5 --out x", "--text wants the number of a text"},
         {Fault<ParseExportMarks>, "", "export wants --format or --out"},
         {Fault<ParseExportMarks>, "--format csv --json", "--json leaves no room for marks"},
     };
