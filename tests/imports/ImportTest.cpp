@@ -148,6 +148,9 @@ TEST_F(Imports, AFileDroppedOnTheWindowIsLookedAt)
     StartOn();
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(folder.Path(u"words.tsv"_s))});
+    QDragEnterEvent enter({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
     QDropEvent drop({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(window.get(), &drop);
     ASSERT_TRUE(WaitFor([] { return FindForm(u"frmImport"_s) != nullptr; }));

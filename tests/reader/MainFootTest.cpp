@@ -30,6 +30,7 @@ TEST_F(Foot, TellsTheTextOnShowItsNumberAndItsGroups)
 TEST_F(Foot, StaysHiddenFromOneRunToTheNext)
 {
     StartOn();
+    Activate();
     EXPECT_TRUE(Bar().isVisible());
     QTest::keyClick(window.get(), Qt::Key_F6, Qt::ControlModifier);
     EXPECT_FALSE(Bar().isVisible());

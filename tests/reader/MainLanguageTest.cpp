@@ -114,7 +114,7 @@ TEST_F(MainLanguage, ALanguageThatBreaksWhileItIsInForceIsToldByOneWindow)
 
 TEST_F(MainLanguage, TheFilterSaysWhatItSeeksInTheLanguageOfTheInterface)
 {
-    AddLanguage(u"English.lng"_s, "LANGID=1033\n[frmMain]\n102=A name\n");
+    AddLanguage(u"English.lng"_s, "LANGID=1033\n[frmMain]\n110=A name\n");
     StartOn();
     auto &box = Find<QLineEdit>("edFilterSutta");
     const auto said = [&] {

@@ -151,7 +151,7 @@ TEST_F(LookUp, RestoresAMinimisedWindowAsItWasAndLeavesTheFocusAlone)
             ASSERT_TRUE(QTest::qWaitForWindowExposed(form));
             EXPECT_TRUE(IsDesktopIdle());
             EXPECT_TRUE(focusMoves.isEmpty());
-            EXPECT_EQ(form->isMaximized(), wasMaximised);
+            EXPECT_TRUE(WaitFor([&] { return form->isMaximized() == wasMaximised; }));
             EXPECT_TRUE(wasMaximised || WaitFor([&] { return form->geometry() == place; }));
         }
     }

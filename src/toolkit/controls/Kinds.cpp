@@ -15,6 +15,13 @@ TdxBarSubItem::TdxBarSubItem(QWidget *parent) : QMenu(parent)
     connect(this, &QMenu::hovered, this, &TdxBarSubItem::FocusCurrentEntry);
 }
 
+void TdxBarSubItem::showEvent(QShowEvent *event)
+{
+    QMenu::showEvent(event);
+    // A key that opens the menu chooses its first entry before it is on the screen.
+    QMetaObject::invokeMethod(this, &TdxBarSubItem::FocusCurrentEntry, Qt::QueuedConnection);
+}
+
 bool TdxBarSubItem::focusNextPrevChild(bool next)
 {
     const bool isMoved = QMenu::focusNextPrevChild(next);

@@ -58,6 +58,7 @@ public:
     explicit TdxBarSubItem(QWidget *parent = nullptr);
 
 protected:
+    void showEvent(QShowEvent *event) override;
     bool focusNextPrevChild(bool next) override;
 
 private:

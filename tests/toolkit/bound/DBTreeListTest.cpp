@@ -159,7 +159,7 @@ TEST_F(DBTreeList, ANameThatIsCutOffIsToldInAHint)
     tree.resize(tree.width() - tree.visualRect(focused).width() + room, 400);
     EXPECT_EQ(hintOver(4), QString());
     rows.MoveTo(4);
-    EXPECT_NE(hintOver(4), QString());
+    EXPECT_NE(hintOver(4), QString()) << tree.selectionModel()->isSelected(tree.NodeOf(4)) << tree.visualRect(tree.NodeOf(4)).width() << ' ' << room;
 }
 
 TEST_F(DBTreeList, AFailingDetailLeavesFocusAndCursorTogether)

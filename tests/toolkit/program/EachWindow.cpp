@@ -10,6 +10,7 @@
 #include <QDialog>
 #include <QProcess>
 #include <QTabWidget>
+#include <QWebEnginePage>
 
 using namespace Qt::StringLiterals;
 
@@ -98,6 +99,8 @@ void EachWindow::VisitAll(const std::function<void(QWidget &)> &visit)
         EXPECT_TRUE(WaitFor([&] { return !FindForm(name); }));
     }
     MarkAll([&](TfrmFocusEdit &editor) { visit(editor); });
+    Browser().page()->triggerAction(QWebEnginePage::Unselect); // of the passage that was marked
+    EXPECT_TRUE(WaitFor([this] { return !Action("acCopy").isEnabled(); }));
     Trigger("acFindDialog");
     auto &find = Find<QWidget>("dlgFind"); // a bar of the main window
     In<QLineEdit>(find, "edFindText").setText(u"xyzzy"_s);
@@ -137,7 +140,8 @@ void EachWindow::VisitPreview(const std::function<void(QWidget &)> &visit)
     ASSERT_TRUE(preview);
     visit(*preview);
     preview->close();
-    EXPECT_TRUE(WaitFor([&] { return !preview; }));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(preview);
 }
 
 void EachWindow::RunAgain(const QString &test, const QMap<QString, QString> &environment, const QStringList &command)

@@ -154,7 +154,7 @@ protected:
     /// All items of a combo in a menu, and back to the one that was chosen.
     void WalkChoices(TBarCombo &combo)
     {
-        ASSERT_TRUE(combo.hasFocus()) << combo.objectName().toStdString() << " gets no keys";
+        ASSERT_TRUE(WaitFor([&] { return combo.hasFocus(); })) << combo.objectName().toStdString() << " gets no keys";
         const int chosen = combo.ItemIndex();
         for (int item = chosen + 1; item < combo.count(); ++item) {
             Press(Qt::Key_Down);
@@ -221,7 +221,7 @@ protected:
             return; // told already
         const QKeyCombination key = button.shortcut()[0];
         Press(key.key(), key.keyboardModifiers());
-        EXPECT_EQ(clicks.size(), 1) << Name(button) << " has no letter";
+        EXPECT_TRUE(WaitFor([&] { return clicks.size() == 1; })) << Name(button) << " has no letter";
         boxes.clear(); // whether to delete
     }
 
