@@ -322,18 +322,6 @@ TEST_F(ClientsModule, APostFailedOrNotLeavesTheRestOfTheListToBeRead)
     EXPECT_EQ(copy->qryFocus.RecordCount(), 2000);
 }
 
-TEST_F(ClientsModule, ACharacterThatTheFileCannotKeepIsRefusedInTheReadersWords)
-{
-    OpenedDatabase(File()).RunScript(
-        u"alter table SUTTA_TEXT_FOCUS alter NAME_FOC type varchar(127) character set UTF8; commit;"_s);
-    copy = Open();
-    Fill(*copy, u"a\U0001F600"_s);
-    EXPECT_TRUE(FailureOfPost().contains(u"above U+FFFF"_s));
-    const QString told = ExplanationOfPost(0);
-    EXPECT_TRUE(told.startsWith(u"Một ô có ký tự mà tệp này không giữ được"_s)) << told.toStdString();
-    EXPECT_FALSE(told.contains(u"NAME_FOC"_s));
-}
-
 TEST(ExplainedFailure, SaysFirstInTheReadersLanguageWhatHappenedAndWhatToDo)
 {
     const QScopedValueRollback rollback(InterfaceLang);

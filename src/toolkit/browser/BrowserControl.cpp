@@ -54,6 +54,7 @@ public:
     ~Private() override;
 
     void ShowPage();
+    void Load();
     void LoadingChanged(const QWebEngineLoadingInfo &info);
     void Complete(quint64 number);
     void AddressChanged(const QUrl &address);
@@ -91,8 +92,10 @@ public:
     bool isTold = false; ///< OnDocumentComplete has returned for this page
     bool isLost = false; ///< will not complete, so waits end
     bool hasRendererEnded = false;
-    bool hasLeft = false; ///< the page navigated to an empty one, and was shown again, since the reader's last input
-    bool isGone = false;  ///< the empty page is on show
+    bool hasLeft = false;    ///< the page navigated to an empty one, and was shown again, since the reader's last input
+    bool isGone = false;     ///< the empty page is on show
+    bool isEmptying = false; ///< it is on its way
+    bool isWaiting = false;  ///< for its end, before the page is loaded
 };
 
 TBrowserControl::Private::Private(TBrowserControl *control) : q(control)
@@ -153,13 +156,21 @@ void TBrowserControl::Private::ShowPage()
         paper.isValid() ? QStringLiteral("\nbody {background-color: %1}").arg(paper.name()) : QString();
     page->setBackgroundColor(paper.isValid() ? paper : QColor(Qt::white));
     InstallPageScripts(page->scripts(), {hostCss, ground, isDark || paper.isValid(), source.size()});
-    page->LoadFromHost(profile->Pages().Publish(owner, source));
+    Load();
+}
+
+void TBrowserControl::Private::Load()
+{
+    // Qt WebEngine does not tell the end of what is loaded while an empty page is on its way.
+    isWaiting = isEmptying;
+    if (!isWaiting)
+        page->LoadFromHost(profile->Pages().Publish(owner, source));
 }
 
 void TBrowserControl::Private::LoadingChanged(const QWebEngineLoadingInfo &info)
 {
     input->Attach();
-    if (info.url().scheme() == QLatin1StringView("about") && number != 0 && (isGone || !isComplete) &&
+    if (isEmptying && info.url().scheme() == QLatin1StringView("about") &&
         info.status() != QWebEngineLoadingInfo::LoadStartedStatus)
         EmptyPageCame();
     if (!info.url().matches(page->Address(), QUrl::RemoveFragment) || isComplete)
@@ -199,18 +210,22 @@ void TBrowserControl::Private::Complete(quint64 loaded)
 void TBrowserControl::Private::AddressChanged(const QUrl &address)
 {
     // Chromium navigates to "about:blank" without asking.
-    if (address.scheme() == QLatin1StringView("about") && number != 0)
-        isGone = true;
+    isEmptying = address.scheme() == QLatin1StringView("about") && number != 0;
+    isGone = isGone || isEmptying;
 }
 
 void TBrowserControl::Private::EmptyPageCame()
 {
+    isEmptying = false;
     // A page that empties the view by itself would do it again, so it is restored only once for each act of the reader.
-    // One that was handed over meanwhile comes again, because Qt WebEngine does not tell the end of such a load.
-    if (isGone && std::exchange(hasLeft, true))
+    if (!isWaiting && (!isGone || std::exchange(hasLeft, true)))
         return;
     QTimer::singleShot(0, this, [this, left = number] {
-        if (left == number)
+        if (left != number)
+            return;
+        if (isWaiting)
+            Load();
+        else
             ShowPage();
     });
 }

@@ -322,10 +322,12 @@ protected:
         Control().PrintPreview();
         Control().PrintPreview(); // a held key
         EXPECT_TRUE(WaitFor([&] { return Window() && View().IsDrawn(); }));
-        EXPECT_EQ(Control().findChildren<QDialog *>(u"frmPrintPreview"_s).size(), 1);
+        if (!Window())
+            throw std::runtime_error("no preview");
+        EXPECT_EQ(Control().window()->findChildren<QDialog *>(u"frmPrintPreview"_s).size(), 1);
         return Window();
     }
-    QDialog *Window() { return Control().findChild<QDialog *>(u"frmPrintPreview"_s); }
+    QDialog *Window() { return Control().window()->findChild<QDialog *>(u"frmPrintPreview"_s); }
     PreviewView &View() { return *Window()->findChild<PreviewView *>(); }
     QAction &Action(const QString &name) { return *Window()->findChild<QAction *>(name); }
     void Close()

@@ -19,11 +19,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString Before(const QString &path)
-{
-    return path + u".before"_s;
-}
-
 bool IsThere(const QString &path)
 {
     return QFileInfo::exists(path) || QFileInfo(path).isSymLink();
@@ -91,7 +86,7 @@ void Renumbering::TakeBack()
 
 void Renumbering::KeepMarks(const QString &marks)
 {
-    FileInTheMaking copy(Before(marks));
+    FileInTheMaking copy(NameBefore(marks));
     constexpr int mostCopies = 3; // of a file that changes meanwhile
     for (int copies = 1;; ++copies) {
         const FileStamp stamp = FileStamp::Of(marks);
@@ -101,7 +96,7 @@ void Renumbering::KeepMarks(const QString &marks)
         if (copies == mostCopies)
             throw ToolError(u"%1: is being changed; close the program first"_s.arg(marks));
     }
-    copy.FinishAs(Before(marks), marks);
+    copy.FinishAs(NameBefore(marks), marks);
 }
 
 void Renumbering::Write(const Journal &journal)
@@ -127,7 +122,7 @@ void Renumbering::PutInPlace()
 {
     if (IsThere(NextPath())) {
         m_door();
-        if (IsThere(m_canon) && !KeepUnder(m_canon, Before(m_canon)))
+        if (IsThere(m_canon) && !KeepUnder(m_canon, NameBefore(m_canon)))
             throw ToolError(u"%1: cannot be kept: %2"_s.arg(m_canon, qt_error_string(errno)));
         m_door();
         RenameOver(NextPath(), m_canon);
