@@ -183,6 +183,7 @@ private:
     bool m_isAskingToQuit = false;
     bool m_isMarking = false;
     std::function<void()> m_footAction;
+    bool m_isFootInOrder = false; ///< of the tab key
     QFileSystemWatcher *m_watcher = nullptr;
     std::map<ImportTarget, FileStamp> m_openFiles; ///< those that this program has open under the names
 };

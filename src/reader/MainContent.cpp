@@ -15,6 +15,8 @@
 #include <QScopedValueRollback>
 #include <QUrl>
 
+#include <utility>
+
 void TfrmMain::SetUpContent()
 {
     ui->ebContent->OnBeforeNavigate2 = [this](const QUrl &url) { return ebContentBeforeNavigate2(url); };
@@ -153,6 +155,11 @@ bool TfrmMain::ebContentBeforeNavigate2(const QUrl &url)
 
 void TfrmMain::ebContentDocumentComplete()
 {
+    // Chromium's own widget, which has the focus for the page, comes behind everything else with the first page.
+    if (!std::exchange(m_isFootInOrder, true)) {
+        setTabOrder(ui->ebContent, ui->btnFootAction);
+        setTabOrder(ui->btnFootAction, ui->btnMore);
+    }
     if (vFindSuttaStr.isEmpty())
         return;
     // A failed search leaves the page as it is.

@@ -21,19 +21,16 @@ const QString dictionaryName = QStringLiteral("frmDictionary");
 TfrmDictionary &TfrmMain::OpenDictionary()
 {
     std::exception_ptr failure;
-    QWidget *form = OpenForm(
-        dictionaryName,
-        [&] {
-            auto *dictionary = new TfrmDictionary;
-            // If the dictionary can't be read, the window stays open so that another one can be chosen.
-            try {
-                dictionary->FormCreate();
-            } catch (const std::exception &) {
-                failure = std::current_exception();
-            }
-            return dictionary;
-        },
-        Restored::AsBefore);
+    QWidget *form = OpenForm(dictionaryName, [&] {
+        auto *dictionary = new TfrmDictionary;
+        // If the dictionary can't be read, the window stays open so that another one can be chosen.
+        try {
+            dictionary->FormCreate();
+        } catch (const std::exception &) {
+            failure = std::current_exception();
+        }
+        return dictionary;
+    });
     if (failure)
         std::rethrow_exception(failure);
     return static_cast<TfrmDictionary &>(*form);

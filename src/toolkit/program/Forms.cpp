@@ -3,7 +3,6 @@
 #include <QList>
 #include <QPointer>
 #include <QWidget>
-#include <QWindow>
 
 #include <algorithm>
 
@@ -13,24 +12,6 @@ QList<QPointer<QWidget>> &Forms()
 {
     static QList<QPointer<QWidget>> forms;
     return forms;
-}
-
-void RestoreWithoutFocus(QWidget &form, Qt::WindowStates states)
-{
-    // Desktops give the focus to a window that they restore, but not to a new one that does not want it. Qt passes the
-    // attribute WA_ShowWithoutActivating on only when it makes the window, so this sets what it passes.
-    const char wantsNoFocus[] = "_q_showWithoutActivating";
-    const QRect normal = form.normalGeometry();
-    const bool wasMaximised = form.isMaximized();
-    form.hide();
-    form.setWindowState(Qt::WindowNoState);
-    if (wasMaximised && normal.isValid())
-        form.setGeometry(normal);
-    form.windowHandle()->setProperty(wantsNoFocus, true);
-    form.show();
-    form.windowHandle()->setProperty(wantsNoFocus, false);
-    // Only now: while it forgets the hidden window, the desktop also forgets what that was.
-    form.setWindowState(states);
 }
 
 } // namespace
@@ -44,12 +25,11 @@ QWidget *FindForm(const QString &name)
     return found == Forms().end() ? nullptr : found->data();
 }
 
-QWidget *OpenForm(const QString &name, const std::function<QWidget *()> &create, Restored restored)
+QWidget *OpenForm(const QString &name, const std::function<QWidget *()> &create)
 {
     if (QWidget *form = FindForm(name)) {
         if (form->isMinimized())
-            RestoreWithoutFocus(*form, restored == Restored::AsBefore ? form->windowState() & ~Qt::WindowMinimized
-                                                                      : Qt::WindowStates());
+            form->setWindowState(Qt::WindowNoState);
         return form;
     }
     QWidget *form = create();

@@ -10,7 +10,6 @@
 #include <QDialog>
 #include <QProcess>
 #include <QTabWidget>
-#include <QWebEnginePage>
 
 using namespace Qt::StringLiterals;
 
@@ -99,20 +98,6 @@ void EachWindow::VisitAll(const std::function<void(QWidget &)> &visit)
         EXPECT_TRUE(WaitFor([&] { return !FindForm(name); }));
     }
     MarkAll([&](TfrmFocusEdit &editor) { visit(editor); });
-    Browser().page()->triggerAction(QWebEnginePage::Unselect); // of the passage that was marked
-    EXPECT_TRUE(WaitFor([this] { return !Action("acCopy").isEnabled(); }));
-    Trigger("acFindDialog");
-    auto &find = Find<QWidget>("dlgFind"); // a bar of the main window
-    In<QLineEdit>(find, "edFindText").setText(u"xyzzy"_s);
-    EXPECT_TRUE(WaitFor([&] { return In<QLabel>(find, "lbNotFound").isVisible(); }));
-    const QSize size = window->size();
-    for (const QSize &each : {QSize(800, 600), QSize(1600, 700)}) {
-        window->resize(each);
-        EXPECT_TRUE(WaitFor([&] { return window->width() == each.width(); }));
-        visit(*window);
-    }
-    window->resize(size);
-    QTest::keyClick(&find, Qt::Key_Escape);
     TfrmOptions options(window.get());
     options.show();
     visit(options);
