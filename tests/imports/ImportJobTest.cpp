@@ -13,7 +13,8 @@ TEST(ImportJob, TellsTextsFromWordsByWhatAPathLooksLike)
     const ScratchFolder folder;
     EXPECT_TRUE(QDir(folder.Path(u"."_s)).mkpath(u"texts/a"_s));
     EXPECT_TRUE(QDir(folder.Path(u"."_s)).mkpath(u"words"_s));
-    for (const QString &name : {u"words/a.ifo"_s, u"a.FDB"_s, u"a.fdb"_s, u"a.tsv"_s, u"a.txt"_s, u"a.pdf"_s, u"bare"_s})
+    for (const QString &name :
+         {u"words/a.ifo"_s, u"a.FDB"_s, u"a.fdb"_s, u"a.tsv"_s, u"a.txt"_s, u"a.pdf"_s, u"bare"_s})
         EXPECT_TRUE(WriteBytes(folder.Path(name), "x"));
     for (const auto &[name, target] : {std::pair(u"texts"_s, std::optional(ImportTarget::Canon)),
                                        {u"words"_s, ImportTarget::Dictionary},

@@ -118,7 +118,8 @@ TEST_F(Imports, WhatCannotBeTakenIsToldAndChangesNothing)
     const QStringList before = PassageNames();
     for (const QString &source : {u"bad.FDB"_s, u"bad.ifo"_s, u"missing"_s, u"Lumivara.pdf"_s}) {
         Open().Look(folder.Path(source));
-        EXPECT_TRUE(WaitFor([&] { return !On<QLabel>("lbSourceFault").text().isEmpty(); }, 30000)) << source.toStdString();
+        EXPECT_TRUE(WaitFor([&] { return !On<QLabel>("lbSourceFault").text().isEmpty(); }, 30000))
+            << source.toStdString();
         EXPECT_TRUE(On<QWidget>("tsSource").isVisible()) << source.toStdString();
         EXPECT_TRUE(On<QPushButton>("btnLook").isVisible()) << source.toStdString();
     }
