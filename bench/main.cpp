@@ -2,16 +2,28 @@
 #include "Measures.h"
 #include "Suites.h"
 
+#include "common/Console.h"
+#include "common/Tool.h"
+#include "lumivara-data/Verbs.h"
 #include "toolkit/browser/BrowserControl.h"
 #include "toolkit/program/StartUp.h"
 
 #include <QApplication>
 #include <QTimer>
 
+#include <clocale>
 #include <cstdio>
+#include <string_view>
 
 int main(int argc, char **argv)
 {
+    // An import reads an older file in a process of its own, which is this program again.
+    if (argc > 1 && std::string_view(argv[1]) == SealedVerb) {
+        QCoreApplication application(argc, argv);
+        std::setlocale(LC_CTYPE, "C.UTF-8");
+        Console console(QStringLiteral("sealed"));
+        return RunTool(DataVerbs(), QCoreApplication::arguments().mid(1), console);
+    }
     PrepareProcess();
     RegisterPageScheme();
     QApplication application(argc, argv);
