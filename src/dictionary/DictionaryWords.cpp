@@ -1,11 +1,8 @@
 #include "dictionary/DictionaryWords.h"
 
 #include "dictionary/WordRules.h"
+#include "stores/engine/RowStore.h"
 #include "stores/engine/Statement.h"
-
-#include <QCryptographicHash>
-
-#include <cstring>
 
 using namespace Qt::StringLiterals;
 
@@ -34,27 +31,16 @@ quint64 HashOf(int kind, const QString &word)
     return ((hash ^ hash >> 32) | 2) & ~quint64(1);
 }
 
-bool IsYes(const Statement &statement, size_t column)
+/// The answers of the row that the statement stands on.
+QList<bool> AnswersOf(const Statement &statement)
 {
-    const Column &shape = statement.Columns()[column];
-    qint16 isNull = 0;
-    std::memcpy(&isNull, statement.Message() + shape.nullOffset, sizeof isNull);
-    if (isNull != 0)
-        return false;
-    const auto number = [&](auto value) {
-        std::memcpy(&value, statement.Message() + shape.offset, sizeof value);
-        return static_cast<qint64>(value);
-    };
-    switch (shape.kind) {
-    case ColumnKind::Small:
-        return number(qint16()) == 1;
-    case ColumnKind::Long:
-        return number(qint32()) == 1;
-    case ColumnKind::Big:
-        return number(qint64()) == 1;
-    default:
-        return false;
-    }
+    RowStore row;
+    row.Clear(statement.Columns());
+    row.Append(statement.Message());
+    QList<bool> answers;
+    for (int column = 0; column < static_cast<int>(statement.Columns().size()); ++column)
+        answers.append(row.Value(0, column).toInt() == 1);
+    return answers;
 }
 
 } // namespace
@@ -101,8 +87,9 @@ void DictionaryWords::AskFor(int kind, const QList<qsizetype> &places, const QSt
             values.append(i < places.size() ? QVariant(TestedForm(kind, words[places[i]])) : QVariant(u""_s));
         }
         if (m_many->OpenCursor(m_transaction.Native(), values) && m_many->Fetch()) {
+            const QList<bool> told = AnswersOf(*m_many);
             for (qsizetype i = 0; i < places.size(); ++i) {
-                answers[places[i]] = IsYes(*m_many, static_cast<size_t>(i));
+                answers[places[i]] = told[i];
                 remember(places[i]);
             }
             m_many->CloseCursor();
@@ -120,7 +107,8 @@ bool DictionaryWords::AskForOne(int kind, const QString &form)
 {
     if (!m_one || !m_one->BelongsTo(m_database.Attachment()))
         m_one = std::make_unique<Statement>(m_database.Attachment(), m_transaction.Native(), Question(1));
-    const bool isYes = m_one->OpenCursor(m_transaction.Native(), {kind, form}) && m_one->Fetch() && IsYes(*m_one, 0);
+    const bool isYes =
+        m_one->OpenCursor(m_transaction.Native(), {kind, form}) && m_one->Fetch() && AnswersOf(*m_one).first();
     m_one->CloseCursor();
     return isYes;
 }
