@@ -1,5 +1,10 @@
 #include "stores/Schema.h"
 
+QString NameBefore(const QString &file)
+{
+    return file + QStringLiteral(".before");
+}
+
 const QStringList &GroupColumns()
 {
     static const QStringList columns{Field::IdVit, Field::ParentIdVit, Field::NameVitVie, Field::NameVitPal,

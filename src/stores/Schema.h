@@ -30,6 +30,9 @@ inline constexpr SchemaName Marks = u"TARUNECLIENT.FDB";
 inline constexpr SchemaName Dictionary = u"PALIDICT.FDB";
 } // namespace DatabaseFile
 
+/// Where a database stays that another one has replaced.
+QString NameBefore(const QString &file);
+
 namespace Table {
 inline constexpr SchemaName KeloraTree = u"KELORA_TREE";
 inline constexpr SchemaName KeloraContent = u"KELORA_CONTENT";

@@ -4,6 +4,7 @@
 #include "lumivara-data/files/Disk.h"
 #include "lumivara-data/files/PrivateCopy.h"
 #include "lumivara-data/files/UnfinishedFile.h"
+#include "stores/Schema.h"
 #include "stores/engine/FileStamp.h"
 
 #include <QFile>

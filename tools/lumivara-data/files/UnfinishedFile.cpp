@@ -2,6 +2,7 @@
 
 #include "common/Interrupt.h"
 #include "lumivara-data/files/Disk.h"
+#include "stores/Schema.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -80,28 +81,10 @@ void KeepReplacedFiles()
     keepsReplaced = true;
 }
 
-QString NameBefore(const QString &path)
-{
-    return path + u".before"_s;
-}
-
-/// The old file has both names until the new one takes the first.
 void FileInTheMaking::KeepReplaced() const
 {
-    if (!QFileInfo::exists(m_target))
-        return;
-    const QString before = NameBefore(m_target);
-    const QString link = m_folder->Path(u"before"_s);
-    std::error_code error;
-    std::filesystem::create_hard_link(QFileInfo(m_target).filesystemFilePath(), QFileInfo(link).filesystemFilePath(),
-                                      error);
-    if (error)
-        std::filesystem::copy_file(QFileInfo(m_target).filesystemFilePath(), QFileInfo(link).filesystemFilePath(),
-                                   error);
-    if (!error)
-        std::filesystem::rename(QFileInfo(link).filesystemFilePath(), QFileInfo(before).filesystemFilePath(), error);
-    if (error)
-        throw ToolError(u"%1: the old file can't be kept: %2"_s.arg(before, QString::fromStdString(error.message())));
+    if (QFileInfo::exists(m_target) && !KeepUnder(m_target, NameBefore(m_target)))
+        throw ToolError(u"%1: the old file can't be kept: %2"_s.arg(NameBefore(m_target), qt_error_string(errno)));
 }
 
 void FileInTheMaking::Settle(const QString &replaced) const

@@ -29,9 +29,8 @@ public:
 
 /// From now on in this process no file in the making takes its name: for a trial.
 void FinishNoFiles();
-/// From now on in this process a file that is replaced stays beside, as FILE.before.
+/// From now on in this process a file that is replaced stays beside, see NameBefore().
 void KeepReplacedFiles();
-QString NameBefore(const QString &path);
 
 /// A file that is made whole or not at all: written in a private folder beside its place, which goes away again with
 /// this object. Finished, a new file gets the mode that the umask leaves, one that replaces another has its mode, and
