@@ -35,8 +35,7 @@ constexpr Message unknownForm{
     u"Không nhận ra loại tệp này. Có thể nhập: thư mục kinh sách, từ điển StarDict (.ifo), bảng từ (.tsv, .tab, .txt), "
     u"kho kinh sách (.FDB).",
     u"This kind of file is not known. What can be imported: a folder of texts, a StarDict dictionary (.ifo), a table "
-    u"of "
-    u"words (.tsv, .tab, .txt), a canon (.FDB)."};
+    u"of words (.tsv, .tab, .txt), a canon (.FDB)."};
 constexpr Message looking{u"Đang xem trước: %1", u"Looking at %1"};
 constexpr Message importing{u"Đang nhập: %1", u"Importing %1"};
 constexpr Message nothingLeftOut{u"Tất cả sẽ được nhập.", u"Everything will be taken."};
@@ -54,7 +53,13 @@ constexpr Message isOpen{u"Bản mới đang được dùng.", u"The new file is
 constexpr Message needsRestart{u"Hãy khởi động lại chương trình để dùng bản mới:\n%1",
                                u"Start the program again to use the new file:\n%1"};
 constexpr Message oldStays{u"Bản cũ được giữ lại: %1", u"The old file stays: %1"};
+constexpr Message notWhole{u"Bản mới đã được đặt vào chỗ, nhưng việc chưa xong:\n%1",
+                           u"The new file is in its place, but the work did not come to its end:\n%1"};
+constexpr Message takingBack{u"Đang lấy lại: %1", u"Taking back %1"};
 constexpr Message takenBack{u"Đã lấy lại bản cũ.", u"The old file is back."};
+constexpr Message marksStay{
+    u"Đã lấy lại bản cũ. Những ghi chép đã chuyển sang bài của bản mới thì chưa chuyển lại được:\n%1",
+    u"The old file is back. Marks that had gone with the texts of the new one could not be taken back:\n%1"};
 constexpr Message cannotTakeBack{u"Không lấy lại được bản cũ:\n%1", u"The old file can't be taken back:\n%1"};
 constexpr Message folderTitle{u"Chọn thư mục", u"Choose a folder"};
 constexpr Message fileTitle{u"Chọn tệp", u"Choose a file"};
@@ -172,14 +177,26 @@ void TfrmImport::Look(const QString &path)
 
 void TfrmImport::StartImport()
 {
-    m_job.isTrial = false;
     if (m_job.target == ImportTarget::Dictionary)
         m_job.kind = ui->cbTarget->currentData().toInt();
     m_job.replaces = ui->rbInPlace->isChecked();
-    ui->lbWork->setText(TextOrEnglish(importing).arg(QDir::toNativeSeparators(m_job.source)));
+    m_isTakingBack = false;
+    Run(TextOrEnglish(importing));
+}
+
+void TfrmImport::Run(const QString &work)
+{
+    m_job.isTrial = false;
+    m_before = FileStamp::Of(m_job.File());
+    ui->lbWork->setText(work.arg(QDir::toNativeSeparators(m_job.source)));
     ShowProgress({});
     GoTo(Step::Importing);
     m_run.Start(m_job);
+}
+
+bool TfrmImport::HasReplaced() const
+{
+    return !FileStamp::Of(m_job.File()).IsSameFile(m_before);
 }
 
 void TfrmImport::Cancel()
@@ -201,15 +218,23 @@ void TfrmImport::ShowProgress(ImportProgress progress)
 void TfrmImport::TakeEnd(const ImportReport &report, bool wasCancelled)
 {
     ui->btnCancel->setEnabled(true);
+    if (report.isDone && m_job.isTrial)
+        return ShowFound(report);
     if (report.isDone)
-        return m_job.isTrial ? ShowFound(report) : ShowDone(report);
+        return ShowDone(m_isTakingBack ? TextOrEnglish(takenBack) : TextOrEnglish(done).arg(CountsText(report)));
+    const QString failure = report.failure.isEmpty() ? TextOrEnglish(crashed) : report.failure;
+    // The list of texts and the marks come behind the canon itself, and can fail alone.
+    if (!m_job.isTrial && HasReplaced())
+        return ShowDone(TextOrEnglish(notWhole).arg(report.failure));
+    if (m_isTakingBack && !wasCancelled)
+        return RenameBack(failure);
     GoTo(Step::Source);
     if (wasCancelled)
         ui->lbSourceFault->setText(TextOrEnglish(cancelled));
     else if (report.failure.isEmpty())
-        ui->lbSourceFault->setText(TextOrEnglish(crashed));
+        ui->lbSourceFault->setText(failure);
     else
-        ui->lbSourceFault->setText(TextOrEnglish(nothingTaken).arg(report.failure));
+        ui->lbSourceFault->setText(TextOrEnglish(nothingTaken).arg(failure));
 }
 
 void TfrmImport::ShowFound(const ImportReport &report)
@@ -252,30 +277,39 @@ QString TfrmImport::OpenNew()
     }
 }
 
-void TfrmImport::ShowDone(const ImportReport &report)
+void TfrmImport::ShowDone(const QString &sentence)
 {
-    QStringList lines{TextOrEnglish(done).arg(CountsText(report)), OpenNew()};
-    const QString before = FileBefore(m_job.File());
-    const bool hasBefore = QFileInfo::exists(before);
+    QStringList lines{sentence, OpenNew()};
+    const QString before = NameBefore(m_job.File());
+    const bool hasBefore = m_before != FileStamp() && QFileInfo::exists(before);
     if (hasBefore)
         lines += TextOrEnglish(oldStays).arg(QDir::toNativeSeparators(before));
     ui->lbDone->setText(lines.join(u"\n\n"_s));
-    ui->btnTakeBack->setVisible(hasBefore);
+    ui->btnTakeBack->setVisible(hasBefore && !m_isTakingBack);
     GoTo(Step::Done);
 }
 
 void TfrmImport::TakeBack()
 {
+    m_isTakingBack = true;
+    if (m_job.target == ImportTarget::Dictionary)
+        return RenameBack({});
+    // Marks have gone with texts that have other keys now, and come back by their texts' names: an import like any
+    // other.
+    m_job.source = NameBefore(m_job.File());
+    Run(TextOrEnglish(takingBack));
+}
+
+void TfrmImport::RenameBack(const QString &marksFault)
+{
     const QString file = m_job.File();
     std::error_code fault;
-    std::filesystem::rename(QFileInfo(FileBefore(file)).filesystemFilePath(), QFileInfo(file).filesystemFilePath(),
+    std::filesystem::rename(QFileInfo(NameBefore(file)).filesystemFilePath(), QFileInfo(file).filesystemFilePath(),
                             fault);
-    ui->btnTakeBack->setVisible(static_cast<bool>(fault));
     if (fault)
-        ui->lbDone->setText(TextOrEnglish(cannotTakeBack).arg(QString::fromStdString(fault.message())));
+        ShowDone(TextOrEnglish(cannotTakeBack).arg(QString::fromStdString(fault.message())));
     else
-        ui->lbDone->setText(TextOrEnglish(takenBack) + u"\n\n"_s + OpenNew());
-    ui->btnClose->setFocus();
+        ShowDone(marksFault.isEmpty() ? TextOrEnglish(takenBack) : TextOrEnglish(marksStay).arg(marksFault));
 }
 
 void TfrmImport::keyPressEvent(QKeyEvent *event)

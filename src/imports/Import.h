@@ -1,11 +1,14 @@
 #pragma once
 
 #include "imports/ImportRun.h"
+#include "stores/engine/FileStamp.h"
 
 #include <QWidget>
 
 #include <functional>
 #include <memory>
+
+class QMimeData;
 
 namespace Ui {
 class frmImport;
@@ -37,22 +40,29 @@ private:
     void ChooseFolder();
     void ChooseFile();
     void StartImport();
+    /// Does the job in earnest.
+    void Run(const QString &work);
     void Cancel();
     void TakeBack();
+    /// The file alone; `marksFault` tells why its marks did not come with it, if there was something.
+    void RenameBack(const QString &marksFault);
     void ShowProgress(ImportProgress progress);
     void TakeEnd(const ImportReport &report, bool wasCancelled);
     void ShowFound(const ImportReport &report);
-    void ShowDone(const ImportReport &report);
+    /// `sentence` tells what has been done, or what not.
+    void ShowDone(const QString &sentence);
+    bool HasReplaced() const;
     /// Lets the program go on with the new file; the sentence that tells how that went.
     QString OpenNew();
 
     std::function<void(ImportTarget)> m_openNew;
     ImportJob m_job;
     ImportRun m_run;
+    FileStamp m_before; ///< the database when the job began
+    bool m_isTakingBack = false;
     Step m_step = Step::Source;
     std::unique_ptr<Ui::frmImport> ui;
 };
 
 /// The file or folder that is dragged, if it is one of this machine and nothing else is with it; else empty.
-class QMimeData;
 QString DroppedPath(const QMimeData *data);

@@ -10,7 +10,7 @@
 #include <QJsonObject>
 #include <QLocale>
 
-#include <iterator>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -90,11 +90,6 @@ QStringList ImportJob::Arguments() const
     return arguments << u"--"_s << source;
 }
 
-QString FileBefore(const QString &file)
-{
-    return file + u".before"_s;
-}
-
 std::optional<ImportProgress> ProgressOf(const QByteArray &line)
 {
     const QJsonObject object = QJsonDocument::fromJson(line).object();
@@ -108,7 +103,8 @@ ImportReport ReportOf(const QByteArray &json, int exitCode)
     constexpr int nothingMade = 2;
     const QJsonObject object = QJsonDocument::fromJson(json).object();
     ImportReport report;
-    report.isDone = !object.isEmpty() && exitCode < nothingMade;
+    // A canon with faults is told and not made, which is no failure of the tool.
+    report.isDone = object.contains(u"file"_s) && exitCode < nothingMade;
     report.failure = object[u"error"_s].toString();
     report.form = object[u"form"_s].toString();
     report.name = object[u"name"_s].toString();
@@ -120,6 +116,13 @@ ImportReport ReportOf(const QByteArray &json, int exitCode)
     for (const QJsonValue &finding : findings)
         report.leftOut.append({finding[u"place"_s].toString(), finding[u"fault"_s].toString()});
     report.leftOutCount = object[u"findingCount"_s].toInteger();
+    constexpr qsizetype mostFaults = 5;
+    if (!report.isDone && report.failure.isEmpty()) {
+        QStringList faults;
+        for (const auto &[place, fault] : report.leftOut.first(std::min(mostFaults, report.leftOut.size())))
+            faults += place + u": "_s + fault;
+        report.failure = faults.join(u'\n');
+    }
     return report;
 }
 

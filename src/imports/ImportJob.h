@@ -34,9 +34,6 @@ struct ImportJob
     QStringList Arguments() const;
 };
 
-/// Where the replaced file stays.
-QString FileBefore(const QString &file);
-
 /// A step of the tool's work; `total` 0 if it is not known.
 struct ImportProgress
 {

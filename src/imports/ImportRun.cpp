@@ -1,6 +1,6 @@
 #include "imports/ImportRun.h"
 
-#include <QTimer>
+#include "toolkit/program/Guard.h"
 
 using namespace Qt::StringLiterals;
 
@@ -14,9 +14,12 @@ constexpr qsizetype MostErrors = 1 << 20; ///< bytes of a line
 ImportRun::ImportRun(QObject *parent) : QObject(parent)
 {
     m_process.setStandardInputFile(QProcess::nullDevice());
-    connect(&m_process, &QProcess::readyReadStandardError, this, &ImportRun::TakeErrors);
-    connect(&m_process, &QProcess::finished, this, &ImportRun::TakeEnd);
-    connect(&m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(PatienceMilliseconds);
+    ConnectGuarded(&m_patience, &QTimer::timeout, this, [this] { m_process.kill(); });
+    ConnectGuarded(&m_process, &QProcess::readyReadStandardError, this, [this] { TakeErrors(); });
+    ConnectGuarded(&m_process, &QProcess::finished, this, [this] { TakeEnd(); });
+    ConnectGuarded(&m_process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
             TakeEnd();
     });
@@ -46,10 +49,7 @@ void ImportRun::Cancel()
         return;
     m_isCancelled = true;
     m_process.terminate();
-    QTimer::singleShot(PatienceMilliseconds, &m_process, [this] {
-        if (m_isCancelled && IsRunning())
-            m_process.kill();
-    });
+    m_patience.start();
 }
 
 void ImportRun::TakeErrors()
@@ -68,6 +68,7 @@ void ImportRun::TakeErrors()
 
 void ImportRun::TakeEnd()
 {
+    m_patience.stop();
     constexpr int crashed = -1;
     const bool isWhole = m_process.exitStatus() == QProcess::NormalExit && m_process.error() != QProcess::FailedToStart;
     const ImportReport report = ReportOf(m_process.readAllStandardOutput(), isWhole ? m_process.exitCode() : crashed);

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QProcess>
+#include <QTimer>
 
 /// A run of lumivara-data in a process of its own, so that the window lives on and a crash is a message. One at a time;
 /// its end, also by Cancel, is told by Ended.
@@ -33,4 +34,5 @@ private:
     QProcess m_process;
     QByteArray m_errors;
     bool m_isCancelled = false;
+    QTimer m_patience; ///< with a tool that was asked to stop
 };

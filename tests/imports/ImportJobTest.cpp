@@ -44,7 +44,8 @@ TEST(ImportJob, ReadsWhatTheToolTells)
 {
     EXPECT_EQ(ProgressOf(R"({"work":"reading","done":3,"total":9,"unit":"bytes"})")->done, 3);
     EXPECT_FALSE(ProgressOf("lumivara-data: something"));
-    const QByteArray json = R"({"form":"stardict","name":"N","licence":"L","counts":{"words imported":2},
+    const QByteArray json =
+        R"({"file":"/p/PALIDICT.FDB","form":"stardict","name":"N","licence":"L","counts":{"words imported":2},
         "findings":[{"place":"a:1","fault":"no entry"}],"findingCount":5})";
     const ImportReport report = ReportOf(json, 1);
     EXPECT_TRUE(report.isDone);
@@ -53,6 +54,9 @@ TEST(ImportJob, ReadsWhatTheToolTells)
     EXPECT_EQ(report.leftOutCount, 5);
     EXPECT_FALSE(ReportOf(R"({"error":"x: no texts"})", 2).isDone);
     EXPECT_EQ(ReportOf(R"({"error":"x: no texts"})", 2).failure, u"x: no texts"_s);
+    const ImportReport refused = ReportOf(R"({"counts":{},"findings":[{"place":"text 1","fault":"bad"}]})", 1);
+    EXPECT_FALSE(refused.isDone) << "faults were told, and nothing was made";
+    EXPECT_EQ(refused.failure, u"text 1: bad"_s);
     EXPECT_FALSE(ReportOf("", 0).isDone) << "nothing was said";
     EXPECT_FALSE(ReportOf("[1]", 0).isDone);
 }

@@ -31,16 +31,29 @@ protected:
         skinFile = folder.Path(u"AllSkins.skinres"_s);
         SetSkins({});
         EXPECT_TRUE(QDir(folder.Path(u"."_s)).mkpath(u"texts"_s));
-        EXPECT_TRUE(WriteBytes(folder.Path(u"texts/canon.csv"_s),
-                               "kind,key,group,number,pali,vietnamese,page_pali,page_vietnamese\n"
-                               "group,1,,,Vagga,Phẩm,,\n"
-                               "text,5001,1,1,Sutta,Kinh mới,a.html,b.html\n"));
+        WriteTable("5001");
         EXPECT_TRUE(WriteBytes(folder.Path(u"texts/a.html"_s), "<p>evaṃ</p>"));
         EXPECT_TRUE(WriteBytes(folder.Path(u"texts/b.html"_s), "<p>như vầy</p>"));
         EXPECT_TRUE(WriteBytes(folder.Path(u"words.tsv"_s), "dhamma\tnature\nmagga\tpath\n\tno word\n"));
     }
     ~Imports() override { End(); }
 
+    /// The table of the one text, under a key.
+    void WriteTable(const QByteArray &key)
+    {
+        EXPECT_TRUE(WriteBytes(folder.Path(u"texts/canon.csv"_s),
+                               "kind,key,group,number,pali,vietnamese,page_pali,page_vietnamese\n"
+                               "group,1,,,Vagga,Phẩm,,\ntext," +
+                                   key + ",1,1,Sutta,Kinh mới,a.html,b.html\n"));
+    }
+    QByteArray Tool(const QStringList &arguments)
+    {
+        QProcess tool;
+        tool.start(folder.Path(u"lumivara-data"_s), arguments);
+        EXPECT_TRUE(tool.waitForFinished());
+        EXPECT_LT(tool.exitCode(), 2) << tool.readAllStandardError().toStdString();
+        return tool.readAllStandardOutput();
+    }
     TfrmImport &Open()
     {
         Trigger("acImport");
@@ -84,7 +97,47 @@ TEST_F(Imports, TextsAreLookedAtTakenOverShownAtOnceAndTakenBack)
     ASSERT_TRUE(Shows("tsDone")) << Text("lbSourceFault");
     EXPECT_EQ(PassageNames(), QStringList{u"Kinh mới"_s});
     Press("btnTakeBack");
-    EXPECT_EQ(PassageNames(), before) << Text("lbDone");
+    EXPECT_TRUE(WaitFor([&] { return Text("lbDone").find("Đã lấy lại bản cũ.") == 0; }, 30000));
+    EXPECT_EQ(PassageNames().join(u"|"_s).toStdString(), before.join(u"|"_s).toStdString());
+}
+
+TEST_F(Imports, MarksGoWithTheirTextAndComeBackWithTheOldFile)
+{
+    const QString marks = folder.Path(u"TARUNECLIENT.FDB"_s);
+    EXPECT_TRUE(QFile::copy(ProductFolder() + u"TARUNECLIENT.FDB"_s, marks));
+    Tool({u"import"_s, u"canon"_s, folder.Path(u"texts"_s), u"--into"_s, folder.Path(u"KELORA.FDB"_s)});
+    EXPECT_TRUE(WriteBytes(folder.Path(u"marks.md"_s), "# Kinh mới <!-- 6-5001 -->\n\n## mine\n\n> words\n"));
+    Tool({u"import"_s, u"marks"_s, folder.Path(u"marks.md"_s), u"--into"_s, marks, u"--canon"_s,
+          folder.Path(u"KELORA.FDB"_s)});
+    const auto marked = [&] {
+        return Tool({u"export"_s, u"marks"_s, u"--file"_s, marks, u"--format"_s, u"csv"_s}).toStdString();
+    };
+    ASSERT_THAT(marked(), testing::HasSubstr("5001"));
+    WriteTable("20001000");
+    StartOn();
+    Open().Look(folder.Path(u"texts"_s));
+    ASSERT_TRUE(Shows("tsFound")) << Text("lbSourceFault");
+    Press("btnImport");
+    ASSERT_TRUE(Shows("tsDone")) << Text("lbSourceFault");
+    EXPECT_THAT(marked(), testing::HasSubstr("20001000")) << Text("lbDone");
+    Press("btnTakeBack");
+    EXPECT_TRUE(WaitFor([&] { return Text("lbDone").find("Đã lấy lại bản cũ.") == 0; }, 30000)) << Text("lbDone");
+    EXPECT_THAT(marked(), testing::HasSubstr("5001"));
+}
+
+TEST_F(Imports, AFailureBehindTheNewFileIsToldAsOne)
+{
+    StartOn();
+    Open().Look(folder.Path(u"texts"_s));
+    ASSERT_TRUE(Shows("tsFound")) << Text("lbSourceFault");
+    // The tool puts the file in its place, and fails with the marks.
+    FakeTool("cd '" + QFile::encodeName(folder.Path(u"."_s)) +
+             "'; cp KELORA.FDB other; mv KELORA.FDB KELORA.FDB.before; mv other KELORA.FDB\n"
+             "echo '{\"error\": \"no marks\"}'; exit 2\n");
+    Press("btnImport");
+    ASSERT_TRUE(Shows("tsDone")) << Text("lbSourceFault");
+    EXPECT_THAT(Text("lbDone"), testing::HasSubstr("no marks"));
+    EXPECT_TRUE(On<QPushButton>("btnTakeBack").isVisible());
 }
 
 TEST_F(Imports, WordsGoBesideThoseThatAreThereOrInTheirPlace)
@@ -162,10 +215,7 @@ TEST_F(Imports, AFileReplacedFromElsewhereIsOfferedAtTheFoot)
 {
     StartOn();
     const QString other = folder.Path(u"other.FDB"_s);
-    QProcess tool;
-    tool.start(folder.Path(u"lumivara-data"_s), {u"import"_s, u"canon"_s, folder.Path(u"texts"_s), u"--into"_s, other});
-    ASSERT_TRUE(tool.waitForFinished());
-    ASSERT_EQ(tool.exitCode(), 0) << tool.readAllStandardError().toStdString();
+    Tool({u"import"_s, u"canon"_s, folder.Path(u"texts"_s), u"--into"_s, other});
     std::filesystem::rename(other.toStdString(), folder.Path(u"KELORA.FDB"_s).toStdString());
     auto &action = Find<QToolButton>("btnFootAction");
     ASSERT_TRUE(WaitFor([&] { return action.isVisible(); }));

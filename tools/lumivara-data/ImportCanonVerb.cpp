@@ -268,9 +268,9 @@ int Run(const ImportCanonOptions &given, Console &console)
         ImportFrom<CanonFolderReader>(options, options.table, renumbers, report, console);
     else
         ImportFrom<SegmentedCanon>(options, options.authors, renumbers, report, console);
-    if (isMade && !isTrial) {
+    if (isMade && !isTrial)
         RememberMade(options.into);
+    if (isMade)
         report.Tell(u"file"_s, FullPath(options.into));
-    }
     return report.Finish(isMade ? QString() : u"nothing was written"_s);
 }
