@@ -32,6 +32,17 @@ QMargins ExpectedFrame(const QWidget &window)
     return frame.isNull() ? QMargins(0, window.style()->pixelMetric(QStyle::PM_TitleBarHeight), 0, 0) : frame;
 }
 
+/// Moves the frame there. A widget hears of the frame drawn around it with its next move alone; until then it takes
+/// its own place for the frame's, so the shown window is moved by its handle.
+void MoveFrame(QWidget &window, QPoint place)
+{
+    const QMargins frame = ShownFrame(window);
+    if (!frame.isNull())
+        window.windowHandle()->setPosition(place + QPoint(frame.left(), frame.top()));
+    else if (place != window.pos())
+        window.move(place);
+}
+
 bool IsNormal(const QWidget &window)
 {
     return !window.isMinimized() && !window.isMaximized() && !window.isFullScreen();
@@ -56,8 +67,7 @@ void Place(QWidget &window, Over over)
     place.moveBottom(std::min(place.bottom(), desk.bottom()));
     place.moveLeft(std::max(place.left(), desk.left()));
     place.moveTop(std::max(place.top(), desk.top()));
-    if (place.topLeft() != window.pos())
-        window.move(place.topLeft());
+    MoveFrame(window, place.topLeft());
 }
 
 /// Places a window again when its frame is known, and ends then: later the reader may have moved it.
