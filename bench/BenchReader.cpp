@@ -13,6 +13,7 @@
 #include "stores/Modules.h"
 #include "toolkit/browser/BrowserControl.h"
 
+#include <QAction>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -143,4 +144,22 @@ double BenchReader::MoveTime()
     QTest::keyClick(tree, Qt::Key_Down);
     WaitPainted();
     return Milliseconds(clock);
+}
+
+double BenchReader::BackTime()
+{
+    // Each call begins and ends with the long page, whose middle is read.
+    auto *page = m_window->findChild<TBrowserControl *>(QStringLiteral("ebContent"));
+    const QString block = QStringLiteral("lumivara.placeAtTop().block");
+    const int middle = page->Evaluate(QStringLiteral("document.querySelectorAll('p').length >> 1")).toInt();
+    page->GoToPlace({middle, 0, 0.5, {}});
+    page->Evaluate(block);
+    m_window->qryTreeSutas.LocateExact(QStringLiteral("ID_VIC"), FirstBenchText);
+    WaitPainted();
+    QElapsedTimer clock;
+    clock.start();
+    m_window->findChild<QAction *>(QStringLiteral("acBack"))->trigger();
+    WaitPainted();
+    const double time = Milliseconds(clock);
+    return page->Evaluate(block).toInt() == middle ? time : -time;
 }

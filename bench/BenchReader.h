@@ -37,6 +37,9 @@ public:
     double FilterKeyTime(const QString &text);
     /// Milliseconds from a key in the tree until the long page is painted.
     double MoveTime();
+    /// Milliseconds from the command that leads back to the middle of the long page until that is painted there;
+    /// negative if another place is.
+    double BackTime();
 
 private:
     void WaitPainted();

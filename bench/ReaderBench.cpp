@@ -55,7 +55,8 @@ void RegisterFilter(int texts, const QString &reach)
               .repetitions = 15});
 }
 
-void RegisterMove(const QString &name, qsizetype bytes, const QString &reach)
+void RegisterMove(const QString &name, qsizetype bytes, const QString &reach,
+                  double (BenchReader::*move)() = &BenchReader::MoveTime, int repetitions = 9)
 {
     struct State
     {
@@ -78,7 +79,7 @@ void RegisterMove(const QString &name, qsizetype bytes, const QString &reach)
     Register({.name = name,
               .unit = QStringLiteral("ms"),
               .reach = reach,
-              .ours = [made] { return made().reader.MoveTime(); },
+              .ours = [made, move] { return (made().reader.*move)(); },
               .floor =
                   [made] {
                       State &state = made();
@@ -87,7 +88,8 @@ void RegisterMove(const QString &name, qsizetype bytes, const QString &reach)
                       state.floor.WriteLine(state.reader.ComposedPageFile());
                       return state.floor.ReadLine().toDouble();
                   },
-              .finish = [state] { state->reset(); }});
+              .finish = [state] { state->reset(); },
+              .repetitions = repetitions});
 }
 
 void RegisterCompose()
@@ -121,4 +123,6 @@ void RegisterReaderMeasures()
     RegisterFilter(20500, QStringLiteral("at most 1.5 x plus 5 ms, 12 x filter-2050"));
     RegisterMove(QStringLiteral("move-100k"), 100 * Kilobyte, QStringLiteral("at most 1.2 x"));
     RegisterMove(QStringLiteral("move-3m"), 3 * Megabyte, QStringLiteral("at most 0.6 x"));
+    RegisterMove(QStringLiteral("back-900k"), 900 * Kilobyte, QStringLiteral("at most 1.2 x"), &BenchReader::BackTime,
+                 50);
 }

@@ -24,3 +24,13 @@ bool MayOpenDictionary(const ReaderFacts &facts)
 {
     return facts.isOKDictionary;
 }
+
+bool MayGoBack(const ReaderFacts &facts)
+{
+    return facts.canGoBack;
+}
+
+bool MayGoForward(const ReaderFacts &facts)
+{
+    return facts.canGoForward;
+}

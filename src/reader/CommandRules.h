@@ -6,6 +6,8 @@ struct ReaderFacts
     bool hasSelection = false; ///< text is selected in a complete page
     bool isOKClients = false;
     bool isOKDictionary = false;
+    bool canGoBack = false; ///< on the way that the reader has come
+    bool canGoForward = false;
 };
 
 /// Whether a command may run now. Asked by the update cycle for every command whose state changes.
@@ -14,3 +16,5 @@ bool MayMarkSelection(const ReaderFacts &facts);
 bool MayBrowseMarks(const ReaderFacts &facts);
 bool MayLookUp(const ReaderFacts &facts);
 bool MayOpenDictionary(const ReaderFacts &facts);
+bool MayGoBack(const ReaderFacts &facts);
+bool MayGoForward(const ReaderFacts &facts);

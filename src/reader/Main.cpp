@@ -59,6 +59,7 @@ TfrmMain::TfrmMain(QWidget *parent)
     SetUpButtons();
     SetUpSystemMenu();
     SetUpFoot();
+    SetUpWay();
     SetUpImports();
     SetUpTray();
     dkLang = TranslateForm(*this);
@@ -261,6 +262,7 @@ void TfrmMain::closeEvent(QCloseEvent *event)
         return;
     // A failure to store is reported, but must not prevent quitting.
     RunGuarded([this] { StoreLastKelora(); });
+    RunGuarded([this] { StorePlacesAtEnd(); });
     TerminateApplication();
 }
 
@@ -272,8 +274,10 @@ void TfrmMain::StoreLastKelora()
 
 void TfrmMain::acExitExecute()
 {
-    if (ConfirmQuit())
-        TerminateApplication();
+    if (!ConfirmQuit())
+        return;
+    RunGuarded([this] { StorePlacesAtEnd(); });
+    TerminateApplication();
 }
 
 void TfrmMain::SetUpTray()

@@ -3,6 +3,8 @@
 #include "base/Reading.h"
 #include "imports/ImportJob.h"
 #include "reader/CommandRules.h"
+#include "reader/History.h"
+#include "stores/KeloraSuttaList.h"
 #include "stores/data/DataSource.h"
 #include "stores/data/FIBDataSet.h"
 #include "stores/engine/FileStamp.h"
@@ -14,13 +16,16 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QAction;
 class QFileSystemWatcher;
 class QMenu;
 class QSystemTrayIcon;
+class QTimer;
 class QUrl;
+class InputWatch;
 class TBarCombo;
 class TfrmDictionary;
 class TfrmImport;
@@ -127,6 +132,8 @@ private:
     void SetMarginWidth(int level);
     bool ebContentBeforeNavigate2(const QUrl &url);
     void ebContentDocumentComplete();
+    /// Colours the words of a search, and scrolls to the first; false if there are none.
+    bool GoToSoughtWords();
 
     // MainLookUp.cpp: words handed to the dictionary
     TfrmDictionary &OpenDictionary();
@@ -145,6 +152,29 @@ private:
     void ShowFoot(bool shows);
     void UpdateFootText();
     void GoToArea(int step);
+
+    // MainWay.cpp: the way back and forward, and the place in each text
+    void SetUpWay();
+    /// The number of the tree's row, 0 for none.
+    int TextOnShow();
+    /// Another text comes on show: keeps the place in the one before, and says where to go in this one.
+    void TextComes();
+    /// Asks for the place on show, which is kept when it is told; false where there is none. `then` runs after that.
+    bool LeavePlace(const std::function<void()> &then = nullptr);
+    /// Composes the text on show again in another dress, and keeps the place.
+    void ViewAgain(int mode);
+    void GoToWantedPlace();
+    void Go(bool isForward);
+    bool TravelTo(const Place &place);
+    /// Opens a text, also if the filter hides it, which is emptied then. False if the canon does not have it.
+    bool LocateText(int text);
+    /// Sets the language mode of the next page, its button and its option.
+    void ChooseLanguage(int mode);
+    /// The name of a text in the interface's language; empty if the canon does not have it.
+    QString NameOfText(int text);
+    void FillRecent();
+    void StorePlaces();
+    void StorePlacesAtEnd();
 
     // MainImports.cpp: what a reader brings, and databases that are replaced while they are open
     void SetUpImports();
@@ -184,6 +214,18 @@ private:
     bool m_isMarking = false;
     std::function<void()> m_footAction;
     bool m_isFootInOrder = false; ///< of the tab key
+    InputWatch *m_input = nullptr;
+    QTimer *m_storeTimer = nullptr;
+    History m_history;
+    PlaceStore m_places;
+    Place m_shown;                     ///< the page handed over last; only text and language
+    bool m_isTextShown = false;        ///< that page is of a text and not of a group
+    int m_textNumber = 0;              ///< of the text that came last
+    std::optional<PagePlace> m_wanted; ///< where to go when the page is complete
+    std::optional<PagePlace> m_travel; ///< on the way back or forward
+    bool m_isReloading = false;        ///< the tree, or the page with other options
+    bool m_hasOwnPlace = false;        ///< who opens the text takes the reader to a place of his own
+    QList<KeloraText> m_texts;         ///< of the canon, once they have been asked for
     QFileSystemWatcher *m_watcher = nullptr;
     std::map<ImportTarget, FileStamp> m_openFiles; ///< those that this program has open under the names
 };

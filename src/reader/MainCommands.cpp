@@ -78,6 +78,10 @@ void TfrmMain::SetUpCommands()
     Wire(ui->acImport, [this] { OpenImports(); });
     Wire(ui->acWelcome, [this] { OpenWelcome(true); });
     Wire(ui->acFoot, [this] { ShowFoot(ui->acFoot->isChecked()); });
+    Wire(
+        ui->acBack, [this] { Go(false); }, MayGoBack);
+    Wire(
+        ui->acForward, [this] { Go(true); }, MayGoForward);
     Wire(ui->acNextArea, [this] { GoToArea(1); });
     Wire(ui->acPriorArea, [this] { GoToArea(-1); });
     // The toggles follow the shown names; clicking a checked one keeps it checked.
@@ -129,6 +133,8 @@ void TfrmMain::UpdateCommands()
         HasSelection(),
         frmClientsDM && frmClientsDM->vIsOKClients,
         frmDictionaryDM && frmDictionaryDM->vIsOKDictionary,
+        m_history.CanGoBack(Doors().clock()),
+        m_history.CanGoForward(Doors().clock()),
     };
     for (const Command &command : m_commands) {
         if (command.rule)

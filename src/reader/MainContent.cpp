@@ -47,6 +47,7 @@ void TfrmMain::SetUpReturn()
 void TfrmMain::dsKeloraContentDataChange()
 {
     ShowWaitCursor(true);
+    TextComes();
     ViewSutta(frmKeloraDM->vLanguageSutta);
     UpdateFootText();
     ShowWaitCursor(false);
@@ -57,6 +58,8 @@ void TfrmMain::ViewSutta(int mode)
     ui->ebContent->SetHostCSS(HostStyle(frmKeloraDM->vBgColor));
     ui->ebContent->SetDarkGround(IsDarkColour(frmKeloraDM->vBgColor));
     const QByteArray page = ComposePage(mode);
+    m_shown = {TextOnShow(), mode, {}};
+    m_isTextShown = qryKeloraContent.Active() && qryKeloraContent.RecordCount() > 0;
     ui->ebContent->SetPrintedIdentity(
         {PassageAddress(qryTreeSutas.FieldByName(Field::IdVic).AsInteger()), PassageLanguage(mode)});
     const QScopedValueRollback startPage(FIsStartPage, true);
@@ -87,7 +90,7 @@ void TfrmMain::SetContentLanguage(int mode)
     if (vIsInit)
         return;
     frmKeloraDM->vLanguageSutta = mode;
-    ViewSutta(mode);
+    ViewAgain(mode);
     StoreSilently(Option::LanguageSutta, mode);
 }
 
@@ -115,7 +118,7 @@ void TfrmMain::SetMarginWidth(int level)
 {
     StoreSilently(Option::MarginWidth, level);
     frmKeloraDM->vMarginWidth = level;
-    ViewSutta(frmKeloraDM->vLanguageSutta);
+    ViewAgain(frmKeloraDM->vLanguageSutta);
     ui->btnMarginWidth->setText(QString::number(level));
 }
 
@@ -141,6 +144,7 @@ void TfrmMain::SetSoughtWords(const QString &words)
 
 void TfrmMain::ApplyOptions()
 {
+    const QScopedValueRollback reloading(m_isReloading, true);
     qryKeloraContent.FullRefresh();
 }
 
@@ -157,16 +161,32 @@ void TfrmMain::ebContentDocumentComplete()
 {
     // Chromium's own widget, which has the focus for the page, comes behind everything else with the first page.
     if (!std::exchange(m_isFootInOrder, true)) {
-        setTabOrder(ui->ebContent, ui->btnFootAction);
-        setTabOrder(ui->btnFootAction, ui->btnMore);
+        QWidget *last = ui->ebContent;
+        for (QWidget *next :
+             std::initializer_list<QWidget *>{ui->btnBack, ui->btnForward, ui->btnFootAction, ui->btnMore})
+            setTabOrder(std::exchange(last, next), next);
     }
+    const int text = m_textNumber;
+    const bool isAtHit = GoToSoughtWords();
+    if (text != m_textNumber)
+        return; // the search has processed events
+    // Where a search leads the reader wins.
+    if (isAtHit)
+        m_wanted.reset();
+    else
+        GoToWantedPlace();
+}
+
+bool TfrmMain::GoToSoughtWords()
+{
     if (vFindSuttaStr.isEmpty())
-        return;
+        return false;
     // A failed search leaves the page as it is.
     try {
         ui->ebContent->SearchAndHighlight(vFindSuttaStr, {}, ScrollMode::None, {},
                                           ColorToHtml(frmKeloraDM->vHighlightColor));
-        ui->ebContent->ScrollToFirst(vFindSuttaStr);
+        return ui->ebContent->ScrollToFirst(vFindSuttaStr);
     } catch (const std::exception &) {
+        return false;
     }
 }

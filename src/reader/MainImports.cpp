@@ -82,6 +82,7 @@ void TfrmMain::OpenNewCanon()
     qryKeloraContent.Close();
     qryTreeSutas.Close();
     frmKeloraDM->Open();
+    m_texts.clear();
     LoadContentData();
     OpenText(shown);
 }

@@ -18,6 +18,7 @@
 
 #include <QAction>
 #include <QScopeGuard>
+#include <QScopedValueRollback>
 
 #include <array>
 #include <utility>
@@ -73,6 +74,7 @@ void TfrmMain::FillSuttaList()
 
 void TfrmMain::OpenMarkedText(int collection, int number)
 {
+    const QScopedValueRollback ownPlace(m_hasOwnPlace, true);
     if (CollectionMode == 1)
         OpenText(number);
     if (CollectionMode != 2)

@@ -10,6 +10,8 @@
 #include "toolkit/program/Guard.h"
 #include "ui_Main.h"
 
+#include <QScopedValueRollback>
+
 #include <array>
 
 namespace {
@@ -51,6 +53,7 @@ void TfrmMain::SetUpTree()
 
 void TfrmMain::LoadContentData()
 {
+    const QScopedValueRollback reloading(m_isReloading, true);
     qryKeloraContent.Close();
     LoadKeloraTree();
     qryKeloraContent.Open();

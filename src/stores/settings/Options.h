@@ -27,6 +27,8 @@ extern int CollectionMode; ///< 1: the Kelora's settings key
 /// The options keys of this program and of its sibling under the current user; the machine's start list, and this
 /// program's value in it.
 inline constexpr char16_t OptionsKey[] = u"\\Software\\Melko\\Kelora\\Options\\";
+/// Where the reader was in each text, which is no option.
+inline constexpr char16_t PlacesKey[] = u"\\Software\\Melko\\Kelora\\Places\\";
 inline constexpr char16_t TaruneOptionsKey[] = u"\\Software\\Melko\\Tarune\\Options\\";
 inline constexpr char16_t RunKey[] = u"\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
 inline constexpr char16_t RunValue[] = u"Kelora";

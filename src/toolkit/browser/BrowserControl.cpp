@@ -512,6 +512,26 @@ QString TBrowserControl::GetWordAtCursor(int x, int y)
     return d->Call(ScriptCall(u"wordAt", {x / factor, y / factor})).toString().trimmed();
 }
 
+bool TBrowserControl::AskPlace(const std::function<void(const PagePlace &)> &take)
+{
+    if (!d->isComplete || IsPageGone())
+        return false;
+    // Chromium runs this in the page before it puts the next one in its place.
+    page()->runJavaScript(ScriptCall(u"placeAtTop"), QWebEngineScript::ApplicationWorld,
+                          [take](const QVariant &answer) {
+                              const QVariantMap place = answer.toMap();
+                              if (!place.isEmpty())
+                                  RunGuarded([&] { take(PlaceOf(place)); });
+                          });
+    return true;
+}
+
+void TBrowserControl::GoToPlace(const PagePlace &place)
+{
+    if (d->isComplete)
+        page()->runJavaScript(ScriptCall(u"goToPlace", {MapOf(place)}), QWebEngineScript::ApplicationWorld);
+}
+
 QVariant TBrowserControl::Evaluate(const QString &script)
 {
     return d->number == 0 ? QVariant() : d->Call(script);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "toolkit/browser/PagePlace.h"
+
 #include <QPoint>
 #include <QString>
 #include <QWebEngineView>
@@ -101,6 +103,13 @@ public:
     /// The word whose glyph is under the point (the control's coordinates), trimmed; empty over white space or a
     /// picture.
     QString GetWordAtCursor(int x, int y);
+
+    /// Gives the place that stands at the top of the view, later and without waiting, even if another page is handed
+    /// over meanwhile. False, and nothing comes, where no page is complete; nothing comes either if the page ends.
+    bool AskPlace(const std::function<void(const PagePlace &)> &take);
+    /// Scrolls the complete page to a place, later and without waiting. A place behind the text's end is its last
+    /// block.
+    void GoToPlace(const PagePlace &place);
 
     /// Runs a script of ours in the isolated world and waits for its value, processing events. Invalid if the page was
     /// destroyed.

@@ -55,7 +55,8 @@ QWebEngineScript OwnScript(const QString &source, bool isForFrames)
 
 void InstallPageScripts(QWebEngineScriptCollection &scripts, const PageSetting &setting)
 {
-    static const QString functions = ReadAllScripts({u"text", u"scroll", u"highlight", u"selection", u"find"});
+    static const QString functions =
+        ReadAllScripts({u"text", u"scroll", u"highlight", u"selection", u"find", u"place"});
     static const QString host = ReadAllScripts({u"closed", u"host"});
     static const QString night = ReadAllScripts({u"nightcolours", u"nighttraits", u"night"});
     static const QString longPage = ReadAllScripts({u"long"});

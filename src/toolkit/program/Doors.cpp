@@ -7,6 +7,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDesktopServices>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QFont>
 #include <QFontDatabase>
@@ -130,6 +131,16 @@ QStringList FontNames()
     return names;
 }
 
+qint64 Clock()
+{
+    static QElapsedTimer clock = [] {
+        QElapsedTimer started;
+        started.start();
+        return started;
+    }();
+    return clock.elapsed();
+}
+
 std::optional<int> askedExitCode;
 bool isLoopRunning = false;
 
@@ -137,7 +148,8 @@ bool isLoopRunning = false;
 
 PlatformDoors &Doors()
 {
-    static PlatformDoors doors{ShowMessageBox, OpenDocument, SystemColourByCode, DrawNumber, FontNames, ChooseColour};
+    static PlatformDoors doors{ShowMessageBox, OpenDocument, SystemColourByCode, DrawNumber, FontNames,
+                               ChooseColour,   Clock};
     return doors;
 }
 

@@ -30,6 +30,8 @@ struct PlatformDoors
     std::function<QStringList()> fontNames;
     /// Asks for any colour; empty if the reader cancels.
     std::function<std::optional<Colour>(QWidget *parent, Colour initial)> chooseColour;
+    /// Milliseconds of a clock that never goes back.
+    std::function<qint64()> clock;
 };
 
 PlatformDoors &Doors();

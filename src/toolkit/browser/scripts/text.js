@@ -224,6 +224,8 @@
 
     globalThis.lumivara = {
         PageText,
+        blocks,
+        unread,
         documentsOf,
         plainText: () => documentsOf(document).map((page) => new PageText(page.body, true).text.trim()).join('\n'),
     };
