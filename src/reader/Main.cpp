@@ -60,6 +60,7 @@ TfrmMain::TfrmMain(QWidget *parent)
     SetUpSystemMenu();
     SetUpFoot();
     SetUpWay();
+    SetUpReference();
     SetUpImports();
     SetUpTray();
     dkLang = TranslateForm(*this);

@@ -176,6 +176,17 @@ private:
     void StorePlaces();
     void StorePlacesAtEnd();
 
+    // MainReference.cpp: places by number and block
+    void SetUpReference();
+    void acReferenceExecute();
+    void acCopyReferenceExecute();
+    void CloseReference();
+    void ShowCandidates();
+    void GoToTyped(const QString &typed);
+    /// Opens a text, at a place where one is given. False if the canon does not have it.
+    bool GoToReference(int text, const std::optional<PagePlace> &place);
+    const QList<KeloraText> &Texts();
+
     // MainImports.cpp: what a reader brings, and databases that are replaced while they are open
     void SetUpImports();
     void WatchFile(ImportTarget target);
@@ -223,6 +234,7 @@ private:
     int m_textNumber = 0;              ///< of the text that came last
     std::optional<PagePlace> m_wanted; ///< where to go when the page is complete
     std::optional<PagePlace> m_travel; ///< on the way back or forward
+    std::optional<PagePlace> m_given;  ///< of the text that is being opened
     bool m_isReloading = false;        ///< the tree, or the page with other options
     bool m_hasOwnPlace = false;        ///< who opens the text takes the reader to a place of his own
     QList<KeloraText> m_texts;         ///< of the canon, once they have been asked for

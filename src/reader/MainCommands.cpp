@@ -82,6 +82,9 @@ void TfrmMain::SetUpCommands()
         ui->acBack, [this] { Go(false); }, MayGoBack);
     Wire(
         ui->acForward, [this] { Go(true); }, MayGoForward);
+    Wire(ui->acReference, [this] { acReferenceExecute(); });
+    Wire(
+        ui->acCopyReference, [this] { acCopyReferenceExecute(); }, MayCopy);
     Wire(ui->acNextArea, [this] { GoToArea(1); });
     Wire(ui->acPriorArea, [this] { GoToArea(-1); });
     // The toggles follow the shown names; clicking a checked one keeps it checked.

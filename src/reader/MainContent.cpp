@@ -162,8 +162,8 @@ void TfrmMain::ebContentDocumentComplete()
     // Chromium's own widget, which has the focus for the page, comes behind everything else with the first page.
     if (!std::exchange(m_isFootInOrder, true)) {
         QWidget *last = ui->ebContent;
-        for (QWidget *next :
-             std::initializer_list<QWidget *>{ui->btnBack, ui->btnForward, ui->btnFootAction, ui->btnMore})
+        for (QWidget *next : std::initializer_list<QWidget *>{ui->btnBack, ui->btnForward, ui->edReference,
+                                                              ui->btnFootAction, ui->btnMore})
             setTabOrder(std::exchange(last, next), next);
     }
     const int text = m_textNumber;

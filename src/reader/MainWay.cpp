@@ -131,7 +131,7 @@ void TfrmMain::TextComes()
     }
     LeavePlace();
     const bool isReload = m_isReloading && !vIsInit;
-    m_wanted = isReload || m_hasOwnPlace ? std::nullopt : m_places.PlaceIn(text);
+    m_wanted = isReload || m_hasOwnPlace ? std::nullopt : (m_given ? m_given : m_places.PlaceIn(text));
     const MoveKind kind = isReload ? MoveKind::Reload : (m_input->IsWalking() ? MoveKind::Walk : MoveKind::Jump);
     m_history.Moved({text, frmKeloraDM->vLanguageSutta, m_wanted.value_or(PagePlace())}, kind, now);
 }
@@ -242,9 +242,7 @@ void TfrmMain::ChooseLanguage(int mode)
 
 QString TfrmMain::NameOfText(int text)
 {
-    if (m_texts.isEmpty())
-        m_texts = KeloraTexts(frmKeloraDM->dbKelora, frmKeloraDM->trKelora);
-    for (const KeloraText &known : std::as_const(m_texts)) {
+    for (const KeloraText &known : Texts()) {
         // As the tree has the names after a change of the interface's language.
         if (known.number == text)
             return InterfaceLang == 0 ? known.vietnamese : known.pali;

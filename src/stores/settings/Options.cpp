@@ -70,6 +70,7 @@ std::span<const OptionRow> OptionRows()
         {Dictionary, u"Dictionary"_s, WrittenOnly, 1},
         {GlobalActiveStyle, u"GlobalActiveStyle"_s, Style, 25, !InDialog, 16},
         {GlobalActiveName, u"GlobalActiveName"_s, Style, u"Office2010Blue"_s, !InDialog, u"Office2007Blue"_s},
+        {ReferenceForm, u"ReferenceForm"_s, Ours, u"({collection}, {name} {reference}, {language})"_s},
         {FootBar, u"FootBar"_s, Ours, true},
     };
     return rows;

@@ -49,7 +49,8 @@ enum class Option {
     Dictionary,
     GlobalActiveStyle,
     GlobalActiveName,
-    FootBar, ///< the bar at the foot of the main window shows
+    ReferenceForm, ///< what a copied passage bears behind it, with places for its parts in braces
+    FootBar,       ///< the bar at the foot of the main window shows
 };
 
 /// An option's value; the alternative is its type. A boolean is stored as 0 or 1, a colour as the integer of its bits.

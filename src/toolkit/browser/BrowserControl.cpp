@@ -526,6 +526,11 @@ bool TBrowserControl::AskPlace(const std::function<void(const PagePlace &)> &tak
     return true;
 }
 
+PagePlace TBrowserControl::SelectedPlace()
+{
+    return d->isComplete ? PlaceOf(d->Call(ScriptCall(u"placeOfSelection")).toMap()) : PagePlace();
+}
+
 void TBrowserControl::GoToPlace(const PagePlace &place)
 {
     if (d->isComplete)

@@ -107,6 +107,8 @@ public:
     /// Gives the place that stands at the top of the view, later and without waiting, even if another page is handed
     /// over meanwhile. False, and nothing comes, where no page is complete; nothing comes either if the page ends.
     bool AskPlace(const std::function<void(const PagePlace &)> &take);
+    /// Where the selection begins. Waits for Chromium, processing events.
+    PagePlace SelectedPlace();
     /// Scrolls the complete page to a place, later and without waiting. A place behind the text's end is its last
     /// block.
     void GoToPlace(const PagePlace &place);

@@ -173,6 +173,25 @@
         return character ? placeOf(page, character.node, character.offset) : { block: 0, cell: 0, share: 0, segment: '' };
     };
 
+    // Where the selection begins; the page's beginning without one.
+    lumivara.placeOfSelection = () => {
+        for (const page of documentsOf(document)) {
+            const selection = page.getSelection();
+            if (!selection || selection.isCollapsed)
+                continue;
+            const range = selection.getRangeAt(0);
+            // The first node that the selection holds letters of: it may begin at the end of the block before.
+            for (const run of new Runs(page).runs) {
+                for (const node of run.nodes) {
+                    const begin = node === range.startContainer ? range.startOffset : 0;
+                    if (range.intersectsNode(node) && /\S/.test(node.data.slice(begin)))
+                        return placeOf(page, node, begin);
+                }
+            }
+        }
+        return { block: 0, cell: 0, share: 0, segment: '' };
+    };
+
     lumivara.goToPlace = (place) => {
         const page = documentsOf(document)[0];
         if (!page)
