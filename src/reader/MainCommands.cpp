@@ -82,6 +82,8 @@ void TfrmMain::SetUpCommands()
         ui->acBack, [this] { Go(false); }, MayGoBack);
     Wire(
         ui->acForward, [this] { Go(true); }, MayGoForward);
+    Wire(
+        ui->acMarkSelection, [this] { acFocusHighlightExecute(); }, MayMarkSelection);
     Wire(ui->acReference, [this] { acReferenceExecute(); });
     Wire(
         ui->acCopyReference, [this] { acCopyReferenceExecute(); }, MayCopy);

@@ -27,6 +27,16 @@ protected:
 
 } // namespace
 
+TEST_F(FocusEdit, AKeyOfItsOwnMarksTheSelection)
+{
+    Open(1101, 1);
+    EXPECT_FALSE(Action("acMarkSelection").isEnabled()) << "nothing is selected";
+    EXPECT_EQ(Action("acMarkSelection").shortcut(), QKeySequence(Qt::CTRL | Qt::Key_D));
+    Browser().SelectAll();
+    EXPECT_TRUE(WaitFor([this] { return Action("acMarkSelection").isEnabled(); }));
+    RunModal<TfrmFocusEdit>("acMarkSelection", [this](TfrmFocusEdit &editor) { EXPECT_TRUE(IsOpen(editor)); });
+}
+
 TEST_F(FocusEdit, ASelectionBecomesAMark)
 {
     Open(1101, 1);
