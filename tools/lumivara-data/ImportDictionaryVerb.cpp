@@ -1,5 +1,6 @@
 #include "lumivara-data/Verbs.h"
 
+#include "base/Messages.h"
 #include "common/Console.h"
 #include "common/Report.h"
 #include "lumivara-data/dictionary/DictionaryFile.h"
@@ -27,7 +28,9 @@ std::optional<Form> FormNamed(const QString &name)
 {
     const std::optional<Form> form = WordFormNamed(name);
     if (!form && !name.isEmpty())
-        throw ToolError(u"the format \"%1\" is not known; there are stardict, tsv and markup"_s.arg(name));
+        throw ToolError(Sentence({u"không biết dạng \"%1\"; có stardict, tsv và markup",
+                                  u"the format \"%1\" is not known; there are stardict, tsv and markup"})
+                            .arg(name));
     return form;
 }
 
@@ -56,7 +59,9 @@ Form FormOf(const QString &source)
                 return Form::Tabbed;
         }
     }
-    throw ToolError(u"%1: which form is this? Name it by --format stardict, tsv or markup"_s.arg(source));
+    throw ToolError(Sentence({u"%1: không rõ đây là dạng nào (stardict, tsv hay markup)",
+                              u"%1: which form is this? Name it by --format stardict, tsv or markup"})
+                        .arg(source));
 }
 
 /// Hands over the words of the other kinds as they stand.
@@ -67,11 +72,13 @@ void TakeOver(const ImportDictionaryOptions &options, const QString &path, const
     DataFile file;
     file.Open(copy.Path());
     if (!IsDictionary(file))
-        throw ToolError(u"%1: is no dictionary"_s.arg(path));
+        throw ToolError(Sentence({u"%1: không phải là từ điển", u"%1: is no dictionary"}).arg(path));
     DictionaryReader reader(file);
     if (!options.replaces && !options.adds && reader.CountWords(options.kind) > 0)
         throw ToolError(
-            u"%1: dictionary %2 has words already; --replace puts the new ones in their place, --add beside them"_s
+            Sentence(
+                {u"%1: từ điển %2 đã có từ; --replace thay chúng, --add thêm bên cạnh",
+                 u"%1: dictionary %2 has words already; --replace puts the new ones in their place, --add beside them"})
                 .arg(path)
                 .arg(options.kind));
     for (const int kind : DictKind::All) {
@@ -113,11 +120,12 @@ void Count(const EntryIntake &intake, const DictionaryWriter &writer, Report &re
 {
     const qsizetype imported = writer.WordCount(intake.Kind());
     const qsizetype again = intake.TakenCount() - imported, leftOut = intake.ReadCount() - intake.TakenCount();
-    report.Count(u"words read"_s, intake.ReadCount());
-    report.Count(u"words imported"_s, imported);
-    report.Count(u"joined to the same word"_s, again - writer.EqualCount() - writer.UnjoinedCount());
-    report.Count(u"with an equal entry"_s, writer.EqualCount());
-    report.Count(u"left out"_s, leftOut + writer.UnjoinedCount());
+    report.Count(Sentence({u"từ đã đọc", u"words read"}), intake.ReadCount());
+    report.Count(Sentence({u"từ được nhập", u"words imported"}), imported);
+    report.Count(Sentence({u"được gộp vào cùng một từ", u"joined to the same word"}),
+                 again - writer.EqualCount() - writer.UnjoinedCount());
+    report.Count(Sentence({u"có mục từ giống hệt", u"with an equal entry"}), writer.EqualCount());
+    report.Count(Sentence({u"bị bỏ", u"left out"}), leftOut + writer.UnjoinedCount());
 }
 
 } // namespace
@@ -137,7 +145,8 @@ int KindNamed(const QString &text)
 {
     const int kind = text.toInt();
     if (!IsOneOf(DictKind::All, kind))
-        throw ToolError(u"--kind wants a number from 1 to 8, see --help"_s);
+        throw ToolError(
+            Sentence({u"--kind cần một số từ 1 đến 8, xem --help", u"--kind wants a number from 1 to 8, see --help"}));
     return kind;
 }
 
@@ -166,9 +175,12 @@ std::optional<ImportDictionaryOptions> ParseImportDictionary(const QStringList &
         return std::nullopt;
     const QStringList sources = parser.positionalArguments();
     if (parser.isSet(u"add"_s) && parser.isSet(u"replace"_s))
-        throw ToolError(u"--add and --replace are two different things"_s);
+        throw ToolError(
+            Sentence({u"--add và --replace là hai việc khác nhau", u"--add and --replace are two different things"}));
     if (sources.size() != 1)
-        throw ToolError(u"import dictionary wants one SOURCE; see \"lumivara-data import dictionary --help\""_s);
+        throw ToolError(
+            Sentence({u"import dictionary cần một SOURCE; xem \"lumivara-data import dictionary --help\"",
+                      u"import dictionary wants one SOURCE; see \"lumivara-data import dictionary --help\""}));
     return ImportDictionaryOptions{sources.first(),
                                    KindNamed(parser.value(u"kind"_s)),
                                    parser.value(u"into"_s),
@@ -181,10 +193,11 @@ std::optional<ImportDictionaryOptions> ParseImportDictionary(const QStringList &
 
 int Run(const ImportDictionaryOptions &options, Console &console)
 {
+    Follow(options.manner, console);
     const QString &source = options.source;
     const int kind = options.kind;
     if (!QFileInfo::exists(source))
-        throw ToolError(u"%1: there is no such file"_s.arg(source));
+        throw ToolError(Sentence({u"%1: không có tệp này", u"%1: there is no such file"}).arg(source));
     const Form form = options.form ? *options.form : FormOf(source);
     Report report(console, options.report);
     const QString path = QFileInfo(options.into).absoluteFilePath();
@@ -195,7 +208,6 @@ int Run(const ImportDictionaryOptions &options, Console &console)
     else
         Prove(source);
     FileInTheMaking target(path);
-    Follow(options.manner, console);
     TellSource(source, NameOf(form), report);
     UsePrivateLocks();
     DictionaryWriter writer(target.Path());
@@ -208,11 +220,11 @@ int Run(const ImportDictionaryOptions &options, Console &console)
     else
         TakeText(source, form, intake, console);
     if (writer.WordCount() == kept)
-        throw ToolError(u"%1: no word of it could be taken"_s.arg(source));
+        throw ToolError(Sentence({u"%1: không nhập được từ nào", u"%1: no word of it could be taken"}).arg(source));
     writer.Finish(console, &report);
     target.Finish();
     report.Tell(u"file"_s, path);
     Count(intake, writer, report);
-    report.Count(u"words kept"_s, kept);
-    return report.Finish(u"dictionary %1 of %2 is new"_s.arg(kind).arg(path));
+    report.Count(Sentence({u"từ đang có được giữ lại", u"words kept"}), kept);
+    return report.Finish(Sentence({u"từ điển %1 của %2 là mới", u"dictionary %1 of %2 is new"}).arg(kind).arg(path));
 }

@@ -84,6 +84,7 @@ struct ImportCanonOptions
     bool keepsNames = false;       ///< of that list
     bool renumbers = false;        ///< of Segmented and Folder
     bool isMended = false;         ///< of Copy
+    bool adds = false;             ///< to the texts that are there
     ImportManner manner;
     ReportOptions report;
 };

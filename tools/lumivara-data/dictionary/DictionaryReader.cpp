@@ -1,5 +1,6 @@
 #include "lumivara-data/dictionary/DictionaryReader.h"
 
+#include "base/Messages.h"
 #include "stores/data/Field.h"
 #include "stores/engine/Blobs.h"
 #include "stores/engine/DatabaseError.h"
@@ -35,7 +36,7 @@ public:
         case ColumnKind::Big:
             return Value<qint64>(shape.offset);
         default:
-            throw DatabaseError(u"%1 is no number"_s.arg(shape.name));
+            throw DatabaseError(Sentence({u"%1 không phải là số", u"%1 is no number"}).arg(shape.name));
         }
     }
     QString Text(size_t column) const
@@ -44,7 +45,7 @@ public:
         if (IsNull(column))
             return {};
         if (shape.kind != ColumnKind::Text)
-            throw DatabaseError(u"%1 is no text"_s.arg(shape.name));
+            throw DatabaseError(Sentence({u"%1 không phải là văn bản", u"%1 is no text"}).arg(shape.name));
         const auto *bytes = reinterpret_cast<const char *>(m_statement.Message() + shape.offset);
         qsizetype size = Value<quint16>(shape.offset);
         bytes += sizeof(quint16);
@@ -58,7 +59,7 @@ public:
     {
         const Column &shape = m_statement.Columns()[column];
         if (shape.kind != ColumnKind::Blob)
-            throw DatabaseError(u"%1 is no blob"_s.arg(shape.name));
+            throw DatabaseError(Sentence({u"%1 không phải là blob", u"%1 is no blob"}).arg(shape.name));
         ReadBlob(m_file.Database().Attachment(), m_file.Transaction().Native(), {Value<ISC_QUAD>(shape.offset)}, bytes);
         if (shape.isText)
             JoinSurrogates(bytes);
@@ -90,7 +91,10 @@ void DictionaryReader::EachWord(int kind, const std::function<void(const QString
     Rows rows(m_file, u"select e.WORD_NAME, e.DICT_TYPE from SP_GET_LIST_WORDS(:A_DICT) e"_s, kind);
     for (qsizetype row = 1; rows.Next(); ++row) {
         if (const qint64 told = rows.Number(1); told != kind)
-            throw DatabaseError(u"row %1 says that it is of dictionary %2"_s.arg(row).arg(told));
+            throw DatabaseError(
+                Sentence({u"dòng %1 tự ghi là của từ điển %2", u"row %1 says that it is of dictionary %2"})
+                    .arg(row)
+                    .arg(told));
         take(rows.Text(0));
     }
 }

@@ -1,5 +1,6 @@
 #include "lumivara-data/dictionary/EntryIntake.h"
 
+#include "base/Messages.h"
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "dictionary/EntryFormatter.h"
@@ -57,36 +58,46 @@ QString WithoutControls(QString word)
 
 void EntryIntake::LeaveOut(const SourcePlace &place, const QString &why)
 {
-    m_report.Find(place.Text(), why + u"; left out"_s);
+    m_report.Find(place.Text(), why + Sentence({u"; bị bỏ", u"; left out"}));
 }
 
 CheckedEntry EntryIntake::Check(QByteArray content)
 {
     if (content.size() > DictionaryWriter::LongestEntry)
-        return {{}, u"the entry has more than %1 bytes"_s.arg(DictionaryWriter::LongestEntry), {}};
+        return {{},
+                Sentence({u"mục từ có hơn %1 byte", u"the entry has more than %1 bytes"})
+                    .arg(DictionaryWriter::LongestEntry),
+                {}};
     if (!content.isValidUtf8())
-        return {{}, u"the entry is not UTF-8 at byte %1"_s.arg(FirstBadUtf8Byte(content)), {}};
+        return {{},
+                Sentence({u"mục từ không phải UTF-8 ở byte %1", u"the entry is not UTF-8 at byte %1"})
+                    .arg(FirstBadUtf8Byte(content)),
+                {}};
     CheckedEntry entry;
     if (const auto controls = std::count_if(content.cbegin(), content.cend(), IsControl); controls > 0) {
         content.removeIf(IsControl);
-        entry.changes.append(u"%1 control characters are taken out of the entry"_s.arg(controls));
+        entry.changes.append(
+            Sentence({u"%1 ký tự điều khiển được bỏ khỏi mục từ", u"%1 control characters are taken out of the entry"})
+                .arg(controls));
     }
     if (QByteArrayView(content).trimmed().isEmpty()) {
-        entry.fault = u"the entry is empty"_s;
+        entry.fault = Sentence({u"mục từ trống", u"the entry is empty"});
         return entry;
     }
     if (content.contains('<')) {
         if (const QString fault = TagFault(content); !fault.isEmpty()) {
-            entry.changes.append(u"%1; its tags are shown as text"_s.arg(fault));
+            entry.changes.append(
+                Sentence({u"%1; các thẻ được hiện như chữ", u"%1; its tags are shown as text"}).arg(fault));
             content.replace('<', "&lt;");
         }
     }
     // Breaking it would change what an export brought.
     if (const qsizetype longest = content.size() > LongestEntryLine ? LongestLine(content) : 0;
         longest > LongestEntryLine)
-        entry.changes.append(
-            u"a line of the entry has %1 bytes, of which the window shows the first %2"_s.arg(longest).arg(
-                LongestEntryLine));
+        entry.changes.append(Sentence({u"một dòng của mục từ có %1 byte, cửa sổ chỉ hiện %2 byte đầu",
+                                       u"a line of the entry has %1 bytes, of which the window shows the first %2"})
+                                 .arg(longest)
+                                 .arg(LongestEntryLine));
     entry.content = std::move(content);
     return entry;
 }
@@ -110,36 +121,43 @@ int EntryIntake::TakeEntry(const CheckedEntry &entry, const SourcePlace &place)
 bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace &place)
 {
     if (!bytes.isValidUtf8()) {
-        LeaveOut(place, u"the word is not UTF-8"_s);
+        LeaveOut(place, Sentence({u"từ không phải là UTF-8", u"the word is not UTF-8"}));
         return false;
     }
     if (bytes.size() > MostWordBytes) {
-        LeaveOut(place, u"the word has %1 bytes, more than %2"_s.arg(bytes.size()).arg(MostWordBytes));
+        LeaveOut(place, Sentence({u"từ có %1 byte, nhiều hơn %2", u"the word has %1 bytes, more than %2"})
+                            .arg(bytes.size())
+                            .arg(MostWordBytes));
         return false;
     }
     QString word = QString::fromUtf8(bytes).trimmed();
     if (std::any_of(word.cbegin(), word.cend(), IsControlUnit)) {
         word = WithoutControls(word);
-        m_report.Note(place.Text(), u"control characters are taken out of \"%1\""_s.arg(word));
+        m_report.Note(place.Text(),
+                      Sentence({u"ký tự điều khiển được bỏ khỏi \"%1\"", u"control characters are taken out of \"%1\""})
+                          .arg(word));
     }
     // Typed words are composed.
     word = word.normalized(QString::NormalizationForm_C);
     if (word.isEmpty()) {
-        LeaveOut(place, u"the word is empty"_s);
+        LeaveOut(place, Sentence({u"từ trống", u"the word is empty"}));
         return false;
     }
     if (word.size() > Length::Word) {
-        LeaveOut(place, u"\"%1…\" has %2 characters, more than %3"_s.arg(word.left(Length::Word))
+        LeaveOut(place, Sentence({u"\"%1…\" có %2 ký tự, nhiều hơn %3", u"\"%1…\" has %2 characters, more than %3"})
+                            .arg(word.left(Length::Word))
                             .arg(word.size())
                             .arg(Length::Word));
         return false;
     }
     if (!CanBeReached(word)) {
-        m_report.Note(place.Text(), u"\"%1\" is taken in lower case, or no search would find it"_s.arg(word));
+        m_report.Note(place.Text(), Sentence({u"\"%1\" được nhập bằng chữ thường, nếu không sẽ không tìm thấy",
+                                              u"\"%1\" is taken in lower case, or no search would find it"})
+                                        .arg(word));
         word = LowerForm(word);
     }
     if (++m_wordCount > MostWords)
-        throw ToolError(u"%1: more than %2 words"_s.arg(place.Text()).arg(MostWords));
+        throw ToolError(Sentence({u"%1: nhiều hơn %2 từ", u"%1: more than %2 words"}).arg(place.Text()).arg(MostWords));
     m_store.AddWord(m_kind, word, entry);
     return true;
 }
