@@ -265,8 +265,8 @@ int CanonAddition::NewGroupKey()
     return m_lastGroup;
 }
 
-/// A new text stands behind the known one that is before it in its group of the source, else before the first known
-/// one, and where none is known behind all of the group.
+/// A new text that stands between known ones of its group in the source stands behind the one before it; those before
+/// the first known one come before it, and those behind the last one behind all of the group.
 QList<CanonAddition::Place> CanonAddition::InReadingOrder() const
 {
     QHash<qsizetype, QList<qsizetype>> before, behind; // of a known text
@@ -282,9 +282,9 @@ QList<CanonAddition::Place> CanonAddition::InReadingOrder() const
         Walk &walk = walks[text.sourceGroup];
         const int group = m_groupOf.value(text.sourceGroup);
         if (text.known < 0) {
-            (walk.known < 0 ? walk.waiting : behind[walk.known]).append(at);
+            walk.waiting.append(at);
         } else if (m_known[text.known].group == group) {
-            before[text.known] += walk.waiting;
+            (walk.known < 0 ? before[text.known] : behind[walk.known]) += walk.waiting;
             walk.waiting.clear();
             walk.known = text.known;
         }

@@ -11,7 +11,7 @@ class Report;
 
 /// Puts the texts of a source beside those of the canon that is there. A text that both have, known by its source, or
 /// without one by key and names, is renewed: it keeps its key, its number and its group. All other texts stay as they
-/// are. New ones stand in their order between those that are known around them, else behind their group's, and groups
+/// are. New ones stand in their order between the known ones around them, else behind all of their group, and groups
 /// that the canon lacks behind its own.
 class CanonAddition
 {

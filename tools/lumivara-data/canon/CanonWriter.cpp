@@ -167,7 +167,7 @@ void TellEnglish(qsizetype pages, Report &report)
 {
     if (pages > 0) {
         report.Note(
-            u"English"_s,
+            Sentence({u"Tiếng Anh", u"English"}),
             Sentence(
                 {u"%1 trang được lưu và xuất ra; chương trình chỉ hiện tiếng Anh bên cạnh tiếng Pāli, trong trang song "
                  u"ngữ",

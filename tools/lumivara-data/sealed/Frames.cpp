@@ -3,6 +3,7 @@
 #include "base/Messages.h"
 
 #include <QDataStream>
+#include <QIODevice>
 #include <QtEndian>
 
 #include <stdexcept>
