@@ -47,7 +47,9 @@ TEST(ImportJob, AsksForSentencesInTheInterfacesLanguageAndForTheWayThatWasChosen
         InterfaceLang = language;
         for (const ImportTarget target : {ImportTarget::Canon, ImportTarget::Dictionary}) {
             for (const bool replaces : {true, false}) {
-                const QStringList told = ImportJob{.target = target, .replaces = replaces}.Arguments();
+                const QStringList told =
+                    ImportJob{.source = u"s"_s, .target = target, .replaces = replaces, .programFolder = u"/p/"_s}
+                        .Arguments();
                 EXPECT_EQ(told.value(told.indexOf(u"--words"_s) + 1), words);
                 EXPECT_EQ(told.contains(u"--add"_s), !replaces);
                 EXPECT_EQ(told.contains(u"--replace"_s), replaces && target == ImportTarget::Dictionary);
