@@ -143,6 +143,8 @@ private:
     // MainFoot.cpp: the bar at the foot
     void SetUpFoot();
     void ShowFoot(bool shows);
+    /// Of the options added since: it holds from now on, and is stored.
+    void KeepChoice(Option option, const OptionValue &value);
     void UpdateFootText();
     void GoToArea(int step);
 

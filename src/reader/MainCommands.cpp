@@ -77,6 +77,7 @@ void TfrmMain::SetUpCommands()
     Wire(ui->acNameVietPali, [this] { ViewSuttaName(PageMode::Parallel); });
     Wire(ui->acImport, [this] { OpenImports(); });
     Wire(ui->acWelcome, [this] { OpenWelcome(true); });
+    Wire(ui->acVelthuis, [this] { KeepChoice(Option::PaliTyping, ui->acVelthuis->isChecked()); });
     Wire(ui->acFoot, [this] { ShowFoot(ui->acFoot->isChecked()); });
     Wire(ui->acNextArea, [this] { GoToArea(1); });
     Wire(ui->acPriorArea, [this] { GoToArea(-1); });

@@ -7,6 +7,7 @@
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
 #include "stores/Schema.h"
+#include "toolkit/controls/VelthuisTyping.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
@@ -66,6 +67,13 @@ TfrmSearchSutas::TfrmSearchSutas(Reading &reading, QWidget *parent)
         auto *step = new QShortcut(isBackward ? Qt::SHIFT | Qt::Key_F3 : QKeyCombination(Qt::Key_F3), this);
         ConnectGuarded(step, &QShortcut::activated, this, [this, isBackward] { m_reading.StepToPlace(isBackward); });
     }
+    // The columns that are searched then, by the reader's language.
+    const auto isMeant = [] {
+        const int language = frmKeloraDM->vLanguageSutta;
+        return frmKeloraDM->TypesPali() && (language == PageMode::Pali || language == PageMode::Parallel);
+    };
+    new VelthuisTyping(*ui->edSearchText, isMeant,
+                       [] { return frmKeloraDM->Niggahita(ContentColumn(frmKeloraDM->vLanguageSutta)); });
     ui->edSearchText->OnKeyPress = [this](int key) { edSearchTextKeyPress(key); };
     ui->edSearchText->setFocus();
 }

@@ -71,6 +71,7 @@ std::span<const OptionRow> OptionRows()
         {GlobalActiveStyle, u"GlobalActiveStyle"_s, Style, 25, !InDialog, 16},
         {GlobalActiveName, u"GlobalActiveName"_s, Style, u"Office2010Blue"_s, !InDialog, u"Office2007Blue"_s},
         {FootBar, u"FootBar"_s, Ours, true},
+        {PaliTyping, u"PaliTyping"_s, Ours, false},
     };
     return rows;
 }

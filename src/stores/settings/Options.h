@@ -47,7 +47,8 @@ enum class Option {
     Dictionary,
     GlobalActiveStyle,
     GlobalActiveName,
-    FootBar, ///< the bar at the foot of the main window shows
+    FootBar,    ///< the bar at the foot of the main window shows
+    PaliTyping, ///< Velthuis letters become Pāli ones while they are typed
 };
 
 /// An option's value; the alternative is its type. A boolean is stored as 0 or 1, a colour as the integer of its bits.
