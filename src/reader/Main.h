@@ -79,6 +79,7 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 
@@ -147,6 +148,15 @@ private:
     void KeepChoice(Option option, const OptionValue &value);
     void UpdateFootText();
     void GoToArea(int step);
+
+    // MainKeys.cpp: commands that have keys alone
+    void SetUpKeys();
+    /// Of a key that acts on page or window: its release in the filter box would read the tree again.
+    void WireKey(QAction *action, std::function<void()> execute);
+    void ShowFullScreen(bool shows);
+    void GoToTextBeside(bool isBefore);
+    bool IsTextAt(int row) const;
+    void OpenKeys();
 
     // MainImports.cpp: what a reader brings, and databases that are replaced while they are open
     void SetUpImports();

@@ -81,6 +81,7 @@ void TfrmMain::SetUpCommands()
     Wire(ui->acFoot, [this] { ShowFoot(ui->acFoot->isChecked()); });
     Wire(ui->acNextArea, [this] { GoToArea(1); });
     Wire(ui->acPriorArea, [this] { GoToArea(-1); });
+    SetUpKeys();
     // The toggles follow the shown names; clicking a checked one keeps it checked.
     ConnectGuarded(ui->bTreeNamePAL, &QAction::triggered, this, [this] { ViewSuttaName(PageMode::Pali); });
     ConnectGuarded(ui->bTreeNameVIE, &QAction::triggered, this, [this] { ViewSuttaName(PageMode::Vietnamese); });
@@ -135,6 +136,8 @@ void TfrmMain::UpdateCommands()
         if (command.rule)
             command.action->setEnabled(command.rule(facts));
     }
+    // Escape is the find bar's while that is open.
+    ui->acLeaveFullScreen->setEnabled(isFullScreen() && !ui->ebContent->IsFindBarOpen());
 }
 
 void TfrmMain::SetUpButtons()
