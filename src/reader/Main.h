@@ -14,6 +14,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QAction;
@@ -108,6 +109,11 @@ private:
     void FillSkins();
     void ApplyStoredSkin();
     void bcbInterfaceChange();
+    /// Starts or ends following the desktop, as the command is checked.
+    void FollowDesktop();
+    void TakeDesktopLook(bool isDark);
+    /// The first look of the file for a dark or a light desktop; empty if there is none.
+    QString FirstLook(bool isDark) const;
 
     // MainTree.cpp
     void SetUpTree();
@@ -192,6 +198,9 @@ private:
     QString vDefTreeKeloraSQL;
     bool vIsInit = false;
     bool FIsStartPage = false;
+    std::unique_ptr<QObject> m_desktopWatch; ///< while the desktop is followed
+    std::optional<bool> m_isDesktopDark;     ///< as told by it
+    bool m_isFollowing = false;              ///< the desktop chooses a look now, not the reader
     bool m_isAskingToQuit = false;
     bool m_isMarking = false;
     std::function<void()> m_footAction;

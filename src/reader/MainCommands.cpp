@@ -78,6 +78,10 @@ void TfrmMain::SetUpCommands()
     Wire(ui->acImport, [this] { OpenImports(); });
     Wire(ui->acWelcome, [this] { OpenWelcome(true); });
     Wire(ui->acVelthuis, [this] { KeepChoice(Option::PaliTyping, ui->acVelthuis->isChecked()); });
+    Wire(ui->acFollowDesktop, [this] {
+        KeepChoice(Option::FollowDesktop, ui->acFollowDesktop->isChecked());
+        FollowDesktop();
+    });
     Wire(ui->acFoot, [this] { ShowFoot(ui->acFoot->isChecked()); });
     Wire(ui->acNextArea, [this] { GoToArea(1); });
     Wire(ui->acPriorArea, [this] { GoToArea(-1); });

@@ -21,6 +21,7 @@ void TfrmMain::SetUpFoot()
     ui->barFoot->setVisible(Get<bool>(frmKeloraDM->vOurOptions, Option::FootBar));
     ui->acFoot->setChecked(!ui->barFoot->isHidden());
     ui->acVelthuis->setChecked(frmKeloraDM->TypesPali());
+    ui->acFollowDesktop->setChecked(Get<bool>(frmKeloraDM->vOurOptions, Option::FollowDesktop));
     ConnectGuarded(ui->btnFootAction, &QToolButton::clicked, this, [this] {
         const auto act = std::exchange(m_footAction, nullptr);
         TellInFoot({});

@@ -17,6 +17,7 @@ public:
     NamedAction(const QString &name, const Message &text, const QKeySequence &key, QWidget &place,
                 std::function<void()> run);
 
+protected:
     bool event(QEvent *event) override;
 
 private:
