@@ -36,6 +36,8 @@ public:
             Tell({});
             return;
         }
+        // Slots are matched by the names of their types, which are not known before the first message is read.
+        qRegisterMetaType<QDBusVariant>();
         bus.connect(service, path, settings, u"SettingChanged"_s, this,
                     SLOT(SettingChanged(QString, QString, QDBusVariant)));
         QDBusMessage question = QDBusMessage::createMethodCall(service, path, settings, u"Read"_s);
