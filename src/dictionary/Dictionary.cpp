@@ -68,6 +68,7 @@ TfrmDictionary::TfrmDictionary(QWidget *parent)
     DeclareData();
     SetUpCommands();
     SetUpSearch();
+    SetUpTyping();
     ui->edSearchWord->setFocus();
 }
 

@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <map>
 #include <memory>
 #include <optional>
 
@@ -81,6 +82,8 @@ private:
     // DictionarySearch.cpp: list and search
     void SetUpSearch();
     bool HasWord(int kind, const QString &form);
+    void SetUpTyping();
+    QChar Niggahita();
     void edSearchWordKeyDown(int key, const QString &text);
     void TimerDeltaTimer();
     void qryWordsEndScroll();
@@ -96,4 +99,5 @@ private:
     bool FIsStartPage = false;
     QString vSTextEV, vSTextVE, vSTextFV, vSTextVF; ///< search texts kept while another kind is current
     QString vSTextPV, vSTextVP;                     ///< never written: these kinds start with an empty box
+    std::map<int, QChar> m_niggahitas;              ///< by kind, as far as asked for
 };

@@ -2,8 +2,11 @@
 
 #include "base/Texts.h"
 #include "dictionary/WordRules.h"
+#include "stores/KeloraDM.h"
+#include "stores/Modules.h"
 #include "stores/Schema.h"
 #include "stores/settings/Options.h"
+#include "toolkit/controls/VelthuisTyping.h"
 #include "toolkit/program/Guard.h"
 #include "ui_Dictionary.h"
 
@@ -29,6 +32,27 @@ void TfrmDictionary::SetUpSearch()
     TimerEndScroll.setInterval(EndScrollRest);
     ConnectGuarded(&TimerEndScroll, &QTimer::timeout, this, [this] { qryWordsEndScroll(); });
     qryWords.AfterScroll = [this] { TimerEndScroll.start(); };
+}
+
+void TfrmDictionary::SetUpTyping()
+{
+    const auto isMeant = [this] { return frmKeloraDM && frmKeloraDM->TypesPali() && IsOfPaliWords(vTypeDict); };
+    new VelthuisTyping(*ui->edSearchWord, isMeant, [this] { return Niggahita(); });
+}
+
+QChar TfrmDictionary::Niggahita()
+{
+    if (const auto known = m_niggahitas.find(vTypeDict); known != m_niggahitas.end())
+        return known->second;
+    QChar letter;
+    try {
+        letter =
+            NiggahitaOfWords([this](const QString &word) { return HasWord(vTypeDict, TestedForm(vTypeDict, word)); });
+    } catch (const std::exception &) {
+        letter = NiggahitaOfWords([](const QString &) { return false; });
+    }
+    qryCheckWord.Close();
+    return m_niggahitas[vTypeDict] = letter;
 }
 
 void TfrmDictionary::edSearchWordKeyDown(int key, const QString &text)

@@ -188,6 +188,7 @@ void TfrmMain::FormCreate()
     ui->btnMarginWidth->setText(QString::number(frmKeloraDM->vMarginWidth));
     LoadContentData();
     frmKeloraDM->LoadFavouriteSuttas();
+    FollowDesktop();
 }
 
 void TfrmMain::showEvent(QShowEvent *event)

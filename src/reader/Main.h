@@ -14,6 +14,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QAction;
@@ -79,6 +80,7 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 
@@ -107,6 +109,11 @@ private:
     void FillSkins();
     void ApplyStoredSkin();
     void bcbInterfaceChange();
+    /// Starts or ends following the desktop, as the command is checked.
+    void FollowDesktop();
+    void TakeDesktopLook(bool isDark);
+    /// The first look of the file for a dark or a light desktop; empty if there is none.
+    QString FirstLook(bool isDark) const;
 
     // MainTree.cpp
     void SetUpTree();
@@ -143,8 +150,19 @@ private:
     // MainFoot.cpp: the bar at the foot
     void SetUpFoot();
     void ShowFoot(bool shows);
+    /// Of the options added since: it holds from now on, and is stored.
+    void KeepChoice(Option option, const OptionValue &value);
     void UpdateFootText();
     void GoToArea(int step);
+
+    // MainKeys.cpp: commands that have keys alone
+    void SetUpKeys();
+    /// Of a key that acts on page or window: its release in the filter box would read the tree again.
+    void WireKey(QAction *action, std::function<void()> execute);
+    void ShowFullScreen(bool shows);
+    void GoToTextBeside(bool isBefore);
+    bool IsTextAt(int row) const;
+    void OpenKeys();
 
     // MainImports.cpp: what a reader brings, and databases that are replaced while they are open
     void SetUpImports();
@@ -180,6 +198,9 @@ private:
     QString vDefTreeKeloraSQL;
     bool vIsInit = false;
     bool FIsStartPage = false;
+    std::unique_ptr<QObject> m_desktopWatch; ///< while the desktop is followed
+    std::optional<bool> m_isDesktopDark;     ///< as told by it
+    bool m_isFollowing = false;              ///< the desktop chooses a look now, not the reader
     bool m_isAskingToQuit = false;
     bool m_isMarking = false;
     std::function<void()> m_footAction;

@@ -20,6 +20,8 @@ void TfrmMain::SetUpFoot()
     ui->btnMore->setMenu(ui->ppMore);
     ui->barFoot->setVisible(Get<bool>(frmKeloraDM->vOurOptions, Option::FootBar));
     ui->acFoot->setChecked(!ui->barFoot->isHidden());
+    ui->acVelthuis->setChecked(frmKeloraDM->TypesPali());
+    ui->acFollowDesktop->setChecked(Get<bool>(frmKeloraDM->vOurOptions, Option::FollowDesktop));
     ConnectGuarded(ui->btnFootAction, &QToolButton::clicked, this, [this] {
         const auto act = std::exchange(m_footAction, nullptr);
         TellInFoot({});
@@ -33,7 +35,13 @@ void TfrmMain::ShowFoot(bool shows)
     if (!shows && ui->barFoot->isAncestorOf(focusWidget()))
         ui->ebContent->setFocus();
     ui->barFoot->setVisible(shows);
-    StoreSilently(Option::FootBar, shows);
+    KeepChoice(Option::FootBar, shows);
+}
+
+void TfrmMain::KeepChoice(Option option, const OptionValue &value)
+{
+    frmKeloraDM->vOurOptions[option] = value;
+    StoreSilently(option, value);
 }
 
 void TfrmMain::TellInFoot(const QString &message, const QString &action, std::function<void()> act)

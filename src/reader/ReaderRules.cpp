@@ -50,6 +50,12 @@ NameView NameViewOfMode(int mode)
     }
 }
 
+bool IsGroupRow(int idVic, const QString &treeId)
+{
+    constexpr int offset = 1000;
+    return treeId == QString::number(idVic - offset);
+}
+
 int RandomSuttaNumber(quint32 drawn)
 {
     // By multiplication, because a remainder would favour low numbers.

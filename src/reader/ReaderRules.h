@@ -20,6 +20,9 @@ struct NameView
 };
 NameView NameViewOfMode(int mode);
 
+/// Whether a row of the tree is a group: its key is the group's number, which is 1000 less than its ID_VIC.
+bool IsGroupRow(int idVic, const QString &treeId);
+
 /// The running number of a randomly opened text: 1 to 204 inclusive, from one random 32-bit number.
 int RandomSuttaNumber(quint32 drawn);
 

@@ -171,6 +171,26 @@ TEST_F(Dictionary, ABurstOfKeysSearchesOnceAndOtherKeysNever)
     EXPECT_TRUE(WaitFor([&] { return searches == 3; })) << "what an input method takes away counts, too";
 }
 
+TEST_F(Dictionary, VelthuisLettersBecomePaliOnesInTheKindsOfPaliWords)
+{
+    Open(5);
+    Trigger("acVelthuis");
+    for (const auto &[kind, text] : {std::pair(5, u"nibbāna.h ṃ"_s),
+                                     {8, u"nibbāna.h ṃ"_s},
+                                     {6, u"nibbaana.h .m"_s},
+                                     {7, u"nibbaana.h .m"_s},
+                                     {1, u"nibbaana.h .m"_s}}) {
+        form->vTypeDict = kind;
+        Edit().clear();
+        Type(Edit(), u"nibbaana.h .m"_s);
+        EXPECT_EQ(Edit().text(), text) << kind;
+    }
+    form->vTypeDict = 5;
+    Edit().clear();
+    Type(Edit(), u"nibbaa"_s);
+    EXPECT_TRUE(WaitFor([&] { return Words() == (QStringList{u"nibbāna"_s, u"Nibbānapura"_s}); }));
+}
+
 TEST_F(Dictionary, KeysWalkTheListAndTheEntryComesWhenItRests)
 {
     Open(5);

@@ -114,7 +114,7 @@ TEST_F(Commands, AreAllThereWithCaptionShortcutHintCategoryAndPicture)
         for (const QKeySequence &shortcut : action->shortcuts())
             seen.append(shortcut.toString());
     }
-    EXPECT_EQ(seen.size(), 8);
+    EXPECT_EQ(seen.size(), 25);
     EXPECT_EQ(seen.removeDuplicates(), 0) << "a shortcut has two meanings";
 }
 

@@ -14,6 +14,13 @@ TEST(TreeFilter, AValueBeyondEveryNameAsksForMoreLettersThanANameHas)
     EXPECT_EQ(TreeFilterValue(QString(127, QChar(0x1E6D))), QString(128, u'_'));
 }
 
+TEST(GroupRows, AreToldByKeyAndNumber)
+{
+    EXPECT_TRUE(IsGroupRow(1003, u"3"_s));
+    EXPECT_FALSE(IsGroupRow(1003, u"10032"_s)) << "a text of a group's number";
+    EXPECT_FALSE(IsGroupRow(1101, u"11012"_s));
+}
+
 TEST(RandomOpening, CoversOneTo204AndNeverTheLastText)
 {
     EXPECT_EQ(RandomSuttaNumber(0), 1);

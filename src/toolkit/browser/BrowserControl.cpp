@@ -445,6 +445,11 @@ void TBrowserControl::ShowFindDialog()
     d->finding->Open(GetSelectedText());
 }
 
+bool TBrowserControl::IsFindBarOpen() const
+{
+    return d->finding->IsOpen();
+}
+
 void TBrowserControl::FindStep(bool isBackward)
 {
     d->finding->Step(isBackward);

@@ -80,6 +80,7 @@ public:
     QString GetSelectedHtml();
     /// Opens the find bar below the control, which has to be in a box layout.
     void ShowFindDialog();
+    bool IsFindBarOpen() const;
     /// The next or the previous place of the find bar's text; without such a text, the next or previous coloured hit;
     /// without hits the bar opens. F3 and Shift+F3 do this in the control's whole window.
     void FindStep(bool isBackward);

@@ -4,15 +4,18 @@
 #include "toolkit/browser/BrowserScripts.h"
 #include "toolkit/browser/FindBar.h"
 #include "toolkit/program/Guard.h"
+#include "toolkit/program/NamedAction.h"
 
 #include <QBoxLayout>
-#include <QShortcut>
 #include <QWebEnginePage>
 #include <QWebEngineScript>
 
 #include <utility>
 
 namespace {
+
+constexpr Message nextPlace{u"Đến chỗ gặp kế tiếp trong trang", u"Go to the next place in the page"};
+constexpr Message priorPlace{u"Về chỗ gặp trước trong trang", u"Go to the previous place in the page"};
 
 void SetTabOrder(QWidget &page, QWidget &bar)
 {
@@ -27,12 +30,15 @@ void SetTabOrder(QWidget &page, QWidget &bar)
 
 } // namespace
 
+void AddPlaceKeys(QWidget &place, const std::function<void(bool isBackward)> &step)
+{
+    new NamedAction(QStringLiteral("keyNextPlace"), nextPlace, Qt::Key_F3, place, [step] { step(false); });
+    new NamedAction(QStringLiteral("keyPriorPlace"), priorPlace, Qt::SHIFT | Qt::Key_F3, place, [step] { step(true); });
+}
+
 PageFinding::PageFinding(TBrowserControl &control) : QObject(&control), m_control(control)
 {
-    for (const bool isBackward : {false, true}) {
-        auto *key = new QShortcut(isBackward ? Qt::SHIFT | Qt::Key_F3 : QKeyCombination(Qt::Key_F3), &control);
-        ConnectGuarded(key, &QShortcut::activated, this, [this, isBackward] { Step(isBackward); });
-    }
+    AddPlaceKeys(control, [this](bool isBackward) { Step(isBackward); });
 }
 
 PageFinding::~PageFinding()

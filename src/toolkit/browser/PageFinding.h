@@ -8,7 +8,11 @@
 #include <functional>
 
 class FindBar;
+class QWidget;
 class TBrowserControl;
+
+/// Gives F3 and Shift+F3 a meaning in the window of `place`: the next place, the one before.
+void AddPlaceKeys(QWidget &place, const std::function<void(bool isBackward)> &step);
 
 /// Finds texts in the page of a control: the bar below the page, the marks in it, and the steps from place to place.
 /// Asks the page without waiting; what is asked meanwhile comes in one when the answer is there.
@@ -28,6 +32,7 @@ public:
     void Step(bool isBackward);
     /// Closes the bar and takes the marks away; the selection stays. False if it was not open.
     bool Close();
+    bool IsOpen() const;
     /// The control has been given another page; it is complete.
     void PageLeft();
     void PageCame();
@@ -36,7 +41,6 @@ public:
     std::function<void(const QString &text)> OnSelect;
 
 private:
-    bool IsOpen() const;
     QString Text() const;
     void Ask();
     void Send(const QVariant &step);
