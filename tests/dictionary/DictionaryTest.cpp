@@ -1,6 +1,7 @@
 #include "dictionary/DictionaryWindow.h"
 
 #include "dictionary/DictionaryDM.h"
+#include "stores/Modules.h"
 #include "stores/engine/Scripter.h"
 #include "support/PageInput.h"
 #include "toolkit/bound/CxGridDBTableView.h"

@@ -105,7 +105,8 @@ void WriteForms(DictionaryReader &reader, const ExportDictionaryOptions &options
     qsizetype done = 0;
     QByteArray line;
     reader.EachForm(options.kind, [&](const QString &form, const QString &word) {
-        console.Progress(u"writing forms"_s, ++done, done, u"forms"_s);
+        ++done;
+        console.Progress(u"writing forms"_s, done, done, u"forms"_s);
         if (!file)
             return;
         line.resize(0);

@@ -87,7 +87,8 @@ void TakeFormsOver(const ImportDictionaryOptions &options, const QString &path, 
                     "them"_s.arg(path)
                         .arg(kind));
             writer.AddForm(kind, form, word);
-            console.Progress(u"keeping forms"_s, ++done, done, u"forms"_s);
+            ++done;
+            console.Progress(u"keeping forms"_s, done, done, u"forms"_s);
         });
     }
     console.EndProgress();

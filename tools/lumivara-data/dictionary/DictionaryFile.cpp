@@ -69,7 +69,8 @@ private:
         qsizetype done = 0;
         const auto checkForm = [&](const QString &form, const QString &word, bool isGiven) {
             m_checker.AddForm(form, word, isGiven);
-            m_console.Progress(u"forms of dictionary %1"_s.arg(m_kind), ++done, done, u"forms"_s);
+            ++done;
+            m_console.Progress(u"forms of dictionary %1"_s.arg(m_kind), done, done, u"forms"_s);
         };
         if (reader.HasForms())
             reader.ProveForms(m_kind, checkForm);

@@ -171,7 +171,9 @@ bool EntryIntake::TakeForm(const QByteArray &form, const QByteArray &bytes, cons
     if (!CanBeReached(*word))
         word = LowerForm(*word); // as the list got it
     const QString asked = AskedForm(m_kind, *given);
-    if (asked.isEmpty() || asked.size() > Length::Word) {
+    // Firebird spoils characters beyond the first 65,536 on their way to the procedure.
+    if (asked.isEmpty() || asked.size() > Length::Word ||
+        std::any_of(asked.cbegin(), asked.cend(), [](QChar unit) { return unit.isSurrogate(); })) {
         LeaveOut(place, u"\"%1\" is no form that a look-up asks for"_s.arg(*given));
         return false;
     }

@@ -209,10 +209,11 @@ TEST_F(DictionaryTransfer, ATableOfFormsGoesInAndOutBesideTheWords)
     EXPECT_EQ(Ask(File, AllForms), all);
 
     // Words stay where only forms come; of those the user says what becomes.
-    Put(u"g.tsv"_s, "dhammā\tdhamma\ngotamo\tGotama\nbuddho\tbuddha\nnothing\n");
+    Put(u"g.tsv"_s, "dhammā\tdhamma\ngotamo\tGotama\nbuddho\tbuddha\nnothing\n\U0001D11Ey\tdhamma\n");
     EXPECT_THAT(Import(2, "", "--kind 5 --forms g.tsv"), HasSubstr("dictionary 5 has forms already; --replace"));
     EXPECT_EQ(Import(1, "", "--kind 5 --forms g.tsv --replace"),
               "g.tsv:4: there is no tab between form and word; left out\n"
+              "g.tsv:5: \"\U0001D11Ey\" is no form that a look-up asks for; left out\n"
               "dictionary 5, form \"buddho\": there is no word \"buddha\"; left out\n");
     EXPECT_EQ(Ask(File, AllForms), "dhammā,dhamma|gotamo,Gotama");
     Import(0, "", "--kind 5 --forms of.tsv --add");
