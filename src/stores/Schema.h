@@ -36,7 +36,7 @@ QString NameBefore(const QString &file);
 namespace Table {
 inline constexpr SchemaName KeloraTree = u"KELORA_TREE";
 inline constexpr SchemaName KeloraContent = u"KELORA_CONTENT";
-inline constexpr SchemaName KeloraSource = u"KELORA_SOURCE"; ///< of the tools alone
+inline constexpr SchemaName KeloraSource = u"KELORA_SOURCE";     ///< of the tools alone
 inline constexpr SchemaName DictionaryForm = u"DICTIONARY_FORM"; ///< of the tools alone
 inline constexpr SchemaName SuttaList = u"SUTTA_LIST";
 inline constexpr SchemaName SuttaTextFocus = u"SUTTA_TEXT_FOCUS";
