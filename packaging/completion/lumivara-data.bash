@@ -1,5 +1,5 @@
 # Completion of lumivara-data, lumivara-lang and lumivara-skins for bash. Verbs and options come from the tools' --help;
-# the values after --format and --kind, and the words after a verb, are written here and must follow the tools.
+# the values after --format, --kind and --syn, and the words after a verb, are written here and must follow the tools.
 
 _lumivara_verbs() {
     "$1" --help 2>/dev/null | sed -n '/^Verbs:/,/^$/s/^  \([a-z][a-z-]*\) .*/\1/p'
@@ -38,6 +38,10 @@ _lumivara() {
     fi
     if [ "$previous" = --kind ]; then
         mapfile -t COMPREPLY < <(compgen -W "1 2 3 4 5 6 7 8" -- "$current")
+        return
+    fi
+    if [ "$previous" = --syn ]; then
+        mapfile -t COMPREPLY < <(compgen -W "list forms" -- "$current")
         return
     fi
     if [ "$COMP_CWORD" -eq 2 ] && [ "${tool##*/}" = lumivara-data ]; then

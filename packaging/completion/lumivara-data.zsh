@@ -23,6 +23,7 @@ if [[ $PREFIX == -* ]]; then
 fi
 case $words[CURRENT-1]:$verb-$thing in
 --kind:*) compadd 1 2 3 4 5 6 7 8 ;;
+--syn:*) compadd list forms ;;
 --format:import-marks) compadd csv markdown ;;
 --format:export-marks) compadd html markdown csv ;;
 --format:import-canon) compadd segmented folder copy ;;

@@ -3,6 +3,7 @@
 #include "base/InterfaceLanguage.h"
 #include "dictionary/DictionaryDM.h"
 #include "dictionary/EntryFormatter.h"
+#include "dictionary/SoughtForms.h"
 #include "dictionary/WordRules.h"
 #include "presentation/FontPolicy.h"
 #include "stores/KeloraDM.h"
@@ -111,6 +112,8 @@ void TfrmDictionary::DeclareData()
             dataSet->SetTransaction(&frmDictionaryDM->trDictionary);
         }
     }
+    if (frmDictionaryDM)
+        m_soughtForms = std::make_unique<SoughtForms>(frmDictionaryDM->dbDictionary, frmDictionaryDM->trDictionary);
     dsWords.setObjectName(u"dsWords"_s);
     dsWords.SetDataSet(&qryWords);
     dsContents.setObjectName(u"dsContents"_s);

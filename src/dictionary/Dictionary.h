@@ -12,6 +12,8 @@
 
 class QUrl;
 
+class SoughtForms;
+
 namespace Ui {
 class frmDictionary;
 }
@@ -90,7 +92,8 @@ private:
     void acGotoWordExecute();
 
     std::unique_ptr<Ui::frmDictionary> ui;
-    QStringList vWordsDefQry;       ///< the statement of the whole list
+    std::unique_ptr<SoughtForms> m_soughtForms; ///< none without the dictionary's module
+    QStringList vWordsDefQry;                   ///< the statement of the whole list
     std::optional<int> m_namedKind; ///< whose caption was asked for last: it names the button for several dictionaries
     std::optional<int> m_shownKind; ///< whose caption the bar shows
     int vDeltaT = 0;

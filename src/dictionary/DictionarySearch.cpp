@@ -1,6 +1,7 @@
 #include "dictionary/Dictionary.h"
 
 #include "base/Texts.h"
+#include "dictionary/SoughtForms.h"
 #include "dictionary/WordRules.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
@@ -117,13 +118,16 @@ void TfrmDictionary::RefreshWordList()
         });
         qryWords.Close();
         qryWords.SelectSQL() = vWordsDefQry;
-        if (!TrimControls(text).isEmpty()) {
+        const bool isFiltered = !TrimControls(text).isEmpty();
+        if (isFiltered) {
             qryWords.SelectSQL().append(
                 u"WHERE (e.WORD_NAME starting with :SEARCHTEXT) or  (e.WORD_NAME starting with :SEARCHTEXT_MIXER)"_s);
             qryWords.ParamByName(u"SEARCHTEXT"_s).SetAsString(LowerForm(text));
             qryWords.ParamByName(u"SEARCHTEXT_MIXER"_s).SetAsString(MixedForm(text));
         }
         qryWords.ParamByName(Parameter::ADict).SetAsInteger(vTypeDict);
+        if (m_soughtForms)
+            m_soughtForms->Tell(isFiltered ? LowerForm(text) : QString(), isFiltered ? MixedForm(text) : QString());
         qryWords.Open();
         if (vIsInit && !LastWord.isEmpty())
             qryWords.Locate(Field::WordName, LastWord);

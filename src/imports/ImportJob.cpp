@@ -28,6 +28,7 @@ constexpr Word counts[]{
     {u"pages", {u"trang văn bản", u"pages"}},
     {u"words imported", {u"từ được nhập", u"words imported"}},
     {u"words kept", {u"từ đang có được giữ lại", u"words kept"}},
+    {u"forms of the dictionary", {u"dạng của từ", u"forms of words"}},
     {u"texts added to the list", {u"bài thêm vào danh sách", u"texts added to the list"}},
 };
 

@@ -2,6 +2,7 @@
 
 #include "common/Console.h"
 #include "common/Report.h"
+#include "lumivara-data/dictionary/BroughtForms.h"
 #include "lumivara-data/dictionary/DictionaryFile.h"
 #include "lumivara-data/dictionary/DictionaryReader.h"
 #include "lumivara-data/dictionary/DictionaryWriter.h"
@@ -36,6 +37,17 @@ QString NameOf(Form form)
     return form == Form::StarDict ? u"stardict"_s : form == Form::Tabbed ? u"tsv"_s : u"markup"_s;
 }
 
+FormPlace FormPlaceNamed(const QString &name)
+{
+    if (name == u"list")
+        return FormPlace::List;
+    if (name == u"forms")
+        return FormPlace::Beside;
+    if (!name.isEmpty())
+        throw ToolError(u"--syn is list or forms, not \"%1\""_s.arg(name));
+    return FormPlace::Fitting;
+}
+
 /// What it looks like.
 Form FormOf(const QString &source)
 {
@@ -59,9 +71,32 @@ Form FormOf(const QString &source)
     throw ToolError(u"%1: which form is this? Name it by --format stardict, tsv or markup"_s.arg(source));
 }
 
-/// Hands over the words of the other kinds as they stand.
+/// Hands over the forms that stay.
+void TakeFormsOver(const ImportDictionaryOptions &options, const QString &path, DictionaryReader &reader,
+                   DictionaryWriter &writer, Console &console)
+{
+    const bool replaces = options.source.isEmpty() ? options.replaces : !options.adds;
+    qsizetype done = 0;
+    for (const int kind : DictKind::All) {
+        if (kind == options.kind && replaces)
+            continue;
+        reader.EachForm(kind, [&](const QString &form, const QString &word) {
+            if (kind == options.kind && !options.adds)
+                throw ToolError(
+                    u"%1: dictionary %2 has forms already; --replace puts the new ones in their place, --add beside "
+                    "them"_s.arg(path)
+                        .arg(kind));
+            writer.AddForm(kind, form, word);
+            ++done;
+            console.Progress(u"keeping forms"_s, done, done, u"forms"_s);
+        });
+    }
+    console.EndProgress();
+}
+
+/// Hands over the words of the other kinds as they stand, those of this kind where they stay, and the forms.
 void TakeOver(const ImportDictionaryOptions &options, const QString &path, const QString &copyPath,
-              DictionaryWriter &writer, Console &console)
+              DictionaryWriter &writer, Report &report, Console &console)
 {
     const PrivateCopy copy(path, copyPath);
     DataFile file;
@@ -69,13 +104,14 @@ void TakeOver(const ImportDictionaryOptions &options, const QString &path, const
     if (!IsDictionary(file))
         throw ToolError(u"%1: is no dictionary"_s.arg(path));
     DictionaryReader reader(file);
-    if (!options.replaces && !options.adds && reader.CountWords(options.kind) > 0)
+    const bool keepsWords = options.adds || options.source.isEmpty();
+    if (!options.replaces && !keepsWords && reader.CountWords(options.kind) > 0)
         throw ToolError(
             u"%1: dictionary %2 has words already; --replace puts the new ones in their place, --add beside them"_s
                 .arg(path)
                 .arg(options.kind));
     for (const int kind : DictKind::All) {
-        if (kind == options.kind && !options.adds)
+        if (kind == options.kind && !keepsWords)
             continue;
         const qsizetype total = reader.CountWords(kind);
         qsizetype done = 0;
@@ -86,6 +122,9 @@ void TakeOver(const ImportDictionaryOptions &options, const QString &path, const
         });
         console.EndProgress();
     }
+    TakeFormsOver(options, path, reader, writer, console);
+    if (!reader.HasForms() && BroughtForms::AreIn(file))
+        report.Find(path, u"its forms cannot be listed; left out"_s);
     file.Close();
 }
 
@@ -99,6 +138,15 @@ void TakeText(const QString &source, Form form, EntryIntake &intake, Console &co
         TakeTabbedWords(file, name, intake, progress);
     else
         TakeMarkUpWords(file, name, intake, progress);
+    console.EndProgress();
+}
+
+void TakeForms(const QString &path, EntryIntake &intake, Console &console)
+{
+    QFile file(path);
+    OpenSource(file);
+    TakeTabbedForms(file, QFileInfo(path).fileName(), intake,
+                    [&] { console.Progress(u"reading the forms"_s, file.pos(), file.size(), u"bytes"_s); });
     console.EndProgress();
 }
 
@@ -151,25 +199,38 @@ std::optional<ImportDictionaryOptions> ParseImportDictionary(const QStringList &
         u"SOURCE is a StarDict dictionary (its .ifo file or folder), a text of lines \"word TAB entry\", or the "
         u"source\n"
         u"form of the sample dictionaries. The file is replaced whole or not at all.\n"
+        u"Forms are what texts have in place of words. They stand beside the list; a look-up that meets one gives its\n"
+        u"words. With --forms and without SOURCE, the words of this kind stay.\n"
         u"Exit codes: 0 all taken, 1 some words left out, 2 nothing changed."_s);
-    parser.addPositionalArgument(u"SOURCE"_s, u"The words."_s);
+    parser.addPositionalArgument(u"SOURCE"_s, u"The words; none where only forms are brought."_s);
     parser.addOption({u"kind"_s, u"The kind, 1 to 8."_s, u"N"_s});
     parser.addOption({u"into"_s,
                       u"The dictionary file, made if it is missing; PALIDICT.FDB beside the tool by default."_s,
                       u"FILE"_s, DefaultFile(Thing::Dictionary)});
     parser.addOption({u"format"_s, u"stardict, tsv or markup; by default what the name of SOURCE tells."_s, u"FORM"_s});
-    parser.addOption({u"replace"_s, u"The words that FILE has of this kind go."_s});
+    parser.addOption({u"forms"_s,
+                      u"Forms of the words: lines \"form TAB word\" in UTF-8, the word as the list has it. A form with "
+                      "several words has a line for each, the best first."_s,
+                      u"TABLE"_s});
+    parser.addOption({u"syn"_s,
+                      u"Whether the forms of a StarDict dictionary become words of the list (list) or forms beside it "
+                      "(forms); by default forms, if there are more of them than words."_s,
+                      u"PLACE"_s});
+    parser.addOption({u"replace"_s, u"The words that FILE has of this kind go, and their forms."_s});
     parser.addOption({u"add"_s, u"The words that FILE has of this kind stay; entries of one word are joined."_s});
     AddMannerOptions(parser);
     Report::AddOptions(parser);
-    if (ParseOrHelp(parser, u"import dictionary SOURCE --kind N [options]"_s, arguments, console))
+    if (ParseOrHelp(parser, u"import dictionary [SOURCE] --kind N [options]"_s, arguments, console))
         return std::nullopt;
     const QStringList sources = parser.positionalArguments();
     if (parser.isSet(u"add"_s) && parser.isSet(u"replace"_s))
         throw ToolError(u"--add and --replace are two different things"_s);
-    if (sources.size() != 1)
+    const QString forms = parser.value(u"forms"_s);
+    if (sources.size() > 1 || (sources.isEmpty() && forms.isEmpty()))
         throw ToolError(u"import dictionary wants one SOURCE; see \"lumivara-data import dictionary --help\""_s);
-    return ImportDictionaryOptions{sources.first(),
+    return ImportDictionaryOptions{sources.value(0),
+                                   forms,
+                                   FormPlaceNamed(parser.value(u"syn"_s)),
                                    KindNamed(parser.value(u"kind"_s)),
                                    parser.value(u"into"_s),
                                    FormNamed(parser.value(u"format"_s)),
@@ -181,38 +242,57 @@ std::optional<ImportDictionaryOptions> ParseImportDictionary(const QStringList &
 
 int Run(const ImportDictionaryOptions &options, Console &console)
 {
-    const QString &source = options.source;
+    const QString &source = options.source, &forms = options.forms;
     const int kind = options.kind;
-    if (!QFileInfo::exists(source))
-        throw ToolError(u"%1: there is no such file"_s.arg(source));
-    const Form form = options.form ? *options.form : FormOf(source);
-    Report report(console, options.report);
+    for (const QString &given : {source, forms}) {
+        if (!given.isEmpty() && !QFileInfo::exists(given))
+            throw ToolError(u"%1: there is no such file"_s.arg(given));
+    }
+    const bool hasWords = !source.isEmpty();
     const QString path = QFileInfo(options.into).absoluteFilePath();
+    if (!hasWords && !QFileInfo::exists(path))
+        throw ToolError(u"%1: there is no such file, and so no word that the forms are of"_s.arg(path));
+    const std::optional<Form> form = hasWords && !options.form ? FormOf(source) : options.form;
+    Report report(console, options.report);
     // Before the words that are there are copied.
     std::optional<StarDictReader> starDict;
-    if (form == Form::StarDict)
+    if (hasWords && form == Form::StarDict)
         starDict.emplace(source, report).Open();
-    else
+    else if (hasWords)
         Prove(source);
+    if (!forms.isEmpty())
+        Prove(forms);
     FileInTheMaking target(path);
     Follow(options.manner, console);
-    TellSource(source, NameOf(form), report);
+    if (hasWords)
+        TellSource(source, NameOf(*form), report);
+    else
+        TellSource(forms, u"forms"_s, report);
     UsePrivateLocks();
     DictionaryWriter writer(target.Path());
     if (QFileInfo::exists(path))
-        OnFile(path, [&] { TakeOver(options, path, target.Path() + u".copy"_s, writer, console); });
-    const qsizetype kept = writer.WordCount();
+        OnFile(path, [&] { TakeOver(options, path, target.Path() + u".copy"_s, writer, report, console); });
+    const qsizetype kept = writer.WordCount(), keptForms = writer.FormCount();
     EntryIntake intake(kind, writer, report);
     if (starDict)
-        starDict->TakeAll(intake, console);
-    else
-        TakeText(source, form, intake, console);
-    if (writer.WordCount() == kept)
+        starDict->TakeAll(intake, console, options.formPlace);
+    else if (hasWords)
+        TakeText(source, *form, intake, console);
+    if (hasWords && writer.WordCount() == kept)
         throw ToolError(u"%1: no word of it could be taken"_s.arg(source));
+    if (!forms.isEmpty())
+        TakeForms(forms, intake, console);
+    if (!hasWords && writer.FormCount() == keptForms)
+        throw ToolError(u"%1: no form of it could be taken"_s.arg(forms));
     writer.Finish(console, &report);
     target.Finish();
     report.Tell(u"file"_s, path);
-    Count(intake, writer, report);
+    if (hasWords)
+        Count(intake, writer, report);
     report.Count(u"words kept"_s, kept);
+    if (intake.FormsReadCount() > 0) {
+        report.Count(u"forms read"_s, intake.FormsReadCount());
+        report.Count(u"forms of the dictionary"_s, writer.FormCount(kind));
+    }
     return report.Finish(u"dictionary %1 of %2 is new"_s.arg(kind).arg(path));
 }

@@ -3,6 +3,7 @@
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "lumivara-data/ImportManner.h"
+#include "lumivara-data/dictionary/StarDictReader.h"
 #include "lumivara-data/marks/MarksForms.h"
 
 #include <optional>
@@ -90,11 +91,13 @@ struct ImportCanonOptions
 
 struct ImportDictionaryOptions
 {
-    QString source;
+    QString source;                           ///< empty where only forms are brought
+    QString forms;                            ///< a table of forms; may be empty
+    FormPlace formPlace = FormPlace::Fitting; ///< of StarDict
     int kind = 0;
     QString into;
     std::optional<WordForm> form; ///< by what the source looks like if there is none
-    bool replaces = false;        ///< the words of that kind
+    bool replaces = false;        ///< the words of that kind; its forms where only forms are brought
     bool adds = false;            ///< to them
     ImportManner manner;
     ReportOptions report;
@@ -127,6 +130,7 @@ struct ExportDictionaryOptions
     QString file;
     int kind = 0;
     QString out;
+    QString forms; ///< where the forms go; may be empty
     WordForm form = WordForm::Tabbed;
     ReportOptions report;
 };

@@ -48,6 +48,8 @@ TEST(VerbOptions, WrongUsageIsTold)
         {Fault<ParseImportDictionary>, "--kind 5", "import dictionary wants one SOURCE"},
         {Fault<ParseImportDictionary>, "s --kind 9", "--kind wants a number from 1 to 8"},
         {Fault<ParseImportDictionary>, "s --kind 5 --format odt", "the format \"odt\" is not known"},
+        {Fault<ParseImportDictionary>, "s --kind 5 --syn all", "--syn is list or forms, not \"all\""},
+        {Fault<ParseImportDictionary>, "s t --kind 5 --forms f", "import dictionary wants one SOURCE"},
         {Fault<ParseImportMarks>, "", "import marks wants one FILE"},
         {Fault<ParseImportMarks>, "marks.html", "there is no format \"html\" to import marks from"},
         {Fault<ParseExportCanon>, "", "export canon wants --out FOLDER"},

@@ -3,6 +3,7 @@
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "dictionary/EntryFormatter.h"
+#include "dictionary/PaliLetters.h"
 #include "dictionary/WordRules.h"
 #include "lumivara-data/dictionary/DictionaryCheck.h"
 #include "lumivara-data/dictionary/DictionaryWriter.h"
@@ -40,6 +41,14 @@ qsizetype LongestLine(const QByteArray &content)
         line = lineEnd + 1;
     }
     return longest;
+}
+
+/// A form as look-ups ask for it: in lower case, and in Pali with one sign for each letter.
+QString AskedForm(int kind, const QString &form)
+{
+    if (kind == DictKind::PaliVietnamese || kind == DictKind::PaliEnglish)
+        return PaliFolded(form);
+    return form.toLower().normalized(QString::NormalizationForm_C);
 }
 
 /// Without the signs that steer devices; one that parts words becomes a blank.
@@ -107,15 +116,16 @@ int EntryIntake::TakeEntry(const CheckedEntry &entry, const SourcePlace &place)
     return 0;
 }
 
-bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace &place)
+/// A word or form in composed letters and without what steers devices; none, and told, if it can't be one.
+std::optional<QString> EntryIntake::Accepted(const QByteArray &bytes, const QString &what, const SourcePlace &place)
 {
     if (!bytes.isValidUtf8()) {
-        LeaveOut(place, u"the word is not UTF-8"_s);
-        return false;
+        LeaveOut(place, u"the %1 is not UTF-8"_s.arg(what));
+        return std::nullopt;
     }
     if (bytes.size() > MostWordBytes) {
-        LeaveOut(place, u"the word has %1 bytes, more than %2"_s.arg(bytes.size()).arg(MostWordBytes));
-        return false;
+        LeaveOut(place, u"the %1 has %2 bytes, more than %3"_s.arg(what).arg(bytes.size()).arg(MostWordBytes));
+        return std::nullopt;
     }
     QString word = QString::fromUtf8(bytes).trimmed();
     if (std::any_of(word.cbegin(), word.cend(), IsControlUnit)) {
@@ -125,21 +135,50 @@ bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace
     // Typed words are composed.
     word = word.normalized(QString::NormalizationForm_C);
     if (word.isEmpty()) {
-        LeaveOut(place, u"the word is empty"_s);
-        return false;
+        LeaveOut(place, u"the %1 is empty"_s.arg(what));
+        return std::nullopt;
     }
     if (word.size() > Length::Word) {
         LeaveOut(place, u"\"%1…\" has %2 characters, more than %3"_s.arg(word.left(Length::Word))
                             .arg(word.size())
                             .arg(Length::Word));
-        return false;
+        return std::nullopt;
     }
-    if (!CanBeReached(word)) {
-        m_report.Note(place.Text(), u"\"%1\" is taken in lower case, or no search would find it"_s.arg(word));
-        word = LowerForm(word);
+    return word;
+}
+
+bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace &place)
+{
+    std::optional<QString> word = Accepted(bytes, u"word"_s, place);
+    if (!word)
+        return false;
+    if (!CanBeReached(*word)) {
+        m_report.Note(place.Text(), u"\"%1\" is taken in lower case, or no search would find it"_s.arg(*word));
+        word = LowerForm(*word);
     }
     if (++m_wordCount > MostWords)
         throw ToolError(u"%1: more than %2 words"_s.arg(place.Text()).arg(MostWords));
-    m_store.AddWord(m_kind, word, entry);
+    m_store.AddWord(m_kind, *word, entry);
+    return true;
+}
+
+bool EntryIntake::TakeForm(const QByteArray &form, const QByteArray &bytes, const SourcePlace &place)
+{
+    const std::optional<QString> given = Accepted(form, u"form"_s, place);
+    std::optional<QString> word = given ? Accepted(bytes, u"word"_s, place) : std::nullopt;
+    if (!word)
+        return false;
+    if (!CanBeReached(*word))
+        word = LowerForm(*word); // as the list got it
+    const QString asked = AskedForm(m_kind, *given);
+    // Firebird spoils characters beyond the first 65,536 on their way to the procedure.
+    if (asked.isEmpty() || asked.size() > Length::Word ||
+        std::any_of(asked.cbegin(), asked.cend(), [](QChar unit) { return unit.isSurrogate(); })) {
+        LeaveOut(place, u"\"%1\" is no form that a look-up asks for"_s.arg(*given));
+        return false;
+    }
+    if (++m_formCount > MostWords)
+        throw ToolError(u"%1: more than %2 forms"_s.arg(place.Text()).arg(MostWords));
+    m_store.AddForm(m_kind, asked, *word);
     return true;
 }
