@@ -12,6 +12,9 @@
 #include "ui_Dictionary.h"
 
 #include <QScopeGuard>
+#include <QScopedValueRollback>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -106,6 +109,11 @@ void TfrmDictionary::RunWordSearch()
 
 void TfrmDictionary::RefreshWordList()
 {
+    if (vIsInit && m_isForWord) {
+        m_isListDue = true;
+        return;
+    }
+    DropForms();
     const QString text = ui->edSearchWord->text();
     qryContents.Close();
     {
@@ -136,6 +144,7 @@ void TfrmDictionary::RefreshWordList()
     qryContents.ParamByName(Parameter::MultiDict).SetAsBoolean(MultiDictionary);
     qryContents.Open();
     ShowWordContent();
+    SeekForms();
 }
 
 bool TfrmDictionary::HasWord(int kind, const QString &form)
@@ -147,9 +156,23 @@ bool TfrmDictionary::HasWord(int kind, const QString &form)
     return qryCheckWord.FieldByName(Field::Result).AsInteger() == 1;
 }
 
-void TfrmDictionary::SearchingText(const QString &text)
+void TfrmDictionary::SearchingText(const QString &text, const Neighbours &around)
 {
     ui->edSearchWord->setText(TrimControls(text));
+    const QScopedValueRollback handedOver(m_handedOver, std::optional(SoughtForm{TrimControls(text), around}));
+    m_isForWord = false;
+    const bool isListDue = std::exchange(m_isListDue, false);
+    try {
+        SearchInPair();
+    } catch (...) {
+        if (isListDue && !qryWords.Active())
+            ListAsOpened();
+        throw;
+    }
+}
+
+void TfrmDictionary::SearchInPair()
+{
     const auto contains = [this](int kind, const QString &form) { return HasWord(kind, form); };
     const auto place = FindDictionary(vTypeDict, ui->edSearchWord->text(), contains);
     qryCheckWord.Close();
@@ -163,10 +186,24 @@ void TfrmDictionary::SearchingText(const QString &text)
     SelectDictionary(place->kind, place->text);
 }
 
-void TfrmDictionary::LookUp(int kind, const QString &text)
+/// The list that a window has which opens without a word, for one that has failed to list its word's. If that fails,
+/// too, the box stays empty.
+void TfrmDictionary::ListAsOpened()
+{
+    const QString text = ui->edSearchWord->text();
+    ui->edSearchWord->clear();
+    {
+        const QScopedValueRollback handedOver(m_handedOver, std::optional<SoughtForm>());
+        const QScopedValueRollback isInit(vIsInit, true);
+        RefreshWordList();
+    }
+    ui->edSearchWord->setText(text);
+}
+
+void TfrmDictionary::LookUp(int kind, const QString &text, const Neighbours &around)
 {
     vTypeDict = kind;
-    SearchingText(text);
+    SearchingText(text, around);
 }
 
 void TfrmDictionary::qryWordsEndScroll()

@@ -29,6 +29,7 @@ class TBrowserControl;
 class TDBTreeListColumn;
 class TDKLanguageController;
 class TdxSkinController;
+struct Neighbours;
 
 namespace Ui {
 class frmMain;
@@ -136,8 +137,8 @@ private:
     void ebContentDocumentComplete();
 
     // MainLookUp.cpp: words handed to the dictionary
-    TfrmDictionary &OpenDictionary();
-    void LookUpWord(const std::function<QString()> &takeWord);
+    TfrmDictionary &OpenDictionary(bool isForWord = false);
+    void LookUpWord(const std::function<QString(Neighbours &around)> &takeWord);
     void acGetWordExecute();
     void ebContentClick(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x, int y);
 

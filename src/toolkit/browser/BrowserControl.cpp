@@ -511,10 +511,17 @@ bool TBrowserControl::ScrollToFirst(const QString &text)
 
 QString TBrowserControl::GetWordAtCursor(int x, int y)
 {
+    return GetWordWithNeighbours(x, y, 0).word;
+}
+
+PageWord TBrowserControl::GetWordWithNeighbours(int x, int y, int most)
+{
     if (!d->isComplete)
         return {};
     const qreal factor = d->page->zoomFactor();
-    return d->Call(ScriptCall(u"wordAt", {x / factor, y / factor})).toString().trimmed();
+    const QVariantMap found = d->Call(ScriptCall(u"wordAt", {x / factor, y / factor, most})).toMap();
+    return {found[QStringLiteral("word")].toString().trimmed(), found[QStringLiteral("before")].toStringList(),
+            found[QStringLiteral("after")].toStringList()};
 }
 
 QVariant TBrowserControl::Evaluate(const QString &script)

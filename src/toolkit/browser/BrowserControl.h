@@ -2,6 +2,7 @@
 
 #include <QPoint>
 #include <QString>
+#include <QStringList>
 #include <QWebEngineView>
 
 #include <functional>
@@ -17,6 +18,14 @@ Q_DECLARE_FLAGS(FindFlags, FindFlag)
 Q_DECLARE_OPERATORS_FOR_FLAGS(FindFlags)
 
 enum class ScrollMode { None = 0, First = 1, Last = 2 };
+
+/// A word of a page, and the words beside it in the order of reading, as far as nothing but a blank or a hyphen parts
+/// them.
+struct PageWord
+{
+    QString word;
+    QStringList before, after;
+};
 
 /// A browser control that shows pages handed over as bytes. Each is a closed document: no scripts, no requests to the
 /// outside; links open through the document door. Every window that shows a page has one, under its given object name.
@@ -102,6 +111,8 @@ public:
     /// The word whose glyph is under the point (the control's coordinates), trimmed; empty over white space or a
     /// picture.
     QString GetWordAtCursor(int x, int y);
+    /// The same word, and so many words at most on either side of it.
+    PageWord GetWordWithNeighbours(int x, int y, int most);
 
     /// Runs a script of ours in the isolated world and waits for its value, processing events. Invalid if the page was
     /// destroyed.
