@@ -59,6 +59,7 @@ TfrmMain::TfrmMain(QWidget *parent)
     SetUpButtons();
     SetUpSystemMenu();
     SetUpFoot();
+    SetUpEverywhere();
     SetUpImports();
     SetUpTray();
     dkLang = TranslateForm(*this);

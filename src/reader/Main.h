@@ -14,6 +14,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QAction;
@@ -66,6 +67,10 @@ public:
     void ColourWords(const QString &words) override;
     void StepToPlace(bool isBackward) override;
     void SetSoughtWords(const QString &words) override;
+    void BeginSearch(const Search &search) override;
+    void EndSearch() override;
+    bool OpenPlace(int idVic, std::optional<int> language, qsizetype place) override;
+    void GoToPage() override;
 
     TpFIBDataSet qryTreeSutas;
     TpFIBDataSet qryKeloraContent;
@@ -88,6 +93,14 @@ private:
     {
         QAction *action;
         std::function<bool(const ReaderFacts &)> rule;
+    };
+
+    /// Where a search has taken the reader.
+    struct Place
+    {
+        int idVic = 0;
+        std::optional<int> language;
+        qsizetype number = -1;
     };
 
     // Main.cpp: start and end
@@ -156,6 +169,21 @@ private:
     TfrmImport &OpenImports();
     void OpenWelcome(bool takesFocus);
 
+    // MainEverywhere.cpp: the search of everything; names for a filter that finds none
+    void SetUpEverywhere();
+    void acFindEverywhereExecute();
+    /// The language mode of the page on show.
+    int ShownLanguage() const;
+    void ShowLanguageButton(int mode);
+    /// The place holds for its own text alone.
+    void LeavePlaceOfOtherText();
+    void LeavePlace();
+    void MarkPlaces();
+    bool IsTreeFiltered();
+    /// Moves the whole tree to a row; false if there is none.
+    bool OpenInWholeTree(int idVic);
+    void OfferNames();
+
     // MainCommands.cpp
     void SetUpCommands();
     void SetUpButtons();
@@ -182,6 +210,9 @@ private:
     bool FIsStartPage = false;
     bool m_isAskingToQuit = false;
     bool m_isMarking = false;
+    std::optional<Search> m_search; ///< that has begun last, unless the find bar or the text search has
+    std::optional<Place> m_place;
+    bool m_isOffering = false; ///< names, at the foot
     std::function<void()> m_footAction;
     bool m_isFootInOrder = false; ///< of the tab key
     QFileSystemWatcher *m_watcher = nullptr;

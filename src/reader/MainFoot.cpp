@@ -42,6 +42,8 @@ void TfrmMain::TellInFoot(const QString &message, const QString &action, std::fu
     m_footAction = std::move(act);
     ui->btnFootAction->setText(action);
     ui->btnFootAction->setVisible(!action.isEmpty());
+    ui->btnFootNames->hide();
+    m_isOffering = false;
 }
 
 void TfrmMain::UpdateFootText()

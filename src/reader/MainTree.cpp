@@ -122,6 +122,7 @@ void TfrmMain::edFilterSuttaKeyUp(int key)
         break;
     case FilterKey::Reload:
         LoadContentData();
+        OfferNames();
         break;
     }
 }
