@@ -88,9 +88,9 @@ public:
     /// Whether such steps go from one coloured hit to another even if the find bar holds a text, until the reader seeks
     /// with it again. Off by default.
     void PreferColoured(bool on);
-    /// Marks places of the page as the find bar does its own, and takes the reader to the place `at`, counted from 0;
-    /// none if negative. Now, and whenever the page or another one completes, until ClearPlaces(). `placesIn` gets the
-    /// visible text, in which a run of blanks is one blank and paragraphs are lines. Closes the find bar.
+    /// Marks places of the page and of those to come as the find bar marks its own, and takes the reader to the place
+    /// `at`, counted from 0; none if negative. Until ClearPlaces(), or until the reader seeks with the find bar, which
+    /// closes. `placesIn` gets the visible text, in which a run of blanks is one blank and paragraphs are lines.
     void ShowPlaces(PlacesIn placesIn, qsizetype at);
     void ClearPlaces();
     void Print();

@@ -17,7 +17,6 @@ namespace {
 
 constexpr qsizetype mostPlaces = 20'000; ///< marked in a page; more would take seconds
 
-
 void SetTabOrder(QWidget &page, QWidget &bar)
 {
     QWidget *last = &page;
@@ -105,6 +104,7 @@ void PageFinding::PreferColoured(bool on)
 void PageFinding::Begin()
 {
     m_prefersColoured = false;
+    ClearPlaces();
     if (OnBegin)
         OnBegin();
 }
@@ -228,7 +228,8 @@ void PageFinding::MarkPlaces(const QList<TextRange> &places, qsizetype at)
 {
     // Of very many those around the reader's.
     const qsizetype own = std::min(at, places.size() - 1);
-    const qsizetype first = std::clamp<qsizetype>(own - mostPlaces / 2, 0, std::max<qsizetype>(places.size() - mostPlaces, 0));
+    const qsizetype first =
+        std::clamp<qsizetype>(own - mostPlaces / 2, 0, std::max<qsizetype>(places.size() - mostPlaces, 0));
     QVariantList positions;
     for (const TextRange &place : places.mid(first, mostPlaces))
         positions << place.begin << place.end;

@@ -35,8 +35,8 @@ public:
     void PreferColoured(bool on);
     /// The key for a step.
     void StepByKey(bool isBackward);
-    /// Shows places of the page, now and whenever it completes again, until another page is shown or the bar opens; the
-    /// bar closes. `placesIn` gets the visible text. The reader is taken to the place `at`, counted from 0; none if
+    /// Marks places of the page and of those to come, until ClearPlaces() or until the reader seeks with the bar, which
+    /// closes. `placesIn` gets the visible text. The reader is taken to the place `at`, counted from 0; none if
     /// negative.
     void ShowPlaces(PlacesIn placesIn, qsizetype at);
     /// Takes the marks of such places away.
