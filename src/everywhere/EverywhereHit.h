@@ -6,6 +6,10 @@ enum class EverywhereKind { Name, Page, Mark };
 
 enum class EverywhereField { None, Title, Keywords, Note, Excerpt };
 
+/// All words within so many letters are near each other. Counted in bytes of folded text, which are letters in every
+/// alphabet like the Latin one.
+inline constexpr int NearLetters = 200;
+
 /// A place where a word or a phrase of the query stands. Hits do not overlap: the one that begins first counts, and of
 /// those that begin together the longest.
 struct EverywhereHit

@@ -31,9 +31,9 @@ struct EverywherePart
 };
 
 /// What is sought: words and "quoted phrases" of a text as typed, all of which must be in one text. Straight and curly
-/// double quotes count; one that is not closed reaches to the end. A word that comes twice counts once. Letters that say
-/// nothing, such as a soft hyphen or a lone accent where marks do not count, are left out. The same text always gives
-/// the same query, so that two are equal if they find the same.
+/// double quotes count; one that is not closed reaches to the end. A word that comes twice counts once. Letters that
+/// say nothing, such as a soft hyphen or a lone accent where marks do not count, are left out. The same text always
+/// gives the same query, so that two are equal if they find the same.
 class EverywhereQuery
 {
 public:

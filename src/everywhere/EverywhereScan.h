@@ -3,7 +3,7 @@
 #include "everywhere/EverywhereHit.h"
 #include "everywhere/EverywhereQuery.h"
 
-#include <QtTypes>
+#include <QtGlobal>
 
 #include <chrono>
 #include <functional>
@@ -27,8 +27,6 @@ public:
     /// Bytes of folded pages that are kept. What came first stays: a search goes through all of them in the same order,
     /// so that dropping the oldest would drop each just before it is needed.
     static constexpr qint64 MostKept = 64 * 1024 * 1024;
-    /// All words within so many letters are near each other.
-    static constexpr int NearLetters = 200;
     /// Of a step, at most; what reads one blob of many megabytes may take longer.
     static constexpr std::chrono::milliseconds StepTime{12};
 
