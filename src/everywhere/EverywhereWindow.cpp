@@ -221,6 +221,8 @@ void TfrmFindEverywhere::Open(int row)
         return;
     }
     const EverywhereHit hit = m_model->HitAt(row);
+    // A walk leaves the focus in the edit.
+    ui->edEverywhere->setAccessibleDescription(SpokenLine(m_model->LineAt(row)));
     const bool isPage = hit.kind == EverywhereKind::Page;
     // An excerpt does not tell where in its text it stood.
     const int place = isPage ? hit.number : hit.field == EverywhereField::Excerpt ? 0 : -1;

@@ -103,6 +103,14 @@ private:
         qsizetype number = -1;
     };
 
+    /// What the foot tells, with a button if there is something to do.
+    struct FootMessage
+    {
+        QString text;
+        QString action;
+        std::function<void()> act;
+    };
+
     // Main.cpp: start and end
     void DeclareTreeData();
     void DeclareContentData();
@@ -212,9 +220,9 @@ private:
     bool m_isMarking = false;
     std::optional<Search> m_search; ///< that has begun last, unless the find bar or the text search has
     std::optional<Place> m_place;
-    bool m_isOffering = false; ///< names, at the foot
-    std::function<void()> m_footAction;
-    bool m_isFootInOrder = false; ///< of the tab key
+    FootMessage m_foot;
+    std::optional<FootMessage> m_footBeforeNames; ///< while names are offered
+    bool m_isFootInOrder = false;                 ///< of the tab key
     QFileSystemWatcher *m_watcher = nullptr;
     std::map<ImportTarget, FileStamp> m_openFiles; ///< those that this program has open under the names
 };

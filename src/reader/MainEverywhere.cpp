@@ -183,12 +183,13 @@ void TfrmMain::OfferNames()
     for (int row = 0; !hasText && row < qryTreeSutas.RecordCount(); ++row)
         hasText = qryTreeSutas.ValueAt(row, number).toInt() > 0;
     if (hasText) {
-        if (m_isOffering)
-            TellInFoot({});
+        if (const auto before = std::exchange(m_footBeforeNames, std::nullopt))
+            TellInFoot(before->text, before->action, before->act);
         return;
     }
+    const FootMessage before = m_footBeforeNames.value_or(m_foot);
     TellInFoot(TextOrEnglish(noName).arg(text));
-    m_isOffering = true;
+    m_footBeforeNames = before;
     ui->ppFootNames->clear();
     const QList<OfferedName> names = NamesLike(text);
     for (const OfferedName &name : names) {

@@ -21,7 +21,7 @@ void TfrmMain::SetUpFoot()
     ui->barFoot->setVisible(Get<bool>(frmKeloraDM->vOurOptions, Option::FootBar));
     ui->acFoot->setChecked(!ui->barFoot->isHidden());
     ConnectGuarded(ui->btnFootAction, &QToolButton::clicked, this, [this] {
-        const auto act = std::exchange(m_footAction, nullptr);
+        const auto act = m_foot.act;
         TellInFoot({});
         if (act)
             act();
@@ -38,12 +38,12 @@ void TfrmMain::ShowFoot(bool shows)
 
 void TfrmMain::TellInFoot(const QString &message, const QString &action, std::function<void()> act)
 {
+    m_foot = {message, action, std::move(act)};
+    m_footBeforeNames.reset();
     ui->lbFootMessage->setText(message);
-    m_footAction = std::move(act);
     ui->btnFootAction->setText(action);
     ui->btnFootAction->setVisible(!action.isEmpty());
     ui->btnFootNames->hide();
-    m_isOffering = false;
 }
 
 void TfrmMain::UpdateFootText()

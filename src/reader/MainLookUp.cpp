@@ -45,7 +45,7 @@ void TfrmMain::LookUpWord(const std::function<QString()> &takeWord)
         // Including those of the list, which fetches under its own guard.
         const QuietGuards quiet;
         const bool isOpen = FindForm(dictionaryName);
-        DictionaryKind = DictionaryKindOf(frmKeloraDM->vLanguageSutta, DictionaryKind);
+        DictionaryKind = DictionaryKindOf(ShownLanguage(), DictionaryKind);
         TfrmDictionary &dictionary = OpenDictionary();
         if (isOpen)
             dictionary.LookUp(DictionaryKind, word);

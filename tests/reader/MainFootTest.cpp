@@ -110,7 +110,11 @@ TEST_F(Foot, OffersTheNamesThatMatchWithoutMarksWhereTheFilterFindsNone)
     EXPECT_EQ(PassageNames().size(), 4);
     EXPECT_FALSE(offer.isVisible());
     EXPECT_EQ(Find<QLabel>("lbFootMessage").text(), QString());
+    window->TellInFoot(u"told before"_s, u"act"_s, [] {});
     type(u"chuong"_s);
+    EXPECT_FALSE(Find<QToolButton>("btnFootAction").isVisible());
     type(u"chương"_s);
     EXPECT_FALSE(offer.isVisible()) << "the filter finds some again";
+    EXPECT_EQ(Find<QLabel>("lbFootMessage").text(), u"told before"_s);
+    EXPECT_TRUE(Find<QToolButton>("btnFootAction").isVisible());
 }
