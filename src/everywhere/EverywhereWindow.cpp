@@ -79,11 +79,11 @@ TfrmFindEverywhere::TfrmFindEverywhere(Reading &reading, QWidget *parent)
     for (const QCheckBox *box : {ui->cbPaliPages, ui->cbVietPages, ui->cbEnglishPages, ui->cbNames, ui->cbMarks,
                                  ui->cbExactCase, ui->cbExactMarks, ui->cbWholeWords})
         ConnectGuarded(box, &QCheckBox::toggled, this, [this] { Seek(); });
-    ConnectGuarded(ui->lstHits->selectionModel(), &QItemSelectionModel::currentChanged, this,
-                   [this](const QModelIndex &current) {
-                       if (!m_isFilling)
-                           Open(current.row());
-                   });
+    // What is current without being selected has only got the focus.
+    ConnectGuarded(ui->lstHits->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        if (!m_isFilling)
+            Open(ChosenRow());
+    });
     // The same line again, after the reader has gone elsewhere.
     ConnectGuarded(ui->lstHits, &QListView::clicked, this, [this](const QModelIndex &line) { Open(line.row()); });
     ConnectGuarded(ui->lstHits, &QListView::doubleClicked, this, [this] { GoToPage(); });
@@ -196,9 +196,14 @@ void TfrmFindEverywhere::TellCounts()
     QAccessible::updateAccessibility(&told);
 }
 
+int TfrmFindEverywhere::ChosenRow() const
+{
+    return ui->lstHits->selectionModel()->selectedIndexes().value(0).row();
+}
+
 void TfrmFindEverywhere::Walk(bool isBackward)
 {
-    const int row = ui->lstHits->currentIndex().row();
+    const int row = ChosenRow();
     int next = row < 0 && isBackward ? -1 : m_model->NextHit(row, isBackward);
     // Round the ends, once these are known.
     if (next < 0 && !m_scan->IsRunning())
@@ -232,11 +237,11 @@ void TfrmFindEverywhere::Open(int row)
 
 void TfrmFindEverywhere::GoToPage()
 {
-    if (ui->lstHits->currentIndex().isValid())
-        Open(ui->lstHits->currentIndex().row());
+    if (ChosenRow() >= 0)
+        Open(ChosenRow());
     else
         Walk(false);
-    if (ui->lstHits->currentIndex().isValid())
+    if (ChosenRow() >= 0)
         m_reading.GoToPage();
 }
 

@@ -45,6 +45,8 @@ private:
     void Seek();
     void GoOn();
     void TellCounts();
+    /// -1 if none is.
+    int ChosenRow() const;
     void Walk(bool isBackward);
     void Open(int row);
     void GoToPage();

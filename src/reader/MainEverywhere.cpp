@@ -5,6 +5,7 @@
 #include "everywhere/EverywhereQuery.h"
 #include "everywhere/EverywhereRanges.h"
 #include "everywhere/EverywhereWindow.h"
+#include "reader/ReaderRules.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
 #include "stores/Schema.h"
@@ -178,10 +179,11 @@ bool TfrmMain::OpenInWholeTree(int idVic)
 void TfrmMain::OfferNames()
 {
     const QString text = TrimControls(ui->edFilterSutta->text());
-    const int number = qryTreeSutas.FieldByName(Field::NumberVic).Index();
+    const int number = qryTreeSutas.FieldByName(Field::IdVic).Index();
+    const int key = qryTreeSutas.FieldByName(Field::TreeId).Index();
     bool hasText = text.isEmpty();
     for (int row = 0; !hasText && row < qryTreeSutas.RecordCount(); ++row)
-        hasText = qryTreeSutas.ValueAt(row, number).toInt() > 0;
+        hasText = !IsGroupRow(qryTreeSutas.ValueAt(row, number).toLongLong(), qryTreeSutas.TextAt(row, key));
     if (hasText) {
         if (const auto before = std::exchange(m_footBeforeNames, std::nullopt))
             TellInFoot(before->text, before->action, before->act);
