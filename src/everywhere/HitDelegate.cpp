@@ -17,7 +17,7 @@ namespace {
 constexpr int sideGap = 6; // pixels at 96 dpi, as the next ones
 constexpr int lineGap = 3;
 constexpr int indent = 12;
-constexpr int placeWidth = 96;
+constexpr int placeWidth = 120;
 constexpr int beforeShare = 40; ///< per cent of the room for words that those before a hit have
 
 /// Draws texts one after the other on one line, in what is left of its width.
@@ -80,7 +80,8 @@ void HitDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, c
     const EverywhereLine line = model->LineAt(index.row());
     QStyleOptionViewItem item(option);
     item.state |= QStyle::State_Enabled; // that of a text is not, but must be readable
-    item.text.clear();
+    if (line.isText)
+        item.state &= ~QStyle::State_MouseOver; // nothing to press
     const QStyle *style = item.widget->style();
     style->drawPrimitive(QStyle::PE_PanelItemViewItem, &item, painter, item.widget);
 
