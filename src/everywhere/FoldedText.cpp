@@ -5,6 +5,8 @@
 #include <QString>
 
 #include <algorithm>
+#include <limits>
+#include <tuple>
 
 namespace {
 
@@ -99,7 +101,9 @@ void FoldedStretch::Read(QByteArrayView source, Markup markup, const std::vector
         m_end = std::prev(next)->folded;
         at = std::prev(next)->source;
     }
-    const qsizetype least = std::max<qsizetype>(end, next == places.end() ? 0 : next->folded);
+    // After the last place there is not more to come than between two.
+    const qsizetype least =
+        next == places.end() ? std::numeric_limits<qsizetype>::max() : std::max<qsizetype>(end, next->folded);
 
     PageLetters letters(source, markup, at);
     bool isAfterBlank = true; // at a known place no blank begins

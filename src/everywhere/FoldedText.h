@@ -70,6 +70,8 @@ public:
     /// True if all letters from `begin` to `end` are here.
     bool Holds(qsizetype begin, qsizetype end) const;
     const std::vector<FoldedPageLetter> &Letters() const { return m_letters; }
+    /// True if no letter comes after these.
+    bool IsAtEnd() const { return m_isAtEnd; }
     /// Index of the letter that begins at a place; that of the letter after it if none begins there. Letters().size()
     /// at the end of the text. After the accents of the letter before.
     qsizetype IndexAt(qsizetype folded) const;

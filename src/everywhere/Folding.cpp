@@ -88,6 +88,8 @@ bool IsWordLetter(char32_t letter)
 
 QString ExactForm(const QString &text, bool keepsCase, bool keepsMarks)
 {
+    if (std::all_of(text.begin(), text.end(), [](QChar letter) { return letter < u'\x80'; }))
+        return keepsCase ? text : text.toLower();
     const QList<uint> letters = text.normalized(QString::NormalizationForm_D).toUcs4();
     QString form;
     form.reserve(letters.size());

@@ -18,7 +18,6 @@ void SetWords(EverywhereHit &hit, QByteArrayView source, Markup markup, const st
     const qsizetype end = begin + size;
     FoldedStretch stretch;
     stretch.Read(source, markup, places, from, end + BytesAfter);
-    const qsizetype count = std::ssize(stretch.Letters());
     const qsizetype hitIndex = stretch.IndexAt(begin);
     const qsizetype afterIndex = stretch.IndexAt(end);
     const qsizetype lastIndex = stretch.IndexAt(end + BytesAfter);
@@ -30,7 +29,7 @@ void SetWords(EverywhereHit &hit, QByteArrayView source, Markup markup, const st
         hit.before.remove(0, hit.before.indexOf(u' ') + 1);
         hit.before.prepend(CutOff);
     }
-    if (lastIndex < count) {
+    if (!stretch.IsAtEnd() || lastIndex < std::ssize(stretch.Letters())) {
         if (const qsizetype blank = hit.after.lastIndexOf(u' '); blank >= 0)
             hit.after.truncate(blank);
         hit.after.append(CutOff);
