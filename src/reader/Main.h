@@ -68,6 +68,10 @@ public:
     void ColourWords(const QString &words) override;
     void StepToPlace(bool isBackward) override;
     void SetSoughtWords(const QString &words) override;
+    void BeginSearch(const Search &search) override;
+    void EndSearch() override;
+    bool OpenPlace(int idVic, std::optional<int> language, qsizetype place) override;
+    void GoToPage() override;
 
     TpFIBDataSet qryTreeSutas;
     TpFIBDataSet qryKeloraContent;
@@ -91,6 +95,22 @@ private:
     {
         QAction *action;
         std::function<bool(const ReaderFacts &)> rule;
+    };
+
+    /// Where a search has taken the reader.
+    struct Place
+    {
+        int idVic = 0;
+        std::optional<int> language;
+        qsizetype number = -1;
+    };
+
+    /// What the foot tells, with a button if there is something to do.
+    struct FootMessage
+    {
+        QString text;
+        QString action;
+        std::function<void()> act;
     };
 
     // Main.cpp: start and end
@@ -175,6 +195,21 @@ private:
     TfrmImport &OpenImports();
     void OpenWelcome(bool takesFocus);
 
+    // MainEverywhere.cpp: the search of everything; names for a filter that finds none
+    void SetUpEverywhere();
+    void acFindEverywhereExecute();
+    /// The language mode of the page on show.
+    int ShownLanguage() const;
+    void ShowLanguageButton(int mode);
+    /// The place holds for its own text alone.
+    void LeavePlaceOfOtherText();
+    void LeavePlace();
+    void MarkPlaces();
+    bool IsTreeFiltered();
+    /// Moves the whole tree to a row; false if there is none.
+    bool OpenInWholeTree(int idVic);
+    void OfferNames();
+
     // MainCommands.cpp
     void SetUpCommands();
     void SetUpButtons();
@@ -204,8 +239,11 @@ private:
     bool m_isFollowing = false;              ///< the desktop chooses a look now, not the reader
     bool m_isAskingToQuit = false;
     bool m_isMarking = false;
-    std::function<void()> m_footAction;
-    bool m_isFootInOrder = false; ///< of the tab key
+    std::optional<Search> m_search; ///< that has begun last, unless the find bar or the text search has
+    std::optional<Place> m_place;
+    FootMessage m_foot;
+    std::optional<FootMessage> m_footBeforeNames; ///< while names are offered
+    bool m_isFootInOrder = false;                 ///< of the tab key
     QFileSystemWatcher *m_watcher = nullptr;
     std::map<ImportTarget, FileStamp> m_openFiles; ///< those that this program has open under the names
 };

@@ -75,6 +75,7 @@ void TfrmMain::SetUpCommands()
     Wire(ui->acNameVIE, [this] { ViewSuttaName(PageMode::Vietnamese); });
     Wire(ui->acNameENG, [this] { ViewSuttaName(PageMode::English); });
     Wire(ui->acNameVietPali, [this] { ViewSuttaName(PageMode::Parallel); });
+    Wire(ui->acFindEverywhere, [this] { acFindEverywhereExecute(); });
     Wire(ui->acImport, [this] { OpenImports(); });
     Wire(ui->acWelcome, [this] { OpenWelcome(true); });
     Wire(ui->acVelthuis, [this] { KeepChoice(Option::PaliTyping, ui->acVelthuis->isChecked()); });

@@ -23,7 +23,7 @@ void TfrmMain::SetUpFoot()
     ui->acVelthuis->setChecked(frmKeloraDM->TypesPali());
     ui->acFollowDesktop->setChecked(Get<bool>(frmKeloraDM->vOurOptions, Option::FollowDesktop));
     ConnectGuarded(ui->btnFootAction, &QToolButton::clicked, this, [this] {
-        const auto act = std::exchange(m_footAction, nullptr);
+        const auto act = m_foot.act;
         TellInFoot({});
         if (act)
             act();
@@ -46,10 +46,12 @@ void TfrmMain::KeepChoice(Option option, const OptionValue &value)
 
 void TfrmMain::TellInFoot(const QString &message, const QString &action, std::function<void()> act)
 {
+    m_foot = {message, action, std::move(act)};
+    m_footBeforeNames.reset();
     ui->lbFootMessage->setText(message);
-    m_footAction = std::move(act);
     ui->btnFootAction->setText(action);
     ui->btnFootAction->setVisible(!action.isEmpty());
+    ui->btnFootNames->hide();
 }
 
 void TfrmMain::UpdateFootText()

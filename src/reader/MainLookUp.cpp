@@ -47,7 +47,7 @@ void TfrmMain::LookUpWord(const std::function<QString(Neighbours &around)> &take
         // Including those of the list, which fetches under its own guard.
         const QuietGuards quiet;
         const bool isOpen = FindForm(dictionaryName);
-        DictionaryKind = DictionaryKindOf(frmKeloraDM->vLanguageSutta, DictionaryKind);
+        DictionaryKind = DictionaryKindOf(ShownLanguage(), DictionaryKind);
         TfrmDictionary &dictionary = OpenDictionary(true);
         if (isOpen)
             dictionary.LookUp(DictionaryKind, word, around);

@@ -128,6 +128,7 @@ void TfrmMain::edFilterSuttaKeyUp(int key)
         break;
     case FilterKey::Reload:
         LoadContentData();
+        OfferNames();
         break;
     }
 }

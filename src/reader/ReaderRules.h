@@ -11,6 +11,9 @@ QString TreeFilterClause(NameColumn column);
 /// The value of SEARCH_TEXT: "%", the text in lower case by the full Unicode rule, "%".
 QString TreeFilterValue(const QString &trimmedText);
 
+/// Whether a row of the tree, with its ID_VIC and TREE_ID, is a group.
+bool IsGroupRow(qint64 idVic, const QString &treeId);
+
 /// The state that ViewSuttaName(mode) gives to the tree's columns, toggles and margin controls.
 struct NameView
 {
@@ -19,9 +22,6 @@ struct NameView
     bool marginEnabled = true;
 };
 NameView NameViewOfMode(int mode);
-
-/// Whether a row of the tree is a group: its key is the group's number, which is 1000 less than its ID_VIC.
-bool IsGroupRow(int idVic, const QString &treeId);
 
 /// The running number of a randomly opened text: 1 to 204 inclusive, from one random 32-bit number.
 int RandomSuttaNumber(quint32 drawn);

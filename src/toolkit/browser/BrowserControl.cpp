@@ -129,6 +129,11 @@ TBrowserControl::Private::Private(TBrowserControl *control) : q(control)
 
     finding = new PageFinding(*q);
     finding->OnSelect = [this](const QString &text) { foundText = text; };
+    finding->OnBegin = [this] {
+        if (q->OnFindBegin)
+            q->OnFindBegin();
+    };
+    finding->OnStepKey = [this](bool isBackward) { return q->OnFindStep && q->OnFindStep(isBackward); };
     input->OnEscape = [this] { return finding->Close(); };
 }
 
@@ -452,7 +457,22 @@ bool TBrowserControl::IsFindBarOpen() const
 
 void TBrowserControl::FindStep(bool isBackward)
 {
-    d->finding->Step(isBackward);
+    d->finding->StepByKey(isBackward);
+}
+
+void TBrowserControl::PreferColoured(bool on)
+{
+    d->finding->PreferColoured(on);
+}
+
+void TBrowserControl::ShowPlaces(PlacesIn placesIn, qsizetype at)
+{
+    d->finding->ShowPlaces(std::move(placesIn), at);
+}
+
+void TBrowserControl::ClearPlaces()
+{
+    d->finding->ClearPlaces();
 }
 
 void TBrowserControl::Print()

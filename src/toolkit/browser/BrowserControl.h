@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/TextRange.h"
+
 #include <QPoint>
 #include <QString>
 #include <QStringList>
@@ -93,6 +95,14 @@ public:
     /// The next or the previous place of the find bar's text; without such a text, the next or previous coloured hit;
     /// without hits the bar opens. F3 and Shift+F3 do this in the control's whole window.
     void FindStep(bool isBackward);
+    /// Whether such steps go from one coloured hit to another even if the find bar holds a text, until the reader seeks
+    /// with it again. Off by default.
+    void PreferColoured(bool on);
+    /// Marks places of the page and of those to come as the find bar marks its own, and takes the reader to the place
+    /// `at`, counted from 0; none if negative. Until ClearPlaces(), or until the reader seeks with the find bar, which
+    /// closes. `placesIn` gets the visible text, in which a run of blanks is one blank and paragraphs are lines.
+    void ShowPlaces(PlacesIn placesIn, qsizetype at);
+    void ClearPlaces();
     void Print();
     void PrintPreview();
     void SaveDialog();
@@ -126,6 +136,10 @@ public:
     std::function<void(const QPoint &screenPoint)> OnShowContextMenu;
     /// Despite its name, called at the press of the left or right button; coordinates are the control's.
     std::function<void(Qt::MouseButton, Qt::KeyboardModifiers, int x, int y)> OnClick;
+    /// Called when the reader begins to seek with the find bar.
+    std::function<void()> OnFindBegin;
+    /// Asked first by FindStep() and its keys; true if the step has been made.
+    std::function<bool(bool isBackward)> OnFindStep;
     /// Called for Ctrl with the wheel; positive steps enlarge.
     std::function<void(int steps)> OnZoomWheel;
 
