@@ -73,7 +73,7 @@ void MarksSync::Run()
 {
     ReadFolder();
     if (!m_isTrial)
-        SyncTables::Make(m_file);
+        m_ownName = NameOnThisMachine(SyncTables::Make(m_file));
     constexpr int mostTries = 50;
     constexpr unsigned long pauseMilliseconds = 100;
     for (int attempt = 1;; ++attempt) {
@@ -174,9 +174,8 @@ void MarksSync::RunOnce()
 
 void MarksSync::Make()
 {
-    const QString name = NameOnThisMachine(SyncTables::NameOf(m_file));
     // Made before anything is done for good: what the folder can't take ends the sync.
-    FileInTheMaking own(m_folder.filePath(name));
+    FileInTheMaking own(m_folder.filePath(m_ownName));
     m_after = {m_plan.state, m_plan.kept};
     std::vector<std::pair<SyncId, int>> placed;
     WriteSteps(placed);
@@ -188,7 +187,7 @@ void MarksSync::Make()
     Leftover::Complete(m_path, [this] { m_file.Transaction().Commit(); });
     // A run that is killed here leaves an older file in the folder, and the next one makes up for it.
     const bool isThere = std::any_of(m_others.begin(), m_others.end(), [&](const Other &other) {
-        return other.name == name && other.reader->Checksum() == checksum;
+        return other.name == m_ownName && other.reader->Checksum() == checksum;
     });
     if (!isThere)
         own.Finish();

@@ -51,7 +51,6 @@ private:
     QByteArray WriteOwn(const QString &path);
     Mark ContentOf(const SyncId &version) const;
     QString TitleOf(const SyncId &version) const;
-    QString OwnName();
     void Tell();
 
     DataFile &m_file;
@@ -62,6 +61,7 @@ private:
     Report &m_report;
     Console &m_console;
     std::vector<Other> m_others;
+    QString m_ownName; ///< in the folder
 
     // Of one try:
     SyncMemory m_before, m_after;

@@ -34,7 +34,7 @@ qsizetype EncodedSize(qsizetype bytes)
     return (bytes + 2) / 3 * 4;
 }
 
-bool HasPairs(const QString &text)
+bool HoldsPairs(const QString &text)
 {
     return std::any_of(text.begin(), text.end(), [](QChar unit) { return unit.isSurrogate(); });
 }
@@ -210,8 +210,8 @@ void SyncFileReader::TakeMark(const QJsonObject &line, qint64 place)
         !m_state.live.emplace(version, SyncVersion{name, FactsOf(mark)}).second)
         Fail(u"does not hold what it says"_s);
     m_places.emplace(version, place);
-    m_hasPairs = m_hasPairs || HasPairs(mark.title + mark.keywords + mark.note + mark.nameVietnamese + mark.namePali +
-                                        mark.nameEnglish);
+    m_hasPairs = m_hasPairs || HoldsPairs(mark.title + mark.keywords + mark.note + mark.nameVietnamese + mark.namePali +
+                                          mark.nameEnglish);
 }
 
 void SyncFileReader::TakePast(const QByteArray &names)

@@ -69,15 +69,33 @@ void Take(const QList<QVariant> &row, SyncMemory &memory)
     memory.keys[*name] = row[2].toInt();
 }
 
+/// A file without one gets one in the open transaction.
+QByteArray NameOf(DataFile &file)
+{
+    for (const QList<QVariant> &row : file.Rows(u"select S.NAME_SYF from MARK_SYNC_FILE S order by S.NAME_SYF"_s)) {
+        if (const auto name = IdOf(row[0]))
+            return name->Hex();
+    }
+    std::array<quint32, 4> words{};
+    QRandomGenerator::system()->fillRange(words.data(), static_cast<qsizetype>(words.size()));
+    const SyncId name = SyncId::Of({QByteArray(reinterpret_cast<const char *>(words.data()), sizeof words)});
+    RowWriter(file, Table::MarkSyncFile, {Field::NameSyf}).Append({HexOf(name)});
+    return name.Hex();
+}
+
 } // namespace
 
-void SyncTables::Make(DataFile &file)
+QByteArray SyncTables::Make(DataFile &file)
 {
-    if (file.HasTable(Table::MarkSync) && file.HasTable(Table::MarkSyncFile))
-        return;
-    file.Transaction().Rollback(); // a script has a transaction of its own
-    file.RunSchema(u"marks-sync"_s);
-    file.Transaction().SetActive(true);
+    if (!file.HasTable(Table::MarkSync) || !file.HasTable(Table::MarkSyncFile)) {
+        file.Transaction().Rollback(); // a script has a transaction of its own
+        file.RunSchema(u"marks-sync"_s);
+        file.Transaction().SetActive(true);
+    }
+    const QByteArray name = NameOf(file);
+    // A sync that is killed later must find what it has begun under this name.
+    file.Transaction().Commit();
+    return name;
 }
 
 SyncMemory SyncTables::Read(DataFile &file)
@@ -129,17 +147,4 @@ void SyncTables::Write(DataFile &file, const SyncMemory &before, const SyncMemor
         if (!before.state.past.contains(name))
             put(name, nothing);
     }
-}
-
-QByteArray SyncTables::NameOf(DataFile &file)
-{
-    for (const QList<QVariant> &row : file.Rows(u"select S.NAME_SYF from MARK_SYNC_FILE S order by S.NAME_SYF"_s)) {
-        if (const auto name = IdOf(row[0]))
-            return name->Hex();
-    }
-    std::array<quint32, 4> words{};
-    QRandomGenerator::system()->fillRange(words.data(), static_cast<qsizetype>(words.size()));
-    const SyncId name = SyncId::Of({QByteArray(reinterpret_cast<const char *>(words.data()), sizeof words)});
-    RowWriter(file, Table::MarkSyncFile, {Field::NameSyf}).Append({HexOf(name)});
-    return name.Hex();
 }

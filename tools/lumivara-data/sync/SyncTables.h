@@ -10,13 +10,12 @@ class DataFile;
 /// program; a file gets them at its first sync.
 namespace SyncTables {
 
-/// Makes them where they are missing, and commits that. Throws DatabaseError, as all of these.
-void Make(DataFile &file);
+/// Makes them where they are missing, commits that, and gives the file's own name. Throws DatabaseError, as all of
+/// these.
+QByteArray Make(DataFile &file);
 /// Nothing where they are missing. Rows that cannot be ours count as none.
 SyncMemory Read(DataFile &file);
 /// Stores in the open transaction what differs from `before`.
 void Write(DataFile &file, const SyncMemory &before, const SyncMemory &after);
-/// The file's own name; a file without one gets one in the open transaction.
-QByteArray NameOf(DataFile &file);
 
 } // namespace SyncTables
