@@ -40,9 +40,14 @@ _lumivara() {
         mapfile -t COMPREPLY < <(compgen -W "1 2 3 4 5 6 7 8" -- "$current")
         return
     fi
+    if [ "$previous" = --with ]; then
+        compopt -o filenames
+        mapfile -t COMPREPLY < <(compgen -d -- "$current")
+        return
+    fi
     if [ "$COMP_CWORD" -eq 2 ] && [ "${tool##*/}" = lumivara-data ]; then
         case $verb in
-        backup | restore) thing=marks ;;
+        backup | restore | sync) thing=marks ;;
         forget-me | update-list | words) ;;
         *) thing='canon dictionary marks' ;;
         esac
