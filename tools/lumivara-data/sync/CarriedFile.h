@@ -8,4 +8,7 @@
 /// `file` has no name. Returns why it is not opened; nothing if it is.
 QString OpenCarried(const QString &path, QFile &file);
 
+/// Tells this user on this machine from all others.
+QByteArray ThisUserHere();
+
 inline constexpr qint64 LargestCarried = qint64{1} << 30;

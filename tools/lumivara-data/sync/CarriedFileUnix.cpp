@@ -1,6 +1,7 @@
 #include "lumivara-data/sync/CarriedFile.h"
 
 #include <QFileInfo>
+#include <QSysInfo>
 
 #include <cerrno>
 #include <fcntl.h>
@@ -28,6 +29,11 @@ QString FaultOf(int descriptor, const struct stat &folder)
 }
 
 } // namespace
+
+QByteArray ThisUserHere()
+{
+    return QSysInfo::machineUniqueId() + '-' + QByteArray::number(::geteuid());
+}
 
 QString OpenCarried(const QString &path, QFile &file)
 {

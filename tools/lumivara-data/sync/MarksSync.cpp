@@ -13,7 +13,6 @@
 #include "stores/engine/DatabaseError.h"
 #include "stores/engine/Statement.h"
 
-#include <QSysInfo>
 #include <QThread>
 
 #include <algorithm>
@@ -26,11 +25,11 @@ namespace {
 const QString Prefix = u"lumivara-marks-"_s, Ending = u".sync"_s;
 constexpr qsizetype MostFiles = 100; ///< of a folder that are read
 
-/// The file of one machine: a copy of the marks on another one has another name, so that what carries the folder never
-/// finds one file changed on two sides.
+/// A copy of the marks on another machine has another name, so that what carries the folder never finds one file
+/// changed on two sides.
 QString NameOnThisMachine(const QByteArray &fileName)
 {
-    return Prefix + QString::fromLatin1(SyncId::Of({fileName, QSysInfo::machineUniqueId()}).Hex()) + Ending;
+    return Prefix + QString::fromLatin1(SyncId::Of({fileName, ThisUserHere()}).Hex()) + Ending;
 }
 
 template <typename Text>
