@@ -44,9 +44,14 @@ _lumivara() {
         mapfile -t COMPREPLY < <(compgen -W "list forms" -- "$current")
         return
     fi
+    if [ "$previous" = --with ]; then
+        compopt -o filenames
+        mapfile -t COMPREPLY < <(compgen -d -- "$current")
+        return
+    fi
     if [ "$COMP_CWORD" -eq 2 ] && [ "${tool##*/}" = lumivara-data ]; then
         case $verb in
-        backup | restore) thing=marks ;;
+        backup | restore | sync) thing=marks ;;
         forget-me | update-list | words) ;;
         *) thing='canon dictionary marks' ;;
         esac

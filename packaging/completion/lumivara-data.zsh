@@ -29,8 +29,11 @@ case $words[CURRENT-1]:$verb-$thing in
 --format:import-canon) compadd segmented folder copy ;;
 --format:export-canon) compadd folder segmented ;;
 --format:*-dictionary) compadd stardict tsv markup ;;
+--with:*) _files -/ ;;
 *)
-    (( CURRENT == 3 )) && [[ $tool == *lumivara-data && $verb != words ]] && compadd canon dictionary marks
+    if (( CURRENT == 3 )) && [[ $tool == *lumivara-data && $verb != words ]]; then
+        [[ $verb == (backup|restore|sync) ]] && compadd marks || compadd canon dictionary marks
+    fi
     _files
     ;;
 esac

@@ -11,6 +11,7 @@
 #include "stores/Modules.h"
 #include "stores/Schema.h"
 #include "toolkit/browser/PageSaving.h"
+#include "toolkit/browser/PageFinding.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
 #include "toolkit/program/Guard.h"
@@ -26,7 +27,6 @@
 #include <QPointer>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
-#include <QShortcut>
 
 #include <utility>
 
@@ -112,10 +112,7 @@ void TfrmFindEverywhere::ShowTexts()
 
 void TfrmFindEverywhere::SetUpKeys()
 {
-    for (const bool isBackward : {false, true}) {
-        auto *step = new QShortcut(isBackward ? Qt::SHIFT | Qt::Key_F3 : QKeyCombination(Qt::Key_F3), this);
-        ConnectGuarded(step, &QShortcut::activated, this, [this, isBackward] { m_reading.StepToPlace(isBackward); });
-    }
+    AddPlaceKeys(*this, [this](bool isBackward) { m_reading.StepToPlace(isBackward); });
     ui->edEverywhere->installEventFilter(this);
     ui->lstHits->installEventFilter(this);
 }

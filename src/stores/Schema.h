@@ -40,6 +40,8 @@ inline constexpr SchemaName KeloraSource = u"KELORA_SOURCE";     ///< of the too
 inline constexpr SchemaName DictionaryForm = u"DICTIONARY_FORM"; ///< of the tools alone
 inline constexpr SchemaName SuttaList = u"SUTTA_LIST";
 inline constexpr SchemaName SuttaTextFocus = u"SUTTA_TEXT_FOCUS";
+inline constexpr SchemaName MarkSync = u"MARK_SYNC";          ///< of the tools alone
+inline constexpr SchemaName MarkSyncFile = u"MARK_SYNC_FILE"; ///< of the tools alone
 } // namespace Table
 
 namespace Procedure {
@@ -87,6 +89,15 @@ inline constexpr SchemaName PriorityFoc = u"PRIORITY_FOC";
 inline constexpr SchemaName DescFoc = u"DESC_FOC";
 inline constexpr SchemaName DatetimeFoc = u"DATETIME_FOC";
 inline constexpr SchemaName KeywordFoc = u"KEYWORD_FOC";
+// MARK_SYNC: a version of the mark ID_FOC, or of one that is no more
+inline constexpr SchemaName VersionSyn = u"VERSION_SYN";
+inline constexpr SchemaName MarkSyn = u"MARK_SYN";
+inline constexpr SchemaName FaceSyn = u"FACE_SYN";
+inline constexpr SchemaName TimeSyn = u"TIME_SYN";
+inline constexpr SchemaName ExcerptSyn = u"EXCERPT_SYN";
+inline constexpr SchemaName TraitsSyn = u"TRAITS_SYN";
+// MARK_SYNC_FILE: what the file is called among those of a sync
+inline constexpr SchemaName NameSyf = u"NAME_SYF";
 // the procedures of the dictionary
 inline constexpr SchemaName WordName = u"WORD_NAME";
 inline constexpr SchemaName DictType = u"DICT_TYPE";

@@ -111,6 +111,14 @@ struct ImportMarksOptions
     ReportOptions report;
 };
 
+struct SyncOptions
+{
+    QString folder;
+    QString file, canon;  ///< the canon as of ImportMarksOptions
+    bool isTrial = false; ///< writes nothing
+    ReportOptions report;
+};
+
 struct UpdateListOptions
 {
     QString file, canon;
@@ -160,6 +168,7 @@ std::optional<ForgetMeOptions> ParseForgetMe(const QStringList &arguments, Conso
 std::optional<ImportCanonOptions> ParseImportCanon(const QStringList &arguments, Console &console);
 std::optional<ImportDictionaryOptions> ParseImportDictionary(const QStringList &arguments, Console &console);
 std::optional<ImportMarksOptions> ParseImportMarks(const QStringList &arguments, Console &console);
+std::optional<SyncOptions> ParseSync(const QStringList &arguments, Console &console);
 std::optional<UpdateListOptions> ParseUpdateList(const QStringList &arguments, Console &console);
 std::optional<ExportCanonOptions> ParseExportCanon(const QStringList &arguments, Console &console);
 std::optional<ExportDictionaryOptions> ParseExportDictionary(const QStringList &arguments, Console &console);
@@ -174,6 +183,7 @@ int Run(const ForgetMeOptions &options, Console &console);
 int Run(const ImportCanonOptions &options, Console &console);
 int Run(const ImportDictionaryOptions &options, Console &console);
 int Run(const ImportMarksOptions &options, Console &console);
+int Run(const SyncOptions &options, Console &console);
 int Run(const UpdateListOptions &options, Console &console);
 int Run(const ExportCanonOptions &options, Console &console);
 int Run(const ExportDictionaryOptions &options, Console &console);

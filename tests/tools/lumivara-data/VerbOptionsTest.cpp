@@ -57,6 +57,8 @@ TEST(VerbOptions, WrongUsageIsTold)
         {Fault<ParseExportDictionary>, "--out x", "--kind wants a number from 1 to 8"},
         {Fault<ParseExportDictionary>, "--kind 1", "export dictionary wants --out FILE"},
         {Fault<ParseExportDictionary>, "--kind 1 --out x --format odt", "the format \"odt\" is not known"},
+        {Fault<ParseSync>, "marks", "sync wants --with FOLDER"},
+        {Fault<ParseSync>, "canon --with x", "sync does not know \"canon\""},
         {Fault<ParseUpdateList>, "x", "update-list does not know \"x\""},
         {Fault<ParseWords>, "f --kind 5,9 --out x", "--kind wants a number from 1 to 8"},
         {Fault<ParseWords>, "f --kind 5", "words wants one FILE or --text NUMBER, and --out FILE"},
