@@ -67,6 +67,8 @@ void ProveDictionary(DataFile &file, Console &console, Report &report)
     const DictionaryReport found = CheckDictionary(file, console);
     Tell(found.findings, report);
     report.Count(u"words"_s, found.wordCount);
+    if (found.formCount > 0)
+        report.Count(u"forms"_s, found.formCount);
     report.AddUntold(found.faultCount - found.findings.size());
 }
 

@@ -133,6 +133,18 @@ void DictionaryChecker::AddExistence(const QString &word, bool found)
               u"SP_CHECK_WORD does not know \"%1\""_s.arg(TestedForm(m_kind, word)));
 }
 
+void DictionaryChecker::AddForm(const QString &form, const QString &word, bool isGiven)
+{
+    const QString row = u"dictionary %1, form \"%2\""_s.arg(m_kind).arg(form);
+    ++m_formCount;
+    if (!m_seen.contains(qHash(word, size_t(0))))
+        Fault("forms without a word", row, u"is of \"%1\", which the list does not have"_s.arg(word));
+    if (form != form.toLower())
+        Fault("forms not in lower case", row, u"is not in lower case, so no look-up asks for it"_s);
+    else if (!isGiven)
+        Fault("forms not known to SP_GET_FORMS", row, u"SP_GET_FORMS does not give \"%1\" for it"_s.arg(word));
+}
+
 void DictionaryChecker::AddFailure(const QString &procedure, const QString &message)
 {
     Fault("failures", u"dictionary %1, %2"_s.arg(m_kind).arg(procedure), QString(message).replace(u'\n', u' '));
@@ -141,6 +153,7 @@ void DictionaryChecker::AddFailure(const QString &procedure, const QString &mess
 void DictionaryChecker::ReportInto(DictionaryReport &report) const
 {
     report.wordCount += m_wordCount;
+    report.formCount += m_formCount;
     report.findings += m_findings;
     QList<QByteArray> sorts = m_counts.keys();
     std::sort(sorts.begin(), sorts.end());

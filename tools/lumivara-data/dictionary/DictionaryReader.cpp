@@ -1,6 +1,7 @@
 #include "lumivara-data/dictionary/DictionaryReader.h"
 
 #include "base/Messages.h"
+#include "stores/Schema.h"
 #include "stores/data/Field.h"
 #include "stores/engine/Blobs.h"
 #include "stores/engine/DatabaseError.h"
@@ -118,4 +119,37 @@ void DictionaryReader::EachEntry(int kind, const std::function<void(const QStrin
         take(word, content);
         previous = word;
     }
+}
+
+bool DictionaryReader::HasForms()
+{
+    const QStringList columns = m_file.Columns(Table::DictionaryForm);
+    for (const char16_t *const name : {u"DICT_TYPE", u"FORM_NAME", u"PLACE", u"WORD_NAME"}) {
+        if (!columns.contains(QStringView(name)))
+            return false;
+    }
+    return true;
+}
+
+void DictionaryReader::EachForm(int kind, const std::function<void(const QString &, const QString &)> &take)
+{
+    if (!HasForms())
+        return;
+    // In the order of storage, where the words of a form are in their order.
+    Rows rows(m_file, u"select F.FORM_NAME, F.WORD_NAME from DICTIONARY_FORM F where F.DICT_TYPE = :A_DICT"_s, kind);
+    while (rows.Next())
+        take(rows.Text(0), rows.Text(1));
+}
+
+void DictionaryReader::ProveForms(int kind, const std::function<void(const QString &, const QString &, bool)> &take)
+{
+    if (!HasForms())
+        return;
+    Rows rows(m_file,
+              u"select F.FORM_NAME, F.WORD_NAME, P.WORD from DICTIONARY_FORM F "
+              "left join SP_GET_FORMS(F.DICT_TYPE, F.FORM_NAME) P on P.WORD = F.WORD_NAME "
+              "where F.DICT_TYPE = :A_DICT"_s,
+              kind);
+    while (rows.Next())
+        take(rows.Text(0), rows.Text(1), !rows.IsNull(2));
 }

@@ -35,6 +35,9 @@ const QString InsertWord =
     "insert into DICTIONARY_WORD (DICT_TYPE, SORT_KEY, WORD_NAME, WORD_FORM, ID_ENTRY) "
     "values (%1, :KEY, :NAME, :FORM, :ID); end"_s;
 
+const QString InsertForm =
+    u"insert into DICTIONARY_FORM (DICT_TYPE, FORM_NAME, PLACE, WORD_NAME) values (?, ?, ?, ?)"_s;
+
 /// Ends a key, which holds none, and a word.
 constexpr char End = '\0';
 constexpr qsizetype TailSize = sizeof(qint32) + sizeof(quint16);
@@ -250,12 +253,31 @@ void DictionaryWriter::StoreWords(Console &console, Report *report)
         insert->SetText(2, word.form);
         insert->SetNumber(3, word.entry);
         insert->Run();
+        m_forms.Meet(word.kind, word.sortKey, word.name, report);
         m_isUsed.resize(static_cast<size_t>(m_lastEntry) + 1);
         m_isUsed[static_cast<size_t>(word.entry)] = true;
         m_digests[word.kind] = AddToDigest(m_digests[word.kind], word.name);
         if (++m_storedWords[word.kind] % RowsOfTransaction == 0)
             m_file.Transaction().CommitRetaining();
         console.Progress(u"storing words"_s, done, m_words.Count());
+    }
+    console.EndProgress();
+}
+
+void DictionaryWriter::StoreForms(Console &console, Report *report)
+{
+    const std::unique_ptr<RepeatedStatement> insert = Prepared(InsertForm);
+    FormSorter::Form form;
+    for (qsizetype done = 1; m_forms.Next(form, report); ++done) {
+        insert->SetNumber(0, form.kind);
+        insert->SetText(1, form.form);
+        insert->SetNumber(2, form.place);
+        insert->SetText(3, form.word);
+        insert->Run();
+        ++m_storedForms[form.kind];
+        if (done % RowsOfTransaction == 0)
+            m_file.Transaction().CommitRetaining();
+        console.Progress(u"storing forms"_s, done, m_forms.Count());
     }
     console.EndProgress();
 }
@@ -305,7 +327,10 @@ void DictionaryWriter::Finish(Console &console, Report *report)
     m_mostJoined = MostTimesJoined * m_entryBytes + alwaysJoined;
     console.Progress(u"sorting words"_s, 0, m_words.Count());
     m_words.Sort();
+    m_forms.SortByWord();
     StoreWords(console, report);
+    m_forms.SortByForm(report);
+    StoreForms(console, report);
     DropUnusedEntries();
     m_entries.reset();
     m_content.reset();

@@ -4,6 +4,7 @@
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "dictionary/EntryFormatter.h"
+#include "dictionary/PaliLetters.h"
 #include "dictionary/WordRules.h"
 #include "lumivara-data/dictionary/DictionaryCheck.h"
 #include "lumivara-data/dictionary/DictionaryWriter.h"
@@ -43,6 +44,14 @@ qsizetype LongestLine(const QByteArray &content)
     return longest;
 }
 
+/// A form as look-ups ask for it: in lower case, and in Pali with one sign for each letter.
+QString AskedForm(int kind, const QString &form)
+{
+    if (kind == DictKind::PaliVietnamese || kind == DictKind::PaliEnglish)
+        return PaliFolded(form);
+    return form.toLower().normalized(QString::NormalizationForm_C);
+}
+
 /// Without the signs that steer devices; one that parts words becomes a blank.
 QString WithoutControls(QString word)
 {
@@ -55,6 +64,11 @@ QString WithoutControls(QString word)
 }
 
 } // namespace
+
+QString EntryIntake::NameOf(Part part)
+{
+    return part == Part::Word ? Sentence({u"từ", u"word"}) : Sentence({u"dạng từ", u"form"});
+}
 
 void EntryIntake::LeaveOut(const SourcePlace &place, const QString &why)
 {
@@ -118,17 +132,19 @@ int EntryIntake::TakeEntry(const CheckedEntry &entry, const SourcePlace &place)
     return 0;
 }
 
-bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace &place)
+/// A word or form in composed letters and without what steers devices; none, and told, if it can't be one.
+std::optional<QString> EntryIntake::Accepted(const QByteArray &bytes, Part part, const SourcePlace &place)
 {
     if (!bytes.isValidUtf8()) {
-        LeaveOut(place, Sentence({u"từ không phải là UTF-8", u"the word is not UTF-8"}));
-        return false;
+        LeaveOut(place, Sentence({u"%1 không phải là UTF-8", u"the %1 is not UTF-8"}).arg(NameOf(part)));
+        return std::nullopt;
     }
     if (bytes.size() > MostWordBytes) {
-        LeaveOut(place, Sentence({u"từ có %1 byte, nhiều hơn %2", u"the word has %1 bytes, more than %2"})
+        LeaveOut(place, Sentence({u"%1 có %2 byte, nhiều hơn %3", u"the %1 has %2 bytes, more than %3"})
+                            .arg(NameOf(part))
                             .arg(bytes.size())
                             .arg(MostWordBytes));
-        return false;
+        return std::nullopt;
     }
     QString word = QString::fromUtf8(bytes).trimmed();
     if (std::any_of(word.cbegin(), word.cend(), IsControlUnit)) {
@@ -140,24 +156,56 @@ bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace
     // Typed words are composed.
     word = word.normalized(QString::NormalizationForm_C);
     if (word.isEmpty()) {
-        LeaveOut(place, Sentence({u"từ trống", u"the word is empty"}));
-        return false;
+        LeaveOut(place, Sentence({u"%1 trống", u"the %1 is empty"}).arg(NameOf(part)));
+        return std::nullopt;
     }
     if (word.size() > Length::Word) {
         LeaveOut(place, Sentence({u"\"%1…\" có %2 ký tự, nhiều hơn %3", u"\"%1…\" has %2 characters, more than %3"})
                             .arg(word.left(Length::Word))
                             .arg(word.size())
                             .arg(Length::Word));
-        return false;
+        return std::nullopt;
     }
-    if (!CanBeReached(word)) {
+    return word;
+}
+
+bool EntryIntake::TakeWord(const QByteArray &bytes, int entry, const SourcePlace &place)
+{
+    std::optional<QString> word = Accepted(bytes, Part::Word, place);
+    if (!word)
+        return false;
+    if (!CanBeReached(*word)) {
         m_report.Note(place.Text(), Sentence({u"\"%1\" được nhập bằng chữ thường, nếu không sẽ không tìm thấy",
                                               u"\"%1\" is taken in lower case, or no search would find it"})
-                                        .arg(word));
-        word = LowerForm(word);
+                                        .arg(*word));
+        word = LowerForm(*word);
     }
     if (++m_wordCount > MostWords)
         throw ToolError(Sentence({u"%1: nhiều hơn %2 từ", u"%1: more than %2 words"}).arg(place.Text()).arg(MostWords));
-    m_store.AddWord(m_kind, word, entry);
+    m_store.AddWord(m_kind, *word, entry);
+    return true;
+}
+
+bool EntryIntake::TakeForm(const QByteArray &form, const QByteArray &bytes, const SourcePlace &place)
+{
+    const std::optional<QString> given = Accepted(form, Part::Form, place);
+    std::optional<QString> word = given ? Accepted(bytes, Part::Word, place) : std::nullopt;
+    if (!word)
+        return false;
+    if (!CanBeReached(*word))
+        word = LowerForm(*word); // as the list got it
+    const QString asked = AskedForm(m_kind, *given);
+    // Firebird spoils characters beyond the first 65,536 on their way to the procedure.
+    if (asked.isEmpty() || asked.size() > Length::Word ||
+        std::any_of(asked.cbegin(), asked.cend(), [](QChar unit) { return unit.isSurrogate(); })) {
+        LeaveOut(place,
+                 Sentence({u"\"%1\" không phải là dạng từ có thể tra", u"\"%1\" is no form that a look-up asks for"})
+                     .arg(*given));
+        return false;
+    }
+    if (++m_formCount > MostWords)
+        throw ToolError(
+            Sentence({u"%1: nhiều hơn %2 dạng từ", u"%1: more than %2 forms"}).arg(place.Text()).arg(MostWords));
+    m_store.AddForm(m_kind, asked, *word);
     return true;
 }

@@ -137,6 +137,45 @@ struct IndexRecord
     QByteArray name;
 };
 
+/// Number of the word, number of the form, high bytes first, and the form: in the order of the bytes that of the words.
+struct FormRecord
+{
+    static constexpr qsizetype HeadSize = 8;
+
+    static QByteArray Made(quint32 word, quint32 number, const QByteArray &name)
+    {
+        QByteArray record(HeadSize, Qt::Uninitialized);
+        qToBigEndian(word, record.data());
+        qToBigEndian(number, record.data() + 4);
+        return record + name;
+    }
+    explicit FormRecord(QByteArrayView record)
+        : word(qFromBigEndian<quint32>(record.data())), number(qFromBigEndian<quint32>(record.data() + 4)),
+          name(record.sliced(HeadSize).toByteArray())
+    {}
+
+    quint32 word;   ///< from 0
+    quint32 number; ///< from 0
+    QByteArray name;
+};
+
+/// Bytes behind a form: the number of its word.
+constexpr qsizetype FormTail = 4;
+/// What forms may take before they are sorted on disk.
+constexpr qsizetype FormMemory = 16 << 20;
+
+/// The forms that are there, whatever the description tells.
+quint64 CountedForms(const QString &path)
+{
+    NameRows rows(path, FormTail);
+    QByteArray name;
+    const char *tail = nullptr;
+    quint64 count = 0;
+    while (rows.Next(name, tail))
+        ++count;
+    return count;
+}
+
 QString FileName(const QString &path)
 {
     return QFileInfo(path).fileName();
@@ -447,7 +486,7 @@ void StarDictReader::TakeWords(RecordSorter &words, DictTexts &texts, EntryIntak
     console.EndProgress();
 }
 
-void StarDictReader::TakeForms(EntryIntake &intake, Console &console)
+void StarDictReader::TakeForms(EntryIntake &intake, Console &console, FormPlace forms)
 {
     const QString path = Beside(u".syn"_s);
     if (path.isEmpty()) {
@@ -458,7 +497,10 @@ void StarDictReader::TakeForms(EntryIntake &intake, Console &console)
         return;
     }
     const QString fileName = FileName(path);
-    NameRows rows(path, 4);
+    const bool isBeside = forms == FormPlace::Beside ||
+                          (forms == FormPlace::Fitting && CountedForms(path) > static_cast<quint64>(m_entries.size()));
+    RecordSorter beside(FormMemory);
+    NameRows rows(path, FormTail);
     QByteArray name;
     const char *tail = nullptr;
     qsizetype number = 0;
@@ -474,12 +516,19 @@ void StarDictReader::TakeForms(EntryIntake &intake, Console &console)
             m_report.Find(place.Text(), Sentence({u"từ %1 đã bị bỏ, nên dạng từ này cũng bị bỏ",
                                                   u"the word %1 was left out, and so is this form"})
                                             .arg(word + 1));
+        else if (isBeside)
+            beside.Add(FormRecord::Made(word, static_cast<quint32>(number), name));
         else if (intake.TakeWord(name, m_entries[word], place))
             ++taken;
     }
-    intake.CountRead(number);
-    m_report.Count(Sentence({u"dạng từ", u"forms"}), taken);
     console.EndProgress();
+    if (isBeside) {
+        intake.CountFormsRead(number);
+        PutFormsBeside(beside, fileName, intake, console);
+    } else {
+        intake.CountRead(number);
+        m_report.Count(Sentence({u"dạng từ", u"forms"}), taken);
+    }
     if (rows.IsCut())
         m_report.Find(fileName, Sentence({u"bị cắt ngang sau dạng từ %1", u"is cut short behind form %1"}).arg(number));
     if (m_formCount && static_cast<quint64>(number) != *m_formCount)
@@ -487,6 +536,25 @@ void StarDictReader::TakeForms(EntryIntake &intake, Console &console)
                                           u"has %1 forms where the description tells %2"})
                                     .arg(number)
                                     .arg(*m_formCount));
+}
+
+/// A form tells its word by a number, which the index, read once more, turns into a name.
+void StarDictReader::PutFormsBeside(RecordSorter &forms, const QString &fileName, EntryIntake &intake, Console &console)
+{
+    forms.Sort();
+    NameRows index(m_index, m_offsetBytes + 4);
+    QByteArray word;
+    const char *tail = nullptr;
+    quint64 read = 0;
+    qsizetype done = 0;
+    for (QByteArrayView bytes; forms.Next(bytes);) {
+        const FormRecord form(bytes);
+        while (read <= form.word && index.Next(word, tail))
+            ++read;
+        intake.TakeForm(form.name, word, {fileName, static_cast<qsizetype>(form.number) + 1});
+        console.Progress(u"keeping forms"_s, ++done, forms.Count());
+    }
+    console.EndProgress();
 }
 
 void StarDictReader::AddField(char type, QByteArrayView field, EntryMarkup &entry)
@@ -572,7 +640,7 @@ void StarDictReader::TellSkipped()
     }
 }
 
-void StarDictReader::TakeAll(EntryIntake &intake, Console &console)
+void StarDictReader::TakeAll(EntryIntake &intake, Console &console, FormPlace forms)
 {
     if (!m_texts)
         Open();
@@ -584,6 +652,6 @@ void StarDictReader::TakeAll(EntryIntake &intake, Console &console)
     ReadIndex(m_index, words, m_texts->Size(), console);
     intake.CountRead(static_cast<qsizetype>(m_entries.size()));
     TakeWords(words, *m_texts, intake, console);
-    TakeForms(intake, console);
+    TakeForms(intake, console, forms);
     TellSkipped();
 }

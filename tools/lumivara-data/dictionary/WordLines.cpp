@@ -173,8 +173,13 @@ QByteArray UnescapedEntry(QByteArrayView text)
     return content += text.sliced(plain);
 }
 
-void TakeTabbedWords(QIODevice &device, const QString &fileName, EntryIntake &intake,
-                     const std::function<void()> &progress)
+namespace {
+
+/// Calls `take` with both cells of each line that has them. `withoutTab` is told of a line that has one cell.
+void EachTabbedLine(QIODevice &device, const QString &fileName, EntryIntake &intake,
+                    const std::function<void()> &progress, const QString &withoutTab,
+                    const std::function<void()> &count,
+                    const std::function<void(QByteArrayView, QByteArrayView, const SourcePlace &)> &take)
 {
     TextLines lines(device, fileName);
     if (lines.WasConverted())
@@ -186,7 +191,7 @@ void TakeTabbedWords(QIODevice &device, const QString &fileName, EntryIntake &in
             line.chop(1);
         if (line.trimmed().isEmpty())
             continue;
-        intake.CountRead(1);
+        count();
         const SourcePlace place{fileName, lines.Number()};
         const qsizetype tab = line.indexOf('\t');
         if (lines.IsCut())
@@ -196,11 +201,36 @@ void TakeTabbedWords(QIODevice &device, const QString &fileName, EntryIntake &in
         else if (line.contains('\0'))
             intake.Told().Find(place.Text(), ZeroByte());
         else if (tab < 0)
-            intake.Told().Find(place.Text(), Sentence({u"không có dấu tab giữa từ và mục từ; bị bỏ",
-                                                       u"there is no tab between word and entry; left out"}));
+            intake.Told().Find(place.Text(), withoutTab);
         else
-            intake.Take(UnescapedEntry(line.first(tab)), UnescapedEntry(QByteArrayView(line).sliced(tab + 1)), place);
+            take(QByteArrayView(line).first(tab), QByteArrayView(line).sliced(tab + 1), place);
     }
+}
+
+} // namespace
+
+void TakeTabbedWords(QIODevice &device, const QString &fileName, EntryIntake &intake,
+                     const std::function<void()> &progress)
+{
+    EachTabbedLine(
+        device, fileName, intake, progress,
+        Sentence({u"không có dấu tab giữa từ và mục từ; bị bỏ", u"there is no tab between word and entry; left out"}),
+        [&] { intake.CountRead(1); },
+        [&](QByteArrayView word, QByteArrayView entry, const SourcePlace &place) {
+            intake.Take(UnescapedEntry(word), UnescapedEntry(entry), place);
+        });
+}
+
+void TakeTabbedForms(QIODevice &device, const QString &fileName, EntryIntake &intake,
+                     const std::function<void()> &progress)
+{
+    EachTabbedLine(
+        device, fileName, intake, progress,
+        Sentence({u"không có dấu tab giữa dạng từ và từ; bị bỏ", u"there is no tab between form and word; left out"}),
+        [&] { intake.CountFormsRead(1); },
+        [&](QByteArrayView form, QByteArrayView word, const SourcePlace &place) {
+            intake.TakeForm(UnescapedEntry(form), UnescapedEntry(word), place);
+        });
 }
 
 void TakeMarkUpWords(QIODevice &device, const QString &fileName, EntryIntake &intake,
