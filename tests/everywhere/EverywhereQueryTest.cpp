@@ -11,8 +11,9 @@ namespace {
 /// The parts as they were typed, phrases in brackets.
 QString PartsOf(const QString &typed, const EverywhereSwitches &switches = {})
 {
+    const EverywhereQuery query(typed, switches);
     QStringList parts;
-    for (const EverywherePart &part : EverywhereQuery(typed, switches).Parts())
+    for (const EverywherePart &part : query.Parts())
         parts += part.isPhrase ? u'[' + part.typed + u']' : part.typed;
     return parts.join(u'|');
 }

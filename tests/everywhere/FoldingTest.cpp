@@ -2,6 +2,8 @@
 
 #include "everywhere/FoldedText.h"
 
+#include <QList>
+
 #include <gmock/gmock.h>
 
 using namespace Qt::StringLiterals;
@@ -45,10 +47,9 @@ TEST(Folding, GivesEveryLetterItsOwnBytes)
         const QString own = QString::fromUtf8(folded.bytes.data(), folded.size);
         ASSERT_EQ(own, ExactForm(QString::fromUcs4(&letter, 1), false, false)) << static_cast<unsigned>(letter);
         const QList<uint> letters = own.toUcs4();
-        for (qsizetype i = 1; i < letters.size(); ++i)
+        for (qsizetype i = 1; i < letters.size(); ++i) {
             ASSERT_TRUE(ContinuesLetter(letters[i])) << static_cast<unsigned>(letter);
-        if (letters.size() > 1)
-            ASSERT_FALSE(ContinuesLetter(letters[0]) && !QChar::isMark(letter)) << static_cast<unsigned>(letter);
+        }
     }
 }
 

@@ -155,11 +155,14 @@ QString MakeWord(std::mt19937 &random, const QString &visible)
 {
     const auto number = [&](qsizetype below) { return static_cast<qsizetype>(random()) % below; };
     if (number(5) == 0)
-        return MakePage(random, 3).visible;
+        return MakePage(random, 3).visible + u'n';
     QString word = visible.mid(number(visible.size()), 1 + number(9));
     if (word.front().isLowSurrogate())
         word.remove(0, 1);
     if (word.endsWith(u'\xD834'))
+        word.chop(1);
+    // An accent on a blank at the end is no letter to look for.
+    while (!word.isEmpty() && IsAccent(word.back()))
         word.chop(1);
     return word;
 }
