@@ -54,6 +54,8 @@ struct FoundText
 class KeptPages
 {
 public:
+    explicit KeptPages(qint64 most) : m_most(most) {}
+
     struct Page
     {
         FoldedText text;
@@ -70,7 +72,7 @@ public:
         constexpr qint64 overhead = 128;
         const qint64 size = page.text.bytes.size() + overhead +
                             std::ssize(*page.text.places) * static_cast<qint64>(sizeof(FoldedPlace));
-        if (m_bytes + size > EverywhereScan::MostKept)
+        if (m_bytes + size > m_most)
             return;
         m_bytes += size;
         m_pages.insert({source.place, source.language}, page);
@@ -84,6 +86,7 @@ public:
 
 private:
     QHash<std::pair<int, int>, Page> m_pages;
+    qint64 m_most;
     qint64 m_bytes = 0;
 };
 
@@ -93,8 +96,8 @@ private:
 /// query is in it; the units of one text are collected and enter the result together.
 struct EverywhereScan::State
 {
-    State(EverywhereScan &owner, TpFIBDatabase &canonDatabase, TpFIBDatabase *marksDatabase)
-        : scan(owner), canon(canonDatabase), marks(marksDatabase)
+    State(EverywhereScan &owner, TpFIBDatabase &canonDatabase, TpFIBDatabase *marksDatabase, qint64 mostKept)
+        : scan(owner), canon(canonDatabase), marks(marksDatabase), kept(mostKept)
     {}
 
     enum class Phase { Done, ListTexts, Texts, ListMarks, Marks };
@@ -103,6 +106,10 @@ struct EverywhereScan::State
     bool WorkOnUnits(int count);
     void WorkOnSource();
     bool Prepare(const Source &source);
+    void NoteOwnPage(const Source &source, bool isThere)
+    {
+        hasOwnPage |= isThere && (source.language == PageMode::Pali || source.language == PageMode::Vietnamese);
+    }
     void LeaveSource();
     void BeginUnit(int place);
     void EndUnit();
@@ -297,7 +304,7 @@ bool EverywhereScan::State::Prepare(const Source &source)
             return true;
         if (const KeptPages::Page *page = folder ? nullptr : kept.Find(source)) {
             text = page->text;
-            hasOwnPage |= page->isThere;
+            NoteOwnPage(source, page->isThere);
         } else {
             if (!folder)
                 folder.emplace(Bytes(), source.HasMarkup(), foldedBytes);
@@ -306,7 +313,7 @@ bool EverywhereScan::State::Prepare(const Source &source)
             text = folder->Folded();
             folder.reset();
             kept.Keep(source, {text, !bytes.isEmpty()});
-            hasOwnPage |= !bytes.isEmpty();
+            NoteOwnPage(source, !bytes.isEmpty());
         }
     } else {
         text = Folded(Bytes(), source.HasMarkup());
@@ -389,8 +396,8 @@ const QByteArray &EverywhereScan::State::Bytes()
     return bytes;
 }
 
-EverywhereScan::EverywhereScan(TpFIBDatabase &canon, TpFIBDatabase *marks)
-    : m_state(std::make_unique<State>(*this, canon, marks))
+EverywhereScan::EverywhereScan(TpFIBDatabase &canon, TpFIBDatabase *marks, qint64 mostKept)
+    : m_state(std::make_unique<State>(*this, canon, marks, mostKept))
 {}
 
 EverywhereScan::~EverywhereScan() = default;

@@ -32,7 +32,7 @@ public:
 
     /// Borrows the databases, which are connected, with their default transactions active; without `marks` none are
     /// found. ForgetPages() must be called before either is closed.
-    EverywhereScan(TpFIBDatabase &canon, TpFIBDatabase *marks);
+    EverywhereScan(TpFIBDatabase &canon, TpFIBDatabase *marks, qint64 mostKept = MostKept);
     ~EverywhereScan();
     EverywhereScan(const EverywhereScan &) = delete;
     EverywhereScan &operator=(const EverywhereScan &) = delete;

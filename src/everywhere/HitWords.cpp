@@ -33,5 +33,7 @@ void SetWords(EverywhereHit &hit, QByteArrayView source, Markup markup, const st
         if (const qsizetype blank = hit.after.lastIndexOf(u' '); blank >= 0)
             hit.after.truncate(blank);
         hit.after.append(CutOff);
+    } else if (hit.after.endsWith(u' ')) {
+        hit.after.chop(1);
     }
 }

@@ -21,9 +21,9 @@ struct PageLetter
 class PageLetters
 {
 public:
-    /// Borrows the bytes. `at` is the start, or a place where a letter begins.
+    /// Borrows the bytes. `at` is the start, or a place where a letter begins; the end if there is none.
     PageLetters(QByteArrayView bytes, Markup markup, qsizetype at = 0)
-        : m_bytes(bytes), m_isHtml(markup == Markup::Html), m_at(at)
+        : m_bytes(bytes), m_isHtml(markup == Markup::Html), m_at(std::min(at, bytes.size()))
     {}
 
     /// False at the end.
