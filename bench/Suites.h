@@ -9,6 +9,7 @@ void RegisterSearchMeasures();
 void RegisterLanguageMeasures();
 void RegisterDictionaryMeasures();
 void RegisterDictionaryIoMeasures();
+void RegisterFormsMeasures();
 void RegisterMarksMeasures();
 void RegisterPrintingMeasures();
 void RegisterSkinMeasures();

@@ -42,6 +42,7 @@ int main(int argc, char **argv)
     RegisterLanguageMeasures();
     RegisterDictionaryMeasures();
     RegisterDictionaryIoMeasures();
+    RegisterFormsMeasures();
     RegisterMarksMeasures();
     RegisterPrintingMeasures();
     RegisterSkinMeasures();

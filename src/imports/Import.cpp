@@ -261,9 +261,7 @@ void TfrmImport::ShowFound(const ImportReport &report)
             ui->cbTarget->addItem(KindText(kind), kind);
     ui->cbTarget->setCurrentIndex(std::max(ui->cbTarget->findData(m_job.kind), 0));
     ui->cbTarget->setEnabled(ui->cbTarget->count() > 1);
-    const bool isWords = m_job.target == ImportTarget::Dictionary;
-    ui->rbBeside->setVisible(isWords);
-    (isWords ? ui->rbBeside : ui->rbInPlace)->setChecked(true);
+    (m_job.target == ImportTarget::Dictionary ? ui->rbBeside : ui->rbInPlace)->setChecked(true);
     GoTo(Step::Found);
 }
 
@@ -297,6 +295,7 @@ void TfrmImport::TakeBack()
     // Marks have gone with texts that have other keys now, and come back by their texts' names: an import like any
     // other.
     m_job.source = NameBefore(m_job.File());
+    m_job.replaces = true;
     Run(TextOrEnglish(takingBack));
 }
 

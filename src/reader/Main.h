@@ -14,6 +14,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QAction;
@@ -28,6 +29,7 @@ class TBrowserControl;
 class TDBTreeListColumn;
 class TDKLanguageController;
 class TdxSkinController;
+struct Neighbours;
 
 namespace Ui {
 class frmMain;
@@ -66,6 +68,10 @@ public:
     void ColourWords(const QString &words) override;
     void StepToPlace(bool isBackward) override;
     void SetSoughtWords(const QString &words) override;
+    void BeginSearch(const Search &search) override;
+    void EndSearch() override;
+    bool OpenPlace(int idVic, std::optional<int> language, qsizetype place) override;
+    void GoToPage() override;
 
     TpFIBDataSet qryTreeSutas;
     TpFIBDataSet qryKeloraContent;
@@ -79,6 +85,7 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 
@@ -88,6 +95,22 @@ private:
     {
         QAction *action;
         std::function<bool(const ReaderFacts &)> rule;
+    };
+
+    /// Where a search has taken the reader.
+    struct Place
+    {
+        int idVic = 0;
+        std::optional<int> language;
+        qsizetype number = -1;
+    };
+
+    /// What the foot tells, with a button if there is something to do.
+    struct FootMessage
+    {
+        QString text;
+        QString action;
+        std::function<void()> act;
     };
 
     // Main.cpp: start and end
@@ -107,6 +130,11 @@ private:
     void FillSkins();
     void ApplyStoredSkin();
     void bcbInterfaceChange();
+    /// Starts or ends following the desktop, as the command is checked.
+    void FollowDesktop();
+    void TakeDesktopLook(bool isDark);
+    /// The first look of the file for a dark or a light desktop; empty if there is none.
+    QString FirstLook(bool isDark) const;
 
     // MainTree.cpp
     void SetUpTree();
@@ -129,8 +157,8 @@ private:
     void ebContentDocumentComplete();
 
     // MainLookUp.cpp: words handed to the dictionary
-    TfrmDictionary &OpenDictionary();
-    void LookUpWord(const std::function<QString()> &takeWord);
+    TfrmDictionary &OpenDictionary(bool isForWord = false);
+    void LookUpWord(const std::function<QString(Neighbours &around)> &takeWord);
     void acGetWordExecute();
     void ebContentClick(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x, int y);
 
@@ -143,8 +171,19 @@ private:
     // MainFoot.cpp: the bar at the foot
     void SetUpFoot();
     void ShowFoot(bool shows);
+    /// Of the options added since: it holds from now on, and is stored.
+    void KeepChoice(Option option, const OptionValue &value);
     void UpdateFootText();
     void GoToArea(int step);
+
+    // MainKeys.cpp: commands that have keys alone
+    void SetUpKeys();
+    /// Of a key that acts on page or window: its release in the filter box would read the tree again.
+    void WireKey(QAction *action, std::function<void()> execute);
+    void ShowFullScreen(bool shows);
+    void GoToTextBeside(bool isBefore);
+    bool IsTextAt(int row) const;
+    void OpenKeys();
 
     // MainImports.cpp: what a reader brings, and databases that are replaced while they are open
     void SetUpImports();
@@ -155,6 +194,21 @@ private:
     void OpenNewDictionary();
     TfrmImport &OpenImports();
     void OpenWelcome(bool takesFocus);
+
+    // MainEverywhere.cpp: the search of everything; names for a filter that finds none
+    void SetUpEverywhere();
+    void acFindEverywhereExecute();
+    /// The language mode of the page on show.
+    int ShownLanguage() const;
+    void ShowLanguageButton(int mode);
+    /// The place holds for its own text alone.
+    void LeavePlaceOfOtherText();
+    void LeavePlace();
+    void MarkPlaces();
+    bool IsTreeFiltered();
+    /// Moves the whole tree to a row; false if there is none.
+    bool OpenInWholeTree(int idVic);
+    void OfferNames();
 
     // MainCommands.cpp
     void SetUpCommands();
@@ -180,10 +234,16 @@ private:
     QString vDefTreeKeloraSQL;
     bool vIsInit = false;
     bool FIsStartPage = false;
+    std::unique_ptr<QObject> m_desktopWatch; ///< while the desktop is followed
+    std::optional<bool> m_isDesktopDark;     ///< as told by it
+    bool m_isFollowing = false;              ///< the desktop chooses a look now, not the reader
     bool m_isAskingToQuit = false;
     bool m_isMarking = false;
-    std::function<void()> m_footAction;
-    bool m_isFootInOrder = false; ///< of the tab key
+    std::optional<Search> m_search; ///< that has begun last, unless the find bar or the text search has
+    std::optional<Place> m_place;
+    FootMessage m_foot;
+    std::optional<FootMessage> m_footBeforeNames; ///< while names are offered
+    bool m_isFootInOrder = false;                 ///< of the tab key
     QFileSystemWatcher *m_watcher = nullptr;
     std::map<ImportTarget, FileStamp> m_openFiles; ///< those that this program has open under the names
 };

@@ -47,7 +47,8 @@ void TfrmMain::SetUpReturn()
 void TfrmMain::dsKeloraContentDataChange()
 {
     ShowWaitCursor(true);
-    ViewSutta(frmKeloraDM->vLanguageSutta);
+    LeavePlaceOfOtherText();
+    ViewSutta(ShownLanguage());
     UpdateFootText();
     ShowWaitCursor(false);
 }
@@ -61,6 +62,7 @@ void TfrmMain::ViewSutta(int mode)
         {PassageAddress(qryTreeSutas.FieldByName(Field::IdVic).AsInteger()), PassageLanguage(mode)});
     const QScopedValueRollback startPage(FIsStartPage, true);
     ui->ebContent->LoadFromString(page, PageTitle());
+    MarkPlaces();
 }
 
 QByteArray TfrmMain::ComposePage(int mode)
@@ -86,6 +88,7 @@ void TfrmMain::SetContentLanguage(int mode)
 {
     if (vIsInit)
         return;
+    LeavePlace();
     frmKeloraDM->vLanguageSutta = mode;
     ViewSutta(mode);
     StoreSilently(Option::LanguageSutta, mode);
@@ -115,7 +118,7 @@ void TfrmMain::SetMarginWidth(int level)
 {
     StoreSilently(Option::MarginWidth, level);
     frmKeloraDM->vMarginWidth = level;
-    ViewSutta(frmKeloraDM->vLanguageSutta);
+    ViewSutta(ShownLanguage());
     ui->btnMarginWidth->setText(QString::number(level));
 }
 
@@ -137,6 +140,9 @@ void TfrmMain::StepToPlace(bool isBackward)
 void TfrmMain::SetSoughtWords(const QString &words)
 {
     vFindSuttaStr = words;
+    if (!words.isEmpty())
+        EndSearch();
+    ui->ebContent->PreferColoured(!words.isEmpty());
 }
 
 void TfrmMain::ApplyOptions()
@@ -158,7 +164,8 @@ void TfrmMain::ebContentDocumentComplete()
     // Chromium's own widget, which has the focus for the page, comes behind everything else with the first page.
     if (!std::exchange(m_isFootInOrder, true)) {
         setTabOrder(ui->ebContent, ui->btnFootAction);
-        setTabOrder(ui->btnFootAction, ui->btnMore);
+        setTabOrder(ui->btnFootAction, ui->btnFootNames);
+        setTabOrder(ui->btnFootNames, ui->btnMore);
     }
     if (vFindSuttaStr.isEmpty())
         return;

@@ -101,6 +101,39 @@ TEST_F(Imports, TextsAreLookedAtTakenOverShownAtOnceAndTakenBack)
     EXPECT_EQ(PassageNames().join(u"|"_s).toStdString(), before.join(u"|"_s).toStdString());
 }
 
+TEST_F(Imports, TextsGoBesideThoseThatAreThere)
+{
+    StartOn();
+    const QStringList before = PassageNames();
+    Open().Look(folder.Path(u"texts"_s));
+    ASSERT_TRUE(Shows("tsFound")) << Text("lbSourceFault");
+    On<QRadioButton>("rbBeside").setChecked(true);
+    Press("btnImport");
+    ASSERT_TRUE(Shows("tsDone")) << Text("lbSourceFault");
+    EXPECT_THAT(Text("lbDone"), testing::HasSubstr("1 bài được thêm"));
+    EXPECT_TRUE(PassageNames().contains(u"Kinh mới"_s));
+    EXPECT_EQ(PassageNames().size(), before.size() + 1);
+    Press("btnTakeBack");
+    EXPECT_TRUE(WaitFor([&] { return Text("lbDone").find("Đã lấy lại bản cũ.") == 0; }, 30000)) << Text("lbDone");
+    EXPECT_EQ(PassageNames(), before);
+}
+
+TEST_F(Imports, WhatIsLeftOutOfAHostileFolderIsToldInTheInterfacesLanguage)
+{
+    for (const auto &[language, told] : {std::pair(0, "dẫn ra ngoài thư mục"), {1, "leads out of the folder"}}) {
+        StartOn(1101, 1, language);
+        EXPECT_TRUE(
+            WriteBytes(folder.Path(u"texts/canon.csv"_s),
+                       "kind,key,group,number,pali,vietnamese,page_pali,page_vietnamese\ngroup,1,,,Vagga,Phẩm,,\n"
+                       "text,5001,1,1,Sutta,Kinh,a.html,../../etc/passwd\n"));
+        Open().Look(folder.Path(u"texts"_s));
+        ASSERT_TRUE(Shows("tsFound")) << Text("lbSourceFault");
+        ASSERT_EQ(On<QListWidget>("lstLeftOut").count(), 1);
+        EXPECT_THAT(On<QListWidget>("lstLeftOut").item(0)->text().toStdString(), testing::HasSubstr(told));
+        End();
+    }
+}
+
 TEST_F(Imports, MarksGoWithTheirTextAndComeBackWithTheOldFile)
 {
     const QString marks = folder.Path(u"TARUNECLIENT.FDB"_s);

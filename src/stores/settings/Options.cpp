@@ -71,6 +71,10 @@ std::span<const OptionRow> OptionRows()
         {GlobalActiveStyle, u"GlobalActiveStyle"_s, Style, 25, !InDialog, 16},
         {GlobalActiveName, u"GlobalActiveName"_s, Style, u"Office2010Blue"_s, !InDialog, u"Office2007Blue"_s},
         {FootBar, u"FootBar"_s, Ours, true},
+        {PaliTyping, u"PaliTyping"_s, Ours, false},
+        {FollowDesktop, u"FollowDesktop"_s, Ours, false},
+        {DarkLook, u"DarkLook"_s, Ours, QString()},
+        {LightLook, u"LightLook"_s, Ours, QString()},
     };
     return rows;
 }
