@@ -6,6 +6,7 @@ void RegisterColourMeasures();
 void RegisterProgramMeasures();
 void RegisterPostMeasures();
 void RegisterSearchMeasures();
+void RegisterEverywhereMeasures();
 void RegisterLanguageMeasures();
 void RegisterDictionaryMeasures();
 void RegisterDictionaryIoMeasures();

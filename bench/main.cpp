@@ -39,6 +39,7 @@ int main(int argc, char **argv)
     RegisterColourMeasures();
     RegisterProgramMeasures();
     RegisterSearchMeasures();
+    RegisterEverywhereMeasures();
     RegisterLanguageMeasures();
     RegisterDictionaryMeasures();
     RegisterDictionaryIoMeasures();

@@ -58,8 +58,9 @@ bool EndsName(char byte)
 
 bool IsBlank(char32_t code)
 {
-    return code == 0x85 || code == 0xA0 || code == 0x1680 || (code >= 0x2000 && code <= 0x200A) || code == 0x2028 ||
-           code == 0x2029 || code == 0x202F || code == 0x205F || code == 0x3000;
+    return (code >= 0x09 && code <= 0x0D) || code == 0x85 || code == 0xA0 || code == 0x1680 ||
+           (code >= 0x2000 && code <= 0x200A) || code == 0x2028 || code == 0x2029 || code == 0x202F || code == 0x205F ||
+           code == 0x3000;
 }
 
 /// Joins, hints for hyphens and directions, and byte order marks: nobody sees them, and nobody types them.

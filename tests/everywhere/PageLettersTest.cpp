@@ -17,7 +17,7 @@ TEST(VisibleText, IsWhatABrowserShows)
         {"Nothing", "", u""_s},
         {"TagsInsideWords", "ka<b>thi</b><span class=x>na</span>", u"kathina"_s},
         {"BlocksEndWords", "one<p>two</p>three<br>four<TD>five<hr/>six", u"one two three four five six"_s},
-        {"BlanksAreOne", " \r\n a \t\n <i> </i>&nbsp;b<p> <p>c", u"a b c"_s},
+        {"BlanksAreOne", " \r\n a \t\n <i> </i>&nbsp;&#10;b<p> <p>c", u"a b c"_s},
         {"QuotesHoldATag", "a<b title='x>y' id=\"<p>\">b</b>c", u"abc"_s},
         {"QuotesOutsideOfValuesDoNot", "a<b it's>b</b>'c", u"ab'c"_s},
         {"LoneMarks", "a < b <3 c > d </ e", u"a < b <3 c > d"_s},
