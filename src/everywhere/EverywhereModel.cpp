@@ -124,7 +124,9 @@ QVariant EverywhereModel::data(const QModelIndex &index, int role) const
 Qt::ItemFlags EverywhereModel::flags(const QModelIndex &index) const
 {
     // The lines of texts are skipped by the keys: a hit's own line names its text.
-    if (!index.isValid() || !IsHit(index.row()))
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    if (!IsHit(index.row()))
         return Qt::ItemNeverHasChildren;
     return Qt::ItemNeverHasChildren | Qt::ItemIsEnabled | Qt::ItemIsSelectable;
 }

@@ -34,7 +34,7 @@ QString TextAt(TpFIBDataSet &rows, int row, const QString &field)
 
 } // namespace
 
-CanonRows::CanonRows(TpFIBDatabase &canon)
+EverywhereCanon::EverywhereCanon(TpFIBDatabase &canon)
 {
     m_groups.SetDatabase(&canon);
     m_groups.SelectSQL() = {u"select T.ID_VIT, T.P_ID_VIT, T.NAME_VIT_VIE, T.NAME_VIT_PAL, T.NAME_VIT_ENG"_s,
@@ -46,7 +46,7 @@ CanonRows::CanonRows(TpFIBDatabase &canon)
                            u"from KELORA_CONTENT N"_s};
 }
 
-bool CanonRows::ReadSome()
+bool EverywhereCanon::ReadSome()
 {
     if (m_isComplete)
         return false;
@@ -57,7 +57,7 @@ bool CanonRows::ReadSome()
     return false;
 }
 
-void CanonRows::Arrange()
+void EverywhereCanon::Arrange()
 {
     std::vector<TreeGroup> groups;
     for (int row = 0; row < m_groups.RecordCount(); ++row) {
@@ -72,7 +72,7 @@ void CanonRows::Arrange()
         m_places.insert(texts[static_cast<std::size_t>(m_rows[static_cast<std::size_t>(place)])].idVic, place);
 }
 
-void CanonRows::Close()
+void EverywhereCanon::Close()
 {
     m_groups.Close();
     m_texts.Close();
@@ -82,7 +82,7 @@ void CanonRows::Close()
     m_groupRows.clear();
 }
 
-EverywhereText CanonRows::Describe(int place)
+EverywhereText EverywhereCanon::Describe(int place)
 {
     const int row = m_rows[static_cast<std::size_t>(place)];
     EverywhereText text;
@@ -97,7 +97,7 @@ EverywhereText CanonRows::Describe(int place)
     return text;
 }
 
-QString CanonRows::Name(int place, int language)
+QString EverywhereCanon::Name(int place, int language)
 {
     const QString field = language == PageMode::Pali      ? Field::NameVicPal
                           : language == PageMode::English ? Field::NameVicEng
@@ -105,13 +105,13 @@ QString CanonRows::Name(int place, int language)
     return TextAt(m_texts, m_rows[static_cast<std::size_t>(place)], field);
 }
 
-void CanonRows::PageInto(int place, int language, QByteArray &page)
+void EverywhereCanon::PageInto(int place, int language, QByteArray &page)
 {
     m_texts.BlobInto(m_rows[static_cast<std::size_t>(place)], m_texts.FieldByName(ContentColumn(language)).Index(),
                      page);
 }
 
-MarkRows::MarkRows(TpFIBDatabase *marks) : m_hasMarks(marks)
+EverywhereMarks::EverywhereMarks(TpFIBDatabase *marks) : m_hasMarks(marks)
 {
     m_marks.SetDatabase(marks);
     m_marks.SelectSQL() = {
@@ -120,7 +120,7 @@ MarkRows::MarkRows(TpFIBDatabase *marks) : m_hasMarks(marks)
         u"inner join SUTTA_LIST S on (S.NIK_SUT = F.NIK_SUT and S.NIC_SUT = F.NIC_SUT)"_s};
 }
 
-bool MarkRows::ReadSome(const CanonRows &canon)
+bool EverywhereMarks::ReadSome(const EverywhereCanon &canon)
 {
     if (!m_hasMarks)
         return false;
@@ -141,20 +141,20 @@ bool MarkRows::ReadSome(const CanonRows &canon)
     return false;
 }
 
-void MarkRows::Close()
+void EverywhereMarks::Close()
 {
     m_marks.Close();
     m_order.clear();
 }
 
-bool MarkRows::IsOfSameText(int place, int other) const
+bool EverywhereMarks::IsOfSameText(int place, int other) const
 {
     const Mark &left = m_order[static_cast<std::size_t>(place)];
     const Mark &right = m_order[static_cast<std::size_t>(other)];
     return left.collection == right.collection && left.idVic == right.idVic;
 }
 
-EverywhereText MarkRows::Describe(int place, CanonRows &canon)
+EverywhereText EverywhereMarks::Describe(int place, EverywhereCanon &canon)
 {
     const Mark &mark = m_order[static_cast<std::size_t>(place)];
     EverywhereText text;
@@ -168,7 +168,7 @@ EverywhereText MarkRows::Describe(int place, CanonRows &canon)
     return text;
 }
 
-void MarkRows::FieldInto(int place, EverywhereField field, QByteArray &bytes)
+void EverywhereMarks::FieldInto(int place, EverywhereField field, QByteArray &bytes)
 {
     const QString column = field == EverywhereField::Title      ? Field::NameFoc
                            : field == EverywhereField::Keywords ? Field::KeywordFoc

@@ -11,11 +11,11 @@
 
 /// The texts of the canon in reading order. Their list is read in pieces and kept, their pages are read when asked for.
 /// All may throw DatabaseError.
-class CanonRows
+class EverywhereCanon
 {
 public:
     /// Borrows the database, which has a default transaction.
-    explicit CanonRows(TpFIBDatabase &canon);
+    explicit EverywhereCanon(TpFIBDatabase &canon);
 
     /// Goes on reading the list; false when it is complete.
     bool ReadSome();
@@ -46,14 +46,14 @@ private:
 };
 
 /// The marks in the order of their texts, those of one text by key. Read like the texts.
-class MarkRows
+class EverywhereMarks
 {
 public:
     /// Null for none.
-    explicit MarkRows(TpFIBDatabase *marks);
+    explicit EverywhereMarks(TpFIBDatabase *marks);
 
     /// The list of texts must be complete.
-    bool ReadSome(const CanonRows &canon);
+    bool ReadSome(const EverywhereCanon &canon);
     void Close();
 
     int Count() const { return static_cast<int>(m_order.size()); }
@@ -62,7 +62,7 @@ public:
     /// True if both are of one text.
     bool IsOfSameText(int place, int other) const;
     /// Its text, without what is found in its marks.
-    EverywhereText Describe(int place, CanonRows &canon);
+    EverywhereText Describe(int place, EverywhereCanon &canon);
     /// Title, keywords and note are plain text, the excerpt is a page; all in UTF-8.
     void FieldInto(int place, EverywhereField field, QByteArray &bytes);
 

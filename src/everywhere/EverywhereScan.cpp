@@ -123,8 +123,8 @@ struct EverywhereScan::State
     quint32 AllParts() const { return (1U << query.Parts().size()) - 1; }
 
     EverywhereScan &scan;
-    CanonRows canon;
-    MarkRows marks;
+    EverywhereCanon canon;
+    EverywhereMarks marks;
     KeptPages kept;
     EverywhereQuery query;
     Phase phase = Phase::Done;

@@ -14,9 +14,10 @@ const QMap<QString, QString> everyKey{
      u"Ctrl++ acKeyZoomIn, Ctrl+- acKeyZoomOut, Ctrl+0 acZoomWhole, Ctrl+1 acKeyPali, Ctrl+2 acKeyViet, "
      "Ctrl+3 acKeyVietPali, Ctrl+= acKeyZoomIn, Ctrl+A acSelectAll, Ctrl+C acCopy, Ctrl+F acFindDialog, "
      "Ctrl+F6 acFoot, Ctrl+P acKeyPrint, Ctrl+PgDown acNextText, Ctrl+PgUp acPriorText, Ctrl+Q acKeyClose, "
-     "Ctrl+S acKeySave, Ctrl+Shift+F acSearchSutas, Esc acLeaveFullScreen, F1 acKeyHelp, F11 acFullScreen, "
+     "Ctrl+S acKeySave, Ctrl+Shift+E acFindEverywhere, Ctrl+Shift+F acSearchSutas, Esc acLeaveFullScreen, F1 "
+     "acKeyHelp, F11 acFullScreen, "
      "F2 acSearchSutas, F3 keyNextPlace, F6 acNextArea, Shift+F3 keyPriorPlace, Shift+F6 acPriorArea"_s},
-    {u"frmDictionary"_s, u"Ctrl+W keyCloseWindow, F3 keyNextPlace, Shift+F3 keyPriorPlace"_s},
+    {u"frmDictionary"_s, u"Ctrl+W keyCloseWindow, F3 keyNextPlace, F6 acForms, Shift+F3 keyPriorPlace"_s},
     {u"frmSearchSutas"_s, u"Ctrl+W keyCloseWindow, F3 keyNextPlace, Shift+F3 keyPriorPlace"_s},
     {u"frmFocusHighlight"_s, u"Ctrl+W keyCloseWindow, F3 keyNextPlace, Shift+F3 keyPriorPlace"_s},
     {u"frmKeys"_s, u"Ctrl+W keyCloseWindow, Esc frmKeys"_s}};
