@@ -27,27 +27,33 @@ void EverywhereModel::Clear()
 
 void EverywhereModel::TextCame(int text)
 {
-    const auto place = m_starts.begin() + text;
-    const qint64 start = place == m_starts.end() ? m_inAll : *place;
+    const qint64 start = text < static_cast<int>(m_starts.size()) ? m_starts[static_cast<size_t>(text)] : m_inAll;
     const qint64 rows = 1 + m_scan.Text(text).hitCount;
-    for (auto later = m_starts.insert(place, start) + 1; later != m_starts.end(); ++later)
-        *later += rows;
-    m_inAll += rows;
-    if (start < m_inAll - rows)
-        m_hits.clear();
-    if (start >= MostRows)
-        return;
+    // The scan has the text already; whoever looks before its rows are in gets the old ones.
+    m_coming = text;
+    const bool isShown = start < MostRows;
+    const int coming = isShown ? static_cast<int>(std::min<qint64>(rows, MostRows - start)) : 0;
     // What no longer fits goes from the end first.
-    const int coming = static_cast<int>(std::min<qint64>(rows, MostRows - start));
-    const int staying = std::min(m_shown, MostRows - coming);
-    if (staying < m_shown) {
+    if (const int staying = std::min(m_shown, MostRows - coming); isShown && staying < m_shown) {
         beginRemoveRows({}, staying, m_shown - 1);
         m_shown = staying;
         endRemoveRows();
     }
-    beginInsertRows({}, static_cast<int>(start), static_cast<int>(start) + coming - 1);
+    if (isShown)
+        beginInsertRows({}, static_cast<int>(start), static_cast<int>(start) + coming - 1);
+    for (auto later = m_starts.insert(m_starts.begin() + text, start) + 1; later != m_starts.end(); ++later)
+        *later += rows;
+    m_inAll += rows;
     m_shown += coming;
-    endInsertRows();
+    m_coming = -1;
+    m_hits.clear();
+    if (isShown)
+        endInsertRows();
+}
+
+int EverywhereModel::InScan(int text) const
+{
+    return m_coming >= 0 && text >= m_coming ? text + 1 : text;
 }
 
 int EverywhereModel::TextOf(int row) const
@@ -62,7 +68,7 @@ bool EverywhereModel::IsHit(int row) const
 
 const EverywhereText &EverywhereModel::TextAt(int row) const
 {
-    return m_scan.Text(TextOf(row));
+    return m_scan.Text(InScan(TextOf(row)));
 }
 
 const EverywhereHit &EverywhereModel::HitAt(int row) const
@@ -71,7 +77,7 @@ const EverywhereHit &EverywhereModel::HitAt(int row) const
         return *known;
     const int text = TextOf(row);
     const auto hit = static_cast<int>(row - m_starts[static_cast<size_t>(text)] - 1);
-    auto *read = new EverywhereHit(m_scan.Hit(text, hit));
+    auto *read = new EverywhereHit(m_scan.Hit(InScan(text), hit));
     m_hits.insert(row, read);
     return *read;
 }

@@ -41,8 +41,11 @@ public:
 
 private:
     int TextOf(int row) const;
+    /// The scan's number of a text of the rows.
+    int InScan(int text) const;
 
     EverywhereScan &m_scan;
+    int m_coming = -1;            ///< the text whose rows are about to come
     std::vector<qint64> m_starts; ///< by text: its row, were all of them shown
     qint64 m_inAll = 0;           ///< rows, were all of them shown
     int m_shown = 0;

@@ -53,7 +53,8 @@ TEST_F(DictionaryTransfer, EachFormOfExportComesBackAsTheSameRows)
         const std::string before = everything(kind);
         EXPECT_GT(before.size(), 40U);
         Run(0, "export dictionary --file P.FDB --quiet --kind " + kind + " --out " + out);
-        Import(0, out, "--replace --kind " + kind);
+        // More of its words share an entry than not.
+        Import(0, out, "--replace --kind " + kind + (out == "out.ifo" ? " --syn list" : ""));
         EXPECT_EQ(everything(kind), before) << out;
     }
     Run(0, "check P.FDB");
@@ -164,7 +165,7 @@ TEST_F(DictionaryTransfer, MoreFormsThanWordsStandBesideTheList)
         {{{"ā", 1}, {"bo", 0}}, "", "a,@a\nA+<br />|ā,@a\nA+<br />|b,@b\nx<br />|bo,@b\nx<br />", ""},
         {{{"ā", 1}, {"bo", 0}}, "--syn forms", a + b, "bo,b|ā,a"},
         {{{"Aṁ", 1}, {"an", 1}, {"an", 0}, {"an", 1}}, "", a + b, "an,b|an,a|aṃ,a"},
-        {{{"c", 1}, {"d", 1}, {"e", 0}}, "--syn list", a + b + "|c,@a\nA+<br />|d,@a\nA+<br />|e,@b\nx<br />", ""},
+        {{{"c", 1}, {"d", 1}, {"e", 0}}, "--syn list", a + "|e,@b\nx<br />|c,@a\nA+<br />|d,@a\nA+<br />" + b, ""},
     };
     for (const auto &row : rows) {
         SCOPED_TRACE(row.options + row.formsBeside);

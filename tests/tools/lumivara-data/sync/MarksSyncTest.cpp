@@ -136,7 +136,7 @@ TEST_F(MarksSyncVerb, FilesThatAreNoneAreNamedAndTheOthersTaken)
     Put(u"carry/lumivara-marks-6.sync.tmp"_s, "on its way");
     const std::string told = Sync("a", 1);
     ExpectParts(told, {"lumivara-marks-1.sync: left out: is not whole; it may still be on its way\n",
-                       "lumivara-marks-2\\u202Ex.sync: left out: ",
+                       "lumivara-marks-2\\u202ex.sync: left out: ",
                        "lumivara-marks-3.sync: left out: has a line that is none of such a file\n",
                        "lumivara-marks-4.sync: left out: is a link\n",
                        "lumivara-marks-5.sync: left out: is no regular file\n", "1 marks added"});
@@ -144,6 +144,7 @@ TEST_F(MarksSyncVerb, FilesThatAreNoneAreNamedAndTheOthersTaken)
     // Two of one machine, as a program that carries leaves them, are as good as one.
     for (const QString &name : Names(u"carry"_s).filter(QRegularExpression(u"-[1-5]"_s)))
         QFile::remove(Path(u"carry/"_s + name));
+    QFile::remove(Path(u"carry/lumivara-marks-5.sync"_s)); // no entry of a plain list
     EXPECT_TRUE(QFile::rename(Path(good), Path(good.chopped(5) + u" (conflict copy).sync"_s)));
     EXPECT_THAT(Sync("c"), HasSubstr("1 marks added"));
 }
