@@ -120,12 +120,13 @@ TEST_F(Imports, TextsGoBesideThoseThatAreThere)
 
 TEST_F(Imports, WhatIsLeftOutOfAHostileFolderIsToldInTheInterfacesLanguage)
 {
+    AddEnglish();
     for (const auto &[language, told] : {std::pair(0, "dẫn ra ngoài thư mục"), {1, "leads out of the folder"}}) {
         StartOn(1101, 1, language);
         EXPECT_TRUE(
             WriteBytes(folder.Path(u"texts/canon.csv"_s),
                        "kind,key,group,number,pali,vietnamese,page_pali,page_vietnamese\ngroup,1,,,Vagga,Phẩm,,\n"
-                       "text,5001,1,1,Sutta,Kinh,a.html,../../etc/passwd\n"));
+                       "text,5001,1,1,Sutta,Kinh,a.html,../../outside.html\n"));
         Open().Look(folder.Path(u"texts"_s));
         ASSERT_TRUE(Shows("tsFound")) << Text("lbSourceFault");
         ASSERT_EQ(On<QListWidget>("lstLeftOut").count(), 1);
