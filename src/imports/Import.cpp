@@ -225,7 +225,7 @@ void TfrmImport::TakeEnd(const ImportReport &report, bool wasCancelled)
     const QString failure = report.failure.isEmpty() ? TextOrEnglish(crashed) : report.failure;
     // The list of texts and the marks come behind the canon itself, and can fail alone.
     if (!m_job.isTrial && HasReplaced())
-        return ShowDone(TextOrEnglish(notWhole).arg(report.failure));
+        return ShowDone(TextOrEnglish(notWhole).arg(failure));
     if (m_isTakingBack && !wasCancelled)
         return RenameBack(failure);
     GoTo(Step::Source);
@@ -271,7 +271,7 @@ QString TfrmImport::OpenNew()
 {
     try {
         m_openNew(m_job.target);
-        return TextOrEnglish(isOpen);
+        return m_isTakingBack ? QString() : TextOrEnglish(isOpen);
     } catch (const std::exception &error) {
         return TextOrEnglish(needsRestart).arg(QString::fromUtf8(error.what()));
     }
@@ -284,6 +284,7 @@ void TfrmImport::ShowDone(const QString &sentence)
     const bool hasBefore = m_before != FileStamp() && QFileInfo::exists(before);
     if (hasBefore)
         lines += TextOrEnglish(oldStays).arg(QDir::toNativeSeparators(before));
+    lines.removeAll(QString());
     ui->lbDone->setText(lines.join(u"\n\n"_s));
     ui->btnTakeBack->setVisible(hasBefore && !m_isTakingBack);
     GoTo(Step::Done);
@@ -306,6 +307,7 @@ void TfrmImport::RenameBack(const QString &marksFault)
     std::error_code fault;
     std::filesystem::rename(QFileInfo(NameBefore(file)).filesystemFilePath(), QFileInfo(file).filesystemFilePath(),
                             fault);
+    m_isTakingBack = !fault; // else the new file stays, and the reader may try again
     if (fault)
         ShowDone(TextOrEnglish(cannotTakeBack).arg(QString::fromStdString(fault.message())));
     else
