@@ -40,6 +40,7 @@ extern "C" {
 void *dlopen(const char *file, int mode) noexcept
 {
     if (file && std::strncmp(file, "libicu", 6) == 0 && IsEngine(__builtin_return_address(0))) {
+        // An ICU in another folder is none that this process could use beside its own.
         static const QByteArray folder = FolderOfLoadedIcu();
         if (!folder.isEmpty())
             return RealDlopen()((folder + file).constData(), mode);

@@ -95,6 +95,8 @@ void EachWindow::VisitAll(const std::function<void(QWidget &)> &visit)
                                         {"acSearchSutas", u"frmSearchSutas"_s},
                                         {"acFindEverywhere", u"frmFindEverywhere"_s},
                                         {"acOrganization", u"frmFocusHighlight"_s},
+                                        {"acImport", u"frmImport"_s},
+                                        {"acWelcome", u"frmWelcome"_s},
                                         {"acKeys", u"frmKeys"_s}}) {
         Trigger(command);
         QWidget *opened = FindForm(name);
