@@ -39,6 +39,9 @@ double Milliseconds(const QElapsedTimer &clock);
 /// Milliseconds that one copy of the bytes takes, the floor of what works on them.
 double CopyTime(const QByteArray &bytes);
 
+/// Megabytes by which the process grows during an action, at the highest.
+double PeakGrowth(const std::function<void()> &action);
+
 /// Makes the state of a measure at its first use.
 template <typename State>
 struct Lazy

@@ -20,7 +20,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <malloc.h>
 #include <memory>
 
 namespace {
@@ -224,31 +223,6 @@ void RegisterGrowth()
                       tenfold.Finish()();
                   },
               .repetitions = 15});
-}
-
-/// Kilobytes of a line of the kernel's account of this process.
-qint64 StatusLine(const QByteArray &name)
-{
-    QFile file(QStringLiteral("/proc/self/status"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    for (const QByteArray &line : file.readAll().split('\n')) {
-        if (line.startsWith(name))
-            return line.mid(name.size() + 1).simplified().split(' ').front().toLongLong();
-    }
-    return 0;
-}
-
-/// Megabytes by which the process grows during an action, at the highest.
-double PeakGrowth(const std::function<void()> &action)
-{
-    malloc_trim(0); // what is free does not hide what is taken
-    QFile reset(QStringLiteral("/proc/self/clear_refs"));
-    if (!reset.open(QIODevice::WriteOnly) || reset.write("5") != 1 || !reset.flush())
-        qFatal("the highest use of memory can't be measured here");
-    const qint64 before = StatusLine("VmRSS");
-    action();
-    return static_cast<double>(StatusLine("VmHWM") - before) / 1000;
 }
 
 void RegisterMemory()

@@ -39,9 +39,11 @@ int main(int argc, char **argv)
     RegisterColourMeasures();
     RegisterProgramMeasures();
     RegisterSearchMeasures();
+    RegisterEverywhereMeasures();
     RegisterLanguageMeasures();
     RegisterDictionaryMeasures();
     RegisterDictionaryIoMeasures();
+    RegisterFormsMeasures();
     RegisterMarksMeasures();
     RegisterPrintingMeasures();
     RegisterSkinMeasures();

@@ -1,5 +1,5 @@
 # Completion of lumivara-data, lumivara-lang and lumivara-skins for bash. Verbs and options come from the tools' --help;
-# the values after --format and --kind, and the words after a verb, are written here and must follow the tools.
+# the values after --format, --kind and --syn, and the words after a verb, are written here and must follow the tools.
 
 _lumivara_verbs() {
     "$1" --help 2>/dev/null | sed -n '/^Verbs:/,/^$/s/^  \([a-z][a-z-]*\) .*/\1/p'
@@ -40,9 +40,18 @@ _lumivara() {
         mapfile -t COMPREPLY < <(compgen -W "1 2 3 4 5 6 7 8" -- "$current")
         return
     fi
+    if [ "$previous" = --syn ]; then
+        mapfile -t COMPREPLY < <(compgen -W "list forms" -- "$current")
+        return
+    fi
+    if [ "$previous" = --with ]; then
+        compopt -o filenames
+        mapfile -t COMPREPLY < <(compgen -d -- "$current")
+        return
+    fi
     if [ "$COMP_CWORD" -eq 2 ] && [ "${tool##*/}" = lumivara-data ]; then
         case $verb in
-        backup | restore) thing=marks ;;
+        backup | restore | sync) thing=marks ;;
         forget-me | update-list | words) ;;
         *) thing='canon dictionary marks' ;;
         esac

@@ -23,13 +23,17 @@ if [[ $PREFIX == -* ]]; then
 fi
 case $words[CURRENT-1]:$verb-$thing in
 --kind:*) compadd 1 2 3 4 5 6 7 8 ;;
+--syn:*) compadd list forms ;;
 --format:import-marks) compadd csv markdown ;;
 --format:export-marks) compadd html markdown csv ;;
 --format:import-canon) compadd segmented folder copy ;;
 --format:export-canon) compadd folder segmented ;;
 --format:*-dictionary) compadd stardict tsv markup ;;
+--with:*) _files -/ ;;
 *)
-    (( CURRENT == 3 )) && [[ $tool == *lumivara-data && $verb != words ]] && compadd canon dictionary marks
+    if (( CURRENT == 3 )) && [[ $tool == *lumivara-data && $verb != words ]]; then
+        [[ $verb == (backup|restore|sync) ]] && compadd marks || compadd canon dictionary marks
+    fi
     _files
     ;;
 esac

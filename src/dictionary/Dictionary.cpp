@@ -2,7 +2,9 @@
 
 #include "base/InterfaceLanguage.h"
 #include "dictionary/DictionaryDM.h"
+#include "dictionary/DictionaryForms.h"
 #include "dictionary/EntryFormatter.h"
+#include "dictionary/SoughtForms.h"
 #include "dictionary/WordRules.h"
 #include "presentation/FontPolicy.h"
 #include "stores/KeloraDM.h"
@@ -50,7 +52,7 @@ QString CollectionKey()
 
 TfrmDictionary::TfrmDictionary(QWidget *parent)
     : QWidget(parent), qryWords(this), qryContents(this), qryCheckWord(this), dsWords(this), dsContents(this),
-      TimerDelta(this), TimerEndScroll(this), ui(std::make_unique<Ui::frmDictionary>())
+      TimerDelta(this), TimerEndScroll(this), TimerForms(this), ui(std::make_unique<Ui::frmDictionary>())
 {
     InitDictionaryTexts();
     SetWindowFont(*this);
@@ -68,6 +70,8 @@ TfrmDictionary::TfrmDictionary(QWidget *parent)
     DeclareData();
     SetUpCommands();
     SetUpSearch();
+    SetUpTyping();
+    SetUpStrip();
     ui->edSearchWord->setFocus();
 }
 
@@ -110,6 +114,8 @@ void TfrmDictionary::DeclareData()
             dataSet->SetTransaction(&frmDictionaryDM->trDictionary);
         }
     }
+    if (frmDictionaryDM)
+        m_soughtForms = std::make_unique<SoughtForms>(frmDictionaryDM->dbDictionary, frmDictionaryDM->trDictionary);
     dsWords.setObjectName(u"dsWords"_s);
     dsWords.SetDataSet(&qryWords);
     dsContents.setObjectName(u"dsContents"_s);
@@ -168,9 +174,10 @@ void TfrmDictionary::UpdateCommands()
     ui->acGotoWord->setEnabled(hasSelection);
 }
 
-void TfrmDictionary::FormCreate()
+void TfrmDictionary::FormCreate(bool isForWord)
 {
     vIsInit = true;
+    m_isForWord = isForWord;
     vWordsDefQry = qryWords.SelectSQL();
     ui->bMultiDictionary->setChecked(MultiDictionary);
     vTypeDict = DictionaryKind;
@@ -202,6 +209,7 @@ void TfrmDictionary::FormShow()
 {
     SetFontQuality(*ui->edSearchWord);
     SetFontQuality(*ui->gWords);
+    SetFontQuality(*ui->lstForms);
     vIsInit = false;
 }
 
@@ -215,6 +223,7 @@ void TfrmDictionary::FormClose()
 {
     TimerDelta.stop();
     TimerEndScroll.stop();
+    TimerForms.stop();
     // Not being able to store this is not worth a message.
     try {
         frmKeloraDM->SetRegistryData(RegistryRoot::CurrentUser, CollectionKey(), vTypeDict, RegistryType::Integer,
@@ -242,6 +251,8 @@ void TfrmDictionary::ShowCaptions()
     const QString caption = m_shownKind ? DictionaryCaption(*m_shownKind, InterfaceLang) : QString();
     if (!caption.isEmpty())
         ui->bsiDicts->setTitle(caption);
+    if (!ui->lstForms->Words().isEmpty())
+        BeginSeeking();
 }
 
 void TfrmDictionary::SelectDictionary(int kind, const QString &text)
@@ -297,6 +308,7 @@ void TfrmDictionary::ShowWordContent()
         SaveHTMLFormatted();
         ui->ebContentWord->LoadFromString(vHTMLString, LastWord);
         FIsStartPage = true;
+        TakeShown();
     } catch (const std::exception &) {
     }
 }

@@ -1,13 +1,20 @@
 #include "dictionary/Dictionary.h"
 
 #include "base/Texts.h"
+#include "dictionary/SoughtForms.h"
 #include "dictionary/WordRules.h"
+#include "stores/KeloraDM.h"
+#include "stores/Modules.h"
 #include "stores/Schema.h"
 #include "stores/settings/Options.h"
+#include "toolkit/controls/VelthuisTyping.h"
 #include "toolkit/program/Guard.h"
 #include "ui_Dictionary.h"
 
 #include <QScopeGuard>
+#include <QScopedValueRollback>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -29,6 +36,27 @@ void TfrmDictionary::SetUpSearch()
     TimerEndScroll.setInterval(EndScrollRest);
     ConnectGuarded(&TimerEndScroll, &QTimer::timeout, this, [this] { qryWordsEndScroll(); });
     qryWords.AfterScroll = [this] { TimerEndScroll.start(); };
+}
+
+void TfrmDictionary::SetUpTyping()
+{
+    const auto isMeant = [this] { return frmKeloraDM && frmKeloraDM->TypesPali() && IsOfPaliWords(vTypeDict); };
+    new VelthuisTyping(*ui->edSearchWord, isMeant, [this] { return Niggahita(); });
+}
+
+QChar TfrmDictionary::Niggahita()
+{
+    if (const auto known = m_niggahitas.find(vTypeDict); known != m_niggahitas.end())
+        return known->second;
+    QChar letter;
+    try {
+        letter =
+            NiggahitaOfWords([this](const QString &word) { return HasWord(vTypeDict, TestedForm(vTypeDict, word)); });
+    } catch (const std::exception &) {
+        letter = NiggahitaOfWords([](const QString &) { return false; });
+    }
+    qryCheckWord.Close();
+    return m_niggahitas[vTypeDict] = letter;
 }
 
 void TfrmDictionary::edSearchWordKeyDown(int key, const QString &text)
@@ -81,6 +109,11 @@ void TfrmDictionary::RunWordSearch()
 
 void TfrmDictionary::RefreshWordList()
 {
+    if (vIsInit && m_isForWord) {
+        m_isListDue = true;
+        return;
+    }
+    DropForms();
     const QString text = ui->edSearchWord->text();
     qryContents.Close();
     {
@@ -93,13 +126,16 @@ void TfrmDictionary::RefreshWordList()
         });
         qryWords.Close();
         qryWords.SelectSQL() = vWordsDefQry;
-        if (!TrimControls(text).isEmpty()) {
+        const bool isFiltered = !TrimControls(text).isEmpty();
+        if (isFiltered) {
             qryWords.SelectSQL().append(
                 u"WHERE (e.WORD_NAME starting with :SEARCHTEXT) or  (e.WORD_NAME starting with :SEARCHTEXT_MIXER)"_s);
             qryWords.ParamByName(u"SEARCHTEXT"_s).SetAsString(LowerForm(text));
             qryWords.ParamByName(u"SEARCHTEXT_MIXER"_s).SetAsString(MixedForm(text));
         }
         qryWords.ParamByName(Parameter::ADict).SetAsInteger(vTypeDict);
+        if (m_soughtForms)
+            m_soughtForms->Tell(isFiltered ? LowerForm(text) : QString(), isFiltered ? MixedForm(text) : QString());
         qryWords.Open();
         if (vIsInit && !LastWord.isEmpty())
             qryWords.Locate(Field::WordName, LastWord);
@@ -108,6 +144,7 @@ void TfrmDictionary::RefreshWordList()
     qryContents.ParamByName(Parameter::MultiDict).SetAsBoolean(MultiDictionary);
     qryContents.Open();
     ShowWordContent();
+    SeekForms();
 }
 
 bool TfrmDictionary::HasWord(int kind, const QString &form)
@@ -119,9 +156,23 @@ bool TfrmDictionary::HasWord(int kind, const QString &form)
     return qryCheckWord.FieldByName(Field::Result).AsInteger() == 1;
 }
 
-void TfrmDictionary::SearchingText(const QString &text)
+void TfrmDictionary::SearchingText(const QString &text, const Neighbours &around)
 {
     ui->edSearchWord->setText(TrimControls(text));
+    const QScopedValueRollback handedOver(m_handedOver, std::optional(SoughtForm{TrimControls(text), around}));
+    m_isForWord = false;
+    const bool isListDue = std::exchange(m_isListDue, false);
+    try {
+        SearchInPair();
+    } catch (...) {
+        if (isListDue && !qryWords.Active())
+            ListAsOpened();
+        throw;
+    }
+}
+
+void TfrmDictionary::SearchInPair()
+{
     const auto contains = [this](int kind, const QString &form) { return HasWord(kind, form); };
     const auto place = FindDictionary(vTypeDict, ui->edSearchWord->text(), contains);
     qryCheckWord.Close();
@@ -135,10 +186,24 @@ void TfrmDictionary::SearchingText(const QString &text)
     SelectDictionary(place->kind, place->text);
 }
 
-void TfrmDictionary::LookUp(int kind, const QString &text)
+/// The list that a window has which opens without a word, for one that has failed to list its word's. If that fails,
+/// too, the box stays empty.
+void TfrmDictionary::ListAsOpened()
+{
+    const QString text = ui->edSearchWord->text();
+    ui->edSearchWord->clear();
+    {
+        const QScopedValueRollback handedOver(m_handedOver, std::optional<SoughtForm>());
+        const QScopedValueRollback isInit(vIsInit, true);
+        RefreshWordList();
+    }
+    ui->edSearchWord->setText(text);
+}
+
+void TfrmDictionary::LookUp(int kind, const QString &text, const Neighbours &around)
 {
     vTypeDict = kind;
-    SearchingText(text);
+    SearchingText(text, around);
 }
 
 void TfrmDictionary::qryWordsEndScroll()

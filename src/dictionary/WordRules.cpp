@@ -2,9 +2,12 @@
 
 #include "base/Messages.h"
 #include "base/Texts.h"
+#include "base/Velthuis.h"
 #include "stores/Schema.h"
 
 #include <array>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -102,6 +105,30 @@ std::optional<WordPlace> FindDictionary(int kind, const QString &text,
             return WordPlace{first + 1, text};
     }
     return std::nullopt;
+}
+
+bool IsOfPaliWords(int kind)
+{
+    return kind == DictKind::PaliVietnamese || kind == DictKind::PaliEnglish;
+}
+
+QChar NiggahitaOfWords(const std::function<bool(const QString &word)> &has)
+{
+    constexpr int enough = 3;
+    NiggahitaCount count;
+    int found = 0;
+    for (const QString &word : {u"saṃsāra"_s, u"saṃyutta"_s, u"saṃvara"_s, u"aṃsa"_s, u"maṃsa"_s, u"haṃsa"_s,
+                                u"saṃyojana"_s, u"evaṃ"_s, u"saṃvega"_s, u"ahiṃsā"_s, u"puṃ"_s, u"taṃ"_s}) {
+        for (const QChar letter : Niggahitas) {
+            if (!has(QString(word).replace(u'ṃ', letter)))
+                continue;
+            count.AddOne(letter);
+            ++found;
+        }
+        if (found >= enough)
+            break;
+    }
+    return count.Letter();
 }
 
 WordKey MeaningOfWordKey(int key, const QString &text)

@@ -37,6 +37,12 @@ struct WordPlace
 std::optional<WordPlace> FindDictionary(int kind, const QString &text,
                                         const std::function<bool(int kind, const QString &form)> &contains);
 
+/// True for the kinds whose words are Pāli.
+bool IsOfPaliWords(int kind);
+/// The letter in which a dictionary writes the niggahita, by the spelling of common words that `has` knows; ṃ if it has
+/// none of them.
+QChar NiggahitaOfWords(const std::function<bool(const QString &word)> &has);
+
 enum class WordKey { Nothing, Typing, NextRow, PriorRow, NextPage, PriorPage };
 /// The meaning of a key pressed in the search box, by its Qt::Key and its text, ignoring modifiers.
 WordKey MeaningOfWordKey(int key, const QString &text);

@@ -8,6 +8,7 @@
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
 #include "toolkit/program/Guard.h"
+#include "toolkit/program/WindowPlace.h"
 #include "ui_Import.h"
 
 #include <QDir>
@@ -53,6 +54,7 @@ constexpr Message isOpen{u"Bản mới đang được dùng.", u"The new file is
 constexpr Message needsRestart{u"Hãy khởi động lại chương trình để dùng bản mới:\n%1",
                                u"Start the program again to use the new file:\n%1"};
 constexpr Message oldStays{u"Bản cũ được giữ lại: %1", u"The old file stays: %1"};
+constexpr Message importedStays{u"Bản đã nhập được giữ lại: %1", u"The imported file stays: %1"};
 constexpr Message notWhole{u"Bản mới đã được đặt vào chỗ, nhưng việc chưa xong:\n%1",
                            u"The new file is in its place, but the work did not come to its end:\n%1"};
 constexpr Message takingBack{u"Đang lấy lại: %1", u"Taking back %1"};
@@ -99,6 +101,7 @@ TfrmImport::TfrmImport(std::function<void(ImportTarget)> openNew, QWidget *paren
     ui->setupUi(this);
     GrowWithText(*this);
     TranslateForm(*this);
+    CentreOnScreen(*this);
     ConnectGuarded(ui->btnFolder, &QPushButton::clicked, this, [this] { ChooseFolder(); });
     ConnectGuarded(ui->btnFile, &QPushButton::clicked, this, [this] { ChooseFile(); });
     ConnectGuarded(ui->edSource, &QLineEdit::returnPressed, this, [this] { Look(ui->edSource->text()); });
@@ -225,7 +228,7 @@ void TfrmImport::TakeEnd(const ImportReport &report, bool wasCancelled)
     const QString failure = report.failure.isEmpty() ? TextOrEnglish(crashed) : report.failure;
     // The list of texts and the marks come behind the canon itself, and can fail alone.
     if (!m_job.isTrial && HasReplaced())
-        return ShowDone(TextOrEnglish(notWhole).arg(report.failure));
+        return ShowDone(TextOrEnglish(notWhole).arg(failure));
     if (m_isTakingBack && !wasCancelled)
         return RenameBack(failure);
     GoTo(Step::Source);
@@ -261,9 +264,7 @@ void TfrmImport::ShowFound(const ImportReport &report)
             ui->cbTarget->addItem(KindText(kind), kind);
     ui->cbTarget->setCurrentIndex(std::max(ui->cbTarget->findData(m_job.kind), 0));
     ui->cbTarget->setEnabled(ui->cbTarget->count() > 1);
-    const bool isWords = m_job.target == ImportTarget::Dictionary;
-    ui->rbBeside->setVisible(isWords);
-    (isWords ? ui->rbBeside : ui->rbInPlace)->setChecked(true);
+    (m_job.target == ImportTarget::Dictionary ? ui->rbBeside : ui->rbInPlace)->setChecked(true);
     GoTo(Step::Found);
 }
 
@@ -271,7 +272,7 @@ QString TfrmImport::OpenNew()
 {
     try {
         m_openNew(m_job.target);
-        return TextOrEnglish(isOpen);
+        return m_isTakingBack ? QString() : TextOrEnglish(isOpen);
     } catch (const std::exception &error) {
         return TextOrEnglish(needsRestart).arg(QString::fromUtf8(error.what()));
     }
@@ -283,7 +284,8 @@ void TfrmImport::ShowDone(const QString &sentence)
     const QString before = NameBefore(m_job.File());
     const bool hasBefore = m_before != FileStamp() && QFileInfo::exists(before);
     if (hasBefore)
-        lines += TextOrEnglish(oldStays).arg(QDir::toNativeSeparators(before));
+        lines += TextOrEnglish(m_isTakingBack ? importedStays : oldStays).arg(QDir::toNativeSeparators(before));
+    lines.removeAll(QString());
     ui->lbDone->setText(lines.join(u"\n\n"_s));
     ui->btnTakeBack->setVisible(hasBefore && !m_isTakingBack);
     GoTo(Step::Done);
@@ -297,6 +299,7 @@ void TfrmImport::TakeBack()
     // Marks have gone with texts that have other keys now, and come back by their texts' names: an import like any
     // other.
     m_job.source = NameBefore(m_job.File());
+    m_job.replaces = true;
     Run(TextOrEnglish(takingBack));
 }
 
@@ -306,6 +309,7 @@ void TfrmImport::RenameBack(const QString &marksFault)
     std::error_code fault;
     std::filesystem::rename(QFileInfo(NameBefore(file)).filesystemFilePath(), QFileInfo(file).filesystemFilePath(),
                             fault);
+    m_isTakingBack = !fault; // else the new file stays, and the reader may try again
     if (fault)
         ShowDone(TextOrEnglish(cannotTakeBack).arg(QString::fromStdString(fault.message())));
     else

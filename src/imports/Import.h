@@ -51,8 +51,9 @@ private:
     void ShowFound(const ImportReport &report);
     /// `sentence` tells what has been done, or what not.
     void ShowDone(const QString &sentence);
+    /// Whether the database is another file than when the job began.
     bool HasReplaced() const;
-    /// Lets the program go on with the new file; the sentence that tells how that went.
+    /// Lets the program go on with the file that is there now; the sentence that tells how that went, if one is due.
     QString OpenNew();
 
     std::function<void(ImportTarget)> m_openNew;

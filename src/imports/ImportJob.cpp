@@ -22,15 +22,6 @@ struct Word
     Message text;
 };
 
-constexpr Word counts[]{
-    {u"groups", {u"nhóm", u"groups"}},
-    {u"texts", {u"bài", u"texts"}},
-    {u"pages", {u"trang văn bản", u"pages"}},
-    {u"words imported", {u"từ được nhập", u"words imported"}},
-    {u"words kept", {u"từ đang có được giữ lại", u"words kept"}},
-    {u"texts added to the list", {u"bài thêm vào danh sách", u"texts added to the list"}},
-};
-
 constexpr Word forms[]{
     {u"segmented", {u"Kinh sách chia theo từng đoạn", u"Texts in segments"}},
     {u"folder", {u"Thư mục kinh sách", u"A folder of texts"}},
@@ -39,15 +30,6 @@ constexpr Word forms[]{
     {u"tsv", {u"Bảng từ và nghĩa", u"A table of words and entries"}},
     {u"markup", {u"Bản nguồn của từ điển", u"The source form of a dictionary"}},
 };
-
-template <size_t Size>
-QString Translated(const Word (&words)[Size], const QString &word)
-{
-    for (const Word &known : words)
-        if (word == QStringView(known.ofTool))
-            return TextOrEnglish(known.text);
-    return word;
-}
 
 } // namespace
 
@@ -79,9 +61,13 @@ QStringList ImportJob::Arguments() const
     if (target == ImportTarget::Canon)
         arguments << u"canon"_s;
     else
-        arguments << u"dictionary"_s << u"--kind"_s << QString::number(kind)
-                  << (replaces ? u"--replace"_s : u"--add"_s);
+        arguments << u"dictionary"_s << u"--kind"_s << QString::number(kind);
+    if (!replaces)
+        arguments << u"--add"_s;
+    else if (target == ImportTarget::Dictionary)
+        arguments << u"--replace"_s;
     arguments << u"--into"_s << File() << u"--json"_s << u"--progress"_s;
+    arguments << u"--words"_s << TextOrEnglish({u"vi", u"en"});
     // The list of texts belongs to the marks, which a trial leaves alone.
     const QString marks = programFolder + DatabaseFile::Marks;
     if (target == ImportTarget::Canon && !isTrial && QFileInfo::exists(marks))
@@ -128,10 +114,13 @@ ImportReport ReportOf(const QByteArray &json, int exitCode)
 
 QString CountText(const QString &what, qint64 number)
 {
-    return QLocale().toString(number) + u' ' + Translated(counts, what);
+    return QLocale().toString(number) + u' ' + what;
 }
 
 QString FormText(const QString &form)
 {
-    return Translated(forms, form);
+    for (const Word &known : forms)
+        if (form == QStringView(known.ofTool))
+            return TextOrEnglish(known.text);
+    return form;
 }

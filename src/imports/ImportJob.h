@@ -24,7 +24,7 @@ struct ImportJob
     QString source;
     ImportTarget target = ImportTarget::Canon;
     int kind = 0;          ///< of the dictionary, 1 to 8
-    bool replaces = true;  ///< the words of that kind go, else they stay; a canon is always replaced
+    bool replaces = true;  ///< the texts, or the words of that kind, go; else they stay
     bool isTrial = false;  ///< tells what would be taken and left out, and changes nothing
     QString programFolder; ///< with its trailing separator: where the databases are
 
@@ -43,7 +43,7 @@ struct ImportProgress
 /// A line of the tool's error stream; none if it is no progress.
 std::optional<ImportProgress> ProgressOf(const QByteArray &line);
 
-/// What the tool tells at its end. Its own words are English.
+/// What the tool tells at its end, in the interface's language; what others told it stays as it was.
 struct ImportReport
 {
     bool isDone = false;                        ///< something could be taken
@@ -51,13 +51,13 @@ struct ImportReport
     QString form;                               ///< as the tool names it: "segmented", "stardict" …
     QString name;                               ///< that the source gives itself
     QString licence;                            ///< the first line of it
-    QList<std::pair<QString, qint64>> counts;   ///< what was counted, such as "texts"
+    QList<std::pair<QString, qint64>> counts;   ///< what was counted, such as "bài"
     QList<std::pair<QString, QString>> leftOut; ///< place and reason, the first of them
     qint64 leftOutCount = 0;                    ///< of all
 };
 /// Reads the JSON object on the tool's standard output.
 ImportReport ReportOf(const QByteArray &json, int exitCode);
-/// A count in the interface's language, such as "12 texts"; the tool's word where there is no other.
+/// A count as it is shown, such as "12 bài".
 QString CountText(const QString &what, qint64 number);
 /// The tool's name of a form, in the interface's language.
 QString FormText(const QString &form);

@@ -3,6 +3,7 @@
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
 #include "toolkit/program/Guard.h"
+#include "toolkit/program/WindowPlace.h"
 #include "ui_Welcome.h"
 
 #include <QKeyEvent>
@@ -21,6 +22,7 @@ TfrmWelcome::TfrmWelcome(std::function<void()> import, std::function<void()> ope
     ui->setupUi(this);
     GrowWithText(*this);
     TranslateForm(*this);
+    CentreOnScreen(*this);
     ConnectGuarded(ui->btnWelcomeImport, &QPushButton::clicked, this, [this, import = std::move(import)] {
         close();
         import();

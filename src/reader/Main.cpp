@@ -2,6 +2,7 @@
 
 #include "base/InterfaceLanguage.h"
 #include "dictionary/Dictionary.h"
+#include "everywhere/EverywhereWindow.h"
 #include "presentation/languages/DKLang.h"
 #include "reader/ReaderRules.h"
 #include "stores/KeloraDM.h"
@@ -59,6 +60,7 @@ TfrmMain::TfrmMain(QWidget *parent)
     SetUpButtons();
     SetUpSystemMenu();
     SetUpFoot();
+    SetUpEverywhere();
     SetUpWay();
     SetUpReference();
     SetUpImports();
@@ -190,6 +192,7 @@ void TfrmMain::FormCreate()
     ui->btnMarginWidth->setText(QString::number(frmKeloraDM->vMarginWidth));
     LoadContentData();
     frmKeloraDM->LoadFavouriteSuttas();
+    FollowDesktop();
 }
 
 void TfrmMain::showEvent(QShowEvent *event)
@@ -226,6 +229,8 @@ void TfrmMain::bcbLanguageChange()
     ShowQtWords();
     if (auto *dictionary = qobject_cast<TfrmDictionary *>(FindForm(QStringLiteral("frmDictionary"))))
         dictionary->ShowCaptions();
+    if (auto *everywhere = qobject_cast<TfrmFindEverywhere *>(FindForm(QStringLiteral("frmFindEverywhere"))))
+        everywhere->ShowTexts();
     // The English interface reads the names in Pāli; a further language leaves the columns as they are.
     if (InterfaceLang == 0 || InterfaceLang == 1) {
         ui->dbtSutas->Column(Field::NameVicVie)->SetVisible(InterfaceLang == 0);

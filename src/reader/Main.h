@@ -33,6 +33,7 @@ class TBrowserControl;
 class TDBTreeListColumn;
 class TDKLanguageController;
 class TdxSkinController;
+struct Neighbours;
 
 namespace Ui {
 class frmMain;
@@ -71,6 +72,10 @@ public:
     void ColourWords(const QString &words) override;
     void StepToPlace(bool isBackward) override;
     void SetSoughtWords(const QString &words) override;
+    void BeginSearch(const Search &search) override;
+    void EndSearch() override;
+    bool OpenPlace(int idVic, std::optional<int> language, qsizetype place) override;
+    void GoToPage() override;
 
     TpFIBDataSet qryTreeSutas;
     TpFIBDataSet qryKeloraContent;
@@ -84,6 +89,7 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
 
@@ -93,6 +99,22 @@ private:
     {
         QAction *action;
         std::function<bool(const ReaderFacts &)> rule;
+    };
+
+    /// Where a search has taken the reader.
+    struct Hit
+    {
+        int idVic = 0;
+        std::optional<int> language;
+        qsizetype number = -1;
+    };
+
+    /// What the foot tells, with a button if there is something to do.
+    struct FootMessage
+    {
+        QString text;
+        QString action;
+        std::function<void()> act;
     };
 
     // Main.cpp: start and end
@@ -112,6 +134,11 @@ private:
     void FillSkins();
     void ApplyStoredSkin();
     void bcbInterfaceChange();
+    /// Starts or ends following the desktop, as the command is checked.
+    void FollowDesktop();
+    void TakeDesktopLook(bool isDark);
+    /// The first look of the file for a dark or a light desktop; empty if there is none.
+    QString FirstLook(bool isDark) const;
 
     // MainTree.cpp
     void SetUpTree();
@@ -136,8 +163,8 @@ private:
     bool GoToSoughtWords();
 
     // MainLookUp.cpp: words handed to the dictionary
-    TfrmDictionary &OpenDictionary();
-    void LookUpWord(const std::function<QString()> &takeWord);
+    TfrmDictionary &OpenDictionary(bool isForWord = false);
+    void LookUpWord(const std::function<QString(Neighbours &around)> &takeWord);
     void acGetWordExecute();
     void ebContentClick(Qt::MouseButton button, Qt::KeyboardModifiers modifiers, int x, int y);
 
@@ -150,6 +177,8 @@ private:
     // MainFoot.cpp: the bar at the foot
     void SetUpFoot();
     void ShowFoot(bool shows);
+    /// Of the options added since: it holds from now on, and is stored.
+    void KeepChoice(Option option, const OptionValue &value);
     void UpdateFootText();
     void GoToArea(int step);
 
@@ -166,10 +195,9 @@ private:
     void GoToWantedPlace();
     void Go(bool isForward);
     bool TravelTo(const Place &place);
-    /// Opens a text, also if the filter hides it, which is emptied then. False if the canon does not have it.
-    bool LocateText(int text);
-    /// Sets the language mode of the next page, its button and its option.
-    void ChooseLanguage(int mode);
+    /// Sets the language mode of the next page of a text, its button and its option. A page in English has no button,
+    /// and is shown as for a hit.
+    void ChooseLanguage(int text, int mode);
     /// The name of a text in the interface's language; empty if the canon does not have it.
     QString NameOfText(int text);
     void FillRecent();
@@ -187,6 +215,15 @@ private:
     bool GoToReference(int text, const std::optional<PagePlace> &place);
     const QList<KeloraText> &Texts();
 
+    // MainKeys.cpp: commands that have keys alone
+    void SetUpKeys();
+    /// Of a key that acts on page or window: its release in the filter box would read the tree again.
+    void WireKey(QAction *action, std::function<void()> execute);
+    void ShowFullScreen(bool shows);
+    void GoToTextBeside(bool isBefore);
+    bool IsTextAt(int row) const;
+    void OpenKeys();
+
     // MainImports.cpp: what a reader brings, and databases that are replaced while they are open
     void SetUpImports();
     void WatchFile(ImportTarget target);
@@ -196,6 +233,21 @@ private:
     void OpenNewDictionary();
     TfrmImport &OpenImports();
     void OpenWelcome(bool takesFocus);
+
+    // MainEverywhere.cpp: the search of everything; names for a filter that finds none
+    void SetUpEverywhere();
+    void acFindEverywhereExecute();
+    /// The language mode of the page on show.
+    int ShownLanguage() const;
+    void ShowLanguageButton(int mode);
+    /// The hit holds for its own text alone.
+    void LeaveHitOfOtherText();
+    void LeaveHit();
+    void MarkPlaces();
+    bool IsTreeFiltered();
+    /// Moves the whole tree to a row; false if there is none.
+    bool OpenInWholeTree(int idVic);
+    void OfferNames();
 
     // MainCommands.cpp
     void SetUpCommands();
@@ -221,10 +273,11 @@ private:
     QString vDefTreeKeloraSQL;
     bool vIsInit = false;
     bool FIsStartPage = false;
+    std::unique_ptr<QObject> m_desktopWatch; ///< while the desktop is followed
+    std::optional<bool> m_isDesktopDark;     ///< as told by it
+    bool m_isFollowing = false;              ///< the desktop chooses a look now, not the reader
     bool m_isAskingToQuit = false;
     bool m_isMarking = false;
-    std::function<void()> m_footAction;
-    bool m_isFootInOrder = false; ///< of the tab key
     InputWatch *m_input = nullptr;
     QTimer *m_storeTimer = nullptr;
     History m_history;
@@ -237,7 +290,12 @@ private:
     std::optional<PagePlace> m_given;  ///< of the text that is being opened
     bool m_isReloading = false;        ///< the tree, or the page with other options
     bool m_hasOwnPlace = false;        ///< who opens the text takes the reader to a place of his own
-    QList<KeloraText> m_texts;         ///< of the canon, once they have been asked for
+    QList<KeloraText> m_texts;         ///< of the canon by number, once they have been asked for
+    std::optional<Search> m_search;    ///< that has begun last, unless the find bar or the text search has
+    std::optional<Hit> m_hit;
+    FootMessage m_foot;
+    std::optional<FootMessage> m_footBeforeNames; ///< while names are offered
+    bool m_isFootInOrder = false;                 ///< of the tab key
     QFileSystemWatcher *m_watcher = nullptr;
     std::map<ImportTarget, FileStamp> m_openFiles; ///< those that this program has open under the names
 };

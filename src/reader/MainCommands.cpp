@@ -75,8 +75,14 @@ void TfrmMain::SetUpCommands()
     Wire(ui->acNameVIE, [this] { ViewSuttaName(PageMode::Vietnamese); });
     Wire(ui->acNameENG, [this] { ViewSuttaName(PageMode::English); });
     Wire(ui->acNameVietPali, [this] { ViewSuttaName(PageMode::Parallel); });
+    Wire(ui->acFindEverywhere, [this] { acFindEverywhereExecute(); });
     Wire(ui->acImport, [this] { OpenImports(); });
     Wire(ui->acWelcome, [this] { OpenWelcome(true); });
+    Wire(ui->acVelthuis, [this] { KeepChoice(Option::PaliTyping, ui->acVelthuis->isChecked()); });
+    Wire(ui->acFollowDesktop, [this] {
+        KeepChoice(Option::FollowDesktop, ui->acFollowDesktop->isChecked());
+        FollowDesktop();
+    });
     Wire(ui->acFoot, [this] { ShowFoot(ui->acFoot->isChecked()); });
     Wire(
         ui->acBack, [this] { Go(false); }, MayGoBack);
@@ -89,6 +95,7 @@ void TfrmMain::SetUpCommands()
         ui->acCopyReference, [this] { acCopyReferenceExecute(); }, MayCopy);
     Wire(ui->acNextArea, [this] { GoToArea(1); });
     Wire(ui->acPriorArea, [this] { GoToArea(-1); });
+    SetUpKeys();
     // The toggles follow the shown names; clicking a checked one keeps it checked.
     ConnectGuarded(ui->bTreeNamePAL, &QAction::triggered, this, [this] { ViewSuttaName(PageMode::Pali); });
     ConnectGuarded(ui->bTreeNameVIE, &QAction::triggered, this, [this] { ViewSuttaName(PageMode::Vietnamese); });
@@ -145,6 +152,8 @@ void TfrmMain::UpdateCommands()
         if (command.rule)
             command.action->setEnabled(command.rule(facts));
     }
+    // Escape is the find bar's while that is open.
+    ui->acLeaveFullScreen->setEnabled(isFullScreen() && !ui->ebContent->IsFindBarOpen());
 }
 
 void TfrmMain::SetUpButtons()

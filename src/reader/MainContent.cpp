@@ -47,8 +47,9 @@ void TfrmMain::SetUpReturn()
 void TfrmMain::dsKeloraContentDataChange()
 {
     ShowWaitCursor(true);
+    LeaveHitOfOtherText();
     TextComes();
-    ViewSutta(frmKeloraDM->vLanguageSutta);
+    ViewSutta(ShownLanguage());
     UpdateFootText();
     ShowWaitCursor(false);
 }
@@ -64,6 +65,7 @@ void TfrmMain::ViewSutta(int mode)
         {PassageAddress(qryTreeSutas.FieldByName(Field::IdVic).AsInteger()), PassageLanguage(mode)});
     const QScopedValueRollback startPage(FIsStartPage, true);
     ui->ebContent->LoadFromString(page, PageTitle());
+    MarkPlaces();
 }
 
 QByteArray TfrmMain::ComposePage(int mode)
@@ -89,6 +91,7 @@ void TfrmMain::SetContentLanguage(int mode)
 {
     if (vIsInit)
         return;
+    LeaveHit();
     frmKeloraDM->vLanguageSutta = mode;
     ViewAgain(mode);
     StoreSilently(Option::LanguageSutta, mode);
@@ -118,7 +121,7 @@ void TfrmMain::SetMarginWidth(int level)
 {
     StoreSilently(Option::MarginWidth, level);
     frmKeloraDM->vMarginWidth = level;
-    ViewAgain(frmKeloraDM->vLanguageSutta);
+    ViewAgain(ShownLanguage());
     ui->btnMarginWidth->setText(QString::number(level));
 }
 
@@ -140,6 +143,9 @@ void TfrmMain::StepToPlace(bool isBackward)
 void TfrmMain::SetSoughtWords(const QString &words)
 {
     vFindSuttaStr = words;
+    if (!words.isEmpty())
+        EndSearch();
+    ui->ebContent->PreferColoured(!words.isEmpty());
 }
 
 void TfrmMain::ApplyOptions()
@@ -163,7 +169,7 @@ void TfrmMain::ebContentDocumentComplete()
     if (!std::exchange(m_isFootInOrder, true)) {
         QWidget *last = ui->ebContent;
         for (QWidget *next : std::initializer_list<QWidget *>{ui->btnBack, ui->btnForward, ui->edReference,
-                                                              ui->btnFootAction, ui->btnMore})
+                                                              ui->btnFootAction, ui->btnFootNames, ui->btnMore})
             setTabOrder(std::exchange(last, next), next);
     }
     const int text = m_textNumber;

@@ -20,8 +20,10 @@ void TfrmMain::SetUpFoot()
     ui->btnMore->setMenu(ui->ppMore);
     ui->barFoot->setVisible(Get<bool>(frmKeloraDM->vOurOptions, Option::FootBar));
     ui->acFoot->setChecked(!ui->barFoot->isHidden());
+    ui->acVelthuis->setChecked(frmKeloraDM->TypesPali());
+    ui->acFollowDesktop->setChecked(Get<bool>(frmKeloraDM->vOurOptions, Option::FollowDesktop));
     ConnectGuarded(ui->btnFootAction, &QToolButton::clicked, this, [this] {
-        const auto act = std::exchange(m_footAction, nullptr);
+        const auto act = m_foot.act;
         TellInFoot({});
         if (act)
             act();
@@ -33,15 +35,23 @@ void TfrmMain::ShowFoot(bool shows)
     if (!shows && ui->barFoot->isAncestorOf(focusWidget()))
         ui->ebContent->setFocus();
     ui->barFoot->setVisible(shows);
-    StoreSilently(Option::FootBar, shows);
+    KeepChoice(Option::FootBar, shows);
+}
+
+void TfrmMain::KeepChoice(Option option, const OptionValue &value)
+{
+    frmKeloraDM->vOurOptions[option] = value;
+    StoreSilently(option, value);
 }
 
 void TfrmMain::TellInFoot(const QString &message, const QString &action, std::function<void()> act)
 {
+    m_foot = {message, action, std::move(act)};
+    m_footBeforeNames.reset();
     ui->lbFootMessage->setText(message);
-    m_footAction = std::move(act);
     ui->btnFootAction->setText(action);
     ui->btnFootAction->setVisible(!action.isEmpty());
+    ui->btnFootNames->hide();
 }
 
 void TfrmMain::UpdateFootText()

@@ -76,8 +76,9 @@ void TfrmMain::OpenNewFile(ImportTarget target)
 
 void TfrmMain::OpenNewCanon()
 {
-    if (QWidget *search = FindForm(u"frmSearchSutas"_s))
-        search->close();
+    for (const QString &name : {u"frmSearchSutas"_s, u"frmFindEverywhere"_s})
+        if (QWidget *search = FindForm(name))
+            search->close();
     const int shown = qryTreeSutas.Active() ? qryTreeSutas.FieldByName(Field::IdVic).AsInteger() : 0;
     qryKeloraContent.Close();
     qryTreeSutas.Close();

@@ -18,6 +18,7 @@
 #include <QShortcut>
 #include <QStringListModel>
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -87,16 +88,18 @@ void TfrmMain::CloseReference()
 
 const QList<KeloraText> &TfrmMain::Texts()
 {
-    if (m_texts.isEmpty())
+    if (m_texts.isEmpty()) {
         m_texts = KeloraTexts(frmKeloraDM->dbKelora, frmKeloraDM->trKelora);
+        std::ranges::sort(m_texts, {}, &KeloraText::number);
+    }
     return m_texts;
 }
 
 void TfrmMain::ShowCandidates()
 {
     QStringList rows;
-    for (const KeloraText &text : CandidatesFor(ui->edReference->text(), Texts(), mostCandidates))
-        rows.append(u"%1  %2"_s.arg(text.number).arg(NameOfText(text.number)));
+    for (const auto &[number, name] : CandidatesFor(ui->edReference->text(), Texts(), mostCandidates))
+        rows.append(u"%1  %2"_s.arg(number).arg(name.isEmpty() ? NameOfText(number) : name));
     QCompleter *completer = ui->edReference->completer();
     static_cast<QStringListModel *>(completer->model())->setStringList(rows);
     if (rows.isEmpty())
@@ -112,7 +115,7 @@ void TfrmMain::GoToTyped(const QString &typed)
         return;
     std::optional<Reference> reference = ReadReference(typed);
     if (!reference) {
-        const QList<KeloraText> candidates = CandidatesFor(typed, Texts(), 1);
+        const QList<Candidate> candidates = CandidatesFor(typed, Texts(), 1);
         if (!candidates.isEmpty())
             reference = Reference{candidates.first().number, std::nullopt};
     }
@@ -128,14 +131,14 @@ bool TfrmMain::GoToReference(int text, const std::optional<PagePlace> &place)
     if (text != TextOnShow()) {
         m_given = place;
         bool isFound = false;
-        const bool isDone = RunGuarded([&] { isFound = LocateText(text); });
+        const bool isDone = RunGuarded([&] { isFound = OpenInWholeTree(text); });
         m_given.reset();
         return isDone && isFound;
     }
     if (place) {
         LeavePlace();
         ++m_textNumber; // a place that is still asked for is no longer the one to have
-        m_history.Add({text, frmKeloraDM->vLanguageSutta, *place}, Doors().clock());
+        m_history.Add({text, ShownLanguage(), *place}, Doors().clock());
         m_wanted = place;
         GoToWantedPlace();
     }

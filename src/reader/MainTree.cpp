@@ -6,6 +6,7 @@
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
 #include "stores/Schema.h"
+#include "toolkit/controls/VelthuisTyping.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Guard.h"
 #include "ui_Main.h"
@@ -49,6 +50,11 @@ void TfrmMain::SetUpTree()
         ui->ppTreeKelora->popup(ui->dbtSutas->viewport()->mapToGlobal(point));
     });
     ui->edFilterSutta->OnKeyUp = [this](int key) { edFilterSuttaKeyUp(key); };
+    const auto isMeant = [this] {
+        const TDBTreeListColumn *shown = ShownNameColumn();
+        return frmKeloraDM && frmKeloraDM->TypesPali() && shown && shown->FieldName() == Field::NameVicPal;
+    };
+    new VelthuisTyping(*ui->edFilterSutta, isMeant, [] { return frmKeloraDM->Niggahita(Field::NameVicPal); });
 }
 
 void TfrmMain::LoadContentData()
@@ -125,6 +131,7 @@ void TfrmMain::edFilterSuttaKeyUp(int key)
         break;
     case FilterKey::Reload:
         LoadContentData();
+        OfferNames();
         break;
     }
 }

@@ -131,9 +131,9 @@ void TfrmMain::TextComes()
     }
     LeavePlace();
     const bool isReload = m_isReloading && !vIsInit;
-    m_wanted = isReload || m_hasOwnPlace ? std::nullopt : (m_given ? m_given : m_places.PlaceIn(text));
+    m_wanted = isReload || m_hasOwnPlace || m_hit ? std::nullopt : (m_given ? m_given : m_places.PlaceIn(text));
     const MoveKind kind = isReload ? MoveKind::Reload : (m_input->IsWalking() ? MoveKind::Walk : MoveKind::Jump);
-    m_history.Moved({text, frmKeloraDM->vLanguageSutta, m_wanted.value_or(PagePlace())}, kind, now);
+    m_history.Moved({text, ShownLanguage(), m_wanted.value_or(PagePlace())}, kind, now);
 }
 
 bool TfrmMain::LeavePlace(const std::function<void()> &then)
@@ -194,48 +194,39 @@ void TfrmMain::Go(bool isForward)
 
 bool TfrmMain::TravelTo(const Place &place)
 {
-    const int language = frmKeloraDM->vLanguageSutta;
-    const bool isSameText = TextOnShow() == place.text;
-    ChooseLanguage(place.language);
-    if (!isSameText) {
+    const int language = ShownLanguage();
+    const int text = TextOnShow();
+    ChooseLanguage(place.text, place.language);
+    if (text != place.text) {
         m_travel = place.page;
         bool isFound = false;
-        const bool isDone = RunGuarded([&] { isFound = LocateText(place.text); });
+        const bool isDone = RunGuarded([&] { isFound = OpenInWholeTree(place.text); });
         m_travel.reset();
         if (!isDone || !isFound)
-            ChooseLanguage(language);
+            ChooseLanguage(text, language);
         return isDone && isFound;
     }
     ++m_textNumber; // a place that is still asked for is no longer the one to have
     m_wanted = place.page;
-    if (language != frmKeloraDM->vLanguageSutta)
-        ViewSutta(frmKeloraDM->vLanguageSutta);
+    if (language != ShownLanguage())
+        ViewSutta(ShownLanguage());
     else
         GoToWantedPlace();
     return true;
 }
 
-bool TfrmMain::LocateText(int text)
+void TfrmMain::ChooseLanguage(int text, int mode)
 {
-    if (qryTreeSutas.Locate(Field::IdVic, text))
-        return true;
-    if (ui->edFilterSutta->text().isEmpty())
-        return false;
-    ui->edFilterSutta->clear();
-    LoadContentData();
-    return qryTreeSutas.Locate(Field::IdVic, text);
-}
-
-void TfrmMain::ChooseLanguage(int mode)
-{
-    TcxButton *button = mode == PageMode::Pali         ? ui->btnPali
-                        : mode == PageMode::Vietnamese ? ui->btnViet
-                        : mode == PageMode::Parallel   ? ui->btnVietPali
-                                                       : nullptr;
-    if (!button || mode == frmKeloraDM->vLanguageSutta)
+    LeaveHit();
+    if (mode == PageMode::English) {
+        m_hit = Hit{text, mode};
+        ShowLanguageButton(mode);
         return;
-    button->setChecked(true);
+    }
+    if (mode == frmKeloraDM->vLanguageSutta)
+        return;
     frmKeloraDM->vLanguageSutta = mode;
+    ShowLanguageButton(mode);
     EnableMargins(mode != PageMode::Parallel);
     StoreSilently(Option::LanguageSutta, mode);
 }
@@ -264,7 +255,7 @@ void TfrmMain::FillRecent()
             continue;
         const QString shown = u"%1  ·  %2"_s.arg(name).arg(text);
         QAction *action = ui->bsiRecent->addAction(QString(shown).replace(u'&', u"&&"_s));
-        ConnectGuarded(action, &QAction::triggered, this, [this, text] { LocateText(text); });
+        ConnectGuarded(action, &QAction::triggered, this, [this, text] { OpenInWholeTree(text); });
     }
     ui->bsiRecent->menuAction()->setEnabled(!ui->bsiRecent->isEmpty());
 }

@@ -35,6 +35,14 @@ QString TreeFilterValue(const QString &trimmedText)
     return value.toUtf8().size() > longestValue ? QString(Length::Name + 1, QLatin1Char('_')) : value;
 }
 
+bool IsGroupRow(qint64 idVic, const QString &treeId)
+{
+    // The tree's statement gives a group its key with 1000 added; the TREE_ID of a text begins with its ID_VIC, and is
+    // greater than that.
+    constexpr qint64 added = 1000;
+    return idVic == treeId.toLongLong() + added;
+}
+
 NameView NameViewOfMode(int mode)
 {
     switch (mode) {

@@ -11,6 +11,9 @@ QString TreeFilterClause(NameColumn column);
 /// The value of SEARCH_TEXT: "%", the text in lower case by the full Unicode rule, "%".
 QString TreeFilterValue(const QString &trimmedText);
 
+/// Whether a row of the tree, with its ID_VIC and TREE_ID, is a group.
+bool IsGroupRow(qint64 idVic, const QString &treeId);
+
 /// The state that ViewSuttaName(mode) gives to the tree's columns, toggles and margin controls.
 struct NameView
 {

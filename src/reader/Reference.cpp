@@ -1,5 +1,7 @@
 #include "reader/Reference.h"
 
+#include "everywhere/FoldedText.h"
+
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -29,36 +31,27 @@ std::optional<Reference> ReadReference(const QString &written)
     return reference;
 }
 
-QString WithoutMarks(const QString &text)
+QList<Candidate> CandidatesFor(const QString &typed, const QList<KeloraText> &texts, qsizetype most)
 {
-    QString bare;
-    bare.reserve(text.size());
-    const QString decomposed = text.toLower().normalized(QString::NormalizationForm_D);
-    for (const QChar letter : decomposed) {
-        if (letter.category() != QChar::Mark_NonSpacing)
-            bare += letter == u'đ' ? QChar(u'd') : letter;
-    }
-    return bare.simplified();
-}
-
-QList<KeloraText> CandidatesFor(const QString &typed, const QList<KeloraText> &texts, qsizetype most)
-{
-    const QString wanted = WithoutMarks(typed);
-    QList<KeloraText> first, others;
+    const auto folded = [](const QString &text) { return Folded(text.toUtf8(), Markup::None).bytes.trimmed(); };
+    const QByteArray wanted = folded(typed);
+    QList<Candidate> first, others;
     if (wanted.isEmpty())
         return first;
     for (const KeloraText &text : texts) {
-        bool begins = QString::number(text.number).startsWith(wanted);
-        bool holds = false;
+        std::optional<Candidate> begins, holds;
+        if (QByteArray::number(text.number).startsWith(wanted))
+            begins = Candidate{text.number, {}};
         for (const QString &name : {text.vietnamese, text.pali, text.english}) {
-            const qsizetype at = WithoutMarks(name).indexOf(wanted);
-            begins = begins || at == 0;
-            holds = holds || at > 0;
+            const qsizetype at = folded(name).indexOf(wanted);
+            std::optional<Candidate> &found = at == 0 ? begins : holds;
+            if (at >= 0 && !found)
+                found = Candidate{text.number, name};
         }
         if (begins)
-            first.append(text);
+            first.append(*begins);
         else if (holds)
-            others.append(text);
+            others.append(*holds);
     }
     return (first + others).first(std::min(most, first.size() + others.size()));
 }

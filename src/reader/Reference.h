@@ -22,11 +22,15 @@ struct Reference
 /// Reads "1101:12" and "1101", blanks aside; empty for anything else.
 std::optional<Reference> ReadReference(const QString &written);
 
-/// A name as it is looked for: in lower case, letters without their marks, "đ" as "d".
-QString WithoutMarks(const QString &text);
+/// A text that may be meant, and the name that says so; no name where the number does.
+struct Candidate
+{
+    int number = 0;
+    QString name;
+};
 /// The texts that what is typed may mean, at most so many: their number begins with it, or a name in any language holds
-/// it, marks aside. Those whose name begins with it come first. None for an empty text.
-QList<KeloraText> CandidatesFor(const QString &typed, const QList<KeloraText> &texts, qsizetype most);
+/// it without regard to case and marks. Those that begin with it come first. None for an empty text.
+QList<Candidate> CandidatesFor(const QString &typed, const QList<KeloraText> &texts, qsizetype most);
 
 /// What a copied passage bears behind it.
 struct Source

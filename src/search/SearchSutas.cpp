@@ -7,6 +7,8 @@
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
 #include "stores/Schema.h"
+#include "toolkit/browser/PageFinding.h"
+#include "toolkit/controls/VelthuisTyping.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/FormLanguage.h"
@@ -17,7 +19,6 @@
 #include <QCloseEvent>
 #include <QScopeGuard>
 #include <QScreen>
-#include <QShortcut>
 #include <QTimer>
 
 #include <algorithm>
@@ -62,10 +63,14 @@ TfrmSearchSutas::TfrmSearchSutas(Reading &reading, QWidget *parent)
     ConnectGuarded(ui->acClear, &QAction::triggered, this, [this] { acClearExecute(); });
     ConnectGuarded(ui->edSearchText, &QLineEdit::textChanged, this, [this] { edSearchTextChange(); });
     // The keys of the page, so that a reader need not leave the list.
-    for (const bool isBackward : {false, true}) {
-        auto *step = new QShortcut(isBackward ? Qt::SHIFT | Qt::Key_F3 : QKeyCombination(Qt::Key_F3), this);
-        ConnectGuarded(step, &QShortcut::activated, this, [this, isBackward] { m_reading.StepToPlace(isBackward); });
-    }
+    AddPlaceKeys(*this, [this](bool isBackward) { m_reading.StepToPlace(isBackward); });
+    // The columns that are searched then, by the reader's language.
+    const auto isMeant = [] {
+        const int language = frmKeloraDM->vLanguageSutta;
+        return frmKeloraDM->TypesPali() && (language == PageMode::Pali || language == PageMode::Parallel);
+    };
+    new VelthuisTyping(*ui->edSearchText, isMeant,
+                       [] { return frmKeloraDM->Niggahita(ContentColumn(frmKeloraDM->vLanguageSutta)); });
     ui->edSearchText->OnKeyPress = [this](int key) { edSearchTextKeyPress(key); };
     ui->edSearchText->setFocus();
 }

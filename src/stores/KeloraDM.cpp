@@ -1,7 +1,9 @@
 #include "stores/KeloraDM.h"
 
 #include "base/Messages.h"
+#include "base/Velthuis.h"
 #include "stores/Schema.h"
+#include "stores/data/FIBDataSet.h"
 #include "stores/engine/DatabaseError.h"
 
 #include <QFileInfo>
@@ -107,6 +109,7 @@ void TfrmKeloraDM::DataModuleCreate()
 
 void TfrmKeloraDM::Open()
 {
+    m_niggahitas.clear();
     PrepareConnection(dbKelora, trKelora, AppPath + DatabaseFile::Canon, m_doors.exeName);
     dbKelora.SetCachePages(CanonCachePages);
     Connect(dbKelora, trKelora, m_doors);
@@ -261,4 +264,27 @@ QVariant TfrmKeloraDM::GetRegistryData(RegistryRoot root, const QString &path, c
 void TfrmKeloraDM::WriteOption(Option option, const OptionValue &value)
 {
     WithOptionsKey([&](TRegistry &registry) { ::WriteOption(registry, RowOf(option), value); });
+}
+
+QChar TfrmKeloraDM::Niggahita(const QString &column)
+{
+    if (const auto known = m_niggahitas.find(column); known != m_niggahitas.end())
+        return known->second;
+    constexpr int mostPages = 20;
+    constexpr int mostNames = 5000;
+    NiggahitaCount count;
+    try {
+        TpFIBDataSet texts;
+        texts.SetDatabase(&dbKelora);
+        texts.SetTransaction(&trKelora);
+        const bool isPage = PageColumns().contains(column);
+        texts.SelectSQL() = {QStringLiteral("select first %1 N.%2 from KELORA_CONTENT N")
+                                 .arg(isPage ? mostPages : mostNames)
+                                 .arg(column)};
+        for (texts.Open(); !texts.Eof() && !count.IsClear(); texts.Next())
+            count.Add(texts.Fields().front()->AsString());
+    } catch (const std::exception &) {
+        return count.Letter();
+    }
+    return m_niggahitas[column] = count.Letter();
 }

@@ -11,6 +11,7 @@
 #include <QVariant>
 
 #include <functional>
+#include <map>
 #include <memory>
 
 /// Functions that the modules need from the program. The window layer sets them; tests replace them.
@@ -86,6 +87,11 @@ public:
     /// Writes one value of the options key, which is created if necessary. If the key can't be opened, silently stores
     /// nothing.
     void WriteOption(Option option, const OptionValue &value);
+    /// True while Velthuis letters are to become Pāli ones where Pāli is typed.
+    bool TypesPali() const { return Get<bool>(vOurOptions, Option::PaliTyping); }
+    /// The letter in which the open canon writes the niggahita, by its first texts in a column of KELORA_CONTENT; ṃ if
+    /// they have none or can't be read. What was found is kept until another canon is opened.
+    QChar Niggahita(const QString &column);
 
     TpFIBDatabase dbKelora;
     TpFIBTransaction trKelora;
@@ -108,4 +114,5 @@ private:
     void WithOptionsKey(Write write);
 
     ModuleDoors m_doors;
+    std::map<QString, QChar> m_niggahitas; ///< by column
 };

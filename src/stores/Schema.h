@@ -36,15 +36,19 @@ QString NameBefore(const QString &file);
 namespace Table {
 inline constexpr SchemaName KeloraTree = u"KELORA_TREE";
 inline constexpr SchemaName KeloraContent = u"KELORA_CONTENT";
-inline constexpr SchemaName KeloraSource = u"KELORA_SOURCE"; ///< of the tools alone
+inline constexpr SchemaName KeloraSource = u"KELORA_SOURCE";     ///< of the tools alone
+inline constexpr SchemaName DictionaryForm = u"DICTIONARY_FORM"; ///< of the tools alone
 inline constexpr SchemaName SuttaList = u"SUTTA_LIST";
 inline constexpr SchemaName SuttaTextFocus = u"SUTTA_TEXT_FOCUS";
+inline constexpr SchemaName MarkSync = u"MARK_SYNC";          ///< of the tools alone
+inline constexpr SchemaName MarkSyncFile = u"MARK_SYNC_FILE"; ///< of the tools alone
 } // namespace Table
 
 namespace Procedure {
 inline constexpr SchemaName GetListWords = u"SP_GET_LIST_WORDS";
 inline constexpr SchemaName GetWordContent = u"SP_GET_WORD_CONTENT";
 inline constexpr SchemaName CheckWord = u"SP_CHECK_WORD";
+inline constexpr SchemaName GetForms = u"SP_GET_FORMS"; ///< a file may do without it
 } // namespace Procedure
 
 /// Columns of tables, of the tree's select and of the procedures.
@@ -85,12 +89,22 @@ inline constexpr SchemaName PriorityFoc = u"PRIORITY_FOC";
 inline constexpr SchemaName DescFoc = u"DESC_FOC";
 inline constexpr SchemaName DatetimeFoc = u"DATETIME_FOC";
 inline constexpr SchemaName KeywordFoc = u"KEYWORD_FOC";
+// MARK_SYNC: a version of the mark ID_FOC, or of one that is no more
+inline constexpr SchemaName VersionSyn = u"VERSION_SYN";
+inline constexpr SchemaName MarkSyn = u"MARK_SYN";
+inline constexpr SchemaName FaceSyn = u"FACE_SYN";
+inline constexpr SchemaName TimeSyn = u"TIME_SYN";
+inline constexpr SchemaName ExcerptSyn = u"EXCERPT_SYN";
+inline constexpr SchemaName TraitsSyn = u"TRAITS_SYN";
+// MARK_SYNC_FILE: what the file is called among those of a sync
+inline constexpr SchemaName NameSyf = u"NAME_SYF";
 // the procedures of the dictionary
 inline constexpr SchemaName WordName = u"WORD_NAME";
 inline constexpr SchemaName DictType = u"DICT_TYPE";
 inline constexpr SchemaName WordContent = u"WORD_CONTENT";
 inline constexpr SchemaName WordContent2 = u"WORD_CONTENT_2";
 inline constexpr SchemaName Result = u"RESULT";
+inline constexpr SchemaName Word = u"WORD";
 } // namespace Field
 
 /// What the procedures of the dictionary are asked by, beside DICT_TYPE and WORD_NAME.
@@ -99,6 +113,7 @@ inline constexpr SchemaName ADict = u"A_DICT";
 inline constexpr SchemaName MultiDict = u"MULTI_DICT";
 inline constexpr SchemaName TypeDict = u"TYPE_DICT";
 inline constexpr SchemaName AWord = u"A_WORD";
+inline constexpr SchemaName AForm = u"A_FORM";
 } // namespace Parameter
 
 /// The most characters that a text column holds; the program counts UTF-16 units.

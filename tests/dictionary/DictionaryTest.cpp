@@ -1,5 +1,7 @@
 #include "dictionary/DictionaryWindow.h"
 
+#include "dictionary/DictionaryDM.h"
+#include "stores/Modules.h"
 #include "stores/engine/Scripter.h"
 #include "support/PageInput.h"
 #include "toolkit/bound/CxGridDBTableView.h"
@@ -171,6 +173,26 @@ TEST_F(Dictionary, ABurstOfKeysSearchesOnceAndOtherKeysNever)
     EXPECT_TRUE(WaitFor([&] { return searches == 3; })) << "what an input method takes away counts, too";
 }
 
+TEST_F(Dictionary, VelthuisLettersBecomePaliOnesInTheKindsOfPaliWords)
+{
+    Open(5);
+    Trigger("acVelthuis");
+    for (const auto &[kind, text] : {std::pair(5, u"nibbāna.h ṃ"_s),
+                                     {8, u"nibbāna.h ṃ"_s},
+                                     {6, u"nibbaana.h .m"_s},
+                                     {7, u"nibbaana.h .m"_s},
+                                     {1, u"nibbaana.h .m"_s}}) {
+        form->vTypeDict = kind;
+        Edit().clear();
+        Type(Edit(), u"nibbaana.h .m"_s);
+        EXPECT_EQ(Edit().text(), text) << kind;
+    }
+    form->vTypeDict = 5;
+    Edit().clear();
+    Type(Edit(), u"nibbaa"_s);
+    EXPECT_TRUE(WaitFor([&] { return Words() == (QStringList{u"nibbāna"_s, u"Nibbānapura"_s}); }));
+}
+
 TEST_F(Dictionary, KeysWalkTheListAndTheEntryComesWhenItRests)
 {
     Open(5);
@@ -200,6 +222,33 @@ TEST_F(Dictionary, KeysWalkTheListAndTheEntryComesWhenItRests)
     form->qryWords.Close();
     for (const Qt::Key key : keys)
         Key(key);
+}
+
+TEST_F(Dictionary, TellsTheListWhatIsSoughtBeforeEachOpening)
+{
+    Open(5);
+    const auto told = [] {
+        TpFIBDataSet variables;
+        variables.SetDatabase(&frmDictionaryDM->dbDictionary);
+        variables.SetTransaction(&frmDictionaryDM->trDictionary);
+        variables.SelectSQL() = {u"select rdb$get_context('USER_TRANSACTION', 'SEARCHTEXT') A, "
+                                 "rdb$get_context('USER_TRANSACTION', 'SEARCHTEXT_MIXER') B from rdb$database"_s};
+        variables.Open();
+        return variables.FieldByName(u"A"_s).AsString() + u'|' + variables.FieldByName(u"B"_s).AsString();
+    };
+    EXPECT_EQ(told(), u"|"_s) << "the whole list";
+    for (const auto &[text, forms] : {std::pair(u"đạO "_s, u"đạo|ĐạO "_s),
+                                      {u" "_s, u"|"_s},
+                                      {u"nib"_s, u"nib|Nib"_s},
+                                      {QString(64, u'n'), u"|"_s},
+                                      {QString(63, u'n'), QString(63, u'n') + u"|N"_s + QString(62, u'n')},
+                                      {u""_s, u"|"_s}}) {
+        Search(text);
+        EXPECT_EQ(told(), forms) << text.toStdString();
+    }
+    Search(u"nib"_s);
+    Pick("acVietPali");
+    EXPECT_EQ(told(), u"|"_s) << "a kind that starts with an empty box";
 }
 
 TEST_F(Dictionary, TheLastWordIsRestoredOnceAndStoredOnClosing)

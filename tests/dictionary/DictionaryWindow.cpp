@@ -1,5 +1,7 @@
 #include "dictionary/DictionaryWindow.h"
 
+#include "stores/engine/Scripter.h"
+
 #include <QFile>
 
 using namespace Qt::StringLiterals;
@@ -90,6 +92,14 @@ void DictionaryWindow::StartReader(int languageSutta, int interfaceLang)
     InterfaceLang = interfaceLang;
     MultiDictionary = false;
     ASSERT_TRUE(WaitPage());
+}
+
+void DictionaryWindow::RunScript(const QString &script)
+{
+    TpFIBScripter scripter;
+    scripter.SetDatabase(&dictionary->dbDictionary);
+    scripter.Script() = script.split(u'\n');
+    scripter.ExecuteScript();
 }
 
 void DictionaryWindow::OpenOn(int kind)

@@ -13,6 +13,8 @@ protected:
 
     /// Starts the reader with the dictionary beside it and settings of a language of passages and interface.
     void StartReader(int languageSutta = 0, int interfaceLang = 0);
+    /// Runs a script on the open dictionary.
+    void RunScript(const QString &script);
     /// Opens the window by its command on a kind.
     void OpenOn(int kind);
     /// The window, found as the reader finds it.

@@ -35,6 +35,19 @@ TEST(WordPlaces, TriesThePairFromItsLowerKind)
     }
 }
 
+TEST(NiggahitaOfWords, IsThatOfTheSpellingThatADictionaryHas)
+{
+    for (const auto &[words, letter] : {std::pair(QSet<QString>{}, u'ṃ'),
+                                        {{u"dhamma"_qs}, u'ṃ'},
+                                        {{u"aṁsa"_qs}, u'ṁ'},
+                                        {{u"saṃsāra"_qs, u"saŋsāra"_qs, u"taŋ"_qs}, u'ŋ'}})
+        EXPECT_EQ(NiggahitaOfWords([&, &words = words](const QString &word) { return words.contains(word); }),
+                  QChar(letter));
+    int asked = 0;
+    NiggahitaOfWords([&](const QString &) { return ++asked > 0; });
+    EXPECT_EQ(asked, 3) << "the first words suffice";
+}
+
 TEST(WordKeys, TypingIsWhatMakesACharacter)
 {
     const std::pair<int, QString> typing[]{{Qt::Key_V, u"\u0016"_qs},

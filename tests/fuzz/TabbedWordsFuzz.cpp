@@ -16,4 +16,6 @@ FUZZ_TARGET(TabbedWords)
     StrictWords words;
     EntryIntake intake(StrictWords::Kind, words, silent.report);
     TakeTabbedWords(device, QStringLiteral("words.tsv"), intake, [] {});
+    device.seek(0);
+    TakeTabbedForms(device, QStringLiteral("forms.tsv"), intake, [] {});
 }

@@ -58,9 +58,9 @@ int StrictWords::AddEntry(const QByteArray &content)
     return ++m_entries;
 }
 
-void StrictWords::AddWord(int kind, const QString &word, int entry)
+void StrictWords::RequireWord(int kind, const QString &word)
 {
-    REQUIRE(kind == Kind && entry >= 1 && entry <= m_entries);
+    REQUIRE(kind == Kind);
     REQUIRE(!word.isEmpty() && word.size() <= Length::Word && word == word.trimmed());
     for (const int order : DictKind::All) {
         const QByteArray key = DictionarySortKey(order, word);
@@ -68,6 +68,18 @@ void StrictWords::AddWord(int kind, const QString &word, int entry)
         for (const char c : key)
             REQUIRE(c >= ' ' && c < '\x7F');
     }
+}
+
+void StrictWords::AddWord(int kind, const QString &word, int entry)
+{
+    REQUIRE(entry >= 1 && entry <= m_entries);
+    RequireWord(kind, word);
+}
+
+void StrictWords::AddForm(int kind, const QString &form, const QString &word)
+{
+    REQUIRE(!form.isEmpty() && form.size() <= Length::Word && form == form.toLower());
+    RequireWord(kind, word);
 }
 
 void ImportStarDict(const char *ending, const QByteArray &input)
@@ -78,9 +90,12 @@ void ImportStarDict(const char *ending, const QByteArray &input)
         made.insert(name);
     }
     ScratchFileWith(name + QLatin1StringView(ending), input);
-    SilentReport silent;
-    StrictWords words;
-    EntryIntake intake(StrictWords::Kind, words, silent.report);
-    ReadOrRefuse(path,
-                 [&] { StarDictReader(path + QStringLiteral(".ifo"), silent.report).TakeAll(intake, silent.console); });
+    for (const FormPlace forms : {FormPlace::List, FormPlace::Beside}) {
+        SilentReport silent;
+        StrictWords words;
+        EntryIntake intake(StrictWords::Kind, words, silent.report);
+        ReadOrRefuse(path, [&] {
+            StarDictReader(path + QStringLiteral(".ifo"), silent.report).TakeAll(intake, silent.console, forms);
+        });
+    }
 }

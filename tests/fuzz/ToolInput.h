@@ -47,10 +47,14 @@ public:
 
     int AddEntry(const QByteArray &content) override;
     void AddWord(int kind, const QString &word, int entry) override;
+    void AddForm(int kind, const QString &form, const QString &word) override;
 
 private:
+    static void RequireWord(int kind, const QString &word);
+
     int m_entries = 0;
 };
 
-/// Imports a small dictionary in the StarDict form, of whose sound files the one of that ending is the input.
+/// Imports a small dictionary in the StarDict form, of whose sound files the one of that ending is the input, with its
+/// forms in the list and beside it.
 void ImportStarDict(const char *ending, const QByteArray &input);

@@ -1,4 +1,5 @@
 #include "imports/ImportJob.h"
+#include "base/InterfaceLanguage.h"
 #include "support/SkinSupport.h"
 #include "support/TestSupport.h"
 
@@ -38,6 +39,24 @@ TEST(ImportJob, ATrialChangesNothingAndAnImportKeepsTheOldFile)
     EXPECT_FALSE(job.Arguments().contains(u"--dry-run"_s));
     EXPECT_TRUE(job.Arguments().contains(u"--keep-before"_s));
     EXPECT_EQ(job.Arguments().sliced(job.Arguments().size() - 2), (QStringList{u"--"_s, u"--odd name"_s}));
+}
+
+TEST(ImportJob, AsksForSentencesInTheInterfacesLanguageAndForTheWayThatWasChosen)
+{
+    for (const auto &[language, words] : {std::pair(0, u"vi"_s), {1, u"en"_s}, {7, u"en"_s}}) {
+        InterfaceLang = language;
+        for (const ImportTarget target : {ImportTarget::Canon, ImportTarget::Dictionary}) {
+            for (const bool replaces : {true, false}) {
+                const QStringList told =
+                    ImportJob{.source = u"s"_s, .target = target, .replaces = replaces, .programFolder = u"/p/"_s}
+                        .Arguments();
+                EXPECT_EQ(told.value(told.indexOf(u"--words"_s) + 1), words);
+                EXPECT_EQ(told.contains(u"--add"_s), !replaces);
+                EXPECT_EQ(told.contains(u"--replace"_s), replaces && target == ImportTarget::Dictionary);
+            }
+        }
+    }
+    InterfaceLang = 0;
 }
 
 TEST(ImportJob, ReadsWhatTheToolTells)

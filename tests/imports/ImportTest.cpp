@@ -98,7 +98,43 @@ TEST_F(Imports, TextsAreLookedAtTakenOverShownAtOnceAndTakenBack)
     EXPECT_EQ(PassageNames(), QStringList{u"Kinh mới"_s});
     Press("btnTakeBack");
     EXPECT_TRUE(WaitFor([&] { return Text("lbDone").find("Đã lấy lại bản cũ.") == 0; }, 30000));
+    EXPECT_THAT(Text("lbDone"),
+                testing::Not(testing::AnyOf(testing::HasSubstr("Bản mới"), testing::HasSubstr("Bản cũ"))));
     EXPECT_EQ(PassageNames().join(u"|"_s).toStdString(), before.join(u"|"_s).toStdString());
+}
+
+TEST_F(Imports, TextsGoBesideThoseThatAreThere)
+{
+    StartOn();
+    const QStringList before = PassageNames();
+    Open().Look(folder.Path(u"texts"_s));
+    ASSERT_TRUE(Shows("tsFound")) << Text("lbSourceFault");
+    On<QRadioButton>("rbBeside").setChecked(true);
+    Press("btnImport");
+    ASSERT_TRUE(Shows("tsDone")) << Text("lbSourceFault");
+    EXPECT_THAT(Text("lbDone"), testing::HasSubstr("1 bài được thêm"));
+    EXPECT_TRUE(PassageNames().contains(u"Kinh mới"_s));
+    EXPECT_EQ(PassageNames().size(), before.size() + 1);
+    Press("btnTakeBack");
+    EXPECT_TRUE(WaitFor([&] { return Text("lbDone").find("Đã lấy lại bản cũ.") == 0; }, 30000)) << Text("lbDone");
+    EXPECT_EQ(PassageNames(), before);
+}
+
+TEST_F(Imports, WhatIsLeftOutOfAHostileFolderIsToldInTheInterfacesLanguage)
+{
+    AddEnglish();
+    for (const auto &[language, told] : {std::pair(0, "dẫn ra ngoài thư mục"), {1, "leads out of the folder"}}) {
+        StartOn(1101, 1, language);
+        EXPECT_TRUE(
+            WriteBytes(folder.Path(u"texts/canon.csv"_s),
+                       "kind,key,group,number,pali,vietnamese,page_pali,page_vietnamese\ngroup,1,,,Vagga,Phẩm,,\n"
+                       "text,5001,1,1,Sutta,Kinh,a.html,../../outside.html\n"));
+        Open().Look(folder.Path(u"texts"_s));
+        ASSERT_TRUE(Shows("tsFound")) << Text("lbSourceFault");
+        ASSERT_EQ(On<QListWidget>("lstLeftOut").count(), 1);
+        EXPECT_THAT(On<QListWidget>("lstLeftOut").item(0)->text().toStdString(), testing::HasSubstr(told));
+        End();
+    }
 }
 
 TEST_F(Imports, MarksGoWithTheirTextAndComeBackWithTheOldFile)
@@ -127,17 +163,23 @@ TEST_F(Imports, MarksGoWithTheirTextAndComeBackWithTheOldFile)
 
 TEST_F(Imports, AFailureBehindTheNewFileIsToldAsOne)
 {
-    StartOn();
-    Open().Look(folder.Path(u"texts"_s));
-    ASSERT_TRUE(Shows("tsFound")) << Text("lbSourceFault");
-    // The tool puts the file in its place, and fails with the marks.
-    FakeTool("cd '" + QFile::encodeName(folder.Path(u"."_s)) +
-             "'; cp KELORA.FDB other; mv KELORA.FDB KELORA.FDB.before; mv other KELORA.FDB\n"
-             "echo '{\"error\": \"no marks\"}'; exit 2\n");
-    Press("btnImport");
-    ASSERT_TRUE(Shows("tsDone")) << Text("lbSourceFault");
-    EXPECT_THAT(Text("lbDone"), testing::HasSubstr("no marks"));
-    EXPECT_TRUE(On<QPushButton>("btnTakeBack").isVisible());
+    // The tool puts the file in its place, and fails with the marks, or dies.
+    for (const auto &[end, told] :
+         {std::pair("echo '{\"error\": \"no marks\"}'; exit 2\n", "no marks"), {"kill -SEGV $$\n", "bất ngờ"}}) {
+        const QString tool = folder.Path(u"lumivara-data"_s), kept = folder.Path(u"kept"_s);
+        EXPECT_TRUE(QFile::copy(tool, kept));
+        StartOn();
+        Open().Look(folder.Path(u"texts"_s));
+        ASSERT_TRUE(Shows("tsFound")) << Text("lbSourceFault");
+        FakeTool("cd '" + QFile::encodeName(folder.Path(u"."_s)) +
+                 "'; cp KELORA.FDB other; mv KELORA.FDB KELORA.FDB.before; mv other KELORA.FDB\n" + end);
+        Press("btnImport");
+        ASSERT_TRUE(Shows("tsDone")) << Text("lbSourceFault");
+        EXPECT_THAT(Text("lbDone"), testing::HasSubstr(told));
+        EXPECT_TRUE(On<QPushButton>("btnTakeBack").isVisible());
+        End();
+        EXPECT_TRUE(QFile::remove(tool) && QFile::rename(kept, tool));
+    }
 }
 
 TEST_F(Imports, WordsGoBesideThoseThatAreThereOrInTheirPlace)

@@ -1,6 +1,8 @@
 #include "reader/ReaderWindow.h"
 
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 
 using namespace Qt::StringLiterals;
 
@@ -77,4 +79,42 @@ TEST_F(Foot, AWelcomeComesAtTheFirstStartAloneAndOnDemand)
     ASSERT_TRUE(FindForm(u"frmWelcome"_s));
     QTest::keyClick(FindForm(u"frmWelcome"_s), Qt::Key_Escape);
     EXPECT_FALSE(FindForm(u"frmWelcome"_s));
+}
+
+TEST_F(Foot, OffersTheNamesThatMatchWithoutMarksWhereTheFilterFindsNone)
+{
+    StartOn();
+    auto &filter = Find<QLineEdit>("edFilterSutta");
+    auto &offer = Find<QToolButton>("btnFootNames");
+    const auto type = [&](const QString &text) {
+        filter.setText(text);
+        QTest::keyClick(&filter, Qt::Key_Space);
+    };
+    const auto names = [&] {
+        QStringList names;
+        for (const QAction *name : Find<QMenu>("ppFootNames").actions())
+            names += name->text();
+        return names.join(u'|').toStdString();
+    };
+    type(u"xyzzy"_s);
+    EXPECT_EQ(Find<QLabel>("lbFootMessage").text(), u"Không có tên nào chứa “xyzzy”."_s);
+    EXPECT_FALSE(offer.isVisible());
+    type(u"DUTIYA"_s);
+    EXPECT_EQ(names(), "Dutiya") << "in another language";
+    type(u"chuong"_s);
+    EXPECT_TRUE(PassageNames().isEmpty() && offer.isVisible());
+    EXPECT_EQ(names(), "Chương lớn|Chương lễ 100%");
+    Find<QMenu>("ppFootNames").actions().last()->trigger();
+    EXPECT_EQ(CurrentId(), 9971);
+    EXPECT_EQ(filter.text(), QString());
+    EXPECT_EQ(PassageNames().size(), 4);
+    EXPECT_FALSE(offer.isVisible());
+    EXPECT_EQ(Find<QLabel>("lbFootMessage").text(), QString());
+    window->TellInFoot(u"told before"_s, u"act"_s, [] {});
+    type(u"chuong"_s);
+    EXPECT_FALSE(Find<QToolButton>("btnFootAction").isVisible());
+    type(u"chương"_s);
+    EXPECT_FALSE(offer.isVisible()) << "the filter finds some again";
+    EXPECT_EQ(Find<QLabel>("lbFootMessage").text(), u"told before"_s);
+    EXPECT_TRUE(Find<QToolButton>("btnFootAction").isVisible());
 }

@@ -1,4 +1,6 @@
 #include "dictionary/DictionaryWindow.h"
+#include "dictionary/FormsList.h"
+#include "stores/data/FIBDataSet.h"
 #include "support/PageInput.h"
 
 #include <QGuiApplication>
@@ -176,4 +178,66 @@ TEST_F(LookUp, FailsWithoutAWordAndGivesTheCursorBack)
     form->close();
     LookUpAt();
     EXPECT_FALSE(FindForm(u"frmDictionary"_s));
+}
+
+TEST_F(LookUp, TakesTheSyllablesBesideTheOneUnderTheMouseAlong)
+{
+    StartReader(1);
+    RunScript(u"insert into WORDS values (6, 201, 'tỳ khưu ni', '- bhikkhunī');\ncommit work;"_s);
+    for (const bool isOpen : {false, true}) {
+        SCOPED_TRACE(isOpen);
+        Show("<p>Tỳ khưu ni, vị ấy");
+        LookUpAt();
+        FindDictionary();
+        EXPECT_EQ(Edit().text(), u"tỳ"_s);
+        auto &forms = In<TFormsList>("lstForms");
+        EXPECT_TRUE(WaitFor([&] { return forms.count() == 1; }));
+        EXPECT_EQ(forms.item(0)->text(), u"tỳ khưu ni · Việt-Pāli\ntỳ → tỳ khưu ni"_s);
+        Show("<p>viet, khưu ni");
+        LookUpAt();
+        EXPECT_TRUE(WaitFor([&] { return !form->TimerForms.isActive(); }));
+        EXPECT_EQ(forms.count(), 0);
+    }
+}
+
+TEST_F(LookUp, ListsOnceInANewWindow)
+{
+    StartReader();
+    RunScript(uR"(
+create generator LISTS;
+commit work;
+set term ^ ;
+alter procedure SP_GET_LIST_WORDS (A_DICT integer)
+returns (WORD_NAME varchar(63) character set unicode_fss, DICT_TYPE integer) as declare variable N bigint; begin
+    N = gen_id(LISTS, 1);
+    for select NAME, KIND from WORDS where KIND = :A_DICT order by NUM into :WORD_NAME, :DICT_TYPE do suspend;
+end^
+set term ; ^
+commit work;
+)"_s);
+    TpFIBDataSet lists;
+    lists.SetDatabase(&dictionary->dbDictionary);
+    lists.SetTransaction(&dictionary->trDictionary);
+    lists.SelectSQL() = QStringList{u"select gen_id(LISTS, 0) N from RDB$DATABASE"_s};
+    const auto count = [&] {
+        lists.Close();
+        lists.Open();
+        return lists.FieldByName(u"N"_s).AsInteger();
+    };
+    LastWord = u"v42"_s;
+    Show("<p>nibb\u0101na");
+    LookUpAt();
+    FindDictionary();
+    EXPECT_EQ(Word(), u"nibbāna"_s);
+    EXPECT_EQ(count(), 1) << "the last word is not sought in a list of its own";
+    form->close();
+    OpenOn(5);
+    EXPECT_EQ(Word(), u"nibbāna"_s) << "by its command it opens at the last word";
+    form->close();
+    LastWord = u"v42"_s;
+    Show("<p>bad");
+    LookUpAt();
+    FindDictionary();
+    EXPECT_EQ(Edit().text() + u' ' + Word(), u"bad v42"_s) << "a word that can't be looked up leaves it there";
+    lists.Close();
 }

@@ -119,6 +119,54 @@ TEST_F(MainSkins, ThatCannotBeLoadedAreStoredAllTheSame)
     EXPECT_EQ(Interface().count() + Find<TBarCombo>("bcbLanguage").count(), 0);
 }
 
+TEST_F(MainSkins, FollowTheDesktopAsTheReaderChoseForDarkAndLight)
+{
+    QJsonObject contrast = WholeSkin(u"Contrast"_s, true);
+    contrast[u"highContrast"_s] = true;
+    SetSkins(SkinDocument({contrast, WholeSkin(u"Light"_s), WholeSkin(u"Night"_s, true), WholeSkin(u"Day"_s),
+                           WholeSkin(u"Dusk"_s, true)}));
+    QPointer<QObject> watched;
+    std::function<void(bool)> tell;
+    Doors().watchDesktopLook = [&](QObject *context, std::function<void(bool isDark)> told) {
+        watched = context;
+        tell = std::move(told);
+    };
+    Open(4);
+    EXPECT_FALSE(watched) << "off at first";
+    Trigger("acFollowDesktop");
+    ASSERT_TRUE(watched);
+    EXPECT_EQ(State(), u"4 Day Day"_s) << "until the desktop has told";
+    tell(false);
+    EXPECT_EQ(State(), u"4 Day Day"_s) << "it is light already";
+    tell(true);
+    EXPECT_EQ(State(), u"3 Night Night"_s) << "the first dark one without high contrast";
+    tell(false);
+    EXPECT_EQ(State(), u"4 Day Day"_s) << "the reader's from before";
+    Interface().setCurrentIndex(0); // a dark one for a light desktop
+    tell(true);
+    Interface().setCurrentIndex(4);
+    tell(false);
+    EXPECT_EQ(State(), u"1 Contrast Contrast"_s);
+    tell(true);
+    EXPECT_EQ(State(), u"5 Dusk Dusk"_s);
+    tell(true);
+    Interface().setCurrentIndex(2);
+    EXPECT_EQ(State(), u"3 Night Night"_s) << "the reader may choose any time";
+
+    End();
+    watched = nullptr;
+    Start();
+    EXPECT_TRUE(Action("acFollowDesktop").isChecked() && watched);
+    tell(false);
+    EXPECT_EQ(State(), u"1 Contrast Contrast"_s) << "what was chosen is kept";
+    tell(true);
+    EXPECT_EQ(State(), u"3 Night Night"_s);
+    Trigger("acFollowDesktop");
+    EXPECT_FALSE(watched);
+    Interface().setCurrentIndex(1);
+    EXPECT_EQ(Stored(u"DarkLook"_s).toString(), u"Night"_s) << "no more of the desktop's";
+}
+
 TEST_F(MainSkins, FollowTheStoredNumberAlone)
 {
     constexpr int least = std::numeric_limits<int>::min();

@@ -59,6 +59,30 @@ TEST_F(TreeFilter, MatchesByItsRules)
     EXPECT_EQ(Filtered(u"dutiya"_s), all);
 }
 
+TEST_F(TreeFilter, VelthuisLettersBecomePaliOnesUnderPaliNamesOnceChosen)
+{
+    Trigger("acNamePAL");
+    Type(Box(), u"pa.t"_s);
+    EXPECT_EQ(Passages(), u""_s) << "off at first";
+    Box().clear();
+    Trigger("acVelthuis");
+    Type(Box(), u"pa.t"_s);
+    EXPECT_EQ(Box().text(), u"paṭ"_s);
+    EXPECT_EQ(Passages(), u"Giới thứ nhất"_s);
+    QTest::keyClick(&Box(), Qt::Key_Backspace);
+    EXPECT_EQ(Box().text(), u"pa.t"_s);
+    EXPECT_EQ(Passages(), u""_s);
+    for (const auto &[names, text] : {std::pair("acNameVIE", u"aa"_s), {"acNameENG", u"aa"_s}, {"acNamePAL", u"ā"_s}}) {
+        Trigger(names);
+        Box().clear();
+        Type(Box(), u"aa"_s);
+        EXPECT_EQ(Box().text(), text) << names;
+    }
+    End();
+    Start();
+    EXPECT_TRUE(Action("acVelthuis").isChecked()) << "kept";
+}
+
 TEST_F(TreeFilter, EnterDoesNothingAndArrowsWalkTheRows)
 {
     TpFIBDataSet &tree = window->qryTreeSutas;

@@ -14,6 +14,15 @@ TEST(TreeFilter, AValueBeyondEveryNameAsksForMoreLettersThanANameHas)
     EXPECT_EQ(TreeFilterValue(QString(127, QChar(0x1E6D))), QString(128, u'_'));
 }
 
+TEST(TreeRows, OfGroupsAreToldFromTextsByTheirKeys)
+{
+    for (const auto &[idVic, treeId, isGroup] : {std::tuple(1002, u"2"_s, true),
+                                                 {1002, u"10022"_s, false},
+                                                 {1101, u"11012"_s, false},
+                                                 {20001000, u"200010001000"_s, false}})
+        EXPECT_EQ(IsGroupRow(idVic, treeId), isGroup) << treeId.toStdString();
+}
+
 TEST(RandomOpening, CoversOneTo204AndNeverTheLastText)
 {
     EXPECT_EQ(RandomSuttaNumber(0), 1);

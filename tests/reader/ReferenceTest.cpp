@@ -30,7 +30,7 @@ TEST(Reference, FindsNamesInAnyLanguageWithoutTheirMarks)
                                   {1203, u"Chương đại"_s, u"Verañjakaṇḍaṃ"_s, QString()}};
     const auto found = [&](const QString &typed, qsizetype most = 9) {
         QString numbers;
-        for (const KeloraText &text : CandidatesFor(typed, texts, most))
+        for (const Candidate &text : CandidatesFor(typed, texts, most))
             numbers += QString::number(text.number) + u' ';
         return numbers.toStdString();
     };
@@ -40,6 +40,7 @@ TEST(Reference, FindsNamesInAnyLanguageWithoutTheirMarks)
     EXPECT_EQ(found(u"đại"_s), "1102 1203 ") << "a name that begins so comes first";
     EXPECT_EQ(found(u"110"_s), "1101 1102 ");
     EXPECT_EQ(found(u"a"_s, 2).size(), 10u);
+    EXPECT_EQ(CandidatesFor(u"maha"_s, texts, 9).first().name, u"Mahāvagga"_s) << "not that of the interface";
     EXPECT_EQ(found(u"zz"_s) + found(u"  "_s), "");
 }
 

@@ -114,6 +114,19 @@ TEST_F(SearchSutas, SearchesInTheLanguageOfTheReaderAndOpensTheFirstResult)
     }
 }
 
+TEST_F(SearchSutas, TurnsVelthuisLettersWhereThePaliTextIsSearched)
+{
+    for (const auto &[language, text] : {std::pair(0, u"dhammaṃ"_s), {10, u"dhammaṃ"_s}, {1, u"dhamma.m"_s}}) {
+        Open(language);
+        Trigger("acVelthuis");
+        EXPECT_EQ(Action("acVelthuis").isChecked(), true);
+        Type(Edit(), u"dhamma.m"_s);
+        EXPECT_EQ(Edit().text(), text) << language;
+        Trigger("acVelthuis"); // the settings stay for the next round
+        End();
+    }
+}
+
 TEST_F(SearchSutas, WalksTheHitsOfThePageByF3FromItsOwnWindow)
 {
     Open();

@@ -1,6 +1,8 @@
 #include "stores/KeloraDM.h"
 
 #include "base/InterfaceLanguage.h"
+#include "stores/Schema.h"
+#include "stores/engine/Scripter.h"
 #include "stores/settings/Options.h"
 #include "support/ModuleSupport.h"
 
@@ -148,6 +150,49 @@ TEST_F(StoredStyle, RegistryDataGoesInAndOutByTypeOrFailsWithTheSystemsText)
             EXPECT_EQ(get(), out) << qPrintable(in.toString());
         }
     }
+}
+
+class CanonLetters : public ModuleTest
+{
+protected:
+    /// A canon of one text: its name, its page in Pāli, no other.
+    void Make(const QString &name, const QString &page)
+    {
+        TpFIBDatabase database;
+        TpFIBTransaction transaction;
+        QFile::remove(Path(u"KELORA.FDB"_s));
+        PrepareConnection(database, transaction, Path(u"KELORA.FDB"_s), doors.exeName);
+        database.CreateDatabase();
+        TpFIBScripter scripter;
+        scripter.SetDatabase(&database);
+        scripter.Script() = {
+            u"create table KELORA_CONTENT (ID_VIC integer, NAME_VIC_PAL varchar(127) character set unicode_fss,"_s,
+            u"    CONTENT_VIC_PAL blob, CONTENT_VIC_PAL_VIE blob);"_s, u"commit work;"_s,
+            u"insert into KELORA_CONTENT values (1101, '%1', '%2', null);"_s.arg(name, page), u"commit work;"_s};
+        scripter.ExecuteScript();
+        database.SetConnected(false);
+    }
+};
+
+TEST_F(CanonLetters, AreThoseOfTheColumnUntilAnotherCanonIsOpened)
+{
+    TfrmKeloraDM module(doors);
+    EXPECT_EQ(module.Niggahita(Field::NameVicPal), QChar(u'ṃ')) << "no canon";
+    Make(u"Saṁyutta"_s, u"<p>evaŋ me sutaŋ</p>"_s);
+    module.DataModuleCreate();
+    const auto letters = [&] {
+        QString found;
+        for (const SchemaName &column : {Field::NameVicPal, Field::ContentVicPal, Field::ContentVicPalVie})
+            found += module.Niggahita(column);
+        return found;
+    };
+    EXPECT_EQ(letters(), u"ṁŋṃ"_s);
+    module.dbKelora.SetConnected(false);
+    EXPECT_EQ(letters(), u"ṁŋṃ"_s) << "not asked again";
+    Make(u"Saṃyutta"_s, u"<p>evaṁ me sutaṁ</p>"_s);
+    module.Open();
+    EXPECT_EQ(letters(), u"ṃṁṃ"_s);
+    EXPECT_EQ(messages, QStringList());
 }
 
 } // namespace

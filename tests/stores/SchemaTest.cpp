@@ -55,6 +55,8 @@ TEST(Schema, NamesEachColumnOfTheFilesWithItsLength)
          Lengths{{Field::NameFoc, Length::Name}, {Field::DescFoc, Length::Desc}, {Field::KeywordFoc, Length::Keyword}}},
         {DatabaseFile::Dictionary, Procedure::GetListWords,
          QStringList{Parameter::ADict, Field::WordName, Field::DictType}, Lengths{{Field::WordName, Length::Word}}},
+        {DatabaseFile::Dictionary, Procedure::GetForms, QStringList{Parameter::TypeDict, Parameter::AForm, Field::Word},
+         Lengths{{Parameter::AForm, Length::Word}, {Field::Word, Length::Word}}},
         {DatabaseFile::Dictionary, Procedure::GetWordContent,
          QStringList{Field::DictType, Field::WordName, Parameter::MultiDict, Field::WordContent, Field::WordContent2},
          Lengths{{Field::WordName, Length::Word}}},

@@ -146,6 +146,24 @@ set term ; ^
     ExpectNothingDone("dictionary", {u"DICT.FDB"_s, u"w.tsv"_s});
 }
 
+TEST_F(Strangers, TheProcedureOfFormsIsJudgedLikeTheOthers)
+{
+    for (const auto &[body, manner] :
+         {std::pair(u"WORD = 'anta'; suspend;"_s, "as it is"),
+          {u"select 'anta' from DO_IT into :WORD; suspend;"_s, "as copy"},
+          {u"execute statement 'select first 1 N from W' into :WORD; suspend;"_s, "as copy"}}) {
+        const bool isHarmless = std::string_view(manner) == "as it is";
+        Put(u"DICT.FDB"_s, StrangersDictionary((isHarmless ? QString() : Aimed(Routine)) + uR"(set term ^ ;
+create procedure SP_GET_FORMS (K integer, F varchar(63) character set UTF8) returns (WORD varchar(63)) as begin %1 end^
+set term ; ^
+)"_s.arg(body)));
+        EXPECT_EQ(Manner(u"DICT.FDB"_s), manner) << body.toStdString();
+        Put(u"t.txt"_s, "antaka\n");
+        Run(0, "words t.txt --kind 5 --dictionary DICT.FDB --out found.tsv");
+        ExpectNothingDone("forms", {u"DICT.FDB"_s, u"found.tsv"_s, u"t.txt"_s});
+    }
+}
+
 TEST_F(Strangers, MarksThatCanDoMoreAreNotOpened)
 {
     const struct

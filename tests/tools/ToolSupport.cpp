@@ -166,6 +166,7 @@ std::string OpenedDatabase::Text(const std::string &select)
 
 void OpenedDatabase::Hold(const QString &statement)
 {
+    m_transaction.SetActive(true);
     Statement(m_database.Attachment(), m_transaction.Native(), statement).Execute(m_transaction.Native(), {});
 }
 

@@ -1,5 +1,6 @@
 #include "common/Interrupt.h"
 
+#include "base/Messages.h"
 #include "common/Leftover.h"
 #include "common/StalledLock.h"
 #include "common/Tool.h"
@@ -95,7 +96,7 @@ bool WasInterrupted()
 void ThrowIfInterrupted()
 {
     if (WasInterrupted())
-        throw ToolError(QStringLiteral("interrupted; the files are as they were"));
+        throw ToolError(Sentence({u"bị ngắt; các tệp vẫn như cũ", u"interrupted; the files are as they were"}));
 }
 
 bool TakeLastWord()

@@ -1,5 +1,6 @@
 #include "common/Tool.h"
 
+#include "base/Messages.h"
 #include "common/Console.h"
 #include "common/Interrupt.h"
 
@@ -41,8 +42,9 @@ int RunVerb(const Verb &verb, const QStringList &arguments, Console &console)
         if (!console.IsOutputWhole() || (WasInterrupted() && !TakeLastWord()))
             return code;
         // The engine hears of it too, and its words for that are other ones.
-        if (WasInterrupted() && !text.startsWith("interrupted"_L1))
-            text.prepend("interrupted: "_L1);
+        const QString interrupted = Sentence({u"bị ngắt", u"interrupted"});
+        if (WasInterrupted() && !text.startsWith(interrupted))
+            text.prepend(interrupted + u": "_s);
         console.Error(text);
         // With --json even a failure prints JSON.
         if (arguments.contains("--json"_L1)) {
@@ -68,9 +70,9 @@ void OpenSource(QFile &file)
 {
     const QFileInfo info(file.fileName());
     if (!info.exists())
-        throw ToolError(u"%1: there is no such file"_s.arg(file.fileName()));
+        throw ToolError(Sentence({u"%1: không có tệp này", u"%1: there is no such file"}).arg(file.fileName()));
     if (!info.isFile())
-        throw ToolError(u"%1: is no regular file"_s.arg(file.fileName()));
+        throw ToolError(Sentence({u"%1: không phải là tệp thường", u"%1: is no regular file"}).arg(file.fileName()));
     if (!file.open(QIODevice::ReadOnly))
         throw ToolError(u"%1: %2"_s.arg(file.fileName(), file.errorString()));
 }

@@ -15,7 +15,7 @@ std::optional<CheckOptions> ParseCheck(const QStringList &arguments, Console &co
     parser.setApplicationDescription(
         u"Tells what is wrong with a canon, a dictionary or a file of marks, one finding a line with the row named, "
         u"and a summary.\n"
-        u"The file is only read, a dictionary through its three procedures alone.\n"
+        u"The file is only read, a dictionary through its procedures, and its forms from their table.\n"
         u"Exit codes: 0 clean, 1 findings, 2 wrong usage or a file that is none of these."_s);
     parser.addPositionalArgument(u"FILE"_s, u"Such as KELORA.FDB, PALIDICT.FDB or TARUNECLIENT.FDB."_s);
     Report::AddOptions(parser);

@@ -96,6 +96,35 @@ std::unique_ptr<WordSink> MakeSink(const QString &path, WordForm form, int kind)
     return std::make_unique<StarDictSink>(path, kind);
 }
 
+/// Writes the forms of a kind, or tells that there are some where they are not wanted.
+void WriteForms(DictionaryReader &reader, const ExportDictionaryOptions &options, Report &report, Console &console)
+{
+    std::optional<WrittenFile> file;
+    if (!options.forms.isEmpty())
+        file.emplace(options.forms);
+    qsizetype done = 0;
+    QByteArray line;
+    reader.EachForm(options.kind, [&](const QString &form, const QString &word) {
+        ++done;
+        console.Progress(u"writing forms"_s, done, done, u"forms"_s);
+        if (!file)
+            return;
+        line.resize(0);
+        AppendEscapedEntry(line, form.toUtf8());
+        line += '\t';
+        AppendEscapedEntry(line, word.toUtf8());
+        line += '\n';
+        file->Write(line);
+    });
+    console.EndProgress();
+    if (file) {
+        file->Finish();
+        report.Count(u"forms"_s, done);
+    } else if (done > 0) {
+        report.Note(u"dictionary %1"_s.arg(options.kind), u"has %1 forms, which --forms writes"_s.arg(done));
+    }
+}
+
 } // namespace
 
 std::optional<ExportDictionaryOptions> ParseExportDictionary(const QStringList &arguments, Console &console)
@@ -104,6 +133,7 @@ std::optional<ExportDictionaryOptions> ParseExportDictionary(const QStringList &
     parser.setApplicationDescription(
         u"Writes the words of one kind of a dictionary as lines \"word TAB entry\", in the source form of the sample\n"
         u"dictionaries, or as a StarDict dictionary. Importing what was written gives the same words and entries.\n"
+        u"Forms that stand beside the list are written by --forms alone.\n"
         u"Exit codes: 0 all written, 1 some words without an entry, 2 nothing written."_s);
     parser.addOption({u"file"_s, u"The dictionary; PALIDICT.FDB beside the tool by default."_s, u"FILE"_s,
                       DefaultFile(Thing::Dictionary)});
@@ -113,6 +143,8 @@ std::optional<ExportDictionaryOptions> ParseExportDictionary(const QStringList &
                       u"tsv, markup or stardict; by default by the name of FILE: .ifo is stardict, .txt "
                       "markup, anything else tsv."_s,
                       u"FORM"_s});
+    parser.addOption(
+        {u"forms"_s, u"Where to write the forms, as lines \"form TAB word\" that the import reads."_s, u"TABLE"_s});
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"export dictionary --kind N --out FILE [options]"_s, arguments, console))
         return std::nullopt;
@@ -120,8 +152,9 @@ std::optional<ExportDictionaryOptions> ParseExportDictionary(const QStringList &
     const QString out = parser.value(u"out"_s);
     if (out.isEmpty() || !parser.positionalArguments().isEmpty())
         throw ToolError(u"export dictionary wants --out FILE; see \"lumivara-data export dictionary --help\""_s);
-    return ExportDictionaryOptions{parser.value(u"file"_s), kind, out, FormOf(out, parser.value(u"format"_s)),
-                                   Report::OptionsOf(parser)};
+    return ExportDictionaryOptions{
+        parser.value(u"file"_s),  kind, out, parser.value(u"forms"_s), FormOf(out, parser.value(u"format"_s)),
+        Report::OptionsOf(parser)};
 }
 
 int Run(const ExportDictionaryOptions &options, Console &console)
@@ -150,6 +183,7 @@ int Run(const ExportDictionaryOptions &options, Console &console)
             else
                 sink->Add(word, content);
         });
+        WriteForms(reader, options, report, console);
         file.Close();
     });
     sink->Finish();

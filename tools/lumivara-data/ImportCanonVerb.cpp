@@ -1,7 +1,9 @@
 #include "lumivara-data/Verbs.h"
 
+#include "base/Messages.h"
 #include "common/Console.h"
 #include "common/Report.h"
+#include "lumivara-data/canon/CanonAddition.h"
 #include "lumivara-data/canon/CanonBefore.h"
 #include "lumivara-data/canon/CanonCopy.h"
 #include "lumivara-data/canon/CanonFolderReader.h"
@@ -14,6 +16,8 @@
 
 #include <QCommandLineParser>
 #include <QFileInfo>
+
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -31,7 +35,9 @@ std::optional<Form> FormNamed(const QString &format)
     if (wanted == "copy"_L1)
         return Form::Copy;
     if (!wanted.isEmpty())
-        throw ToolError(u"there is no format \"%1\": segmented, folder or copy"_s.arg(format));
+        throw ToolError(Sentence({u"không có dạng \"%1\": segmented, folder hay copy",
+                                  u"there is no format \"%1\": segmented, folder or copy"})
+                            .arg(format));
     return std::nullopt;
 }
 
@@ -60,7 +66,8 @@ void Refuse(const ImportCanonOptions &options, Form form)
         {u"repair"_s, options.isMended, {Form::Copy}}};
     for (const auto &[option, isSet, owners] : belongs) {
         if (!owners.contains(form) && isSet)
-            throw ToolError(u"--%1 has no meaning for this SOURCE"_s.arg(option));
+            throw ToolError(
+                Sentence({u"--%1 không có nghĩa với nguồn này", u"--%1 has no meaning for this SOURCE"}).arg(option));
     }
 }
 
@@ -80,8 +87,9 @@ void RenewList(const ImportCanonOptions &options, const ClientList::Renewal &ren
     try {
         ClientList::Tell(ClientList::Renew(options.client, renewal), report);
     } catch (const std::exception &error) {
-        throw ToolError(u"%1 is made, but texts can't be added to %2: %3"_s.arg(options.into, options.client,
-                                                                                QString::fromUtf8(error.what())));
+        throw ToolError(Sentence({u"%1 đã được tạo, nhưng không thêm được bài vào %2: %3",
+                                  u"%1 is made, but texts can't be added to %2: %3"})
+                            .arg(options.into, options.client, QString::fromUtf8(error.what())));
     }
 }
 
@@ -103,8 +111,10 @@ void Renumber(const ImportCanonOptions &options, CanonWriter &writer, const Text
                         renewal.moved = journal.keys;
                         ClientList::Tell(ClientList::Renew(journal.marks, renewal), report);
                     });
-    report.Note(options.into, u"all texts have new keys; the files before are kept as %1.before and %2.before"_s.arg(
-                                  QFileInfo(options.into).fileName(), QFileInfo(options.client).fileName()));
+    report.Note(options.into,
+                Sentence({u"mọi bài có khóa mới; các tệp trước đó được giữ lại là %1.before và %2.before",
+                          u"all texts have new keys; the files before are kept as %1.before and %2.before"})
+                    .arg(QFileInfo(options.into).fileName(), QFileInfo(options.client).fileName()));
 }
 
 /// Brings what a killed run has left of a renumbering to its end, or takes it back. True if there are new keys now.
@@ -117,12 +127,15 @@ bool EndRenumbering(const ImportCanonOptions &options, Report &report, Console &
     const auto journal = renumbering.Found();
     if (!journal) {
         renumbering.TakeBack();
-        report.Note(options.into, u"an interrupted --renumber had changed nothing yet and was taken back"_s);
+        report.Note(options.into, Sentence({u"một lần --renumber bị ngắt chưa thay đổi gì và đã được hủy",
+                                            u"an interrupted --renumber had changed nothing yet and was taken back"}));
         return false;
     }
     if (options.client.isEmpty() || FullPath(options.client) != journal->marks) {
-        throw ToolError(u"%1: an interrupted --renumber has to come to its end first; call this with --client %2"_s.arg(
-            options.into, journal->marks));
+        throw ToolError(
+            Sentence({u"%1: một lần --renumber bị ngắt phải được làm xong trước; hãy gọi với --client %2",
+                      u"%1: an interrupted --renumber has to come to its end first; call this with --client %2"})
+                .arg(options.into, journal->marks));
     }
     const bool isWaiting = QFileInfo::exists(renumbering.NextPath());
     renumbering.GoOn(*journal, [&](const Renumbering::Journal &found) {
@@ -133,7 +146,29 @@ bool EndRenumbering(const ImportCanonOptions &options, Report &report, Console &
         renewal.keepsNames = found.keepsNames;
         ClientList::Tell(ClientList::Renew(found.marks, renewal), report);
     });
-    report.Note(options.into, u"an interrupted --renumber was brought to its end"_s);
+    report.Note(options.into, Sentence({u"một lần --renumber bị ngắt đã được làm xong",
+                                        u"an interrupted --renumber was brought to its end"}));
+    return true;
+}
+
+/// Puts the texts beside those that are there; `make` makes a canon of them at a path, and says whether it could. False
+/// if nothing was made.
+bool Add(const ImportCanonOptions &options, const std::function<bool(const QString &)> &make, Report &report,
+         Console &console)
+{
+    CanonAddition addition(options.into);
+    if (!options.client.isEmpty()) {
+        for (const int number : ClientList::Numbers(options.client))
+            addition.Reserve(number);
+    }
+    if (!make(addition.SourcePath()))
+        return false;
+    addition.Run(report, console);
+    if (options.client.isEmpty())
+        return true;
+    ClientList::Renewal renewal = RenewalFor(options, addition.Rows());
+    renewal.traits.clear(); // no text has another key than before, so all marks stay
+    RenewList(options, renewal, report);
     return true;
 }
 
@@ -145,16 +180,32 @@ void ImportFrom(const ImportCanonOptions &options, const Choice &choice, bool re
     NamesTable names = options.names.isEmpty() ? NamesTable() : NamesTable(options.names, report);
     const SourceFolder folder(options.source);
     Source canon(folder, choice, report);
+    const auto write = [&](CanonWriter &writer, TextKeys &keys) {
+        canon.WriteTo(writer, keys, names, console);
+        // An empty tree in the place of texts would be a loss.
+        if (writer.Rows().texts.isEmpty())
+            throw ToolError(
+                Sentence({u"%1: không nhập được bài nào", u"%1: no text of it could be taken"}).arg(options.source));
+    };
+    if (options.adds) {
+        const auto make = [&](const QString &path) {
+            const auto writer = CanonWriter::Aside(path);
+            TextKeys keys([] { return QList<TextTraits>(); });
+            write(*writer, keys);
+            writer->Close();
+            names.TellUnused(report);
+            return true;
+        };
+        Add(options, make, report, console);
+        return;
+    }
     CanonWriter writer(options.into);
     TextKeys keys([&] { return TextsBefore(options.into, report, console); }, renumbers);
     if (!options.client.isEmpty()) {
         for (const int number : ClientList::Numbers(options.client))
             keys.Reserve(number);
     }
-    canon.WriteTo(writer, keys, names, console);
-    // An empty tree in the place of texts would be a loss.
-    if (writer.Rows().texts.isEmpty())
-        throw ToolError(u"%1: no text of it could be taken"_s.arg(options.source));
+    write(writer, keys);
     const QHash<qsizetype, int> recognised = keys.Recognise(writer.Traits());
     for (auto text = recognised.cbegin(); text != recognised.cend(); ++text)
         writer.Rekey(text.key(), *text);
@@ -175,6 +226,12 @@ void ImportFrom(const ImportCanonOptions &options, const Choice &choice, bool re
 /// False if nothing was made.
 bool Copy(const ImportCanonOptions &options, Report &report, Console &console)
 {
+    if (options.adds) {
+        const auto make = [&](const QString &path) {
+            return CopyCanonAside(options.source, path, options.isMended, report, console).has_value();
+        };
+        return Add(options, make, report, console);
+    }
     const auto canon = CopyCanon(options.source, options.into, options.isMended, report, console);
     if (canon && !options.client.isEmpty())
         RenewList(options, RenewalFor(options, *canon), report);
@@ -212,18 +269,28 @@ std::optional<ImportCanonOptions> ParseImportCanon(const QStringList &arguments,
     parser.addOption({u"renumber"_s,
                       u"segmented, folder: gives all texts of FILE new keys in reading order, and moves the marks of "
                       u"--client to them. The files before stay as FILE.before. Close the program first."_s});
+    parser.addOption(
+        {u"add"_s,
+         u"The texts that FILE has stay; those that SOURCE has too are renewed, and the others come beside them."_s});
     parser.addOption({u"repair"_s, u"copy: mends in the copy what can be mended without loss."_s});
     AddMannerOptions(parser);
     Report::AddOptions(parser);
     if (ParseOrHelp(parser, u"import canon SOURCE --into FILE [options]"_s, arguments, console))
         return std::nullopt;
     if (parser.positionalArguments().size() != 1 || !parser.isSet(u"into"_s))
-        throw ToolError(u"import canon wants one SOURCE and --into FILE; see \"lumivara-data import canon --help\""_s);
+        throw ToolError(
+            Sentence({u"import canon cần một SOURCE và --into FILE; xem \"lumivara-data import canon --help\"",
+                      u"import canon wants one SOURCE and --into FILE; see \"lumivara-data import canon --help\""}));
     const bool hasClient = parser.isSet(u"client"_s);
     if (!hasClient && parser.isSet(u"renumber"_s))
-        throw ToolError(u"--renumber wants --client FILE: the marks have to get the new keys too"_s);
+        throw ToolError(Sentence({u"--renumber cần --client FILE: các ghi chép cũng phải có khóa mới",
+                                  u"--renumber wants --client FILE: the marks have to get the new keys too"}));
+    if (parser.isSet(u"add"_s) && parser.isSet(u"renumber"_s))
+        throw ToolError(
+            Sentence({u"--add và --renumber là hai việc khác nhau", u"--add and --renumber are two different things"}));
     if (!hasClient && parser.isSet(u"keep-names"_s))
-        throw ToolError(u"--keep-names has no meaning without --client FILE"_s);
+        throw ToolError(Sentence({u"--keep-names không có nghĩa nếu không có --client FILE",
+                                  u"--keep-names has no meaning without --client FILE"}));
     return ImportCanonOptions{parser.positionalArguments().first(),
                               parser.value(u"into"_s),
                               FormNamed(parser.value(u"format"_s)),
@@ -234,6 +301,7 @@ std::optional<ImportCanonOptions> ParseImportCanon(const QStringList &arguments,
                               parser.isSet(u"keep-names"_s),
                               parser.isSet(u"renumber"_s),
                               parser.isSet(u"repair"_s),
+                              parser.isSet(u"add"_s),
                               MannerOf(parser),
                               Report::OptionsOf(parser)};
 }
@@ -241,17 +309,19 @@ std::optional<ImportCanonOptions> ParseImportCanon(const QStringList &arguments,
 int Run(const ImportCanonOptions &given, Console &console)
 {
     ImportCanonOptions options = given;
+    Follow(options.manner, console);
     const bool isTrial = options.manner.isTrial;
+    options.adds = options.adds && QFileInfo::exists(options.into);
     if (isTrial) {
         options.client.clear(); // what lies beside stays, too
         options.renumbers = false;
     }
     Report report(console, options.report);
     if (!QFileInfo::exists(options.source))
-        throw ToolError(u"%1: there is no such file or folder"_s.arg(options.source));
+        throw ToolError(Sentence({u"%1: không có tệp hay thư mục này", u"%1: there is no such file or folder"})
+                            .arg(options.source));
     const Form form = options.form ? *options.form : FormOf(options.source);
     Refuse(options, form);
-    Follow(options.manner, console);
     TellSource(options.source, NameOf(form), report);
     // The marks are a live file, which has its own.
     if (options.client.isEmpty())
@@ -272,5 +342,5 @@ int Run(const ImportCanonOptions &given, Console &console)
         RememberMade(options.into);
     if (isMade)
         report.Tell(u"file"_s, FullPath(options.into));
-    return report.Finish(isMade ? QString() : u"nothing was written"_s);
+    return report.Finish(isMade ? QString() : Sentence({u"không có gì được ghi", u"nothing was written"}));
 }

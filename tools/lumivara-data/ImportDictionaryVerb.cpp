@@ -1,7 +1,9 @@
 #include "lumivara-data/Verbs.h"
 
+#include "base/Messages.h"
 #include "common/Console.h"
 #include "common/Report.h"
+#include "lumivara-data/dictionary/BroughtForms.h"
 #include "lumivara-data/dictionary/DictionaryFile.h"
 #include "lumivara-data/dictionary/DictionaryReader.h"
 #include "lumivara-data/dictionary/DictionaryWriter.h"
@@ -27,13 +29,28 @@ std::optional<Form> FormNamed(const QString &name)
 {
     const std::optional<Form> form = WordFormNamed(name);
     if (!form && !name.isEmpty())
-        throw ToolError(u"the format \"%1\" is not known; there are stardict, tsv and markup"_s.arg(name));
+        throw ToolError(Sentence({u"không biết dạng \"%1\"; có stardict, tsv và markup",
+                                  u"the format \"%1\" is not known; there are stardict, tsv and markup"})
+                            .arg(name));
     return form;
 }
 
 QString NameOf(Form form)
 {
     return form == Form::StarDict ? u"stardict"_s : form == Form::Tabbed ? u"tsv"_s : u"markup"_s;
+}
+
+FormPlace FormPlaceNamed(const QString &name)
+{
+    if (name == u"list")
+        return FormPlace::List;
+    if (name == u"forms")
+        return FormPlace::Beside;
+    if (!name.isEmpty())
+        throw ToolError(
+            Sentence({u"--syn là list hoặc forms, không phải \"%1\"", u"--syn is list or forms, not \"%1\""})
+                .arg(name));
+    return FormPlace::Fitting;
 }
 
 /// What it looks like.
@@ -56,26 +73,55 @@ Form FormOf(const QString &source)
                 return Form::Tabbed;
         }
     }
-    throw ToolError(u"%1: which form is this? Name it by --format stardict, tsv or markup"_s.arg(source));
+    throw ToolError(Sentence({u"%1: không rõ đây là dạng nào (stardict, tsv hay markup)",
+                              u"%1: which form is this? Name it by --format stardict, tsv or markup"})
+                        .arg(source));
 }
 
-/// Hands over the words of the other kinds as they stand.
+/// Hands over the forms that stay.
+void TakeFormsOver(const ImportDictionaryOptions &options, const QString &path, DictionaryReader &reader,
+                   DictionaryWriter &writer, Console &console)
+{
+    const bool replaces = options.source.isEmpty() ? options.replaces : !options.adds;
+    qsizetype done = 0;
+    for (const int kind : DictKind::All) {
+        if (kind == options.kind && replaces)
+            continue;
+        reader.EachForm(kind, [&](const QString &form, const QString &word) {
+            if (kind == options.kind && !options.adds)
+                throw ToolError(Sentence({u"%1: từ điển %2 đã có dạng từ; --replace thay chúng, --add thêm bên cạnh",
+                                          u"%1: dictionary %2 has forms already; --replace puts the new ones in their "
+                                          u"place, --add beside them"})
+                                    .arg(path)
+                                    .arg(kind));
+            writer.AddForm(kind, form, word);
+            ++done;
+            console.Progress(u"keeping forms"_s, done, done, u"forms"_s);
+        });
+    }
+    console.EndProgress();
+}
+
+/// Hands over the words of the other kinds as they stand, those of this kind where they stay, and the forms.
 void TakeOver(const ImportDictionaryOptions &options, const QString &path, const QString &copyPath,
-              DictionaryWriter &writer, Console &console)
+              DictionaryWriter &writer, Report &report, Console &console)
 {
     const PrivateCopy copy(path, copyPath);
     DataFile file;
     file.Open(copy.Path());
     if (!IsDictionary(file))
-        throw ToolError(u"%1: is no dictionary"_s.arg(path));
+        throw ToolError(Sentence({u"%1: không phải là từ điển", u"%1: is no dictionary"}).arg(path));
     DictionaryReader reader(file);
-    if (!options.replaces && !options.adds && reader.CountWords(options.kind) > 0)
+    const bool keepsWords = options.adds || options.source.isEmpty();
+    if (!options.replaces && !keepsWords && reader.CountWords(options.kind) > 0)
         throw ToolError(
-            u"%1: dictionary %2 has words already; --replace puts the new ones in their place, --add beside them"_s
+            Sentence(
+                {u"%1: từ điển %2 đã có từ; --replace thay chúng, --add thêm bên cạnh",
+                 u"%1: dictionary %2 has words already; --replace puts the new ones in their place, --add beside them"})
                 .arg(path)
                 .arg(options.kind));
     for (const int kind : DictKind::All) {
-        if (kind == options.kind && !options.adds)
+        if (kind == options.kind && !keepsWords)
             continue;
         const qsizetype total = reader.CountWords(kind);
         qsizetype done = 0;
@@ -86,6 +132,10 @@ void TakeOver(const ImportDictionaryOptions &options, const QString &path, const
         });
         console.EndProgress();
     }
+    TakeFormsOver(options, path, reader, writer, console);
+    if (!reader.HasForms() && BroughtForms::AreIn(file))
+        report.Find(path, Sentence({u"không liệt kê được các dạng từ của tệp; bị bỏ",
+                                    u"its forms cannot be listed; left out"}));
     file.Close();
 }
 
@@ -102,6 +152,15 @@ void TakeText(const QString &source, Form form, EntryIntake &intake, Console &co
     console.EndProgress();
 }
 
+void TakeForms(const QString &path, EntryIntake &intake, Console &console)
+{
+    QFile file(path);
+    OpenSource(file);
+    TakeTabbedForms(file, QFileInfo(path).fileName(), intake,
+                    [&] { console.Progress(u"reading the forms"_s, file.pos(), file.size(), u"bytes"_s); });
+    console.EndProgress();
+}
+
 void Prove(const QString &source)
 {
     QFile file(source);
@@ -113,11 +172,12 @@ void Count(const EntryIntake &intake, const DictionaryWriter &writer, Report &re
 {
     const qsizetype imported = writer.WordCount(intake.Kind());
     const qsizetype again = intake.TakenCount() - imported, leftOut = intake.ReadCount() - intake.TakenCount();
-    report.Count(u"words read"_s, intake.ReadCount());
-    report.Count(u"words imported"_s, imported);
-    report.Count(u"joined to the same word"_s, again - writer.EqualCount() - writer.UnjoinedCount());
-    report.Count(u"with an equal entry"_s, writer.EqualCount());
-    report.Count(u"left out"_s, leftOut + writer.UnjoinedCount());
+    report.Count(Sentence({u"từ đã đọc", u"words read"}), intake.ReadCount());
+    report.Count(Sentence({u"từ được nhập", u"words imported"}), imported);
+    report.Count(Sentence({u"được gộp vào cùng một từ", u"joined to the same word"}),
+                 again - writer.EqualCount() - writer.UnjoinedCount());
+    report.Count(Sentence({u"có mục từ giống hệt", u"with an equal entry"}), writer.EqualCount());
+    report.Count(Sentence({u"bị bỏ", u"left out"}), leftOut + writer.UnjoinedCount());
 }
 
 } // namespace
@@ -137,7 +197,8 @@ int KindNamed(const QString &text)
 {
     const int kind = text.toInt();
     if (!IsOneOf(DictKind::All, kind))
-        throw ToolError(u"--kind wants a number from 1 to 8, see --help"_s);
+        throw ToolError(
+            Sentence({u"--kind cần một số từ 1 đến 8, xem --help", u"--kind wants a number from 1 to 8, see --help"}));
     return kind;
 }
 
@@ -151,25 +212,41 @@ std::optional<ImportDictionaryOptions> ParseImportDictionary(const QStringList &
         u"SOURCE is a StarDict dictionary (its .ifo file or folder), a text of lines \"word TAB entry\", or the "
         u"source\n"
         u"form of the sample dictionaries. The file is replaced whole or not at all.\n"
+        u"Forms are what texts have in place of words. They stand beside the list; a look-up that meets one gives its\n"
+        u"words. With --forms and without SOURCE, the words of this kind stay.\n"
         u"Exit codes: 0 all taken, 1 some words left out, 2 nothing changed."_s);
-    parser.addPositionalArgument(u"SOURCE"_s, u"The words."_s);
+    parser.addPositionalArgument(u"SOURCE"_s, u"The words; none where only forms are brought."_s);
     parser.addOption({u"kind"_s, u"The kind, 1 to 8."_s, u"N"_s});
     parser.addOption({u"into"_s,
                       u"The dictionary file, made if it is missing; PALIDICT.FDB beside the tool by default."_s,
                       u"FILE"_s, DefaultFile(Thing::Dictionary)});
     parser.addOption({u"format"_s, u"stardict, tsv or markup; by default what the name of SOURCE tells."_s, u"FORM"_s});
-    parser.addOption({u"replace"_s, u"The words that FILE has of this kind go."_s});
+    parser.addOption({u"forms"_s,
+                      u"Forms of the words: lines \"form TAB word\" in UTF-8, the word as the list has it. A form with "
+                      "several words has a line for each, the best first."_s,
+                      u"TABLE"_s});
+    parser.addOption({u"syn"_s,
+                      u"Whether the forms of a StarDict dictionary become words of the list (list) or forms beside it "
+                      "(forms); by default forms, if there are more of them than words."_s,
+                      u"PLACE"_s});
+    parser.addOption({u"replace"_s, u"The words that FILE has of this kind go, and their forms."_s});
     parser.addOption({u"add"_s, u"The words that FILE has of this kind stay; entries of one word are joined."_s});
     AddMannerOptions(parser);
     Report::AddOptions(parser);
-    if (ParseOrHelp(parser, u"import dictionary SOURCE --kind N [options]"_s, arguments, console))
+    if (ParseOrHelp(parser, u"import dictionary [SOURCE] --kind N [options]"_s, arguments, console))
         return std::nullopt;
     const QStringList sources = parser.positionalArguments();
     if (parser.isSet(u"add"_s) && parser.isSet(u"replace"_s))
-        throw ToolError(u"--add and --replace are two different things"_s);
-    if (sources.size() != 1)
-        throw ToolError(u"import dictionary wants one SOURCE; see \"lumivara-data import dictionary --help\""_s);
-    return ImportDictionaryOptions{sources.first(),
+        throw ToolError(
+            Sentence({u"--add và --replace là hai việc khác nhau", u"--add and --replace are two different things"}));
+    const QString forms = parser.value(u"forms"_s);
+    if (sources.size() > 1 || (sources.isEmpty() && forms.isEmpty()))
+        throw ToolError(
+            Sentence({u"import dictionary cần một SOURCE; xem \"lumivara-data import dictionary --help\"",
+                      u"import dictionary wants one SOURCE; see \"lumivara-data import dictionary --help\""}));
+    return ImportDictionaryOptions{sources.value(0),
+                                   forms,
+                                   FormPlaceNamed(parser.value(u"syn"_s)),
                                    KindNamed(parser.value(u"kind"_s)),
                                    parser.value(u"into"_s),
                                    FormNamed(parser.value(u"format"_s)),
@@ -181,38 +258,59 @@ std::optional<ImportDictionaryOptions> ParseImportDictionary(const QStringList &
 
 int Run(const ImportDictionaryOptions &options, Console &console)
 {
-    const QString &source = options.source;
+    Follow(options.manner, console);
+    const QString &source = options.source, &forms = options.forms;
     const int kind = options.kind;
-    if (!QFileInfo::exists(source))
-        throw ToolError(u"%1: there is no such file"_s.arg(source));
-    const Form form = options.form ? *options.form : FormOf(source);
-    Report report(console, options.report);
+    for (const QString &given : {source, forms}) {
+        if (!given.isEmpty() && !QFileInfo::exists(given))
+            throw ToolError(Sentence({u"%1: không có tệp này", u"%1: there is no such file"}).arg(given));
+    }
+    const bool hasWords = !source.isEmpty();
     const QString path = QFileInfo(options.into).absoluteFilePath();
+    if (!hasWords && !QFileInfo::exists(path))
+        throw ToolError(Sentence({u"%1: không có tệp này, nên không có từ nào cho các dạng từ",
+                                  u"%1: there is no such file, and so no word that the forms are of"})
+                            .arg(path));
+    const std::optional<Form> form = hasWords && !options.form ? FormOf(source) : options.form;
+    Report report(console, options.report);
     // Before the words that are there are copied.
     std::optional<StarDictReader> starDict;
-    if (form == Form::StarDict)
+    if (hasWords && form == Form::StarDict)
         starDict.emplace(source, report).Open();
-    else
+    else if (hasWords)
         Prove(source);
+    if (!forms.isEmpty())
+        Prove(forms);
     FileInTheMaking target(path);
-    Follow(options.manner, console);
-    TellSource(source, NameOf(form), report);
+    if (hasWords)
+        TellSource(source, NameOf(*form), report);
+    else
+        TellSource(forms, u"forms"_s, report);
     UsePrivateLocks();
     DictionaryWriter writer(target.Path());
     if (QFileInfo::exists(path))
-        OnFile(path, [&] { TakeOver(options, path, target.Path() + u".copy"_s, writer, console); });
-    const qsizetype kept = writer.WordCount();
+        OnFile(path, [&] { TakeOver(options, path, target.Path() + u".copy"_s, writer, report, console); });
+    const qsizetype kept = writer.WordCount(), keptForms = writer.FormCount();
     EntryIntake intake(kind, writer, report);
     if (starDict)
-        starDict->TakeAll(intake, console);
-    else
-        TakeText(source, form, intake, console);
-    if (writer.WordCount() == kept)
-        throw ToolError(u"%1: no word of it could be taken"_s.arg(source));
+        starDict->TakeAll(intake, console, options.formPlace);
+    else if (hasWords)
+        TakeText(source, *form, intake, console);
+    if (hasWords && writer.WordCount() == kept)
+        throw ToolError(Sentence({u"%1: không nhập được từ nào", u"%1: no word of it could be taken"}).arg(source));
+    if (!forms.isEmpty())
+        TakeForms(forms, intake, console);
+    if (!hasWords && writer.FormCount() == keptForms)
+        throw ToolError(Sentence({u"%1: không nhập được dạng từ nào", u"%1: no form of it could be taken"}).arg(forms));
     writer.Finish(console, &report);
     target.Finish();
     report.Tell(u"file"_s, path);
-    Count(intake, writer, report);
-    report.Count(u"words kept"_s, kept);
-    return report.Finish(u"dictionary %1 of %2 is new"_s.arg(kind).arg(path));
+    if (hasWords)
+        Count(intake, writer, report);
+    report.Count(Sentence({u"từ đang có được giữ lại", u"words kept"}), kept);
+    if (intake.FormsReadCount() > 0) {
+        report.Count(Sentence({u"dạng từ đã đọc", u"forms read"}), intake.FormsReadCount());
+        report.Count(Sentence({u"dạng từ của từ điển", u"forms of the dictionary"}), writer.FormCount(kind));
+    }
+    return report.Finish(Sentence({u"từ điển %1 của %2 là mới", u"dictionary %1 of %2 is new"}).arg(kind).arg(path));
 }

@@ -1,5 +1,6 @@
 #include "lumivara-data/ImportManner.h"
 
+#include "base/Messages.h"
 #include "common/Console.h"
 #include "common/Report.h"
 #include "lumivara-data/files/UnfinishedFile.h"
@@ -74,15 +75,21 @@ void AddMannerOptions(QCommandLineParser &parser)
     parser.addOption({u"dry-run"_s, u"Tells what would be made and what left out, and writes nothing."_s});
     parser.addOption({u"keep-before"_s, u"The file that is replaced stays beside as FILE.before."_s});
     parser.addOption({u"progress"_s, u"Tells the progress in lines of JSON on the standard error stream."_s});
+    // For the program, which shows the report to its reader.
+    QCommandLineOption words(u"words"_s, u"The language of the report, vi or en."_s, u"LANGUAGE"_s);
+    words.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.addOption(words);
 }
 
 ImportManner MannerOf(const QCommandLineParser &parser)
 {
-    return {parser.isSet(u"dry-run"_s), parser.isSet(u"keep-before"_s), parser.isSet(u"progress"_s)};
+    return {parser.isSet(u"dry-run"_s), parser.isSet(u"keep-before"_s), parser.isSet(u"progress"_s),
+            parser.value(u"words"_s) == "vi"_L1};
 }
 
 void Follow(const ImportManner &manner, Console &console)
 {
+    SpeechOfTools::isVietnamese = manner.isVietnamese;
     if (manner.isTrial)
         FinishNoFiles();
     if (manner.keepsBefore)

@@ -12,6 +12,7 @@ struct ImportManner
     bool isTrial = false;       ///< tells what would come of it, and writes nothing
     bool keepsBefore = false;   ///< the replaced file stays as FILE.before
     bool tellsProgress = false; ///< in lines for a program
+    bool isVietnamese = false;  ///< what is told; English else
 };
 
 /// Gives an import its options, and reads them once the parser has parsed.

@@ -148,7 +148,7 @@ int Run(const ImportMarksOptions &options, Console &console)
             throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
         // As the program would at the first marking.
         QList<KeloraText> texts;
-        if (MarksStore::ListLacksKelora(file) &&
+        if (TextsOfMarks::ListLacksKelora(file) &&
             (!options.canon.isEmpty() || QFileInfo::exists(DefaultFile(Thing::Canon))))
             texts = ClientList::TextsOf(options.canon.isEmpty() ? DefaultFile(Thing::Canon) : options.canon, console);
         MarksStore store(file, path, name, texts, report);

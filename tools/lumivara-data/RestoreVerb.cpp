@@ -40,7 +40,7 @@ QStringList WriteRows(SealedRun &run, const QString &path, Report &report)
         try {
             writer.Append(table, row);
         } catch (const DatabaseError &error) {
-            throw ToolError(u"a row of %1 (%2, %3) cannot be stored: %4"_s.arg(
+            throw DatabaseError(u"a row of %1 (%2, %3) cannot be stored: %4"_s.arg(
                 table, row.value(0).toString(), row.value(1).toString(), error.Text().simplified()));
         }
     };

@@ -1,5 +1,6 @@
 #include "lumivara-data/Verbs.h"
 
+#include "base/Messages.h"
 #include "common/Console.h"
 #include "common/Report.h"
 #include "lumivara-data/canon/CanonBefore.h"
@@ -27,7 +28,8 @@
 
 using namespace Qt::StringLiterals;
 
-// The tasks of a sealed process: see SealedRun, which starts it. Its arguments are the task and the private copy.
+// The tasks of a sealed process: see SealedRun, which starts it. Its arguments are the task, the private copy, and the
+// language of its sentences.
 
 namespace {
 
@@ -65,6 +67,8 @@ void ProveDictionary(DataFile &file, Console &console, Report &report)
     const DictionaryReport found = CheckDictionary(file, console);
     Tell(found.findings, report);
     report.Count(u"words"_s, found.wordCount);
+    if (found.formCount > 0)
+        report.Count(u"forms"_s, found.formCount);
     report.AddUntold(found.faultCount - found.findings.size());
 }
 
@@ -149,6 +153,9 @@ void SendCanon(DataFile &file, Console &console, SealedStream &stream)
                                      {Table::KeloraContent, TextColumns()},
                                      {Table::KeloraSource, SourceColumns()}}),
                 stream);
+    // Before the texts, so that each is known when it comes.
+    for (const auto &[key, source] : KnownSources(file))
+        stream.Row(Table::KeloraSource, {key, source});
     Report report;
     CanonRows rows(file);
     for (const CanonGroup &group : rows.Groups(report))
@@ -164,8 +171,6 @@ void SendCanon(DataFile &file, Console &console, SealedStream &stream)
         stream.Row(Table::KeloraContent, values);
         console.Progress(Table::KeloraContent, ++done, total);
     }
-    for (const auto &[key, source] : KnownSources(file))
-        stream.Row(Table::KeloraSource, {key, source});
     stream.Send(report);
 }
 
@@ -196,6 +201,7 @@ int RunSealed(const QStringList &arguments, Console &console)
 {
     const QString task = arguments.value(0), copy = arguments.value(1);
     const QString folder = QFileInfo(copy).absolutePath();
+    SpeechOfTools::isVietnamese = arguments.value(2) == "vi"_L1;
     TpFIBDatabase::SetLockFolder(folder + u"/lock"_s);
     SealedStream stream;
     console.SetProgressTaker([&stream](const QString &work, qsizetype done, qsizetype total, const QString &unit) {

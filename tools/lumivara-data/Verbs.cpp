@@ -68,6 +68,7 @@ constexpr Verb AllVerbs[] = {
     {u"restore", u"make a file of marks out of a backup", ParseAndRun<ParseRestore>},
     {u"import", u"make a canon, a dictionary or marks out of open formats", RunImport},
     {u"export", u"write a canon, a dictionary or marks in open formats", RunExport},
+    {u"sync", u"bring the marks of several machines to the same", ParseAndRun<ParseSync>},
     {u"words", u"find the dictionary words behind the forms of a text", ParseAndRun<ParseWords>},
     {u"update-list", u"bring the texts that marks need up to a canon", ParseAndRun<ParseUpdateList>},
     {u"forget-me", u"remove what the program keeps for this user, but not the notes", ParseAndRun<ParseForgetMe>},

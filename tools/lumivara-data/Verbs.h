@@ -3,6 +3,7 @@
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "lumivara-data/ImportManner.h"
+#include "lumivara-data/dictionary/StarDictReader.h"
 #include "lumivara-data/marks/MarksForms.h"
 
 #include <optional>
@@ -84,17 +85,20 @@ struct ImportCanonOptions
     bool keepsNames = false;       ///< of that list
     bool renumbers = false;        ///< of Segmented and Folder
     bool isMended = false;         ///< of Copy
+    bool adds = false;             ///< to the texts that are there
     ImportManner manner;
     ReportOptions report;
 };
 
 struct ImportDictionaryOptions
 {
-    QString source;
+    QString source;                           ///< empty where only forms are brought
+    QString forms;                            ///< a table of forms; may be empty
+    FormPlace formPlace = FormPlace::Fitting; ///< of StarDict
     int kind = 0;
     QString into;
     std::optional<WordForm> form; ///< by what the source looks like if there is none
-    bool replaces = false;        ///< the words of that kind
+    bool replaces = false;        ///< the words of that kind; its forms where only forms are brought
     bool adds = false;            ///< to them
     ImportManner manner;
     ReportOptions report;
@@ -105,6 +109,14 @@ struct ImportMarksOptions
     QString file, into;
     QString canon;           ///< of the list's texts; the one beside the tool, if there is one, if empty
     bool isMarkdown = false; ///< CSV else
+    ReportOptions report;
+};
+
+struct SyncOptions
+{
+    QString folder;
+    QString file, canon;  ///< the canon as of ImportMarksOptions
+    bool isTrial = false; ///< writes nothing
     ReportOptions report;
 };
 
@@ -127,6 +139,7 @@ struct ExportDictionaryOptions
     QString file;
     int kind = 0;
     QString out;
+    QString forms; ///< where the forms go; may be empty
     WordForm form = WordForm::Tabbed;
     ReportOptions report;
 };
@@ -156,6 +169,7 @@ std::optional<ForgetMeOptions> ParseForgetMe(const QStringList &arguments, Conso
 std::optional<ImportCanonOptions> ParseImportCanon(const QStringList &arguments, Console &console);
 std::optional<ImportDictionaryOptions> ParseImportDictionary(const QStringList &arguments, Console &console);
 std::optional<ImportMarksOptions> ParseImportMarks(const QStringList &arguments, Console &console);
+std::optional<SyncOptions> ParseSync(const QStringList &arguments, Console &console);
 std::optional<UpdateListOptions> ParseUpdateList(const QStringList &arguments, Console &console);
 std::optional<ExportCanonOptions> ParseExportCanon(const QStringList &arguments, Console &console);
 std::optional<ExportDictionaryOptions> ParseExportDictionary(const QStringList &arguments, Console &console);
@@ -170,6 +184,7 @@ int Run(const ForgetMeOptions &options, Console &console);
 int Run(const ImportCanonOptions &options, Console &console);
 int Run(const ImportDictionaryOptions &options, Console &console);
 int Run(const ImportMarksOptions &options, Console &console);
+int Run(const SyncOptions &options, Console &console);
 int Run(const UpdateListOptions &options, Console &console);
 int Run(const ExportCanonOptions &options, Console &console);
 int Run(const ExportDictionaryOptions &options, Console &console);

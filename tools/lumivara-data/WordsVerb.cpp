@@ -5,6 +5,7 @@
 #include "dictionary/DictionaryWords.h"
 #include "dictionary/FormFinder.h"
 #include "lumivara-data/canon/CanonFile.h"
+#include "lumivara-data/dictionary/BroughtForms.h"
 #include "lumivara-data/dictionary/DictionaryFile.h"
 #include "lumivara-data/dictionary/FirstSense.h"
 #include "lumivara-data/dictionary/StarDictWriter.h"
@@ -130,6 +131,16 @@ void TakeText(const QString &path, int number, int kind, const QString &copyPath
     file.Close();
 }
 
+QList<FoundWord> WordsOf(const QString &form, const QList<int> &kinds, BroughtForms &brought, FormFinder &finder)
+{
+    QList<FoundWord> words;
+    for (const int kind : kinds) {
+        for (const QString &word : brought.WordsOf(kind, form))
+            words.append({word, kind, form + u" → "_s + word});
+    }
+    return BroughtFirst(words, finder.WordsBehind(form, kinds));
+}
+
 /// A value of a line of the result.
 QByteArray Cell(const QString &text)
 {
@@ -146,6 +157,7 @@ std::optional<WordsOptions> ParseWords(const QStringList &arguments, Console &co
         u"line for each: form, count, rank, word, kind, derivation, first sense, parted by tabs. Each different form "
         u"is\n"
         u"looked up once; at most six words are given for one, the best first. A form without a word has no line.\n"
+        u"Forms that a dictionary itself brings stand before those that grammar finds.\n"
         u"FILE is a text in UTF-8 or a list of forms, one a line.\n"
         u"Exit codes: 0 written, 2 nothing written."_s);
     parser.addPositionalArgument(u"FILE"_s, u"The text; none with --text."_s);
@@ -206,11 +218,12 @@ int Run(const WordsOptions &options, Console &console)
         {
             DictionaryWords test(file.Database(), file.Transaction());
             FormFinder finder(test);
+            BroughtForms brought(file);
             Entries entries(file);
             qsizetype done = 0;
             for (const QString &form : forms.All()) {
                 console.Progress(u"finding words"_s, ++done, forms.All().size(), u"forms"_s);
-                const QList<FoundWord> words = finder.WordsBehind(form, options.kinds);
+                const QList<FoundWord> words = WordsOf(form, options.kinds, brought, finder);
                 const qsizetype count = forms.Count(form);
                 known += words.isEmpty() ? 0 : count;
                 knownForms += words.isEmpty() ? 0 : 1;

@@ -16,6 +16,8 @@ using namespace Qt::StringLiterals;
 
 /// In SharedLocksUnix.cpp: keeps Firebird's locks usable after another process was killed inside one.
 void KeepSharedLocks();
+/// In EngineSearchesUnix.cpp: answers what Firebird asks the system for again and again.
+void ShortenEngineSearches();
 
 namespace {
 
@@ -81,6 +83,7 @@ FirebirdClient &FirebirdClient::Load(const QString &libraryPath, const QString &
     if (TheClient())
         return *TheClient();
     KeepSharedLocks();
+    ShortenEngineSearches();
     void *library = ::dlopen(QFile::encodeName(libraryPath).constData(), RTLD_NOW | RTLD_LOCAL);
     if (!library)
         throw DatabaseError(QString::fromLocal8Bit(::dlerror()));

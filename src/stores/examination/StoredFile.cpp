@@ -1,5 +1,6 @@
 #include "stores/examination/StoredFile.h"
 
+#include "base/Messages.h"
 #include "stores/engine/DatabaseError.h"
 
 #include <QFile>
@@ -57,23 +58,27 @@ bool NamesNextFile(const QByteArray &header)
 QString FaultOf(const QByteArray &header, quint64 fileBytes)
 {
     if (header.size() < StartBytes || header[At::Type] != PageType::Header)
-        return u"it is no database"_s;
+        return Sentence({u"đây không phải là cơ sở dữ liệu", u"it is no database"});
     if (Short(header, At::Version) != StructureVersion)
-        return u"it is no database of Firebird 3"_s;
+        return Sentence({u"đây không phải là cơ sở dữ liệu của Firebird 3", u"it is no database of Firebird 3"});
     const quint64 pageBytes = Short(header, At::PageSize);
     if (pageBytes < LeastPage || pageBytes > MostPage || (pageBytes & (pageBytes - 1)) != 0)
-        return u"its header names pages of %1 bytes, which cannot be"_s.arg(pageBytes);
+        return Sentence({u"phần đầu ghi trang %1 byte, không thể có",
+                         u"its header names pages of %1 bytes, which cannot be"})
+            .arg(pageBytes);
     if (fileBytes % pageBytes != 0 || fileBytes / pageBytes < LeastPages)
-        return u"it ends early, within a page"_s;
+        return Sentence({u"tệp kết thúc quá sớm, giữa một trang", u"it ends early, within a page"});
     const quint16 flags = Short(header, At::Flags);
     if (flags & ShadowFile)
-        return u"it is the shadow of another database"_s;
+        return Sentence({u"đây là bản bóng của một cơ sở dữ liệu khác", u"it is the shadow of another database"});
     if (flags & Encrypted)
-        return u"it is encrypted"_s;
+        return Sentence({u"tệp được mã hóa", u"it is encrypted"});
     if (flags & InBackup)
-        return u"it is locked for a backup and keeps its changes in another file"_s;
+        return Sentence({u"tệp bị khóa để sao lưu và giữ thay đổi trong một tệp khác",
+                         u"it is locked for a backup and keeps its changes in another file"});
     if (Short(header, At::Sequence) != 0 || NamesNextFile(header))
-        return u"it is one of several files of a database"_s;
+        return Sentence(
+            {u"đây là một trong nhiều tệp của một cơ sở dữ liệu", u"it is one of several files of a database"});
     return {};
 }
 
@@ -94,7 +99,8 @@ void EachFilesPage(QFile &file, const StoredFile &facts, Take take)
 
 [[noreturn]] void Throw(const QFile &file)
 {
-    throw DatabaseError(u"The file \"%1\" cannot be read: %2"_s.arg(file.fileName(), file.errorString()));
+    throw DatabaseError(Sentence({u"Không đọc được tệp \"%1\": %2", u"The file \"%1\" cannot be read: %2"})
+                            .arg(file.fileName(), file.errorString()));
 }
 
 } // namespace
@@ -102,7 +108,7 @@ void EachFilesPage(QFile &file, const StoredFile &facts, Take take)
 StoredFile ReadStoredFile(const QString &path)
 {
     if (const QFileInfo info(path); info.exists() && !info.isFile())
-        throw DatabaseError(u"\"%1\" is no regular file"_s.arg(path));
+        throw DatabaseError(Sentence({u"\"%1\" không phải là tệp thường", u"\"%1\" is no regular file"}).arg(path));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         Throw(file);
@@ -141,5 +147,6 @@ void MakeHarmless(const QString &copyPath)
         return true;
     });
     if (!isWritten || !file.flush())
-        throw DatabaseError(u"The file \"%1\" cannot be written: %2"_s.arg(copyPath, file.errorString()));
+        throw DatabaseError(Sentence({u"Không ghi được tệp \"%1\": %2", u"The file \"%1\" cannot be written: %2"})
+                                .arg(copyPath, file.errorString()));
 }

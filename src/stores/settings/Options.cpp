@@ -72,6 +72,10 @@ std::span<const OptionRow> OptionRows()
         {GlobalActiveName, u"GlobalActiveName"_s, Style, u"Office2010Blue"_s, !InDialog, u"Office2007Blue"_s},
         {ReferenceForm, u"ReferenceForm"_s, Ours, u"({collection}, {name} {reference}, {language})"_s},
         {FootBar, u"FootBar"_s, Ours, true},
+        {PaliTyping, u"PaliTyping"_s, Ours, false},
+        {FollowDesktop, u"FollowDesktop"_s, Ours, false},
+        {DarkLook, u"DarkLook"_s, Ours, QString()},
+        {LightLook, u"LightLook"_s, Ours, QString()},
     };
     return rows;
 }

@@ -51,6 +51,10 @@ enum class Option {
     GlobalActiveName,
     ReferenceForm, ///< what a copied passage bears behind it, with places for its parts in braces
     FootBar,       ///< the bar at the foot of the main window shows
+    PaliTyping,    ///< Velthuis letters become Pāli ones while they are typed
+    FollowDesktop, ///< the desktop's wish for dark or light windows picks the skin
+    DarkLook,      ///< name of the skin chosen last while the desktop was dark; empty for none yet
+    LightLook,     ///< the same while it was light
 };
 
 /// An option's value; the alternative is its type. A boolean is stored as 0 or 1, a colour as the integer of its bits.

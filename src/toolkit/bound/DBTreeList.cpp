@@ -74,6 +74,8 @@ public:
         return dataSet && dataSet->Active() && field >= 0 ? dataSet->TextAt(RowOf(index), field) : QVariant();
     }
 
+    const TreeShape &Shape() const { return m_shape; }
+
     void Rebuild()
     {
         beginResetModel();
@@ -244,6 +246,14 @@ int TDBTreeList::RowOf(const QModelIndex &node) const
 QModelIndex TDBTreeList::NodeOf(int row) const
 {
     return m_model->IndexOf(row, std::max(treePosition(), 0));
+}
+
+int TDBTreeList::RowBeside(int row, bool isAbove) const
+{
+    const TreeShape &shape = m_model->Shape();
+    if (row < 0 || row >= shape.RowCount())
+        return -1;
+    return isAbove ? shape.RowBefore(row) : shape.RowAfter(row);
 }
 
 void TDBTreeList::ShowColumns()

@@ -48,6 +48,8 @@ public:
     /// The dataset's row of a node, -1 for none; and the node of a row, in the column that has the branches.
     int RowOf(const QModelIndex &node) const;
     QModelIndex NodeOf(int row) const;
+    /// The row that stands below a row or above it when every node is open; -1 if there is none.
+    int RowBeside(int row, bool isAbove) const;
 
 protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;

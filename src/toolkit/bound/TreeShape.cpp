@@ -26,6 +26,28 @@ int TreeShape::ChildAt(int row, int position) const
     return m_children[static_cast<size_t>(m_firstChild[static_cast<size_t>(row + 1)] + position)];
 }
 
+int TreeShape::RowAfter(int row) const
+{
+    if (ChildCount(row) > 0)
+        return ChildAt(row, 0);
+    for (; row != Top; row = ParentOf(row)) {
+        const int position = PositionOf(row) + 1;
+        if (position < ChildCount(ParentOf(row)))
+            return ChildAt(ParentOf(row), position);
+    }
+    return Top;
+}
+
+int TreeShape::RowBefore(int row) const
+{
+    if (row == Top || PositionOf(row) == 0)
+        return row == Top ? Top : ParentOf(row);
+    row = ChildAt(ParentOf(row), PositionOf(row) - 1);
+    while (ChildCount(row) > 0)
+        row = ChildAt(row, ChildCount(row) - 1);
+    return row;
+}
+
 void TreeShape::ResolveParents(const QStringList &keys, const QStringList &parentKeys, const QString &rootValue)
 {
     QHash<QStringView, int> rowOfKey;

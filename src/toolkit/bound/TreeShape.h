@@ -29,6 +29,9 @@ public:
     int ChildCount(int row) const;
     /// The child at a position. REQUIRES: 0 <= position < ChildCount(row).
     int ChildAt(int row, int position) const;
+    /// The next row and the one before, as a reader goes down the tree with everything open; Top where there is none.
+    int RowAfter(int row) const;
+    int RowBefore(int row) const;
 
 private:
     void ResolveParents(const QStringList &keys, const QStringList &parentKeys, const QString &rootValue);

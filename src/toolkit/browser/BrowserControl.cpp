@@ -129,6 +129,11 @@ TBrowserControl::Private::Private(TBrowserControl *control) : q(control)
 
     finding = new PageFinding(*q);
     finding->OnSelect = [this](const QString &text) { foundText = text; };
+    finding->OnBegin = [this] {
+        if (q->OnFindBegin)
+            q->OnFindBegin();
+    };
+    finding->OnStepKey = [this](bool isBackward) { return q->OnFindStep && q->OnFindStep(isBackward); };
     input->OnEscape = [this] { return finding->Close(); };
 }
 
@@ -445,9 +450,29 @@ void TBrowserControl::ShowFindDialog()
     d->finding->Open(GetSelectedText());
 }
 
+bool TBrowserControl::IsFindBarOpen() const
+{
+    return d->finding->IsOpen();
+}
+
 void TBrowserControl::FindStep(bool isBackward)
 {
-    d->finding->Step(isBackward);
+    d->finding->StepByKey(isBackward);
+}
+
+void TBrowserControl::PreferColoured(bool on)
+{
+    d->finding->PreferColoured(on);
+}
+
+void TBrowserControl::ShowPlaces(PlacesIn placesIn, qsizetype at)
+{
+    d->finding->ShowPlaces(std::move(placesIn), at);
+}
+
+void TBrowserControl::ClearPlaces()
+{
+    d->finding->ClearPlaces();
 }
 
 void TBrowserControl::Print()
@@ -506,10 +531,17 @@ bool TBrowserControl::ScrollToFirst(const QString &text)
 
 QString TBrowserControl::GetWordAtCursor(int x, int y)
 {
+    return GetWordWithNeighbours(x, y, 0).word;
+}
+
+PageWord TBrowserControl::GetWordWithNeighbours(int x, int y, int most)
+{
     if (!d->isComplete)
         return {};
     const qreal factor = d->page->zoomFactor();
-    return d->Call(ScriptCall(u"wordAt", {x / factor, y / factor})).toString().trimmed();
+    const QVariantMap found = d->Call(ScriptCall(u"wordAt", {x / factor, y / factor, most})).toMap();
+    return {found[QStringLiteral("word")].toString().trimmed(), found[QStringLiteral("before")].toStringList(),
+            found[QStringLiteral("after")].toStringList()};
 }
 
 bool TBrowserControl::AskPlace(const std::function<void(const PagePlace &)> &take)

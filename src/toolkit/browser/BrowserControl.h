@@ -1,9 +1,11 @@
 #pragma once
 
+#include "base/TextRange.h"
 #include "toolkit/browser/PagePlace.h"
 
 #include <QPoint>
 #include <QString>
+#include <QStringList>
 #include <QWebEngineView>
 
 #include <functional>
@@ -19,6 +21,14 @@ Q_DECLARE_FLAGS(FindFlags, FindFlag)
 Q_DECLARE_OPERATORS_FOR_FLAGS(FindFlags)
 
 enum class ScrollMode { None = 0, First = 1, Last = 2 };
+
+/// A word of a page, and the words beside it in the order of reading, as far as nothing but a blank or a hyphen parts
+/// them.
+struct PageWord
+{
+    QString word;
+    QStringList before, after;
+};
 
 /// A browser control that shows pages handed over as bytes. Each is a closed document: no scripts, no requests to the
 /// outside; links open through the document door. Every window that shows a page has one, under its given object name.
@@ -82,9 +92,18 @@ public:
     QString GetSelectedHtml();
     /// Opens the find bar below the control, which has to be in a box layout.
     void ShowFindDialog();
+    bool IsFindBarOpen() const;
     /// The next or the previous place of the find bar's text; without such a text, the next or previous coloured hit;
     /// without hits the bar opens. F3 and Shift+F3 do this in the control's whole window.
     void FindStep(bool isBackward);
+    /// Whether such steps go from one coloured hit to another even if the find bar holds a text, until the reader seeks
+    /// with it again. Off by default.
+    void PreferColoured(bool on);
+    /// Marks places of the page and of those to come as the find bar marks its own, and takes the reader to the place
+    /// `at`, counted from 0; none if negative. Until ClearPlaces(), or until the reader seeks with the find bar, which
+    /// closes. `placesIn` gets the visible text, in which a run of blanks is one blank and paragraphs are lines.
+    void ShowPlaces(PlacesIn placesIn, qsizetype at);
+    void ClearPlaces();
     void Print();
     void PrintPreview();
     void SaveDialog();
@@ -103,6 +122,8 @@ public:
     /// The word whose glyph is under the point (the control's coordinates), trimmed; empty over white space or a
     /// picture.
     QString GetWordAtCursor(int x, int y);
+    /// The same word, and so many words at most on either side of it.
+    PageWord GetWordWithNeighbours(int x, int y, int most);
 
     /// Gives the place that stands at the top of the view, later and without waiting, even if another page is handed
     /// over meanwhile. False, and nothing comes, where no page is complete; nothing comes either if the page ends.
@@ -125,6 +146,10 @@ public:
     std::function<void(const QPoint &screenPoint)> OnShowContextMenu;
     /// Despite its name, called at the press of the left or right button; coordinates are the control's.
     std::function<void(Qt::MouseButton, Qt::KeyboardModifiers, int x, int y)> OnClick;
+    /// Called when the reader begins to seek with the find bar.
+    std::function<void()> OnFindBegin;
+    /// Asked first by FindStep() and its keys; true if the step has been made.
+    std::function<bool(bool isBackward)> OnFindStep;
     /// Called for Ctrl with the wheel; positive steps enlarge.
     std::function<void(int steps)> OnZoomWheel;
 

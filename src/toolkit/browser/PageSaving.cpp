@@ -7,10 +7,12 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QPointer>
 #include <QSaveFile>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace {
@@ -54,6 +56,52 @@ QString WriteWhole(const QString &path, const QByteArray &bytes)
     return file.error() == QFileDevice::NoError ? qt_error_string(ENOSPC) : file.errorString();
 }
 
+std::optional<SavingPlace> AskWhereToSave(QWidget *window, const QString &title, const QList<SavedForm> &forms)
+{
+    const auto chosenForm = [forms](const QString &filter) {
+        const auto found =
+            std::find_if(forms.begin(), forms.end(), [&](const SavedForm &form) { return form.filter == filter; });
+        return found == forms.end() ? qsizetype(0) : found - forms.begin();
+    };
+    QStringList filters;
+    for (const SavedForm &form : forms)
+        filters += form.filter;
+    auto *dialog = new QFileDialog(window, TextOrEnglish(saveTitle));
+    const QPointer<QFileDialog> shown = dialog;
+    dialog->setObjectName(QStringLiteral("dlgSave"));
+    dialog->setOption(QFileDialog::DontUseNativeDialog);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setNameFilters(filters);
+    dialog->setDefaultSuffix(forms.first().suffixes.first());
+    QObject::connect(dialog, &QFileDialog::filterSelected, dialog, [dialog, forms, chosenForm](const QString &filter) {
+        dialog->setDefaultSuffix(forms.at(chosenForm(filter)).suffixes.first());
+    });
+    dialog->setDirectory(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    dialog->selectFile(FileNameFor(title));
+    const bool isAccepted = dialog->exec() == QDialog::Accepted;
+    if (!shown)
+        return {};
+    SavingPlace place{dialog->selectedFiles().value(0), chosenForm(dialog->selectedNameFilter())};
+    delete dialog;
+    if (!isAccepted || place.path.isEmpty())
+        return {};
+    const QString suffix = QFileInfo(place.path).suffix().toLower();
+    for (qsizetype form = 0; form < forms.size(); ++form)
+        if (forms.at(form).suffixes.contains(suffix))
+            place.form = form;
+    return place;
+}
+
+void SaveBytes(const QString &path, const QByteArray &bytes)
+{
+    const QString failure = WriteWhole(path, bytes);
+    if (!failure.isEmpty()) {
+        const QString text =
+            QStringLiteral("%1:\r%2\r%3").arg(TextOrEnglish(cannotSave), QDir::toNativeSeparators(path), failure);
+        Doors().messageBox(QStringLiteral("Lumivara 1.0"), text, BoxButtons::Ok, BoxIcon::Error);
+    }
+}
+
 void SavePage(TBrowserControl &control, const QString &fallbackTitle)
 {
     const QPointer<TBrowserControl> self = &control;
@@ -65,33 +113,9 @@ void SavePage(TBrowserControl &control, const QString &fallbackTitle)
     const QString text = control.Evaluate(ScriptCall(u"plainText")).toString();
     if (!self)
         return;
-
-    const QString textFilter = TextOrEnglish(textFiles);
-    auto *dialog = new QFileDialog(control.window(), TextOrEnglish(saveTitle));
-    const QPointer<QFileDialog> shown = dialog;
-    dialog->setObjectName(QStringLiteral("dlgSave"));
-    dialog->setOption(QFileDialog::DontUseNativeDialog);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setNameFilters({TextOrEnglish(pageFiles), textFilter});
-    dialog->setDefaultSuffix(QStringLiteral("html"));
-    QObject::connect(dialog, &QFileDialog::filterSelected, dialog, [dialog, textFilter](const QString &filter) {
-        dialog->setDefaultSuffix(filter == textFilter ? QStringLiteral("txt") : QStringLiteral("html"));
-    });
-    dialog->setDirectory(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
-    dialog->selectFile(FileNameFor(title.isEmpty() ? fallbackTitle : title));
-    const bool isAccepted = dialog->exec() == QDialog::Accepted;
-    if (!shown)
-        return;
-    const QString path = dialog->selectedFiles().value(0);
-    const bool isText = path.endsWith(QStringLiteral(".txt"), Qt::CaseInsensitive) ||
-                        (dialog->selectedNameFilter() == textFilter && !path.contains(QStringLiteral(".htm")));
-    delete dialog;
-    if (!isAccepted || path.isEmpty())
-        return;
-    const QString failure = WriteWhole(path, isText ? text.toUtf8() : source);
-    if (!failure.isEmpty()) {
-        const QString text =
-            QStringLiteral("%1:\r%2\r%3").arg(TextOrEnglish(cannotSave), QDir::toNativeSeparators(path), failure);
-        Doors().messageBox(QStringLiteral("Lumivara 1.0"), text, BoxButtons::Ok, BoxIcon::Error);
-    }
+    const QList<SavedForm> forms{{TextOrEnglish(pageFiles), {QStringLiteral("html"), QStringLiteral("htm")}},
+                                 {TextOrEnglish(textFiles), {QStringLiteral("txt")}}};
+    const auto place = AskWhereToSave(control.window(), title.isEmpty() ? fallbackTitle : title, forms);
+    if (place)
+        SaveBytes(place->path, place->form == 0 ? source : text.toUtf8());
 }

@@ -2,6 +2,7 @@
 
 #include "base/Colour.h"
 #include "toolkit/program/ColorChooser.h"
+#include "toolkit/program/DesktopLook.h"
 #include "toolkit/program/Guard.h"
 
 #include <QAbstractButton>
@@ -148,8 +149,8 @@ bool isLoopRunning = false;
 
 PlatformDoors &Doors()
 {
-    static PlatformDoors doors{ShowMessageBox, OpenDocument, SystemColourByCode, DrawNumber, FontNames,
-                               ChooseColour,   Clock};
+    static PlatformDoors doors{ShowMessageBox, OpenDocument, SystemColourByCode, DrawNumber,
+                               FontNames,      ChooseColour, WatchDesktopLook,   Clock};
     return doors;
 }
 

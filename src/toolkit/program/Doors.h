@@ -9,6 +9,7 @@
 #include <functional>
 #include <optional>
 
+class QObject;
 class QWidget;
 
 /// The windows' doors to the platform: functions that tests replace. The defaults are the real ones.
@@ -30,6 +31,8 @@ struct PlatformDoors
     std::function<QStringList()> fontNames;
     /// Asks for any colour; empty if the reader cancels.
     std::function<std::optional<Colour>(QWidget *parent, Colour initial)> chooseColour;
+    /// Tells whether the desktop wishes dark windows, soon and at each change, until the context ends.
+    std::function<void(QObject *context, std::function<void(bool isDark)> tell)> watchDesktopLook;
     /// Milliseconds of a clock that never goes back.
     std::function<qint64()> clock;
 };

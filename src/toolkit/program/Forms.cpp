@@ -1,5 +1,8 @@
 #include "toolkit/program/Forms.h"
 
+#include "base/Messages.h"
+#include "toolkit/program/NamedAction.h"
+
 #include <QList>
 #include <QPointer>
 #include <QWidget>
@@ -7,6 +10,8 @@
 #include <algorithm>
 
 namespace {
+
+constexpr Message closeWindow{u"Đóng cửa sổ này", u"Close this window"};
 
 QList<QPointer<QWidget>> &Forms()
 {
@@ -35,6 +40,8 @@ QWidget *OpenForm(const QString &name, const std::function<QWidget *()> &create)
     QWidget *form = create();
     form->setObjectName(name);
     form->setAttribute(Qt::WA_DeleteOnClose);
+    new NamedAction(QStringLiteral("keyCloseWindow"), closeWindow, Qt::CTRL | Qt::Key_W, *form,
+                    [form] { form->close(); });
     Forms().removeIf([](const QPointer<QWidget> &known) { return !known; });
     Forms().append(form);
     form->show();

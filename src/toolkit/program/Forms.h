@@ -7,7 +7,7 @@
 class QWidget;
 
 /// The tool windows: at most one of each, found by name, without a widget parent so that none stays in front of
-/// another, deleted when closed.
+/// another, deleted when closed; Ctrl+W closes each.
 
 /// The open window of that name; null if there is none.
 QWidget *FindForm(const QString &name);

@@ -79,7 +79,13 @@ TEST_F(OptionRowsTest, AreWhatAnInstallerLaysDownWithItsFirstText)
 TEST_F(OptionRowsTest, OfALaterVersionNeverResetThoseThatAReaderHas)
 {
     const std::vector<OptionRow> rows = LaterRows();
-    const OptionValues byDefault{{Newest, u"new"_s}, {Other, true}, {Option::FootBar, true}};
+    const auto ours = [](const QString &newest, bool other) {
+        OptionValues values = DefaultsOf(OptionGroup::Ours);
+        values[Newest] = newest;
+        values[Other] = other;
+        return values;
+    };
+    const OptionValues byDefault = ours(u"new"_s, true);
     EXPECT_TRUE(ReadOurs(registry, rows) == byDefault) << "no key";
     LayDown(u"vi"_s);
     registry.WriteInteger(u"PopupTime"_s, 7);
@@ -92,14 +98,12 @@ TEST_F(OptionRowsTest, OfALaterVersionNeverResetThoseThatAReaderHas)
     WriteOption(registry, rows.back(), false);
     registry.WriteInteger(u"Newest"_s, 3);
     EXPECT_TRUE(keeps());
-    EXPECT_TRUE(ReadOurs(registry, rows) == (OptionValues{{Newest, u"new"_s}, {Other, false}, {Option::FootBar, true}}))
-        << "of another type";
+    EXPECT_TRUE(ReadOurs(registry, rows) == ours(u"new"_s, false)) << "of another type";
     // Nor are they reset by what resets those.
     WriteOption(registry, rows.front(), u"mine"_s);
     registry.WriteString(u"PopupTime"_s, u"7"_s);
     EXPECT_FALSE(ReadTogether(registry, OptionGroup::Start, rows));
-    EXPECT_TRUE(ReadOurs(registry, rows) ==
-                (OptionValues{{Newest, u"mine"_s}, {Other, false}, {Option::FootBar, true}}));
+    EXPECT_TRUE(ReadOurs(registry, rows) == ours(u"mine"_s, false));
 }
 
 } // namespace

@@ -58,3 +58,18 @@ TEST(TreeShape, BoundsTheDepthOfAChain)
     }
     EXPECT_EQ(deepest, TreeShape::MaxDepth);
 }
+
+TEST(TreeShape, IsWalkedAsItStandsOpen)
+{
+    // 0(2(5) 3) 1 4
+    const TreeShape shape(u"a b c d e f"_s.split(u' '), u"-1 -1 a a -1 c"_s.split(u' '), u"-1"_s);
+    const QList<int> rows{0, 2, 5, 3, 1, 4};
+    QList<int> down, up;
+    for (int row = shape.RowAfter(TreeShape::Top); row != TreeShape::Top; row = shape.RowAfter(row))
+        down.append(row);
+    for (int row = rows.last(); row != TreeShape::Top; row = shape.RowBefore(row))
+        up.prepend(row);
+    EXPECT_EQ(down, rows);
+    EXPECT_EQ(up, rows);
+    EXPECT_EQ(TreeShape().RowAfter(TreeShape::Top), TreeShape::Top);
+}

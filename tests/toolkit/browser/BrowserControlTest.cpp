@@ -215,3 +215,25 @@ TEST_F(BrowserControl, TellsTheWordUnderAPoint)
         }
     }
 }
+
+TEST_F(BrowserControl, TellsTheWordsBesideTheOneUnderAPoint)
+{
+    const auto words = [](const QStringList &list) { return list.join(u' ').toStdString(); };
+    const std::tuple<QString, std::string, QString, std::string> rows[]{
+        {u"<p>vị <span id=w>tỳ</span> khưu ni"_s, "vị", u"tỳ"_s, "khưu ni"},
+        {u"<p>một hai ba bốn năm <b id=w>sáu</b> bảy tám chín mười một"_s, "hai ba bốn năm", u"sáu"_s,
+         "bảy tám chín mười"},
+        {u"<p>rằng: tỳ <span id=w>khưu</span>, vị ấy"_s, "tỳ", u"khưu"_s, ""},
+        {u"<p>ngài Đại-<span id=w>ca</span>-diếp - vị"_s, "ngài Đại", u"ca"_s, "diếp"},
+        {u"<p>một<p>t<i>ỳ</i>\n &nbsp;<span id=w>khưu</span><br>ni"_s, "tỳ", u"khưu"_s, ""},
+        {u"<table><td>một<td><span id=w>hai</span><td>ba</table>"_s, "", u"hai"_s, ""},
+        {u"<p>tỳ\u00ad <span id=w>the\u0302\u0301</span> g\u00adiới"_s, "tỳ", u"the\u0302\u0301"_s, "giới"},
+        {u"<pre>một<span id=w>     </span>hai</pre>"_s, "", {}, ""}};
+    for (const auto &[page, before, word, after] : rows) {
+        Load(page);
+        const QPoint place = PlaceOf(u"#w"_s);
+        const PageWord found = Control().GetWordWithNeighbours(place.x(), place.y(), 4);
+        EXPECT_EQ(found.word, word) << qPrintable(page);
+        EXPECT_EQ(words(found.before) + '|' + words(found.after), before + '|' + after) << qPrintable(page);
+    }
+}

@@ -167,6 +167,62 @@ TEST_F(Finding, WalksTheColouredHitsWhenTheBoxIsEmpty)
     EXPECT_EQ(Marked(), u"hai"_s) << "the mark is over the colour";
 }
 
+TEST_F(Finding, MarksPlacesThatTheHostFindsUntilTheBarSeeks)
+{
+    Load(page);
+    const QString before = Text(u"document.body.innerHTML"_s);
+    QString visible;
+    const PlacesIn kinh = [&](const QString &text) {
+        visible = text;
+        QList<TextRange> places;
+        for (auto at = text.indexOf(u"kinh"_s, 0, Qt::CaseInsensitive); at >= 0;
+             at = text.indexOf(u"kinh"_s, at + 1, Qt::CaseInsensitive))
+            places += TextRange{at, at + 4};
+        return places;
+    };
+    const auto expectAt = [this](int offset) {
+        EXPECT_TRUE(WaitFor([&] { return Value(selectionBegin).toInt() == offset; })) << offset;
+    };
+    Control().ShowPlaces(kinh, 2);
+    expectAt(20);
+    EXPECT_EQ(visible, u"Kinh một, kinh hai, kinhs ba, phạm kinh"_s);
+    EXPECT_EQ(Marked(), u"Kinh|kinh|ki|nh|kinh"_s);
+    EXPECT_FALSE(Control().GetSelectedHtml().contains(u"lumivara"_s)) << "what is taken has no marks";
+    Control().ShowPlaces(kinh, 0);
+    expectAt(0);
+    Load(u"<h1>x</h1><p>kinh y"_s);
+    expectAt(1);
+    EXPECT_EQ(visible, u"x\nkinh y"_s);
+    Control().ShowFindDialog();
+    Edit().setText(u"y"_s);
+    Expect(u"1/1"_s, 6);
+    EXPECT_EQ(Marked(), u"y"_s);
+    Control().ShowPlaces(kinh, -1);
+    EXPECT_TRUE(WaitFor([this] { return Marked() == u"kinh"_s; }));
+    EXPECT_FALSE(Bar().isVisible());
+    EXPECT_EQ(Value(selectionBegin).toInt(), 6) << "the reader stays";
+    Load(page);
+    EXPECT_TRUE(WaitFor([this] { return Marked() == u"Kinh|kinh|ki|nh|kinh"_s; }));
+    Control().ClearPlaces();
+    EXPECT_TRUE(Becomes(u"!document.querySelector('lumivara-find')"_s));
+    EXPECT_EQ(Text(u"document.body.innerHTML"_s), before);
+}
+
+TEST_F(Finding, StepsOverColouredHitsBesideTheBarsTextOnDemand)
+{
+    Load(page);
+    Control().ShowFindDialog();
+    Edit().setText(u"ba"_s);
+    Expect(u"1/1"_s, 26);
+    EXPECT_EQ(Control().SearchAndHighlight(u"kinh"_s, {}, ScrollMode::None, {}, u"Yellow"_s), 4);
+    Control().PreferColoured(true);
+    QTest::keyClick(Input(), Qt::Key_F3);
+    Expect(u"1/1"_s, 35);
+    EXPECT_EQ(Marked(), u"ba"_s);
+    QTest::keyClick(&Edit(), Qt::Key_Return);
+    Expect(u"1/1"_s, 26);
+}
+
 class Saving : public BrowserTest
 {
 protected:

@@ -1,6 +1,9 @@
 #include "toolkit/program/Doors.h"
 
+#include "toolkit/program/DesktopLook.h"
+
 #include <QApplication>
+#include <QDBusVariant>
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
@@ -32,4 +35,16 @@ TEST(SystemColours, AreThoseOfTheDesktop)
     EXPECT_EQ(Doors().systemColour(5), Colour(base.red() | base.green() << 8 | base.blue() << 16));
     EXPECT_NE(Doors().systemColour(8), Doors().systemColour(5)) << "text on its own ground";
     EXPECT_EQ(Doors().systemColour(31), Colour(0x00FFFFFF));
+}
+
+TEST(DesktopLook, IsToldByANumberHoweverDeepItIsWrapped)
+{
+    const auto wrapped = [](const QVariant &value) { return QVariant::fromValue(QDBusVariant(value)); };
+    for (const auto &[value, isDark] : {std::pair(QVariant(1U), std::optional(true)),
+                                        {wrapped(wrapped(2U)), std::optional(false)},
+                                        {wrapped(0U), std::nullopt},
+                                        {wrapped(7U), std::nullopt},
+                                        {wrapped(u"dark"_s), std::nullopt},
+                                        {QVariant(), std::nullopt}})
+        EXPECT_EQ(IsDarkByColourScheme(value), isDark) << qPrintable(value.toString());
 }

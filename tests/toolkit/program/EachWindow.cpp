@@ -93,7 +93,11 @@ void EachWindow::VisitAll(const std::function<void(QWidget &)> &visit)
     visit(*window);
     for (const auto &[command, name] : {std::pair("acDictionary", u"frmDictionary"_s),
                                         {"acSearchSutas", u"frmSearchSutas"_s},
-                                        {"acOrganization", u"frmFocusHighlight"_s}}) {
+                                        {"acFindEverywhere", u"frmFindEverywhere"_s},
+                                        {"acOrganization", u"frmFocusHighlight"_s},
+                                        {"acImport", u"frmImport"_s},
+                                        {"acWelcome", u"frmWelcome"_s},
+                                        {"acKeys", u"frmKeys"_s}}) {
         Trigger(command);
         QWidget *opened = FindForm(name);
         ASSERT_TRUE(opened) << command;

@@ -65,6 +65,8 @@ protected:
             if (!round.contains(stop))
                 round.append(stop);
             auto *page = qobject_cast<TBrowserControl *>(stop);
+            if (page)
+                AwaitFocus(*page);
             const QString place = page ? PlaceInPage(*page) : QString();
             Press(isBack ? Qt::Key_Backtab : Qt::Key_Tab, isBack ? Qt::ShiftModifier : Qt::NoModifier);
             // Chromium takes the key in its own time: it goes on within the page, or gives the focus back.
@@ -75,6 +77,17 @@ protected:
         }
         ADD_FAILURE() << "the tab key does not come back to " << (round.isEmpty() ? "" : Name(*round.first()));
         return round;
+    }
+
+    /// Chromium loses a key that comes before the focus, and on a busy machine sometimes the focus itself.
+    static void AwaitFocus(TBrowserControl &page)
+    {
+        const auto hears = [&] { return PlaceInPage(page).startsWith(u"true"_s); };
+        if (WaitFor(hears))
+            return;
+        page.clearFocus();
+        page.setFocus(Qt::TabFocusReason);
+        EXPECT_TRUE(WaitFor(hears)) << Name(page) << " does not hear of the focus";
     }
 
     static QString PlaceInPage(TBrowserControl &page)

@@ -83,8 +83,10 @@ TEST_F(WholeWindows, StandOverTheMiddleOfOwnerOrScreen)
     MarkAll([&](TfrmFocusEdit &editor) {
         EXPECT_TRUE(WaitFor([&] { return isOver(editor, PlaceOf(*window)); })) << Place(editor);
     });
-    for (const auto &[command, name] :
-         {std::pair("acDictionary", u"frmDictionary"_s), {"acOrganization", u"frmFocusHighlight"_s}}) {
+    for (const auto &[command, name] : {std::pair("acDictionary", u"frmDictionary"_s),
+                                        {"acOrganization", u"frmFocusHighlight"_s},
+                                        {"acImport", u"frmImport"_s},
+                                        {"acWelcome", u"frmWelcome"_s}}) {
         Trigger(command);
         EXPECT_TRUE(WaitFor([&] { return isOver(*FindForm(name), desk); })) << Place(*FindForm(name));
         FindForm(name)->close();

@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <functional>
 #include <grp.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -153,6 +154,38 @@ TEST_F(SharedFolder, TwoUsersBackUpAtOnce)
     EXPECT_EQ(RunAs(Second, Backup), 0) << m_told;
     EXPECT_EQ(Names(u"s/backup"_s).size(), 3);
     EXPECT_EQ(Names(u"s"_s).filter(u".part"_s), QStringList());
+}
+
+TEST_F(SharedFolder, ASyncTakesAndTouchesNothingOfAnotherUser)
+{
+    const std::string sync = "sync --file s/TARUNECLIENT.FDB --with s/carry --quiet";
+    EXPECT_TRUE(QDir().mkpath(Path(u"s/carry"_s)));
+    ::chmod(Path(u"s/carry"_s).toUtf8().constData(), 0777);
+    Give(Path(u"s/carry"_s).toUtf8(), First);
+    EXPECT_EQ(RunAs(Second, sync), 0) << m_told;
+    const QString own = u"s/carry/"_s + Names(u"s/carry"_s).value(0);
+    const QByteArray carried = Bytes(own), path = Path(own).toUtf8(), secret = Path(Secret).toUtf8();
+    // Its own file is another one meanwhile: a link to a secret, the secret by a second name, a pipe.
+    const auto link = [&] { return ::symlink(secret.constData(), path.constData()); };
+    const auto secondName = [&] { return ::link(secret.constData(), path.constData()); };
+    const auto pipe = [&] { return ::mkfifo(path.constData(), 0666); };
+    const std::pair<std::function<int()>, int> traps[]{{link, 1}, {secondName, 1}, {pipe, 2}};
+    for (const auto &[set, ends] : traps) {
+        ::unlink(path.constData());
+        EXPECT_EQ(set(), 0);
+        EXPECT_EQ(RunAs(Second, sync), ends) << m_told;
+        EXPECT_EQ(Bytes(Secret), "mine");
+        EXPECT_EQ(ModeOf(Secret), 0600U);
+        if (ends == 1) {
+            EXPECT_EQ(Bytes(own), carried);
+        }
+    }
+    ::unlink(path.constData());
+    EXPECT_EQ(RunAs(First, sync), 0) << m_told;
+    // What another user puts there changes nobody's marks.
+    Put(u"s/carry/lumivara-marks-x.sync"_s, carried);
+    Give(Path(u"s/carry/lumivara-marks-x.sync"_s).toUtf8(), Second);
+    EXPECT_EQ(RunAs(First, sync), First == Second ? 0 : 1) << m_told;
 }
 
 TEST_F(SharedFolder, FilesKeepTheMaskAndTheModeOfWhatTheyReplace)

@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/CanonBefore.h"
 
+#include "base/Messages.h"
 #include "common/Interrupt.h"
 #include "common/Report.h"
 #include "common/Tool.h"
@@ -26,7 +27,7 @@ using TakeRow = std::function<void(const QString &table, const QList<QVariant> &
 void EachTrait(DataFile &file, const TakeRow &take)
 {
     if (!IsCanon(file))
-        throw ToolError(u"it is no canon"_s);
+        throw ToolError(Sentence({u"đây không phải là kho kinh sách", u"it is no canon"}));
     for (const QList<QVariant> &row :
          file.Rows(u"select first %1 N.ID_VIC, N.NAME_VIC_PAL, N.NAME_VIC_VIE, N.NAME_VIC_ENG from KELORA_CONTENT N "
                    "where N.ID_VIC is not null"_s.arg(MostKnownTexts)))
@@ -82,8 +83,9 @@ QList<TextTraits> TextsBefore(const QString &path, Report &report, Console &cons
         ReadTraits(info.absoluteFilePath(), take, console);
     } catch (const std::exception &error) {
         ThrowIfInterrupted();
-        report.Note(path, u"no text keeps its key, because the file before cannot be read: %1"_s.arg(
-                              QString::fromUtf8(error.what())));
+        report.Note(path, Sentence({u"không bài nào giữ được khóa, vì không đọc được tệp trước đó: %1",
+                                    u"no text keeps its key, because the file before cannot be read: %1"})
+                              .arg(QString::fromUtf8(error.what())));
         return {};
     }
     return texts;

@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/CanonCheck.h"
 
+#include "base/Messages.h"
 #include "stores/Schema.h"
 
 #include <QHash>
@@ -24,12 +25,13 @@ QString NumberText(const std::optional<int> &number)
 
 QString RowName(const CheckedGroup &group)
 {
-    return u"group %1"_s.arg(NumberText(group.idVit));
+    return Sentence({u"nhóm %1", u"group %1"}).arg(NumberText(group.idVit));
 }
 
 QString RowName(const CheckedText &text)
 {
-    return u"text %1 of group %2"_s.arg(NumberText(text.idVic), NumberText(text.idVit));
+    return Sentence({u"bài %1 của nhóm %2", u"text %1 of group %2"})
+        .arg(NumberText(text.idVic), NumberText(text.idVit));
 }
 
 class Checker
@@ -68,17 +70,18 @@ private:
     {
         for (const CheckedGroup &group : m_canon.groups) {
             if (!group.idVit)
-                Report(group, u"ID_VIT is null"_s);
+                Report(group, Sentence({u"ID_VIT là null", u"ID_VIT is null"}));
             else if (*group.idVit == RootKey)
-                Report(group, u"ID_VIT is %1, the root of the tree"_s.arg(RootKey));
+                Report(group,
+                       Sentence({u"ID_VIT là %1, gốc của cây", u"ID_VIT is %1, the root of the tree"}).arg(RootKey));
             if (!group.parent)
-                Report(group, u"P_ID_VIT is null"_s);
+                Report(group, Sentence({u"P_ID_VIT là null", u"P_ID_VIT is null"}));
         }
         for (const CheckedText &text : m_canon.texts) {
             if (!text.idVic)
-                Report(text, u"ID_VIC is null"_s);
+                Report(text, Sentence({u"ID_VIC là null", u"ID_VIC is null"}));
             if (!text.idVit)
-                Report(text, u"ID_VIT is null"_s);
+                Report(text, Sentence({u"ID_VIT là null", u"ID_VIT is null"}));
         }
     }
 
@@ -88,7 +91,8 @@ private:
         QHash<QString, QString> owners;
         const auto claim = [&](const auto &row, const QString &key) {
             if (owners.contains(key))
-                Report(row, u"TREE_ID \"%1\" is the key of %2 too"_s.arg(key, owners[key]));
+                Report(row, Sentence({u"TREE_ID \"%1\" cũng là khóa của %2", u"TREE_ID \"%1\" is the key of %2 too"})
+                                .arg(key, owners[key]));
             else
                 owners.insert(key, RowName(row));
         };
@@ -112,9 +116,13 @@ private:
         for (const CheckedGroup &group : m_canon.groups) {
             const qint64 number = qint64(GroupNumberBase) + group.idVit.value_or(0);
             if (number > std::numeric_limits<qint32>::max())
-                Report(group, u"1000 + ID_VIT is %1, more than a number can be: the tree does not open"_s.arg(number));
+                Report(group, Sentence({u"1000 + ID_VIT là %1, lớn hơn mức một số có thể có: cây không mở được",
+                                        u"1000 + ID_VIT is %1, more than a number can be: the tree does not open"})
+                                  .arg(number));
             if (group.idVit && numbers.contains(number))
-                Report(group, u"1000 + ID_VIT is %1, the number of a text: the group shows that text"_s.arg(number));
+                Report(group, Sentence({u"1000 + ID_VIT là %1, số của một bài: nhóm sẽ hiện bài đó",
+                                        u"1000 + ID_VIT is %1, the number of a text: the group shows that text"})
+                                  .arg(number));
         }
     }
 
@@ -122,11 +130,12 @@ private:
     {
         for (const CheckedGroup &group : m_canon.groups) {
             if (group.parent && *group.parent != RootKey && !m_parents.contains(*group.parent))
-                Report(group, u"the parent group %1 does not exist"_s.arg(*group.parent));
+                Report(group,
+                       Sentence({u"không có nhóm cha %1", u"the parent group %1 does not exist"}).arg(*group.parent));
         }
         for (const CheckedText &text : m_canon.texts) {
             if (text.idVit && !m_parents.contains(*text.idVit))
-                Report(text, u"the group %1 does not exist"_s.arg(*text.idVit));
+                Report(text, Sentence({u"không có nhóm %1", u"the group %1 does not exist"}).arg(*text.idVit));
         }
     }
 
@@ -147,7 +156,7 @@ private:
         }
         for (const CheckedGroup &group : m_canon.groups) {
             if (group.idVit && cyclic.contains(*group.idVit))
-                Report(group, u"is its own ancestor"_s);
+                Report(group, Sentence({u"là nhóm trên của chính nó", u"is its own ancestor"}));
         }
     }
 
@@ -158,8 +167,8 @@ private:
             if (!text.idVic)
                 continue;
             if (owners.contains(*text.idVic))
-                Report(text,
-                       u"ID_VIC %1 is the number of %2 too"_s.arg(QString::number(*text.idVic), owners[*text.idVic]));
+                Report(text, Sentence({u"ID_VIC %1 cũng là số của %2", u"ID_VIC %1 is the number of %2 too"})
+                                 .arg(QString::number(*text.idVic), owners[*text.idVic]));
             else
                 owners.insert(*text.idVic, RowName(text));
         }
@@ -170,22 +179,27 @@ private:
         QMap<int, QString> owners;
         for (const CheckedText &text : m_canon.texts) {
             if (!text.number) {
-                Report(text, u"NUMBER_VIC is null"_s);
+                Report(text, Sentence({u"NUMBER_VIC là null", u"NUMBER_VIC is null"}));
             } else if (owners.contains(*text.number)) {
-                Report(text,
-                       u"NUMBER_VIC %1 is that of %2 too"_s.arg(QString::number(*text.number), owners[*text.number]));
+                Report(text, Sentence({u"NUMBER_VIC %1 cũng là của %2", u"NUMBER_VIC %1 is that of %2 too"})
+                                 .arg(QString::number(*text.number), owners[*text.number]));
             } else {
                 owners.insert(*text.number, RowName(text));
                 if (*text.number < 1)
-                    Report(text, u"NUMBER_VIC is %1, below 1"_s.arg(*text.number));
+                    Report(text,
+                           Sentence({u"NUMBER_VIC là %1, nhỏ hơn 1", u"NUMBER_VIC is %1, below 1"}).arg(*text.number));
             }
         }
         int expected = 1;
         for (auto it = owners.lowerBound(1); it != owners.cend(); ++it) {
             if (it.key() > expected) {
-                const QString gap = it.key() == expected + 1 ? u"%1 is"_s.arg(expected)
-                                                             : u"%1 to %2 are"_s.arg(expected).arg(it.key() - 1);
-                m_findings.append({it.value(), u"NUMBER_VIC is %1, and %2 missing before it"_s.arg(it.key()).arg(gap)});
+                const QString gap = it.key() == expected + 1
+                                        ? Sentence({u"%1", u"%1 is"}).arg(expected)
+                                        : Sentence({u"%1 đến %2", u"%1 to %2 are"}).arg(expected).arg(it.key() - 1);
+                m_findings.append({it.value(), Sentence({u"NUMBER_VIC là %1, và thiếu %2 trước nó",
+                                                         u"NUMBER_VIC is %1, and %2 missing before it"})
+                                                   .arg(it.key())
+                                                   .arg(gap)});
             }
             expected = it.key() + 1;
         }
@@ -195,9 +209,15 @@ private:
     void CheckName(const Row &row, const QString &column, const QString &name, bool mayBeNull)
     {
         if (name.isEmpty() && (!mayBeNull || !name.isNull()))
-            Report(row, name.isNull() ? u"%1 is null"_s.arg(column) : u"%1 is empty"_s.arg(column), true);
+            Report(row,
+                   name.isNull() ? Sentence({u"%1 là null", u"%1 is null"}).arg(column)
+                                 : Sentence({u"%1 trống", u"%1 is empty"}).arg(column),
+                   true);
         if (name.size() > Length::Name)
-            Report(row, u"%1 has %2 characters, more than %3"_s.arg(column).arg(name.size()).arg(Length::Name));
+            Report(row, Sentence({u"%1 có %2 ký tự, nhiều hơn %3", u"%1 has %2 characters, more than %3"})
+                            .arg(column)
+                            .arg(name.size())
+                            .arg(Length::Name));
     }
 
     void CheckNames()
@@ -219,12 +239,14 @@ private:
         for (const CheckedText &text : m_canon.texts) {
             for (const CheckedPage &page : text.pages) {
                 if (page.facts.firstBadByte >= 0)
-                    Report(text, u"%1 is not UTF-8 at byte %2"_s.arg(page.column).arg(page.facts.firstBadByte));
+                    Report(text, Sentence({u"%1 không phải UTF-8 ở byte %2", u"%1 is not UTF-8 at byte %2"})
+                                     .arg(page.column)
+                                     .arg(page.facts.firstBadByte));
                 if (page.facts.charset.isEmpty())
-                    Report(text, u"%1 names no charset"_s.arg(page.column));
+                    Report(text, Sentence({u"%1 không khai báo bảng mã", u"%1 names no charset"}).arg(page.column));
                 else if (page.facts.charset != "utf-8" && page.facts.charset != "utf8")
-                    Report(text,
-                           u"%1 names the charset %2"_s.arg(page.column, QString::fromLatin1(page.facts.charset)));
+                    Report(text, Sentence({u"%1 khai báo bảng mã %2", u"%1 names the charset %2"})
+                                     .arg(page.column, QString::fromLatin1(page.facts.charset)));
             }
         }
     }

@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/CanonCopy.h"
 
+#include "base/Messages.h"
 #include "common/Console.h"
 #include "common/Report.h"
 #include "common/Tool.h"
@@ -52,8 +53,11 @@ public:
 
 private:
     static bool HasKeys(const CheckedText &text) { return text.idVit && text.idVic; }
-    static QString Place(const CheckedGroup &group) { return u"group %1"_s.arg(*group.idVit); }
-    static QString Place(const CheckedText &text) { return u"text %1 of group %2"_s.arg(*text.idVic).arg(*text.idVit); }
+    static QString Place(const CheckedGroup &group) { return Sentence({u"nhóm %1", u"group %1"}).arg(*group.idVit); }
+    static QString Place(const CheckedText &text)
+    {
+        return Sentence({u"bài %1 của nhóm %2", u"text %1 of group %2"}).arg(*text.idVic).arg(*text.idVit);
+    }
 
     void OfGroups()
     {
@@ -67,15 +71,15 @@ private:
                 continue;
             QString fault;
             if (!group.parent || (*group.parent != RootKey && !parents.contains(*group.parent)))
-                fault = u"its parent is missing"_s;
+                fault = Sentence({u"thiếu nhóm cha của nó", u"its parent is missing"});
             else if (IsOnCycle(*group.idVit, parents))
-                fault = u"it was its own ancestor"_s;
+                fault = Sentence({u"nó từng là nhóm trên của chính nó", u"it was its own ancestor"});
             else
                 continue;
             // The next of a cycle finds it cut.
             parents[*group.idVit] = RootKey;
             m_repairs.append({Place(group),
-                              u"put at the root: "_s + fault,
+                              Sentence({u"được đưa về gốc: ", u"put at the root: "}) + fault,
                               u"update KELORA_TREE set P_ID_VIT = :PARENT where ID_VIT = :ID"_s,
                               {RootKey, *group.idVit}});
         }
@@ -97,16 +101,17 @@ private:
         const auto isEmpty = [](const QString &name) { return name.isEmpty() && !name.isNull(); };
         for (const CheckedGroup &group : m_canon.groups) {
             if (group.idVit && isEmpty(group.nameEnglish))
-                m_repairs.append({Place(group),
-                                  u"the empty NAME_VIT_ENG made null"_s,
-                                  u"update KELORA_TREE set NAME_VIT_ENG = null where ID_VIT = :ID"_s,
-                                  {*group.idVit}});
+                m_repairs.append(
+                    {Place(group),
+                     Sentence({u"NAME_VIT_ENG trống được đổi thành null", u"the empty NAME_VIT_ENG made null"}),
+                     u"update KELORA_TREE set NAME_VIT_ENG = null where ID_VIT = :ID"_s,
+                     {*group.idVit}});
         }
         for (const CheckedText &text : m_canon.texts) {
             if (HasKeys(text) && isEmpty(text.nameEnglish))
                 m_repairs.append(
                     {Place(text),
-                     u"the empty NAME_VIC_ENG made null"_s,
+                     Sentence({u"NAME_VIC_ENG trống được đổi thành null", u"the empty NAME_VIC_ENG made null"}),
                      u"update KELORA_CONTENT set NAME_VIC_ENG = null where ID_VIT = :GROUP_KEY and ID_VIC = :ID"_s,
                      {*text.idVit, *text.idVic}});
         }
@@ -128,7 +133,7 @@ private:
                 continue;
             m_repairs.append(
                 {Place(text),
-                 u"NUMBER_VIC is %1 now"_s.arg(number),
+                 Sentence({u"NUMBER_VIC nay là %1", u"NUMBER_VIC is %1 now"}).arg(number),
                  u"update KELORA_CONTENT set NUMBER_VIC = :NUMBER where ID_VIT = :GROUP_KEY and ID_VIC = :ID"_s,
                  {number, *text.idVit, *text.idVic}});
         }
@@ -144,7 +149,8 @@ private:
                     continue;
                 m_repairs.append(
                     {Place(text),
-                     u"the charset UTF-8 declared in %1"_s.arg(page.column),
+                     Sentence({u"bảng mã UTF-8 được khai báo trong %1", u"the charset UTF-8 declared in %1"})
+                         .arg(page.column),
                      u"update KELORA_CONTENT set %1 = :PAGE where ID_VIT = :GROUP_KEY and ID_VIC = :ID"_s.arg(
                          page.column),
                      {*text.idVit, *text.idVic},
@@ -173,7 +179,7 @@ void Make(const QList<Repair> &repairs, DataFile &file, Report &report)
             .Execute(file.Transaction().Native(), values);
         report.Note(repair.place, repair.change);
     }
-    report.Count(u"repairs"_s, repairs.size());
+    report.Count(Sentence({u"chỗ được sửa", u"repairs"}), repairs.size());
     file.Transaction().Commit();
     file.Transaction().SetActive(true);
 }
@@ -205,7 +211,7 @@ bool IsSound(SealedRun &run, const QString &source, bool repair, Report &report)
     run.takeValue = [&](const QString &key, const QString &value) {
         if (key == u"kind"_s)
             kind = value;
-        else if (key == u"repairs"_s)
+        else if (key == Sentence({u"chỗ được sửa", u"repairs"}))
             repairs = value.toLongLong();
         else if (key == u"sound"_s)
             isSound = true;
@@ -213,11 +219,15 @@ bool IsSound(SealedRun &run, const QString &source, bool repair, Report &report)
     Report found;
     run.Run(u"check"_s, {}, found);
     if (kind != u"canon"_s)
-        throw ToolError(u"%1: no canon (tables KELORA_TREE, KELORA_CONTENT)"_s.arg(source));
+        throw ToolError(Sentence({u"%1: không phải là kho kinh sách (các bảng KELORA_TREE, KELORA_CONTENT)",
+                                  u"%1: no canon (tables KELORA_TREE, KELORA_CONTENT)"})
+                            .arg(source));
     if (isSound || (repair && repairs > 0))
         return true;
     if (repairs > 0)
-        report.Say(u"--repair would change %1 things that can be mended"_s.arg(repairs));
+        report.Say(
+            Sentence({u"--repair sẽ sửa %1 chỗ có thể sửa được", u"--repair would change %1 things that can be mended"})
+                .arg(repairs));
     report.TakeOver(found);
     return false;
 }
@@ -235,14 +245,16 @@ bool WriteRows(SealedRun &run, DataFile &file, Report &report)
             (isText ? texts : table == QString(Table::KeloraSource) ? sources : groups).Append(row);
         } catch (const DatabaseError &error) {
             isWhole = false;
-            report.Find(isText ? u"text %1 of group %2"_s.arg(row.value(1).toString(), row.value(0).toString())
-                               : u"group "_s + row.value(0).toString(),
+            report.Find(isText ? Sentence({u"bài %1 của nhóm %2", u"text %1 of group %2"})
+                                     .arg(row.value(1).toString(), row.value(0).toString())
+                               : Sentence({u"nhóm ", u"group "}) + row.value(0).toString(),
                         error.Text().simplified());
         }
     };
     run.takeValue = [&report](const QString &key, const QString &thing) {
         if (key == u"strange"_s)
-            report.Note(thing, u"has no place in a canon and is left out"_s);
+            report.Note(thing, Sentence({u"không thuộc về kho kinh sách và bị bỏ",
+                                         u"has no place in a canon and is left out"}));
     };
     Report found;
     run.Run(u"canon"_s, {}, found);
@@ -257,12 +269,11 @@ qsizetype PossibleRepairs(const CheckedCanon &canon)
     return Repairs(canon).All().size();
 }
 
-std::optional<CheckedCanon> CopyCanon(const QString &source, const QString &target, bool repair, Report &report,
-                                      Console &console)
+std::optional<CheckedCanon> CopyCanonAside(const QString &source, const QString &path, bool repair, Report &report,
+                                           Console &console)
 {
     if (!QFileInfo(source).isFile())
-        throw ToolError(u"%1: is no regular file"_s.arg(source));
-    FileInTheMaking making(target);
+        throw ToolError(Sentence({u"%1: không phải là tệp thường", u"%1: is no regular file"}).arg(source));
     SealedRun run(source, console);
     run.PrepareDatabase();
     if (!IsSound(run, source, repair, report))
@@ -271,16 +282,24 @@ std::optional<CheckedCanon> CopyCanon(const QString &source, const QString &targ
     OnFile(source, [&] {
         DataFile file;
         constexpr int pageSize = 16384;
-        file.Create(making.Path(), pageSize, false);
+        file.Create(path, pageSize, false);
         file.RunSchema(u"canon"_s);
         if (WriteRows(run, file, report))
             canon = Prove(file, repair, report, console);
         file.Finish(canon.has_value());
     });
+    return canon;
+}
+
+std::optional<CheckedCanon> CopyCanon(const QString &source, const QString &target, bool repair, Report &report,
+                                      Console &console)
+{
+    FileInTheMaking making(target);
+    const std::optional<CheckedCanon> canon = CopyCanonAside(source, making.Path(), repair, report, console);
     if (!canon)
         return std::nullopt;
-    report.Count(u"groups"_s, canon->groups.size());
-    report.Count(u"texts"_s, canon->texts.size());
+    report.Count(Sentence({u"nhóm", u"groups"}), canon->groups.size());
+    report.Count(Sentence({u"bài", u"texts"}), canon->texts.size());
     qsizetype english = 0;
     for (const CheckedText &text : std::as_const(canon->texts)) {
         english += std::count_if(text.pages.cbegin(), text.pages.cend(),

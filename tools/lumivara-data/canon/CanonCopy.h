@@ -14,6 +14,11 @@ class Report;
 std::optional<CheckedCanon> CopyCanon(const QString &source, const QString &target, bool repair, Report &report,
                                       Console &console);
 
+/// The same without a name to get: the file is made at `path`, such as one in a private folder, and what was written is
+/// not counted.
+std::optional<CheckedCanon> CopyCanonAside(const QString &source, const QString &path, bool repair, Report &report,
+                                           Console &console);
+
 /// The number of things that a repair would change.
 qsizetype PossibleRepairs(const CheckedCanon &canon);
 

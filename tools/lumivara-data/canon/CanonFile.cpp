@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/CanonFile.h"
 
+#include "base/Messages.h"
 #include "common/Console.h"
 #include "lumivara-data/files/DataFile.h"
 #include "stores/Schema.h"
@@ -42,7 +43,7 @@ QList<CheckedGroup> ReadGroups(DataFile &file)
 QString PlaceOf(const CheckedText &text)
 {
     const auto shown = [](const std::optional<int> &key) { return key ? QString::number(*key) : u"null"_s; };
-    return u"text %1 of group %2"_s.arg(shown(text.idVic), shown(text.idVit));
+    return Sentence({u"bài %1 của nhóm %2", u"text %1 of group %2"}).arg(shown(text.idVic), shown(text.idVit));
 }
 
 CheckedText TextOf(TDataSet &rows, QList<Finding> &unreadable)
@@ -59,7 +60,8 @@ CheckedText TextOf(TDataSet &rows, QList<Finding> &unreadable)
             if (const QByteArray page = rows.FieldByName(column).AsBytes(); !page.isEmpty())
                 text.pages.append({column, InspectPage(page)});
         } catch (const DatabaseError &error) {
-            unreadable.append({PlaceOf(text), u"%1 cannot be read: %2"_s.arg(column, error.Text().simplified())});
+            unreadable.append({PlaceOf(text), Sentence({u"không đọc được %1: %2", u"%1 cannot be read: %2"})
+                                                  .arg(column, error.Text().simplified())});
         }
     }
     return text;
@@ -99,8 +101,8 @@ void ReadTexts(DataFile &file, Console &console, CheckedCanon &canon)
     } catch (const DatabaseError &error) {
         if (canon.texts.isEmpty())
             throw;
-        canon.unreadable.append(
-            {u"what follows %1"_s.arg(PlaceOf(canon.texts.last())), u"cannot be read: "_s + error.Text().simplified()});
+        canon.unreadable.append({Sentence({u"phần sau %1", u"what follows %1"}).arg(PlaceOf(canon.texts.last())),
+                                 Sentence({u"không đọc được: ", u"cannot be read: "}) + error.Text().simplified()});
     }
 }
 

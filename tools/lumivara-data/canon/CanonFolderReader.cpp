@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/CanonFolderReader.h"
 
+#include "base/Messages.h"
 #include "common/Console.h"
 #include "common/Report.h"
 #include "common/Tool.h"
@@ -77,8 +78,9 @@ CanonFolderReader::CanonFolderReader(const SourceFolder &folder, const QString &
     const QString path = table.isEmpty() ? OwnTable(folder) : table;
     if (path.isEmpty()) {
         throw ToolError(
-            u"%1: has neither root/, nor translation/, nor a table canon.csv or canon.json; see --table"_s.arg(
-                folder.Path()));
+            Sentence({u"%1: không có root/, translation/, cũng không có bảng canon.csv hay canon.json; xem --table",
+                      u"%1: has neither root/, nor translation/, nor a table canon.csv or canon.json; see --table"})
+                .arg(folder.Path()));
     }
     QList<CanonTableRow> rows = CanonTable::Read(CanonTable::BytesOf(path, report), path, report, &m_rowCount);
     for (CanonTableRow &row : rows)
@@ -102,9 +104,9 @@ void CanonFolderReader::WriteTo(CanonWriter &writer, TextKeys &keys, NamesTable 
         console.Progress(u"texts"_s, ++done, m_texts.size());
     }
     console.EndProgress();
-    m_report.Count(u"rows read"_s, m_rowCount);
+    m_report.Count(Sentence({u"dòng đã đọc", u"rows read"}), m_rowCount);
     if (m_rowCount > m_takenCount)
-        m_report.Count(u"rows left out"_s, m_rowCount - m_takenCount);
+        m_report.Count(Sentence({u"dòng bị bỏ", u"rows left out"}), m_rowCount - m_takenCount);
     m_counts.Tell(m_report);
 }
 
@@ -121,9 +123,11 @@ void CanonFolderReader::WriteGroups(CanonWriter &writer)
     };
     for (const CanonTableRow &row : std::as_const(m_groups)) {
         if (!row.key) {
-            m_report.Find(row.place, u"the group has no key; not taken"_s);
+            m_report.Find(row.place, Sentence({u"nhóm không có khóa; không nhập", u"the group has no key; not taken"}));
         } else if (keys.contains(*row.key)) {
-            m_report.Find(row.place, u"the key %1 is that of another group; not taken"_s.arg(*row.key));
+            m_report.Find(row.place, Sentence({u"khóa %1 là của một nhóm khác; không nhập",
+                                               u"the key %1 is that of another group; not taken"})
+                                         .arg(*row.key));
         } else {
             CanonGroup group{*row.key, row.group.value_or(root), NameFor(row.vietnamese, row, m_report),
                              NameFor(row.pali, row, m_report), NameFor(row.english, row, m_report)};
@@ -210,7 +214,9 @@ bool CanonFolderReader::WriteText(CanonWriter &writer, const CanonTableRow &row,
 {
     const qint64 place = qint64(*row.group) << 32 | quint32(*row.key);
     if (m_written.contains(place)) {
-        m_report.Find(row.place, u"the key %1 is that of another text of the group; not taken"_s.arg(*row.key));
+        m_report.Find(row.place, Sentence({u"khóa %1 là của một bài khác trong nhóm; không nhập",
+                                           u"the key %1 is that of another text of the group; not taken"})
+                                     .arg(*row.key));
         return false;
     }
     CanonText text{*row.group,
@@ -253,7 +259,8 @@ QByteArray CanonFolderReader::Page(const CanonTableRow &row, int page, const QSt
     const QString ending = file.section(u'.', -1).toLower();
     const bool isText = ending == "txt"_L1, isMarkdown = ending == "md"_L1 || ending == "markdown"_L1;
     if (!isText && !isMarkdown && ending != "html"_L1 && ending != "htm"_L1 && ending != "xhtml"_L1) {
-        m_report.Find(file, u"is neither .html, .txt nor .md; not taken"_s);
+        m_report.Find(file, Sentence({u"không phải .html, .txt hay .md; không nhập",
+                                      u"is neither .html, .txt nor .md; not taken"}));
         return {};
     }
     const std::optional<QByteArray> bytes = m_folder.ReadText(file, m_report);
@@ -265,7 +272,7 @@ QByteArray CanonFolderReader::Page(const CanonTableRow &row, int page, const QSt
         return isMarkdown ? ImportedPage::FromMarkdown(*bytes, title.toUtf8(), languages[page], m_counts)
                           : ImportedPage::FromHtml(*bytes, title.toUtf8(), languages[page], m_counts);
     } catch (const PageFault &fault) {
-        m_report.Find(fault.Place(file), fault.Fault() + u"; not taken"_s);
+        m_report.Find(fault.Place(file), fault.Fault() + Sentence({u"; không nhập", u"; not taken"}));
         return {};
     }
 }

@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/CanonRows.h"
 
+#include "base/Messages.h"
 #include "common/Report.h"
 #include "stores/Schema.h"
 #include "stores/engine/Blobs.h"
@@ -39,7 +40,9 @@ QList<CanonGroup> CanonRows::Groups(Report &report)
         if (key && parent)
             groups.append({*key, *parent, Name(2), Name(3), Name(4)});
         else
-            report.Find(u"group \"%1\""_s.arg(Name(2)), u"has no key or no parent; not taken"_s);
+            report.Find(
+                Sentence({u"nhóm \"%1\"", u"group \"%1\""}).arg(Name(2)),
+                Sentence({u"không có khóa hoặc không có nhóm cha; không nhập", u"has no key or no parent; not taken"}));
     }
     return groups;
 }
@@ -64,7 +67,9 @@ bool CanonRows::Next(CanonText &text, Report &report)
     while (Fetch(*m_texts)) {
         const auto group = Number(0), key = Number(1);
         if (!group || !key) {
-            report.Find(u"text \"%1\""_s.arg(Name(4)), u"has no key or no group; not taken"_s);
+            report.Find(
+                Sentence({u"bài \"%1\"", u"text \"%1\""}).arg(Name(4)),
+                Sentence({u"không có khóa hoặc không có nhóm; không nhập", u"has no key or no group; not taken"}));
             continue;
         }
         text = {*group, *key, Number(2), Name(3), Name(4), Name(5), {}};

@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/CanonTable.h"
 
+#include "base/Messages.h"
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/CsvRecords.h"
@@ -52,7 +53,9 @@ bool MakeRow(const Cells &cells, CanonTableRow &row, Report &report)
 {
     const QString kind = cells[Kind].trimmed().toLower(), finished = cells[Finished].trimmed().toLower();
     if (kind != "group"_L1 && kind != "text"_L1) {
-        report.Find(row.place, u"kind is \"%1\", neither group nor text; not taken"_s.arg(cells[Kind].left(40)));
+        report.Find(row.place, Sentence({u"kind là \"%1\", không phải group hay text; không nhập",
+                                         u"kind is \"%1\", neither group nor text; not taken"})
+                                   .arg(cells[Kind].left(40)));
         return false;
     }
     row.isGroup = kind == "group"_L1;
@@ -63,8 +66,9 @@ bool MakeRow(const Cells &cells, CanonTableRow &row, Report &report)
         if (!cell.isEmpty())
             *number = cell.toInt(&isNumber);
         if (!cell.isEmpty() && !isNumber) {
-            report.Find(row.place, u"%1 is \"%2\", no number; not taken"_s.arg(QLatin1StringView(ColumnNames[column]),
-                                                                               cell.left(40)));
+            report.Find(row.place,
+                        Sentence({u"%1 là \"%2\", không phải là số; không nhập", u"%1 is \"%2\", no number; not taken"})
+                            .arg(QLatin1StringView(ColumnNames[column]), cell.left(40)));
             return false;
         }
     }
@@ -82,7 +86,7 @@ bool MakeRow(const Cells &cells, CanonTableRow &row, Report &report)
 
 QString TooMany()
 {
-    return u"the table has more than %1 rows"_s.arg(CanonTable::MostRows);
+    return Sentence({u"bảng có hơn %1 dòng", u"the table has more than %1 rows"}).arg(CanonTable::MostRows);
 }
 
 QList<CanonTableRow> ReadCsv(const QByteArray &bytes, const QString &fileName, Report &report, qsizetype &count)
@@ -95,7 +99,7 @@ QList<CanonTableRow> ReadCsv(const QByteArray &bytes, const QString &fileName, R
     const auto placeOf = [&](const CsvRecord &record) { return u"%1:%2"_s.arg(fileName).arg(record.line); };
     CsvRecord record;
     if (!records.Next(record))
-        throw ToolError(fileName + u": the file is empty"_s);
+        throw ToolError(fileName + Sentence({u": tệp trống", u": the file is empty"}));
     if (!record.fault.isEmpty())
         throw ToolError(placeOf(record) + u": "_s + record.fault);
     QList<int> columns;
@@ -103,13 +107,16 @@ QList<CanonTableRow> ReadCsv(const QByteArray &bytes, const QString &fileName, R
         const QString name = record.Text(i);
         const int column = ColumnNamed(name.trimmed());
         if (column < 0)
-            report.Note(placeOf(record), u"the column \"%1\" means nothing here"_s.arg(name.left(40)));
+            report.Note(placeOf(record),
+                        Sentence({u"cột \"%1\" không có nghĩa ở đây", u"the column \"%1\" means nothing here"})
+                            .arg(name.left(40)));
         else if (columns.contains(column))
-            throw ToolError(u"%1: the column \"%2\" comes twice"_s.arg(placeOf(record), name));
+            throw ToolError(Sentence({u"%1: cột \"%2\" có hai lần", u"%1: the column \"%2\" comes twice"})
+                                .arg(placeOf(record), name));
         columns.append(column);
     }
     if (!columns.contains(Kind))
-        throw ToolError(placeOf(record) + u": there is no column \"kind\""_s);
+        throw ToolError(placeOf(record) + Sentence({u": không có cột \"kind\"", u": there is no column \"kind\""}));
     QList<CanonTableRow> rows;
     while (records.Next(record)) {
         CanonTableRow row;
@@ -120,7 +127,7 @@ QList<CanonTableRow> ReadCsv(const QByteArray &bytes, const QString &fileName, R
         if (record.isOpen)
             throw ToolError(row.place + u": "_s + record.fault);
         if (!record.fault.isEmpty()) {
-            report.Find(row.place, record.fault + u"; not taken"_s);
+            report.Find(row.place, record.fault + Sentence({u"; không nhập", u"; not taken"}));
             continue;
         }
         Cells known;
@@ -148,7 +155,9 @@ QList<CanonTableRow> ReadJson(const QByteArray &bytes, const QString &fileName, 
 {
     constexpr qsizetype largest = 16 * 1024 * 1024;
     if (bytes.size() > largest)
-        throw ToolError(u"%1: has %2 bytes, more than %3; larger tables are comma separated ones"_s.arg(fileName)
+        throw ToolError(Sentence({u"%1: có %2 byte, nhiều hơn %3; bảng lớn hơn phải là bảng phân cách bằng dấu phẩy",
+                                  u"%1: has %2 bytes, more than %3; larger tables are comma separated ones"})
+                            .arg(fileName)
                             .arg(bytes.size())
                             .arg(largest));
     // Before it is read: what a document holds takes many times its bytes.
@@ -166,19 +175,24 @@ QList<CanonTableRow> ReadJson(const QByteArray &bytes, const QString &fileName, 
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     if (document.isNull())
-        throw ToolError(u"%1: %2 at byte %3"_s.arg(fileName, error.errorString()).arg(error.offset));
+        throw ToolError(
+            Sentence({u"%1: %2 ở byte %3", u"%1: %2 at byte %3"}).arg(fileName, error.errorString()).arg(error.offset));
     QList<CanonTableRow> rows;
     for (const auto &[list, kind] : {std::pair(u"groups"_s, u"group"_s), {u"texts"_s, u"text"_s}}) {
         const QJsonValue value = document.object().value(list);
         if (!value.isArray() && !value.isUndefined())
-            report.Find(fileName, u"%1 is no list; not taken"_s.arg(list));
+            report.Find(fileName,
+                        Sentence({u"%1 không phải là danh sách; không nhập", u"%1 is no list; not taken"}).arg(list));
         const QJsonArray items = value.toArray();
         for (qsizetype i = 0; i < items.size(); ++i) {
             CanonTableRow row;
             ++count;
-            row.place = u"%1: %2 %3"_s.arg(fileName, kind).arg(i + 1);
+            row.place = (kind == u"group"_s ? Sentence({u"%1: nhóm %2", u"%1: group %2"})
+                                            : Sentence({u"%1: bài %2", u"%1: text %2"}))
+                            .arg(fileName)
+                            .arg(i + 1);
             if (!items[i].isObject()) {
-                report.Find(row.place, u"is no object; not taken"_s);
+                report.Find(row.place, Sentence({u"không phải là đối tượng; không nhập", u"is no object; not taken"}));
                 continue;
             }
             const QJsonObject item = items[i].toObject();
@@ -187,9 +201,12 @@ QList<CanonTableRow> ReadJson(const QByteArray &bytes, const QString &fileName, 
                 const int column = ColumnNamed(member.key());
                 const QString cell = CellOf(*member);
                 if (column < 0)
-                    report.Note(row.place, u"\"%1\" means nothing here"_s.arg(member.key().left(40)));
+                    report.Note(row.place, Sentence({u"\"%1\" không có nghĩa ở đây", u"\"%1\" means nothing here"})
+                                               .arg(member.key().left(40)));
                 else if (cell.isNull() && !member->isNull())
-                    report.Find(row.place, u"%1 is neither a text nor a whole number"_s.arg(member.key()));
+                    report.Find(row.place, Sentence({u"%1 không phải là văn bản hay số nguyên",
+                                                     u"%1 is neither a text nor a whole number"})
+                                               .arg(member.key()));
                 else
                     cells[column] = cell;
             }
@@ -199,7 +216,9 @@ QList<CanonTableRow> ReadJson(const QByteArray &bytes, const QString &fileName, 
         }
     }
     if (rows.isEmpty())
-        throw ToolError(u"%1: no table: an object with the lists \"groups\" and \"texts\" is expected"_s.arg(fileName));
+        throw ToolError(Sentence({u"%1: không phải là bảng: cần một đối tượng có hai danh sách \"groups\" và \"texts\"",
+                                  u"%1: no table: an object with the lists \"groups\" and \"texts\" is expected"})
+                            .arg(fileName));
     return rows;
 }
 
@@ -227,14 +246,17 @@ QByteArray CanonTable::BytesOf(const QString &path, Report &report)
     QFile file(path);
     const QFileInfo info(path);
     if (!info.isFile())
-        throw ToolError(u"%1: there is no such file"_s.arg(path));
+        throw ToolError(Sentence({u"%1: không có tệp này", u"%1: there is no such file"}).arg(path));
     if (info.size() > LargestSourceFile)
-        throw ToolError(u"%1: has %2 bytes, more than %3"_s.arg(path).arg(info.size()).arg(LargestSourceFile));
+        throw ToolError(Sentence({u"%1: có %2 byte, nhiều hơn %3", u"%1: has %2 bytes, more than %3"})
+                            .arg(path)
+                            .arg(info.size())
+                            .arg(LargestSourceFile));
     if (!file.open(QIODevice::ReadOnly))
         throw ToolError(u"%1: %2"_s.arg(path, file.errorString()));
     const auto bytes = TextAsUtf8(file.readAll(), path, report);
     if (!bytes)
-        throw ToolError(u"%1: is not UTF-8"_s.arg(path));
+        throw ToolError(Sentence({u"%1: không phải là UTF-8", u"%1: is not UTF-8"}).arg(path));
     return *bytes;
 }
 

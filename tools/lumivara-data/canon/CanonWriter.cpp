@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/CanonWriter.h"
 
+#include "base/Messages.h"
 #include "common/Report.h"
 #include "stores/Schema.h"
 #include "stores/engine/Statement.h"
@@ -20,7 +21,16 @@ QVariant OrNull(const QByteArray &bytes)
 
 } // namespace
 
-CanonWriter::CanonWriter(const QString &target) : m_target(target), m_file(target) {}
+CanonWriter::CanonWriter(const QString &target)
+    : m_target(target), m_file(std::in_place, target), m_path(m_file->Path())
+{}
+
+std::unique_ptr<CanonWriter> CanonWriter::Aside(const QString &path)
+{
+    std::unique_ptr<CanonWriter> writer(new CanonWriter);
+    writer->m_path = path;
+    return writer;
+}
 
 CanonWriter::~CanonWriter() = default;
 
@@ -29,7 +39,7 @@ void CanonWriter::Open()
     if (m_texts)
         return;
     constexpr int pageSize = 16384;
-    m_data.Create(m_file.Path(), pageSize, false);
+    m_data.Create(m_path, pageSize, false);
     m_data.RunSchema(u"canon"_s);
     m_groups.emplace(m_data, Table::KeloraTree, GroupColumns());
     m_texts.emplace(m_data, Table::KeloraContent, TextColumns());
@@ -114,7 +124,7 @@ void CanonWriter::WriteSources()
     }
 }
 
-void CanonWriter::Finish(Report &report, const QString &stage)
+void CanonWriter::Close()
 {
     Open();
     WriteSources();
@@ -123,16 +133,21 @@ void CanonWriter::Finish(Report &report, const QString &stage)
     m_rename.reset();
     m_rekey.reset();
     m_data.Finish(true);
+}
+
+void CanonWriter::Finish(Report &report, const QString &stage)
+{
+    Close();
     for (const Finding &finding : CheckCanon(m_rows))
         report.Find(finding.row, finding.fault);
-    report.Count(u"groups"_s, m_rows.groups.size());
-    report.Count(u"texts"_s, m_rows.texts.size());
-    report.Count(u"pages"_s, m_pageCount);
+    report.Count(Sentence({u"nhóm", u"groups"}), m_rows.groups.size());
+    report.Count(Sentence({u"bài", u"texts"}), m_rows.texts.size());
+    report.Count(Sentence({u"trang văn bản", u"pages"}), m_pageCount);
     TellEnglish(m_englishCount, report);
     if (stage.isEmpty())
-        m_file.Finish();
+        m_file->Finish();
     else
-        m_file.FinishAs(stage, m_target);
+        m_file->FinishAs(stage, m_target);
 }
 
 QString FittingName(const QString &name, const QString &place, Report &report)
@@ -142,14 +157,21 @@ QString FittingName(const QString &name, const QString &place, Report &report)
     fitting = fitting.simplified();
     if (fitting.size() <= Length::Name)
         return fitting;
-    report.Note(place, u"the name \"%1…\" is cut to %2 characters"_s.arg(fitting.left(40)).arg(Length::Name));
+    report.Note(place, Sentence({u"tên \"%1…\" bị cắt còn %2 ký tự", u"the name \"%1…\" is cut to %2 characters"})
+                           .arg(fitting.left(40))
+                           .arg(Length::Name));
     return fitting.left(fitting[Length::Name - 1].isHighSurrogate() ? Length::Name - 1 : Length::Name).trimmed();
 }
 
 void TellEnglish(qsizetype pages, Report &report)
 {
     if (pages > 0) {
-        report.Note(u"English"_s, u"%1 pages are stored and exported; the program shows English only beside Pāli, in "
-                                  "parallel pages"_s.arg(pages));
+        report.Note(
+            Sentence({u"Tiếng Anh", u"English"}),
+            Sentence(
+                {u"%1 trang được lưu và xuất ra; chương trình chỉ hiện tiếng Anh bên cạnh tiếng Pāli, trong trang song "
+                 u"ngữ",
+                 u"%1 pages are stored and exported; the program shows English only beside Pāli, in parallel pages"})
+                .arg(pages));
     }
 }

@@ -29,6 +29,8 @@ class CanonWriter
 {
 public:
     explicit CanonWriter(const QString &target);
+    /// Writes a file that has no name to get, such as one in the private folder of another writer. Close() ends it.
+    static std::unique_ptr<CanonWriter> Aside(const QString &path);
     ~CanonWriter();
 
     void Add(const CanonGroup &group);
@@ -46,6 +48,10 @@ public:
     /// Reports and counts what was written, reports what a check would find, and renames the file; to `stage` if that
     /// is another one, in the same folder.
     void Finish(Report &report, const QString &stage = {});
+    /// Ends the file alone, of a writer aside.
+    void Close();
+    /// Where it is written.
+    const QString &Path() const { return m_path; }
 
 private:
     /// Makes the database file, at the first row, so that the source can start reading earlier.
@@ -53,8 +59,11 @@ private:
     void Change(std::unique_ptr<Statement> &change, const QString &sql, const QList<QVariant> &values);
     void WriteSources();
 
+    CanonWriter() = default;
+
     QString m_target;
-    FileInTheMaking m_file;
+    std::optional<FileInTheMaking> m_file; ///< none of a writer aside
+    QString m_path;
     DataFile m_data;
     std::optional<RowWriter> m_groups;
     std::optional<RowWriter> m_texts;

@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/ClientList.h"
 
+#include "base/Messages.h"
 #include "common/Leftover.h"
 #include "common/Report.h"
 #include "common/Tool.h"
@@ -28,7 +29,7 @@ QString Shown(const ClientList::Names &names)
 {
     QStringList all{names[0], names[1], names[2]};
     all.removeAll(QString());
-    return all.isEmpty() ? u"no name"_s : all.join(u" · "_s);
+    return all.isEmpty() ? Sentence({u"không có tên", u"no name"}) : all.join(u" · "_s);
 }
 
 /// The texts of marks that the canon has under another number alone: what is known of them is in the list.
@@ -105,14 +106,16 @@ void ClientList::Prepare(const QString &path, Console &console)
 {
     const QFileInfo info(path);
     if (!info.isFile())
-        throw ToolError(u"%1: there is no such file"_s.arg(path));
+        throw ToolError(Sentence({u"%1: không có tệp này", u"%1: there is no such file"}).arg(path));
     if (!info.isWritable())
-        throw ToolError(u"%1: cannot be written"_s.arg(path));
+        throw ToolError(Sentence({u"%1: không ghi được", u"%1: cannot be written"}).arg(path));
     TpFIBDatabase::SetLockFolder(info.absolutePath() + u"/lock"_s);
     DataFile file;
     file.Open(OpenablePath(info.absoluteFilePath(), false, console));
     if (!IsMarks(file))
-        throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
+        throw ToolError(Sentence({u"%1: không phải là tệp ghi chép (các bảng SUTTA_LIST, SUTTA_TEXT_FOCUS)",
+                                  u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"})
+                            .arg(path));
     file.Close();
 }
 
@@ -122,7 +125,9 @@ QList<KeloraText> ClientList::TextsOf(const QString &canon, Console &console)
         DataFile file;
         file.Open(OpenablePath(canon, true, console));
         if (!file.HasTable(Table::KeloraContent))
-            throw ToolError(u"%1: no canon (tables KELORA_TREE, KELORA_CONTENT)"_s.arg(canon));
+            throw ToolError(Sentence({u"%1: không phải là kho kinh sách (các bảng KELORA_TREE, KELORA_CONTENT)",
+                                      u"%1: no canon (tables KELORA_TREE, KELORA_CONTENT)"})
+                                .arg(canon));
         return KeloraTexts(file.Database(), file.Transaction());
     });
 }
@@ -225,23 +230,28 @@ void ClientList::Tell(const Renewed &renewed, Report &report)
 {
     qsizetype added = 0, marks = 0;
     for (const MovedMarks &moved : renewed.moved) {
-        report.Note(u"text %1"_s.arg(moved.from),
-                    u"its %1 marks are on text %2 now (%3)"_s.arg(moved.marks).arg(moved.to).arg(moved.name));
+        report.Note(Sentence({u"bài %1", u"text %1"}).arg(moved.from),
+                    Sentence({u"%1 ghi chép của nó nay ở bài %2 (%3)", u"its %1 marks are on text %2 now (%3)"})
+                        .arg(moved.marks)
+                        .arg(moved.to)
+                        .arg(moved.name));
         marks += moved.marks;
     }
     for (const Change &change : renewed.changes) {
         added += change.isNew ? 1 : 0;
         if (!change.isNew)
-            report.Note(u"text %1"_s.arg(change.number), InWords(change));
+            report.Note(Sentence({u"bài %1", u"text %1"}).arg(change.number), InWords(change));
     }
-    report.Count(u"texts added to the list"_s, added);
-    report.Count(u"names renewed in the list"_s, renewed.changes.size() - added);
+    report.Count(Sentence({u"bài thêm vào danh sách", u"texts added to the list"}), added);
+    report.Count(Sentence({u"tên được đổi trong danh sách", u"names renewed in the list"}),
+                 renewed.changes.size() - added);
     if (marks > 0)
-        report.Count(u"marks moved"_s, marks);
+        report.Count(Sentence({u"ghi chép được chuyển", u"marks moved"}), marks);
 }
 
 QString ClientList::InWords(const Change &change)
 {
-    return change.isNew ? u"missing: %1"_s.arg(Shown(change.wanted))
-                        : u"named %1, in the canon %2"_s.arg(Shown(change.now), Shown(change.wanted));
+    return change.isNew ? Sentence({u"thiếu: %1", u"missing: %1"}).arg(Shown(change.wanted))
+                        : Sentence({u"có tên %1, trong kho kinh sách là %2", u"named %1, in the canon %2"})
+                              .arg(Shown(change.now), Shown(change.wanted));
 }

@@ -1,5 +1,7 @@
 #include "lumivara-data/canon/ImportedPage.h"
 
+#include "base/Messages.h"
+
 #include <QString>
 
 #include <cmark.h>
@@ -84,11 +86,13 @@ void RefuseTangledMarkdown(const QByteArray &markdown)
         const char *lineEnd = std::find(at, end, '\n');
         marks += 1 + std::count_if(at, lineEnd, [&](char c) { return mayBeMark[uchar(c)]; });
         if (marks > ImportedPage::MostMarks)
-            throw PageFault(line,
-                            u"the Markdown has more than %1 signs that may be marks"_s.arg(ImportedPage::MostMarks));
+            throw PageFault(line, Sentence({u"Markdown có hơn %1 ký hiệu có thể là dấu định dạng",
+                                            u"the Markdown has more than %1 signs that may be marks"})
+                                      .arg(ImportedPage::MostMarks));
         if (DepthOf(QByteArrayView(at, lineEnd)) > ImportedPage::DeepestMarks)
-            throw PageFault(line,
-                            u"the line begins more than %1 quotations or lists"_s.arg(ImportedPage::DeepestMarks));
+            throw PageFault(line, Sentence({u"dòng mở đầu hơn %1 trích dẫn hay danh sách",
+                                            u"the line begins more than %1 quotations or lists"})
+                                      .arg(ImportedPage::DeepestMarks));
         at = lineEnd + 1;
     }
 }

@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/KeyPlan.h"
 
+#include "base/Messages.h"
 #include "common/Tool.h"
 
 #include <algorithm>
@@ -39,6 +40,16 @@ QList<qsizetype> Anchors(const QList<std::optional<int>> &kept)
 
 } // namespace
 
+void KeyPlan::ReserveForGroup(int group)
+{
+    constexpr int groupNumberBase = 1000;
+    if (group <= KeyPlan::Last)
+        Reserve(groupNumberBase + group);
+    // "10001000" and the group 1 make 100010001.
+    for (; group > KeyPlan::Last; group /= 10)
+        Reserve(group / 10);
+}
+
 /// Behind all others, as far as the steps lead; empty if they lead too far.
 QList<int> KeyPlan::AtSteps(int below, qsizetype count) const
 {
@@ -67,8 +78,11 @@ QList<int> KeyPlan::Between(int below, int above, qsizetype count) const
     const auto begin = m_reserved.upper_bound(below), end = m_reserved.lower_bound(above);
     const qint64 free = qint64(above) - below - 1 - std::distance(begin, end);
     if (free < count) {
-        throw ToolError(u"no key is free between %1 and %2 for %3 new texts; --renumber gives all texts new keys, and "
-                        "takes their marks along"_s.arg(below)
+        throw ToolError(Sentence({u"giữa %1 và %2 không còn khóa trống cho %3 bài mới; --renumber cho mọi bài khóa mới "
+                                  u"và chuyển ghi chép theo",
+                                  u"no key is free between %1 and %2 for %3 new texts; --renumber gives all texts new "
+                                  u"keys, and takes their marks along"})
+                            .arg(below)
                             .arg(above)
                             .arg(count));
     }

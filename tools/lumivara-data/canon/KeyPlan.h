@@ -15,6 +15,9 @@ public:
 
     /// Nothing new gets this key.
     void Reserve(int key) { m_reserved.insert(key); }
+    /// What a group's key rules out: the key of a text that the group would show, and those that make the same key in
+    /// the tree.
+    void ReserveForGroup(int group);
 
     struct Keys
     {

@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/NamesTable.h"
 
+#include "base/Messages.h"
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "lumivara-data/canon/CanonTable.h"
@@ -13,13 +14,18 @@ NamesTable::NamesTable(const QString &path, Report &report)
 {
     const CsvTable table(CanonTable::BytesOf(path, report), path);
     if (table.RowCount() > CanonTable::MostRows)
-        throw ToolError(u"%1: the table has more than %2 rows"_s.arg(path).arg(CanonTable::MostRows));
+        throw ToolError(Sentence({u"%1: bảng có hơn %2 dòng", u"%1: the table has more than %2 rows"})
+                            .arg(path)
+                            .arg(CanonTable::MostRows));
     for (qsizetype row = 0; row < table.RowCount(); ++row) {
         const QString place = u"%1:%2"_s.arg(path).arg(table.Line(row));
         const QString id = table.Text(row, u"id"_s).trimmed();
         if (id.isEmpty() || m_names.contains(id)) {
-            report.Find(place, id.isEmpty() ? u"the row has no id; not taken"_s
-                                            : u"the id \"%1\" comes again; not taken"_s.arg(id));
+            report.Find(
+                place,
+                id.isEmpty()
+                    ? Sentence({u"dòng không có mã; không nhập", u"the row has no id; not taken"})
+                    : Sentence({u"mã \"%1\" lặp lại; không nhập", u"the id \"%1\" comes again; not taken"}).arg(id));
             continue;
         }
         Row names{{}, place};
@@ -54,5 +60,6 @@ void NamesTable::TellUnused(Report &report) const
     }
     std::sort(unused.begin(), unused.end());
     for (const QString &id : std::as_const(unused))
-        report.Note(m_names[id].place, u"nothing here is called \"%1\""_s.arg(id));
+        report.Note(m_names[id].place,
+                    Sentence({u"ở đây không có gì tên là \"%1\"", u"nothing here is called \"%1\""}).arg(id));
 }

@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/Renumbering.h"
 
+#include "base/Messages.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/Disk.h"
 #include "lumivara-data/files/PrivateCopy.h"
@@ -49,7 +50,9 @@ std::optional<Renumbering::Journal> Renumbering::Found() const
     for (const auto &pair : keys)
         journal.keys.insert(pair[0].toInt(), pair[1].toInt());
     if (journal.marks.isEmpty() || journal.keys.isEmpty())
-        throw ToolError(u"%1: is no journal of old and new keys"_s.arg(JournalPath()));
+        throw ToolError(
+            Sentence({u"%1: không phải là nhật ký khóa cũ và mới", u"%1: is no journal of old and new keys"})
+                .arg(JournalPath()));
     return journal;
 }
 
@@ -95,7 +98,9 @@ void Renumbering::KeepMarks(const QString &marks)
         if (FileStamp::Of(marks) == stamp)
             break;
         if (copies == mostCopies)
-            throw ToolError(u"%1: is being changed; close the program first"_s.arg(marks));
+            throw ToolError(Sentence({u"%1: đang bị thay đổi; hãy đóng chương trình trước",
+                                      u"%1: is being changed; close the program first"})
+                                .arg(marks));
     }
     copy.FinishAs(NameBefore(marks), marks);
 }
@@ -124,7 +129,8 @@ void Renumbering::PutInPlace()
     if (IsThere(NextPath())) {
         m_door();
         if (IsThere(m_canon) && !KeepUnder(m_canon, NameBefore(m_canon)))
-            throw ToolError(u"%1: cannot be kept: %2"_s.arg(m_canon, qt_error_string(errno)));
+            throw ToolError(Sentence({u"%1: không giữ lại được: %2", u"%1: cannot be kept: %2"})
+                                .arg(m_canon, qt_error_string(errno)));
         m_door();
         RenameOver(NextPath(), m_canon);
         BringNamesToDisk(QFileInfo(m_canon).absolutePath());

@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/SegmentedCanon.h"
 
+#include "base/Messages.h"
 #include "common/Console.h"
 #include "common/InOrder.h"
 #include "common/Report.h"
@@ -101,7 +102,8 @@ SegmentedCanon::SegmentedCanon(const SourceFolder &folder, const QStringList &au
 {
     for (const QString &other : folder.Folders()) {
         if (other != u"root"_s && other != u"translation"_s && other != u"html"_s)
-            report.Note(other + u'/', u"not read: only root, translation and html are"_s);
+            report.Note(other + u'/', Sentence({u"không đọc: chỉ đọc root, translation và html",
+                                                u"not read: only root, translation and html are"}));
     }
     if (folder.HasFolder(u"root"_s))
         ListRoot();
@@ -110,7 +112,9 @@ SegmentedCanon::SegmentedCanon(const SourceFolder &folder, const QStringList &au
     if (folder.HasFolder(u"html"_s))
         ListMarkup();
     for (const auto &[place, count] : m_otherAuthors)
-        report.Note(place, u"%1 texts left out for another author's"_s.arg(count));
+        report.Note(place, Sentence({u"%1 bài bị bỏ vì đã lấy bài của dịch giả khác",
+                                     u"%1 texts left out for another author's"})
+                               .arg(count));
     BringTogether();
     ShortenGroups();
 }
@@ -124,7 +128,7 @@ bool SegmentedCanon::IsJson(const QString &file)
 {
     if (file.endsWith(u".json"_s, Qt::CaseInsensitive) && file.section(u'/', -1).size() > 5)
         return true;
-    m_report.Note(file, u"no JSON; not read"_s);
+    m_report.Note(file, Sentence({u"không phải JSON; không đọc", u"no JSON; not read"}));
     return false;
 }
 
@@ -146,7 +150,9 @@ void SegmentedCanon::ListRoot()
             ++unknown[u"root/"_s + folder];
     }
     for (const auto &[place, count] : unknown)
-        m_report.Find(place, u"none of the languages Pāli, Vietnamese, English: %1 texts not taken"_s.arg(count));
+        m_report.Find(place, Sentence({u"không phải tiếng Pāli, Việt hay Anh: %1 bài không được nhập",
+                                       u"none of the languages Pāli, Vietnamese, English: %1 texts not taken"})
+                                 .arg(count));
 }
 
 void SegmentedCanon::ListTranslations()
@@ -163,7 +169,9 @@ void SegmentedCanon::ListTranslations()
             ++unknown[u"translation/"_s + folder];
     }
     for (const auto &[place, count] : unknown)
-        m_report.Find(place, u"none of the languages Pāli, Vietnamese, English: %1 texts not taken"_s.arg(count));
+        m_report.Find(place, Sentence({u"không phải tiếng Pāli, Việt hay Anh: %1 bài không được nhập",
+                                       u"none of the languages Pāli, Vietnamese, English: %1 texts not taken"})
+                                 .arg(count));
 }
 
 void SegmentedCanon::ListMarkup()
@@ -173,9 +181,12 @@ void SegmentedCanon::ListMarkup()
             continue;
         const auto text = m_texts.find(TextId(file));
         if (text == m_texts.end())
-            m_report.Find(file, u"the mark-up of a text that is not there; not taken"_s);
+            m_report.Find(file, Sentence({u"định dạng của một bài không có; không nhập",
+                                          u"the mark-up of a text that is not there; not taken"}));
         else if (!text->second.markup.isEmpty())
-            m_report.Find(file, u"the text has mark-up already, %1; not taken"_s.arg(text->second.markup));
+            m_report.Find(
+                file, Sentence({u"bài đã có định dạng, %1; không nhập", u"the text has mark-up already, %1; not taken"})
+                          .arg(text->second.markup));
         else
             text->second.markup = file;
     }
@@ -202,7 +213,9 @@ void SegmentedCanon::Take(const QString &id, Language language, const QString &a
     QString &place = text->second.text[size_t(language)];
     QString &placeAuthor = text->second.author[size_t(language)];
     if (!place.isEmpty() && placeAuthor == author) {
-        m_report.Find(file, u"the id \"%1\" is that of %2 too; not taken"_s.arg(id, place));
+        m_report.Find(file,
+                      Sentence({u"mã \"%1\" cũng là của %2; không nhập", u"the id \"%1\" is that of %2 too; not taken"})
+                          .arg(id, place));
         return;
     }
     // Files in root/ have no author and come first.
@@ -232,7 +245,9 @@ void SegmentedCanon::BringTogether()
 void SegmentedCanon::ShortenGroups()
 {
     if (m_texts.empty())
-        throw ToolError(u"%1: there is no text in root/ or translation/"_s.arg(m_folder.Path()));
+        throw ToolError(Sentence({u"%1: không có bài nào trong root/ hay translation/",
+                                  u"%1: there is no text in root/ or translation/"})
+                            .arg(m_folder.Path()));
     QStringList common = m_texts.begin()->second.group.split(u'/', Qt::SkipEmptyParts);
     for (const auto &[id, files] : m_texts) {
         const QStringList parts = files.group.split(u'/', Qt::SkipEmptyParts);
@@ -345,8 +360,8 @@ void SegmentedCanon::WriteTo(CanonWriter &writer, TextKeys &keys, NamesTable &na
     console.EndProgress();
     same.PutNumbersInFront(writer);
     WriteGroups(paths, names, writer);
-    m_report.Count(u"texts read"_s, qsizetype(ordered.size()));
+    m_report.Count(Sentence({u"bài đã đọc", u"texts read"}), qsizetype(ordered.size()));
     if (const qsizetype leftOut = qsizetype(ordered.size()) - number; leftOut > 0)
-        m_report.Count(u"texts left out"_s, leftOut);
+        m_report.Count(Sentence({u"bài bị bỏ", u"texts left out"}), leftOut);
     counts.Tell(m_report);
 }

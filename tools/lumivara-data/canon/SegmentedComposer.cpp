@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/SegmentedComposer.h"
 
+#include "base/Messages.h"
 #include "lumivara-data/canon/ImportedPage.h"
 #include "lumivara-data/canon/SegmentedHead.h"
 #include "lumivara-data/canon/SegmentedPage.h"
@@ -23,7 +24,7 @@ std::optional<std::vector<TextSegment>> Read(const SourceFolder &folder, const Q
     try {
         return ParseSegments(*json);
     } catch (const SegmentFault &fault) {
-        report.Find(PlaceOf(file, fault.Line()), fault.Fault() + u"; not taken"_s);
+        report.Find(PlaceOf(file, fault.Line()), fault.Fault() + Sentence({u"; không nhập", u"; not taken"}));
     }
     return std::nullopt;
 }
@@ -34,7 +35,9 @@ std::vector<AlignedSegment> Align(const SourceFolder &folder, const SegmentedFil
     Alignment alignment;
     const auto tell = [&](const QString &file, const std::vector<QByteArray> &repeated) {
         for (const QByteArray &id : repeated)
-            report.Find(file, u"the segment \"%1\" comes again; not taken"_s.arg(QString::fromUtf8(id)));
+            report.Find(file,
+                        Sentence({u"đoạn \"%1\" lặp lại; không nhập", u"the segment \"%1\" comes again; not taken"})
+                            .arg(QString::fromUtf8(id)));
     };
     for (int column = 0; column < LanguageCount; ++column) {
         const QString &file = files.text[size_t(column)];
@@ -60,7 +63,7 @@ void Escape(std::vector<AlignedSegment> &segments, int language, const QString &
         size += ImportedPage::EscapedSize(segment.text[language]);
     const bool isTooLarge = size > LargestPage;
     if (isTooLarge)
-        report.Find(file, PageFault::TooLarge().Fault() + u"; not taken"_s);
+        report.Find(file, PageFault::TooLarge().Fault() + Sentence({u"; không nhập", u"; not taken"}));
     for (AlignedSegment &segment : segments)
         segment.text[language] = isTooLarge ? QByteArray() : ImportedPage::Escaped(segment.text[language]);
 }
@@ -81,14 +84,16 @@ ComposedText ComposeSegmented(const SourceFolder &folder, const QString &id, con
     bool hasMarkup = false;
     std::vector<AlignedSegment> segments;
     if (const qsizetype bytes = files.Bytes(folder); bytes > LargestSegmentedText) {
-        composed.told.Find(id,
-                           u"its files have %1 bytes, more than %2; not taken"_s.arg(bytes).arg(LargestSegmentedText));
+        composed.told.Find(id, Sentence({u"các tệp của bài có %1 byte, nhiều hơn %2; không nhập",
+                                         u"its files have %1 bytes, more than %2; not taken"})
+                                   .arg(bytes)
+                                   .arg(LargestSegmentedText));
         return composed;
     }
     try {
         segments = Align(folder, files, hasMarkup, composed.told);
     } catch (const SegmentFault &fault) {
-        composed.told.Find(id, fault.Fault() + u"; not taken"_s);
+        composed.told.Find(id, fault.Fault() + Sentence({u"; không nhập", u"; not taken"}));
         return composed;
     }
 
@@ -114,7 +119,9 @@ ComposedText ComposeSegmented(const SourceFolder &folder, const QString &id, con
         try {
             return SegmentedPage::Single(segments, language, hasMarkup, head.title, title, composed.counts);
         } catch (const PageFault &fault) {
-            composed.told.Find(files.text[size_t(language)], fault.Fault() + u" in its mark-up; not taken"_s);
+            composed.told.Find(files.text[size_t(language)],
+                               fault.Fault() +
+                                   Sentence({u" trong phần định dạng; không nhập", u" in its mark-up; not taken"}));
             return QByteArray();
         }
     };
@@ -132,7 +139,8 @@ ComposedText ComposeSegmented(const SourceFolder &folder, const QString &id, con
         text.pages[3] = SegmentedPage::Parallel(segments, other, (text.namePali + u" – "_s + named(other)).toUtf8());
     }
     if (text.pages[0].isNull() && text.pages[1].isNull() && text.pages[2].isNull())
-        composed.told.Find(id, u"nothing is left of this text; not taken"_s);
+        composed.told.Find(id,
+                           Sentence({u"bài này không còn gì; không nhập", u"nothing is left of this text; not taken"}));
     else
         composed.text = std::move(text);
     return composed;

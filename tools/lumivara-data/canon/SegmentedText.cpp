@@ -1,5 +1,7 @@
 #include "lumivara-data/canon/SegmentedText.h"
 
+#include "base/Messages.h"
+
 #include <QHashFunctions>
 
 #include <algorithm>
@@ -11,7 +13,7 @@ namespace {
 
 QString TooMany()
 {
-    return u"the text has more than %1 segments"_s.arg(MostSegments);
+    return Sentence({u"bài có hơn %1 đoạn", u"the text has more than %1 segments"}).arg(MostSegments);
 }
 
 /// Reads one flat object.
@@ -23,24 +25,28 @@ public:
     std::vector<TextSegment> Run()
     {
         std::vector<TextSegment> segments;
-        Expect('{', u"a JSON object is expected"_s);
+        Expect('{', Sentence({u"cần một đối tượng JSON", u"a JSON object is expected"}));
         if (SkipBlanks() != '}') {
             do {
                 if (segments.size() == MostSegments)
                     Fail(TooMany());
                 TextSegment segment;
-                segment.id = String(u"a segment id in quotes is expected"_s);
-                Expect(':', u"a colon is missing behind a segment id"_s);
+                segment.id =
+                    String(Sentence({u"cần mã của đoạn trong ngoặc kép", u"a segment id in quotes is expected"}));
+                Expect(':',
+                       Sentence({u"thiếu dấu hai chấm sau mã của đoạn", u"a colon is missing behind a segment id"}));
                 if (SkipBlanks() != '"' && m_at != m_end)
-                    Fail(u"the value of \"%1\" is no text"_s.arg(QString::fromUtf8(segment.id.left(80))));
+                    Fail(Sentence({u"giá trị của \"%1\" không phải là văn bản", u"the value of \"%1\" is no text"})
+                             .arg(QString::fromUtf8(segment.id.left(80))));
                 segment.value = String({});
                 segments.push_back(std::move(segment));
             } while (Accept(','));
         }
-        Expect('}', u"a comma or the end of the object is expected"_s);
+        Expect('}', Sentence({u"cần dấu phẩy hoặc chỗ kết thúc đối tượng",
+                              u"a comma or the end of the object is expected"}));
         SkipBlanks();
         if (m_at != m_end)
-            Fail(u"something follows the object"_s);
+            Fail(Sentence({u"có gì đó sau đối tượng", u"something follows the object"}));
         return segments;
     }
 
@@ -69,7 +75,7 @@ private:
     void Expect(char wanted, const QString &fault)
     {
         if (!Accept(wanted))
-            Fail(m_at == m_end ? u"the file ends early"_s : fault);
+            Fail(m_at == m_end ? Sentence({u"tệp kết thúc quá sớm", u"the file ends early"}) : fault);
     }
 
     QByteArray String(const QString &fault)
@@ -81,7 +87,7 @@ private:
         QByteArray text(start, m_at - start);
         while (m_at < m_end && *m_at != '"') {
             if (uchar(*m_at) < ' ')
-                Fail(u"a control character stands in a string"_s);
+                Fail(Sentence({u"có ký tự điều khiển trong chuỗi", u"a control character stands in a string"}));
             if (*m_at == '\\') {
                 ++m_at;
                 AddEscaped(text);
@@ -93,7 +99,7 @@ private:
             text.append(start, m_at - start);
         }
         if (m_at == m_end)
-            Fail(u"a string has no end"_s);
+            Fail(Sentence({u"một chuỗi không có chỗ kết thúc", u"a string has no end"}));
         ++m_at;
         return text;
     }
@@ -103,7 +109,7 @@ private:
         constexpr char marks[] = "\"\\/bfnrt";
         constexpr char meanings[] = "\"\\/\b\f\n\r\t";
         if (m_at == m_end)
-            Fail(u"a string has no end"_s);
+            Fail(Sentence({u"một chuỗi không có chỗ kết thúc", u"a string has no end"}));
         const char mark = *m_at++;
         if (mark == 'u') {
             AddCodePoint(text);
@@ -111,7 +117,8 @@ private:
         }
         const char *known = mark ? std::strchr(marks, mark) : nullptr;
         if (!known)
-            Fail(u"a backslash stands before something that it does not escape"_s);
+            Fail(Sentence({u"dấu gạch chéo ngược đứng trước một ký tự không hợp lệ",
+                           u"a backslash stands before something that it does not escape"}));
         text.append(meanings[known - marks]);
     }
 
@@ -124,7 +131,7 @@ private:
             std::all_of(digits.cbegin(), digits.cend(), [](char c) { return std::isxdigit(uchar(c)); });
         const auto unit = static_cast<char16_t>(digits.toUShort(&isNumber, 16));
         if (!isNumber || !areDigits)
-            Fail(u"\\u wants four hexadecimal digits"_s);
+            Fail(Sentence({u"\\u cần bốn chữ số thập lục phân", u"\\u wants four hexadecimal digits"}));
         m_at += 4;
         return unit;
     }
@@ -137,7 +144,7 @@ private:
             units += QChar(CodeUnit());
         }
         if (!units.isValidUtf16())
-            Fail(u"half a surrogate pair"_s);
+            Fail(Sentence({u"chỉ có một nửa của cặp ký tự thay thế", u"half a surrogate pair"}));
         text.append(units.toUtf8());
     }
 

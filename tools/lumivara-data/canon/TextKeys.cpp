@@ -1,5 +1,6 @@
 #include "lumivara-data/canon/TextKeys.h"
 
+#include "base/Messages.h"
 #include "common/Report.h"
 #include "stores/Schema.h"
 
@@ -101,16 +102,6 @@ TextKeys::TextKeys(std::function<QList<TextTraits>()> before, bool renumbers)
     : m_read(std::move(before)), m_renumbers(renumbers)
 {}
 
-void TextKeys::ReserveForGroup(int group)
-{
-    constexpr int groupNumberBase = 1000;
-    if (group <= KeyPlan::Last)
-        Reserve(groupNumberBase + group);
-    // "10001000" and the group 1 make 100010001.
-    for (; group > KeyPlan::Last; group /= 10)
-        Reserve(group / 10);
-}
-
 /// Keys that no import has made are those of another collection, such as the sample's, and stay with it.
 bool TextKeys::IsKept(const TextTraits &text) const
 {
@@ -186,8 +177,9 @@ QHash<qsizetype, int> TextKeys::Recognise(const QList<TextTraits> &now)
             continue;
         }
         keys.insert(places[*pair], old.key);
-        m_byNames.append(u"%1 keeps the key %2: its source is another one, its names are the same"_s.arg(
-            text.names[0].isEmpty() ? text.names[1] : text.names[0], QString::number(old.key)));
+        m_byNames.append(Sentence({u"%1 giữ khóa %2: nguồn khác, nhưng tên vẫn như cũ",
+                                   u"%1 keeps the key %2: its source is another one, its names are the same"})
+                             .arg(text.names[0].isEmpty() ? text.names[1] : text.names[0], QString::number(old.key)));
         ++m_keptCount;
         --m_newCount;
     }
@@ -223,9 +215,12 @@ void TextKeys::Tell(const QString &place, Report &report) const
     for (const QString &told : std::as_const(byNames))
         report.Note(place, told);
     if (m_astrayCount > 0) {
-        report.Note(place, u"%1 texts have keys from another order and stand out of place; --renumber puts them in "
-                           "order"_s.arg(m_astrayCount));
+        report.Note(
+            place,
+            Sentence({u"%1 bài có khóa theo thứ tự cũ và đứng sai chỗ; --renumber xếp lại cho đúng",
+                      u"%1 texts have keys from another order and stand out of place; --renumber puts them in order"})
+                .arg(m_astrayCount));
     }
-    report.Count(u"keys kept"_s, m_keptCount);
-    report.Count(u"new keys"_s, m_newCount);
+    report.Count(Sentence({u"khóa được giữ", u"keys kept"}), m_keptCount);
+    report.Count(Sentence({u"khóa mới", u"new keys"}), m_newCount);
 }

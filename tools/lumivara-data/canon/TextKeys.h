@@ -43,9 +43,8 @@ public:
 
     /// Nothing new gets this key.
     void Reserve(int key) { m_plan.Reserve(key); }
-    /// What a group's key rules out: the key of a text that the group would show, and those that make the same key in
-    /// the tree.
-    void ReserveForGroup(int group);
+    /// The same for what a group's key rules out.
+    void ReserveForGroup(int group) { m_plan.ReserveForGroup(group); }
     /// The keys of texts in reading order. Throws ToolError if between two of them there are too few.
     QList<int> For(const QList<Text> &texts);
     /// Now that the texts are there with their names: those that have other sources than before and the same names.

@@ -1,5 +1,6 @@
 #include "lumivara-data/dictionary/DictionaryCheck.h"
 
+#include "base/Messages.h"
 #include "dictionary/WordRules.h"
 #include "lumivara-data/dictionary/DictionaryOrder.h"
 #include "lumivara-data/files/PageFacts.h"
@@ -36,7 +37,8 @@ QString TagFault(const QByteArray &html)
         qsizetype end = tag.startsWith("</") ? 2 : 1;
         while (end < tag.size() && std::isalnum(static_cast<unsigned char>(tag[end])))
             ++end;
-        return u"the tag %1 has no end"_s.arg(QString::fromLatin1(tag.first(end)).toLower());
+        return Sentence({u"thẻ %1 không có chỗ kết thúc", u"the tag %1 has no end"})
+            .arg(QString::fromLatin1(tag.first(end)).toLower());
     };
     QByteArrayList open;
     TagReader reader(html, TagReader::Manner::Browser);
@@ -58,19 +60,22 @@ QString TagFault(const QByteArray &html)
         while (!open.isEmpty() && open.last() != name && endOptional.contains(open.last()))
             open.removeLast();
         if (open.isEmpty())
-            return u"</%1> closes nothing"_s.arg(QString::fromLatin1(name));
+            return Sentence({u"</%1> không đóng thẻ nào", u"</%1> closes nothing"}).arg(QString::fromLatin1(name));
         if (open.last() != name)
-            return u"</%1> comes before </%2>"_s.arg(QString::fromLatin1(name), QString::fromLatin1(open.last()));
+            return Sentence({u"</%1> đứng trước </%2>", u"</%1> comes before </%2>"})
+                .arg(QString::fromLatin1(name), QString::fromLatin1(open.last()));
         open.removeLast();
     }
     while (!open.isEmpty() && endOptional.contains(open.last()))
         open.removeLast();
-    return open.isEmpty() ? QString() : u"<%1> is not closed"_s.arg(QString::fromLatin1(open.last()));
+    return open.isEmpty()
+               ? QString()
+               : Sentence({u"<%1> không được đóng", u"<%1> is not closed"}).arg(QString::fromLatin1(open.last()));
 }
 
 QString DictionaryChecker::RowName(const QString &word) const
 {
-    return u"dictionary %1, \"%2\""_s.arg(m_kind).arg(word);
+    return Sentence({u"từ điển %1, \"%2\"", u"dictionary %1, \"%2\""}).arg(m_kind).arg(word);
 }
 
 void DictionaryChecker::Fault(const char *sort, const QString &row, const QString &fault)
@@ -84,7 +89,8 @@ void DictionaryChecker::AddWord(const QString &word)
     const QString row = RowName(word);
     ++m_wordCount;
     if (word.isEmpty()) {
-        Fault("empty words", u"dictionary %1, row %2"_s.arg(m_kind).arg(m_wordCount), u"the word is empty"_s);
+        Fault("empty words", u"dictionary %1, row %2"_s.arg(m_kind).arg(m_wordCount),
+              Sentence({u"từ trống", u"the word is empty"}));
         return;
     }
     if (word.size() > Length::Word)
@@ -108,13 +114,14 @@ void DictionaryChecker::AddEntry(const QString &word, const QByteArray &entry, c
 {
     const QString row = RowName(word);
     if (entry.trimmed().isEmpty()) {
-        Fault("empty entries", row, u"the entry is empty"_s);
+        Fault("empty entries", row, Sentence({u"mục từ trống", u"the entry is empty"}));
         return;
     }
     if (joined.trimmed().isEmpty())
         Fault("empty joined entries", row, u"the entry is empty with several dictionaries"_s);
     if (const qsizetype bad = FirstBadUtf8Byte(entry); bad >= 0)
-        Fault("entries not in UTF-8", row, u"the entry is not UTF-8 at byte %1"_s.arg(bad));
+        Fault("entries not in UTF-8", row,
+              Sentence({u"mục từ không phải UTF-8 ở byte %1", u"the entry is not UTF-8 at byte %1"}).arg(bad));
     if (const QString fault = TagFault(entry); !fault.isEmpty())
         Fault("entries with unbalanced tags", row, fault);
 }
@@ -126,6 +133,18 @@ void DictionaryChecker::AddExistence(const QString &word, bool found)
               u"SP_CHECK_WORD does not know \"%1\""_s.arg(TestedForm(m_kind, word)));
 }
 
+void DictionaryChecker::AddForm(const QString &form, const QString &word, bool isGiven)
+{
+    const QString row = u"dictionary %1, form \"%2\""_s.arg(m_kind).arg(form);
+    ++m_formCount;
+    if (!m_seen.contains(qHash(word, size_t(0))))
+        Fault("forms without a word", row, u"is of \"%1\", which the list does not have"_s.arg(word));
+    if (form != form.toLower())
+        Fault("forms not in lower case", row, u"is not in lower case, so no look-up asks for it"_s);
+    else if (!isGiven)
+        Fault("forms not known to SP_GET_FORMS", row, u"SP_GET_FORMS does not give \"%1\" for it"_s.arg(word));
+}
+
 void DictionaryChecker::AddFailure(const QString &procedure, const QString &message)
 {
     Fault("failures", u"dictionary %1, %2"_s.arg(m_kind).arg(procedure), QString(message).replace(u'\n', u' '));
@@ -134,6 +153,7 @@ void DictionaryChecker::AddFailure(const QString &procedure, const QString &mess
 void DictionaryChecker::ReportInto(DictionaryReport &report) const
 {
     report.wordCount += m_wordCount;
+    report.formCount += m_formCount;
     report.findings += m_findings;
     QList<QByteArray> sorts = m_counts.keys();
     std::sort(sorts.begin(), sorts.end());

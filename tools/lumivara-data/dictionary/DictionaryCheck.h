@@ -12,6 +12,7 @@
 struct DictionaryReport
 {
     qsizetype wordCount = 0;
+    qsizetype formCount = 0;
     /// The first few of each sort of fault in a kind, then one with the number of further ones.
     QList<Finding> findings;
     /// The number of all faults, including those not listed.
@@ -30,6 +31,8 @@ public:
     void AddEntry(const QString &word, const QByteArray &entry, const QByteArray &joined);
     /// The existence test's answer for a word that the list has.
     void AddExistence(const QString &word, bool found);
+    /// A form and one of its words, which come after the words; whether the procedure gives that word for it.
+    void AddForm(const QString &form, const QString &word, bool isGiven);
     /// A procedure that failed.
     void AddFailure(const QString &procedure, const QString &message);
 
@@ -41,7 +44,7 @@ private:
     QString RowName(const QString &word) const;
 
     int m_kind;
-    qsizetype m_wordCount = 0;
+    qsizetype m_wordCount = 0, m_formCount = 0;
     QString m_previous;
     QByteArray m_previousKey;
     QSet<quint64> m_seen; ///< digests, which take less room than the words of a large dictionary

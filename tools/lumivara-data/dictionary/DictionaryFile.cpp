@@ -2,6 +2,7 @@
 
 #include "common/Console.h"
 #include "dictionary/WordRules.h"
+#include "lumivara-data/dictionary/BroughtForms.h"
 #include "lumivara-data/dictionary/DictionaryReader.h"
 #include "lumivara-data/files/DataFile.h"
 #include "stores/Schema.h"
@@ -54,11 +55,29 @@ public:
             total = reader.CountWords(m_kind);
             reader.EachWord(m_kind, checkWord);
         });
+        Try(Procedure::GetForms, [&] { CheckForms(reader); });
         m_console.EndProgress();
         return m_checker;
     }
 
 private:
+    /// Where the file tells no forms, the procedure is only asked once.
+    void CheckForms(DictionaryReader &reader)
+    {
+        if (!BroughtForms::AreIn(m_file))
+            return;
+        qsizetype done = 0;
+        const auto checkForm = [&](const QString &form, const QString &word, bool isGiven) {
+            m_checker.AddForm(form, word, isGiven);
+            ++done;
+            m_console.Progress(u"forms of dictionary %1"_s.arg(m_kind), done, done, u"forms"_s);
+        };
+        if (reader.HasForms())
+            reader.ProveForms(m_kind, checkForm);
+        else
+            BroughtForms(m_file).WordsOf(m_kind, u"a"_s);
+    }
+
     template <typename Action>
     bool Try(const QString &procedure, const Action &action)
     {

@@ -1,5 +1,7 @@
 #include "lumivara-data/dictionary/DictionaryReader.h"
 
+#include "base/Messages.h"
+#include "stores/Schema.h"
 #include "stores/data/Field.h"
 #include "stores/engine/Blobs.h"
 #include "stores/engine/DatabaseError.h"
@@ -35,7 +37,7 @@ public:
         case ColumnKind::Big:
             return Value<qint64>(shape.offset);
         default:
-            throw DatabaseError(u"%1 is no number"_s.arg(shape.name));
+            throw DatabaseError(Sentence({u"%1 không phải là số", u"%1 is no number"}).arg(shape.name));
         }
     }
     QString Text(size_t column) const
@@ -44,7 +46,7 @@ public:
         if (IsNull(column))
             return {};
         if (shape.kind != ColumnKind::Text)
-            throw DatabaseError(u"%1 is no text"_s.arg(shape.name));
+            throw DatabaseError(Sentence({u"%1 không phải là văn bản", u"%1 is no text"}).arg(shape.name));
         const auto *bytes = reinterpret_cast<const char *>(m_statement.Message() + shape.offset);
         qsizetype size = Value<quint16>(shape.offset);
         bytes += sizeof(quint16);
@@ -58,7 +60,7 @@ public:
     {
         const Column &shape = m_statement.Columns()[column];
         if (shape.kind != ColumnKind::Blob)
-            throw DatabaseError(u"%1 is no blob"_s.arg(shape.name));
+            throw DatabaseError(Sentence({u"%1 không phải là blob", u"%1 is no blob"}).arg(shape.name));
         ReadBlob(m_file.Database().Attachment(), m_file.Transaction().Native(), {Value<ISC_QUAD>(shape.offset)}, bytes);
         if (shape.isText)
             JoinSurrogates(bytes);
@@ -90,7 +92,10 @@ void DictionaryReader::EachWord(int kind, const std::function<void(const QString
     Rows rows(m_file, u"select e.WORD_NAME, e.DICT_TYPE from SP_GET_LIST_WORDS(:A_DICT) e"_s, kind);
     for (qsizetype row = 1; rows.Next(); ++row) {
         if (const qint64 told = rows.Number(1); told != kind)
-            throw DatabaseError(u"row %1 says that it is of dictionary %2"_s.arg(row).arg(told));
+            throw DatabaseError(
+                Sentence({u"dòng %1 tự ghi là của từ điển %2", u"row %1 says that it is of dictionary %2"})
+                    .arg(row)
+                    .arg(told));
         take(rows.Text(0));
     }
 }
@@ -114,4 +119,37 @@ void DictionaryReader::EachEntry(int kind, const std::function<void(const QStrin
         take(word, content);
         previous = word;
     }
+}
+
+bool DictionaryReader::HasForms()
+{
+    const QStringList columns = m_file.Columns(Table::DictionaryForm);
+    for (const char16_t *const name : {u"DICT_TYPE", u"FORM_NAME", u"PLACE", u"WORD_NAME"}) {
+        if (!columns.contains(QStringView(name)))
+            return false;
+    }
+    return true;
+}
+
+void DictionaryReader::EachForm(int kind, const std::function<void(const QString &, const QString &)> &take)
+{
+    if (!HasForms())
+        return;
+    // In the order of storage, where the words of a form are in their order.
+    Rows rows(m_file, u"select F.FORM_NAME, F.WORD_NAME from DICTIONARY_FORM F where F.DICT_TYPE = :A_DICT"_s, kind);
+    while (rows.Next())
+        take(rows.Text(0), rows.Text(1));
+}
+
+void DictionaryReader::ProveForms(int kind, const std::function<void(const QString &, const QString &, bool)> &take)
+{
+    if (!HasForms())
+        return;
+    Rows rows(m_file,
+              u"select F.FORM_NAME, F.WORD_NAME, P.WORD from DICTIONARY_FORM F "
+              "left join SP_GET_FORMS(F.DICT_TYPE, F.FORM_NAME) P on P.WORD = F.WORD_NAME "
+              "where F.DICT_TYPE = :A_DICT"_s,
+              kind);
+    while (rows.Next())
+        take(rows.Text(0), rows.Text(1), !rows.IsNull(2));
 }

@@ -1,5 +1,6 @@
 #include "lumivara-data/dictionary/DictionaryWriter.h"
 
+#include "base/Messages.h"
 #include "common/Console.h"
 #include "common/Report.h"
 #include "common/Tool.h"
@@ -33,6 +34,9 @@ const QString InsertWord =
     "insert into DICTIONARY_LIST_%1 (WORD_NAME) values (:NAME); "
     "insert into DICTIONARY_WORD (DICT_TYPE, SORT_KEY, WORD_NAME, WORD_FORM, ID_ENTRY) "
     "values (%1, :KEY, :NAME, :FORM, :ID); end"_s;
+
+const QString InsertForm =
+    u"insert into DICTIONARY_FORM (DICT_TYPE, FORM_NAME, PLACE, WORD_NAME) values (?, ?, ?, ?)"_s;
 
 /// Ends a key, which holds none, and a word.
 constexpr char End = '\0';
@@ -187,10 +191,13 @@ bool DictionaryWriter::MayJoin(const std::vector<int> &entries)
 
 int DictionaryWriter::Join(const Word &word, const std::vector<int> &entries, Report &report)
 {
-    const QString place = u"dictionary %1, \"%2\""_s.arg(word.kind).arg(QString::fromUtf8(word.name));
+    const QString place =
+        Sentence({u"từ điển %1, \"%2\"", u"dictionary %1, \"%2\""}).arg(word.kind).arg(QString::fromUtf8(word.name));
     if (!MayJoin(entries)) {
-        report.Find(place, u"only the first of its %1 entries is taken: the joined ones have more than %2 times the "
-                           "bytes of all"_s.arg(entries.size())
+        report.Find(place, Sentence({u"chỉ lấy mục đầu trong %1 mục từ: gộp lại thì lớn hơn %2 lần số byte của tất cả",
+                                     u"only the first of its %1 entries is taken: the joined ones have more than %2 "
+                                     u"times the bytes of all"})
+                               .arg(entries.size())
                                .arg(MostTimesJoined));
         m_unjoined += static_cast<qsizetype>(entries.size()) - 1;
         return entries.front();
@@ -200,14 +207,16 @@ int DictionaryWriter::Join(const Word &word, const std::vector<int> &entries, Re
     for (const int entry : entries) {
         const QByteArray content = Content(entry);
         if (joined.size() + content.size() + 2 > LongestEntry) {
-            report.Find(place, u"its entries are too long together; %1 of them are left out"_s.arg(rest));
+            report.Find(place, Sentence({u"các mục từ gộp lại quá dài; %1 mục bị bỏ",
+                                         u"its entries are too long together; %1 of them are left out"})
+                                   .arg(rest));
             break;
         }
         joined += (joined.isEmpty() ? QByteArray() : QByteArray("\n\n")) + content;
         --rest;
     }
     m_unjoined += rest;
-    report.Note(place, u"has %1 entries, joined"_s.arg(entries.size()));
+    report.Note(place, Sentence({u"có %1 mục từ, được gộp lại", u"has %1 entries, joined"}).arg(entries.size()));
     return AddEntry(joined);
 }
 
@@ -225,7 +234,9 @@ void DictionaryWriter::StoreWords(Console &console, Report *report)
         for (++done; (isThere = NextWord(next)) && next.kind == word.kind && next.name == word.name; ++done) {
             if (!report)
                 throw ToolError(
-                    u"\"%1\" has two entries in dictionary %2"_s.arg(QString::fromUtf8(word.name)).arg(word.kind));
+                    Sentence({u"\"%1\" có hai mục từ trong từ điển %2", u"\"%1\" has two entries in dictionary %2"})
+                        .arg(QString::fromUtf8(word.name))
+                        .arg(word.kind));
             if (next.entry != entries.back())
                 entries.push_back(next.entry);
             else
@@ -242,12 +253,31 @@ void DictionaryWriter::StoreWords(Console &console, Report *report)
         insert->SetText(2, word.form);
         insert->SetNumber(3, word.entry);
         insert->Run();
+        m_forms.Meet(word.kind, word.sortKey, word.name, report);
         m_isUsed.resize(static_cast<size_t>(m_lastEntry) + 1);
         m_isUsed[static_cast<size_t>(word.entry)] = true;
         m_digests[word.kind] = AddToDigest(m_digests[word.kind], word.name);
         if (++m_storedWords[word.kind] % RowsOfTransaction == 0)
             m_file.Transaction().CommitRetaining();
         console.Progress(u"storing words"_s, done, m_words.Count());
+    }
+    console.EndProgress();
+}
+
+void DictionaryWriter::StoreForms(Console &console, Report *report)
+{
+    const std::unique_ptr<RepeatedStatement> insert = Prepared(InsertForm);
+    FormSorter::Form form;
+    for (qsizetype done = 1; m_forms.Next(form, report); ++done) {
+        insert->SetNumber(0, form.kind);
+        insert->SetText(1, form.form);
+        insert->SetNumber(2, form.place);
+        insert->SetText(3, form.word);
+        insert->Run();
+        ++m_storedForms[form.kind];
+        if (done % RowsOfTransaction == 0)
+            m_file.Transaction().CommitRetaining();
+        console.Progress(u"storing forms"_s, done, m_forms.Count());
     }
     console.EndProgress();
 }
@@ -279,7 +309,9 @@ void DictionaryWriter::ProveOrder()
             digest = AddToDigest(digest, QByteArrayView(text + sizeof size, size));
         }
         if (digest != m_digests[kind])
-            throw ToolError(u"the engine has not kept the order of dictionary %1"_s.arg(kind));
+            throw ToolError(Sentence({u"bộ máy dữ liệu không giữ đúng thứ tự của từ điển %1",
+                                      u"the engine has not kept the order of dictionary %1"})
+                                .arg(kind));
     }
 }
 
@@ -295,7 +327,10 @@ void DictionaryWriter::Finish(Console &console, Report *report)
     m_mostJoined = MostTimesJoined * m_entryBytes + alwaysJoined;
     console.Progress(u"sorting words"_s, 0, m_words.Count());
     m_words.Sort();
+    m_forms.SortByWord();
     StoreWords(console, report);
+    m_forms.SortByForm(report);
+    StoreForms(console, report);
     DropUnusedEntries();
     m_entries.reset();
     m_content.reset();

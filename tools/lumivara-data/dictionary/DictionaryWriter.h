@@ -1,6 +1,7 @@
 #pragma once
 
 #include "lumivara-data/dictionary/EntryIntake.h"
+#include "lumivara-data/dictionary/FormSorter.h"
 #include "lumivara-data/files/DataFile.h"
 #include "lumivara-data/files/RecordSorter.h"
 #include "stores/Schema.h"
@@ -53,14 +54,19 @@ public:
 
     int AddEntry(const QByteArray &content) override;
     void AddWord(int kind, const QString &word, int entry) override;
+    void AddForm(int kind, const QString &form, const QString &word) override { m_forms.Add(kind, form, word); }
     qsizetype WordCount() const { return m_words.Count(); }
+    qsizetype FormCount() const { return m_forms.Count(); }
 
-    /// Stores the words in dictionary order and leaves the file in read-only mode. Entries of one word are joined by a
-    /// blank line and reported; without a report a repeated word throws ToolError.
+    /// Stores the words in dictionary order, and the forms of those words, and leaves the file in read-only mode.
+    /// Entries of one word are joined by a blank line and reported, forms of no word left out and reported; without a
+    /// report a repeated word, or such a form, throws ToolError.
     void Finish(Console &console, Report *report);
 
     /// Words of a kind as they were stored, duplicates joined. After Finish().
     qsizetype WordCount(int kind) const { return m_storedWords[kind]; }
+    /// Forms of a kind as they were stored, with each of their words once. After Finish().
+    qsizetype FormCount(int kind) const { return m_storedForms[kind]; }
     /// What became of words that came again: with an entry that they had already; with one that could not be joined.
     qsizetype EqualCount() const { return m_equalWords; }
     qsizetype UnjoinedCount() const { return m_unjoined; }
@@ -79,6 +85,7 @@ private:
     bool MayJoin(const std::vector<int> &entries);
     QByteArray Content(int entry);
     void StoreWords(Console &console, Report *report);
+    void StoreForms(Console &console, Report *report);
     void DropUnusedEntries();
     std::unique_ptr<RepeatedStatement> Prepared(const QString &sql);
     void ProveOrder();
@@ -93,8 +100,10 @@ private:
     quint64 m_entryBytes = 0;
     quint64 m_joinedBytes = 0, m_mostJoined = 0;
     RecordSorter m_words;
+    FormSorter m_forms;
     QByteArray m_record; ///< the memory of the one that is made
     qsizetype m_equalWords = 0, m_unjoined = 0;
     qsizetype m_storedWords[DictKind::All.back() + 1] = {};
+    qsizetype m_storedForms[DictKind::All.back() + 1] = {};
     quint64 m_digests[DictKind::All.back() + 1] = {}; ///< of the words of a kind in their order
 };

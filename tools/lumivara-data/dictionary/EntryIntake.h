@@ -4,6 +4,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 class Report;
 
 /// A store of words and entries.
@@ -15,6 +17,9 @@ public:
     virtual int AddEntry(const QByteArray &content) = 0;
     /// Adds a word of 1 to 63 UTF-16 units to a kind (1 to 8), with the number of its entry.
     virtual void AddWord(int kind, const QString &word, int entry) = 0;
+    /// Adds a form of 1 to 63 UTF-16 units, as look-ups ask for it, of a word that is or will be added. Of a form's
+    /// words the first ones count most.
+    virtual void AddForm(int kind, const QString &form, const QString &word) = 0;
 };
 
 /// The place of a word in its source; converted to text only for a report.
@@ -53,20 +58,30 @@ public:
     /// Adds a word for an imported entry. Throws ToolError behind MostWords.
     bool TakeWord(const QByteArray &word, int entry, const SourcePlace &place);
 
-    /// Words and forms that the source has, whatever becomes of them.
+    /// Adds a form for a word, whether or not that is known already: one that never comes is told when all are stored.
+    /// Throws ToolError behind MostWords.
+    bool TakeForm(const QByteArray &form, const QByteArray &word, const SourcePlace &place);
+
+    /// Words that the source has, and forms that become words, whatever becomes of them.
     void CountRead(qsizetype words) { m_readCount += words; }
     qsizetype ReadCount() const { return m_readCount; }
     /// Those that were imported, equal ones each by itself.
     qsizetype TakenCount() const { return m_wordCount; }
+    /// The same for forms that are kept beside the words.
+    void CountFormsRead(qsizetype forms) { m_formsRead += forms; }
+    qsizetype FormsReadCount() const { return m_formsRead; }
 
     int Kind() const { return m_kind; }
     Report &Told() { return m_report; }
 
 private:
+    enum class Part { Word, Form };
+    static QString NameOf(Part part);
     void LeaveOut(const SourcePlace &place, const QString &why);
+    std::optional<QString> Accepted(const QByteArray &bytes, Part part, const SourcePlace &place);
 
     int m_kind;
     WordStore &m_store;
     Report &m_report;
-    qsizetype m_wordCount = 0, m_readCount = 0;
+    qsizetype m_wordCount = 0, m_readCount = 0, m_formCount = 0, m_formsRead = 0;
 };

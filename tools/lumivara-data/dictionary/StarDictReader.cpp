@@ -1,5 +1,6 @@
 #include "lumivara-data/dictionary/StarDictReader.h"
 
+#include "base/Messages.h"
 #include "common/Console.h"
 #include "common/InOrder.h"
 #include "common/Report.h"
@@ -43,7 +44,7 @@ public:
           m_file(gzopen(QFile::encodeName(path).constData(), "rb"), gzclose)
     {
         if (!m_file)
-            throw ToolError(u"%1: cannot be opened"_s.arg(path));
+            throw ToolError(Sentence({u"%1: không mở được", u"%1: cannot be opened"}).arg(path));
         constexpr unsigned buffer = 1 << 17;
         gzbuffer(m_file.get(), buffer);
     }
@@ -93,7 +94,8 @@ private:
         m_block.resize(held + piece);
         const int got = gzread(m_file.get(), m_block.data() + held, piece);
         if (got < 0)
-            throw ToolError(u"%1: is damaged behind byte %2"_s.arg(m_path).arg(m_read));
+            throw ToolError(
+                Sentence({u"%1: bị hỏng sau byte %2", u"%1: is damaged behind byte %2"}).arg(m_path).arg(m_read));
         m_block.resize(held + got);
         m_read += static_cast<quint64>(got);
         if (m_read > m_mostBytes)
@@ -134,6 +136,45 @@ struct IndexRecord
     quint32 number; ///< from 0
     QByteArray name;
 };
+
+/// Number of the word, number of the form, high bytes first, and the form: in the order of the bytes that of the words.
+struct FormRecord
+{
+    static constexpr qsizetype HeadSize = 8;
+
+    static QByteArray Made(quint32 word, quint32 number, const QByteArray &name)
+    {
+        QByteArray record(HeadSize, Qt::Uninitialized);
+        qToBigEndian(word, record.data());
+        qToBigEndian(number, record.data() + 4);
+        return record + name;
+    }
+    explicit FormRecord(QByteArrayView record)
+        : word(qFromBigEndian<quint32>(record.data())), number(qFromBigEndian<quint32>(record.data() + 4)),
+          name(record.sliced(HeadSize).toByteArray())
+    {}
+
+    quint32 word;   ///< from 0
+    quint32 number; ///< from 0
+    QByteArray name;
+};
+
+/// Bytes behind a form: the number of its word.
+constexpr qsizetype FormTail = 4;
+/// What forms may take before they are sorted on disk.
+constexpr qsizetype FormMemory = 16 << 20;
+
+/// The forms that are there, whatever the description tells.
+quint64 CountedForms(const QString &path)
+{
+    NameRows rows(path, FormTail);
+    QByteArray name;
+    const char *tail = nullptr;
+    quint64 count = 0;
+    while (rows.Next(name, tail))
+        ++count;
+    return count;
+}
 
 QString FileName(const QString &path)
 {
@@ -204,9 +245,10 @@ private:
     {
         m_total += bytes;
         if (m_total > MostTimesTheTexts * m_texts.Size() + DictionaryWriter::LongestEntry)
-            throw ToolError(u"%1: the entries have more than %2 times the bytes of all texts"_s.arg(
-                SourcePlace{m_indexPath, static_cast<qsizetype>(record.number) + 1}.Text(),
-                QString::number(MostTimesTheTexts)));
+            throw ToolError(Sentence({u"%1: các mục từ lớn hơn %2 lần số byte của mọi văn bản",
+                                      u"%1: the entries have more than %2 times the bytes of all texts"})
+                                .arg(SourcePlace{m_indexPath, static_cast<qsizetype>(record.number) + 1}.Text(),
+                                     QString::number(MostTimesTheTexts)));
     }
 
     RecordSorter &m_words;
@@ -229,11 +271,15 @@ StarDictReader::StarDictReader(const QString &ifoPath, Report &report) : m_repor
     if (QFileInfo(path).isDir()) {
         const QStringList found = QDir(path).entryList({u"*.ifo"_s}, QDir::Files);
         if (found.size() != 1)
-            throw ToolError(u"%1: holds %2 files *.ifo; name one"_s.arg(path).arg(found.size()));
+            throw ToolError(Sentence({u"%1: có %2 tệp *.ifo; hãy chọn một tệp", u"%1: holds %2 files *.ifo; name one"})
+                                .arg(path)
+                                .arg(found.size()));
         path = QDir(path).filePath(found.first());
     }
     if (!path.endsWith(u".ifo"_s))
-        throw ToolError(u"%1: a StarDict dictionary is named by its file *.ifo"_s.arg(path));
+        throw ToolError(Sentence({u"%1: từ điển StarDict được chọn bằng tệp *.ifo của nó",
+                                  u"%1: a StarDict dictionary is named by its file *.ifo"})
+                            .arg(path));
     m_base = path.chopped(4);
     m_folder = QFileInfo(QFileInfo(path).absolutePath()).canonicalFilePath();
     ReadDescription();
@@ -248,9 +294,11 @@ QString StarDictReader::Beside(const QString &ending) const
     if (!info.exists() && !info.isSymLink())
         return {};
     if (info.isSymLink() && QFileInfo(info.canonicalFilePath()).absolutePath() != m_folder)
-        throw ToolError(u"%1: is a link that leads out of the folder"_s.arg(info.filePath()));
+        throw ToolError(
+            Sentence({u"%1: là liên kết dẫn ra ngoài thư mục", u"%1: is a link that leads out of the folder"})
+                .arg(info.filePath()));
     if (!info.isFile())
-        throw ToolError(u"%1: is no regular file"_s.arg(info.filePath()));
+        throw ToolError(Sentence({u"%1: không phải là tệp thường", u"%1: is no regular file"}).arg(info.filePath()));
     return info.filePath();
 }
 
@@ -261,9 +309,9 @@ std::optional<quint64> StarDictReader::Told(const QHash<QByteArray, QByteArray> 
     const quint64 number = values.value(key).toULongLong(&isNumber);
     if (isNumber)
         return number;
-    m_report.Find(
-        FileName(m_base + u".ifo"_s),
-        u"%1 is no number: \"%2\""_s.arg(QLatin1StringView(key), QString::fromUtf8(values.value(key).left(64))));
+    m_report.Find(FileName(m_base + u".ifo"_s),
+                  Sentence({u"%1 không phải là số: \"%2\"", u"%1 is no number: \"%2\""})
+                      .arg(QLatin1StringView(key), QString::fromUtf8(values.value(key).left(64))));
     return std::nullopt;
 }
 
@@ -271,7 +319,7 @@ void StarDictReader::ReadDescription()
 {
     const QString path = Beside(u".ifo"_s);
     if (path.isEmpty())
-        throw ToolError(u"%1.ifo: there is no such file"_s.arg(m_base));
+        throw ToolError(Sentence({u"%1.ifo: không có tệp này", u"%1.ifo: there is no such file"}).arg(m_base));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw ToolError(u"%1: %2"_s.arg(path, file.errorString()));
@@ -280,7 +328,9 @@ void StarDictReader::ReadDescription()
         text.remove(0, 3);
     const QByteArrayList lines = text.split('\n');
     if (lines.first().trimmed() != "StarDict's dict ifo file")
-        throw ToolError(u"%1:1: does not begin with \"StarDict's dict ifo file\""_s.arg(path));
+        throw ToolError(Sentence({u"%1:1: không bắt đầu bằng \"StarDict's dict ifo file\"",
+                                  u"%1:1: does not begin with \"StarDict's dict ifo file\""})
+                            .arg(path));
     QHash<QByteArray, QByteArray> values;
     for (const QByteArray &line : lines) {
         if (const qsizetype equals = line.indexOf('='); equals > 0)
@@ -288,7 +338,8 @@ void StarDictReader::ReadDescription()
     }
     const QByteArray version = values.value("version");
     if (version != "2.4.2" && version != "3.0.0")
-        throw ToolError(u"%1: version \"%2\" is not known"_s.arg(path, QString::fromUtf8(version.left(64))));
+        throw ToolError(Sentence({u"%1: không biết phiên bản \"%2\"", u"%1: version \"%2\" is not known"})
+                            .arg(path, QString::fromUtf8(version.left(64))));
     m_report.Tell(u"name"_s, QString::fromUtf8(values.value("bookname")));
     m_wordCount = Told(values, "wordcount");
     m_indexSize = Told(values, "idxfilesize");
@@ -296,12 +347,16 @@ void StarDictReader::ReadDescription()
     if (values.contains("idxoffsetbits")) {
         const QByteArray bits = values.value("idxoffsetbits");
         if (bits != "32" && bits != "64")
-            throw ToolError(u"%1: offsets of \"%2\" bits are not known"_s.arg(path, QString::fromUtf8(bits.left(64))));
+            throw ToolError(Sentence({u"%1: không biết vị trí \"%2\" bit", u"%1: offsets of \"%2\" bits are not known"})
+                                .arg(path, QString::fromUtf8(bits.left(64))));
         m_offsetBytes = bits == "64" ? 8 : 4;
     }
     m_sameTypes = values.value("sametypesequence");
     if (m_sameTypes.size() > MostFields)
-        throw ToolError(u"%1: sametypesequence has more than %2 types"_s.arg(path).arg(MostFields));
+        throw ToolError(
+            Sentence({u"%1: sametypesequence có hơn %2 kiểu", u"%1: sametypesequence has more than %2 types"})
+                .arg(path)
+                .arg(MostFields));
     m_isMarkedUp = values.value(MarkUpKey) == "1" && m_sameTypes == "m";
 }
 
@@ -311,7 +366,9 @@ QString StarDictReader::IndexPath() const
     if (path.isEmpty())
         path = Beside(u".idx.gz"_s);
     if (path.isEmpty())
-        throw ToolError(u"%1.idx: there is no such file, nor %1.idx.gz"_s.arg(m_base));
+        throw ToolError(Sentence({u"%1.idx: không có tệp này, cũng không có %1.idx.gz",
+                                  u"%1.idx: there is no such file, nor %1.idx.gz"})
+                            .arg(m_base));
     return path;
 }
 
@@ -321,7 +378,9 @@ QString StarDictReader::TextsPath() const
     if (path.isEmpty())
         path = Beside(u".dict.dz"_s);
     if (path.isEmpty())
-        throw ToolError(u"%1.dict: there is no such file, nor %1.dict.dz"_s.arg(m_base));
+        throw ToolError(Sentence({u"%1.dict: không có tệp này, cũng không có %1.dict.dz",
+                                  u"%1.dict: there is no such file, nor %1.dict.dz"})
+                            .arg(m_base));
     return path;
 }
 
@@ -346,32 +405,48 @@ void StarDictReader::ReadIndex(const QString &path, RecordSorter &words, quint64
         const auto size = qFromBigEndian<quint32>(tail + m_offsetBytes);
         console.Progress(u"reading the index"_s, number + 1, static_cast<qsizetype>(m_wordCount.value_or(0)));
         if (number >= EntryIntake::MostWords)
-            throw ToolError(u"%1:%2: more than %3 words"_s.arg(path).arg(place.number).arg(EntryIntake::MostWords));
+            throw ToolError(Sentence({u"%1:%2: nhiều hơn %3 từ", u"%1:%2: more than %3 words"})
+                                .arg(path)
+                                .arg(place.number)
+                                .arg(EntryIntake::MostWords));
         if (name.isEmpty() || name.size() > LongestName) {
             m_report.Find(place.Text(),
-                          (name.isEmpty() ? u"the word is empty"_s : u"the word has no end"_s) + u"; left out"_s);
+                          (name.isEmpty() ? Sentence({u"từ trống", u"the word is empty"})
+                                          : Sentence({u"từ không có chỗ kết thúc", u"the word has no end"})) +
+                              Sentence({u"; bị bỏ", u"; left out"}));
             if (++broken > MostBroken)
-                throw ToolError(
-                    u"%1: more than %2 words are broken; this is no index of words"_s.arg(path).arg(MostBroken));
+                throw ToolError(Sentence({u"%1: hơn %2 từ bị hỏng; đây không phải là bảng chỉ mục từ",
+                                          u"%1: more than %2 words are broken; this is no index of words"})
+                                    .arg(path)
+                                    .arg(MostBroken));
         } else if (!name.isValidUtf8()) {
-            m_report.Find(place.Text(), u"the word is not UTF-8; left out"_s);
+            m_report.Find(place.Text(),
+                          Sentence({u"từ không phải là UTF-8; bị bỏ", u"the word is not UTF-8; left out"}));
         } else if (size > DictionaryWriter::LongestEntry) {
-            m_report.Find(place.Text(), u"the entry has %1 bytes, more than %2; left out"_s.arg(size).arg(
-                                            DictionaryWriter::LongestEntry));
+            m_report.Find(place.Text(), Sentence({u"mục từ có %1 byte, nhiều hơn %2; bị bỏ",
+                                                  u"the entry has %1 bytes, more than %2; left out"})
+                                            .arg(size)
+                                            .arg(DictionaryWriter::LongestEntry));
         } else if (offset > textSize || size > textSize - offset) {
-            m_report.Find(place.Text(), u"the entry lies beyond the end of the texts; left out"_s);
+            m_report.Find(place.Text(), Sentence({u"mục từ nằm ngoài phần cuối của văn bản; bị bỏ",
+                                                  u"the entry lies beyond the end of the texts; left out"}));
         } else {
             words.Add(IndexRecord::Made(offset, size, number, name));
         }
     }
     console.EndProgress();
     if (rows.IsCut())
-        m_report.Find(fileName, u"is cut short behind word %1"_s.arg(number));
+        m_report.Find(fileName, Sentence({u"bị cắt ngang sau từ %1", u"is cut short behind word %1"}).arg(number));
     if (m_indexSize && rows.BytesRead() != *m_indexSize)
-        m_report.Find(fileName,
-                      u"has %1 bytes where the description tells %2"_s.arg(rows.BytesRead()).arg(*m_indexSize));
+        m_report.Find(fileName, Sentence({u"có %1 byte, trong khi phần mô tả ghi %2",
+                                          u"has %1 bytes where the description tells %2"})
+                                    .arg(rows.BytesRead())
+                                    .arg(*m_indexSize));
     if (m_wordCount && number != *m_wordCount)
-        m_report.Find(fileName, u"has %1 words where the description tells %2"_s.arg(number).arg(*m_wordCount));
+        m_report.Find(fileName, Sentence({u"có %1 từ, trong khi phần mô tả ghi %2",
+                                          u"has %1 words where the description tells %2"})
+                                    .arg(number)
+                                    .arg(*m_wordCount));
     m_entries.assign(number, 0);
 }
 
@@ -394,13 +469,16 @@ void StarDictReader::TakeWords(RecordSorter &words, DictTexts &texts, EntryIntak
             const SourcePlace place{fileName, static_cast<qsizetype>(word.number) + 1};
             console.Progress(u"reading words"_s, ++done, words.Count());
             if (word.overlaps)
-                m_report.Note(place.Text(), u"the entry overlaps another one; taken as it stands"_s);
+                m_report.Note(place.Text(), Sentence({u"mục từ chồng lên một mục khác; được nhập nguyên như vậy",
+                                                      u"the entry overlaps another one; taken as it stands"}));
             if (!word.fault.isEmpty())
-                m_report.Find(place.Text(), u"the entry %1; left out"_s.arg(word.fault));
+                m_report.Find(place.Text(), Sentence({u"mục từ %1; bị bỏ", u"the entry %1; left out"}).arg(word.fault));
             if (word.beginsEntry)
                 entry = word.fault.isEmpty() ? intake.TakeEntry(word.entry, place) : 0;
             else if (!entry)
-                m_report.Find(place.Text(), u"has the entry of another word that was left out; left out too"_s);
+                m_report.Find(place.Text(),
+                              Sentence({u"dùng mục từ của một từ đã bị bỏ; cũng bị bỏ",
+                                        u"has the entry of another word that was left out; left out too"}));
             if (entry && intake.TakeWord(word.name, entry, place))
                 m_entries[word.number] = entry;
         }
@@ -408,16 +486,21 @@ void StarDictReader::TakeWords(RecordSorter &words, DictTexts &texts, EntryIntak
     console.EndProgress();
 }
 
-void StarDictReader::TakeForms(EntryIntake &intake, Console &console)
+void StarDictReader::TakeForms(EntryIntake &intake, Console &console, FormPlace forms)
 {
     const QString path = Beside(u".syn"_s);
     if (path.isEmpty()) {
         if (m_formCount.value_or(0) > 0)
-            m_report.Find(FileName(m_base + u".syn"_s), u"is missing; %1 forms are left out"_s.arg(*m_formCount));
+            m_report.Find(
+                FileName(m_base + u".syn"_s),
+                Sentence({u"không có; %1 dạng từ bị bỏ", u"is missing; %1 forms are left out"}).arg(*m_formCount));
         return;
     }
     const QString fileName = FileName(path);
-    NameRows rows(path, 4);
+    const bool isBeside = forms == FormPlace::Beside ||
+                          (forms == FormPlace::Fitting && CountedForms(path) > static_cast<quint64>(m_entries.size()));
+    RecordSorter beside(FormMemory);
+    NameRows rows(path, FormTail);
     QByteArray name;
     const char *tail = nullptr;
     qsizetype number = 0;
@@ -427,19 +510,51 @@ void StarDictReader::TakeForms(EntryIntake &intake, Console &console)
         const SourcePlace place{fileName, number + 1};
         const auto word = qFromBigEndian<quint32>(tail);
         if (word >= m_entries.size())
-            m_report.Find(place.Text(), u"there is no word %1; left out"_s.arg(static_cast<quint64>(word) + 1));
+            m_report.Find(place.Text(), Sentence({u"không có từ %1; bị bỏ", u"there is no word %1; left out"})
+                                            .arg(static_cast<quint64>(word) + 1));
         else if (m_entries[word] == 0)
-            m_report.Find(place.Text(), u"the word %1 was left out, and so is this form"_s.arg(word + 1));
+            m_report.Find(place.Text(), Sentence({u"từ %1 đã bị bỏ, nên dạng từ này cũng bị bỏ",
+                                                  u"the word %1 was left out, and so is this form"})
+                                            .arg(word + 1));
+        else if (isBeside)
+            beside.Add(FormRecord::Made(word, static_cast<quint32>(number), name));
         else if (intake.TakeWord(name, m_entries[word], place))
             ++taken;
     }
-    intake.CountRead(number);
-    m_report.Count(u"forms"_s, taken);
     console.EndProgress();
+    if (isBeside) {
+        intake.CountFormsRead(number);
+        PutFormsBeside(beside, fileName, intake, console);
+    } else {
+        intake.CountRead(number);
+        m_report.Count(Sentence({u"dạng từ", u"forms"}), taken);
+    }
     if (rows.IsCut())
-        m_report.Find(fileName, u"is cut short behind form %1"_s.arg(number));
+        m_report.Find(fileName, Sentence({u"bị cắt ngang sau dạng từ %1", u"is cut short behind form %1"}).arg(number));
     if (m_formCount && static_cast<quint64>(number) != *m_formCount)
-        m_report.Find(fileName, u"has %1 forms where the description tells %2"_s.arg(number).arg(*m_formCount));
+        m_report.Find(fileName, Sentence({u"có %1 dạng từ, trong khi phần mô tả ghi %2",
+                                          u"has %1 forms where the description tells %2"})
+                                    .arg(number)
+                                    .arg(*m_formCount));
+}
+
+/// A form tells its word by a number, which the index, read once more, turns into a name.
+void StarDictReader::PutFormsBeside(RecordSorter &forms, const QString &fileName, EntryIntake &intake, Console &console)
+{
+    forms.Sort();
+    NameRows index(m_index, m_offsetBytes + 4);
+    QByteArray word;
+    const char *tail = nullptr;
+    quint64 read = 0;
+    qsizetype done = 0;
+    for (QByteArrayView bytes; forms.Next(bytes);) {
+        const FormRecord form(bytes);
+        while (read <= form.word && index.Next(word, tail))
+            ++read;
+        intake.TakeForm(form.name, word, {fileName, static_cast<qsizetype>(form.number) + 1});
+        console.Progress(u"keeping forms"_s, ++done, forms.Count());
+    }
+    console.EndProgress();
 }
 
 void StarDictReader::AddField(char type, QByteArrayView field, EntryMarkup &entry)
@@ -517,12 +632,15 @@ void StarDictReader::TellSkipped()
     for (const char type : types) {
         const QString shown = type > ' ' && type < '\x7F' ? QString(QLatin1Char(type)) : QString::number(uchar(type));
         m_report.Find(FileName(m_base + u".dict"_s),
-                      u"%1 texts of type \"%2\"%3 were left out"_s.arg(m_skipped[type])
-                          .arg(shown, type == 'l' ? u", whose encoding is not known,"_s : u""_s));
+                      Sentence({u"%1 văn bản kiểu \"%2\"%3 bị bỏ", u"%1 texts of type \"%2\"%3 were left out"})
+                          .arg(m_skipped[type])
+                          .arg(shown, type == 'l'
+                                          ? Sentence({u", không rõ bảng mã,", u", whose encoding is not known,"})
+                                          : u""_s));
     }
 }
 
-void StarDictReader::TakeAll(EntryIntake &intake, Console &console)
+void StarDictReader::TakeAll(EntryIntake &intake, Console &console, FormPlace forms)
 {
     if (!m_texts)
         Open();
@@ -534,6 +652,6 @@ void StarDictReader::TakeAll(EntryIntake &intake, Console &console)
     ReadIndex(m_index, words, m_texts->Size(), console);
     intake.CountRead(static_cast<qsizetype>(m_entries.size()));
     TakeWords(words, *m_texts, intake, console);
-    TakeForms(intake, console);
+    TakeForms(intake, console, forms);
     TellSkipped();
 }

@@ -16,6 +16,10 @@ class EntryMarkup;
 class RecordSorter;
 class Report;
 
+/// Where the forms of a StarDict dictionary go: into the list, as words of their own, or beside it, as forms that only
+/// a look-up meets. Fitting: beside it if there are more forms than words.
+enum class FormPlace { Fitting, List, Beside };
+
 /// A dictionary in the StarDict form: NAME.ifo and beside it NAME.idx or NAME.idx.gz, NAME.dict or NAME.dict.dz, and
 /// NAME.syn where words have more forms. What of it cannot be used at all throws ToolError; what is wrong with a word
 /// is told and the word left out.
@@ -31,7 +35,7 @@ public:
     /// Throws what TakeAll() would throw before the first word, such as for a file that is missing.
     void Open();
     /// Passes every word, form and entry on. Entries are read in the order of their texts.
-    void TakeAll(EntryIntake &intake, Console &console);
+    void TakeAll(EntryIntake &intake, Console &console, FormPlace forms = FormPlace::Fitting);
 
     /// Name of a line in the description of a dictionary whose entries are in the line mark-up already.
     static constexpr char MarkUpKey[] = "lumivara-markup";
@@ -44,7 +48,8 @@ private:
     QString TextsPath() const;
     void ReadIndex(const QString &path, RecordSorter &words, quint64 textSize, Console &console);
     void TakeWords(RecordSorter &words, DictTexts &texts, EntryIntake &intake, Console &console);
-    void TakeForms(EntryIntake &intake, Console &console);
+    void TakeForms(EntryIntake &intake, Console &console, FormPlace forms);
+    void PutFormsBeside(RecordSorter &forms, const QString &fileName, EntryIntake &intake, Console &console);
     QByteArray EntryOf(const QByteArray &word, const QByteArray &text);
     void AddField(char type, QByteArrayView field, EntryMarkup &entry);
     void TellSkipped();

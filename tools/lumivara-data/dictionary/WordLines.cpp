@@ -1,5 +1,6 @@
 #include "lumivara-data/dictionary/WordLines.h"
 
+#include "base/Messages.h"
 #include "common/Report.h"
 #include "lumivara-data/dictionary/DictionaryWriter.h"
 #include "lumivara-data/dictionary/EntryIntake.h"
@@ -22,7 +23,8 @@ bool IsBlankSign(char c)
 /// Texts of two bytes a character, without a mark that says so, would lose letters.
 QString ZeroByte()
 {
-    return u"holds a zero byte, so it is no UTF-8; left out"_s;
+    return Sentence(
+        {u"có byte không, nên không phải là UTF-8; bị bỏ", u"holds a zero byte, so it is no UTF-8; left out"});
 }
 
 void DropLineEnd(QByteArray &line)
@@ -85,9 +87,10 @@ void MarkUpWords::ReadHead(const QByteArray &line)
     if (line.startsWith(heading)) {
         m_kind = line.mid(heading.size()).trimmed().toInt();
         if (!IsOneOf(DictKind::All, m_kind))
-            m_fault(m_lines.Number(), u"the kind is a number from 1 to 8"_s);
+            m_fault(m_lines.Number(),
+                    Sentence({u"loại phải là một số từ 1 đến 8", u"the kind is a number from 1 to 8"}));
     } else if (!line.trimmed().isEmpty() && !line.startsWith('#')) {
-        m_fault(m_lines.Number(), u"text before the first word"_s);
+        m_fault(m_lines.Number(), Sentence({u"có chữ trước từ đầu tiên", u"text before the first word"}));
     }
 }
 
@@ -170,12 +173,17 @@ QByteArray UnescapedEntry(QByteArrayView text)
     return content += text.sliced(plain);
 }
 
-void TakeTabbedWords(QIODevice &device, const QString &fileName, EntryIntake &intake,
-                     const std::function<void()> &progress)
+namespace {
+
+/// Calls `take` with both cells of each line that has them. `withoutTab` is told of a line that has one cell.
+void EachTabbedLine(QIODevice &device, const QString &fileName, EntryIntake &intake,
+                    const std::function<void()> &progress, const QString &withoutTab,
+                    const std::function<void()> &count,
+                    const std::function<void(QByteArrayView, QByteArrayView, const SourcePlace &)> &take)
 {
     TextLines lines(device, fileName);
     if (lines.WasConverted())
-        intake.Told().Note(fileName, u"converted from UTF-16"_s);
+        intake.Told().Note(fileName, Sentence({u"được chuyển từ UTF-16", u"converted from UTF-16"}));
     QByteArray line;
     while (lines.Next(line)) {
         progress();
@@ -183,18 +191,46 @@ void TakeTabbedWords(QIODevice &device, const QString &fileName, EntryIntake &in
             line.chop(1);
         if (line.trimmed().isEmpty())
             continue;
-        intake.CountRead(1);
+        count();
         const SourcePlace place{fileName, lines.Number()};
         const qsizetype tab = line.indexOf('\t');
         if (lines.IsCut())
-            intake.Told().Find(place.Text(), u"the line is longer than %1 bytes; left out"_s.arg(TextLines::MostBytes));
+            intake.Told().Find(place.Text(),
+                               Sentence({u"dòng dài hơn %1 byte; bị bỏ", u"the line is longer than %1 bytes; left out"})
+                                   .arg(TextLines::MostBytes));
         else if (line.contains('\0'))
             intake.Told().Find(place.Text(), ZeroByte());
         else if (tab < 0)
-            intake.Told().Find(place.Text(), u"there is no tab between word and entry; left out"_s);
+            intake.Told().Find(place.Text(), withoutTab);
         else
-            intake.Take(UnescapedEntry(line.first(tab)), UnescapedEntry(QByteArrayView(line).sliced(tab + 1)), place);
+            take(QByteArrayView(line).first(tab), QByteArrayView(line).sliced(tab + 1), place);
     }
+}
+
+} // namespace
+
+void TakeTabbedWords(QIODevice &device, const QString &fileName, EntryIntake &intake,
+                     const std::function<void()> &progress)
+{
+    EachTabbedLine(
+        device, fileName, intake, progress,
+        Sentence({u"không có dấu tab giữa từ và mục từ; bị bỏ", u"there is no tab between word and entry; left out"}),
+        [&] { intake.CountRead(1); },
+        [&](QByteArrayView word, QByteArrayView entry, const SourcePlace &place) {
+            intake.Take(UnescapedEntry(word), UnescapedEntry(entry), place);
+        });
+}
+
+void TakeTabbedForms(QIODevice &device, const QString &fileName, EntryIntake &intake,
+                     const std::function<void()> &progress)
+{
+    EachTabbedLine(
+        device, fileName, intake, progress,
+        Sentence({u"không có dấu tab giữa dạng từ và từ; bị bỏ", u"there is no tab between form and word; left out"}),
+        [&] { intake.CountFormsRead(1); },
+        [&](QByteArrayView form, QByteArrayView word, const SourcePlace &place) {
+            intake.TakeForm(UnescapedEntry(form), UnescapedEntry(word), place);
+        });
 }
 
 void TakeMarkUpWords(QIODevice &device, const QString &fileName, EntryIntake &intake,
@@ -202,7 +238,7 @@ void TakeMarkUpWords(QIODevice &device, const QString &fileName, EntryIntake &in
 {
     TextLines lines(device, fileName);
     if (lines.WasConverted())
-        intake.Told().Note(fileName, u"converted from UTF-16"_s);
+        intake.Told().Note(fileName, Sentence({u"được chuyển từ UTF-16", u"converted from UTF-16"}));
     MarkUpWords words(lines, [&](qsizetype line, const QString &fault) {
         intake.Told().Find(SourcePlace{fileName, line}.Text(), fault);
     });
@@ -212,8 +248,10 @@ void TakeMarkUpWords(QIODevice &device, const QString &fileName, EntryIntake &in
         progress();
         intake.CountRead(1);
         if (std::exchange(isFirst, false) && words.Kind() != 0 && words.Kind() != intake.Kind())
-            intake.Told().Note(fileName,
-                               u"says that it is dictionary %1, taken as %2"_s.arg(words.Kind()).arg(intake.Kind()));
+            intake.Told().Note(fileName, Sentence({u"tự ghi là từ điển %1, được nhập vào %2",
+                                                   u"says that it is dictionary %1, taken as %2"})
+                                             .arg(words.Kind())
+                                             .arg(intake.Kind()));
         if (const SourcePlace place{fileName, word.line}; word.name.contains('\0') || word.content.contains('\0'))
             intake.Told().Find(place.Text(), ZeroByte());
         else

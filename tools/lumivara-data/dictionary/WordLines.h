@@ -53,5 +53,8 @@ QByteArray UnescapedEntry(QByteArrayView text);
 /// for reports.
 void TakeTabbedWords(QIODevice &device, const QString &fileName, EntryIntake &intake,
                      const std::function<void()> &progress);
+/// "form TAB word" on each line.
+void TakeTabbedForms(QIODevice &device, const QString &fileName, EntryIntake &intake,
+                     const std::function<void()> &progress);
 void TakeMarkUpWords(QIODevice &device, const QString &fileName, EntryIntake &intake,
                      const std::function<void()> &progress);

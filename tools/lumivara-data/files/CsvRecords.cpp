@@ -1,5 +1,6 @@
 #include "lumivara-data/files/CsvRecords.h"
 
+#include "base/Messages.h"
 #include "common/Interrupt.h"
 
 #include <QStringDecoder>
@@ -141,17 +142,20 @@ QString CsvRecords::TextOf(Fault fault, qsizetype cells) const
     case Fault::None:
         break;
     case Fault::TooLong:
-        return u"a record without an end, or longer than %1 MiB"_s.arg(m_lines.Most() >> 20);
+        return Sentence({u"một bản ghi không có chỗ kết thúc, hoặc dài hơn %1 MiB",
+                         u"a record without an end, or longer than %1 MiB"})
+            .arg(m_lines.Most() >> 20);
     case Fault::TooWide:
-        return u"more than %1 cells"_s.arg(MostCells);
+        return Sentence({u"nhiều hơn %1 ô", u"more than %1 cells"}).arg(MostCells);
     case Fault::Quote:
-        return u"a quote stands where none belongs, or is not doubled"_s;
+        return Sentence({u"có dấu ngoặc kép sai chỗ, hoặc không được viết đôi",
+                         u"a quote stands where none belongs, or is not doubled"});
     case Fault::OpenQuote:
-        return u"a quote is not closed"_s;
+        return Sentence({u"một dấu ngoặc kép không được đóng", u"a quote is not closed"});
     case Fault::Width:
-        return u"%1 cells where %2 columns are"_s.arg(cells).arg(m_width);
+        return Sentence({u"có %1 ô nhưng bảng có %2 cột", u"%1 cells where %2 columns are"}).arg(cells).arg(m_width);
     case Fault::Encoding:
-        return u"the text is not UTF-8"_s;
+        return Sentence({u"văn bản không phải là UTF-8", u"the text is not UTF-8"});
     }
     return {};
 }
@@ -191,6 +195,9 @@ bool CsvRecords::Next(CsvRecord &record)
         ThrowIfInterrupted();
     }
     if (lastLost > record.line)
-        record.fault += u"; nothing of the lines %1 to %2 is taken"_s.arg(record.line).arg(lastLost);
+        record.fault +=
+            Sentence({u"; các dòng từ %1 đến %2 không được nhập", u"; nothing of the lines %1 to %2 is taken"})
+                .arg(record.line)
+                .arg(lastLost);
     return record.line != 0;
 }

@@ -1,5 +1,6 @@
 #include "lumivara-data/files/DataFile.h"
 
+#include "base/Messages.h"
 #include "common/Tool.h"
 #include "stores/KeloraDM.h"
 #include "stores/data/FIBDataSet.h"
@@ -46,7 +47,8 @@ void DataFile::RunSchema(const QString &name)
 {
     QFile script(u":/schema/%1.sql"_s.arg(name));
     if (!script.open(QIODevice::ReadOnly))
-        throw ToolError(u"the schema \"%1\" is not in this program"_s.arg(name));
+        throw ToolError(
+            Sentence({u"chương trình không có lược đồ \"%1\"", u"the schema \"%1\" is not in this program"}).arg(name));
     TpFIBScripter scripter;
     scripter.SetDatabase(&m_database);
     scripter.Script() = QString::fromUtf8(script.readAll()).split(u'\n');

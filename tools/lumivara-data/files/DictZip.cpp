@@ -1,5 +1,6 @@
 #include "lumivara-data/files/DictZip.h"
 
+#include "base/Messages.h"
 #include "common/Interrupt.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/UnfinishedFile.h"
@@ -19,7 +20,7 @@ namespace {
 
 QString BeyondTheEnd()
 {
-    return u"lies beyond the end of the texts"_s;
+    return Sentence({u"nằm ngoài phần cuối của văn bản", u"lies beyond the end of the texts"});
 }
 
 class PlainTexts : public DictTexts
@@ -109,7 +110,7 @@ private:
         }
         m_packed = m_file->read(size);
         if (!m_isReady && inflateInit2(&m_stream, -MAX_WBITS) != Z_OK) {
-            fault = u"there is no memory to expand the texts"_s;
+            fault = Sentence({u"không đủ bộ nhớ để giải nén văn bản", u"there is no memory to expand the texts"});
             return false;
         }
         m_isReady = true;
@@ -122,7 +123,8 @@ private:
         const int result = inflate(&m_stream, Z_SYNC_FLUSH);
         m_chunk.resize(m_chunk.size() - static_cast<qsizetype>(m_stream.avail_out));
         if (m_packed.size() != size || (result != Z_OK && result != Z_STREAM_END && result != Z_BUF_ERROR)) {
-            fault = u"chunk %1 of the compressed texts is damaged"_s.arg(number + 1);
+            fault = Sentence({u"khối %1 của văn bản nén bị hỏng", u"chunk %1 of the compressed texts is damaged"})
+                        .arg(number + 1);
             return false;
         }
         m_expanded = number;
@@ -179,7 +181,11 @@ bool ReadAccount(const QByteArray &extra, GzipHead &head)
 
 GzipHead ReadHead(QFile &file, const QString &path)
 {
-    const auto fail = [&] { throw ToolError(u"%1: the head of the compressed file is damaged"_s.arg(path)); };
+    const auto fail = [&] {
+        throw ToolError(
+            Sentence({u"%1: phần đầu của tệp nén bị hỏng", u"%1: the head of the compressed file is damaged"})
+                .arg(path));
+    };
     GzipHead head;
     constexpr qint64 fixedSize = 10;
     const QByteArray fixed = file.read(fixedSize);
@@ -225,20 +231,24 @@ std::unique_ptr<DictTexts> Expanded(QFile &file, const QString &path)
     const std::unique_ptr<gzFile_s, decltype(&gzclose)> packed(gzopen(QFile::encodeName(path).constData(), "rb"),
                                                                gzclose);
     if (!packed || !expanded->open())
-        throw ToolError(u"%1: cannot be expanded"_s.arg(path));
+        throw ToolError(Sentence({u"%1: không giải nén được", u"%1: cannot be expanded"}).arg(path));
     QByteArray block(1 << 18, Qt::Uninitialized);
     quint64 total = 0;
     for (;;) {
         ThrowIfInterrupted();
         const int got = gzread(packed.get(), block.data(), static_cast<unsigned>(block.size()));
         if (got < 0)
-            throw ToolError(u"%1: is damaged behind byte %2 of the expanded text"_s.arg(path).arg(total));
+            throw ToolError(Sentence({u"%1: bị hỏng sau byte %2 của văn bản đã giải nén",
+                                      u"%1: is damaged behind byte %2 of the expanded text"})
+                                .arg(path)
+                                .arg(total));
         if (got == 0)
             break;
         if (total + static_cast<quint64>(got) > mostBytes)
             throw ToolError(GrowsTooMuch(path));
         if (expanded->write(block.constData(), got) != got)
-            throw ToolError(u"there is no room to expand %1: %2"_s.arg(path, WriteFault(*expanded)));
+            throw ToolError(Sentence({u"không còn chỗ để giải nén %1: %2", u"there is no room to expand %1: %2"})
+                                .arg(path, WriteFault(*expanded)));
         total += static_cast<quint64>(got);
     }
     expanded->flush();
@@ -249,7 +259,10 @@ std::unique_ptr<DictTexts> Expanded(QFile &file, const QString &path)
 
 QString GrowsTooMuch(const QString &path)
 {
-    return u"%1: grows to more than %2 times its bytes when it is expanded"_s.arg(path).arg(MostTimesPacked);
+    return Sentence({u"%1: khi giải nén lớn hơn %2 lần số byte của nó",
+                     u"%1: grows to more than %2 times its bytes when it is expanded"})
+        .arg(path)
+        .arg(MostTimesPacked);
 }
 
 std::unique_ptr<DictTexts> DictTexts::Open(const QString &path)

@@ -1,5 +1,6 @@
 #include "lumivara-data/files/FileLock.h"
 
+#include "base/Messages.h"
 #include "common/Tool.h"
 
 #include <QDir>
@@ -51,9 +52,10 @@ bool FileLock::Take()
         if (descriptor < 0 && (errno == EEXIST || errno == ENOENT) && QFileInfo(m_path).dir().exists())
             continue;
         if (descriptor < 0 && errno == ELOOP)
-            throw ToolError(u"%1: is in the way"_s.arg(m_path));
+            throw ToolError(Sentence({u"%1: đang chiếm chỗ", u"%1: is in the way"}).arg(m_path));
         if (descriptor < 0)
-            throw ToolError(u"%1: cannot be written"_s.arg(QFileInfo(m_path).absolutePath()));
+            throw ToolError(
+                Sentence({u"%1: không ghi được", u"%1: cannot be written"}).arg(QFileInfo(m_path).absolutePath()));
         struct stat status = {}, named = {};
         const bool isLock = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink <= 1;
         const bool isFree = isLock && ::flock(descriptor, LOCK_EX | LOCK_NB) == 0;
@@ -66,10 +68,11 @@ bool FileLock::Take()
         const int reason = errno;
         ::close(descriptor);
         if (!isLock)
-            throw ToolError(u"%1: is in the way"_s.arg(m_path));
+            throw ToolError(Sentence({u"%1: đang chiếm chỗ", u"%1: is in the way"}).arg(m_path));
         if (!isFree && reason == EWOULDBLOCK)
             return false;
         if (!isFree && reason != EINTR)
-            throw ToolError(u"%1: cannot be locked: %2"_s.arg(m_path, qt_error_string(reason)));
+            throw ToolError(Sentence({u"%1: không khóa được: %2", u"%1: cannot be locked: %2"})
+                                .arg(m_path, qt_error_string(reason)));
     }
 }

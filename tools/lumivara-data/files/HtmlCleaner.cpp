@@ -1,5 +1,6 @@
 #include "lumivara-data/files/HtmlCleaner.h"
 
+#include "base/Messages.h"
 #include "common/Report.h"
 #include "lumivara-data/files/TagReader.h"
 
@@ -159,7 +160,9 @@ public:
         using Part = TagReader::Part;
         for (Part part = m_reader.Next(); part != Part::End; part = m_reader.Next()) {
             if (m_reader.HasMoreAttributes())
-                throw PageFault(Line(), u"a tag has more than %1 attributes"_s.arg(TagReader::MostAttributes));
+                throw PageFault(Line(),
+                                Sentence({u"một thẻ có hơn %1 thuộc tính", u"a tag has more than %1 attributes"})
+                                    .arg(TagReader::MostAttributes));
             if (part == Part::Text)
                 WriteText(m_reader.Source());
             else if (part == Part::Open)
@@ -334,7 +337,7 @@ private:
 
 PageFault PageFault::TooLarge(qsizetype line)
 {
-    return {line, u"the page has more than %1 MiB"_s.arg(LargestPage >> 20)};
+    return {line, Sentence({u"trang lớn hơn %1 MiB", u"the page has more than %1 MiB"}).arg(LargestPage >> 20)};
 }
 
 CleaningCounts &CleaningCounts::operator+=(const CleaningCounts &other)
@@ -351,8 +354,12 @@ CleaningCounts &CleaningCounts::operator+=(const CleaningCounts &other)
 void CleaningCounts::Tell(Report &report) const
 {
     const std::pair<QString, qsizetype> counts[] = {
-        {u"scripts left out"_s, scripts}, {u"handlers left out"_s, handlers}, {u"references left out"_s, references},
-        {u"frames left out"_s, frames},   {u"form parts left out"_s, forms},  {u"refreshes left out"_s, refreshes}};
+        {Sentence({u"đoạn mã bị bỏ", u"scripts left out"}), scripts},
+        {Sentence({u"lệnh gắn trong thẻ bị bỏ", u"handlers left out"}), handlers},
+        {Sentence({u"liên kết ra ngoài bị bỏ", u"references left out"}), references},
+        {Sentence({u"khung bị bỏ", u"frames left out"}), frames},
+        {Sentence({u"phần biểu mẫu bị bỏ", u"form parts left out"}), forms},
+        {Sentence({u"lệnh tải lại bị bỏ", u"refreshes left out"}), refreshes}};
     for (const auto &[what, number] : counts) {
         if (number > 0)
             report.Count(what, number);

@@ -1,5 +1,6 @@
 #include "lumivara-data/files/PrivateCopy.h"
 
+#include "base/Messages.h"
 #include "common/Interrupt.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/UnfinishedFile.h"
@@ -16,14 +17,16 @@ void Copy(const QString &path, const QString &target)
 {
     const QFileInfo info(path);
     if (!info.exists())
-        throw ToolError(u"%1: there is no such file"_s.arg(path));
+        throw ToolError(Sentence({u"%1: không có tệp này", u"%1: there is no such file"}).arg(path));
     if (!info.isFile())
-        throw ToolError(u"%1: not a file"_s.arg(path));
+        throw ToolError(Sentence({u"%1: không phải là tệp", u"%1: not a file"}).arg(path));
     QFile original(path);
     QFile copy(target);
     constexpr QFile::Permissions mine = QFile::ReadOwner | QFile::WriteOwner;
     if (!copy.open(QIODevice::WriteOnly | QIODevice::NewOnly, mine))
-        throw ToolError(u"%1: there is no place for a temporary copy, %2: %3"_s.arg(path, target, copy.errorString()));
+        throw ToolError(Sentence({u"%1: không có chỗ cho bản sao tạm, %2: %3",
+                                  u"%1: there is no place for a temporary copy, %2: %3"})
+                            .arg(path, target, copy.errorString()));
     if (!original.open(QIODevice::ReadOnly))
         throw ToolError(u"%1: %2"_s.arg(path, original.errorString()));
     constexpr qint64 chunk = 1 << 20;
@@ -33,10 +36,14 @@ void Copy(const QString &path, const QString &target)
         if (bytes.isEmpty())
             throw ToolError(u"%1: %2"_s.arg(path, original.errorString()));
         if (copy.write(bytes) != bytes.size())
-            throw ToolError(u"%1: there is no room for a temporary copy, %2: %3"_s.arg(path, target, WriteFault(copy)));
+            throw ToolError(Sentence({u"%1: không còn chỗ cho bản sao tạm, %2: %3",
+                                      u"%1: there is no room for a temporary copy, %2: %3"})
+                                .arg(path, target, WriteFault(copy)));
     }
     if (!copy.flush())
-        throw ToolError(u"%1: there is no room for a temporary copy, %2: %3"_s.arg(path, target, WriteFault(copy)));
+        throw ToolError(Sentence({u"%1: không còn chỗ cho bản sao tạm, %2: %3",
+                                  u"%1: there is no room for a temporary copy, %2: %3"})
+                            .arg(path, target, WriteFault(copy)));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "lumivara-data/files/PrivateFolder.h"
 
+#include "base/Messages.h"
 #include "common/Tool.h"
 #include "stores/engine/Database.h"
 
@@ -61,8 +62,8 @@ PrivateFolder::PrivateFolder(const QString &prefix)
     for (;;) {
         QByteArray name = QFile::encodeName(prefix + u"-XXXXXX"_s);
         if (!::mkdtemp(name.data()))
-            throw ToolError(
-                u"%1: cannot be written: %2"_s.arg(QFileInfo(prefix).absolutePath(), qt_error_string(errno)));
+            throw ToolError(Sentence({u"%1: không ghi được: %2", u"%1: cannot be written: %2"})
+                                .arg(QFileInfo(prefix).absolutePath(), qt_error_string(errno)));
         const QString path = QFile::decodeName(name);
         // Another process may have taken it for a dead one before it was locked.
         if (Hold(path))

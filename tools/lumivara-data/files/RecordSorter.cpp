@@ -1,5 +1,6 @@
 #include "lumivara-data/files/RecordSorter.h"
 
+#include "base/Messages.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/UnfinishedFile.h"
 
@@ -69,7 +70,11 @@ public:
     QByteArrayView Record() const { return m_record; }
 
 private:
-    [[noreturn]] void Fail() const { throw ToolError(u"there is no room to sort in: %1"_s.arg(WriteFault(m_file))); }
+    [[noreturn]] void Fail() const
+    {
+        throw ToolError(
+            Sentence({u"không còn chỗ để sắp xếp: %1", u"there is no room to sort in: %1"}).arg(WriteFault(m_file)));
+    }
     void Flush()
     {
         if (m_file.write(m_block) != m_block.size() || !m_file.flush())

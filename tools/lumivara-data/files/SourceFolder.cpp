@@ -1,5 +1,6 @@
 #include "lumivara-data/files/SourceFolder.h"
 
+#include "base/Messages.h"
 #include "common/Report.h"
 #include "common/Tool.h"
 #include "lumivara-data/files/PageFacts.h"
@@ -42,7 +43,7 @@ SourceFolder::SourceFolder(const QString &path)
     : m_path(QDir::cleanPath(QFileInfo(path).absoluteFilePath())), m_canonicalPath(QFileInfo(path).canonicalFilePath())
 {
     if (!QFileInfo(m_path).isDir())
-        throw ToolError(u"%1: there is no such folder"_s.arg(path));
+        throw ToolError(Sentence({u"%1: không có thư mục này", u"%1: there is no such folder"}).arg(path));
 }
 
 QString SourceFolder::Name() const
@@ -70,7 +71,8 @@ QStringList SourceFolder::FilesBelow(const QString &folder, Report &report) cons
 void SourceFolder::Collect(const QString &folder, int depth, QStringList &names, Report &report) const
 {
     if (depth > DeepestFolder) {
-        report.Find(folder, u"lies deeper than %1 folders; not read"_s.arg(DeepestFolder));
+        report.Find(folder, Sentence({u"nằm sâu hơn %1 thư mục; không đọc", u"lies deeper than %1 folders; not read"})
+                                .arg(DeepestFolder));
         return;
     }
     const QDir::Filters all = QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot;
@@ -79,11 +81,13 @@ void SourceFolder::Collect(const QString &folder, int depth, QStringList &names,
         if (entry.isDir() && !entry.isSymLink())
             Collect(name, depth + 1, names, report);
         else if (entry.isDir())
-            report.Find(name, u"is a link to a folder; not read"_s);
+            report.Find(name,
+                        Sentence({u"là liên kết đến một thư mục; không đọc", u"is a link to a folder; not read"}));
         else if (entry.isSymLink() && !IsInside(entry.filePath()))
-            report.Find(name, u"is a link that leads out of the folder; not read"_s);
+            report.Find(name, Sentence({u"là liên kết dẫn ra ngoài thư mục; không đọc",
+                                        u"is a link that leads out of the folder; not read"}));
         else if (!entry.isFile())
-            report.Find(name, u"is no regular file; not read"_s);
+            report.Find(name, Sentence({u"không phải là tệp thường; không đọc", u"is no regular file; not read"}));
         else
             names.append(name);
     }
@@ -102,20 +106,22 @@ qint64 SourceFolder::SizeOf(const QString &name) const
 std::optional<QByteArray> SourceFolder::Read(const QString &name, Report &report) const
 {
     if (LeadsOut(name)) {
-        report.Find(name, u"this name leads out of the folder"_s);
+        report.Find(name, Sentence({u"tên này dẫn ra ngoài thư mục", u"this name leads out of the folder"}));
         return std::nullopt;
     }
     const QString path = m_path + u'/' + name;
     const QFileInfo info(path);
     QFile file(path);
     if (!info.exists() && !info.isSymLink())
-        report.Find(name, u"there is no such file"_s);
+        report.Find(name, Sentence({u"không có tệp này", u"there is no such file"}));
     else if (!IsInside(path))
-        report.Find(name, u"leads out of the folder; not read"_s);
+        report.Find(name, Sentence({u"dẫn ra ngoài thư mục; không đọc", u"leads out of the folder; not read"}));
     else if (!info.isFile())
-        report.Find(name, u"is no regular file; not read"_s);
+        report.Find(name, Sentence({u"không phải là tệp thường; không đọc", u"is no regular file; not read"}));
     else if (info.size() > LargestSourceFile)
-        report.Find(name, u"has %1 bytes, more than %2; not read"_s.arg(info.size()).arg(LargestSourceFile));
+        report.Find(name, Sentence({u"có %1 byte, nhiều hơn %2; không đọc", u"has %1 bytes, more than %2; not read"})
+                              .arg(info.size())
+                              .arg(LargestSourceFile));
     else if (!file.open(QIODevice::ReadOnly))
         report.Find(name, file.errorString());
     else if (QByteArray bytes = file.read(LargestSourceFile); file.error() != QFileDevice::NoError)
@@ -139,14 +145,17 @@ std::optional<QByteArray> TextAsUtf8(const QByteArray &bytes, const QString &pla
         QStringDecoder decoder(QStringDecoder::Utf16);
         const QString text = decoder(bytes);
         if (decoder.hasError() || bytes.size() % 2 != 0) {
-            report.Find(place, u"has the byte order mark of UTF-16 and is none; not taken"_s);
+            report.Find(place, Sentence({u"có dấu thứ tự byte của UTF-16 nhưng không phải UTF-16; không nhập",
+                                         u"has the byte order mark of UTF-16 and is none; not taken"}));
             return std::nullopt;
         }
-        report.Note(place, u"converted from UTF-16"_s);
+        report.Note(place, Sentence({u"được chuyển từ UTF-16", u"converted from UTF-16"}));
         return text.toUtf8();
     }
     if (const qsizetype bad = FirstBadUtf8Byte(bytes); bad >= 0) {
-        report.Find(place, u"is not UTF-8 at byte %1; not taken"_s.arg(bad));
+        report.Find(
+            place,
+            Sentence({u"không phải UTF-8 ở byte %1; không nhập", u"is not UTF-8 at byte %1; not taken"}).arg(bad));
         return std::nullopt;
     }
     return bytes;

@@ -1,5 +1,6 @@
 #include "lumivara-data/files/UnfinishedFile.h"
 
+#include "base/Messages.h"
 #include "common/Interrupt.h"
 #include "lumivara-data/files/Disk.h"
 #include "stores/Schema.h"
@@ -23,12 +24,12 @@ void RefuseOddTarget(const QString &path)
 {
     const QFileInfo target(path);
     if (target.isDir())
-        throw ToolError(u"%1: is a folder"_s.arg(path));
+        throw ToolError(Sentence({u"%1: là một thư mục", u"%1: is a folder"}).arg(path));
     if (target.exists() && !target.isFile())
-        throw ToolError(u"%1: is no regular file"_s.arg(path));
+        throw ToolError(Sentence({u"%1: không phải là tệp thường", u"%1: is no regular file"}).arg(path));
     constexpr QFileDevice::Permissions writers = QFile::WriteOwner | QFile::WriteGroup | QFile::WriteOther;
     if (target.exists() && !target.isSymLink() && (!target.isWritable() || !(target.permissions() & writers)))
-        throw ToolError(u"%1: is read-only"_s.arg(path));
+        throw ToolError(Sentence({u"%1: chỉ đọc được", u"%1: is read-only"}).arg(path));
 }
 
 } // namespace
@@ -40,14 +41,16 @@ QString UnfinishedName(const QString &path)
 
 QString WriteFault(const QFileDevice &file)
 {
-    return file.error() == QFileDevice::NoError || file.errorString() == "Unknown error"_L1 ? u"there is no room left"_s
-                                                                                            : file.errorString();
+    return file.error() == QFileDevice::NoError || file.errorString() == "Unknown error"_L1
+               ? Sentence({u"không còn chỗ trống", u"there is no room left"})
+               : file.errorString();
 }
 
 void RemoveStale(const QString &path)
 {
     if (QFileInfo::exists(path) && !QFile::remove(path))
-        throw ToolError(u"%1: an unfinished file is in the way"_s.arg(path));
+        throw ToolError(
+            Sentence({u"%1: một tệp dở dang đang chiếm chỗ", u"%1: an unfinished file is in the way"}).arg(path));
 }
 
 void RenameOver(const QString &path, const QString &target)
@@ -63,10 +66,12 @@ FileInTheMaking::FileInTheMaking(const QString &target)
 {
     const QFileInfo folder(QFileInfo(m_target).absolutePath());
     if (!folder.isDir())
-        throw ToolError(u"%1: there is no such folder"_s.arg(folder.filePath()));
+        throw ToolError(Sentence({u"%1: không có thư mục này", u"%1: there is no such folder"}).arg(folder.filePath()));
     RefuseOddTarget(m_target);
     if (!m_lock.Take())
-        throw MadeElsewhere(u"%1: another process is making this file"_s.arg(m_target));
+        throw MadeElsewhere(
+            Sentence({u"%1: một tiến trình khác đang tạo tệp này", u"%1: another process is making this file"})
+                .arg(m_target));
     m_folder.emplace(UnfinishedName(m_target));
     m_path = m_folder->Path(QFileInfo(m_target).fileName());
 }
@@ -84,14 +89,16 @@ void KeepReplacedFiles()
 void FileInTheMaking::KeepReplaced() const
 {
     if (QFileInfo::exists(m_target) && !KeepUnder(m_target, NameBefore(m_target)))
-        throw ToolError(u"%1: the old file can't be kept: %2"_s.arg(NameBefore(m_target), qt_error_string(errno)));
+        throw ToolError(Sentence({u"%1: không giữ lại được tệp cũ: %2", u"%1: the old file can't be kept: %2"})
+                            .arg(NameBefore(m_target), qt_error_string(errno)));
 }
 
 void FileInTheMaking::Settle(const QString &replaced) const
 {
     ThrowIfInterrupted();
     if (!SettleFile(m_path, replaced))
-        throw ToolError(u"%1: cannot be written to the disk: %2"_s.arg(m_target, qt_error_string(errno)));
+        throw ToolError(Sentence({u"%1: không ghi được xuống đĩa: %2", u"%1: cannot be written to the disk: %2"})
+                            .arg(m_target, qt_error_string(errno)));
 }
 
 void FileInTheMaking::Finish()
@@ -117,7 +124,8 @@ void FileInTheMaking::FinishNew()
     Settle({});
     Leftover::Complete(m_target, [this] {
         if (!RenameToNew(m_path, m_target))
-            throw ToolError(u"%1: cannot be put in place: %2"_s.arg(m_target, qt_error_string(errno)));
+            throw ToolError(Sentence({u"%1: không đặt được vào chỗ: %2", u"%1: cannot be put in place: %2"})
+                                .arg(m_target, qt_error_string(errno)));
     });
     BringNamesToDisk(QFileInfo(m_target).absolutePath());
 }

@@ -95,6 +95,11 @@ MarksRowWriter::~MarksRowWriter() = default;
 
 QStringList StrangeInMarks(DataFile &file)
 {
+    // What a sync remembers is of that file alone; a restored one finds its marks again by what they hold.
     return StrangeThings(file, {{Table::SuttaList, MarksColumns(Table::SuttaList)},
-                                {Table::SuttaTextFocus, MarksColumns(Table::SuttaTextFocus)}});
+                                {Table::SuttaTextFocus, MarksColumns(Table::SuttaTextFocus)},
+                                {Table::MarkSync,
+                                 {Field::VersionSyn, Field::MarkSyn, Field::IdFoc, Field::FaceSyn, Field::TimeSyn,
+                                  Field::ExcerptSyn, Field::TraitsSyn}},
+                                {Table::MarkSyncFile, {Field::NameSyf}}});
 }

@@ -1,5 +1,5 @@
 /* One table of words for each kind, stored in dictionary order and holding nothing but the words: the list walks them in
-   the order of storage, which needs neither an index nor a sort. Whoever adds words makes the tables anew. */
+   the order of storage, which needs no sort. Whoever adds words makes the tables anew. */
 create table DICTIONARY_LIST_1 (WORD_NAME varchar(63) character set UNICODE_FSS not null);
 create table DICTIONARY_LIST_2 (WORD_NAME varchar(63) character set UNICODE_FSS not null);
 create table DICTIONARY_LIST_3 (WORD_NAME varchar(63) character set UNICODE_FSS not null);
@@ -16,6 +16,14 @@ create table DICTIONARY_WORD (
     WORD_NAME varchar(63) character set UNICODE_FSS not null,
     WORD_FORM varchar(63) character set UNICODE_FSS not null,
     ID_ENTRY integer not null
+);
+
+/* Forms that a source brings: words of the list that a form of a text comes of, in their order. */
+create table DICTIONARY_FORM (
+    DICT_TYPE integer not null,
+    FORM_NAME varchar(63) character set UNICODE_FSS not null,
+    PLACE integer not null,
+    WORD_NAME varchar(63) character set UNICODE_FSS not null
 );
 
 create table DICTIONARY_ENTRY (
@@ -45,19 +53,44 @@ insert into DICTIONARY_KIND values (8, 'Pāli-Anh / Pāli-English', 5);
 
 SET TERM ^ ;
 
+/* Who asks for words that start with one of two forms may tell them by two variables of the transaction, and need not
+   wait for the others: the index tells the rows, which come in the order of storage all the same. */
 create procedure SP_GET_LIST_WORDS (A_DICT integer)
 returns (WORD_NAME varchar(63) character set UNICODE_FSS, DICT_TYPE integer)
 as
+declare variable LOWER_FORM varchar(63) character set UNICODE_FSS;
+declare variable MIXED_FORM varchar(63) character set UNICODE_FSS;
 begin
     DICT_TYPE = A_DICT;
-    if (A_DICT = 1) then for select WORD_NAME from DICTIONARY_LIST_1 into :WORD_NAME do suspend;
-    if (A_DICT = 2) then for select WORD_NAME from DICTIONARY_LIST_2 into :WORD_NAME do suspend;
-    if (A_DICT = 3) then for select WORD_NAME from DICTIONARY_LIST_3 into :WORD_NAME do suspend;
-    if (A_DICT = 4) then for select WORD_NAME from DICTIONARY_LIST_4 into :WORD_NAME do suspend;
-    if (A_DICT = 5) then for select WORD_NAME from DICTIONARY_LIST_5 into :WORD_NAME do suspend;
-    if (A_DICT = 6) then for select WORD_NAME from DICTIONARY_LIST_6 into :WORD_NAME do suspend;
-    if (A_DICT = 7) then for select WORD_NAME from DICTIONARY_LIST_7 into :WORD_NAME do suspend;
-    if (A_DICT = 8) then for select WORD_NAME from DICTIONARY_LIST_8 into :WORD_NAME do suspend;
+    LOWER_FORM = rdb$get_context('USER_TRANSACTION', 'SEARCHTEXT');
+    MIXED_FORM = rdb$get_context('USER_TRANSACTION', 'SEARCHTEXT_MIXER');
+    if (LOWER_FORM is null or MIXED_FORM is null) then begin
+        if (A_DICT = 1) then for select WORD_NAME from DICTIONARY_LIST_1 into :WORD_NAME do suspend;
+        if (A_DICT = 2) then for select WORD_NAME from DICTIONARY_LIST_2 into :WORD_NAME do suspend;
+        if (A_DICT = 3) then for select WORD_NAME from DICTIONARY_LIST_3 into :WORD_NAME do suspend;
+        if (A_DICT = 4) then for select WORD_NAME from DICTIONARY_LIST_4 into :WORD_NAME do suspend;
+        if (A_DICT = 5) then for select WORD_NAME from DICTIONARY_LIST_5 into :WORD_NAME do suspend;
+        if (A_DICT = 6) then for select WORD_NAME from DICTIONARY_LIST_6 into :WORD_NAME do suspend;
+        if (A_DICT = 7) then for select WORD_NAME from DICTIONARY_LIST_7 into :WORD_NAME do suspend;
+        if (A_DICT = 8) then for select WORD_NAME from DICTIONARY_LIST_8 into :WORD_NAME do suspend;
+    end else begin
+        if (A_DICT = 1) then for select WORD_NAME from DICTIONARY_LIST_1
+            where WORD_NAME starting with :LOWER_FORM or WORD_NAME starting with :MIXED_FORM into :WORD_NAME do suspend;
+        if (A_DICT = 2) then for select WORD_NAME from DICTIONARY_LIST_2
+            where WORD_NAME starting with :LOWER_FORM or WORD_NAME starting with :MIXED_FORM into :WORD_NAME do suspend;
+        if (A_DICT = 3) then for select WORD_NAME from DICTIONARY_LIST_3
+            where WORD_NAME starting with :LOWER_FORM or WORD_NAME starting with :MIXED_FORM into :WORD_NAME do suspend;
+        if (A_DICT = 4) then for select WORD_NAME from DICTIONARY_LIST_4
+            where WORD_NAME starting with :LOWER_FORM or WORD_NAME starting with :MIXED_FORM into :WORD_NAME do suspend;
+        if (A_DICT = 5) then for select WORD_NAME from DICTIONARY_LIST_5
+            where WORD_NAME starting with :LOWER_FORM or WORD_NAME starting with :MIXED_FORM into :WORD_NAME do suspend;
+        if (A_DICT = 6) then for select WORD_NAME from DICTIONARY_LIST_6
+            where WORD_NAME starting with :LOWER_FORM or WORD_NAME starting with :MIXED_FORM into :WORD_NAME do suspend;
+        if (A_DICT = 7) then for select WORD_NAME from DICTIONARY_LIST_7
+            where WORD_NAME starting with :LOWER_FORM or WORD_NAME starting with :MIXED_FORM into :WORD_NAME do suspend;
+        if (A_DICT = 8) then for select WORD_NAME from DICTIONARY_LIST_8
+            where WORD_NAME starting with :LOWER_FORM or WORD_NAME starting with :MIXED_FORM into :WORD_NAME do suspend;
+    end
 end^
 
 /* No row if neither dictionary has the word, else one whose WORD_CONTENT is not null. */
@@ -95,6 +128,21 @@ begin
     if (exists(select 1 from DICTIONARY_WORD W where W.DICT_TYPE = :TYPE_DICT and W.WORD_FORM = :A_WORD)) then
         RESULT = 1;
     suspend;
+end^
+
+/* The form is in lower case. In Pali the signs of one letter are one. Its own variable, because an index serves only
+   texts of its character set. */
+create procedure SP_GET_FORMS (TYPE_DICT integer, A_FORM varchar(63) character set UTF8)
+returns (WORD varchar(63) character set UNICODE_FSS)
+as
+declare variable FORM varchar(63) character set UNICODE_FSS;
+begin
+    FORM = A_FORM;
+    if (TYPE_DICT in (5, 8)) then
+        FORM = replace(replace(replace(FORM, 'ṁ', 'ṃ'), 'ŋ', 'ṃ'), '''', '’');
+    for select F.WORD_NAME from DICTIONARY_FORM F
+        where F.DICT_TYPE = :TYPE_DICT and F.FORM_NAME = :FORM
+        order by F.PLACE into :WORD do suspend;
 end^
 
 SET TERM ; ^

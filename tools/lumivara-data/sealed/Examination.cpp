@@ -1,5 +1,6 @@
 #include "lumivara-data/sealed/Examination.h"
 
+#include "base/Messages.h"
 #include "common/Console.h"
 #include "common/Interrupt.h"
 #include "common/Report.h"
@@ -25,14 +26,15 @@ Doubts DoubtsAbout(SealedRun &run, const StoredFile &facts)
 {
     Doubts doubts;
     if (facts.namesFiles)
-        doubts.copying = u"it names shadows or other files"_s;
+        doubts.copying = Sentence({u"nó dẫn đến bản bóng hoặc tệp khác", u"it names shadows or other files"});
     if (facts.WantsTooMuchCache())
-        doubts.copying = u"it asks for a cache of %1 MB"_s.arg(facts.cacheBytes >> 20);
+        doubts.copying =
+            Sentence({u"nó đòi bộ nhớ đệm %1 MB", u"it asks for a cache of %1 MB"}).arg(facts.cacheBytes >> 20);
     run.takeValue = [&doubts](const QString &key, const QString &thing) {
         if (key == Ability::Dynamic)
-            doubts.copying = thing + u" composes statements when it runs"_s;
+            doubts.copying = thing + Sentence({u" tự tạo câu lệnh khi chạy", u" composes statements when it runs"});
         else if (key == Ability::ForeignCode)
-            doubts.refusal = thing + u" is code outside of the file"_s;
+            doubts.refusal = thing + Sentence({u" là mã nằm ngoài tệp", u" is code outside of the file"});
     };
     Report ignored;
     run.Run(u"examine"_s, {}, ignored);
@@ -45,7 +47,10 @@ Verdict KeepCopy(const SealedRun &run, const QString &reason, const ExaminedFile
     const QString path = memory.Folder() + u"/copy-%1.fdb"_s.arg(QUuid::createUuid().toString(QUuid::WithoutBraces));
     QFile copy(run.CopyPath());
     if (!copy.setPermissions(QFile::ReadOwner) || !copy.rename(path))
-        return {Verdict::Manner::NotAtAll, {}, u"%1, and there is no place for a private copy"_s.arg(reason)};
+        return {Verdict::Manner::NotAtAll,
+                {},
+                Sentence({u"%1, và không có chỗ cho bản sao riêng", u"%1, and there is no place for a private copy"})
+                    .arg(reason)};
     return {Verdict::Manner::AsCopy, path, reason};
 }
 

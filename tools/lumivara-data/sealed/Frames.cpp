@@ -1,6 +1,9 @@
 #include "lumivara-data/sealed/Frames.h"
 
+#include "base/Messages.h"
+
 #include <QDataStream>
+#include <QIODevice>
 #include <QtEndian>
 
 #include <stdexcept>
@@ -48,7 +51,7 @@ std::optional<Frame> FrameReader::Next()
         return std::nullopt;
     const qsizetype length = qFromLittleEndian<quint32>(m_bytes.constData() + m_taken);
     if (length > MostBytes)
-        throw std::runtime_error("a message is too long");
+        throw std::runtime_error(Sentence({u"một thông báo quá dài", u"a message is too long"}).toStdString());
     if (waiting < LengthBytes + length) {
         m_bytes.remove(0, m_taken);
         m_taken = 0;
@@ -62,7 +65,8 @@ std::optional<Frame> FrameReader::Next()
     quint32 count = 0;
     stream >> kind >> count;
     if (kind > static_cast<quint8>(Frame::Kind::Done))
-        throw std::runtime_error("a message is of no known kind");
+        throw std::runtime_error(
+            Sentence({u"một thông báo không rõ loại", u"a message is of no known kind"}).toStdString());
     Frame frame{static_cast<Frame::Kind>(kind)};
     for (quint32 i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {
         quint8 tag = 0;
@@ -91,6 +95,6 @@ std::optional<Frame> FrameReader::Next()
         }
     }
     if (stream.status() != QDataStream::Ok)
-        throw std::runtime_error("a message is damaged");
+        throw std::runtime_error(Sentence({u"một thông báo bị hỏng", u"a message is damaged"}).toStdString());
     return frame;
 }

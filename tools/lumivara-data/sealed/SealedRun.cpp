@@ -1,5 +1,6 @@
 #include "lumivara-data/sealed/SealedRun.h"
 
+#include "base/Messages.h"
 #include "common/Console.h"
 #include "common/Interrupt.h"
 #include "common/Leftover.h"
@@ -62,7 +63,7 @@ StoredFile SealedRun::PrepareDatabase()
 void SealedRun::Fail(const QString &why) const
 {
     throw ToolError(m_place.isEmpty() ? u"%1: %2"_s.arg(m_source, why)
-                                      : u"%1: %2, at %3"_s.arg(m_source, why, m_place));
+                                      : Sentence({u"%1: %2, ở %3", u"%1: %2, at %3"}).arg(m_source, why, m_place));
 }
 
 void SealedRun::Run(const QString &task, const QStringList &words, Report &report)
@@ -74,7 +75,8 @@ void SealedRun::Run(const QString &task, const QStringList &words, Report &repor
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.setStandardInputFile(QProcess::nullDevice());
     process.setChildProcessModifier(LetInterruptsThrough);
-    process.start(QCoreApplication::applicationFilePath(), QStringList{u"sealed"_s, task, m_copy} + words);
+    process.start(QCoreApplication::applicationFilePath(),
+                  QStringList{u"sealed"_s, task, m_copy, SpeechOfTools::isVietnamese ? u"vi"_s : u"en"_s} + words);
     if (!process.waitForStarted())
         Fail(process.errorString());
     const ChildOfWork child(process.processId());
@@ -97,9 +99,11 @@ void SealedRun::Run(const QString &task, const QStringList &words, Report &repor
                 Take(*frame, report);
             }
             if (MemoryOf(process.processId()) > MostMemoryBytes)
-                Fail(u"reading it takes more than %1 MB of memory"_s.arg(MostMemoryBytes / (1024 * 1024)));
+                Fail(Sentence({u"đọc tệp này tốn hơn %1 MB bộ nhớ", u"reading it takes more than %1 MB of memory"})
+                         .arg(MostMemoryBytes / (1024 * 1024)));
             if (silence.elapsed() > LongestSilenceMilliseconds)
-                Fail(u"reading it did not go on for %1 s"_s.arg(LongestSilenceMilliseconds / 1000));
+                Fail(Sentence({u"việc đọc tệp này đứng yên %1 giây", u"reading it did not go on for %1 s"})
+                         .arg(LongestSilenceMilliseconds / 1000));
         }
     } catch (const ToolError &) {
         end();
@@ -112,7 +116,8 @@ void SealedRun::Run(const QString &task, const QStringList &words, Report &repor
     if (!m_failure.isEmpty())
         Fail(m_failure);
     if (!m_isDone)
-        Fail(u"the database engine broke down on it, so it is damaged"_s);
+        Fail(Sentence({u"bộ máy dữ liệu bị sập khi đọc tệp này, vậy là tệp hỏng",
+                       u"the database engine broke down on it, so it is damaged"}));
 }
 
 void SealedRun::Take(const Frame &frame, Report &report)

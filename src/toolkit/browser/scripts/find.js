@@ -1,5 +1,5 @@
-// The places of a text in the page: counts them, marks them all, and takes the reader from one to the next. The place in
-// which the reader stands is selected.
+// The places of a text in the page, or those that the host has found in it: counts them, marks them all, and takes the
+// reader from one to the next. The place in which the reader stands is selected.
 (() => {
     'use strict';
 
@@ -8,7 +8,7 @@
     const mostMarks = 20000; // more would take seconds; those texts are only counted
     const markName = 'lumivara-find';
     const sheets = new WeakMap(); // by document
-    let marked = null; // what is marked: { query, matchCase, wholeWord }
+    let marked = null; // what is marked: { query, matchCase, wholeWord }, or { spans } of the visible text
     let coloured = null; // the same, what was coloured last
     let isSelectedAgain = false;
 
@@ -74,11 +74,30 @@
 
     // ---- Marks ----
 
-    function mark(finding) {
-        const found = documentsOf(document).map((page) => {
-            const text = new PageText(page.body, finding.matchCase);
-            return { page, text, hits: hitsIn(text, finding.query, finding.wholeWord) };
+    // The documents with their texts, and where each begins in the visible text.
+    function visibleParts() {
+        let start = 0;
+        return documentsOf(document).map((page) => {
+            const part = { page, text: new PageText(page.body, true), start };
+            start += part.text.length + 1;
+            return part;
         });
+    }
+
+    // Those of the ascending spans that are in the document, by its own positions.
+    function spansWithin(part, spans) {
+        const inside = ({ begin, end }) => begin >= part.start && end <= part.start + part.text.length;
+        const own = spans.filter(inside).map(({ begin, end }) => ({ begin: begin - part.start, end: end - part.start }));
+        return { count: own.length, spans: own };
+    }
+
+    function mark(finding) {
+        const found = finding.spans
+            ? visibleParts().map((part) => ({ ...part, hits: spansWithin(part, finding.spans) }))
+            : documentsOf(document).map((page) => {
+                const text = new PageText(page.body, finding.matchCase);
+                return { page, text, hits: hitsIn(text, finding.query, finding.wholeWord) };
+            });
         marked = finding;
         const isTooMuch = found.reduce((count, { hits }) => count + hits.count, 0) > mostMarks;
         for (const { page, text, hits } of found) {
@@ -198,16 +217,22 @@
 
     // Looks for a text; without one, for the text whose hits are coloured. `step` 0 takes the reader to the next place from
     // the selection or the view, other numbers so many places on, or back where negative, and around the page's ends; null
-    // only counts. With `isMarked` the places are marked, else all marks go. Returns the number of places, that of the
-    // reader's from 1, or 0, and the text that is selected by this.
-    lumivara.find = ({ query, matchCase, wholeWord, step, isMarked }) => {
+    // only counts. With `isMarked` the places are marked, else all marks go; with `isColoured` the marks stay, and the text
+    // is that of the coloured hits in any case. Returns the number of places, that of the reader's from 1, or 0, and the
+    // text that is selected by this.
+    lumivara.find = ({ query, matchCase, wholeWord, step, isMarked, isColoured }) => {
         const own = query ? { query, matchCase, wholeWord } : null;
         isSelectedAgain = false;
+        if (isColoured)
+            return stepTo(coloured, step);
         if (!own || !isMarked || JSON.stringify(own) !== JSON.stringify(marked))
             unmark();
         if (own && isMarked && !marked)
             mark(own);
-        const finding = (isMarked || step) && (own || (step ? coloured : null));
+        return stepTo((isMarked || step) && (own || (step ? coloured : null)), step);
+    };
+
+    function stepTo(finding, step) {
         const hits = [];
         if (finding) {
             for (const page of documentsOf(document)) {
@@ -225,5 +250,32 @@
         const text = select(range);
         lumivara.settle(range, false);
         return { count: hits.length, at: at + 1, text };
+    }
+
+    // ---- Places that the host has found ----
+
+    lumivara.visibleText = () => visibleParts().map(({ text }) => text.text).join('\n');
+
+    // Marks places in place of all marks: `places` has where each begins and ends in the visible text, ascending and
+    // without overlaps. The reader is taken to the place `at`, counted from 0; none if negative. Returns the text that is
+    // selected by this.
+    lumivara.showPlaces = ({ places, at }) => {
+        const spans = [];
+        for (let index = 0; index + 1 < places.length; index += 2)
+            spans.push({ begin: places[index], end: places[index + 1] });
+        isSelectedAgain = false;
+        unmark();
+        if (spans.length)
+            mark({ spans });
+        const own = at < 0 ? [] : spans.slice(at, at + 1);
+        for (const part of own.length ? visibleParts() : []) {
+            for (const { begin, end } of spansWithin(part, own).spans) {
+                const range = part.text.range(begin, end);
+                const text = select(range);
+                lumivara.settle(range, false);
+                return text;
+            }
+        }
+        return isSelectedAgain ? String(getSelection()) : '';
     };
 })();

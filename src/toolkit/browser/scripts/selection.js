@@ -69,38 +69,68 @@
         return index < 0 ? null : { text, piece: text.pieces[index] };
     }
 
-    function wordAround(node, offset) {
+    const nothing = { word: '', before: [], after: [] };
+
+    // Words on one side of a segment, the nearest first, up to punctuation. Asked one by one: a line may be very long.
+    function wordsBeside(segments, segment, step, most) {
+        const next = (from) => segments.containing(step < 0 ? from.index - 1 : from.index + from.segment.length);
+        const words = [];
+        for (let at = next(segment); at && words.length < most; at = next(at)) {
+            let gap = '';
+            for (; at && !at.isWordLike && gap.length < 8; at = next(at))
+                gap += at.segment;
+            if (!at || !at.isWordLike || !/^(\s+|-)$/.test(gap))
+                break;
+            words.push(plain(at));
+        }
+        return words;
+    }
+
+    // Without soft hyphens.
+    function plain(segment) {
+        return segment.segment.replace(/\u00ad/g, '').trim();
+    }
+
+    function wordAround(node, offset, most) {
         const run = runAround(node);
         if (!run)
-            return '';
+            return nothing;
         const { text, piece } = run;
         const index = piece.map ? piece.map.indexOf(offset) : offset;
         if (index < 0)
-            return '';
+            return nothing;
         const position = piece.start + index;
         const begin = text.text.lastIndexOf('\n', position) + 1;
         const stop = text.text.indexOf('\n', position);
         const line = text.text.slice(begin, stop < 0 ? text.text.length : stop);
-        const segment = new Intl.Segmenter('en', { granularity: 'word' }).segment(line).containing(position - begin);
-        return segment && segment.isWordLike ? segment.segment.replace(/\u00ad/g, '').trim() : '';
+        const segments = new Intl.Segmenter('en', { granularity: 'word' }).segment(line);
+        const segment = segments.containing(position - begin);
+        if (!segment || !segment.isWordLike)
+            return nothing;
+        return {
+            word: plain(segment),
+            before: wordsBeside(segments, segment, -1, most).reverse(),
+            after: wordsBeside(segments, segment, 1, most),
+        };
     }
 
-    function wordIn(page, x, y) {
+    function wordIn(page, x, y, most) {
         const element = page.elementFromPoint(x, y);
         if (element && element.contentDocument) {
             const rect = element.getBoundingClientRect();
-            return wordIn(element.contentDocument, x - rect.left - element.clientLeft, y - rect.top - element.clientTop);
+            return wordIn(element.contentDocument, x - rect.left - element.clientLeft, y - rect.top - element.clientTop, most);
         }
         const caret = page.caretRangeFromPoint(x, y);
         if (!caret || caret.startContainer.nodeType !== Node.TEXT_NODE)
-            return '';
+            return nothing;
         const node = caret.startContainer;
         for (let offset = Math.max(caret.startOffset - 1, 0); offset <= caret.startOffset && offset < node.length; ++offset) {
             if (covers(node, offset, x, y))
-                return wordAround(node, offset);
+                return wordAround(node, offset, most);
         }
-        return '';
+        return nothing;
     }
 
-    lumivara.wordAt = (x, y) => wordIn(document, x, y);
+    // The word under a point, and so many at most on either side of it.
+    lumivara.wordAt = (x, y, most) => wordIn(document, x, y, most);
 })();

@@ -1,4 +1,5 @@
 #include "dictionary/DictionaryWords.h"
+#include "lumivara-data/dictionary/BroughtForms.h"
 #include "lumivara-data/dictionary/FirstSense.h"
 #include "lumivara-data/dictionary/TextForms.h"
 #include "lumivara-data/files/DataFile.h"
@@ -38,6 +39,31 @@ TEST_F(WordsVerb, WritesALineForEachWordBehindAForm)
     Run(0, "words t.txt --kind 8 --dictionary P.FDB --out w.tsv");
     EXPECT_THAT(Bytes(u"w.tsv"_s).toStdString(),
                 HasSubstr("\tdhammānaṁ → dhamma, genitive plural\tteaching: what is true\n"));
+}
+
+TEST_F(WordsVerb, GivesTheWordsThatADictionaryBringsFirst)
+{
+    MakeDictionary();
+    Put(u"f.tsv"_s, "dhammānaṁ\tkāya\ndhammānaṁ\tdhamma\nmuni’\tGotama\n");
+    Run(0, "import dictionary --into P.FDB --quiet --kind 8 --forms f.tsv");
+    Put(u"t.txt"_s, "Dhammānaṁ muni dhammassa\n");
+    Run(0, "words t.txt --kind 5,8 --dictionary P.FDB --out w.tsv");
+    EXPECT_EQ(Bytes(u"w.tsv"_s).toStdString(),
+              "dhammānaṁ\t1\t1\tkāya\t8\tdhammānaṁ → kāya\tbody or heap\n"
+              "dhammānaṁ\t1\t2\tdhamma\t5\tdhammānaṁ → dhamma, genitive plural\tgiáo pháp\n"
+              "muni\t1\t1\tGotama\t8\tmuni → Gotama\ta name\n"
+              "dhammassa\t1\t1\tdhamma\t5\tdhammassa → dhamma, genitive singular\tgiáo pháp\n");
+}
+
+TEST(BroughtFirst, KeepsWhatGrammarTellsAndEachWordOnce)
+{
+    const FoundWord dhamma{u"dhamma"_s, 8, u"x → dhamma, genitive plural"_s}, kaya{u"kāya"_s, 8, u"x → kāya"_s};
+    EXPECT_EQ(BroughtFirst({{u"Dhamma"_s, 8, u"x → Dhamma"_s}, kaya}, {kaya, dhamma}), (QList{dhamma, kaya}));
+    EXPECT_EQ(BroughtFirst({kaya, kaya}, {dhamma}), (QList{kaya, dhamma}));
+    QList<FoundWord> many;
+    for (int i = 0; i < 9; ++i)
+        many.append({QString::number(i), 8, {}});
+    EXPECT_EQ(BroughtFirst(many, {dhamma}), many.first(FormFinder::MostWords));
 }
 
 TEST_F(WordsVerb, ReadsATextOfTheCanonInTheLanguageOfTheKind)

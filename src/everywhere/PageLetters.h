@@ -1,0 +1,78 @@
+#pragma once
+
+#include "everywhere/Utf8.h"
+
+#include <algorithm>
+
+/// What a text is written in: mark-up with entities, or letters that stand for themselves. UTF-8 both.
+enum class Markup { Html, None };
+
+/// A letter of the visible text and where it is written.
+struct PageLetter
+{
+    char32_t code = 0;   ///< U' ' for every kind of blank and for the border of a block
+    qsizetype begin = 0; ///< of its bytes, or of those of its entity or tag
+    qsizetype end = 0;
+};
+
+/// Reads the visible text of a page letter by letter, without building a document: tags end words only where a block
+/// begins or ends; comments and elements that are not shown are left out, and so are characters without width. Blanks
+/// come as they are written, several in a row too. An invalid byte is a U+FFFD. Takes linear time for any bytes.
+class PageLetters
+{
+public:
+    /// Borrows the bytes. `at` is the start, or a place where a letter begins; the end if there is none.
+    PageLetters(QByteArrayView bytes, Markup markup, qsizetype at = 0)
+        : m_bytes(bytes), m_isHtml(markup == Markup::Html), m_at(std::min(at, bytes.size()))
+    {}
+
+    /// False at the end.
+    bool Next(PageLetter &letter)
+    {
+        if (m_at == m_bytes.size())
+            return false;
+        // Nearly all letters; the others cost a call.
+        if (const Utf8::Character character = Utf8::At(m_bytes, m_at); IsOrdinary(character.code)) {
+            letter = {character.code, m_at, m_at + character.size};
+            m_at += character.size;
+            return true;
+        }
+        return NextOfAny(letter);
+    }
+    /// Takes visible ASCII characters from the place that is reached, up to `most`; none if something else is there.
+    /// For speed, as most of a page is such runs.
+    QByteArrayView TakePlain(qsizetype most)
+    {
+        const char *const begin = m_bytes.data() + m_at;
+        const char *const end = begin + std::min(most, m_bytes.size() - m_at);
+        const char *at = begin;
+        while (at<end && * at> ' ' && *at < '\x7F' && !(m_isHtml && (*at == '<' || *at == '&')))
+            ++at;
+        m_at += at - begin;
+        return {begin, at};
+    }
+    /// How far the bytes have been read.
+    qsizetype At() const { return m_at; }
+
+private:
+    /// Blanks, and letters of Latin alphabets beyond ASCII.
+    static bool IsOrdinary(char32_t code)
+    {
+        return code == U' ' || (code >= 0xC0 && code < 0x300) || (code >= 0x1E00 && code < 0x1F00);
+    }
+    bool NextOfAny(PageLetter &letter);
+    char32_t TakeCharacter();
+    char32_t TakeEntity();
+    /// At a "<" that begins markup, passes that and tells whether a block begins or ends there.
+    bool BeginsMarkup() const;
+    bool PassMarkup();
+    bool PassTag();
+    void PassAttributes();
+    void PassTo(QByteArrayView end);
+    void PassElement(QByteArrayView name);
+    char Byte(qsizetype at) const { return at < m_bytes.size() ? m_bytes[at] : '\0'; }
+
+    QByteArrayView m_bytes;
+    bool m_isHtml;
+    qsizetype m_at;
+};

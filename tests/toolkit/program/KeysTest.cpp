@@ -1,0 +1,69 @@
+#include "toolkit/program/EachWindow.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QShortcut>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What each window binds beside the letters of its buttons: keys and names of actions.
+const QMap<QString, QString> everyKey{
+    {u"frmMain"_s,
+     u"Ctrl++ acKeyZoomIn, Ctrl+- acKeyZoomOut, Ctrl+0 acZoomWhole, Ctrl+1 acKeyPali, Ctrl+2 acKeyViet, "
+     "Ctrl+3 acKeyVietPali, Ctrl+= acKeyZoomIn, Ctrl+A acSelectAll, Ctrl+C acCopy, Ctrl+F acFindDialog, "
+     "Ctrl+F6 acFoot, Ctrl+P acKeyPrint, Ctrl+PgDown acNextText, Ctrl+PgUp acPriorText, Ctrl+Q acKeyClose, "
+     "Ctrl+S acKeySave, Ctrl+Shift+E acFindEverywhere, Ctrl+Shift+F acSearchSutas, Esc acLeaveFullScreen, F1 "
+     "acKeyHelp, F11 acFullScreen, "
+     "F2 acSearchSutas, F3 keyNextPlace, F6 acNextArea, Shift+F3 keyPriorPlace, Shift+F6 acPriorArea"_s},
+    {u"frmDictionary"_s, u"Ctrl+W keyCloseWindow, F3 keyNextPlace, F6 acForms, Shift+F3 keyPriorPlace"_s},
+    {u"frmSearchSutas"_s, u"Ctrl+W keyCloseWindow, F3 keyNextPlace, Shift+F3 keyPriorPlace"_s},
+    {u"frmFocusHighlight"_s, u"Ctrl+W keyCloseWindow, F3 keyNextPlace, Shift+F3 keyPriorPlace"_s},
+    {u"frmKeys"_s, u"Ctrl+W keyCloseWindow, Esc frmKeys"_s}};
+
+class WindowKeys : public EachWindow
+{
+protected:
+    static QMap<QString, QStringList> KeysOf(const QWidget &visited)
+    {
+        QMap<QString, QStringList> keys;
+        for (const QAction *action : visited.findChildren<QAction *>()) {
+            for (const QKeySequence &key : action->shortcuts())
+                keys[key.toString()].append(action->objectName());
+        }
+        for (const QShortcut *shortcut : visited.findChildren<QShortcut *>())
+            keys[shortcut->key().toString()].append(shortcut->parent()->objectName());
+        for (const QWidget *widget : Shown(visited)) {
+            const auto *button = qobject_cast<const QAbstractButton *>(widget);
+            if (button && !button->shortcut().isEmpty())
+                keys[button->shortcut().toString()].append(button->objectName());
+        }
+        return keys;
+    }
+};
+
+TEST_F(WindowKeys, AreEachBoundOnceAndThoseThatAreKnown)
+{
+    StartProgram();
+    QSet<QString> seen;
+    const auto visit = [&](QWidget &visited) {
+        SCOPED_TRACE(visited.objectName().toStdString());
+        const QMap<QString, QStringList> keys = KeysOf(visited);
+        QStringList bound;
+        for (auto key = keys.begin(); key != keys.end(); ++key) {
+            EXPECT_EQ(key->size(), 1) << key.key().toStdString() << " of " << key->join(u' ').toStdString();
+            if (!key.key().startsWith(u"Alt+"_s))
+                bound.append(key.key() + u' ' + key->join(u' '));
+        }
+        if (everyKey.contains(visited.objectName())) {
+            seen.insert(visited.objectName());
+            EXPECT_EQ(bound.join(u", "_s).toStdString(), everyKey[visited.objectName()].toStdString());
+        }
+    };
+    VisitAll(visit);
+    VisitPreview(visit);
+    EXPECT_EQ(seen.size(), everyKey.size());
+}
+
+} // namespace
