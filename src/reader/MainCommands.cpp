@@ -153,7 +153,7 @@ void TfrmMain::UpdateCommands()
             command.action->setEnabled(command.rule(facts));
     }
     // Escape is the find bar's while that is open.
-    ui->acLeaveFullScreen->setEnabled(isFullScreen() && !ui->ebContent->IsFindBarOpen());
+    ui->acLeaveFullScreen->setEnabled(isFullScreen() && !ui->ebContent->IsFindBarOpen() && ui->edReference->isHidden());
 }
 
 void TfrmMain::SetUpButtons()

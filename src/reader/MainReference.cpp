@@ -15,7 +15,6 @@
 #include <QCompleter>
 #include <QGuiApplication>
 #include <QMimeData>
-#include <QShortcut>
 #include <QStringListModel>
 
 #include <algorithm>
@@ -62,9 +61,10 @@ void TfrmMain::SetUpReference()
     ConnectGuarded(ui->edReference, &QLineEdit::returnPressed, this, [this] { GoToTyped(ui->edReference->text()); });
     ConnectGuarded(completer, qOverload<const QString &>(&QCompleter::activated), this,
                    [this](const QString &row) { GoToTyped(row.section(u' ', 0, 0)); });
-    auto *escape = new QShortcut(Qt::Key_Escape, ui->edReference);
-    escape->setContext(Qt::WidgetShortcut);
-    ConnectGuarded(escape, &QShortcut::activated, this, [this] { CloseReference(); });
+    ui->edReference->OnKeyDown = [this](int key, const QString &) {
+        if (key == Qt::Key_Escape)
+            CloseReference();
+    };
 }
 
 void TfrmMain::acReferenceExecute()

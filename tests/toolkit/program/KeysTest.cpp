@@ -12,9 +12,10 @@ namespace {
 const QMap<QString, QString> everyKey{
     {u"frmMain"_s,
      u"Ctrl++ acKeyZoomIn, Ctrl+- acKeyZoomOut, Ctrl+0 acZoomWhole, Ctrl+1 acKeyPali, Ctrl+2 acKeyViet, "
-     "Ctrl+3 acKeyVietPali, Ctrl+= acKeyZoomIn, Ctrl+A acSelectAll, Ctrl+C acCopy, Ctrl+F acFindDialog, "
-     "Ctrl+F6 acFoot, Ctrl+P acKeyPrint, Ctrl+PgDown acNextText, Ctrl+PgUp acPriorText, Ctrl+Q acKeyClose, "
-     "Ctrl+S acKeySave, Ctrl+Shift+E acFindEverywhere, Ctrl+Shift+F acSearchSutas, Esc acLeaveFullScreen, F1 "
+     "Ctrl+3 acKeyVietPali, Ctrl+= acKeyZoomIn, Ctrl+A acSelectAll, Ctrl+C acCopy, Ctrl+D acMarkSelection, "
+     "Ctrl+F acFindDialog, Ctrl+F6 acFoot, Ctrl+L acReference, Ctrl+P acKeyPrint, Ctrl+PgDown acNextText, "
+     "Ctrl+PgUp acPriorText, Ctrl+Q acKeyClose, Ctrl+S acKeySave, Ctrl+Shift+C acCopyReference, Ctrl+Shift+E "
+     "acFindEverywhere, Ctrl+Shift+F acSearchSutas, Esc acLeaveFullScreen, F1 "
      "acKeyHelp, F11 acFullScreen, "
      "F2 acSearchSutas, F3 keyNextPlace, F6 acNextArea, Shift+F3 keyPriorPlace, Shift+F6 acPriorArea"_s},
     {u"frmDictionary"_s, u"Ctrl+W keyCloseWindow, F3 keyNextPlace, F6 acForms, Shift+F3 keyPriorPlace"_s},
