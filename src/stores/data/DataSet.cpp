@@ -182,6 +182,7 @@ void TDataSet::FetchAll()
     NeedActive();
     while (FetchSome(RowsAtOnce)) {
     }
+    m_isPaused = false; // there is nothing left to come back for
 }
 
 void TDataSet::GoTo(int row)

@@ -84,6 +84,12 @@ TEST_F(MasterDetail, ASelectThatIsSearchedInPiecesPausesOnlyForWhoResumesIt)
         EXPECT_EQ(found.RecordCount(), 6);
     }
     EXPECT_GT(pauses, 1);
+    found.Close();
+    found.Open();
+    EXPECT_FALSE(found.FetchAhead(5));
+    found.Last();
+    found.Resume(); // which was arranged for
+    EXPECT_TRUE(found.Eof()) << "after the end was reached during a pause";
 }
 
 TEST_F(MasterDetail, DisabledControlsAreToldOnceAtTheEndAndDisabledScrollEventsNever)
