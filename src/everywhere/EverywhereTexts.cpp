@@ -60,20 +60,6 @@ constexpr Message excerpt{u"trích đoạn", u"excerpt"};
 constexpr Message tableCaptions{u"Bài\tNhóm\tỞ đâu\tTrước\tChỗ tìm thấy\tSau",
                                 u"Text\tGroup\tWhere\tBefore\tFound\tAfter"};
 
-QString LanguageText(int language)
-{
-    switch (language) {
-    case PageMode::Pali:
-        return TextOrEnglish(pali);
-    case PageMode::Vietnamese:
-        return TextOrEnglish(vietnamese);
-    case PageMode::English:
-        return TextOrEnglish(english);
-    default:
-        return TextOrEnglish(parallel);
-    }
-}
-
 /// "a, b and c".
 QString Joined(QStringList words)
 {
@@ -124,6 +110,20 @@ QString Cell(QString text)
 
 } // namespace
 
+QString PageModeName(int mode)
+{
+    switch (mode) {
+    case PageMode::Pali:
+        return TextOrEnglish(pali);
+    case PageMode::Vietnamese:
+        return TextOrEnglish(vietnamese);
+    case PageMode::English:
+        return TextOrEnglish(english);
+    default:
+        return TextOrEnglish(parallel);
+    }
+}
+
 QString SoughtText(const EverywhereQuery &query)
 {
     if (query.Parts().isEmpty())
@@ -165,9 +165,9 @@ QString CountsText(const EverywhereCounts &counts)
 QString PlaceText(const EverywhereHit &hit)
 {
     if (hit.kind == EverywhereKind::Page)
-        return LanguageText(hit.language);
+        return PageModeName(hit.language);
     if (hit.kind == EverywhereKind::Name)
-        return TextOrEnglish(name).arg(LanguageText(hit.language));
+        return TextOrEnglish(name).arg(PageModeName(hit.language));
     switch (hit.field) {
     case EverywhereField::Title:
         return TextOrEnglish(mark).arg(TextOrEnglish(title));

@@ -9,6 +9,8 @@ class EverywhereQuery;
 
 /// What the search of everything tells the reader, in the interface's language; in English where that has no words.
 
+/// A language mode of pages (see PageMode).
+QString PageModeName(int mode);
 /// What is sought, how and where, in one line; what is missing if nothing is.
 QString SoughtText(const EverywhereQuery &query);
 /// How many hits are in how many texts, and of the texts how many have been looked at while there is more to do.

@@ -2,6 +2,7 @@
 
 #include "base/InterfaceLanguage.h"
 #include "base/Messages.h"
+#include "everywhere/EverywhereTexts.h"
 #include "reader/Reference.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
@@ -26,27 +27,9 @@ namespace {
 
 constexpr qsizetype mostCandidates = 12;
 
-constexpr Message collectionName{u"Tạng Luật", u"Vinaya Piṭaka"};
-constexpr Message pali{u"Pāli", u"Pāli"};
-constexpr Message vietnamese{u"Việt", u"Vietnamese"};
-constexpr Message english{u"Anh", u"English"};
-constexpr Message parallel{u"Pāli-Việt", u"Pāli-Vietnamese"};
+constexpr Message collectionName{u"Tạng Luật", u"Kelora"}; ///< as before an excerpt
 constexpr Message noSuchText{u"Không có bài nào như vậy.", u"There is no such text."};
 constexpr Message hasReference{u"Đã sao chép kèm xuất xứ %1.", u"Copied with the reference %1."};
-
-QString LanguageName(int mode)
-{
-    switch (mode) {
-    case PageMode::Pali:
-        return TextOrEnglish(pali);
-    case PageMode::English:
-        return TextOrEnglish(english);
-    case PageMode::Parallel:
-        return TextOrEnglish(parallel);
-    default:
-        return TextOrEnglish(vietnamese);
-    }
-}
 
 } // namespace
 
@@ -162,7 +145,7 @@ void TfrmMain::acCopyReferenceExecute()
                                                           : known.vietnamese;
     }
     const Source source{TextOrEnglish(collectionName), name, ReferenceTo(shown.text, place),
-                        LanguageName(shown.language)};
+                        PageModeName(shown.language)};
     const QString told = SourceText(Get<QString>(frmKeloraDM->vOurOptions, Option::ReferenceForm), source);
     auto *data = new QMimeData;
     data->setText(text + u' ' + told);
