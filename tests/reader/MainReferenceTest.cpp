@@ -69,7 +69,7 @@ TEST_F(References, ASelectionIsCopiedWithItsSource)
 {
     for (const auto &[button, language, told] :
          {std::tuple("btnPali", 0, "pali 1101 (Tạng Luật, Paṭhama 1101:1, Pāli)"),
-          {"btnViet", 1, "viet 1101 ngoài (Vinaya Piṭaka, Giới thứ nhất 1101:1, Vietnamese)"}}) {
+          {"btnViet", 1, "viet 1101 ngoài (Kelora, Giới thứ nhất 1101:1, Vietnamese)"}}) {
         Click(button);
         InterfaceLang = language;
         EXPECT_TRUE(WaitPage());
