@@ -6,7 +6,9 @@
 #include "stores/engine/Scripter.h"
 #include "stores/settings/JsonRegistry.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -94,13 +96,13 @@ ReaderWindow::~ReaderWindow()
 
 void ReaderWindow::AddLanguage(const QString &fileName, const QByteArray &content)
 {
-    m_languageFiles.append(CanonFolderReader().Path(fileName));
+    m_languageFiles.append(QFileInfo(program).dir().filePath(fileName));
     EXPECT_TRUE(WriteBytes(m_languageFiles.last(), content));
 }
 
 void ReaderWindow::AddEnglish()
 {
-    m_languageFiles.append(CanonFolderReader().Path(u"English.lng"_s));
+    m_languageFiles.append(QFileInfo(program).dir().filePath(u"English.lng"_s));
     EXPECT_TRUE(QFile::copy(ProductFolder() + u"English.lng"_s, m_languageFiles.last()));
 }
 

@@ -138,6 +138,7 @@ OpenedDatabase::OpenedDatabase(const QString &path)
 
 QList<QList<QVariant>> OpenedDatabase::Rows(const QString &select)
 {
+    m_transaction.SetActive(true);
     TpFIBDataSet rows;
     rows.SetDatabase(&m_database);
     rows.SetTransaction(&m_transaction);
