@@ -11,6 +11,7 @@
 #include "stores/engine/Scripter.h"
 #include "stores/settings/Options.h"
 
+#include <QPointer>
 #include <QWidget>
 
 #include <functional>
@@ -295,7 +296,7 @@ private:
     std::optional<Hit> m_hit;
     FootMessage m_foot;
     std::optional<FootMessage> m_footBeforeNames; ///< while names are offered
-    bool m_isFootInOrder = false;                 ///< of the tab key
+    QPointer<QWidget> m_pageWidget;               ///< of Chromium, from which the tab key leads to the foot
     QFileSystemWatcher *m_watcher = nullptr;
     std::map<ImportTarget, FileStamp> m_openFiles; ///< those that this program has open under the names
 };

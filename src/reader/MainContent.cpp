@@ -165,9 +165,11 @@ bool TfrmMain::ebContentBeforeNavigate2(const QUrl &url)
 
 void TfrmMain::ebContentDocumentComplete()
 {
-    // Chromium's own widget, which has the focus for the page, comes behind everything else with the first page.
-    if (!std::exchange(m_isFootInOrder, true)) {
-        QWidget *last = ui->ebContent;
+    // Chromium makes the widget that has the focus for the page, and puts it behind everything else.
+    QWidget *page = ui->ebContent->focusProxy();
+    if (page && m_pageWidget != page) {
+        m_pageWidget = page;
+        QWidget *last = page;
         for (QWidget *next : std::initializer_list<QWidget *>{ui->btnBack, ui->btnForward, ui->edReference,
                                                               ui->btnFootAction, ui->btnFootNames, ui->btnMore})
             setTabOrder(std::exchange(last, next), next);

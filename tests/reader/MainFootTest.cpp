@@ -67,6 +67,24 @@ TEST_F(Foot, F6GoesRoundTreePageAndFoot)
     EXPECT_EQ(area(), "lcTree");
 }
 
+TEST_F(Foot, ComesBehindThePageAndItsFindBarByTheTabKey)
+{
+    StartOn();
+    EXPECT_TRUE(WaitPage());
+    const auto order = [this] {
+        QStringList names;
+        for (QWidget *next = Browser().focusProxy()->nextInFocusChain(); next != window.get();
+             next = next->nextInFocusChain()) {
+            if (next->isVisible() && next->isEnabled() && (next->focusPolicy() & Qt::TabFocus))
+                names.append(next->objectName());
+        }
+        return names.join(u' ').toStdString();
+    };
+    EXPECT_EQ(order(), "btnMore");
+    Trigger("acFindDialog");
+    EXPECT_EQ(order(), "edFindText btnFindPrior btnFindNext cbMatchCase cbWholeWord btnFindClose btnMore");
+}
+
 TEST_F(Foot, AWelcomeComesAtTheFirstStartAloneAndOnDemand)
 {
     Start();

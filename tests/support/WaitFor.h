@@ -7,7 +7,7 @@
 /// Runs a real event loop until the condition holds; false if it does not within `milliseconds`. QTest::qWaitFor polls
 /// with processEvents instead, so that the loop never blocks and nothing bound to its blocking ever runs.
 template <typename Condition>
-[[nodiscard]] bool WaitFor(Condition condition, int milliseconds = 5000)
+[[nodiscard]] bool WaitFor(Condition condition, int milliseconds = 15000)
 {
     QEventLoop loop;
     QTimer timer;

@@ -21,7 +21,8 @@ constexpr qsizetype mostPlaces = 20'000; ///< marked in a page; more would take 
 
 void SetTabOrder(QWidget &page, QWidget &bar)
 {
-    QWidget *last = &page;
+    // A page itself has no place in the order where Chromium's own widget stands for it.
+    QWidget *last = page.focusProxy() ? page.focusProxy() : &page;
     for (const char *name :
          {"edFindText", "btnFindPrior", "btnFindNext", "cbMatchCase", "cbWholeWord", "btnFindClose"}) {
         auto *next = bar.findChild<QWidget *>(QLatin1StringView(name));
@@ -75,10 +76,10 @@ void PageFinding::Open(const QString &selection)
         };
         m_bar->OnClose = [this] { Close(); };
         box->insertWidget(box->indexOf(&m_control) + 1, m_bar);
-        SetTabOrder(m_control, *m_bar);
     }
     if (!m_bar)
         return;
+    SetTabOrder(m_control, *m_bar);
     Begin();
     const QString before = Text();
     m_bar->Open(selection);

@@ -117,7 +117,7 @@ protected:
 
     void ExpectReached(const QWidgetList &reached)
     {
-        for (const QWidget *control : std::as_const(m_controls)) {
+        for (const QWidget *control : std::as_const(m_wanted)) {
             const auto *button = qobject_cast<const QAbstractButton *>(control);
             const bool hasLetter = button && control->focusPolicy() == Qt::NoFocus && !button->shortcut().isEmpty();
             EXPECT_TRUE(hasLetter || reached.contains(control)) << "no key leads to " << Name(*control);
@@ -246,15 +246,19 @@ protected:
             Press(Qt::Key_Return);
         }
         m_controls.clear();
+        m_wanted.clear();
         for (QWidget *widget : Shown(walked)) {
             const bool isPage = qobject_cast<TBrowserControl *>(widget);
             const bool isOn = widget->isEnabled() || widget->focusPolicy() == Qt::NoFocus; // see PressLetterOf()
-            if (isPage || (TakesInput(*widget) && isOn && !widget->focusProxy()))
-                m_controls.append(widget);
+            if (!isPage && (!TakesInput(*widget) || widget->focusProxy()))
+                continue;
+            m_controls.append(widget);
+            if (isPage || isOn)
+                m_wanted.append(widget);
         }
         if (!Stop() || IsInPage(Stop()))
-            m_controls.first()->setFocus(Qt::TabFocusReason);
-        ASSERT_TRUE(WaitFor([this] { return Stop() != nullptr; })) << Name(*m_controls.first());
+            m_wanted.first()->setFocus(Qt::TabFocusReason);
+        ASSERT_TRUE(WaitFor([this] { return Stop() != nullptr; })) << Name(*m_wanted.first());
         const QWidgetList there = Round(false), back = Round(true);
         QWidgetList byArrows;
         for (QWidget *stop : there) {
@@ -264,7 +268,7 @@ protected:
         }
         ExpectReached(there + byArrows);
         ExpectReached(back + byArrows);
-        for (QWidget *control : QWidgetList(m_controls)) {
+        for (QWidget *control : QWidgetList(m_wanted)) {
             auto *button = qobject_cast<QToolButton *>(control);
             if (button && button->menu() && button->isEnabled())
                 WalkMenuOf(*button);
@@ -291,6 +295,7 @@ protected:
     }
 
     QWidgetList m_controls; ///< of the window that is walked: all that a reader uses
+    QWidgetList m_wanted;   ///< those that he could use from the start; the walk itself may enable the way back
 };
 
 } // namespace
