@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int paragraphSize = 320; // characters
-constexpr int paragraphs = 80;
+constexpr int paragraphs = 65;
 
 QByteArray LongPage(const char *word)
 {
@@ -161,14 +161,14 @@ TEST_F(WayBack, ThePlaceStaysInAnotherDressAndComesBackWithItsText)
 TEST_F(WayBack, TheNextStartBeginsAtTheLastLine)
 {
     Open(1102);
-    Read(61);
+    Read(46);
     answers = {true};
     EXPECT_TRUE(window->close());
     EXPECT_EQ(RunApplication(), 0);
     TakeBox();
     End();
     Start();
-    EXPECT_EQ(Where(), "1102 v 61");
+    EXPECT_EQ(Where(), "1102 v 46");
 }
 
 TEST_F(WayBack, ArrowKeysMakeAStepWhereTheyRest)
