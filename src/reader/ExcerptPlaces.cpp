@@ -23,7 +23,39 @@ size_t FilterOf(quint64 hash)
     return static_cast<size_t>(hash >> (64 - filterBits));
 }
 
+/// What PageLetters gives as a blank or leaves out.
+bool IsLetter(char16_t code)
+{
+    if (code <= u' ')
+        return code != u' ' && code != 0 && (code < u'\t' || code > u'\r');
+    if (code < 0x85)
+        return true;
+    if (code >= 0x2000 && code <= 0x2069)
+        return !(code <= 0x200F || (code >= 0x2028 && code <= 0x202F) || code >= 0x205F);
+    return code != 0x85 && code != 0xA0 && code != 0xAD && code != 0x34F && code != 0x61C && code != 0x1680 &&
+           code != 0x180E && code != 0x3000 && code != 0xFEFF;
+}
+
 } // namespace
+
+void WrittenText::Add(QStringView written)
+{
+    // A page may have a million of them, and each costs a call where they are appended one by one.
+    const qsizetype before = m_letters.size();
+    m_letters.resize(before + written.size());
+    m_places.resize(static_cast<size_t>(m_letters.size()));
+    QChar *const letters = m_letters.data();
+    qsizetype end = before;
+    for (const QChar character : written) {
+        if (IsLetter(character.unicode())) {
+            letters[end] = character;
+            m_places[static_cast<size_t>(end++)] = static_cast<quint32>(m_size);
+        }
+        ++m_size;
+    }
+    m_letters.truncate(end);
+    m_places.resize(static_cast<size_t>(end));
+}
 
 QString LettersOfExcerpt(const QByteArray &excerpt)
 {

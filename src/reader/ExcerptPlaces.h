@@ -7,14 +7,32 @@
 
 #include <vector>
 
-/// The letters of an excerpt's page, without blanks and what nobody sees: that is how the browser's scripts read a page
-/// by its letters, too, so that an excerpt is found again however either is laid out.
+/// The letters of an excerpt's page: its visible text without blanks and what nobody sees, as PageText has that of a
+/// page, so that an excerpt is found again however either is laid out.
 QString LettersOfExcerpt(const QByteArray &excerpt);
+
+/// The text of a page by its letters, and where each is written. Places are in UTF-16 units.
+class WrittenText
+{
+public:
+    /// A further piece.
+    void Add(QStringView written);
+    /// How much has been added.
+    qsizetype Size() const { return m_size; }
+    const QString &Letters() const { return m_letters; }
+    /// Where a letter is written.
+    qsizetype PlaceOf(qsizetype letter) const { return m_places[static_cast<size_t>(letter)]; }
+
+private:
+    QString m_letters;
+    std::vector<quint32> m_places;
+    qsizetype m_size = 0;
+};
 
 /// Where an excerpt stands in the letters of a page.
 struct ExcerptPlace
 {
-    qsizetype letter = 0; ///< the first, in UTF-16 units
+    qsizetype letter = 0; ///< its first, in UTF-16 units
     qsizetype excerpt = 0;
 
     bool operator==(const ExcerptPlace &) const = default;

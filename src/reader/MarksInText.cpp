@@ -132,8 +132,8 @@ void MarksInText::PageLeft()
     ++m_turn;
     m_isWaiting = false;
     m_isPageHere = false;
-    m_letters.clear();
-    m_hasLetters = false;
+    m_written = {};
+    m_hasText = false;
     m_finder.reset();
     m_isFindingDue = true;
     m_isAskingHeights = false;
@@ -181,8 +181,8 @@ void MarksInText::Advance()
     } else if (m_isFindingDue || m_finder) {
         const bool isSought =
             std::any_of(m_excerpts.cbegin(), m_excerpts.cend(), [](const QString &words) { return !words.isEmpty(); });
-        if (isSought && !m_hasLetters)
-            Ask(u"letters", double(m_letters.size()), &MarksInText::TakeLetters);
+        if (isSought && !m_hasText)
+            Ask(u"writtenText", double(m_written.Size()), &MarksInText::TakeText);
         else
             FindSome();
     } else if (m_areHeightsDue || m_isAskingHeights) {
@@ -248,17 +248,18 @@ void MarksInText::ReadMark(int row)
     m_excerptsRead.append(IsShownWhole(m_excerpt) ? LettersOfExcerpt(m_excerpt) : QString());
 }
 
-void MarksInText::TakeLetters(const QVariantMap &answer)
+void MarksInText::TakeText(const QVariantMap &answer)
 {
-    m_letters.truncate(answer.value(u"from"_s).toLongLong());
-    m_letters += answer.value(u"text"_s).toString();
-    m_hasLetters = answer.value(u"isLast"_s).toBool();
+    if (answer.value(u"from"_s).toLongLong() != m_written.Size())
+        m_written = {}; // it begins anew
+    m_written.Add(answer.value(u"text"_s).toString());
+    m_hasText = answer.value(u"isLast"_s).toBool();
 }
 
 void MarksInText::FindSome()
 {
     if (std::exchange(m_isFindingDue, false))
-        m_finder = std::make_unique<ExcerptFinder>(m_letters, m_excerpts);
+        m_finder = std::make_unique<ExcerptFinder>(m_written.Letters(), m_excerpts);
     else if (!m_finder->Go(lettersAtOnce)) {
         m_places = m_finder->Found();
         m_finder.reset();
@@ -285,10 +286,10 @@ void MarksInText::AskHeights()
         Show();
         return;
     }
-    QVariantList letters;
+    QVariantList characters;
     for (const ExcerptPlace &place : m_places.mid(m_heights.size(), placesAtOnce))
-        letters.append(double(place.letter));
-    Ask(u"letterHeights", QVariantMap{{u"letters"_s, letters}}, &MarksInText::TakeHeights);
+        characters.append(double(m_written.PlaceOf(place.letter)));
+    Ask(u"textHeights", QVariantMap{{u"characters"_s, characters}}, &MarksInText::TakeHeights);
 }
 
 void MarksInText::TakeHits(const QVariantMap &answer)
@@ -316,7 +317,8 @@ void MarksInText::Show()
         add(m_hitHeights[hit], StripKind::Hit, TextOrEnglish(hitHint), {0, 0, hit});
     for (qsizetype place = 0; place < m_places.size(); ++place) {
         const TextMark &mark = m_marks[m_places[place].excerpt];
-        add(m_heights[place], KindOf(mark.priority), mark.hint, {mark.key, m_places[place].letter, -1});
+        add(m_heights[place], KindOf(mark.priority), mark.hint,
+            {mark.key, m_written.PlaceOf(m_places[place].letter), -1});
     }
     m_strip.SetLines(lines);
     if (OnShow)
@@ -327,7 +329,7 @@ void MarksInText::GoTo(qsizetype line)
 {
     const Target &target = m_targets[static_cast<size_t>(line)];
     const bool isHit = target.hit >= 0;
-    m_page.Ask(isHit ? u"placeOfHit" : u"placeOfLetter", double(isHit ? target.hit : target.letter),
+    m_page.Ask(isHit ? u"placeOfHit" : u"placeOfCharacter", double(isHit ? target.hit : target.character),
                [this, turn = m_turn](const QVariant &answer) {
                    const QVariantMap place = answer.toMap();
                    if (turn == m_turn && !place.isEmpty() && OnGo)

@@ -53,11 +53,11 @@ private:
         int priority = 0;
         QString hint;
     };
-    /// What a line of the strip is: a mark by its key, at a letter of the page; or a hit by its number.
+    /// What a line of the strip is: a mark by its key, at a character of the page; or a hit by its number.
     struct Target
     {
         int mark = 0;
-        qsizetype letter = 0;
+        qsizetype character = 0;
         qsizetype hit = -1;
     };
 
@@ -69,7 +69,7 @@ private:
     void Ask(QStringView function, const QVariant &argument, void (MarksInText::*take)(const QVariantMap &));
     void ReadSome();
     void ReadMark(int row);
-    void TakeLetters(const QVariantMap &answer);
+    void TakeText(const QVariantMap &answer);
     void FindSome();
     void AskHeights();
     void TakeHeights(const QVariantMap &answer);
@@ -94,8 +94,8 @@ private:
     QList<TextMark> m_marks;
     QStringList m_excerpts; ///< of the marks, by their letters
 
-    QString m_letters; ///< of the page
-    bool m_hasLetters = false;
+    WrittenText m_written; ///< the page's text
+    bool m_hasText = false;
     std::unique_ptr<ExcerptFinder> m_finder;
     bool m_isFindingDue = false;
     QList<ExcerptPlace> m_places;
