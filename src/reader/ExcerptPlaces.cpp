@@ -1,5 +1,6 @@
 #include "reader/ExcerptPlaces.h"
 
+#include "base/VisibleText.h"
 #include "everywhere/PageLetters.h"
 
 #include <algorithm>
@@ -23,19 +24,6 @@ size_t FilterOf(quint64 hash)
     return static_cast<size_t>(hash >> (64 - filterBits));
 }
 
-/// What PageLetters gives as a blank or leaves out.
-bool IsLetter(char16_t code)
-{
-    if (code <= u' ')
-        return code != u' ' && code != 0 && (code < u'\t' || code > u'\r');
-    if (code < 0x85)
-        return true;
-    if (code >= 0x2000 && code <= 0x2069)
-        return !(code <= 0x200F || (code >= 0x2028 && code <= 0x202F) || code >= 0x205F);
-    return code != 0x85 && code != 0xA0 && code != 0xAD && code != 0x34F && code != 0x61C && code != 0x1680 &&
-           code != 0x180E && code != 0x3000 && code != 0xFEFF;
-}
-
 } // namespace
 
 void WrittenText::Add(QStringView written)
@@ -47,7 +35,7 @@ void WrittenText::Add(QStringView written)
     QChar *const letters = m_letters.data();
     qsizetype end = before;
     for (const QChar character : written) {
-        if (IsLetter(character.unicode())) {
+        if (IsVisibleLetter(character.unicode())) {
             letters[end] = character;
             m_places[static_cast<size_t>(end++)] = static_cast<quint32>(m_size);
         }
