@@ -67,8 +67,8 @@ qsizetype WriteWhole(DataFile &file, MarkReferences &references, const MarksForm
 }
 
 /// Opens the canon that the references come from; false where there is none. One that stands beside the tool and can't
-/// be read is told, and no reason to leave the marks where they are.
-bool OpenCanon(DataFile &canon, const QString &named, Report &report, Console &console)
+/// be read is told where there is a report, and no reason to leave the marks where they are.
+bool OpenCanon(DataFile &canon, const QString &named, Report *report, Console &console)
 {
     const QString path = named.isEmpty() ? DefaultFile(Thing::Canon) : named;
     if (named.isEmpty() && !QFileInfo::exists(path))
@@ -83,7 +83,8 @@ bool OpenCanon(DataFile &canon, const QString &named, Report &report, Console &c
     } catch (const ToolError &error) {
         if (!named.isEmpty())
             throw;
-        report.Note(path, u"references are the numbers of texts alone: %1"_s.arg(QString::fromUtf8(error.what())));
+        if (report)
+            report->Note(path, u"references are the numbers of texts alone: %1"_s.arg(QString::fromUtf8(error.what())));
         return false;
     }
 }
@@ -134,7 +135,8 @@ int Run(const ExportMarksOptions &options, Console &console)
         file.Open(OpenablePath(path, true, console));
         if (!IsMarks(file))
             throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
-        MarkReferences references(OpenCanon(canon, options.canon, report, console) ? &canon : nullptr);
+        MarkReferences references(
+            OpenCanon(canon, options.canon, out.isEmpty() ? nullptr : &report, console) ? &canon : nullptr);
         count = out.isEmpty()
                     ? Write(file, references, options.form, [&console](const QString &text) { Show(text, console); })
                     : WriteWhole(file, references, options.form, out);
