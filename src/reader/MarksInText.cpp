@@ -10,6 +10,7 @@
 #include "toolkit/program/Guard.h"
 
 #include <QElapsedTimer>
+#include <QPointer>
 #include <QTimer>
 
 #include <algorithm>
@@ -195,17 +196,18 @@ void MarksInText::Advance()
 
 void MarksInText::Ask(QStringView function, const QVariant &argument, void (MarksInText::*take)(const QVariantMap &))
 {
-    m_isWaiting = m_page.Ask(function, argument, [this, turn = m_turn, take](const QVariant &answer) {
-        if (turn != m_turn)
+    // An answer may still come while the window ends.
+    m_isWaiting = m_page.Ask(function, argument, [self = QPointer(this), turn = m_turn, take](const QVariant &answer) {
+        if (!self || turn != self->m_turn)
             return;
-        m_isWaiting = false;
+        self->m_isWaiting = false;
         const QVariantMap map = answer.toMap();
         if (map.isEmpty()) {
-            m_isPageHere = false; // the page ended
+            self->m_isPageHere = false; // the page ended
             return;
         }
-        (this->*take)(map);
-        Advance();
+        (self->*take)(map);
+        self->Advance();
     });
     if (!m_isWaiting)
         m_isPageHere = false;
@@ -330,10 +332,10 @@ void MarksInText::GoTo(qsizetype line)
     const Target &target = m_targets[static_cast<size_t>(line)];
     const bool isHit = target.hit >= 0;
     m_page.Ask(isHit ? u"placeOfHit" : u"placeOfCharacter", double(isHit ? target.hit : target.character),
-               [this, turn = m_turn](const QVariant &answer) {
+               [self = QPointer(this), turn = m_turn](const QVariant &answer) {
                    const QVariantMap place = answer.toMap();
-                   if (turn == m_turn && !place.isEmpty() && OnGo)
-                       OnGo(PlaceOf(place));
+                   if (self && turn == self->m_turn && !place.isEmpty() && self->OnGo)
+                       self->OnGo(PlaceOf(place));
                });
 }
 

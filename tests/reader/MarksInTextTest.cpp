@@ -193,7 +193,7 @@ TEST_F(MarksBesideThePage, ADoubleClickOpensTheBrowserOfMarksAtIt)
     ASSERT_TRUE(form);
     InMarks<QLineEdit>("edSearch").setText(u"c"_s);
     static_cast<TfrmFocusHighlight &>(*form).LoadFocusHighLight();
-    EXPECT_EQ(Value("NAME_FOC"), u"c"_s);
+    EXPECT_TRUE(WaitFor([this] { return Value("NAME_FOC") == u"c"_s; }));
     EXPECT_EQ(open(1), "a") << "the search box had left it out";
     EXPECT_EQ(InMarks<QLineEdit>("edSearch").text(), QString());
 }
