@@ -7,11 +7,15 @@
 #include "Sample.h"
 
 #include "dictionary/DictionaryDM.h"
+#include "reader/ExcerptPlaces.h"
 #include "reader/Main.h"
+#include "reader/MarksInText.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
+#include "stores/engine/Scripter.h"
 #include "toolkit/browser/BrowserControl.h"
+#include "toolkit/controls/MarkStrip.h"
 
 #include <QAction>
 #include <QDir>
@@ -162,4 +166,62 @@ double BenchReader::BackTime()
     WaitPainted();
     const double time = Milliseconds(clock);
     return page->Evaluate(block).toInt() == middle ? time : -time;
+}
+
+void BenchReader::MarkLongPage(int marks)
+{
+    QFile::copy(Sample().Folder() + QStringLiteral("TARUNECLIENT.FDB"),
+                m_folder.filePath(QStringLiteral("TARUNECLIENT.FDB")));
+    m_clients->DataModuleCreate();
+    if (!m_clients->vIsOKClients)
+        qFatal("the client database does not open");
+    QFile file(ComposedPageFile());
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("the composed page is missing");
+    const QString page = LettersOfExcerpt(file.readAll());
+    constexpr int words = 500; // letters
+    TpFIBScripter script;
+    script.SetDatabase(&m_clients->dbClientTarune);
+    const int text = FirstBenchText + 1;
+    script.Script() =
+        QStringList{QStringLiteral("insert into SUTTA_LIST values (6, %1, 'Chương', 'Kaṇḍaṃ', null, null);").arg(text)};
+    for (int mark = 0; mark < marks; ++mark) {
+        const QString excerpt =
+            page.mid(mark * (page.size() - words) / marks, words).replace(u'\'', QStringLiteral("''"));
+        script.Script() +=
+            QStringLiteral("insert into SUTTA_TEXT_FOCUS values (%1, 'kinh %1', '<p>%2</p>', %3, 'note', 6, "
+                           "%4, current_timestamp, null);")
+                .arg(mark + 1)
+                .arg(excerpt.toHtmlEscaped())
+                .arg(mark % 4 + 1)
+                .arg(text);
+    }
+    script.Script() += QStringLiteral("commit work;");
+    script.ExecuteScript();
+    m_marks = marks;
+}
+
+double BenchReader::StripTime()
+{
+    MarksInText &marks = m_window->Marks();
+    QEventLoop loop;
+    marks.OnShow = [&] { loop.quit(); };
+    QTimer::singleShot(WaitMilliseconds, &loop, [] { qFatal("the strip never got its lines"); });
+    QElapsedTimer clock;
+    clock.start();
+    marks.MarksChanged();
+    marks.PageCame();
+    loop.exec();
+    const double time = Milliseconds(clock);
+    marks.OnShow = nullptr;
+    const auto *strip = m_window->findChild<TMarkStrip *>(QStringLiteral("stripMarks"));
+    return strip->Lines().size() >= m_marks ? time : -time;
+}
+
+double BenchReader::TextTime()
+{
+    QElapsedTimer clock;
+    clock.start();
+    m_window->Content().Evaluate(QStringLiteral("document.body.textContent"));
+    return Milliseconds(clock);
 }

@@ -40,6 +40,13 @@ public:
     /// Milliseconds from the command that leads back to the middle of the long page until that is painted there;
     /// negative if another place is.
     double BackTime();
+    /// Enters so many marks on the long page, which is on show, each of words that stand in it.
+    void MarkLongPage(int marks);
+    /// Milliseconds from the page's completion until the strip beside it has its lines, the marks read anew; negative
+    /// if some have none.
+    double StripTime();
+    /// Milliseconds that the long page's text takes on its way out of the engine.
+    double TextTime();
 
 private:
     void WaitPainted();
@@ -49,6 +56,7 @@ private:
     std::unique_ptr<TfrmClientsDM> m_clients;
     std::unique_ptr<TfrmDictionaryDM> m_dictionary;
     std::unique_ptr<TfrmMain> m_window;
+    int m_marks = 0;
     int m_painted = 0;
     int m_seen = 0;
     std::function<void()> m_quitWhenPainted;

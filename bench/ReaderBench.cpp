@@ -92,6 +92,23 @@ void RegisterMove(const QString &name, qsizetype bytes, const QString &reach,
               .repetitions = repetitions});
 }
 
+void RegisterMarks()
+{
+    constexpr int marks = 500;
+    const Lazy<BenchReader> reader{[] {
+        auto made = std::make_unique<BenchReader>(2, PlainPage(900 * Kilobyte));
+        made->MarkLongPage(marks);
+        return made;
+    }};
+    Register({.name = QStringLiteral("marks-900k"),
+              .unit = QStringLiteral("ms"),
+              .reach = QStringLiteral("at most 100 ms"),
+              .ours = [reader] { return reader().StripTime(); },
+              .floor = [reader] { return reader().TextTime(); },
+              .finish = reader.Finish(),
+              .repetitions = 21});
+}
+
 void RegisterCompose()
 {
     const QByteArray content = PlainPage(3 * Megabyte);
@@ -125,4 +142,5 @@ void RegisterReaderMeasures()
     RegisterMove(QStringLiteral("move-3m"), 3 * Megabyte, QStringLiteral("at most 0.6 x"));
     RegisterMove(QStringLiteral("back-900k"), 900 * Kilobyte, QStringLiteral("at most 1.2 x"), &BenchReader::BackTime,
                  50);
+    RegisterMarks();
 }

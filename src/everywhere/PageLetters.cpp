@@ -1,5 +1,6 @@
 #include "everywhere/PageLetters.h"
 
+#include "base/VisibleText.h"
 #include "everywhere/HtmlEntities.h"
 
 #include <QChar>
@@ -8,25 +9,9 @@
 #include <array>
 #include <string_view>
 
-using namespace std::string_view_literals;
-
 namespace {
 
-// Both lists are those of the browser's own script that reads a page, and sorted.
-constexpr std::array Blocks{
-    "address"sv,  "article"sv,    "aside"sv,   "blockquote"sv, "body"sv,    "br"sv,       "caption"sv,
-    "center"sv,   "dd"sv,         "details"sv, "dir"sv,        "div"sv,     "dl"sv,       "dt"sv,
-    "fieldset"sv, "figcaption"sv, "figure"sv,  "footer"sv,     "form"sv,    "frameset"sv, "h1"sv,
-    "h2"sv,       "h3"sv,         "h4"sv,      "h5"sv,         "h6"sv,      "head"sv,     "header"sv,
-    "hr"sv,       "html"sv,       "img"sv,     "legend"sv,     "li"sv,      "main"sv,     "menu"sv,
-    "nav"sv,      "ol"sv,         "p"sv,       "pre"sv,        "section"sv, "summary"sv,  "table"sv,
-    "tbody"sv,    "td"sv,         "tfoot"sv,   "th"sv,         "thead"sv,   "tr"sv,       "ul"sv,
-};
-constexpr std::array NotShown{"iframe"sv, "noframes"sv, "object"sv,   "script"sv, "select"sv,
-                              "style"sv,  "template"sv, "textarea"sv, "title"sv};
-static_assert(std::ranges::is_sorted(Blocks) && std::ranges::is_sorted(NotShown));
-
-constexpr std::size_t LongestName = 10; // of both lists
+constexpr std::size_t LongestName = 10; // of the elements that matter
 
 constexpr qsizetype LongestEntity = 32;
 constexpr qsizetype LongestNumber = 16;
@@ -181,9 +166,9 @@ bool PageLetters::PassTag()
     }
     const std::string_view name(letters.data(), size);
     PassAttributes();
-    if (!isEnd && std::ranges::binary_search(NotShown, name))
+    if (!isEnd && IsUnreadElement(name))
         PassElement({name.data(), static_cast<qsizetype>(name.size())});
-    return std::ranges::binary_search(Blocks, name);
+    return IsBlockElement(name);
 }
 
 /// To the end of the tag; a ">" in quotes is not that.

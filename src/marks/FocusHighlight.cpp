@@ -187,6 +187,17 @@ void TfrmFocusHighlight::LoadFocusHighLight()
         ViewHighLight();
 }
 
+void TfrmFocusHighlight::ShowMark(int key)
+{
+    if (!Marks().Active() || !Marks().Locate(Field::IdFoc, key)) {
+        ui->edSearch->clear();
+        ui->cbSuttaType->setCurrentIndex(0);
+        LoadFocusHighLight();
+        Marks().Locate(Field::IdFoc, key);
+    }
+    ui->gtvFocus->setFocus();
+}
+
 void TfrmFocusHighlight::GoOnSearching()
 {
     TpFIBDataSet &qryFocus = Marks();

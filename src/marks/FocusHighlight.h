@@ -24,6 +24,8 @@ public:
 
     /// Lists the marks that match the search box and shows the first one. Drops a pending edit. Throws DatabaseError.
     void LoadFocusHighLight();
+    /// Goes to a mark by its key; if the search box leaves it out, that is emptied. Throws DatabaseError.
+    void ShowMark(int key);
 
 protected:
     void showEvent(QShowEvent *event) override;

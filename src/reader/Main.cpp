@@ -4,7 +4,9 @@
 #include "dictionary/Dictionary.h"
 #include "everywhere/EverywhereWindow.h"
 #include "presentation/languages/DKLang.h"
+#include "reader/MarksInText.h"
 #include "reader/ReaderRules.h"
+#include "stores/ClientsDM.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
 #include "stores/Schema.h"
@@ -75,6 +77,10 @@ TfrmMain::TfrmMain(QWidget *parent)
 TfrmMain::~TfrmMain()
 {
     DeleteForms();
+    if (frmClientsDM)
+        frmClientsDM->OnMarksChange = nullptr;
+    ui->ebContent->OnPlacesChange = nullptr;
+    m_marks.reset();
     // The widgets are destroyed after their data.
     ui->dbtSutas->SetDataSource(nullptr);
     dsKeloraContent.OnDataChange = nullptr;
@@ -237,6 +243,7 @@ void TfrmMain::bcbLanguageChange()
         ui->dbtSutas->Column(Field::NameVicPal)->SetVisible(InterfaceLang == 1);
     }
     UpdateFootText();
+    m_marks->PlacesChanged(); // its hints are texts, too
     frmKeloraDM->WriteOption(Option::InterfaceLang, InterfaceLang);
 }
 

@@ -27,8 +27,10 @@ class QSystemTrayIcon;
 class QTimer;
 class QUrl;
 class InputWatch;
+class MarksInText;
 class TBarCombo;
 class TfrmDictionary;
+class TfrmFocusHighlight;
 class TfrmImport;
 class TBrowserControl;
 class TDBTreeListColumn;
@@ -65,8 +67,9 @@ public:
     /// Tells something in the bar at the foot, in place of what was told there before; with an action, a button beside
     /// it does that once. An empty message clears it.
     void TellInFoot(const QString &message, const QString &action = {}, std::function<void()> act = nullptr);
-    /// The browser control of the passage.
+    /// The browser control of the passage, and what shows its marks beside it.
     TBrowserControl &Content();
+    MarksInText &Marks();
 
     void OpenText(const QVariant &idVic) override;
     void OpenMarkedText(int collection, int number) override;
@@ -173,7 +176,10 @@ private:
     void DeclareSuttaListScript();
     void FillSuttaList();
     void acFocusHighlightExecute();
-    void acOrganizationExecute();
+    /// The browser of marks; null if it does not open.
+    TfrmFocusHighlight *acOrganizationExecute();
+    /// The strip beside the page, with the marks of the text and the hits of a search.
+    void SetUpMarks();
 
     // MainFoot.cpp: the bar at the foot
     void SetUpFoot();
@@ -280,6 +286,7 @@ private:
     bool m_isAskingToQuit = false;
     bool m_isMarking = false;
     InputWatch *m_input = nullptr;
+    std::unique_ptr<MarksInText> m_marks;
     QTimer *m_storeTimer = nullptr;
     History m_history;
     PlaceStore m_places;

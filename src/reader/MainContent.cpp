@@ -2,6 +2,7 @@
 
 #include "base/Colour.h"
 #include "base/InterfaceLanguage.h"
+#include "reader/MarksInText.h"
 #include "reader/PageComposer.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
@@ -31,6 +32,7 @@ void TfrmMain::SetUpContent()
             zoom->trigger();
     };
     SetUpReturn();
+    SetUpMarks();
 }
 
 void TfrmMain::SetUpReturn()
@@ -50,7 +52,7 @@ void TfrmMain::dsKeloraContentDataChange()
     LeaveHitOfOtherText();
     TextComes();
     ViewSutta(ShownLanguage());
-    UpdateFootText();
+    m_marks->OpenText(m_isTextShown ? m_shown.text : 0);
     ShowWaitCursor(false);
 }
 
@@ -65,6 +67,7 @@ void TfrmMain::ViewSutta(int mode)
         {PassageAddress(qryTreeSutas.FieldByName(Field::IdVic).AsInteger()), PassageLanguage(mode)});
     const QScopedValueRollback startPage(FIsStartPage, true);
     ui->ebContent->LoadFromString(page, PageTitle());
+    m_marks->PageLeft();
     MarkPlaces();
 }
 
@@ -178,6 +181,7 @@ void TfrmMain::ebContentDocumentComplete()
     const bool isAtHit = GoToSoughtWords();
     if (text != m_textNumber)
         return; // the search has processed events
+    m_marks->PageCame();
     // Where a search leads the reader wins.
     if (isAtHit)
         m_wanted.reset();

@@ -1,5 +1,7 @@
 #include "reader/Main.h"
 
+#include "base/Messages.h"
+#include "reader/MarksInText.h"
 #include "stores/KeloraDM.h"
 #include "stores/Modules.h"
 #include "stores/Schema.h"
@@ -10,10 +12,23 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr Message oneMark{u"1 dấu", u"1 mark"};
+constexpr Message manyMarks{u"%1 dấu", u"%1 marks"};
+
+QString MarksText(int count)
+{
+    return count == 1 ? TextOrEnglish(oneMark) : TextOrEnglish(manyMarks).arg(count);
+}
+
+} // namespace
 
 void TfrmMain::SetUpFoot()
 {
@@ -67,6 +82,11 @@ void TfrmMain::UpdateFootText()
     const bool isText = qryKeloraContent.Active() && qryKeloraContent.RecordCount() > 0;
     if (isText && !names.isEmpty())
         names.insert(1, QString::number(number));
+    // Before the groups, which are cut off where there is no room.
+    const QString marks = MarksText(m_marks->Count());
+    if (m_marks->Count() > 0)
+        names.insert(std::min<qsizetype>(2, names.size()), marks);
+    ui->stripMarks->setAccessibleDescription(marks);
     ui->lbFootText->setText(names.join(u"  ·  "_s));
 }
 

@@ -6,6 +6,7 @@
 #include "marks/Excerpt.h"
 #include "marks/FocusEdit.h"
 #include "marks/FocusHighlight.h"
+#include "reader/MarksInText.h"
 #include "reader/ReaderRules.h"
 #include "stores/ClientsDM.h"
 #include "stores/KeloraDM.h"
@@ -14,6 +15,7 @@
 #include "toolkit/browser/BrowserControl.h"
 #include "toolkit/program/Doors.h"
 #include "toolkit/program/Forms.h"
+#include "toolkit/program/Guard.h"
 #include "ui_Main.h"
 
 #include <QAction>
@@ -88,16 +90,37 @@ void TfrmMain::OpenMarkedText(int collection, int number)
     qryTreeSutas.Locate(u"ID_NIC"_s, number);
 }
 
-void TfrmMain::acOrganizationExecute()
+void TfrmMain::SetUpMarks()
+{
+    m_marks = std::make_unique<MarksInText>(*ui->ebContent, *ui->stripMarks);
+    ui->ebContent->OnPlacesChange = [this] { m_marks->PlacesChanged(); };
+    m_marks->OnCount = [this] { RunGuarded([this] { UpdateFootText(); }); };
+    m_marks->OnGo = [this](const PagePlace &place) { GoToReference(TextOnShow(), place); };
+    m_marks->OnOpen = [this](int key) {
+        if (TfrmFocusHighlight *form = acOrganizationExecute())
+            form->ShowMark(key);
+    };
+    if (frmClientsDM)
+        frmClientsDM->OnMarksChange = [this] { m_marks->MarksChanged(); };
+}
+
+MarksInText &TfrmMain::Marks()
+{
+    return *m_marks;
+}
+
+TfrmFocusHighlight *TfrmMain::acOrganizationExecute()
 {
     if (!frmClientsDM || !frmClientsDM->vIsOKClients) {
         const QString text = ClientDatabaseNotOpenText(InterfaceLang);
         if (!text.isEmpty())
             Doors().messageBox(u"Lumivara 1.0"_s, text, BoxButtons::Ok, BoxIcon::None);
-        return;
+        return nullptr;
     }
     try {
-        OpenForm(u"frmFocusHighlight"_s, [this] { return new TfrmFocusHighlight(*this); });
+        return static_cast<TfrmFocusHighlight *>(
+            OpenForm(u"frmFocusHighlight"_s, [this] { return new TfrmFocusHighlight(*this); }));
     } catch (const std::exception &) {
+        return nullptr;
     }
 }

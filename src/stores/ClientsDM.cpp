@@ -126,6 +126,10 @@ void TfrmClientsDM::DescribeMarks()
     qryFocus.OnNewRecord = [this] { qryFocusNewRecord(); };
     qryFocus.BeforePost = [this] { qryFocusBeforePost(); };
     qryFocus.BeforeDelete = [this] { qryFocusBeforeDelete(); };
+    qryFocus.AfterPost = qryFocus.AfterDelete = [this] {
+        if (OnMarksChange)
+            OnMarksChange();
+    };
 }
 
 void TfrmClientsDM::DataModuleCreate()

@@ -5,6 +5,8 @@
 #include "stores/data/FIBDataSet.h"
 #include "stores/engine/Database.h"
 
+#include <functional>
+
 /// The connection to the reader's marks and to the list of texts that they refer to. Exists for the whole run; the
 /// program works without a connection.
 class TfrmClientsDM : public QObject
@@ -31,6 +33,9 @@ public:
     bool vIsOKClients = false;
     /// Select text of qryFocus as created, lines separated by "\n". Empty without a connection.
     QString vDefFocusSQL;
+
+    /// A mark has been added, edited or deleted by qryFocus, and that is stored. Must not throw.
+    std::function<void()> OnMarksChange;
 
     void qryFocusNewRecord();
     void qryFocusBeforePost();

@@ -156,7 +156,8 @@ struct WordsOptions
 struct ExportMarksOptions
 {
     QString file;
-    QString out; ///< the standard output if empty
+    QString canon; ///< of the references; the one beside the tool, if there is one, if empty
+    QString out;   ///< the standard output if empty
     MarksForm form;
     ReportOptions report;
 };

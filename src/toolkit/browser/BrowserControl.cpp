@@ -61,6 +61,7 @@ public:
     void EmptyPageCame();
     void RendererEnded();
     void ApplyZoom();
+    void TellPlacesChanged();
     QVariant Call(const QString &script);
     /// The colour of a dark skin's edits, for a control that follows the skin; invalid under a light one.
     QColor DarkPaper() const;
@@ -110,6 +111,7 @@ TBrowserControl::Private::Private(TBrowserControl *control) : q(control)
         isTextSelected = !WithoutPictures(page->selectedText()).isEmpty();
     });
     connect(page, &QWebEnginePage::urlChanged, this, &Private::AddressChanged);
+    connect(page, &QWebEnginePage::contentsSizeChanged, this, &Private::TellPlacesChanged);
 
     input = new BrowserInput(q);
     input->OnPress = [this](Qt::MouseButton button, Qt::KeyboardModifiers modifiers, QPoint point) {
@@ -133,6 +135,7 @@ TBrowserControl::Private::Private(TBrowserControl *control) : q(control)
         if (q->OnFindBegin)
             q->OnFindBegin();
     };
+    finding->OnMark = [this] { TellPlacesChanged(); };
     finding->OnStepKey = [this](bool isBackward) { return q->OnFindStep && q->OnFindStep(isBackward); };
     input->OnEscape = [this] { return finding->Close(); };
 }
@@ -276,6 +279,12 @@ void TBrowserControl::Private::ApplyZoom()
 {
     // Qt WebEngine ignores a factor outside its range instead of clamping it.
     page->setZoomFactor(std::clamp(zoomPercent, leastZoom, greatestZoom) / 100.0);
+}
+
+void TBrowserControl::Private::TellPlacesChanged()
+{
+    if (isComplete && q->OnPlacesChange)
+        RunGuarded(q->OnPlacesChange);
 }
 
 QVariant TBrowserControl::Private::Call(const QString &script)
@@ -507,6 +516,7 @@ void TBrowserControl::SetZoomPercent(int percent)
         return;
     d->zoomPercent = percent;
     d->ApplyZoom();
+    d->TellPlacesChanged();
 }
 
 int TBrowserControl::SearchAndHighlight(const QString &text, FindFlags flags, ScrollMode scroll,
@@ -521,7 +531,11 @@ int TBrowserControl::SearchAndHighlight(const QString &text, FindFlags flags, Sc
         {QStringLiteral("foreground"), foreground},
         {QStringLiteral("background"), background},
     };
-    return d->Call(ScriptCall(u"highlight", {text, options})).toInt();
+    const QPointer<TBrowserControl> self = this;
+    const int count = d->Call(ScriptCall(u"highlight", {text, options})).toInt();
+    if (self && count > 0)
+        d->TellPlacesChanged();
+    return count;
 }
 
 bool TBrowserControl::ScrollToFirst(const QString &text)
@@ -567,6 +581,19 @@ void TBrowserControl::GoToPlace(const PagePlace &place)
 {
     if (d->isComplete)
         page()->runJavaScript(ScriptCall(u"goToPlace", {MapOf(place)}), QWebEngineScript::ApplicationWorld);
+}
+
+bool TBrowserControl::Ask(QStringView function, const QVariant &argument,
+                          const std::function<void(const QVariant &)> &take)
+{
+    if (!d->isComplete || IsPageGone())
+        return false;
+    page()->runJavaScript(ScriptCall(function, {argument}), QWebEngineScript::ApplicationWorld,
+                          [self = QPointer(d.get()), number = d->number, take](const QVariant &answer) {
+                              if (self && self->number == number)
+                                  RunGuarded([&] { take(answer); });
+                          });
+    return true;
 }
 
 QVariant TBrowserControl::Evaluate(const QString &script)

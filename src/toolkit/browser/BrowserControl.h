@@ -134,6 +134,10 @@ public:
     /// block.
     void GoToPlace(const PagePlace &place);
 
+    /// Calls a function of our scripts in the complete page, later and without waiting. What it gives comes only as
+    /// long as no other page is handed over. False where no page is complete.
+    bool Ask(QStringView function, const QVariant &argument, const std::function<void(const QVariant &)> &take);
+
     /// Runs a script of ours in the isolated world and waits for its value, processing events. Invalid if the page was
     /// destroyed.
     QVariant Evaluate(const QString &script);
@@ -152,6 +156,9 @@ public:
     std::function<bool(bool isBackward)> OnFindStep;
     /// Called for Ctrl with the wheel; positive steps enlarge.
     std::function<void(int steps)> OnZoomWheel;
+    /// Called when parts of the complete page may stand elsewhere in its height than before, or other places of it may
+    /// be marked or coloured.
+    std::function<void()> OnPlacesChange;
 
 protected:
     bool event(QEvent *event) override;

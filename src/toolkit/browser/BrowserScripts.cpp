@@ -56,7 +56,7 @@ QWebEngineScript OwnScript(const QString &source, bool isForFrames)
 void InstallPageScripts(QWebEngineScriptCollection &scripts, const PageSetting &setting)
 {
     static const QString functions =
-        ReadAllScripts({u"text", u"scroll", u"highlight", u"selection", u"find", u"place"});
+        ReadAllScripts({u"text", u"scroll", u"highlight", u"selection", u"find", u"place", u"heights"});
     static const QString host = ReadAllScripts({u"closed", u"host"});
     static const QString night = ReadAllScripts({u"nightcolours", u"nighttraits", u"night"});
     static const QString longPage = ReadAllScripts({u"long"});

@@ -31,6 +31,17 @@ void SetTabOrder(QWidget &page, QWidget &bar)
     }
 }
 
+/// Where a control stands in a layout, by itself or in a row; -1 for nowhere.
+int IndexIn(const QLayout &layout, QWidget &control)
+{
+    for (int index = 0; index < layout.count(); ++index) {
+        QLayoutItem &item = *layout.itemAt(index);
+        if (item.widget() == &control || (item.layout() && item.layout()->indexOf(&control) >= 0))
+            return index;
+    }
+    return -1;
+}
+
 } // namespace
 
 void AddPlaceKeys(QWidget &place, const std::function<void(bool isBackward)> &step)
@@ -75,7 +86,7 @@ void PageFinding::Open(const QString &selection)
             Ask();
         };
         m_bar->OnClose = [this] { Close(); };
-        box->insertWidget(box->indexOf(&m_control) + 1, m_bar);
+        box->insertWidget(IndexIn(*box, m_control) + 1, m_bar);
     }
     if (!m_bar)
         return;
@@ -246,7 +257,14 @@ void PageFinding::MarkPlaces(const QList<TextRange> &places, qsizetype at)
     Run(ScriptCall(u"showPlaces", {shown}), [this](const QVariant &text) {
         if (!text.toString().isEmpty() && OnSelect)
             OnSelect(text.toString());
+        TellMarked();
     });
+}
+
+void PageFinding::TellMarked() const
+{
+    if (OnMark)
+        OnMark();
 }
 
 void PageFinding::Take(const QVariantMap &answer, bool isStep, bool isColoured)
@@ -256,6 +274,8 @@ void PageFinding::Take(const QVariantMap &answer, bool isStep, bool isColoured)
     const QString text = answer.value(QStringLiteral("text")).toString();
     if (!text.isEmpty() && OnSelect)
         OnSelect(text);
+    if (!isStep)
+        TellMarked();
     if (isStep && count == 0 && !IsOpen()) {
         // Asks again, and tells that there is none.
         if (Text().isEmpty() || isColoured)

@@ -58,6 +58,8 @@ public:
     std::function<void()> OnBegin;
     /// Asked first at the key for a step; true if it has been made.
     std::function<bool(bool isBackward)> OnStepKey;
+    /// Other places of the page may be marked than before.
+    std::function<void()> OnMark;
 
 private:
     struct Places
@@ -72,6 +74,7 @@ private:
     void Send(const QVariant &step);
     void Take(const QVariantMap &answer, bool isStep, bool isColoured);
     bool HideBar();
+    void TellMarked() const;
     void AskForText();
     void MarkPlaces(const QList<TextRange> &places, qsizetype at);
     /// Runs our script and hands its value over, unless another page is shown meanwhile.

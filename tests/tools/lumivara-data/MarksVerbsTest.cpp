@@ -132,21 +132,43 @@ TEST_F(MarksVerbs, ExportsHoldEveryMarkByText)
 {
     EXPECT_EQ(Export(From, "csv"),
               "ID_FOC,NIK_SUT,NIC_SUT,NAME_SUT_VIE,NAME_SUT_PAL,NAME_SUT_ENG,NAME_FOC,KEYWORD_FOC,PRIORITY_FOC,"
-              "DATETIME_FOC,DESC_FOC,TEXT,TEXT_FOC,TEXT_FORM\r\n"
-              "8,2,9,\"Kinh\",,\"A discourse\",\"đôi\",,4,2024-03-01T00:00:00,\" rìa \",\"x\",\"<p>x\",utf-8\r\n"
+              "DATETIME_FOC,DESC_FOC,TEXT,TEXT_FOC,TEXT_FORM,REFERENCE\r\n"
+              "8,2,9,\"Kinh\",,\"A discourse\",\"đôi\",,4,2024-03-01T00:00:00,\" rìa \",\"x\",\"<p>x\",utf-8,\r\n"
               "4,6,1101,\"Chương <1>\",\"Kaṇḍaṃ\",,\"\uFEFFHai, \"\"ba\"\" \U0001F600\",\"khóa · chìa\",2,"
               "2024-02-29T23:59:00,\"ghi *chú*\r\n\r\n# dòng,\",\"một hai\nba\u00A0<4, \"\"x\"\"\","
-              "\"<p>một  <b>hai</b></p>\r\n<p>ba&nbsp;&lt;4, \"\"x\"\"</p>\",utf-8-bom\r\n"
-              "7,6,1101,\"Chương <1>\",\"Kaṇḍaṃ\",,,,3,,,\"\",,none\r\n"
-              "5,6,9999,,,,\"lạc\",\"\"\"\",1,2024-03-01T00:00:00,,\"y\",\"y\",utf-8\r\n");
-    EXPECT_THAT(Export(From, "html"),
-                HasSubstr("<h1>Chương &lt;1&gt; · Kaṇḍaṃ</h1>\n<h2>Hai, &quot;ba&quot; \U0001F600</h2>\n"
-                          "<p><small>Cao · 2024-02-29 23:59 · khóa · chìa</small></p>\n<blockquote>một hai<br>\n"
-                          "ba\u00A0&lt;4, &quot;x&quot;</blockquote>\n<p>ghi *chú*<br>\n<br>\n# dòng,</p>\n"));
-    EXPECT_THAT(Export(From, "markdown"),
-                HasSubstr("# Chương \\<1\\> · Kaṇḍaṃ <!-- 6-1101 -->\n\n## Hai, \"ba\" \U0001F600\n\n"
-                          "Cao · 2024\\-02\\-29 23:59 · khóa · chìa\n\n> một hai  \n> ba\u00A0\\<4, \"x\"\n\n"
-                          "ghi \\*chú\\*  \n  \n\\# dòng,\n"));
+              "\"<p>một  <b>hai</b></p>\r\n<p>ba&nbsp;&lt;4, \"\"x\"\"</p>\",utf-8-bom,\"1101\"\r\n"
+              "7,6,1101,\"Chương <1>\",\"Kaṇḍaṃ\",,,,3,,,\"\",,none,\"1101\"\r\n"
+              "5,6,9999,,,,\"lạc\",\"\"\"\",1,2024-03-01T00:00:00,,\"y\",\"y\",utf-8,\"9999\"\r\n");
+    EXPECT_THAT(
+        Export(From, "html"),
+        HasSubstr("<h1>Chương &lt;1&gt; · Kaṇḍaṃ</h1>\n<h2>Hai, &quot;ba&quot; \U0001F600</h2>\n"
+                  "<p><small>(1101) · Cao · 2024-02-29 23:59 · khóa · chìa</small></p>\n<blockquote>một hai<br>\n"
+                  "ba\u00A0&lt;4, &quot;x&quot;</blockquote>\n<p>ghi *chú*<br>\n<br>\n# dòng,</p>\n"));
+    EXPECT_THAT(
+        Export(From, "markdown"),
+        HasSubstr("# Chương \\<1\\> · Kaṇḍaṃ <!-- 6-1101 -->\n\n## Hai, \"ba\" \U0001F600\n\n"
+                  "\\(1101\\) · Cao · 2024\\-02\\-29 23:59 · khóa · chìa\n\n> một hai  \n> ba\u00A0\\<4, \"x\"\n\n"
+                  "ghi \\*chú\\*  \n  \n\\# dòng,\n"));
+}
+
+TEST_F(MarksVerbs, ExportsTellWhereTheWordsStandInTheCanon)
+{
+    Put(u"canon/canon.csv"_s, "kind,key,group,pali,vietnamese,page_vietnamese\n"
+                              "group,1,,P,N,\ntext,1101,1,A,B,a.html\n");
+    Put(u"canon/a.html"_s, "<h1>Một</h1><p>hai <b>ba</b> bốn</p><p>năm sáu</p>");
+    Run(0, "import canon canon --into CANON.FDB");
+    OpenedDatabase(Path(From))
+        .RunScript(u"update SUTTA_TEXT_FOCUS set TEXT_FOC = '<p>ba  <i>bốn</i></p><p>năm' where ID_FOC = 4;"
+                   "update SUTTA_TEXT_FOCUS set TEXT_FOC = 'bảy' where ID_FOC = 7;"_s);
+    const std::string csv = Export(From, "csv --canon CANON.FDB");
+    EXPECT_THAT(csv, HasSubstr(",\"1101:2\"\r\n7,6,1101,"));
+    EXPECT_THAT(csv, HasSubstr(",\"1101\"\r\n5,6,9999,")) << "its words do not stand there";
+    EXPECT_THAT(Export(From, "html --canon CANON.FDB"), HasSubstr("<small>(1101:2) · Cao · "));
+    EXPECT_THAT(Run(2, "export marks --format csv --canon none.FDB", {u"--file"_s, From}), HasSubstr("none.FDB"));
+    Put(u"marks.md"_s, QByteArray::fromStdString(Export(From, "md --canon CANON.FDB")));
+    EXPECT_THAT(Import("md"), HasSubstr("4 marks added"));
+    EXPECT_EQ(Ask(To, "select KEYWORD_FOC, PRIORITY_FOC from SUTTA_TEXT_FOCUS where PRIORITY_FOC = 2"), "khóa · chìa,2")
+        << "a reference is no keyword";
 }
 
 TEST_F(MarksVerbs, CheckNamesWhatPutsMarksAtRisk)

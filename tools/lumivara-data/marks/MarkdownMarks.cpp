@@ -71,10 +71,16 @@ bool IsQuotation(const QString &line)
     return line.startsWith(u'>');
 }
 
-/// Priority, date and keywords; false if the line does not begin with a priority.
+/// Priority, date and keywords; false if the line does not begin with a priority. A reference before them is for people
+/// alone: the excerpt tells where it stands.
 bool TakeFacts(const QString &facts, Mark &mark)
 {
     QStringList words = facts.split(Parting);
+    static const QRegularExpression reference(QRegularExpression::anchoredPattern(uR"(\(\d+(:[\d.-]+)?\))"_s));
+    if (reference.match(words.first().trimmed()).hasMatch())
+        words.removeFirst();
+    if (words.isEmpty())
+        return true;
     mark.priority = PriorityNamed(words.takeFirst().trimmed());
     if (!words.isEmpty()) {
         const QDateTime time = QDateTime::fromString(words.first(), u"yyyy-MM-dd HH:mm"_s);

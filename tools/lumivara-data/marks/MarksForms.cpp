@@ -31,11 +31,11 @@ bool BeginsText(const Mark &mark, const Mark *previous)
     return !previous || mark.collection != previous->collection || mark.text != previous->text;
 }
 
-/// "Cao · 2024-02-29 23:59 · keywords"
+/// "(1101:12) · Cao · 2024-02-29 23:59 · keywords"
 QString Facts(const Mark &mark)
 {
-    QStringList facts{PriorityName(mark.priority), mark.time.left(QStringView(u"yyyy-MM-dd HH:mm").size()),
-                      mark.keywords};
+    QStringList facts{mark.reference.isEmpty() ? QString() : u'(' + mark.reference + u')', PriorityName(mark.priority),
+                      mark.time.left(QStringView(u"yyyy-MM-dd HH:mm").size()), mark.keywords};
     facts.removeAll(QString());
     return facts.join(u" · "_s);
 }
@@ -146,7 +146,8 @@ QString CsvMark(const Mark &mark, const Mark *)
                             CsvCell(mark.note),
                             CsvCell(text),
                             CsvCell(excerpt),
-                            form};
+                            form,
+                            CsvCell(mark.reference)};
     return cells.join(u',') + u"\r\n"_s;
 }
 
@@ -217,7 +218,7 @@ MarksForm MarksFormNamed(const QString &name)
     if (name == "csv"_L1) {
         return {u"csv",
                 u"ID_FOC,NIK_SUT,NIC_SUT,NAME_SUT_VIE,NAME_SUT_PAL,NAME_SUT_ENG,NAME_FOC,KEYWORD_FOC,PRIORITY_FOC,"
-                "DATETIME_FOC,DESC_FOC,TEXT,TEXT_FOC,TEXT_FORM\r\n"_s,
+                "DATETIME_FOC,DESC_FOC,TEXT,TEXT_FOC,TEXT_FORM,REFERENCE\r\n"_s,
                 CsvMark,
                 {}};
     }

@@ -20,8 +20,9 @@ struct Mark
     QString nameVietnamese, namePali, nameEnglish;
     QString title, keywords, note;
     std::optional<int> priority;
-    QString time;       ///< local, as "2024-02-29 23:59:58.1234"; empty for none
-    QByteArray excerpt; ///< as stored; null for none
+    QString time;           ///< local, as "2024-02-29 23:59:58.1234"; empty for none
+    QByteArray excerpt;     ///< as stored; null for none
+    QString reference = {}; ///< of an export: where the mark stands, as "1101:12"
 };
 
 /// The page of an excerpt, without a byte order mark.

@@ -18,9 +18,11 @@ namespace {
 
 constexpr std::array NeededColumns{Field::NikSut,     Field::NicSut,      Field::NameFoc,
                                    Field::KeywordFoc, Field::PriorityFoc, Field::DescFoc};
-constexpr SchemaName PlainText = u"TEXT"; ///< the excerpt without its HTML
-constexpr std::array OtherColumns{Field::IdFoc,       Field::NameSutVie, Field::NameSutPal, Field::NameSutEng,
-                                  Field::DatetimeFoc, PlainText,         Field::TextFoc,    ExcerptForm::Column};
+constexpr SchemaName PlainText = u"TEXT";      ///< the excerpt without its HTML
+constexpr SchemaName Reference = u"REFERENCE"; ///< for people alone: the excerpt tells where it stands
+constexpr std::array OtherColumns{Field::IdFoc,      Field::NameSutVie,   Field::NameSutPal,
+                                  Field::NameSutEng, Field::DatetimeFoc,  PlainText,
+                                  Field::TextFoc,    ExcerptForm::Column, Reference};
 const QString TimeForm = u"yyyy-MM-dd HH:mm:ss.zzz0"_s; ///< of Mark::time
 
 bool IsAmong(const auto &columns, const QString &name)

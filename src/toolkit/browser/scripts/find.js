@@ -171,6 +171,10 @@
         event.dataTransfer.setData('text/html', holder.innerHTML);
     }, true);
 
+    // The elements around the places that are marked or coloured, in their order.
+    lumivara.hitElements = (page) => [...page.querySelectorAll(`${markName}, font`)]
+        .filter((element) => element.localName === markName || lumivara.isPainted(element));
+
     // ---- Steps ----
 
     // The first character in the view, as a range; null at the top of the page.

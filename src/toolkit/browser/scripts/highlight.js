@@ -111,6 +111,7 @@
         return count;
     }
 
+    lumivara.isPainted = (element) => painted.has(element);
     lumivara.hitsIn = hitsIn;
     lumivara.wrap = wrap;
     lumivara.coveredParts = coveredParts;

@@ -167,6 +167,8 @@
         return found.length ? characterOf(found[Math.min(place.cell, found.length - 1)], place.share) : null;
     }
 
+    lumivara.placeOf = placeOf;
+
     lumivara.placeAtTop = () => {
         const page = documentsOf(document)[0];
         const character = page && page.defaultView.scrollY > 0 ? characterAtTop(page) : null;

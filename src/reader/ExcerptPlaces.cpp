@@ -1,0 +1,118 @@
+#include "reader/ExcerptPlaces.h"
+
+#include "base/VisibleText.h"
+#include "everywhere/PageLetters.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+constexpr qsizetype headSize = 8; // letters by which an excerpt is recognised first
+constexpr int filterBits = 16;
+
+quint64 HeadHash(const QChar *letters)
+{
+    quint64 parts[2];
+    static_assert(sizeof parts == headSize * sizeof(QChar));
+    std::memcpy(parts, letters, sizeof parts);
+    return (parts[0] * 0x9E3779B97F4A7C15 ^ parts[1]) * 0xC2B2AE3D27D4EB4F;
+}
+
+size_t FilterOf(quint64 hash)
+{
+    return static_cast<size_t>(hash >> (64 - filterBits));
+}
+
+} // namespace
+
+void WrittenText::Add(QStringView written)
+{
+    // A page may have a million of them, and each costs a call where they are appended one by one.
+    const qsizetype before = m_letters.size();
+    m_letters.resize(before + written.size());
+    m_places.resize(static_cast<size_t>(m_letters.size()));
+    QChar *const letters = m_letters.data();
+    qsizetype end = before;
+    for (const QChar character : written) {
+        if (IsVisibleLetter(character.unicode())) {
+            letters[end] = character;
+            m_places[static_cast<size_t>(end++)] = static_cast<quint32>(m_size);
+        }
+        ++m_size;
+    }
+    m_letters.truncate(end);
+    m_places.resize(static_cast<size_t>(end));
+}
+
+QString LettersOfExcerpt(const QByteArray &excerpt)
+{
+    QString text;
+    text.reserve(excerpt.size());
+    PageLetters letters(excerpt, Markup::Html);
+    for (PageLetter letter; letters.Next(letter);) {
+        if (letter.code != U' ')
+            text += QStringView(QChar::fromUcs4(letter.code));
+    }
+    return text;
+}
+
+ExcerptFinder::ExcerptFinder(const QString &page, const QStringList &excerpts)
+    : m_page(page), m_excerpts(excerpts), m_isHead(size_t(1) << filterBits),
+      m_states(static_cast<size_t>(excerpts.size()))
+{
+    for (qsizetype excerpt = 0; excerpt < excerpts.size(); ++excerpt) {
+        if (excerpts[excerpt].size() < headSize)
+            continue;
+        const quint64 hash = HeadHash(excerpts[excerpt].constData());
+        m_heads.push_back({hash, excerpt});
+        m_isHead[FilterOf(hash)] = true;
+    }
+    std::ranges::sort(m_heads, {}, &Head::hash);
+}
+
+bool ExcerptFinder::Go(qsizetype letters)
+{
+    const qsizetype last = m_heads.empty() ? -1 : m_page.size() - headSize;
+    for (const qsizetype end = m_at + letters; m_at < end && m_at <= last; ++m_at) {
+        const quint64 hash = HeadHash(m_page.constData() + m_at);
+        if (m_isHead[FilterOf(hash)])
+            LookAt(m_at, hash);
+    }
+    if (m_at <= last)
+        return true;
+    FindShort();
+    std::ranges::stable_sort(m_found, {}, &ExcerptPlace::letter);
+    return false;
+}
+
+void ExcerptFinder::LookAt(qsizetype letter, quint64 hash)
+{
+    for (const Head &head : std::ranges::equal_range(m_heads, hash, {}, &Head::hash)) {
+        if (QStringView(m_page).sliced(letter).startsWith(m_excerpts[head.excerpt]))
+            Take(letter, head.excerpt);
+    }
+}
+
+void ExcerptFinder::Take(qsizetype letter, qsizetype excerpt)
+{
+    State &state = m_states[static_cast<size_t>(excerpt)];
+    if (letter < state.end || state.count == MostPlaces)
+        return;
+    state = {letter + m_excerpts[excerpt].size(), state.count + 1};
+    m_found.append({letter, excerpt});
+}
+
+/// Those that are too short to have a head.
+void ExcerptFinder::FindShort()
+{
+    for (qsizetype excerpt = 0; excerpt < m_excerpts.size(); ++excerpt) {
+        const QString &words = m_excerpts[excerpt];
+        if (words.isEmpty() || words.size() >= headSize)
+            continue;
+        const State &state = m_states[static_cast<size_t>(excerpt)];
+        for (qsizetype at = m_page.indexOf(words); at >= 0 && state.count < MostPlaces;
+             at = m_page.indexOf(words, state.end))
+            Take(at, excerpt);
+    }
+}
