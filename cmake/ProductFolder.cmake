@@ -25,11 +25,14 @@ add_custom_target(language_files ALL DEPENDS ${LUMIVARA_LANGUAGES_STAMP})
 find_program(WEASYPRINT weasyprint REQUIRED)
 file(GLOB LUMIVARA_GUIDE_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/data/guide/*.html ${CMAKE_SOURCE_DIR}/data/guide/*.css
      ${CMAKE_SOURCE_DIR}/data/guide/pictures/*.png)
+set(LUMIVARA_GUIDE_IMAGES lumivara pali vietnamese parallel)
+list(TRANSFORM LUMIVARA_GUIDE_IMAGES REPLACE "(.+)" "${CMAKE_SOURCE_DIR}/src/reader/images/\\1.svg")
 set(LUMIVARA_GUIDE ${LUMIVARA_PRODUCT_DIR}/LumivaraUserGuide.pdf)
 add_custom_command(
     OUTPUT ${LUMIVARA_GUIDE}
     COMMAND ${CMAKE_SOURCE_DIR}/scripts/build-guide ${LUMIVARA_GUIDE}
-    DEPENDS ${LUMIVARA_GUIDE_SOURCES} ${CMAKE_SOURCE_DIR}/src/reader/images/lumivara.svg ${CMAKE_SOURCE_DIR}/scripts/build-guide
+    DEPENDS ${LUMIVARA_GUIDE_SOURCES} ${LUMIVARA_GUIDE_IMAGES} ${CMAKE_SOURCE_DIR}/scripts/build-guide
+            ${CMAKE_SOURCE_DIR}/scripts/tagged-pdf
     COMMENT "Making the user guide"
     VERBATIM
 )

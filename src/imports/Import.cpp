@@ -104,7 +104,6 @@ TfrmImport::TfrmImport(std::function<void(ImportTarget)> openNew, QWidget *paren
     CentreOnScreen(*this);
     ConnectGuarded(ui->btnFolder, &QPushButton::clicked, this, [this] { ChooseFolder(); });
     ConnectGuarded(ui->btnFile, &QPushButton::clicked, this, [this] { ChooseFile(); });
-    ConnectGuarded(ui->edSource, &QLineEdit::returnPressed, this, [this] { Look(ui->edSource->text()); });
     ConnectGuarded(ui->edSource, &QLineEdit::textChanged, this, [this](const QString &text) {
         ui->btnLook->setEnabled(!text.isEmpty());
         ui->lbSourceFault->clear();
@@ -321,9 +320,12 @@ void TfrmImport::keyPressEvent(QKeyEvent *event)
     if (event->key() == Qt::Key_Escape)
         RunGuarded([this] { m_run.IsRunning() ? Cancel() : static_cast<void>(close()); });
     else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        // The box's Enter is answered here, too: it comes on from the box, and after a look the focus is at "Cancel".
         auto *button = qobject_cast<QPushButton *>(focusWidget());
         if (button)
             button->click();
+        else if (ui->edSource->hasFocus())
+            RunGuarded([this] { Look(ui->edSource->text()); });
     } else
         QWidget::keyPressEvent(event);
 }

@@ -103,6 +103,17 @@ TEST_F(Imports, TextsAreLookedAtTakenOverShownAtOnceAndTakenBack)
     EXPECT_EQ(PassageNames().join(u"|"_s).toStdString(), before.join(u"|"_s).toStdString());
 }
 
+TEST_F(Imports, EnterInTheBoxLooksAndCancelsNothing)
+{
+    StartOn();
+    Open();
+    auto &box = On<QLineEdit>("edSource");
+    box.setText(folder.Path(u"texts"_s));
+    box.setFocus();
+    QTest::keyClick(&box, Qt::Key_Return);
+    EXPECT_TRUE(Shows("tsFound")) << Text("lbDone");
+}
+
 TEST_F(Imports, TextsGoBesideThoseThatAreThere)
 {
     StartOn();

@@ -2,6 +2,8 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QFile>
+#include <QRegularExpression>
 #include <QShortcut>
 
 using namespace Qt::StringLiterals;
@@ -22,6 +24,37 @@ const QMap<QString, QString> everyKey{
     {u"frmSearchSutas"_s, u"Ctrl+W keyCloseWindow, F3 keyNextPlace, Shift+F3 keyPriorPlace"_s},
     {u"frmFocusHighlight"_s, u"Ctrl+W keyCloseWindow, F3 keyNextPlace, Shift+F3 keyPriorPlace"_s},
     {u"frmKeys"_s, u"Ctrl+W keyCloseWindow, Esc frmKeys"_s}};
+
+QSet<QString> KeysOfWindow(const QString &window)
+{
+    QSet<QString> keys;
+    for (const QString &bound : everyKey[window].split(u", "_s))
+        keys.insert(bound.section(u' ', 0, 0));
+    return keys;
+}
+
+/// The keys in a part of the guide's page of keys, or in all of it, as Qt writes them.
+QSet<QString> KeysInGuide(const QString &language, const QString &part)
+{
+    QFile file(QCoreApplication::applicationDirPath() + u"/guide/"_s + language + u".html"_s);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString guide = QString::fromUtf8(file.readAll());
+    const qsizetype begin = guide.indexOf(part);
+    EXPECT_GE(begin, 0) << part.toStdString();
+    const qsizetype end = guide.indexOf(part.startsWith(u"<table"_s) ? u"</table>"_s : u"</div>"_s, begin);
+    static const QRegularExpression chord(u"<kbd>[^<]*</kbd>(?:\\+<kbd>[^<]*</kbd>)*"_s);
+    QSet<QString> keys;
+    for (auto found = chord.globalMatch(guide.mid(begin, end - begin)); found.hasNext();)
+        keys.insert(found.next()
+                        .captured()
+                        .remove(u"<kbd>"_s)
+                        .remove(u"</kbd>"_s)
+                        .replace(u"Page Up"_s, u"PgUp"_s)
+                        .replace(u"Page Down"_s, u"PgDown"_s)
+                        .replace(u"←"_s, u"Left"_s)
+                        .replace(u"→"_s, u"Right"_s));
+    return keys;
+}
 
 class WindowKeys : public EachWindow
 {
@@ -65,6 +98,22 @@ TEST_F(WindowKeys, AreEachBoundOnceAndThoseThatAreKnown)
     VisitAll(visit);
     VisitPreview(visit);
     EXPECT_EQ(seen.size(), everyKey.size());
+}
+
+TEST(GuideKeys, AreThoseOfTheWindowsInBothLanguages)
+{
+    const auto sorted = [](const QSet<QString> &keys) {
+        QStringList list = keys.values();
+        list.sort();
+        return list.join(u", "_s).toStdString();
+    };
+    const QSet<QString> ofMain = KeysOfWindow(u"frmMain"_s) + QSet{u"Alt+Left"_s, u"Alt+Right"_s};
+    for (const QString &language : {u"vi"_s, u"en"_s}) {
+        EXPECT_EQ(sorted(KeysInGuide(language, u"<table class=\"frmMain\">"_s)), sorted(ofMain));
+        const QSet<QString> all = KeysInGuide(language, u"<div class=\"keys\">"_s);
+        for (const QString &window : everyKey.keys())
+            EXPECT_EQ(sorted(KeysOfWindow(window) - all), "") << window.toStdString();
+    }
 }
 
 } // namespace
