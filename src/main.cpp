@@ -3,6 +3,7 @@
 #include "marks/ConfirmDelete.h"
 #include "presentation/DMInterface.h"
 #include "presentation/DatabaseWait.h"
+#include "presentation/ProductAddresses.h"
 #include "stores/ClientsDM.h"
 #include "stores/DailyBackup.h"
 #include "stores/FileScout.h"
@@ -83,6 +84,7 @@ int main(int argc, char **argv)
     TpFIBDatabase::SetLockFolder(FolderOfExecutable(QCoreApplication::applicationFilePath()) + QStringLiteral("lock"));
     SettleLocale();
     QApplication::setApplicationName(Title());
+    QApplication::setDesktopFileName(QString::fromUtf16(DesktopEntry));
     QApplication::setQuitOnLastWindowClosed(false);
     InstallFontSubstitutes();
     InstallMenuKey();

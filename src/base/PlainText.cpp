@@ -1,15 +1,12 @@
 #include "base/PlainText.h"
 
 #include "base/PlainTextRules.h"
+#include "base/Vectors.h"
 
 #include <QStringView>
 
 #include <algorithm>
 #include <bit>
-
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
 
 using namespace PlainTextRules;
 
@@ -22,7 +19,7 @@ bool Goes(const char16_t *at, const char16_t *end)
     return IsLineEnd(*at) || *at == u'<' || *at == u'>';
 }
 
-#ifdef __SSE2__
+#ifdef LUMIVARA_SSE2
 
 constexpr qsizetype LoadLength = 16;
 
@@ -61,7 +58,7 @@ unsigned GoingUnits(const char16_t *at)
 /// Copies units up to the first one to remove, or to the end, and advances both pointers.
 void CopyRun(const char16_t *&from, const char16_t *end, char16_t *&to)
 {
-#ifdef __SSE2__
+#ifdef LUMIVARA_SSE2
     while (end - from >= LoadLength) {
         // Stores all sixteen; there is room, because the copy is never ahead of its source.
         const auto *source = reinterpret_cast<const __m128i *>(from);
@@ -83,7 +80,7 @@ void CopyRun(const char16_t *&from, const char16_t *end, char16_t *&to)
 /// The position after the tag at `from`; an unclosed tag extends to the end.
 const char16_t *AfterTag(const char16_t *from, const char16_t *end)
 {
-#ifdef __SSE2__
+#ifdef LUMIVARA_SSE2
     for (; end - from >= LoadLength; from += LoadLength) {
         if (const unsigned close = Bits(Equal(Narrowed(from), '>')))
             return from + std::countr_zero(close) + 1;

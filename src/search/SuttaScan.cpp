@@ -3,15 +3,12 @@
 #include "base/PlainText.h"
 #include "base/PlainTextRules.h"
 #include "base/Texts.h"
+#include "base/Vectors.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
-
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
 
 using namespace PlainTextRules;
 
@@ -109,7 +106,7 @@ private:
 /// The next "<" or "&", or the end.
 const char *FindMark(const char *from, const char *end)
 {
-#ifdef __SSE2__
+#ifdef LUMIVARA_SSE2
     for (; end - from >= StepLength; from += StepLength) {
         const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(from));
         const int marks = _mm_movemask_epi8(
@@ -228,7 +225,7 @@ const char *SuttaScan::NextCandidate(const char *from, const char *end) const
     if (end - from <= m_filter.offset)
         return end;
     const char *at = from + m_filter.offset;
-#ifdef __SSE2__
+#ifdef LUMIVARA_SSE2
     const __m128i first = _mm_set1_epi8(m_filter.first);
     const __m128i firstOther = _mm_set1_epi8(m_filter.firstOther);
     const __m128i firstCase = _mm_set1_epi8(m_filter.firstCase);

@@ -7,6 +7,7 @@
 #include "lumivara-data/canon/CanonFile.h"
 #include "lumivara-data/dictionary/DictionaryFile.h"
 #include "lumivara-data/files/DataFile.h"
+#include "lumivara-data/files/TimeMade.h"
 #include "lumivara-data/files/UnfinishedFile.h"
 
 #include <QCommandLineParser>
@@ -93,6 +94,8 @@ void Build(const Target &target, const QDir &data, const QDir &out, bool force, 
     }
     FileInTheMaking making(path);
     target.write(sources, making.Path());
+    if (const std::optional<QDateTime> time = WantedTimeMade())
+        SetTimeMade(making.Path(), *time);
     isMadeOnce ? making.FinishNew() : making.Finish();
     report.Say(u"%1: built"_s.arg(target.fileName));
 }

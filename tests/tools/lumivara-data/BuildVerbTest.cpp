@@ -2,6 +2,8 @@
 
 #include <QDateTime>
 
+#include <array>
+
 using namespace Qt::StringLiterals;
 using testing::HasSubstr;
 
@@ -54,6 +56,24 @@ TEST_F(BuildVerb, MakesTheThreeFilesAndNothingElse)
     EXPECT_EQ(Ask(Canon, "select NAME_VIC_ENG, iif(position('>Start<' in CONTENT_VIC_ENG) > 0, 1, 0), "
                          "octet_length(CONTENT_VIC_PAL), octet_length(CONTENT_VIC_ENG) from KELORA_CONTENT"),
               "First, and only,1,2582,2572|null,0,null,null");
+}
+
+TEST_F(BuildVerb, GivesTheSameBytesForOneDateOfTheSources)
+{
+    m_environment += u"SOURCE_DATE_EPOCH=1795694405"_s;
+    const QStringList files{Canon, u"kết quả/PALIDICT.FDB"_s, Marks};
+    std::array<QByteArray, 3> before;
+    Build("--force");
+    for (int i = 0; i < 3; ++i)
+        before[i] = Bytes(files[i]);
+    QFile::remove(Path(Marks));
+    Build("--force");
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_TRUE(Bytes(files[i]) == before[i]) << files[i].toStdString();
+        EXPECT_EQ(Ask(files[i], "select cast(MON$CREATION_DATE as varchar(30)) from MON$DATABASE"),
+                  "2026-11-26 12:00:05.0000");
+    }
+    EXPECT_EQ(Ask(Canon, "select count(*) from KELORA_CONTENT"), "2");
 }
 
 TEST_F(BuildVerb, NeverTouchesTheReadersFile)
