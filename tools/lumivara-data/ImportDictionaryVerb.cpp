@@ -167,10 +167,10 @@ void Prove(const QString &source)
     OpenSource(file);
 }
 
-/// So that what was read is the sum of all else.
-void Count(const EntryIntake &intake, const DictionaryWriter &writer, Report &report)
+/// So that what was read is the sum of all else. `kept` words of the kind were there.
+void Count(const EntryIntake &intake, const DictionaryWriter &writer, qsizetype kept, Report &report)
 {
-    const qsizetype imported = writer.WordCount(intake.Kind());
+    const qsizetype imported = writer.WordCount(intake.Kind()) - kept;
     const qsizetype again = intake.TakenCount() - imported, leftOut = intake.ReadCount() - intake.TakenCount();
     report.Count(Sentence({u"từ đã đọc", u"words read"}), intake.ReadCount());
     report.Count(Sentence({u"từ được nhập", u"words imported"}), imported);
@@ -290,7 +290,7 @@ int Run(const ImportDictionaryOptions &options, Console &console)
     DictionaryWriter writer(target.Path());
     if (QFileInfo::exists(path))
         OnFile(path, [&] { TakeOver(options, path, target.Path() + u".copy"_s, writer, report, console); });
-    const qsizetype kept = writer.WordCount(), keptForms = writer.FormCount();
+    const qsizetype kept = writer.WordCount(), keptForms = writer.FormCount(), keptOfKind = writer.AddedCount(kind);
     EntryIntake intake(kind, writer, report);
     if (starDict)
         starDict->TakeAll(intake, console, options.formPlace);
@@ -306,7 +306,7 @@ int Run(const ImportDictionaryOptions &options, Console &console)
     target.Finish();
     report.Tell(u"file"_s, path);
     if (hasWords)
-        Count(intake, writer, report);
+        Count(intake, writer, keptOfKind, report);
     report.Count(Sentence({u"từ đang có được giữ lại", u"words kept"}), kept);
     if (intake.FormsReadCount() > 0) {
         report.Count(Sentence({u"dạng từ đã đọc", u"forms read"}), intake.FormsReadCount());

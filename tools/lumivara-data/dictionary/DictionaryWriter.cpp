@@ -141,6 +141,7 @@ void DictionaryWriter::AddWord(int kind, const QString &word, int entry)
 {
     MakeRecord(m_record, kind, word, entry);
     m_words.Add(m_record);
+    ++m_addedWords[kind];
 }
 
 bool DictionaryWriter::NextWord(Word &word)

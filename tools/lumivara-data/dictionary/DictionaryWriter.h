@@ -56,6 +56,8 @@ public:
     void AddWord(int kind, const QString &word, int entry) override;
     void AddForm(int kind, const QString &form, const QString &word) override { m_forms.Add(kind, form, word); }
     qsizetype WordCount() const { return m_words.Count(); }
+    /// Words of a kind as they were added, before duplicates are joined.
+    qsizetype AddedCount(int kind) const { return m_addedWords[kind]; }
     qsizetype FormCount() const { return m_forms.Count(); }
 
     /// Stores the words in dictionary order, and the forms of those words, and leaves the file in read-only mode.
@@ -103,6 +105,7 @@ private:
     FormSorter m_forms;
     QByteArray m_record; ///< the memory of the one that is made
     qsizetype m_equalWords = 0, m_unjoined = 0;
+    qsizetype m_addedWords[DictKind::All.back() + 1] = {};
     qsizetype m_storedWords[DictKind::All.back() + 1] = {};
     qsizetype m_storedForms[DictKind::All.back() + 1] = {};
     quint64 m_digests[DictKind::All.back() + 1] = {}; ///< of the words of a kind in their order

@@ -282,6 +282,10 @@ TEST_F(DictionaryTransfer, WhatWasReadIsTheSumOfWhatBecameOfIt)
     EXPECT_THAT(
         Run(1, "import dictionary s.tsv --kind 5 --into P.FDB --replace"),
         HasSubstr("3 words read, 1 words imported, 0 joined to the same word, 1 with an equal entry, 1 left out"));
+    Put(u"more.tsv"_s, "a\tx\na\tz\nc\ty\n");
+    EXPECT_THAT(
+        Run(0, "import dictionary more.tsv --kind 5 --into P.FDB --add"),
+        HasSubstr("3 words read, 1 words imported, 1 joined to the same word, 1 with an equal entry, 0 left out"));
 }
 
 TEST_F(DictionaryTransfer, TextsAreTakenByTheirLinesAndTheirEncoding)
