@@ -2,12 +2,11 @@
 
 find_library(FBCLIENT_LIBRARY NAMES libfbclient.so.2 fbclient REQUIRED)
 get_filename_component(FBCLIENT_REAL ${FBCLIENT_LIBRARY} REALPATH)
-find_path(FIREBIRD_ROOT plugins/libEngine12.so PATHS /usr/lib/${CMAKE_LIBRARY_ARCHITECTURE}/firebird/3.0 REQUIRED)
 
 include(cmake/EngineRoot.cmake)
 file(MAKE_DIRECTORY ${LUMIVARA_PRODUCT_DIR})
 file(CREATE_LINK ${FBCLIENT_REAL} ${LUMIVARA_PRODUCT_DIR}/libfbclient.so.2 SYMBOLIC)
-make_engine_root(${LUMIVARA_PRODUCT_DIR}/firebird ${FIREBIRD_ROOT})
+make_engine_root(${LUMIVARA_PRODUCT_DIR}/firebird ${FIREBIRD_MESSAGES})
 
 # Language files are found beside the executable.
 file(GLOB LUMIVARA_LANGUAGES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/data/languages/*.lng)

@@ -1,4 +1,5 @@
 #include "reader/Main.h"
+#include "base/Utf8Locale.h"
 #include "dictionary/DictionaryDM.h"
 #include "marks/ConfirmDelete.h"
 #include "presentation/DMInterface.h"

@@ -46,7 +46,7 @@ public:
         const char *const begin = m_bytes.data() + m_at;
         const char *const end = begin + std::min(most, m_bytes.size() - m_at);
         const char *at = begin;
-        while (at<end && * at> ' ' && *at < '\x7F' && !(m_isHtml && (*at == '<' || *at == '&')))
+        while (at < end && *at > ' ' && *at < '\x7F' && !(m_isHtml && (*at == '<' || *at == '&')))
             ++at;
         m_at += at - begin;
         return {begin, at};

@@ -341,6 +341,5 @@ void TfrmImport::dropEvent(QDropEvent *event)
     event->acceptProposedAction();
     // The drag's own loop must end first.
     const QString path = DroppedPath(event->mimeData());
-    QMetaObject::invokeMethod(
-        this, [this, path] { RunGuarded([&] { Look(path); }); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, [this, path] { RunGuarded([&] { Look(path); }); }, Qt::QueuedConnection);
 }

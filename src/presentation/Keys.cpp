@@ -77,8 +77,7 @@ bool TfrmKeys::event(QEvent *event)
     const bool isTaken = QWidget::event(event);
     // The actions of both windows have their new texts by the next turn.
     if (event->type() == QEvent::LanguageChange)
-        QMetaObject::invokeMethod(
-            this, [this] { RunGuarded([this] { ShowKeys(); }); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, [this] { RunGuarded([this] { ShowKeys(); }); }, Qt::QueuedConnection);
     return isTaken;
 }
 

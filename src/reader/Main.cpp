@@ -218,8 +218,7 @@ void TfrmMain::FormShow()
     // it until the next start.
     dkLang->Loaded();
     if (frmKeloraDM->vIsFirstStart)
-        QMetaObject::invokeMethod(
-            this, [this] { RunGuarded([this] { OpenWelcome(false); }); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, [this] { RunGuarded([this] { OpenWelcome(false); }); }, Qt::QueuedConnection);
 }
 
 void TfrmMain::bcbLanguageChange()

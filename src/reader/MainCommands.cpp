@@ -41,8 +41,7 @@ void TfrmMain::SetUpCommands()
     Wire(ui->acOption, [this] { acOptionExecute(); });
     Wire(ui->acOptionFormat, [this] { acOptionExecute(); });
 
-    Wire(
-        ui->acCopy, [this] { ui->ebContent->Copy(); }, MayCopy);
+    Wire(ui->acCopy, [this] { ui->ebContent->Copy(); }, MayCopy);
     Wire(ui->acFindDialog, [this] { ui->ebContent->ShowFindDialog(); });
     Wire(ui->acSelectAll, [this] { ui->ebContent->SelectAll(); });
     Wire(ui->acPrint, [this] { ui->ebContent->Print(); });
@@ -56,17 +55,13 @@ void TfrmMain::SetUpCommands()
     Wire(ui->acMarginWidth2, [this] { SetMarginWidth(2); });
     Wire(ui->acMarginWidth3, [this] { SetMarginWidth(3); });
 
-    Wire(
-        ui->acFocusHighlight, [this] { acFocusHighlightExecute(); }, MayMarkSelection);
-    Wire(
-        ui->acOrganization, [this] { acOrganizationExecute(); }, MayBrowseMarks);
+    Wire(ui->acFocusHighlight, [this] { acFocusHighlightExecute(); }, MayMarkSelection);
+    Wire(ui->acOrganization, [this] { acOrganizationExecute(); }, MayBrowseMarks);
     Wire(ui->acSearchSutas,
          [this] { OpenForm(QStringLiteral("frmSearchSutas"), [this] { return new TfrmSearchSutas(*this); }); });
 
-    Wire(
-        ui->acDictionary, [this] { OpenDictionary(); }, MayOpenDictionary);
-    Wire(
-        ui->acGetWord, [this] { acGetWordExecute(); }, MayLookUp);
+    Wire(ui->acDictionary, [this] { OpenDictionary(); }, MayOpenDictionary);
+    Wire(ui->acGetWord, [this] { acGetWordExecute(); }, MayLookUp);
     Wire(ui->acNotes, [] {}); // an empty command, kept enabled
 
     Wire(ui->acExpandTree, [this] { ui->dbtSutas->FullExpand(); });

@@ -1,3 +1,4 @@
+#include "base/Utf8Locale.h"
 #include "common/Console.h"
 #include "lumivara-lang/Verbs.h"
 
@@ -13,6 +14,7 @@ constexpr Verb Verbs[] = {
 
 int main(int argc, char **argv)
 {
+    ForceUtf8Environment();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("lumivara-lang"));
     Console console(QCoreApplication::applicationName());

@@ -1,3 +1,4 @@
+#include "base/Utf8Locale.h"
 #include "common/Console.h"
 #include "lumivara-skins/Verbs.h"
 
@@ -11,6 +12,7 @@ constexpr Verb Verbs[] = {
 
 int main(int argc, char **argv)
 {
+    ForceUtf8Environment();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("lumivara-skins"));
     Console console(QCoreApplication::applicationName());

@@ -182,7 +182,8 @@ std::optional<SkinFill> ReadPartFill(const QJsonObject &colours, QStringView par
 {
     if (const auto colour = colours.find(part); colour != colours.end())
         return ReadSkinFill(*colour);
-    const auto row = std::ranges::find_if(rows, [part](const SkinPartRow &each) { return each.name == part; });
+    const auto row =
+        std::ranges::find_if(rows, [part](const SkinPartRow &each) { return QStringView(each.name) == part; });
     if (row == rows.end() || row->neighbour.empty())
         return std::nullopt;
     return ReadPartFill(colours, row->neighbour, rows);

@@ -369,8 +369,7 @@ void TcxGridDBTableView::paintEvent(QPaintEvent *event)
         // Growing rows push the focused one down, out of the view again.
         m_isFocusMoved &= FitVisibleRows();
         if (m_isFocusMoved)
-            QMetaObject::invokeMethod(
-                this, [this] { scrollTo(currentIndex()); }, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, [this] { scrollTo(currentIndex()); }, Qt::QueuedConnection);
     }
     QTableView::paintEvent(event);
     if (m_model->rowCount() > 0 || !m_model->HasAll())

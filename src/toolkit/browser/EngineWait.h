@@ -58,7 +58,6 @@ Value EngineWait::For(const std::function<void(std::function<void(const Value &)
         WakeLoops(*state);
     });
     const quint64 page = state->page;
-    Run(
-        state, [answer] { return answer->has_value(); }, [state, page] { return state->page != page; });
+    Run(state, [answer] { return answer->has_value(); }, [state, page] { return state->page != page; });
     return answer->value_or(Value());
 }

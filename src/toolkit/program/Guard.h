@@ -27,11 +27,9 @@ template <typename Sender, typename Signal, typename Handler>
 QMetaObject::Connection ConnectGuarded(const Sender *sender, Signal signal, QObject *context, Handler handler)
 {
     // Qt tries the call with ever fewer arguments to find out how many the handler takes.
-    auto guarded = [handler = std::move(handler)](auto &&...args) requires(
-        std::is_invocable_v<const Handler &, decltype(args)...> || std::is_invocable_v<const Handler &>)
-    {
-        CallGuarded(handler, std::forward<decltype(args)>(args)...);
-    };
+    auto guarded = [handler = std::move(handler)](auto &&...args)
+        requires(std::is_invocable_v<const Handler &, decltype(args)...> || std::is_invocable_v<const Handler &>)
+    { CallGuarded(handler, std::forward<decltype(args)>(args)...); };
     return QObject::connect(sender, signal, context, std::move(guarded));
 }
 

@@ -18,8 +18,7 @@ class Typing : public testing::Test
 protected:
     Typing()
     {
-        new VelthuisTyping(
-            box, [this] { return isMeant; }, [] { return QChar(u'ṁ'); });
+        new VelthuisTyping(box, [this] { return isMeant; }, [] { return QChar(u'ṁ'); });
     }
 
     void Type(const QString &text)

@@ -145,9 +145,8 @@ TEST(Tool, AFailureEndsAVerbWithItsMessage)
         EXPECT_THAT(run.output + run.errors, testing::HasSubstr(told));
     }
     // A failure still prints JSON, with the findings so far.
-    const Written json = Reported({}, [&](Report &, Console &console) {
-        return RunTool(verbs, {u"report"_s, u"--json"_s}, console);
-    });
+    const Written json =
+        Reported({}, [&](Report &, Console &console) { return RunTool(verbs, {u"report"_s, u"--json"_s}, console); });
     const QJsonDocument told = QJsonDocument::fromJson(QByteArray::fromStdString(json.output));
     EXPECT_EQ(told[u"error"_s].toString() + told[u"findings"_s][0][u"place"_s].toString(), u"is fulla:1"_s)
         << json.output;

@@ -25,8 +25,7 @@ public:
     using StepDoor = std::function<void()>;
 
     /// Whoever calls what changes files holds the lock of the canon's file.
-    explicit Renumbering(
-        const QString &canon, StepDoor door = [] {});
+    explicit Renumbering(const QString &canon, StepDoor door = [] {});
 
     /// The name under which the new canon waits, complete.
     QString NextPath() const { return m_canon + QStringLiteral(".next"); }

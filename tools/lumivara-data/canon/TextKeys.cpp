@@ -68,8 +68,7 @@ Pairs SameTexts(const QList<TextTraits> &before, const QList<TextTraits> &now)
 {
     Pairs pairs;
     QSet<qsizetype> joined;
-    Join(
-        before, now, [](const TextTraits &text) { return text.source; }, false, pairs, joined);
+    Join(before, now, [](const TextTraits &text) { return text.source; }, false, pairs, joined);
     // Only a text without a source can have such a key; of the new ones the key is not asked.
     QHash<int, qsizetype> earlier;
     for (qsizetype at = 0; at < now.size(); ++at) {

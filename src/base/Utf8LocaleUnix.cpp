@@ -1,10 +1,6 @@
-#include "toolkit/program/StartUp.h"
-
-#include <QtGlobal>
+#include "base/Utf8Locale.h"
 
 #include <QByteArray>
-#include <QLoggingCategory>
-#include <QQuickWindow>
 
 #include <clocale>
 #include <langinfo.h>
@@ -15,6 +11,8 @@ bool IsUtf8Locale()
 {
     return QByteArray(nl_langinfo(CODESET)).compare("UTF-8", Qt::CaseInsensitive) == 0;
 }
+
+} // namespace
 
 /// Through the environment, because parts of Qt set the locale from it again when they need it.
 void ForceUtf8Environment()
@@ -28,19 +26,6 @@ void ForceUtf8Environment()
         qunsetenv("LC_ALL");
     }
     qputenv("LC_CTYPE", "C.UTF-8");
-}
-
-} // namespace
-
-void PrepareProcess()
-{
-    ForceUtf8Environment();
-    qputenv("QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY", "1");
-    // Pages of text gain nothing from the graphics card; without one, emulation would make each repaint of the window
-    // twenty times as slow.
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    // Otherwise Qt WebEngine logs its parameters at each start.
-    QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext*=false"));
 }
 
 void SettleLocale()
