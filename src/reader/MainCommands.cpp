@@ -79,15 +79,11 @@ void TfrmMain::SetUpCommands()
         FollowDesktop();
     });
     Wire(ui->acFoot, [this] { ShowFoot(ui->acFoot->isChecked()); });
-    Wire(
-        ui->acBack, [this] { Go(false); }, MayGoBack);
-    Wire(
-        ui->acForward, [this] { Go(true); }, MayGoForward);
-    Wire(
-        ui->acMarkSelection, [this] { acFocusHighlightExecute(); }, MayMarkSelection);
+    Wire(ui->acBack, [this] { Go(false); }, MayGoBack);
+    Wire(ui->acForward, [this] { Go(true); }, MayGoForward);
+    Wire(ui->acMarkSelection, [this] { acFocusHighlightExecute(); }, MayMarkSelection);
     Wire(ui->acReference, [this] { acReferenceExecute(); });
-    Wire(
-        ui->acCopyReference, [this] { acCopyReferenceExecute(); }, MayCopy);
+    Wire(ui->acCopyReference, [this] { acCopyReferenceExecute(); }, MayCopy);
     Wire(ui->acNextArea, [this] { GoToArea(1); });
     Wire(ui->acPriorArea, [this] { GoToArea(-1); });
     SetUpKeys();

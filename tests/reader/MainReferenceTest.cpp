@@ -61,7 +61,7 @@ TEST_F(References, TellsCandidatesWhileANameIsTyped)
     const QAbstractItemModel &rows = *Line().completer()->model();
     ASSERT_EQ(rows.rowCount(), 2);
     EXPECT_EQ(rows.index(1, 0).data().toString(), u"1102  Giới thứ nhì"_s);
-    emit Line().completer()->activated(rows.index(1, 0).data().toString());
+    emit Line().completer() -> activated(rows.index(1, 0).data().toString());
     EXPECT_EQ(CurrentId(), 1102);
 }
 
