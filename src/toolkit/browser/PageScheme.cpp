@@ -1,6 +1,7 @@
 #include "toolkit/browser/PageScheme.h"
 
 #include "toolkit/browser/BrowserControl.h"
+#include "toolkit/browser/EarlyCalls.h"
 #include "toolkit/browser/NavigationRules.h"
 
 #include <QBuffer>
@@ -20,7 +21,7 @@ QUrl PageSchemeHandler::Publish(int owner, const QByteArray &page)
 {
     const QUrl address(
         QStringLiteral("%1://page%2/%3").arg(QLatin1StringView(PageScheme)).arg(owner).arg(++m_lastNumber));
-    m_pages.insert(address, page);
+    m_pages.insert(address, WithoutEarlyCalls(page));
     return address;
 }
 
