@@ -6,6 +6,7 @@
 #include "toolkit/program/Guard.h"
 
 #include <QAuthenticator>
+#include <QColor>
 #include <QWebEngineCertificateError>
 #include <QWebEngineClientCertificateSelection>
 #include <QWebEngineFileSystemAccessRequest>
@@ -33,6 +34,20 @@ private:
     const bool &m_isAway;
 };
 
+/// A template, so that of the two ways only the one that this Qt knows is compiled. The first came with 6.8, where the
+/// second is outdated.
+template <typename Page>
+void RefusePermissions(Page *page)
+{
+    if constexpr (requires { &Page::permissionRequested; }) {
+        QObject::connect(page, &Page::permissionRequested, page, [](auto permission) { permission.deny(); });
+    } else {
+        QObject::connect(page, &Page::featurePermissionRequested, page, [page](const QUrl &origin, auto feature) {
+            page->setFeaturePermission(origin, feature, Page::PermissionDeniedByUser);
+        });
+    }
+}
+
 } // namespace
 
 BrowserPage::BrowserPage(BrowserProfile *profile) : QWebEnginePage(profile)
@@ -44,9 +59,7 @@ BrowserPage::BrowserPage(BrowserProfile *profile) : QWebEnginePage(profile)
 
 void BrowserPage::RefuseRequests()
 {
-    connect(this, &QWebEnginePage::featurePermissionRequested, this, [this](const QUrl &origin, Feature feature) {
-        setFeaturePermission(origin, feature, PermissionDeniedByUser);
-    });
+    RefusePermissions<QWebEnginePage>(this);
     connect(this, &QWebEnginePage::fullScreenRequested, this,
             [](QWebEngineFullScreenRequest request) { request.reject(); });
     connect(this, &QWebEnginePage::quotaRequested, this, [](QWebEngineQuotaRequest request) { request.reject(); });

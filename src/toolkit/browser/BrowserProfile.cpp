@@ -78,7 +78,9 @@ BrowserProfile::BrowserProfile()
     CloseSettings(*settings());
     setHttpCacheType(QWebEngineProfile::NoCache);
     setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
-    setSpellCheckEnabled(false);
+    // Only where it is on: Qt 6.8 seeks dictionaries even to switch it off, and complains that there are none.
+    if (isSpellCheckEnabled())
+        setSpellCheckEnabled(false);
     cookieStore()->setCookieFilter([](const QWebEngineCookieStore::FilterRequest &) { return false; });
     setNotificationPresenter([](std::unique_ptr<QWebEngineNotification>) {});
     setUrlRequestInterceptor(new ClosedPageInterceptor(this));

@@ -1,9 +1,12 @@
 #include "toolkit/browser/PageScheme.h"
 
 #include "toolkit/browser/BrowserControl.h"
+#include "toolkit/browser/EarlyCalls.h"
 #include "toolkit/browser/NavigationRules.h"
 
 #include <QBuffer>
+#include <QLibraryInfo>
+#include <QVersionNumber>
 #include <QWebEngineUrlRequestJob>
 #include <QWebEngineUrlScheme>
 
@@ -20,7 +23,9 @@ QUrl PageSchemeHandler::Publish(int owner, const QByteArray &page)
 {
     const QUrl address(
         QStringLiteral("%1://page%2/%3").arg(QLatin1StringView(PageScheme)).arg(owner).arg(++m_lastNumber));
-    m_pages.insert(address, page);
+    // Before Qt 6.8 every call comes to the interceptor.
+    static const bool mayCallEarly = QLibraryInfo::version() >= QVersionNumber(6, 8);
+    m_pages.insert(address, mayCallEarly ? WithoutEarlyCalls(page) : page);
     return address;
 }
 

@@ -8,9 +8,11 @@
 #include <QApplication>
 #include <QFile>
 #include <QIconEnginePlugin>
+#include <QLibraryInfo>
 #include <QPainter>
 #include <QPalette>
 #include <QSvgRenderer>
+#include <QVersionNumber>
 
 #include <algorithm>
 
@@ -83,7 +85,7 @@ void PictureEngine::addFile(const QString &fileName, const QSize &, QIcon::Mode,
     m_drawn.clear();
 }
 
-QPixmap PictureEngine::scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State, qreal)
+QPixmap PictureEngine::Picture(const QSize &size, QIcon::Mode mode)
 {
     if (isNull() || size.isEmpty())
         return {};
@@ -113,15 +115,21 @@ QPixmap PictureEngine::scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::
     return pixmap;
 }
 
-QPixmap PictureEngine::pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state)
+QPixmap PictureEngine::scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State, qreal scale)
 {
-    return scaledPixmap(size, mode, state, 1);
+    static const bool isGivenInDevicePixels = QLibraryInfo::version() < QVersionNumber(6, 8);
+    return Picture(isGivenInDevicePixels ? size : (QSizeF(size) * scale).toSize(), mode);
 }
 
-void PictureEngine::paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state)
+QPixmap PictureEngine::pixmap(const QSize &size, QIcon::Mode mode, QIcon::State)
+{
+    return Picture(size, mode);
+}
+
+void PictureEngine::paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State)
 {
     const qreal ratio = painter->device()->devicePixelRatio();
-    const QPixmap drawn = scaledPixmap((QSizeF(rect.size()) * ratio).toSize(), mode, state, ratio);
+    const QPixmap drawn = Picture((QSizeF(rect.size()) * ratio).toSize(), mode);
     if (!drawn.isNull())
         painter->drawPixmap(rect, drawn);
 }

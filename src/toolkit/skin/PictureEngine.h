@@ -27,7 +27,8 @@ class PictureEngine : public QIconEngine
 public:
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override;
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override;
-    /// `size` is in device pixels; the pixmap's own ratio stays 1, QIcon sets it.
+    /// QIcon gives `size` in device pixels up to Qt 6.7, and without `scale` from 6.8 on. The pixmap's own ratio stays
+    /// 1, QIcon sets it.
     QPixmap scaledPixmap(const QSize &size, QIcon::Mode mode, QIcon::State state, qreal scale) override;
     void addFile(const QString &fileName, const QSize &size, QIcon::Mode mode, QIcon::State state) override;
     bool isNull() override;
@@ -41,6 +42,9 @@ private:
         PictureColours colours;
         QPixmap pixmap;
     };
+
+    /// `size` is in device pixels.
+    QPixmap Picture(const QSize &size, QIcon::Mode mode);
 
     QByteArray m_svg;
     QList<Drawn> m_drawn; // the newest last

@@ -69,7 +69,7 @@ const QStringList HostilePages{
     "username: 'a', credential: 'b'}]}); c.createDataChannel('x');"
     "c.createOffer().then(o => c.setLocalDescription(o));</script>"_s,
     u"<img src=x onerror=\"this.src='%1/onerror'\"><svg onload=\"fetch('%1/onload')\"></svg>"_s,
-    u"<iframe srcdoc=\"<img src='%1/srcdoc'>\"></iframe><iframe src=\"data:text/html,<img src='%1/dataframe'>\"></iframe>"_s,
+    u"<iframe srcdoc=\"<img src='%1/srcdoc'><link rel=preconnect href='%1'>\"></iframe><iframe src=\"data:text/html,<img src='%1/dataframe'>\"></iframe>"_s,
     u"<meta http-equiv='refresh' content='0;url=file:///etc/hostname'>text"_s,
 };
 
