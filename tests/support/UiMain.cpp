@@ -1,3 +1,4 @@
+#include "base/Utf8Locale.h"
 #include "toolkit/browser/BrowserControl.h"
 #include "toolkit/program/Fonts.h"
 #include "toolkit/program/MenuKey.h"
