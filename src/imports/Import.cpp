@@ -324,7 +324,7 @@ void TfrmImport::keyPressEvent(QKeyEvent *event)
         auto *button = qobject_cast<QPushButton *>(focusWidget());
         if (button)
             button->click();
-        else if (ui->edSource->hasFocus())
+        else if (focusWidget() == ui->edSource)
             RunGuarded([this] { Look(ui->edSource->text()); });
     } else
         QWidget::keyPressEvent(event);

@@ -82,7 +82,7 @@ TEST_F(Foot, ComesBehindThePageAndItsFindBarByTheTabKey)
     };
     EXPECT_EQ(order(), "btnMore");
     Trigger("acFindDialog");
-    EXPECT_EQ(order(), "edFindText btnFindPrior btnFindNext cbMatchCase cbWholeWord btnFindClose btnMore");
+    EXPECT_EQ(order(), "edFindText cbMatchCase cbWholeWord btnFindClose btnMore") << "nothing is sought yet";
 }
 
 TEST_F(Foot, AWelcomeComesAtTheFirstStartAloneAndOnDemand)
