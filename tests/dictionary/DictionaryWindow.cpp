@@ -127,5 +127,9 @@ QStringList DictionaryWindow::Words()
 
 bool DictionaryWindow::EntryShows(const QString &text)
 {
-    return WaitFor([&] { return form && Entry().IsComplete() && Entry().Source().contains(text.toUtf8()); }, 15000);
+    if (WaitFor([&] { return form && Entry().IsComplete() && Entry().Source().contains(text.toUtf8()); }, 15000))
+        return true;
+    ADD_FAILURE() << "the entry is " << (form && Entry().IsComplete() ? "complete" : "not complete") << ": "
+                  << (form ? Entry().Source().right(200).toStdString() : "");
+    return false;
 }

@@ -58,6 +58,8 @@ public:
     void LoadingChanged(const QWebEngineLoadingInfo &info);
     void Complete(quint64 number);
     void AddressChanged(const QUrl &address);
+    /// Asks a page whose end will not be told whether it is there, until it is.
+    void AskForEnd(quint64 number);
     void EmptyPageCame();
     void RendererEnded();
     void ApplyZoom();
@@ -90,8 +92,9 @@ public:
     bool showsMenuWithCtrl = false;
     quint64 number = 0; ///< of the page handed over last
     bool isComplete = false;
-    bool isTold = false; ///< OnDocumentComplete has returned for this page
-    bool isLost = false; ///< will not complete, so waits end
+    bool isBeginTold = false; ///< by Qt WebEngine
+    bool isTold = false;      ///< OnDocumentComplete has returned for this page
+    bool isLost = false;      ///< will not complete, so waits end
     bool hasRendererEnded = false;
     bool hasLeft = false;    ///< the page navigated to an empty one, and was shown again, since the reader's last input
     bool isGone = false;     ///< the empty page is on show
@@ -152,6 +155,7 @@ void TBrowserControl::Private::ShowPage()
     profile->Pages().Withdraw(page->Address());
     isComplete = false;
     isTold = false;
+    isBeginTold = false;
     isLost = false;
     isGone = false;
     foundText.clear();
@@ -183,8 +187,10 @@ void TBrowserControl::Private::LoadingChanged(const QWebEngineLoadingInfo &info)
         EmptyPageCame();
     if (!info.url().matches(page->Address(), QUrl::RemoveFragment) || isComplete)
         return;
-    if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus)
+    if (info.status() == QWebEngineLoadingInfo::LoadStartedStatus) {
+        isBeginTold = true;
         ApplyZoom();
+    }
     if (info.status() == QWebEngineLoadingInfo::LoadFailedStatus) {
         isLost = true;
         wait.Wake();
@@ -220,6 +226,26 @@ void TBrowserControl::Private::AddressChanged(const QUrl &address)
     // Chromium navigates to "about:blank" without asking.
     isEmptying = address.scheme() == QLatin1StringView("about") && number != 0;
     isGone = isGone || isEmptying;
+    // Of a page that begins before the one before has ended Qt WebEngine tells neither begin nor end.
+    if (!isBeginTold && !isComplete && address.matches(page->Address(), QUrl::RemoveFragment))
+        AskForEnd(number);
+}
+
+void TBrowserControl::Private::AskForEnd(quint64 loaded)
+{
+    const auto take = [self = QPointer(this), loaded](const QVariant &state) {
+        constexpr int askAgain = 20; // milliseconds
+        if (!self || loaded != self->number || self->isComplete)
+            return;
+        const bool isAtEnd = state == QStringLiteral("complete");
+        QTimer::singleShot(isAtEnd ? 0 : askAgain, self, [self, loaded, isAtEnd] {
+            if (isAtEnd)
+                self->Complete(loaded);
+            else if (loaded == self->number && !self->isComplete && !self->isLost)
+                self->AskForEnd(loaded);
+        });
+    };
+    page->runJavaScript(QStringLiteral("document.readyState"), QWebEngineScript::ApplicationWorld, take);
 }
 
 void TBrowserControl::Private::EmptyPageCame()

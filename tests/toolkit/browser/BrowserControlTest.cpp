@@ -3,9 +3,12 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTimer>
+#include <QWebEngineLoadingInfo>
+#include <QWebEnginePage>
 #include <QWheelEvent>
 
 #include <csignal>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -53,6 +56,23 @@ TEST_F(BrowserControl, ZoomIsStoredAsGivenAndClampedInTheEngine)
         EXPECT_NEAR(Value(u"innerWidth"_s).toReal(), Control().width() / factor, 2);
     }
     EXPECT_DOUBLE_EQ(other.page()->zoomFactor(), 1);
+}
+
+TEST_F(BrowserControl, CompletesAPageThatIsHandedOverWhileAnotherBegins)
+{
+    for (int round = 0; round < 20; ++round) {
+        bool isNext = false;
+        QObject context;
+        const auto begun = [&](const QWebEngineLoadingInfo &info) {
+            if (info.status() != QWebEngineLoadingInfo::LoadStartedStatus || std::exchange(isNext, true))
+                return;
+            QTimer::singleShot(0, &context, [this] { Control().LoadFromString("<p>next"); });
+        };
+        QObject::connect(Control().page(), &QWebEnginePage::loadingChanged, &context, begun);
+        Control().LoadFromString("<p>first");
+        ASSERT_TRUE(WaitFor([&] { return isNext && Control().Source().contains("next") && Control().IsComplete(); }));
+        EXPECT_EQ(Text(u"document.body.innerText"_s), u"next"_s);
+    }
 }
 
 TEST_F(BrowserControl, SelectsAll)
