@@ -2,7 +2,7 @@
 (() => {
     'use strict';
 
-    const { blocks, unread, documentsOf } = lumivara;
+    const { PageWalk, documentsOf } = lumivara;
 
     const firstLine = 4; // CSS pixels below the view's top: a line that shows less is above the view
     const lineStep = 6;
@@ -16,8 +16,9 @@
 
     // The text without its gaps: runs in reading order, each with its nodes. The cells of a row are one block, because
     // texts side by side are one place. A part with an id of its own is a run of its own.
-    class Runs {
+    class Runs extends PageWalk {
         constructor(page) {
+            super();
             this.runs = [];
             this.blockCount = 0;
             this.row = null;
@@ -27,34 +28,8 @@
             this.walk(page.body);
         }
 
-        // Not recursive, because pages may nest thousands deep.
-        walk(root) {
-            let node = root;
-            while (node) {
-                let isInside = false;
-                if (node.nodeType === Node.TEXT_NODE) {
-                    this.addNode(node);
-                } else if (node.nodeType === Node.ELEMENT_NODE) {
-                    this.enter(node);
-                    isInside = node.firstChild && !unread.has(node.localName);
-                    if (!isInside)
-                        this.leave(node);
-                }
-                if (isInside) {
-                    node = node.firstChild;
-                    continue;
-                }
-                while (node !== root && !node.nextSibling) {
-                    node = node.parentNode;
-                    this.leave(node);
-                }
-                node = node === root ? null : node.nextSibling;
-            }
-        }
-
         enter(element) {
-            if (blocks.has(element.localName))
-                this.isAtGap = true;
+            super.enter(element);
             if (element.localName === 'tr' && !this.row) {
                 this.row = element;
                 this.rowBlock = -1;
@@ -67,8 +42,7 @@
         }
 
         leave(element) {
-            if (blocks.has(element.localName))
-                this.isAtGap = true;
+            super.leave(element);
             if (element === this.row)
                 this.row = null;
         }

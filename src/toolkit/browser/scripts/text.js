@@ -29,20 +29,10 @@
         return code === 0x20 || (code >= 0x09 && code <= 0x0d && code !== 0x0b);
     }
 
-    class PageText {
-        constructor(root, matchCase) {
-            this.matchCase = matchCase;
-            this.pieces = [];
-            this.length = 0;
-            this.isAfterBlank = true;
-            this.isAtGap = false;
-            this.parts = [];
-            this.walk(root);
-            this.text = this.parts.join('');
-            this.parts = null;
-        }
+    // Goes through the parts of a page in reading order. Not recursive, because pages may nest thousands deep.
+    class PageWalk {
+        isAtGap = false;
 
-        // Not recursive, because pages may nest thousands deep.
         walk(root) {
             let node = root;
             while (node) {
@@ -50,9 +40,10 @@
                 if (node.nodeType === Node.TEXT_NODE) {
                     this.addNode(node);
                 } else if (node.nodeType === Node.ELEMENT_NODE) {
-                    if (blocks.has(node.localName))
-                        this.isAtGap = true;
+                    this.enter(node);
                     isInside = node.firstChild && !unread.has(node.localName);
+                    if (!isInside)
+                        this.leave(node);
                 }
                 if (isInside) {
                     node = node.firstChild;
@@ -60,11 +51,34 @@
                 }
                 while (node !== root && !node.nextSibling) {
                     node = node.parentNode;
-                    if (blocks.has(node.localName))
-                        this.isAtGap = true;
+                    this.leave(node);
                 }
                 node = node === root ? null : node.nextSibling;
             }
+        }
+
+        enter(element) {
+            if (blocks.has(element.localName))
+                this.isAtGap = true;
+        }
+
+        leave(element) {
+            if (blocks.has(element.localName))
+                this.isAtGap = true;
+        }
+    }
+
+    class PageText extends PageWalk {
+        constructor(root, matchCase) {
+            super();
+            this.matchCase = matchCase;
+            this.pieces = [];
+            this.length = 0;
+            this.isAfterBlank = true;
+            this.parts = [];
+            this.walk(root);
+            this.text = this.parts.join('');
+            this.parts = null;
         }
 
         addNode(node) {
@@ -224,6 +238,7 @@
 
     globalThis.lumivara = {
         PageText,
+        PageWalk,
         blocks,
         unread,
         documentsOf,
