@@ -3,14 +3,11 @@
 #include "common/Console.h"
 #include "common/Interrupt.h"
 #include "common/Report.h"
-#include "lumivara-data/canon/ClientList.h"
+#include "lumivara-data/MarksFile.h"
 #include "lumivara-data/files/DataFile.h"
-#include "lumivara-data/files/FileLock.h"
 #include "lumivara-data/files/HtmlText.h"
-#include "lumivara-data/marks/MarksCheck.h"
 #include "lumivara-data/marks/MarksReader.h"
 #include "lumivara-data/marks/MarksStore.h"
-#include "lumivara-data/sealed/Examination.h"
 
 #include <QCommandLineParser>
 #include <QCryptographicHash>
@@ -52,16 +49,6 @@ bool IsMarkdown(const QString &name)
     if (name == u"md"_s || name == u"markdown"_s)
         return true;
     throw ToolError(u"there is no format \"%1\" to import marks from: csv or markdown"_s.arg(name));
-}
-
-QString ExistingFile(const QString &name)
-{
-    const QFileInfo file(name);
-    if (!file.exists())
-        throw ToolError(u"%1: there is no such file"_s.arg(name));
-    if (!file.isFile())
-        throw ToolError(u"%1: is no file"_s.arg(name));
-    return file.canonicalFilePath();
 }
 
 /// Reads the source, reports what it skips, and passes new marks to the store.
@@ -133,33 +120,18 @@ int Run(const ImportMarksOptions &options, Console &console)
     const QString &name = options.file;
     QFile input(name);
     OpenSource(input);
-    const QString path = ExistingFile(options.into);
-
-    // Two imports of one file would both find it new.
-    FileLock lock(path + u".import.lock"_s);
-    if (!lock.Take())
-        throw ToolError(u"%1: another import into this file is running"_s.arg(path));
-    DataFile file;
-    constexpr int pagesInMemory = 4096; // with the few of the default each new mark waits for the disk
-    file.Database().SetCachePages(pagesInMemory);
-    OnFile(path, [&] {
-        file.Open(OpenablePath(path, false, console));
-        if (!IsMarks(file))
-            throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
-        // As the program would at the first marking.
-        QList<KeloraText> texts;
-        if (TextsOfMarks::ListLacksKelora(file) &&
-            (!options.canon.isEmpty() || QFileInfo::exists(DefaultFile(Thing::Canon))))
-            texts = ClientList::TextsOf(options.canon.isEmpty() ? DefaultFile(Thing::Canon) : options.canon, console);
-        MarksStore store(file, path, name, texts, report);
-        std::unique_ptr<MarksReader> source;
-        if (options.isMarkdown)
-            source = std::make_unique<MarkdownMarks>(input, name, report, store.Texts());
-        else
-            source = std::make_unique<CsvMarks>(input, name, report);
-        Compare(*source, input, options.isMarkdown, file, store, report, console);
-        store.Write(console);
-    });
+    const QString path = ChangeMarks(options.into, options.canon, console,
+                                     [&](DataFile &file, const QString &marks, const QList<KeloraText> &texts) {
+                                         MarksStore store(file, marks, name, texts, report);
+                                         std::unique_ptr<MarksReader> source;
+                                         if (options.isMarkdown)
+                                             source =
+                                                 std::make_unique<MarkdownMarks>(input, name, report, store.Texts());
+                                         else
+                                             source = std::make_unique<CsvMarks>(input, name, report);
+                                         Compare(*source, input, options.isMarkdown, file, store, report, console);
+                                         store.Write(console);
+                                     });
     report.Tell(u"file"_s, path);
     return report.Finish();
 }

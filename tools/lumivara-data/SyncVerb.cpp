@@ -1,29 +1,13 @@
 #include "lumivara-data/Verbs.h"
 
 #include "common/Report.h"
-#include "lumivara-data/canon/ClientList.h"
-#include "lumivara-data/files/DataFile.h"
-#include "lumivara-data/files/FileLock.h"
-#include "lumivara-data/marks/MarksCheck.h"
-#include "lumivara-data/sealed/Examination.h"
+#include "lumivara-data/MarksFile.h"
 #include "lumivara-data/sync/MarksSync.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-/// The texts that a list without any of the Kelora gets, as the program would enter them at the first marking.
-QList<KeloraText> TextsFor(DataFile &file, const QString &canon, Console &console)
-{
-    if (!TextsOfMarks::ListLacksKelora(file) || (canon.isEmpty() && !QFileInfo::exists(DefaultFile(Thing::Canon))))
-        return {};
-    return ClientList::TextsOf(canon.isEmpty() ? DefaultFile(Thing::Canon) : canon, console);
-}
-
-} // namespace
 
 std::optional<SyncOptions> ParseSync(const QStringList &arguments, Console &console)
 {
@@ -60,24 +44,11 @@ int Run(const SyncOptions &options, Console &console)
     const QFileInfo folder(options.folder);
     if (!folder.isDir())
         throw ToolError(u"%1: there is no such folder"_s.arg(options.folder));
-    if (!QFileInfo(options.file).isFile())
-        throw ToolError(u"%1: there is no such file"_s.arg(options.file));
-    const QString path = QFileInfo(options.file).canonicalFilePath();
-
-    // An import beside it would give the same keys.
-    FileLock lock(path + u".import.lock"_s);
-    if (!lock.Take())
-        throw ToolError(u"%1: an import or another sync of this file is running"_s.arg(path));
-    DataFile file;
-    constexpr int pagesInMemory = 4096; // with the few of the default each new mark waits for the disk
-    file.Database().SetCachePages(pagesInMemory);
-    OnFile(path, [&] {
-        file.Open(OpenablePath(path, false, console));
-        if (!IsMarks(file))
-            throw ToolError(u"%1: no file of marks (tables SUTTA_LIST, SUTTA_TEXT_FOCUS)"_s.arg(path));
-        const QList<KeloraText> texts = TextsFor(file, options.canon, console);
-        MarksSync(file, path, QDir(folder.absoluteFilePath()), texts, options.isTrial, report, console).Run();
-    });
+    const QString path = ChangeMarks(
+        options.file, options.canon, console,
+        [&](DataFile &file, const QString &marks, const QList<KeloraText> &texts) {
+            MarksSync(file, marks, QDir(folder.absoluteFilePath()), texts, options.isTrial, report, console).Run();
+        });
     report.Tell(u"file"_s, path);
     return report.Finish(options.isTrial ? u"nothing was written"_s : QString());
 }
