@@ -7,7 +7,6 @@
 #include "common/Tool.h"
 #include "lumivara-data/dictionary/DictionaryWriter.h"
 #include "lumivara-data/dictionary/EntryIntake.h"
-#include "lumivara-data/dictionary/EntryMarkup.h"
 #include "lumivara-data/files/DictZip.h"
 #include "lumivara-data/files/PageFacts.h"
 #include "lumivara-data/files/RecordSorter.h"
@@ -351,13 +350,14 @@ void StarDictReader::ReadDescription()
                                 .arg(path, QString::fromUtf8(bits.left(64))));
         m_offsetBytes = bits == "64" ? 8 : 4;
     }
-    m_sameTypes = values.value("sametypesequence");
-    if (m_sameTypes.size() > MostFields)
+    const QByteArray types = values.value("sametypesequence");
+    if (types.size() > MostFields)
         throw ToolError(
             Sentence({u"%1: sametypesequence có hơn %2 kiểu", u"%1: sametypesequence has more than %2 types"})
                 .arg(path)
                 .arg(MostFields));
-    m_isMarkedUp = values.value(MarkUpKey) == "1" && m_sameTypes == "m";
+    m_isMarkedUp = values.value(MarkUpKey) == "1" && types == "m";
+    m_entryTexts = StarDictEntries(types);
 }
 
 QString StarDictReader::IndexPath() const
@@ -455,7 +455,7 @@ void StarDictReader::TakeWords(RecordSorter &words, DictTexts &texts, EntryIntak
     const QString fileName = FileName(m_base + u".idx"_s);
     words.Sort();
     TextReader reader(words, texts, m_base + u".idx"_s, [this](const QByteArray &word, const QByteArray &text) {
-        return m_isMarkedUp ? text : EntryOf(word, text);
+        return m_isMarkedUp ? text : m_entryTexts.Of(word, text);
     });
     int entry = 0;
     qsizetype done = 0;
@@ -557,89 +557,6 @@ void StarDictReader::PutFormsBeside(RecordSorter &forms, const QString &fileName
     console.EndProgress();
 }
 
-void StarDictReader::AddField(char type, QByteArrayView field, EntryMarkup &entry)
-{
-    switch (type) {
-    case 'm':
-        entry.AddPlain(field);
-        return;
-    case 'l':
-        // In the encoding of some country, which nothing tells.
-        if (FirstBadUtf8Byte(field.toByteArray()) < 0)
-            entry.AddPlain(field);
-        else
-            ++m_skipped[type];
-        return;
-    case 'g':
-        entry.AddTagged(field, TagDialect::Pango);
-        return;
-    case 'x':
-        entry.AddTagged(field, TagDialect::Xdxf);
-        return;
-    case 'h':
-        entry.AddTagged(field, TagDialect::Html);
-        return;
-    case 't':
-        entry.AddSound(field, '/', '/');
-        return;
-    case 'y':
-        entry.AddSound(field, '[', ']');
-        return;
-    default:
-        ++m_skipped[type];
-    }
-}
-
-QByteArray StarDictReader::EntryOf(const QByteArray &word, const QByteArray &text)
-{
-    EntryMarkup entry(word);
-    QByteArrayView rest(text);
-    for (qsizetype field = 0; m_sameTypes.isEmpty() ? !rest.isEmpty() : field < m_sameTypes.size(); ++field) {
-        char type = 0;
-        if (m_sameTypes.isEmpty()) {
-            type = rest.front();
-            rest = rest.sliced(1);
-        } else {
-            type = m_sameTypes[field];
-        }
-        const bool isSized = type >= 'A' && type <= 'Z';
-        // The last of a known sequence goes on to the end.
-        const bool isLast = !m_sameTypes.isEmpty() && field + 1 == m_sameTypes.size();
-        qsizetype size = rest.size();
-        qsizetype after = size;
-        if (!isLast && isSized) {
-            if (rest.size() < 4)
-                break;
-            const qsizetype told = qFromBigEndian<quint32>(rest.data());
-            rest = rest.sliced(4);
-            size = after = std::min(told, rest.size());
-        } else if (!isLast) {
-            if (const qsizetype end = rest.indexOf('\0'); end >= 0) {
-                size = end;
-                after = end + 1;
-            }
-        }
-        AddField(type, rest.first(size), entry);
-        rest = rest.sliced(after);
-    }
-    return entry.Take();
-}
-
-void StarDictReader::TellSkipped()
-{
-    QList<char> types = m_skipped.keys();
-    std::sort(types.begin(), types.end());
-    for (const char type : types) {
-        const QString shown = type > ' ' && type < '\x7F' ? QString(QLatin1Char(type)) : QString::number(uchar(type));
-        m_report.Find(FileName(m_base + u".dict"_s),
-                      Sentence({u"%1 văn bản kiểu \"%2\"%3 bị bỏ", u"%1 texts of type \"%2\"%3 were left out"})
-                          .arg(m_skipped[type])
-                          .arg(shown, type == 'l'
-                                          ? Sentence({u", không rõ bảng mã,", u", whose encoding is not known,"})
-                                          : u""_s));
-    }
-}
-
 void StarDictReader::TakeAll(EntryIntake &intake, Console &console, FormPlace forms)
 {
     if (!m_texts)
@@ -653,5 +570,5 @@ void StarDictReader::TakeAll(EntryIntake &intake, Console &console, FormPlace fo
     intake.CountRead(static_cast<qsizetype>(m_entries.size()));
     TakeWords(words, *m_texts, intake, console);
     TakeForms(intake, console, forms);
-    TellSkipped();
+    m_entryTexts.TellSkipped(FileName(m_base + u".dict"_s), m_report);
 }

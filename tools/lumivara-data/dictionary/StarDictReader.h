@@ -1,5 +1,7 @@
 #pragma once
 
+#include "lumivara-data/dictionary/StarDictEntries.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QString>
@@ -12,7 +14,6 @@
 class Console;
 class DictTexts;
 class EntryIntake;
-class EntryMarkup;
 class RecordSorter;
 class Report;
 
@@ -50,16 +51,13 @@ private:
     void TakeWords(RecordSorter &words, DictTexts &texts, EntryIntake &intake, Console &console);
     void TakeForms(EntryIntake &intake, Console &console, FormPlace forms);
     void PutFormsBeside(RecordSorter &forms, const QString &fileName, EntryIntake &intake, Console &console);
-    QByteArray EntryOf(const QByteArray &word, const QByteArray &text);
-    void AddField(char type, QByteArrayView field, EntryMarkup &entry);
-    void TellSkipped();
 
     Report &m_report;
     QString m_base;   ///< path without the ending
     QString m_folder; ///< that all files must stand in, without links
     QString m_index;  ///< once it is open
     std::unique_ptr<DictTexts> m_texts;
-    QByteArray m_sameTypes;
+    StarDictEntries m_entryTexts;
     // As the description tells, if that is a number; only compared with what is there.
     std::optional<quint64> m_wordCount;
     std::optional<quint64> m_formCount;
@@ -67,5 +65,4 @@ private:
     int m_offsetBytes = 4;
     bool m_isMarkedUp = false;
     std::vector<int> m_entries; ///< number of the entry by that of the word
-    QHash<char, qsizetype> m_skipped;
 };
