@@ -18,35 +18,15 @@ bool IsAccent(char32_t letter)
            (letter >= 0xFE20 && letter <= 0xFE2F);
 }
 
-/// Unicode does not decompose these.
+/// Letters that Unicode does not decompose, and their bases.
+constexpr std::u32string_view Stroked = U"đĐħĦıłŁøØŧŦ";
+constexpr std::u32string_view Bases = U"dDhHilLoOtT";
+static_assert(Stroked.size() == Bases.size());
+
 char32_t WithoutStroke(char32_t letter)
 {
-    switch (letter) {
-    case U'đ':
-        return U'd';
-    case U'Đ':
-        return U'D';
-    case U'ħ':
-        return U'h';
-    case U'Ħ':
-        return U'H';
-    case U'ı':
-        return U'i';
-    case U'ł':
-        return U'l';
-    case U'Ł':
-        return U'L';
-    case U'ø':
-        return U'o';
-    case U'Ø':
-        return U'O';
-    case U'ŧ':
-        return U't';
-    case U'Ŧ':
-        return U'T';
-    default:
-        return letter;
-    }
+    const std::size_t at = Stroked.find(letter);
+    return at == std::u32string_view::npos ? letter : Bases[at];
 }
 
 FoldedLetter Fold(char32_t letter)
