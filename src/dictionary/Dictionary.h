@@ -112,7 +112,8 @@ private:
     void StepShown(int step);
     void OpenWord(int kind, const QString &word);
     int RowOfWord(const QString &word, int most);
-    bool StandOn(const QString &word, int most);
+    bool StandOn(const QString &word);
+    void StandOnOpened();
 
     std::unique_ptr<Ui::frmDictionary> ui;
     std::unique_ptr<SoughtForms> m_soughtForms; ///< none without the dictionary's module
@@ -144,7 +145,8 @@ private:
         QString word;
         bool operator==(const ShownWord &) const = default;
     };
-    QList<ShownWord> m_shown; ///< the words shown, oldest first
-    qsizetype m_shownAt = -1; ///< the one on show
-    bool m_isOpening = false; ///< what shows on the way to a word does not count
+    QList<ShownWord> m_shown;  ///< the words shown, oldest first
+    qsizetype m_shownAt = -1;  ///< the one on show
+    bool m_isStepping = false; ///< among the words shown, which stay as they are
+    QString m_opened;          ///< the word on which the list that is read next stands
 };

@@ -139,6 +139,7 @@ void TfrmDictionary::RefreshWordList()
         qryWords.Open();
         if (vIsInit && !LastWord.isEmpty())
             qryWords.Locate(Field::WordName, LastWord);
+        StandOnOpened();
     }
     TimerEndScroll.stop();
     qryContents.ParamByName(Parameter::MultiDict).SetAsBoolean(MultiDictionary);

@@ -114,14 +114,10 @@ std::optional<bool> TfrmDictionary::IsSoughtListed()
 
 void TfrmDictionary::OpenForm(const FoundWord &word)
 {
-    {
-        // The others of the strip stay within reach.
-        const QScopedValueRollback keepsStrip(m_keepsStrip, true);
-        const QScopedValueRollback isOpening(m_isOpening, true);
-        SelectDictionary(word.kind, word.word);
-        StandOn(word.word, RowsAtOnce);
-    }
-    TakeShown();
+    // The others of the strip stay within reach.
+    const QScopedValueRollback keepsStrip(m_keepsStrip, true);
+    const QScopedValueRollback opened(m_opened, word.word);
+    SelectDictionary(word.kind, word.word);
 }
 
 void TfrmDictionary::acFormsExecute()
@@ -143,10 +139,10 @@ int TfrmDictionary::RowOfWord(const QString &word, int most)
     return -1;
 }
 
-/// Shows the entry of a word of the list at once; false if the list does not have it among its first rows.
-bool TfrmDictionary::StandOn(const QString &word, int most)
+/// Shows the entry of a word of the list at once; false if the list does not have it among the rows read so far.
+bool TfrmDictionary::StandOn(const QString &word)
 {
-    const int row = RowOfWord(word, most);
+    const int row = RowOfWord(word, MostRows);
     if (row < 0)
         return false;
     if (row != qryWords.RecNo()) {
@@ -157,10 +153,20 @@ bool TfrmDictionary::StandOn(const QString &word, int most)
     return true;
 }
 
+/// Moves a list that has just been read to the word that is being opened.
+void TfrmDictionary::StandOnOpened()
+{
+    if (m_opened.isEmpty())
+        return;
+    qryWords.FetchUpTo(RowsAtOnce - 1);
+    if (const int row = RowOfWord(m_opened, RowsAtOnce); row >= 0)
+        qryWords.MoveTo(row);
+}
+
 /// Keeps the word whose entry has come on show.
 void TfrmDictionary::TakeShown()
 {
-    if (m_isOpening)
+    if (m_isStepping)
         return;
     const ShownWord shown{qryWords.FieldByName(Field::DictType).AsInteger(), LastWord};
     if (!LastWord.isEmpty() && (m_shownAt < 0 || m_shown[m_shownAt] != shown)) {
@@ -195,7 +201,7 @@ void TfrmDictionary::StepShown(int step)
     m_shownAt = *to;
     {
         const ShownWord shown = m_shown[*to];
-        const QScopedValueRollback isOpening(m_isOpening, true);
+        const QScopedValueRollback isStepping(m_isStepping, true);
         OpenWord(shown.kind, shown.word);
     }
     EnableSteps();
@@ -203,8 +209,9 @@ void TfrmDictionary::StepShown(int step)
 
 void TfrmDictionary::OpenWord(int kind, const QString &word)
 {
-    if (kind == vTypeDict && StandOn(word, MostRows))
+    if (kind == vTypeDict && StandOn(word))
         return;
+    const QScopedValueRollback opened(m_opened, word);
     if (KindsToSeek(kind).isEmpty()) { // no command chooses it
         vTypeDict = kind;
         ui->edSearchWord->setText(word);
@@ -212,5 +219,4 @@ void TfrmDictionary::OpenWord(int kind, const QString &word)
     } else {
         SelectDictionary(kind, word);
     }
-    StandOn(word, RowsAtOnce);
 }
