@@ -30,6 +30,7 @@ inline constexpr char16_t Niggahitas[] = {u'ṃ', u'ṁ', u'ŋ'};
 class NiggahitaCount
 {
 public:
+    /// Counts those of a further text.
     void Add(QStringView text);
     void AddOne(QChar letter) { ++m_counts[IndexOf(letter)]; }
     /// Enough to judge by.

@@ -26,6 +26,7 @@ public:
     void TextCame(int text);
     bool IsCut() const { return m_inAll > m_shown; }
 
+    /// Of a row that the model has: whether it is a hit or the head of its text, and the text that it belongs to.
     bool IsHit(int row) const;
     const EverywhereText &TextAt(int row) const;
     /// The hit of a row that has one. Throws DatabaseError.

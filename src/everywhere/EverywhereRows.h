@@ -20,6 +20,7 @@ public:
     /// Goes on reading the list; false when it is complete.
     bool ReadSome();
     bool IsComplete() const { return m_isComplete; }
+    /// Forgets the list; the database may be closed then.
     void Close();
 
     int Count() const { return static_cast<int>(m_rows.size()); }
@@ -54,6 +55,7 @@ public:
 
     /// The list of texts must be complete.
     bool ReadSome(const EverywhereCanon &canon);
+    /// Forgets the list; the database may be closed then.
     void Close();
 
     int Count() const { return static_cast<int>(m_order.size()); }

@@ -49,6 +49,7 @@ public:
     /// replaced. The next Begin() reads anew.
     void ForgetPages();
 
+    /// What is sought, and the texts of the result so far, in its order.
     const EverywhereQuery &Query() const;
     int TextCount() const;
     const EverywhereText &Text(int text) const;
@@ -56,9 +57,9 @@ public:
     /// A hit with its words, read from the database. Throws DatabaseError.
     EverywhereHit Hit(int text, int hit);
     int TextsDone() const;
-    int TextsInAll() const; ///< texts and marks; grows while their list is being read
-    int Failures() const;
-    qint64 KeptBytes() const;
+    int TextsInAll() const;   ///< texts and marks; grows while their list is being read
+    int Failures() const;     ///< pages that could not be read
+    qint64 KeptBytes() const; ///< of folded pages
 
     /// Called by Step() before and after a text with all its hits enters the result at that place. Both may be empty.
     /// They must not call Begin(), Step() or ForgetPages().

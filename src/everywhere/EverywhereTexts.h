@@ -24,6 +24,7 @@ struct EverywhereCounts
     int failures = 0;       ///< pages that could not be read
     bool isListCut = false; ///< the list has only the first of them
 };
+/// "950 places in 55 texts", and what is still to do or went wrong.
 QString CountsText(const EverywhereCounts &counts);
 /// Where in its text a hit is, as "Pāli", or "Mark: note".
 QString PlaceText(const EverywhereHit &hit);

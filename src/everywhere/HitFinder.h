@@ -16,6 +16,7 @@ struct FoundHits
     quint32 partsThere = 0; ///< a bit for each part that is there, also where another hit covers it
 
     int PartOf(qsizetype hit) const { return parts.empty() ? 0 : parts[static_cast<std::size_t>(hit)]; }
+    /// Whether a hit is in one of the near stretches.
     bool IsNear(qsizetype hit) const;
     /// The first hit that is near; the number of hits if none is.
     qsizetype FirstNear() const;

@@ -41,6 +41,7 @@ public:
     /// The place at which a step was left; nothing if the step is forgotten.
     void Keep(int step, const Place &left);
 
+    /// Whether there is a step to go to.
     bool CanGoBack(qint64 now);
     bool CanGoForward(qint64 now);
     /// The place to go to. From a text that is no step, back leads to the last step. The caller goes there, or asks on.
@@ -82,9 +83,12 @@ public:
     /// From what Stored() gave; whatever is no place in there is left out.
     explicit PlaceStore(const QString &stored);
 
+    /// Keeps where a text was left; that of the text left longest ago goes where there are too many.
     void Keep(const Place &place);
     std::optional<PagePlace> PlaceIn(int text) const;
+    /// The texts, the one left last in front.
     QList<int> Texts() const;
+    /// All of it as one text, for the constructor.
     QString Stored() const;
 
 private:

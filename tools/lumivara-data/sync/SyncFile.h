@@ -26,6 +26,7 @@ public:
     /// `device` is open and outlives this; `name` is told where it can't be written.
     SyncFileWriter(QIODevice &device, const QString &name);
 
+    /// How many of each come.
     void Head(size_t marks, size_t past);
     void Put(const SyncId &version, const SyncId &name, const Mark &mark);
     /// Ends the file. Gives its checksum. Throws ToolError, as the others do.

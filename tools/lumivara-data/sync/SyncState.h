@@ -22,6 +22,7 @@ struct SyncState
     std::set<SyncId> past;
 
     bool Knows(const SyncId &version) const { return live.contains(version) || past.contains(version); }
+    /// Versions that do not stand any more, whether known or not.
     void EndVersions(const std::vector<SyncId> &versions);
     void Join(const SyncState &other);
 };
