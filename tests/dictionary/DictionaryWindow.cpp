@@ -127,7 +127,7 @@ QStringList DictionaryWindow::Words()
 
 bool DictionaryWindow::EntryShows(const QString &text)
 {
-    if (WaitFor([&] { return form && Entry().IsComplete() && Entry().Source().contains(text.toUtf8()); }, 15000))
+    if (WaitFor([&] { return form && Entry().IsComplete() && Entry().Source().contains(text.toUtf8()); }, 60000))
         return true;
     ADD_FAILURE() << "the entry is " << (form && Entry().IsComplete() ? "complete" : "not complete") << ": "
                   << (form ? Entry().Source().right(200).toStdString() : "");
