@@ -121,6 +121,22 @@ TEST_F(Finding, MarksAllPlacesCountsThemAndStepsForthAndBack)
     EXPECT_EQ(Control().GetSelectedText(), u"ba"_s);
 }
 
+TEST_F(Finding, ColoursThePlaceAndNotWhatTheReaderSelects)
+{
+    const QString colour = u"getComputedStyle(document.body, '::selection').backgroundColor"_s;
+    Load(page);
+    const QString own = Text(colour);
+    Control().ShowFindDialog();
+    Edit().setText(u"kinh"_s);
+    Expect(u"1/4"_s, 0);
+    EXPECT_NE(Text(colour), own);
+    Value(u"getSelection().selectAllChildren(document.body)"_s);
+    EXPECT_TRUE(Becomes(colour + u" === '"_s + own + u'\''));
+    QTest::keyClick(&Edit(), Qt::Key_Return);
+    Expect(u"2/4"_s, 10);
+    EXPECT_NE(Text(colour), own) << "a place again";
+}
+
 TEST_F(Finding, GoesOnInTheNextPageAndClosesFromThere)
 {
     Load(page);

@@ -7,24 +7,52 @@
 
     const mostMarks = 20000; // more would take seconds; those texts are only counted
     const markName = 'lumivara-find';
-    const sheets = new WeakMap(); // by document
+    const sheets = new WeakMap(); // by document: for the marks, and for the place in which the reader stands
+    let place = null; // that place while it is selected
     let marked = null; // what is marked: { query, matchCase, wholeWord }, or { spans } of the visible text
     let coloured = null; // the same, what was coloured last
     let isSelectedAgain = false;
 
     // On the screen only. The colours of a place and of the reader's go over those of the page and of its hits.
-    function sheetOf(page) {
-        let sheet = sheets.get(page);
-        if (!sheet) {
+    function sheetsOf(page) {
+        let own = sheets.get(page);
+        if (!own) {
             const view = page.defaultView;
             const [back, ink] = view.lumivaraNight ? ['#2c5080', '#fff'] : ['#b9d7ff', '#000'];
             const text = (colour) => `color: ${colour} !important; -webkit-text-fill-color: ${colour} !important;`;
-            sheet = new view.CSSStyleSheet();
-            sheet.replaceSync(`@media screen { ${markName} { background-color: ${back} !important; ${text(ink)} }`
-                + ` ::selection { background-color: rgba(255, 150, 50, 0.996) !important; ${text('#000')} } }`);
-            sheets.set(page, sheet);
+            const sheet = (rule) => {
+                const made = new view.CSSStyleSheet();
+                made.replaceSync(`@media screen { ${rule} }`);
+                return made;
+            };
+            own = {
+                marks: sheet(`${markName} { background-color: ${back} !important; ${text(ink)} }`),
+                place: sheet(`::selection { background-color: rgba(255, 150, 50, 0.996) !important; ${text('#000')} }`),
+            };
+            sheets.set(page, own);
+            page.addEventListener('selectionchange', () => dressPlace(page));
         }
-        return sheet;
+        return own;
+    }
+
+    const undress = (page, sheet) => {
+        page.adoptedStyleSheets = page.adoptedStyleSheets.filter((other) => other !== sheet);
+    };
+
+    function isPlaceSelected(page) {
+        const selection = selectionOf(page);
+        return place && selection && place.startContainer.getRootNode() === page
+            && !selection.compareBoundaryPoints(Range.START_TO_START, place)
+            && !selection.compareBoundaryPoints(Range.END_TO_END, place);
+    }
+
+    // What the reader selects keeps its own colour.
+    function dressPlace(page) {
+        const sheet = sheetsOf(page).place;
+        if (!marked || !isPlaceSelected(page))
+            undress(page, sheet);
+        else if (!page.adoptedStyleSheets.includes(sheet))
+            page.adoptedStyleSheets = [...page.adoptedStyleSheets, sheet];
     }
 
     // ---- The selection, by characters: moving the nodes of a selection would drop it ----
@@ -41,6 +69,15 @@
         return selection.toString();
     }
 
+    // Takes the reader to a place and returns its text.
+    function standAt(range) {
+        const text = select(range);
+        place = range.cloneRange();
+        dressPlace(range.startContainer.ownerDocument);
+        lumivara.settle(range, false);
+        return text;
+    }
+
     function keepSelection(page, change) {
         const range = selectionOf(page);
         let begin = 0;
@@ -52,6 +89,7 @@
             begin = before.toString().length;
             end = begin + range.toString().length;
         }
+        const isPlace = isPlaceSelected(page);
         change();
         if (end === begin)
             return;
@@ -69,6 +107,9 @@
             }
         }
         select(again);
+        if (isPlace)
+            place = again.cloneRange();
+        dressPlace(page);
         isSelectedAgain = true;
     }
 
@@ -101,7 +142,7 @@
         marked = finding;
         const isTooMuch = found.reduce((count, { hits }) => count + hits.count, 0) > mostMarks;
         for (const { page, text, hits } of found) {
-            page.adoptedStyleSheets = [...page.adoptedStyleSheets, sheetOf(page)];
+            page.adoptedStyleSheets = [...page.adoptedStyleSheets, sheetsOf(page).marks];
             if (isTooMuch || !hits.count)
                 continue;
             keepSelection(page, () => {
@@ -123,7 +164,8 @@
             return;
         marked = null;
         for (const page of documentsOf(document)) {
-            page.adoptedStyleSheets = page.adoptedStyleSheets.filter((sheet) => sheet !== sheets.get(page));
+            undress(page, sheetsOf(page).marks);
+            undress(page, sheetsOf(page).place);
             if (page.querySelector(markName))
                 keepSelection(page, () => unwrap(page.body));
         }
@@ -250,10 +292,7 @@
             return { count: hits.length, at: 0, text: isSelectedAgain ? String(getSelection()) : '' };
         const next = reached(hits, step) + (step > 0 ? step - 1 : step);
         const at = ((next % hits.length) + hits.length) % hits.length;
-        const range = hits[at].text.range(hits[at].begin, hits[at].end);
-        const text = select(range);
-        lumivara.settle(range, false);
-        return { count: hits.length, at: at + 1, text };
+        return { count: hits.length, at: at + 1, text: standAt(hits[at].text.range(hits[at].begin, hits[at].end)) };
     }
 
     // ---- Places that the host has found ----
@@ -273,12 +312,8 @@
             mark({ spans });
         const own = at < 0 ? [] : spans.slice(at, at + 1);
         for (const part of own.length ? visibleParts() : []) {
-            for (const { begin, end } of spansWithin(part, own).spans) {
-                const range = part.text.range(begin, end);
-                const text = select(range);
-                lumivara.settle(range, false);
-                return text;
-            }
+            for (const { begin, end } of spansWithin(part, own).spans)
+                return standAt(part.text.range(begin, end));
         }
         return isSelectedAgain ? String(getSelection()) : '';
     };
