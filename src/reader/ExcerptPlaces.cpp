@@ -89,16 +89,24 @@ bool ExcerptFinder::Go(qsizetype letters)
 void ExcerptFinder::LookAt(qsizetype letter, quint64 hash)
 {
     for (const Head &head : std::ranges::equal_range(m_heads, hash, {}, &Head::hash)) {
-        if (QStringView(m_page).sliced(letter).startsWith(m_excerpts[head.excerpt]))
+        const QString &words = m_excerpts[head.excerpt];
+        if (MayTake(letter, head.excerpt) && words.size() <= m_page.size() - letter &&
+            std::memcmp(m_page.constData() + letter, words.constData(),
+                        static_cast<size_t>(words.size()) * sizeof(QChar)) == 0)
             Take(letter, head.excerpt);
     }
+}
+
+/// Not within the last place, nor after the most of them.
+bool ExcerptFinder::MayTake(qsizetype letter, qsizetype excerpt) const
+{
+    const State &state = m_states[static_cast<size_t>(excerpt)];
+    return letter >= state.end && state.count < MostPlaces;
 }
 
 void ExcerptFinder::Take(qsizetype letter, qsizetype excerpt)
 {
     State &state = m_states[static_cast<size_t>(excerpt)];
-    if (letter < state.end || state.count == MostPlaces)
-        return;
     state = {letter + m_excerpts[excerpt].size(), state.count + 1};
     m_found.append({letter, excerpt});
 }
@@ -111,7 +119,7 @@ void ExcerptFinder::FindShort()
         if (words.isEmpty() || words.size() >= headSize)
             continue;
         const State &state = m_states[static_cast<size_t>(excerpt)];
-        for (qsizetype at = m_page.indexOf(words); at >= 0 && state.count < MostPlaces;
+        for (qsizetype at = m_page.indexOf(words); at >= 0 && MayTake(at, excerpt);
              at = m_page.indexOf(words, state.end))
             Take(at, excerpt);
     }

@@ -67,6 +67,7 @@ private:
     };
 
     void LookAt(qsizetype letter, quint64 hash);
+    bool MayTake(qsizetype letter, qsizetype excerpt) const;
     void Take(qsizetype letter, qsizetype excerpt);
     void FindShort();
 

@@ -124,7 +124,7 @@ std::optional<QByteArray> SourceFolder::Read(const QString &name, Report &report
                               .arg(LargestSourceFile));
     else if (!file.open(QIODevice::ReadOnly))
         report.Find(name, file.errorString());
-    else if (QByteArray bytes = file.read(LargestSourceFile); file.error() != QFileDevice::NoError)
+    else if (QByteArray bytes = file.read(info.size()); file.error() != QFileDevice::NoError)
         report.Find(name, file.errorString());
     else
         return bytes.isNull() ? QByteArray("") : bytes;
