@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <tuple>
 
@@ -12,15 +13,24 @@ namespace {
 
 constexpr qsizetype RoomForLetter = std::tuple_size_v<decltype(FoldedLetter::bytes)>;
 
-char LoweredByte(char byte)
+/// Of ASCII characters that stand for themselves, what is compared: a letter in lower case, one kind of blank. Zero of
+/// all others.
+constexpr std::array<char, 256> OrdinaryBytes(Markup markup)
 {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte | 0x20) : byte;
+    std::array<char, 256> bytes{};
+    for (char byte = '!'; byte <= '~'; ++byte) {
+        const bool isMarkup = markup == Markup::Html && (byte == '<' || byte == '&');
+        bytes[static_cast<unsigned char>(byte)] = isMarkup                     ? '\0'
+                                                  : byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte | 0x20)
+                                                                               : byte;
+    }
+    for (const char blank : {' ', '\t', '\n', '\v', '\f', '\r'})
+        bytes[static_cast<unsigned char>(blank)] = ' ';
+    return bytes;
 }
 
-bool IsBlankByte(char byte)
-{
-    return byte == ' ';
-}
+constexpr std::array OrdinaryHtmlBytes = OrdinaryBytes(Markup::Html);
+constexpr std::array OrdinaryTextBytes = OrdinaryBytes(Markup::None);
 
 } // namespace
 
@@ -28,20 +38,46 @@ TextFolder::TextFolder(QByteArrayView source, Markup markup, QByteArray &buffer)
     : m_letters(source, markup), m_buffer(buffer), m_sourceSize(source.size())
 {}
 
-/// For the longest step: a run of plain characters, or a letter.
+/// For the longest step, FoldOrdinary() and a letter. A letter of two bytes in a page has up to three folded.
 void TextFolder::MakeRoom()
 {
-    const qsizetype least = m_size + FoldedText::PlaceDistance + RoomForLetter;
+    const qsizetype least = m_size + 2 * FoldedText::PlaceDistance + RoomForLetter;
     if (m_buffer.size() < least)
-        m_buffer.resize(std::max({least, m_sourceSize + FoldedText::PlaceDistance, m_buffer.size() * 2}));
+        m_buffer.resize(std::max({least, m_sourceSize + 2 * FoldedText::PlaceDistance, m_buffer.size() * 2}));
 }
 
-void TextFolder::NotePlace(qsizetype source)
+/// What comes most, as long as nothing else does: ASCII characters, blanks, and letters of Latin alphabets beyond them.
+void TextFolder::FoldOrdinary(qsizetype most)
 {
-    if (m_size < m_nextPlace)
-        return;
-    m_places.push_back({static_cast<quint32>(m_size), static_cast<quint32>(source)});
-    m_nextPlace = m_size + FoldedText::PlaceDistance;
+    static const LatinLetters latin;
+    const auto &ordinary = m_letters.IsHtml() ? OrdinaryHtmlBytes : OrdinaryTextBytes;
+    const QByteArrayView bytes = m_letters.Ahead(most);
+    const qsizetype start = m_letters.At();
+    char *const folded = m_buffer.data();
+    qsizetype at = 0, size = m_size; // bytes that are written might be members, for all that the compiler knows
+    while (at < bytes.size()) {
+        const char plain = ordinary[static_cast<unsigned char>(bytes[at])];
+        if (plain == ' ') {
+            if (size > 0 && folded[size - 1] != ' ')
+                folded[size++] = ' ';
+            ++at;
+        } else if (plain != '\0') {
+            NotePlace(size, start + at);
+            folded[size++] = plain;
+            ++at;
+        } else {
+            const Utf8::Character character = Utf8::At(bytes, at);
+            if (!LatinLetters::Have(character.code))
+                break;
+            NotePlace(size, start + at);
+            const FoldedLetter &letter = latin.Of(character.code);
+            std::copy_n(letter.bytes.begin(), RoomForLetter, folded + size);
+            size += letter.size;
+            at += character.size;
+        }
+    }
+    m_size = size;
+    m_letters.Pass(at);
 }
 
 bool TextFolder::Fold(qsizetype sourceBytes)
@@ -50,25 +86,19 @@ bool TextFolder::Fold(qsizetype sourceBytes)
     PageLetter letter;
     while (m_letters.At() < limit) {
         MakeRoom();
-        const qsizetype at = m_letters.At();
-        const QByteArrayView plain = m_letters.TakePlain(FoldedText::PlaceDistance);
-        if (!plain.isEmpty()) {
-            NotePlace(at);
-            std::transform(plain.begin(), plain.end(), m_buffer.data() + m_size, LoweredByte);
-            m_size += plain.size();
-        }
+        FoldOrdinary(FoldedText::PlaceDistance);
         if (!m_letters.Next(letter))
             break;
         char *const end = m_buffer.data() + m_size;
         if (letter.code == U' ') {
-            if (m_size > 0 && !IsBlankByte(end[-1]))
+            if (m_size > 0 && end[-1] != ' ')
                 m_buffer.data()[m_size++] = ' ';
             continue;
         }
         const FoldedLetter &folded = FoldedLetterOf(letter.code);
         if (folded.size == 0)
             continue;
-        NotePlace(letter.begin);
+        NotePlace(m_size, letter.begin);
         std::copy_n(folded.bytes.begin(), RoomForLetter, end);
         m_size += folded.size;
     }

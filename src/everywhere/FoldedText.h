@@ -46,7 +46,14 @@ public:
 
 private:
     void MakeRoom();
-    void NotePlace(qsizetype source);
+    void FoldOrdinary(qsizetype most);
+    void NotePlace(qsizetype folded, qsizetype source)
+    {
+        if (folded < m_nextPlace)
+            return;
+        m_places.push_back({static_cast<quint32>(folded), static_cast<quint32>(source)});
+        m_nextPlace = folded + FoldedText::PlaceDistance;
+    }
 
     PageLetters m_letters;
     QByteArray &m_buffer;

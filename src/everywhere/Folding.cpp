@@ -54,6 +54,12 @@ const FoldedLetter &FoldedLetterOf(char32_t letter)
     return (*page)[letter % PageSize];
 }
 
+LatinLetters::LatinLetters()
+{
+    for (char32_t i = 0; i < m_letters.size(); ++i)
+        m_letters[i] = FoldedLetterOf(i < FirstCount ? First + i : Additional + (i - FirstCount));
+}
+
 bool ContinuesLetter(char32_t letter)
 {
     constexpr char32_t firstVowel = 0x1160; // of Korean; finals follow

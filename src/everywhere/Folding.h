@@ -18,6 +18,29 @@ struct FoldedLetter
 /// Table look-up; the table is filled as letters come.
 const FoldedLetter &FoldedLetterOf(char32_t letter);
 
+/// Those of Latin alphabets beyond ASCII, which are most of the others in a page: the same without a call for each.
+class LatinLetters
+{
+public:
+    LatinLetters();
+    static bool Have(char32_t letter)
+    {
+        return (letter >= First && letter < First + FirstCount) ||
+               (letter >= Additional && letter < Additional + AdditionalCount);
+    }
+    /// Of a letter that they have. None is empty.
+    const FoldedLetter &Of(char32_t letter) const
+    {
+        return m_letters[letter < First + FirstCount ? letter - First : letter - Additional + FirstCount];
+    }
+
+private:
+    static constexpr char32_t First = 0xC0, FirstCount = 0x300 - First;
+    static constexpr char32_t Additional = 0x1E00, AdditionalCount = 0x100;
+
+    std::array<FoldedLetter, FirstCount + AdditionalCount> m_letters;
+};
+
 /// A character that belongs to the letter before it: a combining one that is not dropped, or a vowel or final of a
 /// Korean syllable. No hit begins or ends before it.
 bool ContinuesLetter(char32_t letter);

@@ -39,18 +39,11 @@ public:
         }
         return NextOfAny(letter);
     }
-    /// Takes visible ASCII characters from the place that is reached, up to `most`; none if something else is there.
-    /// For speed, as most of a page is such runs.
-    QByteArrayView TakePlain(qsizetype most)
-    {
-        const char *const begin = m_bytes.data() + m_at;
-        const char *const end = begin + std::min(most, m_bytes.size() - m_at);
-        const char *at = begin;
-        while (at < end && *at > ' ' && *at < '\x7F' && !(m_isHtml && (*at == '<' || *at == '&')))
-            ++at;
-        m_at += at - begin;
-        return {begin, at};
-    }
+    /// The bytes from the place that is reached on, at most so many.
+    QByteArrayView Ahead(qsizetype most) const { return m_bytes.sliced(m_at, std::min(most, m_bytes.size() - m_at)); }
+    /// Passes bytes that the caller has read itself: whole letters that stand for themselves, and no mark-up.
+    void Pass(qsizetype bytes) { m_at += bytes; }
+    bool IsHtml() const { return m_isHtml; }
     /// How far the bytes have been read.
     qsizetype At() const { return m_at; }
 

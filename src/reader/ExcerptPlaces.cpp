@@ -88,11 +88,12 @@ bool ExcerptFinder::Go(qsizetype letters)
 
 void ExcerptFinder::LookAt(qsizetype letter, quint64 hash)
 {
+    const QStringView rest = QStringView(m_page).sliced(letter);
     for (const Head &head : std::ranges::equal_range(m_heads, hash, {}, &Head::hash)) {
-        const QString &words = m_excerpts[head.excerpt];
-        if (MayTake(letter, head.excerpt) && words.size() <= m_page.size() - letter &&
-            std::memcmp(m_page.constData() + letter, words.constData(),
-                        static_cast<size_t>(words.size()) * sizeof(QChar)) == 0)
+        const QStringView words = m_excerpts[head.excerpt];
+        // Texts say the same again with other words further on: their ends differ at once.
+        if (MayTake(letter, head.excerpt) && words.size() <= rest.size() &&
+            rest.first(words.size()).endsWith(words.last(headSize)) && rest.startsWith(words))
             Take(letter, head.excerpt);
     }
 }

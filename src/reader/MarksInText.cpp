@@ -22,9 +22,9 @@ namespace {
 
 constexpr Message hitHint{u"Chỗ gặp của tìm kiếm", u"Found by the search"};
 
-constexpr int longestPiece = 6;              // milliseconds
-constexpr qsizetype lettersAtOnce = 200'000; // looked through for excerpts
-constexpr qsizetype placesAtOnce = 2000;     // asked of the page, which gives what a piece of work allows
+constexpr int longestPiece = 6;             // milliseconds
+constexpr qsizetype lettersAtOnce = 20'000; // looked through for excerpts between two looks at the clock
+constexpr qsizetype placesAtOnce = 2000;    // asked of the page, which gives what a piece of work allows
 constexpr QStringView marksOfText = u"from SUTTA_TEXT_FOCUS F inner join SUTTA_LIST S on S.NIK_SUT = F.NIK_SUT and "
                                     "S.NIC_SUT = F.NIC_SUT where F.NIK_SUT = %1 and F.NIC_SUT = %2";
 
@@ -260,9 +260,16 @@ void MarksInText::TakeText(const QVariantMap &answer)
 
 void MarksInText::FindSome()
 {
-    if (std::exchange(m_isFindingDue, false))
+    if (std::exchange(m_isFindingDue, false)) {
         m_finder = std::make_unique<ExcerptFinder>(m_written.Letters(), m_excerpts);
-    else if (!m_finder->Go(lettersAtOnce)) {
+        return;
+    }
+    QElapsedTimer clock;
+    clock.start();
+    bool isAtEnd = false;
+    while (!isAtEnd && clock.elapsed() < longestPiece)
+        isAtEnd = !m_finder->Go(lettersAtOnce);
+    if (isAtEnd) {
         m_places = m_finder->Found();
         m_finder.reset();
         m_areHeightsDue = true;
