@@ -4,12 +4,15 @@
 #include "everywhere/PageLetters.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
+#include <iterator>
 
 namespace {
 
 constexpr qsizetype headSize = 8; // letters by which an excerpt is recognised first
 constexpr int filterBits = 16;
+constexpr qsizetype StretchSize = 64; // bits of its letters
 
 quint64 HeadHash(const QChar *letters)
 {
@@ -29,20 +32,28 @@ size_t FilterOf(quint64 hash)
 void WrittenText::Add(QStringView written)
 {
     // A page may have a million of them, and each costs a call where they are appended one by one.
-    const qsizetype before = m_letters.size();
-    m_letters.resize(before + written.size());
-    m_places.resize(static_cast<size_t>(m_letters.size()));
+    qsizetype end = m_letters.size();
+    m_letters.resize(end + written.size());
     QChar *const letters = m_letters.data();
-    qsizetype end = before;
     for (const QChar character : written) {
+        const qsizetype place = m_size++;
+        if (place % StretchSize == 0)
+            m_stretches.push_back({0, end});
         if (IsVisibleLetter(character.unicode())) {
-            letters[end] = character;
-            m_places[static_cast<size_t>(end++)] = static_cast<quint32>(m_size);
+            letters[end++] = character;
+            m_stretches.back().letters |= quint64(1) << (place % StretchSize);
         }
-        ++m_size;
     }
     m_letters.truncate(end);
-    m_places.resize(static_cast<size_t>(end));
+}
+
+qsizetype WrittenText::PlaceOf(qsizetype letter) const
+{
+    const auto stretch = std::prev(std::ranges::upper_bound(m_stretches, letter, {}, &Stretch::before));
+    quint64 letters = stretch->letters;
+    for (qsizetype before = stretch->before; before < letter; ++before)
+        letters &= letters - 1;
+    return (stretch - m_stretches.begin()) * StretchSize + std::countr_zero(letters);
 }
 
 QString LettersOfExcerpt(const QByteArray &excerpt)

@@ -21,11 +21,18 @@ public:
     qsizetype Size() const { return m_size; }
     const QString &Letters() const { return m_letters; }
     /// Where a letter is written.
-    qsizetype PlaceOf(qsizetype letter) const { return m_places[static_cast<size_t>(letter)]; }
+    qsizetype PlaceOf(qsizetype letter) const;
 
 private:
+    /// 64 characters as they are written.
+    struct Stretch
+    {
+        quint64 letters = 0;  ///< a bit for each that is a letter, the lowest for the first
+        qsizetype before = 0; ///< letters
+    };
+
     QString m_letters;
-    std::vector<quint32> m_places;
+    std::vector<Stretch> m_stretches; ///< a number for each letter would cost more memory than the text
     qsizetype m_size = 0;
 };
 

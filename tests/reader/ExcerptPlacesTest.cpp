@@ -37,9 +37,11 @@ TEST(ExcerptPlaces, AWrittenTextKnowsWhereItsLettersAre)
     WrittenText text;
     text.Add(u"\n Evaṃ\u00A0me");
     text.Add(u"\u00AD \tsutaṃ");
-    EXPECT_EQ(text.Letters(), u"Evaṃmesutaṃ"_s);
-    EXPECT_EQ(text.Size(), 17);
-    for (const auto &[letter, place] : {std::pair(0, 2), {3, 5}, {4, 7}, {6, 12}, {10, 16}})
+    text.Add(QString(200, u' ') + u"e" + QString(46, u' ') + u"kaṃ");
+    EXPECT_EQ(text.Letters(), u"Evaṃmesutaṃekaṃ"_s);
+    EXPECT_EQ(text.Size(), 267);
+    for (const auto &[letter, place] :
+         {std::pair(0, 2), {3, 5}, {4, 7}, {6, 12}, {10, 16}, {11, 217}, {12, 264}, {14, 266}})
         EXPECT_EQ(text.PlaceOf(letter), place) << letter;
 }
 
