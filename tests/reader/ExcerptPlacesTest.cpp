@@ -37,7 +37,7 @@ TEST(ExcerptPlaces, AWrittenTextKnowsWhereItsLettersAre)
     WrittenText text;
     text.Add(u"\n Evaṃ\u00A0me");
     text.Add(u"\u00AD \tsutaṃ");
-    text.Add(QString(200, u' ') + u"e" + QString(46, u' ') + u"kaṃ");
+    text.Add(QString(200, u' ') + u"e"_s + QString(46, u' ') + u"kaṃ"_s);
     EXPECT_EQ(text.Letters(), u"Evaṃmesutaṃekaṃ"_s);
     EXPECT_EQ(text.Size(), 267);
     for (const auto &[letter, place] :
