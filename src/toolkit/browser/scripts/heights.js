@@ -6,6 +6,7 @@
     const { unread, documentsOf } = lumivara;
 
     const longestPiece = 5; // milliseconds
+    const nodesAtOnce = 64; // between two looks at the clock
     const mostHits = 2000; // more than a strip has rows
     const lazySelector = 'p:not(table p)';
 
@@ -32,10 +33,10 @@
             return !this.node || this.node.isConnected;
         }
 
-        // Reads on up to a moment, and at least one node; gives the text that it has passed.
+        // Reads on up to a moment, and at least some nodes; gives the text that it has passed.
         read(until) {
             const parts = [];
-            while (this.node) {
+            for (let count = 1; this.node; ++count) {
                 const { node } = this;
                 if (node.nodeType === Node.TEXT_NODE && node.length) {
                     this.nodes.push(node);
@@ -45,7 +46,7 @@
                     parts.push(node.data);
                 }
                 this.node = this.nodeAfter(node);
-                if (performance.now() >= until)
+                if (count % nodesAtOnce === 0 && performance.now() >= until)
                     break;
             }
             return parts.join('');
@@ -138,10 +139,10 @@
     // How far down the first of some characters stand, as shares of the page's height; -1 for one that does not show. As many
     // as a piece of work gives, perhaps none yet.
     lumivara.textHeights = ({ characters }) => {
-        const until = pieceEnd();
         const page = documentsOf(document)[0];
         if (!page)
             return { heights: characters.map(() => -1) };
+        const until = pieceEnd();
         const written = writtenIn(page);
         written.read(until);
         const ruler = written.isWhole ? new Ruler(page) : null;
@@ -187,10 +188,10 @@
 
     // The same for the hits that the page has now, the first of which is `from`; of very many only some.
     lumivara.hitHeights = (from) => {
-        const until = pieceEnd();
         const page = documentsOf(document)[0];
         if (!page)
             return { heights: [], isLast: true };
+        const until = pieceEnd();
         if (from === 0) {
             const all = lumivara.hitElements(page);
             const step = Math.max(Math.ceil(all.length / mostHits), 1);

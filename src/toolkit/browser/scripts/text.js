@@ -226,7 +226,8 @@
     // none.
     function documentsOf(top) {
         const found = [];
-        for (const frame of top.querySelectorAll('iframe, frame')) {
+        // Chromium keeps these lists while the page stays as it is; a selector would walk through all of it each time.
+        for (const frame of [...top.getElementsByTagName('iframe'), ...top.getElementsByTagName('frame')]) {
             const inner = frame.contentDocument;
             if (inner && inner.body && inner.body.firstChild)
                 found.push(...documentsOf(inner));
