@@ -49,6 +49,8 @@ TBrowserControl::Private::Private(TBrowserControl *control) : q(control), owner(
         isTextSelected = !WithoutPictures(page->selectedText()).isEmpty();
     });
     connect(page, &QWebEnginePage::urlChanged, this, &Private::AddressChanged);
+    watch.setSingleShot(true);
+    connect(&watch, &QTimer::timeout, this, &Private::AskForEnd);
     connect(page, &QWebEnginePage::contentsSizeChanged, this, &Private::TellPlacesChanged);
 
     input = new BrowserInput(q);

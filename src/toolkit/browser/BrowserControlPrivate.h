@@ -9,6 +9,7 @@
 
 #include <QColor>
 #include <QObject>
+#include <QTimer>
 
 #include <memory>
 
@@ -24,10 +25,10 @@ public:
     void ShowPage();
     void Load();
     void LoadingChanged(const QWebEngineLoadingInfo &info);
+    void LoadFailed();
     void Complete(quint64 number);
     void AddressChanged(const QUrl &address);
-    /// Asks a page whose end will not be told whether it is there, until it is.
-    void AskForEnd(quint64 number);
+    void AskForEnd();
     void EmptyPageCame();
     void RendererEnded();
     void ApplyZoom();
@@ -44,6 +45,7 @@ public:
     BrowserPage *page = nullptr;
     BrowserInput *input = nullptr;
     EngineWait wait;
+    QTimer watch; ///< until it is asked whether the page is at its end
     PageFinding *finding = nullptr;
 
     QByteArray source;
@@ -63,6 +65,7 @@ public:
     bool isBeginTold = false; ///< by Qt WebEngine
     bool isTold = false;      ///< OnDocumentComplete has returned for this page
     bool isLost = false;      ///< will not complete, so waits end
+    bool isLoadedAgain = false;
     bool hasRendererEnded = false;
     bool hasLeft = false;    ///< the page navigated to an empty one, and was shown again, since the reader's last input
     bool isGone = false;     ///< the empty page is on show

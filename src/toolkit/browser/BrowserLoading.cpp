@@ -14,6 +14,9 @@
 
 namespace {
 
+constexpr int askLate = 200; // milliseconds; nearly always the end is told
+constexpr int askAgain = 20;
+
 constexpr Message pageLost{u"Không hiển thị được trang này: bộ máy trình duyệt đã hai lần bị dừng.",
                            u"The page could not be shown: the browser engine ended twice on it."};
 
@@ -24,8 +27,8 @@ void TBrowserControl::Private::ShowPage()
     profile->Pages().Withdraw(page->Address());
     isComplete = false;
     isTold = false;
-    isBeginTold = false;
     isLost = false;
+    isLoadedAgain = false;
     isGone = false;
     foundText.clear();
     isTextSelected = false;
@@ -44,8 +47,11 @@ void TBrowserControl::Private::Load()
 {
     // Qt WebEngine does not tell the end of what is loaded while an empty page is on its way.
     isWaiting = isEmptying;
-    if (!isWaiting)
-        page->LoadFromHost(profile->Pages().Publish(owner, source));
+    if (isWaiting)
+        return;
+    isBeginTold = false;
+    watch.stop();
+    page->LoadFromHost(profile->Pages().Publish(owner, source));
 }
 
 void TBrowserControl::Private::LoadingChanged(const QWebEngineLoadingInfo &info)
@@ -60,16 +66,28 @@ void TBrowserControl::Private::LoadingChanged(const QWebEngineLoadingInfo &info)
         isBeginTold = true;
         ApplyZoom();
     }
-    if (info.status() == QWebEngineLoadingInfo::LoadFailedStatus) {
-        isLost = true;
-        wait.Wake();
-    }
+    if (info.status() == QWebEngineLoadingInfo::LoadFailedStatus)
+        LoadFailed();
     // A page with a refresh is stopped by our script, when all of it is there.
     if (info.status() != QWebEngineLoadingInfo::LoadSucceededStatus &&
         info.status() != QWebEngineLoadingInfo::LoadStoppedStatus)
         return;
     // Not from within Chromium's call: a handler may wait for Chromium.
     QTimer::singleShot(0, this, [this, loaded = number] { Complete(loaded); });
+}
+
+/// Another page of Chromium's own accord, begun just before, may end this one's load; once more it comes.
+void TBrowserControl::Private::LoadFailed()
+{
+    if (std::exchange(isLoadedAgain, true)) {
+        isLost = true;
+        wait.Wake();
+        return;
+    }
+    QTimer::singleShot(0, this, [this, failed = number] {
+        if (failed == number && !isComplete)
+            Load();
+    });
 }
 
 void TBrowserControl::Private::Complete(quint64 loaded)
@@ -92,44 +110,52 @@ void TBrowserControl::Private::Complete(quint64 loaded)
 
 void TBrowserControl::Private::AddressChanged(const QUrl &address)
 {
+    const bool isOwn = address.matches(page->Address(), QUrl::RemoveFragment);
     // Chromium navigates to "about:blank" without asking.
     isEmptying = address.scheme() == QLatin1StringView("about") && number != 0;
-    isGone = isGone || isEmptying;
-    // Of a page that begins before the one before has ended Qt WebEngine tells neither begin nor end.
-    if (!isBeginTold && !isComplete && address.matches(page->Address(), QUrl::RemoveFragment))
-        AskForEnd(number);
+    // An empty page that was on its way before may come late.
+    isGone = isEmptying || (isGone && !isOwn);
+    if (isEmptying || (isOwn && !isComplete))
+        watch.start(isBeginTold ? askLate : 0);
 }
 
-void TBrowserControl::Private::AskForEnd(quint64 loaded)
+/// Of a page that begins before the one before has ended Qt WebEngine may tell no end, or neither begin nor end. So
+/// what is there is asked, until its end is known.
+void TBrowserControl::Private::AskForEnd()
 {
-    const auto take = [self = QPointer(this), loaded](const QVariant &state) {
-        constexpr int askAgain = 20; // milliseconds
-        if (!self || loaded != self->number || self->isComplete)
+    if (isLost || (isComplete && !isEmptying))
+        return;
+    watch.start(askAgain);
+    const auto take = [self = QPointer(this), asked = number](const QVariant &answer) {
+        const QVariantList state = answer.toList();
+        if (!self || asked != self->number || state.value(1) != QStringLiteral("complete"))
             return;
-        const bool isAtEnd = state == QStringLiteral("complete");
-        QTimer::singleShot(isAtEnd ? 0 : askAgain, self, [self, loaded, isAtEnd] {
-            if (isAtEnd)
-                self->Complete(loaded);
-            else if (loaded == self->number && !self->isComplete && !self->isLost)
-                self->AskForEnd(loaded);
-        });
+        const QUrl address(state[0].toString());
+        if (address.matches(self->page->Address(), QUrl::RemoveFragment))
+            QTimer::singleShot(0, self, [self, asked] { self->Complete(asked); });
+        else if (self->isEmptying && address.scheme() == QLatin1StringView("about"))
+            self->EmptyPageCame();
     };
-    page->runJavaScript(QStringLiteral("document.readyState"), QWebEngineScript::ApplicationWorld, take);
+    page->runJavaScript(QStringLiteral("[location.href, document.readyState]"), QWebEngineScript::ApplicationWorld,
+                        take);
 }
 
 void TBrowserControl::Private::EmptyPageCame()
 {
     isEmptying = false;
     // A page that empties the view by itself would do it again, so it is restored only once for each act of the reader.
-    if (!isWaiting && (!isGone || std::exchange(hasLeft, true)))
+    if (!isWaiting && std::exchange(hasLeft, true)) {
+        isLost = !isComplete; // nothing else ends a wait for it
+        wait.Wake();
         return;
+    }
     QTimer::singleShot(0, this, [this, left = number] {
         if (left != number)
             return;
-        if (isWaiting)
-            Load();
-        else
+        if (isComplete)
             ShowPage();
+        else
+            Load(); // those who wait for it go on
     });
 }
 

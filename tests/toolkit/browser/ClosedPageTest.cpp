@@ -306,3 +306,22 @@ TEST_F(ClosedPage, TheSamePagesInABareViewCall)
         })) << qUtf8Printable(called[page]);
     }
 }
+
+TEST_F(ClosedPage, APageThatComesWhileAnotherEmptiesTheViewIsShownAndComplete)
+{
+    for (int time = 0; time < 24; ++time) {
+        SCOPED_TRACE(time);
+        Load(u"<a id=a href='ab&#10;out:blank'>link</a>"_s);
+        EXPECT_TRUE(TakesInput(Control()));
+        if (time % 2 == 0)
+            Control().page()->runJavaScript(u"location.replace('about:blank')"_s, QWebEngineScript::ApplicationWorld);
+        else
+            QTest::mouseClick(Input(), Qt::LeftButton, {}, PlaceOf(u"#a"_s));
+        for (int turn = 0; turn < time / 2; ++turn)
+            QCoreApplication::processEvents();
+        Control().LoadFromString("<title>next</title>");
+        EXPECT_TRUE(WaitFor([&] {
+            return Control().IsComplete() && !Control().IsPageGone() && Text(u"document.title"_s) == u"next"_s;
+        }));
+    }
+}
