@@ -1,10 +1,11 @@
 #include "BenchReader.h"
 
+#include "Heartbeat.h"
 #include "Measures.h"
-#include "base/InterfaceLanguage.h"
-
 #include "Painted.h"
 #include "Sample.h"
+
+#include "base/InterfaceLanguage.h"
 
 #include "dictionary/DictionaryDM.h"
 #include "reader/ExcerptPlaces.h"
@@ -26,6 +27,8 @@
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
+
+#include <ctime>
 
 namespace {
 
@@ -201,21 +204,30 @@ void BenchReader::MarkLongPage(int marks)
     m_marks = marks;
 }
 
-double BenchReader::StripTime()
+BenchReader::StripTimes BenchReader::ShowStrip()
 {
+    const auto workOfThread = [] {
+        timespec time{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+    };
     MarksInText &marks = m_window->Marks();
     QEventLoop loop;
     marks.OnShow = [&] { loop.quit(); };
     QTimer::singleShot(WaitMilliseconds, &loop, [] { qFatal("the strip never got its lines"); });
+    Heartbeat heartbeat;
+    const double before = workOfThread();
     QElapsedTimer clock;
     clock.start();
     marks.MarksChanged();
     marks.PageCame();
     loop.exec();
-    const double time = Milliseconds(clock);
+    const StripTimes times{Milliseconds(clock), workOfThread() - before, heartbeat.Worst()};
     marks.OnShow = nullptr;
     const auto *strip = m_window->findChild<TMarkStrip *>(QStringLiteral("stripMarks"));
-    return strip->Lines().size() >= m_marks ? time : -time;
+    if (strip->Lines().size() < m_marks)
+        qFatal("marks are missing in the strip");
+    return times;
 }
 
 double BenchReader::TextTime()

@@ -42,9 +42,14 @@ public:
     double BackTime();
     /// Enters so many marks on the long page, which is on show, each of words that stand in it.
     void MarkLongPage(int marks);
-    /// Milliseconds from the page's completion until the strip beside it has its lines, the marks read anew; negative
-    /// if some have none.
-    double StripTime();
+    struct StripTimes
+    {
+        double shown; ///< from the page's completion until the strip beside it has its lines, the marks read anew
+        double work;  ///< of the window's thread in this time
+        double block; ///< for which it did not come back to its event loop
+    };
+    /// Milliseconds.
+    StripTimes ShowStrip();
     /// Milliseconds that the long page's text takes on its way out of the engine.
     double TextTime();
 
