@@ -218,9 +218,13 @@ void ReaderWindow::Activate()
 
 void ReaderWindow::CheckBoxes(const QList<Box> &expected)
 {
-    EXPECT_EQ(boxes.size(), expected.size());
-    for (int index = 0; index < std::min(boxes.size(), expected.size()); ++index)
-        EXPECT_EQ(boxes[index].title + u'|' + boxes[index].text, expected[index].title + u'|' + expected[index].text);
+    const auto texts = [](const QList<Box> &list) {
+        QStringList lines;
+        for (const Box &box : list)
+            lines.append(box.title + u'|' + box.text);
+        return lines.join(u'\n');
+    };
+    EXPECT_EQ(texts(boxes).toStdString(), texts(expected).toStdString());
     boxes.clear();
     EXPECT_TRUE(answers.isEmpty());
 }

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 
 using namespace Qt::StringLiterals;
@@ -19,7 +20,7 @@ QJsonArray ReadObjects(const QString &path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw SkinFileError(u"%1: %2"_s.arg(path, file.errorString()));
-    const QByteArray bytes = file.read(MaxSkinFileBytes + 1);
+    const QByteArray bytes = file.read(std::min(file.size(), MaxSkinFileBytes + 1));
     return bytes.size() > MaxSkinFileBytes ? QJsonArray() : SkinObjects(bytes).value_or(QJsonArray());
 }
 

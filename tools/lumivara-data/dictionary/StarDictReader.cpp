@@ -322,7 +322,7 @@ void StarDictReader::ReadDescription()
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw ToolError(u"%1: %2"_s.arg(path, file.errorString()));
-    QByteArray text = file.read(LongestDescription);
+    QByteArray text = file.read(std::min(file.size(), LongestDescription));
     if (text.startsWith("\xEF\xBB\xBF"))
         text.remove(0, 3);
     const QByteArrayList lines = text.split('\n');
