@@ -1,5 +1,6 @@
 #pragma once
 
+#include "everywhere/Folding.h"
 #include "everywhere/Utf8.h"
 
 #include <algorithm>
@@ -48,11 +49,7 @@ public:
     qsizetype At() const { return m_at; }
 
 private:
-    /// Blanks, and letters of Latin alphabets beyond ASCII.
-    static bool IsOrdinary(char32_t code)
-    {
-        return code == U' ' || (code >= 0xC0 && code < 0x300) || (code >= 0x1E00 && code < 0x1F00);
-    }
+    static bool IsOrdinary(char32_t code) { return code == U' ' || LatinLetters::Have(code); }
     bool NextOfAny(PageLetter &letter);
     char32_t TakeCharacter();
     char32_t TakeEntity();
